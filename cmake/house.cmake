@@ -1,0 +1,68 @@
+# What every target of the house shares, and the one function that furnishes a folder.
+
+add_library(house_options INTERFACE)
+target_compile_features(house_options INTERFACE cxx_std_20)
+set(CMAKE_CXX_EXTENSIONS OFF)
+target_include_directories(house_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_definitions(house_options INTERFACE
+  KAVREL_VERSION="${PROJECT_VERSION}" $<$<NOT:$<CONFIG:Release>>:KAVREL_CHECKED>)
+target_compile_options(house_options INTERFACE
+  -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+if(BUILD_TESTING)
+  enable_testing()
+  find_package(GTest REQUIRED)
+  include(GoogleTest)
+endif()
+if(BUILD_BENCH)
+  find_package(benchmark REQUIRED)
+endif()
+
+# subsystem(name [PROGRAM program] USES libraries...)
+#
+# Library `name` from name/*.cpp; with PROGRAM also the executable from name/main.cpp. Its tests are tests/name/*.cpp, its
+# benchmarks bench/name_*.cpp, its fuzz targets fuzz/name_*.cpp; each is found by where it stands.
+function(subsystem name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "PROGRAM" "USES")
+
+  file(GLOB sources CONFIGURE_DEPENDS ${name}/*.cpp)
+  list(REMOVE_ITEM sources ${PROJECT_SOURCE_DIR}/${name}/main.cpp)
+  if(NOT sources)  # TEMPORARY while folders are being filled
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE ${arg_USES})
+    return()
+  endif()
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PRIVATE house_options PUBLIC ${arg_USES})
+
+  if(arg_PROGRAM)
+    add_executable(${arg_PROGRAM} ${name}/main.cpp)
+    target_link_libraries(${arg_PROGRAM} PRIVATE house_options ${name})
+    install(TARGETS ${arg_PROGRAM})
+  endif()
+
+  file(GLOB tests CONFIGURE_DEPENDS tests/${name}/*.cpp)
+  if(BUILD_TESTING AND tests)
+    add_executable(${name}_tests ${tests})
+    target_link_libraries(${name}_tests PRIVATE house_options ${name} GTest::gtest_main)
+    target_compile_definitions(${name}_tests PRIVATE
+      TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" EXAMPLES="${PROJECT_SOURCE_DIR}/examples")
+    gtest_discover_tests(${name}_tests TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600)
+  endif()
+
+  file(GLOB benches CONFIGURE_DEPENDS bench/${name}_*.cpp)
+  if(BUILD_BENCH AND benches)
+    add_executable(${name}_bench ${benches})
+    target_link_libraries(${name}_bench PRIVATE house_options ${name} benchmark::benchmark_main)
+  endif()
+
+  file(GLOB targets CONFIGURE_DEPENDS fuzz/${name}_*.cpp)
+  if(BUILD_FUZZ)
+    foreach(target ${targets})
+      cmake_path(GET target STEM stem)
+      add_executable(fuzz_${stem} ${target})
+      target_link_libraries(fuzz_${stem} PRIVATE house_options ${name})
+      target_link_options(fuzz_${stem} PRIVATE -fsanitize=fuzzer)
+    endforeach()
+  endif()
+endfunction()

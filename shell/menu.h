@@ -1,0 +1,38 @@
+// Menus and command words as data.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kavrel {
+
+struct Form;
+
+// A row of a menu table. The tree is in the paths: "&File > &Open" stands in the submenu "&File"; an ampersand marks
+// the access key. Rows of one submenu follow each other, in the order in which they are shown.
+struct MenuItem {
+    std::string_view path;
+    std::string_view hint = {};         // shown while the item is selected
+    std::string_view accelerator = {};  // "ctrl+O", "CTRL+F2", "F1", or blank
+    int id = 0;                         // what `dispatch_event` is told
+    std::string_view command = {};  // the word it leaves in its Segment's cell; blank when no command stands behind it
+    const Form* form = nullptr;     // the form that the command asks for first
+};
+
+// The labels of a path, its ampersands kept: "&File > &Open" has 2.
+[[nodiscard]] int path_depth(std::string_view path);
+[[nodiscard]] std::string_view path_label(std::string_view path, int level);  // level from 0
+
+// A label as it reads: without ampersands.
+[[nodiscard]] std::string plain_label(std::string_view label);
+
+// Two texts alike but for case, ampersands and blanks at their ends.
+[[nodiscard]] bool same_label(std::string_view a, std::string_view b);
+
+// The item whose path has just these labels, or null. Whether labels lead only to a submenu tells `opens_submenu`.
+[[nodiscard]] const MenuItem* find_item(std::span<const MenuItem> menu, std::span<const std::string> labels);
+[[nodiscard]] const MenuItem* find_item(std::span<const MenuItem> menu, int id);
+[[nodiscard]] bool opens_submenu(std::span<const MenuItem> menu, std::span<const std::string> labels);
+
+}  // namespace kavrel

@@ -1,0 +1,24 @@
+// "Printing to": what stands behind the item "&Print" of every Segment.
+#pragma once
+
+#include "shell/form.h"
+#include "shell/reporter.h"
+
+namespace kavrel {
+
+enum class PrintTarget { printer = 1, file = 2, none = 3 };
+
+inline constexpr Choice print_targets[] = {{"Printer", 1}, {"File", 2}, {"None", 3}};
+
+// The field of the form, over the member of a Segment's request that holds the target.
+template <auto Member>
+inline constexpr Field print_field{.name = "printing_to",
+                                   .label = "Printing to",
+                                   .kind = FieldKind::radio,
+                                   .choices = print_targets,
+                                   .cell = cell_of<Member>};
+
+// Sets the print mode at once; for a file asks for its name first, and without a name leaves all as it is.
+void choose_print_mode(PrintTarget target, Reporter& reporter);
+
+}  // namespace kavrel

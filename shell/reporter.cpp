@@ -1,0 +1,64 @@
+#include "shell/reporter.h"
+
+#include <fstream>
+
+#include "shell/utf8.h"
+
+namespace kavrel {
+
+void Reporter::report_line(std::string_view text) {
+    if (!print_.page.empty() && print_.print_mode == PrintMode::screen) send_page();
+    while (true) {
+        const auto end = text.find('\n');
+        const auto piece = utf8_head(text.substr(0, end), line_limit);
+        window_.show_line(piece);
+        journal_.lines.emplace_back(piece);
+        print_line(piece);
+        if (end == std::string_view::npos) return;
+        text.remove_prefix(end + 1);
+    }
+}
+
+Answer Reporter::message(std::string_view text, std::string_view caption, Buttons buttons) {
+    const Answer answer = window_.message(text, caption, buttons);
+    journal_.boxes.push_back({std::string(caption), std::string(text),
+                              answer == Answer::yes  ? "yes"
+                              : answer == Answer::no ? "no"
+                                                     : "ok"});
+    return answer;
+}
+
+int Reporter::choose(const ChoiceBox& box) {
+    const int chosen = window_.choose(box);
+    journal_.boxes.push_back({std::string(box.caption), std::string(box.text),
+                              chosen == 0 ? "cancel" : std::string(box.choices[static_cast<std::size_t>(chosen) - 1])});
+    return chosen;
+}
+
+void Reporter::set_print_mode(PrintMode mode, std::string_view file_name) {
+    print_.print_mode = mode;
+    print_.file_name = file_name;
+}
+
+void Reporter::print_line(std::string_view piece) {
+    if (print_.print_mode == PrintMode::file) {
+        std::ofstream file(print_.file_name, std::ios::app);
+        file << piece << '\n';
+        if (file.flush()) return;
+        print_.print_mode = PrintMode::screen;
+        message("File could not be written", "Error");
+    } else if (print_.print_mode == PrintMode::printer) {
+        if (print_.page.size() == page_full) send_page();
+        if (print_.print_mode == PrintMode::printer) print_.page.emplace_back(utf8_head(piece, page_width));
+    }
+}
+
+void Reporter::send_page() {
+    const std::vector<std::string> page = std::move(print_.page);
+    print_.page.clear();
+    if (window_.print_page({.job = "Printing", .quality = 1024, .font = "MS LineDraw", .lines = page})) return;
+    print_.print_mode = PrintMode::screen;
+    message("Printer is not available", "Error");
+}
+
+}  // namespace kavrel

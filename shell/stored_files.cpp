@@ -1,0 +1,84 @@
+#include "shell/stored_files.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "shell/fixed_text.h"
+
+namespace kavrel {
+
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "stored files are little-endian");
+
+constexpr std::size_t marker_size = sizeof(std::uint32_t);
+
+constexpr std::string_view extensions[] = {".dat", ".f90", ".qfa", ".qff", ".qfd", ".qfm", ".qfp", ".ckt", ".tab",
+                                           ".trf", ".dbg", ".qfx", ".ckt", ".txt", ".swc", ".txt", ".txt", ".req",
+                                           ".m  ", ".pz ", ".dzn", "    ", "    ", "    ", "    "};
+
+std::uint32_t marker_at(std::string_view bytes) {
+    std::uint32_t marker = 0;
+    std::memcpy(&marker, bytes.data(), marker_size);
+    return marker;
+}
+
+}  // namespace
+
+std::string_view EXT(int slot) { return extensions[((slot - 1) % 25 + 25) % 25]; }
+
+std::string file_name(std::string_view stem, ExtSlot slot) {
+    const std::string_view extension = trim_right(EXT(static_cast<int>(slot)));
+    stem = trim(stem);
+    if (!stem.ends_with(extension)) stem = file_stem(stem);
+    return stem.ends_with(extension) ? std::string(stem) : std::string(stem) + std::string(extension);
+}
+
+std::string_view file_stem(std::string_view name) {
+    const std::size_t first = name.size() > 4 ? name.size() - 4 : 0;
+    const auto dot = name.find_last_of('.');
+    const bool cuts = dot != std::string_view::npos && dot >= first && name.find('/', dot) == std::string_view::npos;
+    return cuts ? name.substr(0, dot) : name;
+}
+
+bool write_whole(const std::string& path, std::string_view bytes) {
+    const std::string beside = path + ".new";
+    std::ofstream file(beside, std::ios::binary | std::ios::trunc);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    if (file && std::rename(beside.c_str(), path.c_str()) == 0) return true;
+    std::remove(beside.c_str());
+    return false;
+}
+
+std::optional<std::string> read_whole(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return std::nullopt;
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    if (file.bad() || (bytes.fail() && !bytes.str().empty())) return std::nullopt;
+    return std::move(bytes).str();
+}
+
+void RecordWriter::end() {
+    const auto marker = static_cast<std::uint32_t>(payload_.size());
+    const auto append_marker = [&] { bytes_.append(reinterpret_cast<const char*>(&marker), marker_size); };
+    append_marker();
+    bytes_ += payload_;
+    append_marker();
+}
+
+void RecordReader::begin() {
+    good_ = good_ && rest_.size() >= 2 * marker_size;
+    if (!good_) return;
+    const std::uint32_t size = marker_at(rest_);
+    good_ = rest_.size() - 2 * marker_size >= size && marker_at(rest_.substr(marker_size + size)) == size;
+    if (!good_) return;
+    payload_ = rest_.substr(marker_size, size);
+    rest_.remove_prefix(size + 2 * marker_size);
+}
+
+}  // namespace kavrel

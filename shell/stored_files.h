@@ -1,0 +1,109 @@
+// Stored files: their names by extension slot, and the unformatted records that they are made of.
+//
+// A record of an unformatted file is a 32-bit little-endian byte count, the payload, and the same count again. Within a
+// record, items follow each other without gaps: doubles as IEEE 754 binary64, integers in 4 bytes little-endian,
+// characters padded with blanks.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+namespace kavrel {
+
+// Extension slots, counted from 1; slots 22 to 25 are blank.
+enum class ExtSlot {
+    factored_data = 1,
+    filter_program,
+    active_filter,
+    fir_filter,
+    iir_filter,
+    filter_family,
+    passive_circuit,
+    netlist,
+    results_table,
+    transfer_text,
+    debug,
+    lattice,
+    second_netlist,
+    text,
+    switched_capacitor,
+    fir_report,
+    report,
+    requirements,
+    matlab,
+    pole_zero,
+    design,
+};
+
+// The extension of a slot as the table holds it, four characters; the slot number is taken modulo 25.
+[[nodiscard]] std::string_view EXT(int slot);
+
+// The stem with the slot's extension: a stem that ends in it stands as it is; a dot among the last four characters cuts
+// the stem there before the extension is appended.
+[[nodiscard]] std::string file_name(std::string_view stem, ExtSlot slot);
+
+// A name without its extension, or as it is when none of its last four characters is a dot.
+[[nodiscard]] std::string_view file_stem(std::string_view name);
+
+// Writes a file beside the old one and renames it into place, so that the old one stays whole whatever happens. False
+// when it could not be written.
+[[nodiscard]] bool write_whole(const std::string& path, std::string_view bytes);
+
+// A whole file, or none when it could not be read.
+[[nodiscard]] std::optional<std::string> read_whole(const std::string& path);
+
+// Gathers the records of an unformatted file.
+class RecordWriter {
+public:
+    void begin() { payload_.clear(); }
+    void end();
+
+    template <class T>
+    void put(const T& value) {
+        static_assert(std::is_trivially_copyable_v<T>);
+        payload_.append(reinterpret_cast<const char*>(&value), sizeof value);
+    }
+
+    [[nodiscard]] const std::string& bytes() const { return bytes_; }
+
+private:
+    std::string payload_;
+    std::string bytes_;
+};
+
+// Takes the records of an unformatted file apart. What does not fit (a record that is shorter or longer than what is
+// taken from it, bytes that are no record) turns `good` off for good, and whatever is taken then stays unchanged: so a
+// caller reads all into a record of its own and looks at the end once.
+class RecordReader {
+public:
+    explicit RecordReader(std::string_view bytes) : rest_(bytes) {}
+
+    void begin();
+    void end() { good_ = good_ && payload_.empty(); }
+    [[nodiscard]] bool good() const { return good_; }
+    // Whether all was good and nothing is left.
+    [[nodiscard]] bool finished() const { return good_ && rest_.empty(); }
+
+    template <class T>
+    void take(T& value) {
+        static_assert(std::is_trivially_copyable_v<T>);
+        if (payload_.size() < sizeof value) good_ = false;
+        if (!good_) return;
+        std::memcpy(&value, payload_.data(), sizeof value);
+        payload_.remove_prefix(sizeof value);
+    }
+
+private:
+    std::string_view rest_;
+    std::string_view payload_;
+    bool good_ = true;
+};
+
+}  // namespace kavrel

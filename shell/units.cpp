@@ -1,0 +1,111 @@
+#include "shell/units.h"
+
+#include <cmath>
+
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr double power_guard = 0.00009999999747378752;  // the single-precision value of 0.0001
+constexpr double prefix_guard = 0.0010000000474974513;  // the single-precision value of 0.001
+constexpr std::string_view frequency_prefixes = " KMG";
+constexpr std::string_view element_prefixes = " munp";
+constexpr std::string_view value_prefixes = "fpnum KMGT";  // exponents -5 to 4 in steps of 1000
+constexpr std::string_view unit_texts[] = {"  ohm", "  H  ", "  F  ", "  Hz ", "  sec"};
+
+char prefix_at(std::string_view prefixes, int index) { return prefixes[static_cast<std::size_t>(index)]; }
+
+double multiplier_of(const UnitSet& units, int unit_code) {
+    switch (unit_code) {
+        case henry: return units.inductor_multiplier;
+        case farad: return units.capacitor_multiplier;
+        case hertz: return units.frequency_multiplier;
+        case second: return units.time_multiplier;
+        default: return 1.0;
+    }
+}
+
+// The exponent in steps of 1000 that a multiplier stands for.
+int exponent_of(double multiplier) {
+    const double power = std::log10(multiplier);
+    return static_cast<int>(power + (power < 0.0 ? -prefix_guard : prefix_guard)) / 3;
+}
+
+std::string number_with_prefix(double number, int exponent, int unit_code) {
+    std::string text = edit_f(number, 11, 6);
+    text += unit_texts[unit_code];
+    text[12] = prefix_at(value_prefixes, exponent + 5);
+    return text;
+}
+
+}  // namespace
+
+int frequency_unit_index(double multiplier) { return static_cast<int>(std::log10(multiplier) + power_guard) / 3 + 1; }
+
+int element_unit_index(double multiplier) { return 1 - static_cast<int>(std::log10(multiplier) - power_guard) / 3; }
+
+void settle_units(UnitSet& units) {
+    if (units.time_index == 0) units.time_index = 1;
+    units.frequency_multiplier = std::pow(1000.0, units.frequency_index - 1);
+    units.frequency_in_unit = units.frequency_index < 2 ? 0 : 1;
+    const bool chosen = units.inductor_index + units.capacitor_index + units.time_index > 3;
+    if (units.frequency_in_unit == 1 && chosen) {
+        units.fixed_units = 3;
+    } else {
+        units.fixed_units = 0;
+        units.inductor_index = units.capacitor_index = units.time_index = 1;
+    }
+    const auto element = [](int index) { return 1.0 / std::pow(1000.0, index - 1); };
+    units.inductor_multiplier = element(units.inductor_index);
+    units.capacitor_multiplier = element(units.capacitor_index);
+    units.time_multiplier = element(units.time_index);
+}
+
+std::string unit_suffix(const UnitSet& units, Unit unit) {
+    const auto suffix = [](char prefix, std::string_view name) {
+        std::string text = " (";
+        text += prefix;
+        text += name;
+        text += ')';
+        return text;
+    };
+    switch (unit) {
+        case Unit::frequency: return suffix(prefix_at(frequency_prefixes, units.frequency_index - 1), "Hz");
+        case Unit::time: return suffix(prefix_at(element_prefixes, units.time_index - 1), "sec");
+        case Unit::inductor: return suffix(prefix_at(element_prefixes, units.inductor_index - 1), "H");
+        case Unit::capacitor: return suffix(prefix_at(element_prefixes, units.capacitor_index - 1), "F");
+        case Unit::none: break;
+    }
+    return {};
+}
+
+double unit_multiplier(const UnitSet& units, Unit unit) {
+    switch (unit) {
+        case Unit::frequency: return units.frequency_multiplier;
+        case Unit::time: return units.time_multiplier;
+        case Unit::inductor: return units.inductor_multiplier;
+        case Unit::capacitor: return units.capacitor_multiplier;
+        case Unit::none: break;
+    }
+    return 1.0;
+}
+
+std::string unit_value_text(const UnitSet& units, double value, int unit_code) {
+    if (unit_code < farad && value > 1.0e25) return " *** open ***   ";
+    const bool in_fixed_unit = units.fixed_units == 3 && unit_code > ohm;
+    if (in_fixed_unit || (units.frequency_in_unit == 1 && unit_code == hertz)) {
+        const double multiplier = multiplier_of(units, unit_code);
+        return number_with_prefix(value / multiplier, exponent_of(multiplier), unit_code);
+    }
+    double v = std::abs(value) * 1.000000001;
+    if (v == 0.0) return number_with_prefix(value, 0, unit_code);
+    if (!(v > 1.0e-15 && v < 1.0e15)) return edit_1pe(value, 16, 9);
+    int exponent = 0;
+    for (; v >= 1000.0 && exponent < 4; ++exponent) v /= 1000.0;
+    for (; v < 1.0 && exponent > -5; --exponent) v *= 1000.0;
+    return number_with_prefix(std::copysign(v, value), exponent, unit_code);
+}
+
+}  // namespace kavrel

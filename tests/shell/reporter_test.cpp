@@ -1,0 +1,84 @@
+#include "shell/reporter.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/fake_window.h"
+#include "tests/support/scratch_folder.h"
+
+namespace kavrel {
+namespace {
+
+struct Reports : testing::Test {
+    FakeWindow window;
+    Journal journal;
+    PrintState print;
+    Reporter reporter{window, journal, print};
+
+    void report(int count) {
+        for (int i = 1; i <= count; ++i) reporter.report_line("line " + std::to_string(i));
+    }
+};
+
+TEST_F(Reports, TextIsCutAtLineFeedsAndAtEightyOneCharacters) {
+    reporter.report_line("one\n\ntwo\n");
+    reporter.report_line(std::string(90, 'x'));
+    std::string box;
+    for (int i = 0; i < 90; ++i) box += "─";
+    reporter.report_line(box);
+    ASSERT_EQ(window.lines.size(), 6U);
+    EXPECT_EQ(window.lines[1], "");
+    EXPECT_EQ(window.lines[3], "");
+    EXPECT_EQ(window.lines[4].size(), 81U);
+    EXPECT_EQ(window.lines[5].size(), 3U * 81U) << "characters count, not bytes";
+    EXPECT_EQ(journal.lines, window.lines);
+}
+
+TEST_F(Reports, PagesLeaveBeforeTheirFiftyEighthLine) {
+    reporter.set_print_mode(PrintMode::printer);
+    report(57);
+    EXPECT_TRUE(window.pages.empty());
+    report(1);
+    ASSERT_EQ(window.pages.size(), 1U);
+    EXPECT_EQ(window.pages[0].size(), 57U);
+    EXPECT_EQ(window.pages[0].back(), "line 57");
+    reporter.set_print_mode(PrintMode::screen);
+    EXPECT_EQ(window.pages.size(), 1U);
+    report(1);
+    ASSERT_EQ(window.pages.size(), 2U) << "what waits is printed with the next line";
+    EXPECT_EQ(window.pages[1], std::vector<std::string>{"line 1"});
+    report(60);
+    EXPECT_EQ(window.pages.size(), 2U);
+}
+
+TEST_F(Reports, AMissingPrinterIsToldOnceAndPrintingEnds) {
+    window.has_printer = false;
+    reporter.set_print_mode(PrintMode::printer);
+    report(200);
+    EXPECT_EQ(window.boxes, std::vector<std::string>{"Error: Printer is not available"});
+    EXPECT_EQ(window.lines.size(), 200U);
+}
+
+TEST_F(Reports, FileModeAppendsAndTellsWhenItCannot) {
+    const ScratchFolder folder;
+    write_text("out.txt", "before\n");
+    reporter.set_print_mode(PrintMode::file, "out.txt");
+    reporter.report_line("a\nb");
+    EXPECT_EQ(read_text("out.txt"), "before\na\nb\n");
+    reporter.set_print_mode(PrintMode::file, "missing/out.txt");
+    report(3);
+    EXPECT_EQ(window.boxes, std::vector<std::string>{"Error: File could not be written"});
+}
+
+TEST_F(Reports, TheJournalKeepsBoxesWithTheirAnswers) {
+    window.answers = {Answer::yes};
+    EXPECT_EQ(reporter.message("Are you sure?", "Warning", Buttons::yes_no), Answer::yes);
+    EXPECT_EQ(reporter.message("Are you sure?", "Warning", Buttons::yes_no), Answer::no);
+    EXPECT_EQ(reporter.message("Edge missing", "Error"), Answer::ok);
+    ASSERT_EQ(journal.boxes.size(), 3U);
+    EXPECT_EQ(journal.boxes[0].answer, "yes");
+    EXPECT_EQ(journal.boxes[1].answer, "no");
+    EXPECT_EQ(journal.boxes[2].answer, "ok");
+}
+
+}  // namespace
+}  // namespace kavrel

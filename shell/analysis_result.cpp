@@ -1,0 +1,71 @@
+#include "shell/analysis_result.h"
+
+#include <cmath>
+
+#include <fmt/format.h>
+
+namespace kavrel {
+
+namespace {
+
+int row_count(const AnalysisResult& result, AnalysisResult::Kind kind);
+
+}  // namespace
+
+bool has_column(const AnalysisResult& result, const ColumnRow& row) {
+    return row_count(result, row.kind) > 0 && (row.present == nullptr || result.*row.present);
+}
+
+std::string_view column_unit(const AnalysisResult& result, const ColumnRow& row) {
+    if (!row.unit.empty()) return row.unit;
+    if (row.column == &AnalysisResult::FREQ) return result.radians ? "rad/sec" : "Hz";
+    return result.admittance ? "S" : "ohm";
+}
+
+std::span<const float> column_values(const AnalysisResult& result, const ColumnRow& row) {
+    if (!has_column(result, row)) return {};
+    const auto rows = static_cast<std::size_t>(row_count(result, row.kind));
+    return std::span<const float>((result.*row.column).cells).first(rows);
+}
+
+std::string write_table_csv(const AnalysisResult& result) { return write_table_csv(result, result.kind); }
+
+std::string write_table_csv(const AnalysisResult& result, AnalysisResult::Kind kind) {
+    std::string csv;
+    std::string_view separator;
+    for (const ColumnRow& row : result_columns) {
+        if (row.kind != kind || !has_column(result, row)) continue;
+        csv += fmt::format("{}{} ({})", separator, row.name, column_unit(result, row));
+        separator = ",";
+    }
+    if (csv.empty()) return csv;
+    csv += '\n';
+
+    for (int i = 1; i <= row_count(result, kind); ++i) {
+        separator = "";
+        for (const ColumnRow& row : result_columns) {
+            if (row.kind != kind || !has_column(result, row)) continue;
+            const auto value = static_cast<double>((result.*row.column)(i));
+            csv += separator;
+            if (std::isfinite(value)) csv += fmt::format("{:.9g}", value);
+            separator = ",";
+        }
+        csv += '\n';
+    }
+    return csv;
+}
+
+namespace {
+
+int row_count(const AnalysisResult& result, AnalysisResult::Kind kind) {
+    switch (kind) {
+        case AnalysisResult::Kind::frequency: return result.frequency_count;
+        case AnalysisResult::Kind::time: return result.time_count;
+        case AnalysisResult::Kind::none: break;
+    }
+    return 0;
+}
+
+}  // namespace
+
+}  // namespace kavrel

@@ -1,0 +1,107 @@
+// The columns of numbers that an analysis leaves, and their text as comma-separated values.
+//
+// Columns are single precision, numbered from 1. A frequency analysis and a time analysis stand side by side: each
+// keeps its rows until the next one of its kind overwrites them, and `kind` tells which of the two came last.
+// Frequencies are in Hz (rad/sec with `radians`), times and delays in seconds, losses in dB, phases in degrees,
+// immittances in ohm (siemens with `admittance`).
+#pragma once
+
+#include <array>
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "shell/fixed_text.h"
+#include "shell/table.h"
+
+namespace kavrel {
+
+inline constexpr int analysis_points = 501;  // rows of an analysis
+
+using ResultColumn = Table<float, analysis_points>;
+
+struct AnalysisResult {
+    enum class Kind { none, frequency, time };
+
+    Kind kind = Kind::none;  // of the last analysis
+    FixedText<60> TITLE;     // of the filter that was analysed, the head of a plot
+
+    // The curves last chosen from the columns below.
+    ResultColumn X_DATA;     // [i] 1 <= i <= point_count: frequencies or times
+    ResultColumn Y1_DATA;    // first curve
+    ResultColumn Y2_DATA;    // second curve, with has_y2
+    int point_count = 0;     // 0 to 501 valid points
+    bool has_y2 = false;     // two curves
+    FixedText<36> x_label;   // "Frequency Hz", "Time (sec)"
+    FixedText<36> y1_label;  // "Loss (dB)", "Phase (deg)", "Delay (sec)", ...
+    FixedText<36> y2_label;
+
+    // Frequency results.
+    int frequency_count = 0;  // 0 to 501 valid rows
+    bool radians = false;     // FREQ is in rad/sec
+    bool has_loss = false;
+    bool has_phase = false;
+    bool has_delay = false;
+    bool has_return_loss = false;
+    bool has_immittance = false;  // AREAL and IMAG
+    bool admittance = false;      // they are in siemens
+    ResultColumn FREQ;
+    ResultColumn LOSS;
+    ResultColumn PHASE;
+    ResultColumn DELA;
+    ResultColumn RETUR;
+    ResultColumn AREAL;
+    ResultColumn IMAG;
+
+    // Time results.
+    int time_count = 0;  // 0 to 501 valid rows
+    bool has_impulse = false;
+    bool has_step = false;
+    ResultColumn TIME;
+    ResultColumn IMPULSE;
+    ResultColumn STEP;
+};
+
+static_assert(std::is_trivially_copyable_v<AnalysisResult>);
+
+// A column that an analysis may have. A null `present` stands for a column that every analysis of the kind has.
+struct ColumnRow {
+    AnalysisResult::Kind kind;
+    std::string_view name;  // in the table and the dump
+    std::string_view unit;  // blank where it depends on the result: see column_unit
+    ResultColumn AnalysisResult::*column;
+    bool AnalysisResult::*present;
+};
+
+inline constexpr std::array<ColumnRow, 10> result_columns = {{
+    {AnalysisResult::Kind::frequency, "frequency", "", &AnalysisResult::FREQ, nullptr},
+    {AnalysisResult::Kind::frequency, "loss", "dB", &AnalysisResult::LOSS, &AnalysisResult::has_loss},
+    {AnalysisResult::Kind::frequency, "phase", "deg", &AnalysisResult::PHASE, &AnalysisResult::has_phase},
+    {AnalysisResult::Kind::frequency, "delay", "sec", &AnalysisResult::DELA, &AnalysisResult::has_delay},
+    {AnalysisResult::Kind::frequency, "return_loss", "dB", &AnalysisResult::RETUR, &AnalysisResult::has_return_loss},
+    {AnalysisResult::Kind::frequency, "real", "", &AnalysisResult::AREAL, &AnalysisResult::has_immittance},
+    {AnalysisResult::Kind::frequency, "imag", "", &AnalysisResult::IMAG, &AnalysisResult::has_immittance},
+    {AnalysisResult::Kind::time, "time", "sec", &AnalysisResult::TIME, nullptr},
+    {AnalysisResult::Kind::time, "impulse", "1/sec", &AnalysisResult::IMPULSE, &AnalysisResult::has_impulse},
+    {AnalysisResult::Kind::time, "step", "1", &AnalysisResult::STEP, &AnalysisResult::has_step},
+}};
+
+// Whether a result has this column, with at least one row.
+[[nodiscard]] bool has_column(const AnalysisResult& result, const ColumnRow& row);
+
+// The unit of a column of this result: "Hz" or "rad/sec", "ohm" or "S", or the row's own.
+[[nodiscard]] std::string_view column_unit(const AnalysisResult& result, const ColumnRow& row);
+
+// The valid rows of a column; empty where the result does not have it.
+[[nodiscard]] std::span<const float> column_values(const AnalysisResult& result, const ColumnRow& row);
+
+// The results of one kind as comma-separated values: a header such as "frequency (Hz),loss (dB)", then a line for each
+// row, each ended by a line feed. Numbers have 9 significant digits, from which the single-precision value comes back
+// exactly; a value that is not finite leaves its cell empty. Without results of this kind the text is empty.
+[[nodiscard]] std::string write_table_csv(const AnalysisResult& result, AnalysisResult::Kind kind);
+
+// The same for the last analysis.
+[[nodiscard]] std::string write_table_csv(const AnalysisResult& result);
+
+}  // namespace kavrel

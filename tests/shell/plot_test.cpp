@@ -1,0 +1,597 @@
+#include "shell/plot.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "shell/analysis_result.h"
+#include "shell/svg_surface.h"
+
+namespace kavrel {
+namespace {
+
+using Floats = std::vector<float>;
+
+constexpr float nan_f = std::numeric_limits<float>::quiet_NaN();
+constexpr float inf_f = std::numeric_limits<float>::infinity();
+
+// ---- ranges and axes ----
+
+TEST(NiceRange, WidensHalfUnitsByTheTable) {
+    const struct {
+        HalfUnits from, to;
+    } rows[] = {
+        {{0, 8}, {-1, 8}},     {{1, 9}, {1, 10}},  {{0, 10}, {-1, 10}}, {{3, 13}, {3, 14}},  {{2, 14}, {1, 14}},
+        {{1, 13}, {1, 14}},    {{1, 16}, {0, 16}}, {{0, 15}, {0, 16}},  {{0, 20}, {-1, 20}}, {{1, 21}, {1, 22}},
+        {{0, 14}, {-1, 15}},   {{1, 15}, {0, 16}}, {{0, 19}, {-1, 20}}, {{0, 18}, {-1, 20}}, {{1, 19}, {-1, 20}},
+        {{1, 23}, {0, 25}},    {{2, 24}, {0, 25}}, {{0, 2}, {0, 2}},    {{-3, 4}, {-3, 4}},  {{0, 16}, {0, 16}},
+        {{-9, -1}, {-10, -1}},  // odd, but negative: as even
+        {{-23, -1}, {-25, 0}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(even_half_units(row.from), row.to) << row.from.low << " to " << row.from.high;
+    }
+}
+
+TEST(NiceRange, RoundsOutwards) {
+    const struct {
+        double lo, hi, nice_lo, nice_hi;
+    } rows[] = {
+        {0, 7, -0.5, 7.5},
+        {7, 0, -0.5, 7.5},
+        {0, 3000, 0, 3000},
+        {0, 9.9, -0.5, 10},
+        {-4.5, -0.5, -5, -0.5},
+        {0.5, 4.5, 0.5, 5},
+        {0.31, 0.52, 0.3, 0.55},
+        {-170, 165, -250, 200},
+        {0, 0.49995 + 2, 0, 2.5},
+        {0.49995, 3, 0.5, 3},
+        {0, 2.00005, 0, 2},
+        {0, 2.001, 0, 2.5},
+        {1.3e-9, 3.3e-9, 1e-9, 3.5e-9},
+        {-2.2e12, 1.1e12, -2.5e12, 2e12},
+    };
+    for (const auto& row : rows) {
+        const NiceRange range = nice_range(row.lo, row.hi);
+        EXPECT_DOUBLE_EQ(range.lo, row.nice_lo) << row.lo << " to " << row.hi;
+        EXPECT_DOUBLE_EQ(range.hi, row.nice_hi) << row.lo << " to " << row.hi;
+        EXPECT_EQ(range.offset, 0.0) << row.lo << " to " << row.hi;
+    }
+}
+
+TEST(NiceRange, NarrowRangeGetsAnOffset) {
+    const struct {
+        double lo, hi, offset, amount;
+    } rows[] = {
+        {40, 40.1, 40.05, 0.05},
+        {-40.1, -40, -40.05, 0.05},
+        {19.5, 21, 20.25, 0.75},
+        {19, 21, 0, 0},  // exactly 2/21
+        {10.65e6, 10.75e6, 10.7e6, 0.05e6},
+    };
+    for (const auto& row : rows) {
+        const NiceRange range = nice_range(row.lo, row.hi);
+        EXPECT_DOUBLE_EQ(range.offset, row.offset) << row.lo;
+        EXPECT_DOUBLE_EQ(range.amount, row.amount) << row.lo;
+    }
+}
+
+TEST(NiceRange, HoldsAnyDataAndComesToAnEnd) {
+    std::mt19937_64 random(20);
+    std::uniform_real_distribution<double> mantissa(-10, 10);
+    std::uniform_int_distribution<int> exponent(-280, 280);
+    for (int i = 0; i < 20000; ++i) {
+        const double level = mantissa(random) * std::pow(10.0, exponent(random));
+        const double lo = level;
+        const double hi = i % 3 == 0 ? level * (1 + 1e-5 * mantissa(random)) : level * mantissa(random);
+        const NiceRange range = nice_range(lo, hi);
+        const double r = std::abs(hi - lo);
+        ASSERT_LT(range.lo, range.hi);
+        ASSERT_LE(range.lo, std::min(lo, hi) + 1.01e-4 * r) << lo << " " << hi;
+        ASSERT_GE(range.hi, std::max(lo, hi) - 1.01e-4 * r) << lo << " " << hi;
+        ASSERT_LE(range.hi - range.lo, 3.0 * r) << lo << " " << hi;
+    }
+}
+
+TEST(NiceRange, ConstantDataGetsARangeAroundItsLevel) {
+    const double inf = std::numeric_limits<double>::infinity();
+    const double largest = std::numeric_limits<double>::max();
+    for (const double level :
+         {0.0, 6.02, -170.0, 1e-3, 1e-12, 99.99, 3.4e38, 1e300, -1e300, largest, -largest, 5e-324}) {
+        for (const double next : {level, std::nextafter(level, inf)}) {
+            const NiceRange range = nice_range(level, next);
+            ASSERT_TRUE(std::isfinite(range.lo) && std::isfinite(range.hi)) << level;
+            EXPECT_LT(range.lo, range.hi) << level;
+            EXPECT_LE(range.lo, level);
+            EXPECT_GE(range.hi, level);
+            if (std::abs(level) < 1e280) {
+                EXPECT_EQ(range.offset, 0.0) << level;
+            }
+        }
+    }
+    EXPECT_DOUBLE_EQ(nice_range(40, 40).lo, 35);
+    EXPECT_DOUBLE_EQ(nice_range(40, 40).hi, 45);
+    for (const double bad : {inf, -inf, std::nan("")}) {
+        EXPECT_LT(nice_range(bad, bad).lo, nice_range(bad, bad).hi);
+        EXPECT_DOUBLE_EQ(nice_range(bad, 3).hi, 3);
+    }
+}
+
+std::string labels_of(const PlotAxis& axis) {
+    std::string all;
+    for (int i = 1; i <= axis.label_count; ++i) all += (i > 1 ? "," : "") + std::string(trim(axis.LABELS(i).padded()));
+    return all;
+}
+
+TEST(ScaleText, ExponentsAndDecimals) {
+    const struct {
+        double lo, hi;
+        int labels, exponent;
+        std::string_view text;
+    } rows[] = {
+        {0, 3000, 0, 3, "0.000,0.500,1.000,1.500,2.000,2.500,3.000"},
+        {0, 100, 0, 0, "0.0,10.0,20.0,30.0,40.0,50.0,60.0,70.0,80.0,90.0,100.0"},
+        {0, 2e-3, 5, -3, "0.000,0.500,1.000,1.500,2.000"},
+        {0, 0.03, 4, -3, "0.00,10.00,20.00,30.00"},
+        {-90, 90, 3, 0, "-100.0,0.0,100.0"},
+        {-0.2, 0.1, 4, -3, "-200.0,-100.0,0.0,100.0"},
+        {0, 999.99, 2, 3, "-0.050,1.000"},
+        {40, 40.1, 3, -3, "-50.00,0.00,50.00"},
+        {-40.1, -40, 3, -3, "-50.00,0.00,50.00"},
+        {19.5, 21, 4, -3, "-750.0,-250.0,250.0,750.0"},
+        {1e9, 4e9, 2, 9, "1.000,4.000"},
+        {6, 6, 2, 0, "5.500,6.500"},
+        {0, 7, 0, 0,
+         "-0.500,0.000,0.500,1.000,1.500,2.000,2.500,3.000,3.500,4.000,4.500,5.000,5.500,6.000,6.500,7.000,7.500"},
+    };
+    for (const auto& row : rows) {
+        const PlotAxis axis = scale_text(row.lo, row.hi, row.labels);
+        EXPECT_EQ(axis.exponent, row.exponent) << row.lo << " to " << row.hi;
+        EXPECT_EQ(labels_of(axis), row.text);
+        EXPECT_DOUBLE_EQ(axis.snap, (axis.hi - axis.lo) / 50);
+    }
+}
+
+TEST(ScaleText, ChosenLabelsAreRoundAndTrue) {
+    std::mt19937_64 random(7);
+    std::uniform_real_distribution<double> mantissa(-10, 10);
+    std::uniform_int_distribution<int> exponent(-9, 12);
+    for (int i = 0; i < 5000; ++i) {
+        const double level = mantissa(random) * std::pow(10.0, exponent(random));
+        const double hi = i % 2 == 0 ? level * (1 + 1e-4 * mantissa(random)) : level * mantissa(random);
+        const PlotAxis axis = scale_text(level, hi);
+        ASSERT_GE(axis.label_count, 4);
+        ASSERT_LE(axis.label_count, 26);
+        const double step = (axis.last - axis.first) / (axis.label_count - 1);
+        const double digits = step / std::pow(10.0, std::floor(std::log10(step) + 1e-6) - 1);
+        ASSERT_NEAR(digits, std::round(digits), 1e-4) << level << " to " << hi;  // a step of one or two digits
+        for (int k = 0; k < axis.label_count; ++k) {
+            const std::string text(trim(axis.LABELS(k + 1).padded()));
+            ASSERT_EQ(text.find('*'), std::string::npos);
+            const double shown = std::stod(text) * std::pow(10.0, axis.exponent) + axis.offset;
+            ASSERT_NEAR(shown, axis.tick(k), 1e-6 * axis.span) << text;
+        }
+    }
+}
+
+TEST(AxisLabel, ScaleFactorAndOffset) {
+    UnitSet kilohertz;
+    kilohertz.frequency_index = 2;
+    settle_units(kilohertz);
+    const PlotAxis wide = scale_text(0, 3000);
+    const PlotAxis level = scale_text(40, 40.1);
+    const PlotAxis band = scale_text(10.65e6, 10.75e6);
+    const PlotAxis delay = scale_text(1.22e-6, 1.24e-6);
+    EXPECT_EQ(axis_label("Frequency Hz  ", wide, true, {}), "Frequency Hz xE3");
+    EXPECT_EQ(axis_label("Loss (dB)", scale_text(0, 90), false, {}), "Loss (dB)");
+    EXPECT_EQ(axis_label("Delay (sec)", scale_text(0, 2e-6), false, {}), "Delay (sec) xE-6");
+    EXPECT_EQ(axis_label("Frequency Hz", band, true, {}), "Frequency Hz xE3, F0 = 10.700000 MHz");
+    EXPECT_EQ(axis_label("Frequency Hz", band, true, kilohertz), "Frequency Hz xE3, F0 = 10.700000 MHz");
+    EXPECT_EQ(axis_label("Frequency Hz", scale_text(0.99e6, 1.01e6), true, kilohertz),
+              "Frequency Hz xE3, F0 = 1000.000000 KHz");
+    EXPECT_EQ(axis_label("Time (sec)", delay, true, {}), "Time (sec) xE-9, F0 = 1.230000 usec");
+    EXPECT_EQ(axis_label("Delay (sec)", delay, false, {}), "Delay (sec) xE-9, T0 = 1.230000 usec");
+    for (const char* label : {"Loss", "Return loss", "Transd. loss", "Current loss", "Voltage loss"}) {
+        EXPECT_EQ(axis_label(std::string(label) + " (dB)", level, false, {}),
+                  std::string(label) + " (dB) xE-3, L0 = 40.050000 dB");
+    }
+    EXPECT_EQ(axis_label("Real part of impedance", level, false, {}),
+              "Real part of impedance xE-3, R0 = 40.050000 ohm");
+    EXPECT_EQ(axis_label("Imag part of admittance", level, false, {}), "Imag part of admittance xE-3, G0 = 40.050000");
+    EXPECT_EQ(axis_label("Phase (deg)", scale_text(-40.1, -40), false, {}), "Phase (deg) xE-3, Y0 = -40.050000 deg");
+}
+
+// ---- the window ----
+
+struct Curves {
+    Floats x, y1, y2;
+};
+
+Curves low_pass(int n) {
+    Curves c;
+    for (int i = 0; i < n; ++i) {
+        const double f = 3000.0 * i / (n - 1);
+        const double u = f / 1000;
+        c.x.push_back(static_cast<float>(f));
+        c.y1.push_back(static_cast<float>(10 * std::log10(1 + std::pow(u, 14))));
+        c.y2.push_back(static_cast<float>(1e-3 / (1 + 30 * (u - 1) * (u - 1))));
+    }
+    return c;
+}
+
+PlotRequest request_of(const Curves& c) {
+    return {.x = c.x,
+            .y1 = c.y1,
+            .y2 = c.y2,
+            .x_label = "Frequency Hz",
+            .y1_label = "Loss (dB)",
+            .y2_label = "Delay (sec)",
+            .title = "Low-pass",
+            .owner = ""};
+}
+
+TEST(PlotTwo, VerdictsLeaveTheWindowAsItWas) {
+    const auto window = std::make_unique<PlotWindow>();
+    Curves c = low_pass(501);
+    ASSERT_TRUE(plot_two(*window, request_of(c), {}).ok());
+    const auto before = std::make_unique<PlotWindow>(*window);
+
+    const auto refused = [&](const PlotVerdict& verdict, std::string_view text, std::string_view caption) {
+        EXPECT_EQ(verdict.text, text);
+        EXPECT_EQ(verdict.caption, caption);
+        EXPECT_EQ(window->point_count, before->point_count);
+        EXPECT_TRUE(window->X_DATA == before->X_DATA && window->Y2_DATA == before->Y2_DATA);
+    };
+    const std::string_view lengths = "X and Y arrays must have the same number of elements.";
+    Curves bad = c;
+    bad.y1.pop_back();
+    refused(plot_two(*window, request_of(bad), {}), lengths, "Plot data Error");
+    bad = c;
+    bad.y2.push_back(0);
+    refused(plot_two(*window, request_of(bad), {}), lengths, "Plot data Error");
+    refused(plot_two(*window, request_of({{1}, {1}, {}}), {}), "Too few points to plot", "Warning");
+    refused(plot_two(*window, request_of(low_pass(1003)), {}), plot_messages::too_many_points.text, "Plot data Error");
+    EXPECT_TRUE(plot_two(*window, request_of(low_pass(1002)), {}).ok());
+
+    SvgSurface surface({});
+    window->y2.label_count = 1;
+    EXPECT_EQ(draw_plot(surface, *window).text, "Start_plot_real error: SIZE of y2_text must be > 1");
+    window->y1.label_count = 1;
+    EXPECT_EQ(draw_plot(surface, *window).text, "Start_plot_real error: SIZE of y1_text must be > 1");
+    window->x.label_count = 0;
+    EXPECT_EQ(draw_plot(surface, *window).text, "Start_plot_real error: SIZE of x_text must be > 1");
+    EXPECT_EQ(draw_plot(surface, *window).caption, "Axis Text Error");
+    EXPECT_EQ(plot_svg(*window), "");
+}
+
+TEST(PlotTwo, OwnerTellsThePrintId) {
+    const std::pair<std::string_view, int> rows[] = {{"", 160},       {" ", 160},       {"digital", 161}, {"fir", 162},
+                                                     {"active", 163}, {"lattice", 168}, {"nonlin", 154}};
+    for (const auto& [owner, id] : rows) EXPECT_EQ(plot_print_id(owner), id) << owner;
+}
+
+TEST(PlotTwo, PlotsFromItsOwnArrays) {
+    const auto window = std::make_unique<PlotWindow>();
+    ASSERT_TRUE(plot_two(*window, request_of(low_pass(100)), {}).ok());
+    const std::span<const float> x(window->X_DATA.data(), 100);
+    const std::span<const float> y(window->Y2_DATA.data(), 100);
+    ASSERT_TRUE(plot_two(*window, {.x = x, .y1 = y, .y1_label = "Delay (sec)", .owner = "a"}, {}).ok());
+    EXPECT_EQ(window->Y1_DATA(34), low_pass(100).y2[33]);
+    EXPECT_FALSE(window->has_y2);
+    EXPECT_EQ(window->print_id, 163);
+}
+
+// ---- thinning ----
+
+TEST(ThinDashed, KeepsWhatTheDashesNeed) {
+    std::vector<PlotPoint> line;
+    for (int i = 0; i <= 999; ++i) line.push_back({i / 999.0 * 0.8, 0.3});
+    // Ten steps are the first sum above a hundredth: points 0, 10, 20, ... 990, and the last one.
+    EXPECT_EQ(thin_dashed(line, 0.8, 0.9), 101u);
+    EXPECT_DOUBLE_EQ(line[1].x, 10 / 999.0 * 0.8);
+    EXPECT_DOUBLE_EQ(line[100].x, 0.8);
+
+    std::vector<PlotPoint> steep = {{0, 0}, {0.001, 0.5}, {0.002, 0}, {0.003, 0.001}, {0.004, 0}};
+    EXPECT_EQ(thin_dashed(steep, 1, 1), 4u);
+    EXPECT_EQ(steep[3], (PlotPoint{0.004, 0}));
+
+    std::vector<PlotPoint> two = {{0, 0}, {0.001, 0}};
+    EXPECT_EQ(thin_dashed(two, 1, 1), 2u);
+    EXPECT_EQ(thin_dashed({}, 1, 1), 0u);
+}
+
+// ---- pictures ----
+
+struct TextBox {
+    std::string text;
+    double left, right, top, bottom;  // of its letters, in pixels
+};
+
+// The SVG surface, taking down where the texts stand by the metrics of the layout.
+class WatchedSurface : public SvgSurface {
+public:
+    explicit WatchedSurface(SvgSize size) : SvgSurface(size), pixels(size) {}
+
+    void text(const PlotText& t) override {
+        SvgSurface::text(t);
+        if (t.text.empty()) return;
+        TextSize box = text_size(t.text, t.height);
+        if (t.upwards) box = {box.height / aspect(), box.width * aspect()};
+        const double left = t.at.x - box.width * (t.across == Across::right ? 1 : t.across == Across::middle ? 0.5 : 0);
+        const double top = t.at.y - box.height * (t.along == Along::bottom ? 1 : t.along == Along::middle ? 0.5 : 0);
+        // Letters fill the middle of a box's height: a quarter above and below them stays free.
+        const double free_x = t.upwards ? 0.24 * box.width : 0;
+        const double free_y = t.upwards ? 0 : 0.24 * box.height;
+        texts.push_back({std::string(t.text), (left + free_x) * pixels.width,
+                         (left + box.width - free_x) * pixels.width, (top + free_y) * pixels.height,
+                         (top + box.height - free_y) * pixels.height});
+    }
+
+    SvgSize pixels;
+    std::vector<TextBox> texts;
+};
+
+std::string_view attribute(std::string_view element, std::string_view name) {
+    const auto at = element.find(std::string(name) + "=\"");
+    if (at == std::string_view::npos) return {};
+    const auto from = at + name.size() + 2;
+    return element.substr(from, element.find('"', from) - from);
+}
+
+// The points of all polylines of a class, in pixels; a curve's sample in the legend, of two level points, comes last.
+std::vector<std::vector<PlotPoint>> polylines(std::string_view svg, std::string_view name) {
+    std::vector<std::vector<PlotPoint>> all;
+    for (auto at = svg.find("<polyline"); at != std::string_view::npos; at = svg.find("<polyline", at + 1)) {
+        const std::string_view element = svg.substr(at, svg.find("/>", at) - at);
+        if (attribute(element, "class") != name) continue;
+        const std::string_view list = attribute(element, "points");
+        std::vector<PlotPoint> points;
+        for (const char *p = list.data(), *end = p + list.size(); p < end;) {
+            PlotPoint point;
+            p = std::from_chars(p, end, point.x).ptr + 1;
+            p = std::from_chars(p, end, point.y).ptr + 1;
+            points.push_back(point);
+        }
+        all.push_back(std::move(points));
+    }
+    return all;
+}
+
+struct Picture {
+    const char* name;
+    Curves curves;
+    const char* x_label;
+    const char* y1_label;
+    const char* y2_label;
+    std::string title;
+};
+
+std::vector<Picture> pictures() {
+    const Curves c = low_pass(501);
+    Floats narrow, band, falling, constant(501, 6.02f), zero(501, 0.f), tiny;
+    for (int i = 0; i < 501; ++i) {
+        narrow.push_back(static_cast<float>(40.05 + 0.05 * std::cos(i / 20.0)));
+        band.push_back(static_cast<float>(10.7e6 + (i - 250) * 200.0));
+        falling.push_back(static_cast<float>(-170.0 - i * 1e-4));
+        tiny.push_back(static_cast<float>(1.23e-6 + 1e-8 * std::sin(i / 40.0)));
+    }
+    const std::string wide(60, 'W');
+    const char* w36 = "WWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWW";
+    return {{"two axes", c, "Frequency Hz", "Loss (dB)", "Delay (sec)", "Low-pass"},
+            {"single", {c.x, c.y1, {}}, "Frequency Hz", "Loss (dB)", "", "Low-pass"},
+            {"two points", {{0, 10}, {0, 7}, {}}, "Time (sec)", "Step response", "", ""},
+            {"narrow", {c.x, narrow, c.y1}, "Frequency Hz", "Loss (dB)", "Return loss (dB)", "Pass band"},
+            {"band", {band, c.y1, tiny}, "Frequency Hz", "Transd. loss (dB)", "Delay (sec)", "10.7 MHz"},
+            {"negative", {c.x, falling, {}}, "Frequency Hz", "Phase (deg)", "", "Phase"},
+            {"constant", {c.x, constant, zero}, "Frequency Hz", "Loss (dB)", "Phase (deg)", "Attenuator"},
+            {"crowded", {{0, 9.9f}, {0, 9.9f}, {0.f, 9.9f}}, "Time (sec)", "Impulse response", "Step response", ""},
+            {"wide texts", {band, narrow, tiny}, w36, w36, w36, wide}};
+}
+
+TEST(Svg, TextsStandInThePictureAndApart) {
+    for (const SvgSize size : {SvgSize{960, 600}, SvgSize{640, 400}, SvgSize{480, 480}}) {
+        for (const Picture& picture : pictures()) {
+            PlotRequest request = request_of(picture.curves);
+            request.x_label = picture.x_label;
+            request.y1_label = picture.y1_label;
+            request.y2_label = picture.y2_label;
+            request.title = picture.title;
+            const auto window = std::make_unique<PlotWindow>();
+            ASSERT_TRUE(plot_two(*window, request, {}).ok()) << picture.name;
+            WatchedSurface surface(size);
+            ASSERT_TRUE(draw_plot(surface, *window).ok()) << picture.name;
+            ASSERT_GT(surface.texts.size(), 8u);
+            for (std::size_t i = 0; i < surface.texts.size(); ++i) {
+                const TextBox& a = surface.texts[i];
+                EXPECT_GE(a.left, 0.0199 * size.width) << picture.name << ": " << a.text;
+                EXPECT_GE(a.top, 0.0199 * size.height) << picture.name << ": " << a.text;
+                EXPECT_LE(a.right, 0.9801 * size.width) << picture.name << ": " << a.text;
+                EXPECT_LE(a.bottom, 0.9801 * size.height) << picture.name << ": " << a.text;
+                for (std::size_t k = 0; k < i; ++k) {
+                    const TextBox& b = surface.texts[k];
+                    const bool apart = a.right <= b.left || b.right <= a.left || a.bottom <= b.top || b.bottom <= a.top;
+                    EXPECT_TRUE(apart) << picture.name << " " << size.width << ": " << a.text << " on " << b.text;
+                }
+            }
+        }
+    }
+}
+
+TEST(Svg, CurvePointsAreTheData) {
+    const auto window = std::make_unique<PlotWindow>();
+    const Curves c = low_pass(501);
+    ASSERT_TRUE(plot_two(*window, request_of(c), {}).ok());
+    WatchedSurface surface({});
+    ASSERT_TRUE(draw_plot(surface, *window).ok());
+    const std::string svg = plot_svg(*window);
+    const PlotArea& area = window->area;
+    const auto value_x = [&](double pixel) {
+        return window->x.lo + (pixel / 960 - area.left) / (area.right - area.left) * window->x.span;
+    };
+    const auto value_y = [&](const PlotAxis& axis, double pixel) {
+        return axis.lo + (area.bottom - pixel / 600) / (area.bottom - area.top) * axis.span;
+    };
+
+    const auto first = polylines(svg, "y1");
+    ASSERT_EQ(first.size(), 2u);  // and the sample in the legend
+    ASSERT_EQ(first[0].size(), 501u);
+    for (std::size_t i = 0; i < 501; ++i) {
+        EXPECT_NEAR(value_x(first[0][i].x), static_cast<double>(c.x[i]), 2e-6 * window->x.span);
+        EXPECT_NEAR(value_y(window->y1, first[0][i].y), static_cast<double>(c.y1[i]), 2e-6 * window->y1.span);
+    }
+
+    // The dashed curve has fewer points; each of them is one of the data, in order, from the first to the last.
+    const auto dashed = polylines(svg, "y2");
+    ASSERT_EQ(dashed.size(), 2u);
+    EXPECT_LT(dashed[0].size(), 200u);
+    std::size_t i = 0;
+    for (const PlotPoint& point : dashed[0]) {
+        while (i < 501 && static_cast<double>(c.x[i]) < value_x(point.x) - 1) ++i;
+        ASSERT_LT(i, 501u);
+        EXPECT_NEAR(value_y(window->y2, point.y), static_cast<double>(c.y2[i]), 2e-6 * window->y2.span);
+    }
+    EXPECT_EQ(i, 500u);
+
+    // Grid lines stand where the axes have their ticks: crosswise for x, level for y1.
+    const auto grid = polylines(svg, "grid");
+    ASSERT_EQ(static_cast<int>(grid.size()), window->x.label_count + window->y1.label_count);
+    for (int k = 0; k < window->x.label_count; ++k) {
+        const auto& line = grid[static_cast<std::size_t>(k)];
+        EXPECT_NEAR(value_x(line[0].x), window->x.tick(k), 2e-6 * window->x.span);
+        EXPECT_EQ(line[0].x, line[1].x);
+    }
+    EXPECT_EQ(polylines(svg, "frame")[0].size(), 4u);
+    EXPECT_NE(svg.find("stroke-dasharray"), std::string::npos);
+}
+
+TEST(Svg, ValuesThatAreNotFiniteAreNotDrawn) {
+    Curves c = low_pass(101);
+    c.y2.clear();
+    c.y1[0] = nan_f;
+    c.y1[40] = inf_f;
+    c.y1[60] = -inf_f;
+    c.x[62] = nan_f;
+    const auto window = std::make_unique<PlotWindow>();
+    ASSERT_TRUE(plot_two(*window, request_of(c), {}).ok());
+    EXPECT_EQ(window->x.hi, 3000);
+    const std::string svg = plot_svg(*window);
+    EXPECT_EQ(svg.find("nan"), std::string::npos);
+    EXPECT_EQ(svg.find("inf"), std::string::npos);
+    std::vector<std::size_t> runs;
+    for (const auto& run : polylines(svg, "y1")) runs.push_back(run.size());
+    EXPECT_EQ(runs, (std::vector<std::size_t>{39, 19, 2, 38}));  // the single point 61 as a dot
+
+    c.y1.assign(101, nan_f);
+    ASSERT_TRUE(plot_two(*window, request_of(c), {}).ok());
+    EXPECT_TRUE(polylines(plot_svg(*window), "y1").empty());
+}
+
+TEST(Svg, AnyTextIsWellFormed) {
+    Curves c = low_pass(11);
+    PlotRequest request = request_of(c);
+    request.title = "a<b & c>d \"\x01\xC3\xA9\xFF\xED\xA0\x80";
+    const auto window = std::make_unique<PlotWindow>();
+    ASSERT_TRUE(plot_two(*window, request, {}).ok());
+    EXPECT_NE(plot_svg(*window).find(">a&lt;b &amp; c&gt;d \" \xC3\xA9???"
+                                     "?</text>"),
+              std::string::npos);
+    EXPECT_EQ(plot_svg(PlotWindow{}), "");
+}
+
+// ---- cursor ----
+
+TEST(Cursor, SnapsToTheNearestPoint) {
+    const auto window = std::make_unique<PlotWindow>();
+    const Curves c{{0, 1000, 2000, 3000}, {0, 10, 20, 40}, {0.002f, 0.002f, 0.001f, 0.f}};
+    ASSERT_TRUE(plot_two(*window, request_of(c), {}).ok());
+    SvgSurface surface({});
+    ASSERT_TRUE(draw_plot(surface, *window).ok());
+    const auto pointer = [&](double x, const PlotAxis& axis, double y) {
+        return PlotPoint{place_x(*window, x), place_y(*window, axis, y)};
+    };
+
+    CursorReadout readout = read_cursor(*window, pointer(1900, window->y1, 20.9));
+    EXPECT_EQ(readout.point, 3);
+    EXPECT_DOUBLE_EQ(readout.x, 2.0);  // the axis shows thousands
+    EXPECT_TRUE(readout.x_text == " X = 2");
+    readout = read_cursor(*window, pointer(1900, window->y1, 20 + 0.99 * window->y1.snap));
+    EXPECT_TRUE(readout.y1_shown);
+    EXPECT_TRUE(readout.y1_text == " Y1 = 20");
+    readout = read_cursor(*window, pointer(1900, window->y1, 20 + 1.01 * window->y1.snap));
+    EXPECT_FALSE(readout.y1_shown);
+    EXPECT_TRUE(readout.y1_text.is_blank());
+
+    readout = read_cursor(*window, pointer(900, window->y2, 0.002));
+    EXPECT_TRUE(readout.y2_shown);
+    EXPECT_NEAR(readout.y2, 2.0, 1e-6);
+    EXPECT_EQ(read_cursor(*window, pointer(500, window->y1, 0)).point, 1);  // the first of equals
+    EXPECT_FALSE(read_cursor(*window, {window->area.left - 0.001, 0.5}).shown);
+    EXPECT_FALSE(read_cursor(*window, {window->area.right + 0.001, 0.5}).shown);
+    EXPECT_FALSE(read_cursor(PlotWindow{}, {0.5, 0.5}).shown);
+}
+
+TEST(Cursor, BoxStaysInTheWindow) {
+    const PixelSize box{100, 40};
+    const PixelSize window{640, 480};
+    EXPECT_EQ(place_cursor_box({20, 30}, box, window), (PixelPoint{30, 40}));
+    EXPECT_EQ(place_cursor_box({530, 430}, box, window), (PixelPoint{540, 440}));
+    EXPECT_EQ(place_cursor_box({531, 30}, box, window), (PixelPoint{421, 40}));
+    EXPECT_EQ(place_cursor_box({20, 431}, box, window), (PixelPoint{30, 381}));
+}
+
+// ---- the table ----
+
+TEST(ResultTable, IsExactAndTellsWhatThereIs) {
+    const auto result = std::make_unique<AnalysisResult>();
+    EXPECT_EQ(write_table_csv(*result), "");
+
+    result->kind = AnalysisResult::Kind::frequency;
+    result->frequency_count = 501;
+    result->has_loss = result->has_delay = true;
+    std::mt19937 random(3);
+    for (int i = 1; i <= 501; ++i) {
+        result->FREQ(i) = static_cast<float>(i - 1) * 0.1f;
+        const auto bits = static_cast<std::uint32_t>(random());
+        std::memcpy(&result->LOSS(i), &bits, sizeof bits);  // any single-precision number at all
+    }
+    result->DELA(2) = nan_f;
+    const std::string csv = write_table_csv(*result);
+    ASSERT_EQ(csv.substr(0, csv.find('\n')), "frequency (Hz),loss (dB),delay (sec)");
+    std::size_t at = csv.find('\n') + 1;
+    for (int i = 1; i <= 501; ++i) {
+        const std::string line = csv.substr(at, csv.find('\n', at) - at);
+        at += line.size() + 1;
+        const auto comma = line.find(',');
+        EXPECT_EQ(std::strtof(line.c_str(), nullptr), result->FREQ(i));
+        if (std::isfinite(result->LOSS(i))) {
+            EXPECT_EQ(std::strtof(line.c_str() + comma + 1, nullptr), result->LOSS(i)) << line;
+        } else {
+            EXPECT_EQ(line[comma + 1], ',');
+        }
+        if (i == 2) {
+            EXPECT_EQ(line.back(), ',');
+        }
+    }
+    EXPECT_EQ(at, csv.size());
+
+    result->time_count = 1;
+    result->has_step = true;
+    result->TIME(1) = 0.5f;
+    result->STEP(1) = -2;
+    EXPECT_EQ(write_table_csv(*result, AnalysisResult::Kind::time), "time (sec),step (1)\n0.5,-2\n");
+    result->frequency_count = 1;
+    result->has_loss = result->has_delay = false;
+    result->has_immittance = result->admittance = result->radians = true;
+    EXPECT_EQ(write_table_csv(*result), "frequency (rad/sec),real (S),imag (S)\n0,0,0\n");
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,78 @@
+// Best approximation on a grid by the exchange algorithm, and the impulse response that follows from it.
+//
+// The best approximation A by NFCNS cosines is the one whose weighted error takes its largest value, with alternating
+// signs, at NFCNS + 1 points of the grid (alternation theorem of Chebyshev). From a guess of these points, each pass
+// finds the A with equal alternating error on them and moves every point to the next larger error nearby, until no
+// point moves. A is held by its values at NFCNS + 1 abscissae x = cos(2 pi f) in barycentric Lagrange form; no
+// equations are solved.
+//
+// Sources: E. Ya. Remez, 1934 (exchange); T. W. Parks and J. H. McClellan, IEEE Trans. Circuit Theory CT-19, 1972
+// (linear phase filters); C. W. Clenshaw, 1955 (recurrence for the change of variable).
+#pragma once
+
+#include <type_traits>
+
+#include "fir/fir_grid.h"
+#include "shell/table.h"
+
+namespace kavrel {
+
+inline constexpr int max_exchange_passes = 100;
+
+enum class ExchangeStatus {
+    not_run,
+    converged,       // no point moved: the alternation holds
+    deviation_fell,  // the deviation fell, which in exact arithmetic it cannot: rounding rules; the result may well be
+                     // good
+    limit_reached,   // 100 passes; the result is that of the last one
+    stopped,         // the watcher said so; no result
+    degenerate,      // the points coincide or numbers ran out of range; no result
+};
+
+struct ExchangeResult {
+    ExchangeStatus status = ExchangeStatus::not_run;
+    int iterations = 0;                          // passes begun
+    double DEV = 0;                              // deviation: weighted error at the extremal points, 0 or above
+    Table<double, max_fir_functions + 1> ALPHA;  // [i] coefficient of cos(2 pi (i-1) f), i <= NFCNS; 0 above
+    Table<int, max_fir_functions + 1> IEXT;      // [j] grid index of extremal point j, j <= NFCNS + 1, ascending
+};
+
+static_assert(std::is_trivially_copyable_v<ExchangeResult>);
+
+// [j] outer end of the half impulse response at 1, centre at NFCNS (NFCNS + 1 for odd antisymmetric filters, always 0)
+using HalfResponse = Table<double, 514>;
+
+// Is told each pass, 1, 2, ..., before it is made. False ends the exchange.
+class ExchangeWatcher {
+public:
+    virtual bool pass(int iteration) = 0;
+
+protected:
+    ~ExchangeWatcher() = default;
+};
+
+// Nobody watches: the exchange runs to its end.
+class Unwatched final : public ExchangeWatcher {
+public:
+    bool pass(int) override { return true; }
+};
+
+// Best approximation of DES with weight WT on the grid by `nfcns` cosines.
+//   grid     as make_grid leaves it: ascending, WT above 0, at least nfcns + 1 points
+//   nfcns    1 to 257
+// Fills `result` and returns its status; ALPHA is 0 unless the status is converged, deviation_fell or limit_reached. A
+// grid or nfcns out of range is degenerate. Takes at most 100 passes, each of about nfcns^2 operations (the last ones
+// 32 times that), and no memory but a few tables on the stack.
+[[nodiscard]] ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher, ExchangeResult& result);
+
+// Half impulse response of Q(f) A(f), outer end first:
+//
+//     NEG 0, odd    H(j) = ALPHA(nz-j) / 2,                         H(NFCNS) = ALPHA(1)
+//     NEG 0, even   H(j) = (ALPHA(nz-j) + ALPHA(nz+1-j)) / 4,       H(NFCNS) = ALPHA(1) / 2 + ALPHA(2) / 4
+//     NEG 1, odd    H(j) = (ALPHA(nz-j) - ALPHA(nz+2-j)) / 4,       H(NFCNS) = ALPHA(1) / 2 - ALPHA(3) / 4, H(nz) = 0
+//     NEG 1, even   H(j) = (ALPHA(nz-j) - ALPHA(nz+1-j)) / 4,       H(NFCNS) = ALPHA(1) / 2 - ALPHA(2) / 4
+//
+// with nz = NFCNS + 1, j < NFCNS, and ALPHA taken as 0 above NFCNS. `plan` comes from plan_fir. The rest of H is 0.
+[[nodiscard]] HalfResponse impulse_response(const FirPlan& plan, const ExchangeResult& result);
+
+}  // namespace kavrel

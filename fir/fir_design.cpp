@@ -1,0 +1,237 @@
+#include "fir/fir_design.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <utility>
+
+#include "fir/exchange.h"
+#include "fir/fir_report.h"
+#include "fir/fir_segment.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+// All that a design makes before it is handed over.
+struct FirDraft {
+    FirTask task;
+    FirGrid grid;
+    ExchangeResult exchange;
+    FirDesignFigures figures;
+    FirFilter filter;
+    double sampling_frequency = 0.0;   // in the user's unit
+    double ripple_db[2] = {0.0, 0.0};  // of bands 1 and 2 as entered, for the length estimate
+};
+
+constexpr const char* bad_input = "Error in input data";
+constexpr const char* incomplete = "Incomplete specification";
+
+// Reports the passes of the exchange to the window layer, which may stop it.
+class ExchangeProgress final : public ExchangeWatcher {
+public:
+    explicit ExchangeProgress(WindowLayer& window) : window_(window) {}
+    bool pass(int iteration) override { return window_.progress("Remez exchange", iteration, 0); }
+
+private:
+    WindowLayer& window_;
+};
+
+bool is_filter(const FirTask& task) { return task.JTYPE == jtype_filter; }
+
+// Bands of a filter: the rows of the table up to the first whose upper edge is 0. The last edge is half the sampling
+// frequency.
+void bands_of_table(const FirRequest& request, FirDraft& draft) {
+    BandTable& bands = draft.task.BANDS;
+    for (int row = 1; row <= request.QUADRUPLETS.rows && request.QUADRUPLETS(row, 2) != 0.0; ++row) {
+        bands.NBANDS = row;
+        bands.EDGE(2 * row - 1) = request.QUADRUPLETS(row, 1);
+        bands.EDGE(2 * row) = request.QUADRUPLETS(row, 2);
+        bands.FX(row) = request.QUADRUPLETS(row, 3);
+        bands.WTX(row) = request.QUADRUPLETS(row, 4);
+    }
+    if (bands.NBANDS > 0) draft.sampling_frequency = 2.0 * bands.EDGE(2 * bands.NBANDS);
+}
+
+// The one band of a differentiator or Hilbert transformer.
+void band_of_frequencies(const FirRequest& request, FirDraft& draft) {
+    BandTable& bands = draft.task.BANDS;
+    const bool differentiator = draft.task.JTYPE == jtype_differentiator;
+    bands.NBANDS = 1;
+    bands.EDGE(1) = differentiator ? 0.0 : request.lower_frequency;
+    bands.EDGE(2) = request.upper_frequency;
+    bands.FX(1) = differentiator ? request.slope : 1.0;
+    bands.WTX(1) = 1.0;
+    draft.sampling_frequency = request.sampling_frequency;
+}
+
+// The shape as linear values over normalised frequency, in single precision, sorted by frequency.
+void take_shape(const FirRequest& request, double sampling_frequency, ShapeTable& shape) {
+    shape.count = request.shape.rows;
+    for (int i = 1; i <= shape.count; ++i) {
+        shape.FIR_FREQ(i) = static_cast<float>(request.shape(i, 1)) / static_cast<float>(sampling_frequency);
+        shape.FIR_VALUE(i) = std::pow(10.0F, static_cast<float>(request.shape(i, 2)) / 20.0F);
+    }
+    for (int i = 1; i < shape.count; ++i) {
+        for (int j = i + 1; j <= shape.count; ++j) {
+            if (shape.FIR_FREQ(j) >= shape.FIR_FREQ(i)) continue;
+            std::swap(shape.FIR_FREQ(i), shape.FIR_FREQ(j));
+            std::swap(shape.FIR_VALUE(i), shape.FIR_VALUE(j));
+        }
+    }
+}
+
+// A ripple in dB becomes the weight 1/delta: a pass band of 1 +- delta has the ripple 20 log10((1 + delta)/(1 -
+// delta)), a stopband of delta has the loss -20 log10 delta.
+void weights_of_ripples(FirDraft& draft) {
+    BandTable& bands = draft.task.BANDS;
+    for (int b = 1; b <= bands.NBANDS; ++b) {
+        const double ripple = bands.WTX(b);
+        if (b <= 2) draft.ripple_db[b - 1] = ripple;
+        const double ratio = std::pow(10.0, ripple / 20.0);
+        bands.WTX(b) = bands.FX(b) != 0.0 ? (ratio + 1.0) / (ratio - 1.0) : ratio;
+    }
+}
+
+// Fills the task but for its length; what is wrong, or null.
+const char* take_request(const FirRequest& request, FirDraft& draft) {
+    FirTask& task = draft.task;
+    task.JTYPE = request.fir_type;
+    task.NFILT = request.filter_length;
+    if (is_filter(task)) {
+        bands_of_table(request, draft);
+    } else {
+        band_of_frequencies(request, draft);
+    }
+    BandTable& bands = task.BANDS;
+    if (bands.NBANDS == 0 || !(draft.sampling_frequency > 0.0)) return bad_input;
+    for (int i = 2; i <= 2 * bands.NBANDS; ++i) {
+        if (!(bands.EDGE(i) >= bands.EDGE(i - 1))) return bad_input;
+    }
+    for (int i = 1; i <= 2 * bands.NBANDS; ++i) bands.EDGE(i) /= draft.sampling_frequency;
+    if (is_filter(task)) {
+        take_shape(request, draft.sampling_frequency, task.SHAPE);
+        if (request.specification_type == static_cast<int>(FirSpecification::ripple_in_db)) weights_of_ripples(draft);
+    }
+    return nullptr;
+}
+
+// Sets the length of a low pass from its ripples and tells it; what is wrong, or null.
+const char* estimate_length(FirRequest& request, FirDraft& draft, Reporter& reporter) {
+    FirTask& task = draft.task;
+    const bool applies = is_filter(task) && task.BANDS.NBANDS == 2 && task.BANDS.FX(1) == 1.0 &&
+                         request.specification_type == static_cast<int>(FirSpecification::ripple_in_db);
+    if (!applies) return incomplete;
+    const double length =
+        estimated_fir_length(draft.ripple_db[0], draft.ripple_db[1], task.BANDS.EDGE(3) - task.BANDS.EDGE(2));
+    if (std::isnan(length)) return bad_input;
+    if (length < max_fir_taps + 1) {
+        task.NFILT = static_cast<int>(std::max(length, 0.0));
+        reporter.report_line(" Estimated degree = " + edit_i(task.NFILT, 4));
+    } else {
+        task.NFILT = max_fir_taps;
+        const int told = static_cast<int>(std::min(length, 1.0e9));
+        reporter.report_line(" Estimated degree: " + edit_i(told, 4) +
+                             " is too high. reset to: " + edit_i(max_fir_taps, 4));
+    }
+    request.filter_length = task.NFILT;
+    draft.figures.length_estimated = true;
+    return nullptr;
+}
+
+void report_failure_to_converge(int iterations, Reporter& reporter) {
+    reporter.report_line(" **** Failure to converge ****");
+    reporter.report_line(" Probable cause is machine rounding error");
+    reporter.report_line(" number of iterations = " + edit_i(iterations, 4));
+    reporter.report_line(" If the number of iterations exceeds 3,");
+    reporter.report_line(" the impulse response may be correct,");
+    reporter.report_line(" check with a frequency response");
+}
+
+// The record that commands work on: the design as its first function.
+void fill_filter(FirDraft& draft, double frequency_scale) {
+    FirFilter& filter = draft.filter;
+    const FirPlan& plan = draft.figures.plan;
+    const HalfResponse H = impulse_response(plan, draft.exchange);
+    filter.functions = 1;
+    filter.NFCNS = plan.NFCNS;
+    filter.NODD = plan.NODD;
+    filter.NEG = plan.NEG;
+    filter.IST(1) = 1;
+    filter.IST(2) = plan.NFCNS + 1;
+    filter.LENGTH(1) = plan.NFCNS;
+    filter.WORD.fill(fir_untruncated);
+    for (int i = 1; i <= plan.NFCNS; ++i) filter.X(i) = filter.COEF(i) = H(i);
+    filter.sampling_frequency = draft.sampling_frequency * frequency_scale;
+}
+
+void fill_figures(FirDraft& draft) {
+    const BandTable& bands = draft.task.BANDS;
+    for (int j = bands.NBANDS; j >= 1; --j) {
+        draft.figures.DEVIAT(j) = static_cast<float>(draft.exchange.DEV / bands.WTX(j));
+        if (!is_filter(draft.task)) continue;
+        const float d = draft.figures.DEVIAT(j);
+        const float ripple = bands.FX(j) != 0.0 ? (1.0F + d) / (1.0F - d) : d;
+        draft.figures.DEVIAT_DB(j) = 20.0F * std::log10(std::abs(ripple));
+        // Counting down, the first stopband is the last to be noted.
+        if (bands.FX(j) == 0.0)
+            draft.filter.deviation = std::pow(10.0, static_cast<double>(draft.figures.DEVIAT_DB(j)) / 20.0);
+    }
+}
+
+}  // namespace
+
+double estimated_fir_length(double passband_ripple_db, double stopband_loss_db, double transition) {
+    const double x = std::pow(10.0, passband_ripple_db / 20.0);
+    const double L1 = std::log10((x - 1.0) / (x + 1.0));
+    const double L2 = -stopband_loss_db / 20.0;
+    // Single-precision values of the published constants.
+    const double f = 11.01216983795166 + 0.512440025806427 * (L1 - L2);
+    const double D = (0.0053090001456439495 * L1 * L1 + 0.07113999873399734 * L1 - 0.47609999775886536) * L2 -
+                     (0.0026599999982863665 * L1 * L1 + 0.5940999984741211 * L1 + 0.4277999997138977);
+    return D / transition + 1.0 - f * transition;
+}
+
+FirDesignVerdict remez_design(FirDesk& desk) {
+    FirRequest& request = desk.request;
+    const auto refuse = [&](std::string_view text) {
+        desk.reporter.message(text, "Error");
+        return FirDesignVerdict::refused;
+    };
+    if (request.design_method == static_cast<int>(FirMethod::windowed)) return FirDesignVerdict::unbuilt;
+    if (request.design_method != static_cast<int>(FirMethod::equal_ripple)) return refuse("Error in specification");
+
+    const auto draft = std::make_unique<FirDraft>();
+    if (const char* wrong = take_request(request, *draft)) return refuse(wrong);
+    if (draft->task.NFILT == 0) {
+        if (const char* wrong = estimate_length(request, *draft, desk.reporter)) return refuse(wrong);
+    }
+    draft->figures.taps = draft->task.NFILT;
+    if (!plan_fir(draft->task.JTYPE, draft->task.NFILT, draft->figures.plan)) return refuse(bad_input);
+    if (!make_grid(draft->task, draft->figures.plan, draft->grid)) return refuse(bad_input);
+
+    ExchangeProgress progress(desk.reporter.window());
+    switch (exchange(draft->grid, draft->figures.plan.NFCNS, progress, draft->exchange)) {
+        case ExchangeStatus::stopped: return FirDesignVerdict::stopped;
+        case ExchangeStatus::not_run:
+        case ExchangeStatus::degenerate: return refuse(bad_input);
+        case ExchangeStatus::deviation_fell:
+            report_failure_to_converge(draft->exchange.iterations, desk.reporter);
+            break;
+        case ExchangeStatus::converged:
+        case ExchangeStatus::limit_reached: break;
+    }
+
+    fill_filter(*draft, desk.session.frequency_scale);
+    fill_figures(*draft);
+    desk.filter = draft->filter;
+    desk.session.TITLE = "<New Filter>";
+    report_fir_design(draft->task, draft->figures, desk.filter, desk.session.TITLE.trimmed(), desk.reporter);
+    desk.results = {};
+    if (draft->figures.taps <= analysis_points) fir_time_response(desk.filter, 1, desk.results);
+    desk.results.TITLE = desk.session.TITLE.trimmed();
+    return FirDesignVerdict::designed;
+}
+
+}  // namespace kavrel

@@ -1,0 +1,29 @@
+// Equal ripple design of a linear-phase FIR filter, from the request to the filter and its report.
+//
+// Method: minimax approximation by the exchange algorithm on a dense grid (T. W. Parks, J. H. McClellan, "Chebyshev
+// approximation for nonrecursive digital filters with linear phase", IEEE Trans. CT-19, 1972). Length of a low pass by
+// O. Herrmann, L. R. Rabiner, D. S. K. Chan, "Practical design rules for optimum finite impulse response low-pass
+// digital filters", Bell System Technical Journal 52, 1973.
+#pragma once
+
+#include "fir/fir_desk.h"
+
+namespace kavrel {
+
+enum class FirDesignVerdict {
+    designed,
+    refused,  // told in a box
+    stopped,  // by the user
+    unbuilt,  // the design method has no routine
+};
+
+// Designs what `request` asks for: report, filter, title, and impulse and step response as time results when the filter
+// has no more than 501 taps. An estimated length is put into the request. Unless designed, filter, title and results
+// stay as they were.
+[[nodiscard]] FirDesignVerdict remez_design(FirDesk& desk);
+
+// Taps that a low pass needs: pass band ripple and stopband loss in dB, transition width over the sampling frequency.
+// Not limited, and not finite where the ripples or the width make no sense.
+[[nodiscard]] double estimated_fir_length(double passband_ripple_db, double stopband_loss_db, double transition);
+
+}  // namespace kavrel

@@ -1,0 +1,124 @@
+#include "fir/fir_grid.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kavrel {
+
+namespace {
+
+bool edges_ascend(const BandTable& bands);
+bool fill_band(const FirTask& task, int band, double start, FirGrid& grid);
+void drop_zero_at_half(const FirPlan& plan, FirGrid& grid);
+bool fold(const FirPlan& plan, FirGrid& grid);
+bool shaped(const FirTask& task, int band);
+
+}  // namespace
+
+bool plan_fir(int jtype, int nfilt, FirPlan& plan) {
+    if (jtype < jtype_filter || jtype > jtype_hilbert || nfilt < 1 || nfilt > max_fir_taps) return false;
+    const int neg = jtype == jtype_filter ? 0 : 1;
+    const int nodd = nfilt % 2;
+    const int nfcns = nfilt / 2 + (nodd == 1 && neg == 0 ? 1 : 0);
+    const int least = neg == 1 && nodd == 1 ? 2 : 1;
+    if (nfcns < least) return false;
+    plan = {.NFCNS = nfcns, .NODD = nodd, .NEG = neg};
+    return true;
+}
+
+double desired(const FirTask& task, double f, int band) {
+    const double fx = task.BANDS.FX(band);
+    if (task.JTYPE == jtype_differentiator) return f * fx;
+    if (!shaped(task, band)) return fx;
+
+    const auto& freq = task.SHAPE.FIR_FREQ;
+    const auto& value = task.SHAPE.FIR_VALUE;
+    // i is the last point at or below f
+    const auto above = std::upper_bound(freq.begin(), freq.begin() + task.SHAPE.count, f,
+                                        [](double at, float point) { return at < static_cast<double>(point); });
+    const int i = static_cast<int>(above - freq.begin());
+    if (i == 0) return f * fx;
+    if (i == task.SHAPE.count) return static_cast<double>(value(i));
+    const double f0 = static_cast<double>(freq(i)), f1 = static_cast<double>(freq(i + 1));
+    const double v0 = static_cast<double>(value(i)), v1 = static_cast<double>(value(i + 1));
+    return fx * (v0 + (v1 - v0) * (f - f0) / (f1 - f0));
+}
+
+double weight(const FirTask& task, double f, int band) {
+    const double wtx = task.BANDS.WTX(band);
+    if (task.JTYPE == jtype_differentiator) return task.BANDS.FX(band) >= 0.0001 ? wtx / f : wtx;
+    if (!shaped(task, band)) return wtx;
+    const double des = desired(task, f, band);
+    return des >= 0.001 ? wtx / des : wtx;
+}
+
+bool make_grid(const FirTask& task, const FirPlan& plan, FirGrid& grid) {
+    const BandTable& bands = task.BANDS;
+    grid.NGRID = 0;
+    grid.DELF = 0.5 / (fir_grid_density * plan.NFCNS);
+    if (!edges_ascend(bands) || task.SHAPE.count < 0 || task.SHAPE.count > max_shape_points) return false;
+    for (int band = 1; band <= bands.NBANDS; ++band) {
+        const double lower = bands.EDGE(2 * band - 1);
+        const double start = band == 1 && plan.NEG == 1 && lower < grid.DELF ? grid.DELF : lower;
+        if (!fill_band(task, band, start, grid)) return false;
+    }
+    drop_zero_at_half(plan, grid);
+    return grid.NGRID > plan.NFCNS && fold(plan, grid);
+}
+
+namespace {
+
+bool edges_ascend(const BandTable& bands) {
+    if (bands.NBANDS < 1 || bands.NBANDS > max_fir_bands) return false;
+    double before = 0;
+    for (int i = 1; i <= 2 * bands.NBANDS; ++i) {
+        const double edge = bands.EDGE(i);
+        if (!(edge >= before && edge <= 0.5)) return false;
+        before = edge;
+    }
+    return true;
+}
+
+// A band of width w takes at most w / DELF + 1 points. All bands together lie within 0 to 0.5, so that the bound of the
+// tables holds at 512 taps (256 functions) with ten bands to spare; 257 functions in many bands could pass it.
+bool fill_band(const FirTask& task, int band, double start, FirGrid& grid) {
+    const double upper = task.BANDS.EDGE(2 * band);
+    if (!(start <= upper)) return false;
+    for (double f = start, next = start + grid.DELF;; f = next, next = f + grid.DELF) {
+        if (grid.NGRID == max_fir_grid) return false;
+        const bool last = next > upper;
+        const double at = last ? upper : f;
+        const int k = ++grid.NGRID;
+        grid.GRID(k) = at;
+        grid.DES(k) = desired(task, at, band);
+        grid.WT(k) = weight(task, at, band);
+        if (last) return true;
+    }
+}
+
+void drop_zero_at_half(const FirPlan& plan, FirGrid& grid) {
+    if (plan.NEG == plan.NODD && grid.GRID(grid.NGRID) > 0.5 - grid.DELF) --grid.NGRID;
+}
+
+bool fold(const FirPlan& plan, FirGrid& grid) {
+    const bool plain = plan.NEG == 0 && plan.NODD == 1;
+    for (int k = 1; k <= grid.NGRID; ++k) {
+        const double f = grid.GRID(k);
+        grid.X(k) = std::cos(fir_two_pi * f);
+        if (!plain) {
+            const double q = plan.NEG == 0    ? std::cos(fir_pi * f)
+                             : plan.NODD == 1 ? std::sin(fir_two_pi * f)
+                                              : std::sin(fir_pi * f);
+            grid.DES(k) /= q;
+            grid.WT(k) *= q;
+        }
+        if (!std::isfinite(grid.DES(k)) || !std::isfinite(grid.WT(k)) || !(grid.WT(k) > 0)) return false;
+    }
+    return true;
+}
+
+bool shaped(const FirTask& task, int band) { return task.SHAPE.count > 0 && task.BANDS.FX(band) != 0; }
+
+}  // namespace
+
+}  // namespace kavrel

@@ -1,0 +1,93 @@
+#include "fir/fir_report.h"
+
+#include <algorithm>
+
+#include "fir/fir_request.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr int columns_of_a_group = 4;
+constexpr std::size_t label_width = 17;
+
+std::string stars() { return " " + std::string(70, '*'); }
+
+std::string_view type_text(const FirTask& task, bool length_estimated) {
+    if (task.JTYPE == jtype_differentiator) return "Differentiator";
+    if (task.JTYPE == jtype_hilbert) return "Hilbert transformer";
+    return length_estimated ? "Lowpass filter" : "Bandpass filter";
+}
+
+std::string labelled(std::string_view label) {
+    std::string text = "  " + std::string(label);
+    text.resize(std::max(text.size(), label_width), ' ');
+    return text;
+}
+
+// A row of the band table: the label and value(j) of the bands first to last.
+template <class Value>
+std::string band_row(std::string_view label, int first, int last, Value value) {
+    std::string text = labelled(label);
+    for (int j = first; j <= last; ++j) text += edit_f(value(j), 15, 9);
+    return text;
+}
+
+}  // namespace
+
+void report_fir_design(const FirTask& task, const FirDesignFigures& figures, const FirFilter& filter,
+                       std::string_view title, Reporter& reporter) {
+    const auto indented = [&](std::string_view text) { reporter.report_line(edit_x(20) + std::string(text)); };
+    reporter.report_line(stars());
+    indented("Finite impulse response (FIR)");
+    indented("Linear phase digital filter design");
+    indented(title);
+    indented("Remez exchange algorithm");
+    reporter.report_line(stars());
+    indented(type_text(task, figures.length_estimated));
+    indented("Filter length = " + edit_i(figures.taps, 3));
+    if (figures.length_estimated) indented("Filter length determined by approximation");
+
+    report_impulse_response(filter, 1, reporter);
+
+    const BandTable& bands = task.BANDS;
+    const bool slope = task.JTYPE == jtype_differentiator;
+    for (int first = 1; first <= bands.NBANDS; first += columns_of_a_group) {
+        const int last = std::min(first + columns_of_a_group - 1, bands.NBANDS);
+        std::string head = edit_x(label_width);
+        for (int j = first; j <= last; ++j) head += edit_x(8) + "band" + edit_i(j, 3);
+        reporter.report_line("");
+        reporter.report_line(head);
+        const auto row = [&](std::string_view label, auto value) {
+            reporter.report_line(band_row(label, first, last, value));
+        };
+        row("Lower band edge", [&](int j) { return bands.EDGE(2 * j - 1); });
+        row("Upper band edge", [&](int j) { return bands.EDGE(2 * j); });
+        row(slope ? "Desired slope" : "Desired value", [&](int j) { return bands.FX(j); });
+        row("Weighting", [&](int j) { return bands.WTX(j); });
+        row("Deviation", [&](int j) { return static_cast<double>(figures.DEVIAT(j)); });
+        if (task.JTYPE == jtype_filter) {
+            row("Deviation in db", [&](int j) { return static_cast<double>(figures.DEVIAT_DB(j)); });
+        }
+    }
+    reporter.report_line(stars());
+}
+
+void report_impulse_response(const FirFilter& filter, int function, Reporter& reporter) {
+    const int half = filter.LENGTH(function);
+    const int taps = fir_taps(half, filter.NODD, filter.NEG);
+    const auto tap = [](int i) { return "H(" + edit_i(i, 3) + ")"; };
+    const std::string mirrored = filter.NEG == 1 ? " = -" : " = ";
+    const auto tell = [&](int i, double value) {
+        std::string text = edit_x(13) + tap(i) + " = " + edit_1pe(value, 17, 9);
+        if (taps + 1 - i != i) text += mirrored + tap(taps + 1 - i);
+        reporter.report_line(text);
+    };
+    reporter.report_line("");
+    reporter.report_line(edit_x(18) + "***** Impulse response *****");
+    for (int i = 1; i <= half; ++i) tell(i, filter.X(filter.IST(function) + i - 1));
+    if (filter.NEG == 1 && filter.NODD == 1) tell(half + 1, 0.0);
+}
+
+}  // namespace kavrel

@@ -1,0 +1,28 @@
+// What an equal ripple FIR design tells.
+#pragma once
+
+#include <string_view>
+
+#include "fir/exchange.h"
+#include "fir/fir_filter.h"
+#include "shell/reporter.h"
+
+namespace kavrel {
+
+// The figures of a design beside its impulse response.
+struct FirDesignFigures {
+    FirPlan plan;
+    int taps = 0;
+    bool length_estimated = false;
+    Table<float, max_fir_bands> DEVIAT;     // [j] deviation of band j, linear
+    Table<float, max_fir_bands> DEVIAT_DB;  // [j] the same in dB, of a filter
+};
+
+// The whole report: head, type, length, impulse response, bands in groups of four, deviations.
+void report_fir_design(const FirTask& task, const FirDesignFigures& figures, const FirFilter& filter,
+                       std::string_view title, Reporter& reporter);
+
+// The impulse response of a function, a line for each coefficient and its mirror image.
+void report_impulse_response(const FirFilter& filter, int function, Reporter& reporter);
+
+}  // namespace kavrel

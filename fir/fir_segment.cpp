@@ -1,0 +1,116 @@
+#include "fir/fir_segment.h"
+
+#include <algorithm>
+#include <array>
+
+#include "fir/fir_report.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr int ordinary_command = 1;
+
+using Command = void (*)(FirDesk& desk);
+
+struct WordRow {
+    CommandKeyword word;
+    Command perform;  // null until the command is built
+};
+
+// Whether the function that the command's form names is there; tells it if not.
+bool has_function(FirDesk& desk, std::string_view without_any) {
+    const int n = desk.command.function_number;
+    if (desk.filter.functions == 0) {
+        desk.reporter.message(without_any, "Error");
+    } else if (n < 1 || n > desk.filter.functions) {
+        desk.reporter.message("Function does not exist", "Error");
+    } else {
+        return true;
+    }
+    return false;
+}
+
+void show(FirDesk& desk) {
+    if (!has_function(desk, "No function to show")) return;
+    const int n = desk.command.function_number;
+    desk.reporter.report_line(" " + desk.session.TITLE.text());
+    desk.reporter.report_line(" Function number " + edit_i(n, 2) + ", length " +
+                              edit_i(fir_taps(desk.filter.LENGTH(n), desk.filter.NODD, desk.filter.NEG), 3));
+    report_impulse_response(desk.filter, n, desk.reporter);
+}
+
+void time(FirDesk& desk) {
+    if (!has_function(desk, "No function to analyze")) return;
+    const int n = desk.command.function_number;
+    fir_time_response(desk.filter, n, desk.results);
+    const int taps = fir_taps(desk.filter.LENGTH(n), desk.filter.NODD, desk.filter.NEG);
+    desk.results.TITLE = desk.session.TITLE.trimmed();
+    if (taps > desk.results.time_count) {
+        desk.reporter.report_line(" Time response: first " + edit_i(desk.results.time_count, 3) + " of " +
+                                  edit_i(taps, 3) + " samples");
+    }
+}
+
+void print(FirDesk& desk) { choose_print_mode(static_cast<PrintTarget>(desk.command.printing_to), desk.reporter); }
+
+constexpr WordRow rows[] = {
+    {"read", nullptr}, {"show", show},    {"time", time},    {"trun", nullptr}, {"freq", nullptr}, {"fac ", nullptr},
+    {"flip", nullptr}, {"prf ", nullptr}, {"sqr ", nullptr}, {"mult", nullptr}, {"scal", nullptr}, {"save", nullptr},
+    {"pltf", nullptr}, {"add ", nullptr}, {"del ", nullptr}, {"sto ", nullptr}, {"rcl ", nullptr}, {"ch  ", nullptr},
+    {"lbl ", nullptr}, {"file", nullptr}, {"prog", nullptr}, {"ffac", nullptr}, {"undo", nullptr}, {"pri ", print},
+    {"pltt", nullptr}, {"tabf", nullptr}, {"tabt", nullptr}, {"plpr", nullptr}, {"clr ", nullptr}, {"disp", nullptr},
+    {"redo", nullptr}, {"flat", nullptr}, {"min ", nullptr}, {"rset", nullptr}};
+
+constexpr auto words = [] {
+    std::array<CommandKeyword, std::size(rows)> table;
+    for (std::size_t i = 0; i < table.size(); ++i) table[i] = rows[i].word;
+    return table;
+}();
+
+constexpr Field function_fields[] = {{.name = "function_number",
+                                      .label = "Function number",
+                                      .kind = FieldKind::integer,
+                                      .low = 1,
+                                      .high = fir_function_limit,
+                                      .cell = cell_of<&FirCommandRequest::function_number>}};
+constexpr Field print_fields[] = {print_field<&FirCommandRequest::printing_to>};
+
+}  // namespace
+
+constexpr Form FIR_FUNCTION_DLG = form_of<FirCommandRequest>("FIR_FUNCTION_DLG", "Function", function_fields);
+constexpr Form FIR_PRINT_DLG = form_of<FirCommandRequest>("PRINT_DLG", "Printing to", print_fields);
+
+std::span<const CommandKeyword> fir_words() { return words; }
+
+bool fir_performs(const CommandKeyword& word) {
+    const auto place = match_command(word, words);
+    return place && rows[*place].perform != nullptr;
+}
+
+void firSegment(FirDesk& desk) {
+    CommandKeyword& cell = desk.session.word(SegmentId::fir);
+    const auto place = match_command(cell, words);
+    if (place && rows[*place].perform != nullptr) rows[*place].perform(desk);
+    cell = {};
+    desk.session.entry(SegmentId::fir) = ordinary_command;
+}
+
+void fir_time_response(const FirFilter& filter, int function, AnalysisResult& results) {
+    const std::vector<double> impulse = full_response(filter, function);
+    results = {};
+    results.kind = AnalysisResult::Kind::time;
+    results.has_impulse = results.has_step = true;
+    results.time_count = static_cast<int>(std::min<std::size_t>(impulse.size(), analysis_points));
+    double step = 0.0;
+    for (int i = 1; i <= results.time_count; ++i) {
+        const double sample = impulse[static_cast<std::size_t>(i) - 1];
+        step += sample;
+        results.TIME(i) = static_cast<float>((i - 1) / filter.sampling_frequency);
+        results.IMPULSE(i) = static_cast<float>(sample);
+        results.STEP(i) = static_cast<float>(step);
+    }
+}
+
+}  // namespace kavrel

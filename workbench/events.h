@@ -1,0 +1,20 @@
+// Events: the way from a chosen menu item to the code that does the work.
+#pragma once
+
+#include "workbench/workbench.h"
+
+namespace kavrel {
+
+// Ids outside the menus' range.
+inline constexpr int exit_event = 16385;  // served by the window layer
+inline constexpr int help_event = 16386;
+inline constexpr int recall_filter_event = 130;
+
+// Serves one event: a menu item, a toolbar button or an accelerator by its id. -1 when it was handled (a box "Command
+// not implemented" included), 0 when the window layer is to apply its default.
+int dispatch_event(Workbench& bench, int item_id);
+
+// Opens a stored filter in its Segment, found by the last letter of its name.
+void open_stored_filter(Workbench& bench, std::string_view name);
+
+}  // namespace kavrel

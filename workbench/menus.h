@@ -1,0 +1,13 @@
+// The menu trees, a table each, in the order in which they are shown.
+#pragma once
+
+#include <array>
+
+#include "shell/menu.h"
+
+namespace kavrel {
+
+extern const std::array<MenuItem, 18> main_menu;
+extern const std::array<MenuItem, 39> fir_menu;
+
+}  // namespace kavrel

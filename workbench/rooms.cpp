@@ -1,0 +1,70 @@
+#include "workbench/rooms.h"
+
+#include <algorithm>
+
+#include "fir/fir_segment.h"
+#include "workbench/menus.h"
+
+namespace kavrel {
+
+namespace {
+
+void run_fir(Workbench& bench) {
+    FirDesk desk{.session = bench.session,
+                 .request = bench.fir_request,
+                 .filter = bench.fir,
+                 .results = bench.results,
+                 .command = bench.fir_command,
+                 .reporter = bench.reporter};
+    firSegment(desk);
+}
+
+void* fir_command_request(Workbench& bench) { return &bench.fir_command; }
+
+constexpr Room rooms[] = {
+    {.id = SegmentId::main, .name = "main", .title = "Kavrel - MAIN MENU", .file_letter = ' ', .menu = main_menu},
+    {.id = SegmentId::passive, .name = "passive", .title = "Kavrel - PASSIVE LC/MICROWAVE MENU", .file_letter = 'p'},
+    {.id = SegmentId::active, .name = "active", .title = "Kavrel - ACTIVE RC MENU", .file_letter = 'a'},
+    {.id = SegmentId::iir, .name = "iir", .title = "Kavrel - IIR DIGITAL MENU", .file_letter = 'd'},
+    {.id = SegmentId::fir,
+     .name = "fir",
+     .title = "Kavrel - FIR DIGITAL MENU",
+     .file_letter = 'f',
+     .menu = fir_menu,
+     .command_request = fir_command_request,
+     .performs = fir_performs,
+     .run = run_fir},
+    {.id = SegmentId::ladder, .name = "ladder", .title = "Kavrel - LADDER SYNTHESIS MENU", .file_letter = ' '},
+    {.id = SegmentId::lattice, .name = "lattice", .title = "Kavrel - LATTICE MENU", .file_letter = 'x'},
+};
+
+static_assert(std::size(rooms) == segment_count);
+
+}  // namespace
+
+const Room& room_of(SegmentId id) { return rooms[static_cast<std::size_t>(id)]; }
+
+const Room* room_of_file(char letter) {
+    const auto found = std::ranges::find(rooms, letter, &Room::file_letter);
+    return letter == ' ' || found == std::end(rooms) ? nullptr : &*found;
+}
+
+void enter_segment(Workbench& bench, SegmentId id) {
+    bench.session.segment = id;
+    bench.window.set_menu(room_of(id).menu, room_of(id).title);
+    if (room_of(id).run != nullptr) room_of(id).run(bench);
+}
+
+void send_command(Workbench& bench, const Room& room, std::string_view word, const Form* form) {
+    if (room.performs == nullptr || !room.performs(CommandKeyword(word))) {
+        not_implemented(bench);
+        return;
+    }
+    if (form != nullptr && !run_form(*form, room.command_request(bench), bench.session.units, bench.reporter)) return;
+    bench.session.word(room.id) = word;
+    room.run(bench);
+}
+
+void not_implemented(Workbench& bench) { bench.reporter.message("Command not implemented", "Default"); }
+
+}  // namespace kavrel

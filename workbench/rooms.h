@@ -1,0 +1,37 @@
+// The Segments as the workbench sees them: a row each, with what it takes to enter one and to send it a command.
+#pragma once
+
+#include <span>
+
+#include "shell/menu.h"
+#include "workbench/workbench.h"
+
+namespace kavrel {
+
+struct Room {
+    SegmentId id;
+    std::string_view name;   // in state files and scripts
+    std::string_view title;  // of the main window
+    char file_letter;        // the last letter of its stored filter's extension, or blank
+    std::span<const MenuItem> menu = {};
+    void* (*command_request)(Workbench& bench) = nullptr;    // the record of its commands' forms
+    bool (*performs)(const CommandKeyword& word) = nullptr;  // whether a word has a routine
+    void (*run)(Workbench& bench) = nullptr;                 // performs the command in the Segment's cell
+};
+
+[[nodiscard]] const Room& room_of(SegmentId id);
+
+// The Segment whose stored filters have a name that ends in this letter, or null.
+[[nodiscard]] const Room* room_of_file(char letter);
+
+// Makes a Segment the current one: its menu and title replace those of the main window.
+void enter_segment(Workbench& bench, SegmentId id);
+
+// Puts a word into a Segment's cell and calls the Segment, after the form, if there is one, was filled in. What has no
+// routine is answered with "Command not implemented".
+void send_command(Workbench& bench, const Room& room, std::string_view word, const Form* form);
+
+// The box of whatever has no handler.
+void not_implemented(Workbench& bench);
+
+}  // namespace kavrel

@@ -1,0 +1,54 @@
+#include "workbench/start_up.h"
+
+#include <cstdio>
+#include <string>
+
+#include "shell/settings.h"
+#include "workbench/events.h"
+#include "workbench/rooms.h"
+
+namespace kavrel {
+
+namespace {
+
+// What an earlier run left of its store and undo files, so that no stale chain of them is taken up.
+void delete_temporary_files() {
+    std::remove("~xxx.tmp");
+    for (char digit = '0'; digit <= '9'; ++digit) {
+        std::remove(("_xxx" + std::string(1, digit) + ".tmp").c_str());
+    }
+}
+
+std::string_view folder_of(std::string_view path) { return path.substr(0, path.find_last_of('/') + 1); }
+
+// Whether the name ends in ".qf" and one letter and has a stem before it.
+bool names_stored_filter(std::string_view name) { return name.size() > 4 && name.substr(name.size() - 4, 3) == ".qf"; }
+
+}  // namespace
+
+void main_program(Workbench& bench, std::string_view command_line, std::string_view executable) {
+    Session& session = bench.session;
+    session.command_line.assign(command_line);
+    delete_temporary_files();
+    session.program_directory.assign(folder_of(executable));
+    const SettingsStatus settings = read_settings(settings_file, session.units);
+    if (settings == SettingsStatus::missing) {
+        // A folder that cannot be written to is no reason not to start: the units form tells when its choice cannot be
+        // kept.
+        static_cast<void>(write_settings(settings_file, session.units));
+    }
+    enter_segment(bench, SegmentId::main);
+    if (settings == SettingsStatus::damaged) {
+        bench.reporter.message("Settings file q_qxz is damaged, units are Hz, H, F, sec", "Warning");
+    }
+    const std::string argument = session.command_line.text();
+    if (names_stored_filter(argument)) {
+        session.filter_file.assign(argument);
+        session.recall_from_command_line = true;
+        dispatch_event(bench, recall_filter_event);
+        bench.reporter.report_line(argument);
+    }
+    session.command_line = {};
+}
+
+}  // namespace kavrel

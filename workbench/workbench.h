@@ -1,0 +1,35 @@
+// The whole state of a run. `main` makes one; every test makes its own.
+#pragma once
+
+#include "fir/fir_desk.h"
+#include "shell/analysis_result.h"
+#include "shell/journal.h"
+#include "shell/reporter.h"
+#include "shell/session.h"
+
+namespace kavrel {
+
+// What became of the last design.
+enum class DesignOutcome { none, done, discontinued };
+
+struct Workbench {
+    explicit Workbench(WindowLayer& window_layer) : window(window_layer), reporter(window_layer, journal, print) {}
+    Workbench(const Workbench&) = delete;
+    Workbench& operator=(const Workbench&) = delete;
+
+    WindowLayer& window;
+    Journal journal;
+    PrintState print;
+    Reporter reporter;
+
+    Session session;
+    DesignOutcome design = DesignOutcome::none;
+    int discontinued_designs = 0;  // of the run
+    AnalysisResult results;
+
+    FirRequest fir_request;
+    FirFilter fir;
+    FirCommandRequest fir_command;
+};
+
+}  // namespace kavrel

@@ -1,0 +1,183 @@
+#include "console/console_window.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <fstream>
+
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include "console/form_verbs.h"
+#include "shell/menu.h"
+#include "shell/stored_files.h"
+
+namespace kavrel {
+
+namespace {
+
+// Boxes that come up in good order; any other caption means that something went wrong.
+constexpr std::array<std::string_view, 4> good_captions = {"Warning", "Question", "Advice", "Success"};
+
+constexpr const char* print_file = "kavrel.prn";
+constexpr int close_window_event = 16385;
+
+}  // namespace
+
+void ConsoleWindow::show_line(std::string_view line) { transcript_.report << line << '\n'; }
+
+void ConsoleWindow::told_box(std::string_view text, std::string_view caption) {
+    transcript_.screen << fmt::format("[{}] {}\n", caption, text);
+}
+
+Answer ConsoleWindow::message(std::string_view text, std::string_view caption, Buttons buttons) {
+    told_box(text, caption);
+    if (std::ranges::find(good_captions, caption) == good_captions.end()) {
+        fail(Failure::line, fmt::format("{}: {}", caption, text));
+    }
+    const auto answer = take_answer("answer");
+    if (!answer) {
+        if (buttons == Buttons::ok) return Answer::ok;
+        return caption == "Question" ? Answer::yes : Answer::no;
+    }
+    const std::string word = answer->rest();
+    if (buttons == Buttons::ok) {
+        if (same_label(word, "ok")) return Answer::ok;
+        // Not for a box with one button: the answer waits for the box it is meant for.
+        script_.hand_back(*answer);
+        return Answer::ok;
+    }
+    if (same_label(word, "yes")) return Answer::yes;
+    if (!same_label(word, "no")) fail(Failure::script, fmt::format("'{}' is neither yes nor no", word));
+    return Answer::no;
+}
+
+int ConsoleWindow::choose(const ChoiceBox& box) {
+    told_box(box.text, box.caption);
+    for (const auto choice : box.choices) transcript_.screen << "    " << choice << '\n';
+    const auto answer = take_answer("answer");
+    if (!answer || same_label(answer->rest(), "cancel")) return 0;
+    const auto chosen =
+        std::ranges::find_if(box.choices, [&](auto label) { return same_label(label, answer->rest()); });
+    if (chosen != box.choices.end()) return static_cast<int>(chosen - box.choices.begin()) + 1;
+    fail(Failure::script, fmt::format("'{}' is none of the choices", answer->rest()));
+    return 0;
+}
+
+bool ConsoleWindow::edit_form(FormSheet& sheet) {
+    // The box of a refusal has failed its line only if the form is not corrected in the end.
+    std::optional<LineFailure> refusal;
+    if (sheet.refusals() > 0 && !failures_.empty()) {
+        refusal = std::move(failures_.back());
+        failures_.pop_back();
+    }
+    FormFiller filler(sheet);
+    const auto leave = [&] {
+        if (refusal) failures_.push_back(std::move(*refusal));
+        return false;
+    };
+    while (settle()) {
+        auto line = script_.next();
+        if (!line || !is_form_verb(line->verb())) {
+            if (line) script_.hand_back(std::move(*line));
+            return refusal ? leave() : true;
+        }
+        script_.hand_back(std::move(*line));
+        line = take_line();
+        const FormStep step = filler.perform(*line, transcript_.screen);
+        if (!step.wrong.empty()) fail(Failure::script, step.wrong);
+        if (step.closed && step.wrong.empty()) return step.accepted ? true : leave();
+    }
+    return leave();
+}
+
+std::string ConsoleWindow::choose_file(const FileQuery& query) {
+    transcript_.screen << fmt::format("[{}] {} ({})\n", query.caption, query.description, query.filter);
+    const auto answer = take_answer("file");
+    return answer ? answer->rest() : std::string{};
+}
+
+void ConsoleWindow::set_menu(std::span<const MenuItem>, std::string_view title) {
+    if (!transcript_.options.quiet) transcript_.screen << "== " << title << '\n';
+}
+
+void ConsoleWindow::show_plot(const PlotWindow& plot) {
+    plot_ = plot;
+    has_plot_ = true;
+}
+
+bool ConsoleWindow::print_page(const PrintPage& page) {
+    std::ofstream file(print_file, std::ios::app);
+    for (const auto& line : page.lines) file << line << '\n';
+    file << '\f';
+    transcript_.screen << fmt::format("[{}] a page of {} lines to {}\n", page.job, page.lines.size(), print_file);
+    return static_cast<bool>(file.flush());
+}
+
+void ConsoleWindow::view_text(std::string_view name, std::string_view text) {
+    transcript_.screen << "== " << name << '\n' << text;
+    if (!text.empty() && text.back() != '\n') transcript_.screen << '\n';
+}
+
+bool ConsoleWindow::open_help(std::string_view page) {
+    for (const auto& folder : manual_folders_) {
+        const std::string name = fmt::format("{}/{}.md", folder, page);
+        if (const auto text = read_whole(name)) {
+            view_text(name, *text);
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string ConsoleWindow::date_and_time() {
+    if (!transcript_.options.date.empty()) return transcript_.options.date;
+    return fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::localtime(std::time(nullptr)));
+}
+
+bool ConsoleWindow::progress(std::string_view, int, int) { return true; }
+
+bool ConsoleWindow::own_event(int item_id) {
+    if (item_id != close_window_event) return false;
+    close();
+    return true;
+}
+
+std::optional<ScriptLine> ConsoleWindow::take_line() {
+    if (ended_) return std::nullopt;
+    auto line = script_.next();
+    if (!line) return line;
+    current_ = line->where();
+    if (!transcript_.options.quiet) transcript_.screen << "> " << line->text << '\n';
+    if (line->open_quote) fail(Failure::script, "a double quote is missing");
+    return line;
+}
+
+std::optional<ScriptLine> ConsoleWindow::take_answer(std::string_view verb) {
+    if (ended_) return std::nullopt;
+    auto line = script_.next();
+    if (!line) return std::nullopt;
+    const bool fits = line->verb() == verb;
+    script_.hand_back(std::move(*line));
+    return fits ? take_line() : std::nullopt;
+}
+
+void ConsoleWindow::fail(Failure failure, std::string text) {
+    failures_.push_back({failure, current_, std::move(text)});
+}
+
+bool ConsoleWindow::settle() {
+    for (const LineFailure& failed : failures_) {
+        if (!failed.where.empty()) transcript_.errors << failed.where << ": ";
+        transcript_.errors << failed.text << '\n';
+        if (first_failure_ == Failure::none) first_failure_ = failed.failure;
+    }
+    if (!failures_.empty() && !transcript_.options.keep_going) {
+        ended_ = true;
+        script_.end();
+    }
+    failures_.clear();
+    return !ended_;
+}
+
+}  // namespace kavrel

@@ -1,0 +1,78 @@
+// The window layer of a script: forms, boxes and selectors are answered by the script's next lines, and where the next
+// line is no answer, by defaults.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "console/script.h"
+#include "console/transcript.h"
+#include "shell/plot.h"
+#include "shell/window_layer.h"
+
+namespace kavrel {
+
+// A line that failed, and why.
+struct LineFailure {
+    Failure failure;
+    std::string where;  // "FILE:LINE"
+    std::string text;
+};
+
+class ConsoleWindow : public WindowLayer {
+public:
+    ConsoleWindow(Script& script, Transcript transcript) : script_(script), transcript_(transcript) {}
+
+    void show_line(std::string_view line) override;
+    Answer message(std::string_view text, std::string_view caption, Buttons buttons) override;
+    int choose(const ChoiceBox& box) override;
+    bool edit_form(FormSheet& sheet) override;
+    std::string choose_file(const FileQuery& query) override;
+    void set_menu(std::span<const MenuItem> menu, std::string_view title) override;
+    void show_plot(const PlotWindow& plot) override;
+    bool print_page(const PrintPage& page) override;
+    void copy_text() override {}
+    void view_text(std::string_view name, std::string_view text) override;
+    void close_text_view() override {}
+    bool open_help(std::string_view page) override;
+    std::string date_and_time() override;
+    bool progress(std::string_view work, int done, int total) override;
+    bool own_event(int item_id) override;
+
+    // The next line of the script, echoed; none at its end or when it is to end.
+    [[nodiscard]] std::optional<ScriptLine> take_line();
+
+    // Notes that the line just executed failed.
+    void fail(Failure failure, std::string text);
+    // Tells the failures since the last call on the error stream. Whether the script is to go on.
+    bool settle();
+
+    [[nodiscard]] int exit_status() const { return static_cast<int>(first_failure_); }
+    [[nodiscard]] bool closed() const { return closed_; }
+    void close() { closed_ = true; }
+    [[nodiscard]] Transcript& transcript() { return transcript_; }
+    [[nodiscard]] const PlotWindow* plot() const { return has_plot_ ? &plot_ : nullptr; }
+    void set_manual_folders(std::vector<std::string> folders) { manual_folders_ = std::move(folders); }
+
+protected:
+    [[nodiscard]] Script& script() { return script_; }
+
+private:
+    // The next line if it is an answer with this verb; otherwise it stays the next one.
+    [[nodiscard]] std::optional<ScriptLine> take_answer(std::string_view verb);
+    [[nodiscard]] bool next_is_answer_to_form();
+    void told_box(std::string_view text, std::string_view caption);
+
+    Script& script_;
+    Transcript transcript_;
+    std::string current_;                // "FILE:LINE" of the line that is executed
+    std::vector<LineFailure> failures_;  // of that line, not yet told
+    Failure first_failure_ = Failure::none;
+    bool ended_ = false;   // a line failed and the script does not go on
+    bool closed_ = false;  // the main window was closed
+    bool has_plot_ = false;
+    PlotWindow plot_;
+    std::vector<std::string> manual_folders_;
+};
+
+}  // namespace kavrel

@@ -1,0 +1,111 @@
+// kavrel-cli: the workbench without a screen.
+
+#include <clocale>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "console/terminal.h"
+#include "workbench/start_up.h"
+
+namespace kavrel {
+namespace {
+
+constexpr int file_failure = static_cast<int>(Failure::file);
+constexpr int script_failure = static_cast<int>(Failure::script);
+
+int file_trouble(const std::string& name, std::string_view trouble) {
+    std::cerr << fmt::format("kavrel-cli: '{}' could not be {}\n", name, trouble);
+    return file_failure;
+}
+
+bool is_stored_file(std::string_view name) { return name.size() > 4 && name.substr(name.size() - 4, 3) == ".qf"; }
+
+// Where the manual lies: beside an installed program, and in the folder that a build stands in.
+std::vector<std::string> manual_folders(const std::string& program) {
+    const auto folder = std::filesystem::path(program).parent_path();
+    return {(folder / "../share/doc/kavrel").string(), (folder / "../../docs").string()};
+}
+
+std::string own_path() {
+    std::error_code unknown;
+    return std::filesystem::read_symlink("/proc/self/exe", unknown).string();
+}
+
+int run(const ConsoleOptions& options) {
+    const bool stored = is_stored_file(options.argument);
+    const bool scripted = !options.argument.empty() && !stored;
+    const bool interactive = !scripted && isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
+
+    Script script;
+    if (scripted) {
+        auto lines = open_text(options.argument);
+        if (lines == nullptr) return file_trouble(options.argument, "read");
+        script.push(options.argument, std::move(lines));
+    } else if (!interactive) {
+        script.push("<stdin>", std::make_unique<std::istream>(std::cin.rdbuf()));
+    }
+    if (!options.folder.empty() && chdir(options.folder.c_str()) != 0) return file_trouble(options.folder, "entered");
+    std::ofstream report_file;
+    if (!options.report_file.empty()) {
+        report_file.open(options.report_file);
+        if (!report_file) return file_trouble(options.report_file, "written");
+    }
+    const Transcript transcript{.report = options.report_file.empty() ? std::cout : report_file,
+                                .screen = std::cout,
+                                .errors = std::cerr,
+                                .options = options};
+
+    const auto window = interactive ? std::make_unique<Terminal>(script, transcript)
+                                    : std::make_unique<ConsoleWindow>(script, transcript);
+    const std::string program = own_path();
+    window->set_manual_folders(manual_folders(program));
+    const auto bench = std::make_unique<Workbench>(*window);
+    Runner runner(*bench, *window, script);
+    main_program(*bench, stored ? options.argument : std::string{}, program);
+    if (interactive) {
+        static_cast<Terminal&>(*window).converse(*bench, runner);
+    } else {
+        runner.run();
+    }
+    if (!options.json_file.empty()) {
+        runner.dump(options.json_file);
+        window->settle();
+    }
+    transcript.report.flush();
+    if (!transcript.report || !std::cout.flush()) return file_trouble(options.report_file, "written");
+    return interactive ? 0 : window->exit_status();
+}
+
+}  // namespace
+}  // namespace kavrel
+
+int main(int argc, char** argv) {
+    std::setlocale(LC_CTYPE, "");
+    kavrel::ConsoleOptions options;
+    CLI::App app("Kavrel: design of electronic filters, without a screen", "kavrel-cli");
+    app.add_option("SCRIPT", options.argument, "Script to run, or stored filter (.qf?) to open");
+    app.add_option("-C", options.folder, "Work in this folder")->option_text("DIR");
+    app.add_option("-o", options.report_file, "Report to FILE instead of standard output")->option_text("FILE");
+    app.add_option("--json", options.json_file, "At the end, write the state as JSON ('-' is standard output)")
+        ->option_text("FILE");
+    app.add_flag("--keep-going", options.keep_going, "Go on after a failed line");
+    app.add_option("--date", options.date, "Text used wherever date and time are stamped")->option_text("TEXT");
+    app.add_flag("--quiet", options.quiet, "No echo of the script's own lines");
+    app.set_version_flag("--version", std::string("kavrel-cli ") + KAVREL_VERSION);
+    try {
+        app.parse(argc, argv);
+        return kavrel::run(options);
+    } catch (const CLI::ParseError& error) {
+        const int status = app.exit(error);
+        return status == 0 ? 0 : kavrel::script_failure;
+    } catch (const std::exception& error) {
+        std::cerr << "kavrel-cli: " << error.what() << '\n';
+        return kavrel::file_failure;
+    }
+}

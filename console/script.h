@@ -1,0 +1,69 @@
+// A script as lines of words, with files that include files, and room to hand a line back.
+//
+// Blanks separate words, double quotes hold words together, `#` starts a comment (but for the item id of `choose
+// #166`).
+#pragma once
+
+#include <istream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavrel {
+
+struct ScriptWord {
+    std::string text;
+    bool quoted = false;
+};
+
+struct ScriptLine {
+    std::string file;
+    int number = 0;
+    std::string text;  // as written, without its comment
+    std::vector<ScriptWord> words;
+    bool open_quote = false;  // a double quote is missing
+
+    [[nodiscard]] std::string where() const { return file + ':' + std::to_string(number); }
+    [[nodiscard]] std::string_view verb() const { return words.front().text; }
+    // The words from number `first` on (the verb is 0), with a blank between them.
+    [[nodiscard]] std::string rest(std::size_t first = 1) const;
+};
+
+[[nodiscard]] ScriptLine split_line(std::string file, int number, std::string_view text);
+
+// The labels of `choose A > B > C`: words between the unquoted '>'.
+[[nodiscard]] std::vector<std::string> path_of(const ScriptLine& line);
+
+// A file opened to be read, or null; a folder is no file.
+[[nodiscard]] std::unique_ptr<std::istream> open_text(const std::string& name);
+
+class Script {
+public:
+    // Lines of a stream; `name` is told in errors, and files to include are looked for beside it.
+    void push(std::string name, std::unique_ptr<std::istream> lines);
+
+    // The next line that has a word, or none at the end.
+    [[nodiscard]] std::optional<ScriptLine> next();
+
+    // The line stays the next one.
+    void hand_back(ScriptLine line) { handed_back_ = std::move(line); }
+
+    // Reads a file's lines before those that follow; false when it cannot be opened.
+    [[nodiscard]] bool include(const ScriptLine& line, const std::string& file);
+
+    void end() { sources_.clear(), handed_back_.reset(); }
+
+private:
+    struct Source {
+        std::string name;
+        std::unique_ptr<std::istream> lines;
+        int number = 0;
+    };
+
+    std::vector<Source> sources_;
+    std::optional<ScriptLine> handed_back_;
+};
+
+}  // namespace kavrel

@@ -47,6 +47,10 @@ function(subsystem name)
     target_link_libraries(${name}_tests PRIVATE house_options ${name} GTest::gtest_main)
     target_compile_definitions(${name}_tests PRIVATE
       TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" EXAMPLES="${PROJECT_SOURCE_DIR}/examples")
+    if(arg_PROGRAM)
+      target_compile_definitions(${name}_tests PRIVATE PROGRAM_PATH="$<TARGET_FILE:${arg_PROGRAM}>")
+      add_dependencies(${name}_tests ${arg_PROGRAM})
+    endif()
     gtest_discover_tests(${name}_tests TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 600)
   endif()
 

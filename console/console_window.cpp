@@ -77,7 +77,7 @@ bool ConsoleWindow::edit_form(FormSheet& sheet) {
         return false;
     };
     while (settle()) {
-        auto line = script_.next();
+        auto line = next_line();
         if (!line || !is_form_verb(line->verb())) {
             if (line) script_.hand_back(std::move(*line));
             return refusal ? leave() : true;
@@ -143,19 +143,34 @@ bool ConsoleWindow::own_event(int item_id) {
     return true;
 }
 
+std::optional<ScriptLine> ConsoleWindow::next_line() {
+    while (!ended_) {
+        auto line = script_.next();
+        if (!line || line->verb() != "include") return line;
+        echo(*line);
+        if (!script_.include(*line, line->rest())) {
+            fail(Failure::file, fmt::format("'{}' could not be read", line->rest()));
+            settle();
+        }
+    }
+    return std::nullopt;
+}
+
+void ConsoleWindow::echo(const ScriptLine& line) {
+    current_ = line.where();
+    if (!transcript_.options.quiet) transcript_.screen << "> " << line.text << '\n';
+}
+
 std::optional<ScriptLine> ConsoleWindow::take_line() {
-    if (ended_) return std::nullopt;
-    auto line = script_.next();
+    auto line = next_line();
     if (!line) return line;
-    current_ = line->where();
-    if (!transcript_.options.quiet) transcript_.screen << "> " << line->text << '\n';
+    echo(*line);
     if (line->open_quote) fail(Failure::script, "a double quote is missing");
     return line;
 }
 
 std::optional<ScriptLine> ConsoleWindow::take_answer(std::string_view verb) {
-    if (ended_) return std::nullopt;
-    auto line = script_.next();
+    auto line = next_line();
     if (!line) return std::nullopt;
     const bool fits = line->verb() == verb;
     script_.hand_back(std::move(*line));

@@ -56,11 +56,15 @@ public:
 
 protected:
     [[nodiscard]] Script& script() { return script_; }
+    // A failed line has ended the script, but not the conversation.
+    void resume() { ended_ = false; }
 
 private:
+    // The next line, the lines of included files among them; it stands in the script no more.
+    [[nodiscard]] std::optional<ScriptLine> next_line();
+    void echo(const ScriptLine& line);
     // The next line if it is an answer with this verb; otherwise it stays the next one.
     [[nodiscard]] std::optional<ScriptLine> take_answer(std::string_view verb);
-    [[nodiscard]] bool next_is_answer_to_form();
     void told_box(std::string_view text, std::string_view caption);
 
     Script& script_;

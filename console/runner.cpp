@@ -47,8 +47,8 @@ void Runner::perform(const ScriptLine& line) {
         {"choose", &Runner::choose_line, true}, {"do", &Runner::do_line, true},
         {"dump", &Runner::dump_line, true},     {"table", &Runner::table_line, true},
         {"plot", &Runner::plot_line, true},     {"save-report", &Runner::save_report_line, true},
-        {"expect", &Runner::expect_line, true}, {"include", &Runner::include_line, true},
-        {"echo", &Runner::echo_line, false},    {"quit", &Runner::quit_line, false},
+        {"expect", &Runner::expect_line, true}, {"echo", &Runner::echo_line, false},
+        {"quit", &Runner::quit_line, false},
     };
     if (line.open_quote) return;
     const auto verb = std::ranges::find(verbs, line.verb(), &Verb::name);
@@ -171,12 +171,6 @@ void Runner::expect_line(const ScriptLine& line) {
                       std::any_of(boxes.begin() + static_cast<std::ptrdiff_t>(first_box_), boxes.end(),
                                   [&](const JournalBox& box) { return holds(box.text); });
     if (!told) window_.fail(Failure::line, fmt::format("'{}' was not told", wanted));
-}
-
-void Runner::include_line(const ScriptLine& line) {
-    if (!script_.include(line, line.rest())) {
-        window_.fail(Failure::file, fmt::format("'{}' could not be read", line.rest()));
-    }
 }
 
 void Runner::echo_line(const ScriptLine& line) { window_.transcript().screen << line.rest() << '\n'; }

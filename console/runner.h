@@ -35,7 +35,6 @@ private:
     void plot_line(const ScriptLine& line);
     void save_report_line(const ScriptLine& line);
     void expect_line(const ScriptLine& line);
-    void include_line(const ScriptLine& line);
     void echo_line(const ScriptLine& line);
     void quit_line(const ScriptLine&) { window_.close(); }
 

@@ -115,6 +115,11 @@ std::optional<ScriptLine> Script::next() {
     return std::nullopt;
 }
 
+bool Script::has_line() {
+    if (!handed_back_) handed_back_ = next();
+    return handed_back_.has_value();
+}
+
 bool Script::include(const ScriptLine& line, const std::string& file) {
     if (sources_.size() >= include_depth) return false;
     const std::string folder = line.file.substr(0, line.file.find_last_of('/') + 1);

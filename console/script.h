@@ -47,6 +47,9 @@ public:
     // The next line that has a word, or none at the end.
     [[nodiscard]] std::optional<ScriptLine> next();
 
+    // Whether there is a next line.
+    [[nodiscard]] bool has_line();
+
     // The line stays the next one.
     void hand_back(ScriptLine line) { handed_back_ = std::move(line); }
 

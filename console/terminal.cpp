@@ -97,6 +97,7 @@ void Terminal::set_menu(std::span<const MenuItem> menu, std::string_view title) 
 }
 
 Answer Terminal::message(std::string_view text, std::string_view caption, Buttons buttons) {
+    if (script().has_line()) return ConsoleWindow::message(text, caption, buttons);
     transcript().screen << fmt::format("[{}] {}\n", caption, text);
     if (buttons == Buttons::ok) return Answer::ok;
     const Answer usual = caption == "Question" ? Answer::yes : Answer::no;
@@ -109,6 +110,7 @@ Answer Terminal::message(std::string_view text, std::string_view caption, Button
 }
 
 int Terminal::choose(const ChoiceBox& box) {
+    if (script().has_line()) return ConsoleWindow::choose(box);
     transcript().screen << fmt::format("[{}] {}\n", box.caption, box.text);
     for (std::size_t i = 0; i < box.choices.size(); ++i) {
         transcript().screen << fmt::format("  {} {}\n", i + 1, box.choices[i]);
@@ -125,11 +127,13 @@ int Terminal::choose(const ChoiceBox& box) {
 }
 
 std::string Terminal::choose_file(const FileQuery& query) {
+    if (script().has_line()) return ConsoleWindow::choose_file(query);
     return ask(fmt::format("{} ({}: {}), blank for none: ", query.caption, query.description, query.filter))
         .value_or("");
 }
 
 bool Terminal::edit_form(FormSheet& sheet) {
+    if (script().has_line()) return ConsoleWindow::edit_form(sheet);
     transcript().screen << fmt::format("-- {} --  blank keeps a value; ok, cancel, back; ? explains\n",
                                        sheet.form().title);
     for (std::size_t i = 0; i <= sheet.size();) {
@@ -273,6 +277,16 @@ void Terminal::follow(const std::string& typed, Runner& runner) {
     transcript().screen << fmt::format("'{}' is neither a menu item nor a verb; a blank line shows the menu\n", typed);
 }
 
+void Terminal::perform_typed(const ScriptLine& line, Runner& runner) {
+    if (line.verb() != "include") {
+        runner.perform(line);
+    } else if (script().include(line, line.rest())) {
+        runner.run();
+    } else {
+        fail(Failure::file, fmt::format("'{}' could not be read", line.rest()));
+    }
+}
+
 void Terminal::converse(Workbench& bench, Runner& runner) {
     const InterruptWatch watch;
     transcript().screen << fmt::format(
@@ -290,11 +304,12 @@ void Terminal::converse(Workbench& bench, Runner& runner) {
             if (!open_.empty()) open_.pop_back();
             show_menu();
         } else if (std::ranges::find(verbs, first_word(*typed)) != verbs.end()) {
-            runner.perform(split_line("<terminal>", ++number, *typed));
+            perform_typed(split_line("<terminal>", ++number, *typed), runner);
         } else {
             follow(*typed, runner);
         }
         settle();
+        resume();
         if (bench.session.stopped) return;
     }
 }

@@ -1,4 +1,5 @@
-// The window layer of a person at a terminal: menus are shown, boxes ask, forms are gone through field by field.
+// The window layer of a person at a terminal: menus are shown, boxes ask, forms are gone through field by field. While a script
+// that the person has included has lines left, these answer instead.
 #pragma once
 
 #include <optional>
@@ -38,6 +39,7 @@ private:
     void show_menu();
     [[nodiscard]] std::vector<std::string> labels_here() const;
     void follow(const std::string& typed, Runner& runner);
+    void perform_typed(const ScriptLine& line, Runner& runner);
 
     std::span<const MenuItem> menu_;
     std::string title_;

@@ -31,6 +31,7 @@ constexpr Room rooms[] = {
      .title = "Kavrel - FIR DIGITAL MENU",
      .file_letter = 'f',
      .menu = fir_menu,
+     .words = fir_words,
      .command_request = fir_command_request,
      .performs = fir_performs,
      .run = run_fir},

@@ -14,6 +14,7 @@ struct Room {
     std::string_view title;  // of the main window
     char file_letter;        // the last letter of its stored filter's extension, or blank
     std::span<const MenuItem> menu = {};
+    std::span<const CommandKeyword> (*words)() = nullptr;    // its command table
     void* (*command_request)(Workbench& bench) = nullptr;    // the record of its commands' forms
     bool (*performs)(const CommandKeyword& word) = nullptr;  // whether a word has a routine
     void (*run)(Workbench& bench) = nullptr;                 // performs the command in the Segment's cell

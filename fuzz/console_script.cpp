@@ -1,0 +1,35 @@
+// The script reader and the whole conversation behind it, on short designs.
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <sstream>
+
+#include "console/runner.h"
+#include "workbench/start_up.h"
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    const auto folder = std::filesystem::temp_directory_path() / "kavrel-fuzz";
+    std::filesystem::create_directories(folder);
+    return chdir(folder.c_str());
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace kavrel;
+    std::string text(reinterpret_cast<const char*>(data), size);
+    // No files: a script may name any path.
+    for (const char* verb : {"dump", "table", "plot", "save-report", "include", "file"}) {
+        if (text.find(verb) != std::string::npos) return 0;
+    }
+    ConsoleOptions options;
+    options.keep_going = true;
+    Script script;
+    std::ostringstream told;
+    ConsoleWindow window(script, {.report = told, .screen = told, .errors = told, .options = options});
+    const auto bench = std::make_unique<Workbench>(window);
+    script.push("fuzz", std::make_unique<std::istringstream>(text));
+    Runner(*bench, window, script).run();
+    return 0;
+}

@@ -7,7 +7,7 @@ target_include_directories(house_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_definitions(house_options INTERFACE
   KAVREL_VERSION="${PROJECT_VERSION}" $<$<NOT:$<CONFIG:Release>>:KAVREL_CHECKED>)
 target_compile_options(house_options INTERFACE
-  -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+  -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion $<$<CXX_COMPILER_ID:GNU>:-Wshadow;-Werror>)
 
 if(BUILD_TESTING)
   enable_testing()

@@ -1,20 +1,11 @@
 // The script reader and the whole conversation behind it, on short designs.
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <sstream>
 
 #include "console/runner.h"
 #include "workbench/start_up.h"
-
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    const auto folder = std::filesystem::temp_directory_path() / "kavrel-fuzz";
-    std::filesystem::create_directories(folder);
-    return chdir(folder.c_str());
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kavrel;

@@ -39,7 +39,7 @@ struct FixedText {
     constexpr void assign(std::string_view text) {
         bytes = blank();
         const auto kept = head_of(text, N);
-        for (std::size_t i = 0; i < kept.size(); ++i) bytes[i] = kept[i];
+        for (std::size_t i = 0; i < N && i < kept.size(); ++i) bytes[i] = kept[i];
     }
 
     [[nodiscard]] constexpr std::string_view padded() const { return {bytes.data(), N}; }

@@ -10,12 +10,7 @@ namespace kavrel {
 namespace {
 
 void run_fir(Workbench& bench) {
-    FirDesk desk{.session = bench.session,
-                 .request = bench.fir_request,
-                 .filter = bench.fir,
-                 .results = bench.results,
-                 .command = bench.fir_command,
-                 .reporter = bench.reporter};
+    FirDesk desk = fir_desk(bench);
     firSegment(desk);
 }
 
@@ -64,6 +59,15 @@ void send_command(Workbench& bench, const Room& room, std::string_view word, con
     if (form != nullptr && !run_form(*form, room.command_request(bench), bench.session.units, bench.reporter)) return;
     bench.session.word(room.id) = word;
     room.run(bench);
+}
+
+FirDesk fir_desk(Workbench& bench) {
+    return {.session = bench.session,
+            .request = bench.fir_request,
+            .filter = bench.fir,
+            .results = bench.results,
+            .command = bench.fir_command,
+            .reporter = bench.reporter};
 }
 
 void not_implemented(Workbench& bench) { bench.reporter.message("Command not implemented", "Default"); }

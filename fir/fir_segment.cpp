@@ -101,7 +101,7 @@ void fir_time_response(const FirFilter& filter, int function, AnalysisResult& re
     const std::vector<double> impulse = full_response(filter, function);
     results = {};
     results.kind = AnalysisResult::Kind::time;
-    results.has_impulse = results.has_step = true;
+    results.has_impulse = results.has_step = results.sampled = true;
     results.time_count = static_cast<int>(std::min<std::size_t>(impulse.size(), analysis_points));
     double step = 0.0;
     for (int i = 1; i <= results.time_count; ++i) {

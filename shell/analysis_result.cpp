@@ -19,6 +19,7 @@ bool has_column(const AnalysisResult& result, const ColumnRow& row) {
 std::string_view column_unit(const AnalysisResult& result, const ColumnRow& row) {
     if (!row.unit.empty()) return row.unit;
     if (row.column == &AnalysisResult::FREQ) return result.radians ? "rad/sec" : "Hz";
+    if (row.column == &AnalysisResult::IMPULSE) return result.sampled ? "1" : "1/sec";
     return result.admittance ? "S" : "ohm";
 }
 

@@ -58,6 +58,7 @@ struct AnalysisResult {
     int time_count = 0;  // 0 to 501 valid rows
     bool has_impulse = false;
     bool has_step = false;
+    bool sampled = false;  // of a sampled filter: its impulse response is a number, not a density over time
     ResultColumn TIME;
     ResultColumn IMPULSE;
     ResultColumn STEP;
@@ -83,7 +84,7 @@ inline constexpr std::array<ColumnRow, 10> result_columns = {{
     {AnalysisResult::Kind::frequency, "real", "", &AnalysisResult::AREAL, &AnalysisResult::has_immittance},
     {AnalysisResult::Kind::frequency, "imag", "", &AnalysisResult::IMAG, &AnalysisResult::has_immittance},
     {AnalysisResult::Kind::time, "time", "sec", &AnalysisResult::TIME, nullptr},
-    {AnalysisResult::Kind::time, "impulse", "1/sec", &AnalysisResult::IMPULSE, &AnalysisResult::has_impulse},
+    {AnalysisResult::Kind::time, "impulse", "", &AnalysisResult::IMPULSE, &AnalysisResult::has_impulse},
     {AnalysisResult::Kind::time, "step", "1", &AnalysisResult::STEP, &AnalysisResult::has_step},
 }};
 

@@ -26,7 +26,6 @@ constexpr double tick_length = 0.008;
 constexpr double legend_sample = 0.035;  // length of the line beside a legend's text
 
 constexpr double thinning_step = 0.01;
-constexpr double constant_limit = 1e-12;
 constexpr int cursor_gap = 10;  // pixels
 
 struct Extent {
@@ -34,11 +33,6 @@ struct Extent {
     double hi = 0.0;
 };
 
-double decimal_power(int p);
-NiceRange constant_range(double level);
-int choose_label_count(double first, double last);
-string_view offset_letter(string_view label, bool is_x);
-std::string offset_text(string_view label, double offset, bool is_x, const UnitSet& units);
 Extent finite_extent(std::span<const float> values);
 PlotAxis make_axis(std::span<const float> values, string_view label, bool is_x, const UnitSet& units);
 void lay_out(const PlotSurface& surface, PlotWindow& window);
@@ -47,124 +41,12 @@ void draw_y_axis(PlotSurface& surface, const PlotWindow& window, const PlotAxis&
 void draw_labels(PlotSurface& surface, const PlotWindow& window);
 void draw_legend(PlotSurface& surface, const PlotWindow& window);
 double fitted_height(const PlotSurface& surface, string_view text, double height, double room);
-string_view first_characters(string_view text, std::size_t n) { return text.substr(0, std::min(n, text.size())); }
 
 }  // namespace
 
 void PlotSurface::line(PlotPoint from, PlotPoint to, PlotPen pen) {
     const std::array<PlotPoint, 2> ends{from, to};
     polyline(ends, pen);
-}
-
-// ---- axes ----
-
-namespace {
-
-// How far the ends move apart for a number of half units, by the parity of one of them.
-struct Widening {
-    long long half_units;
-    bool by_low;  // parity of the low end decides, otherwise that of the high end
-    HalfUnits odd;
-    HalfUnits even;
-};
-
-constexpr std::array<Widening, 9> widenings = {{
-    {8, false, {0, 1}, {-1, 0}},
-    {10, false, {0, 1}, {-1, 0}},
-    {12, false, {0, 1}, {-1, 0}},
-    {15, false, {0, 1}, {-1, 0}},
-    {20, false, {0, 1}, {-1, 0}},
-    {14, false, {-1, 1}, {-1, 1}},
-    {19, false, {-1, 1}, {-1, 1}},
-    {18, false, {-2, 1}, {-1, 2}},
-    {22, true, {-1, 2}, {-2, 1}},
-}};
-
-}  // namespace
-
-HalfUnits even_half_units(HalfUnits ends) {
-    for (const Widening& row : widenings) {
-        if (row.half_units != ends.high - ends.low) continue;
-        const HalfUnits& step = (row.by_low ? ends.low : ends.high) % 2 == 1 ? row.odd : row.even;
-        return {ends.low + step.low, ends.high + step.high};
-    }
-    return ends;
-}
-
-NiceRange nice_range(double lo, double hi) {
-    if (!std::isfinite(lo)) lo = 0.0;
-    if (!std::isfinite(hi)) hi = 0.0;
-    if (hi < lo) std::swap(lo, hi);
-    double r = hi - lo;
-    const double level = std::max(std::abs(lo), std::abs(hi));
-    if (level >= 1e290) return {std::min(lo, 0.0), std::max(hi, 0.0), 0.0, 0.0};  // too near overflow to be rounded
-    if (r <= constant_limit * level || r < 1e-290) return constant_range(0.5 * lo + 0.5 * hi);
-
-    int p = 0;
-    for (; r >= 10.0; r /= 10.0) ++p;
-    for (; r < 1.0; r *= 10.0) --p;
-
-    // Dividing by the exact power of a negative p keeps 0.3 from becoming 0.30000000000000004.
-    const double s = decimal_power(std::abs(p));
-    const auto scaled = [&](double value) { return p < 0 ? value * s : value / s; };
-    const auto unscaled = [&](double value) { return p < 0 ? value / s : value * s; };
-
-    const double lower = scaled(lo);
-    const double upper = scaled(hi);
-    HalfUnits ends{static_cast<long long>(std::floor(2.0 * lower)), static_cast<long long>(std::ceil(2.0 * upper))};
-    if (lower - 0.5 * static_cast<double>(ends.low) > 0.4999) ++ends.low;
-    if (0.5 * static_cast<double>(ends.high) - upper > 0.4999) --ends.high;
-    ends = even_half_units(ends);
-
-    NiceRange range;
-    range.lo = unscaled(0.5 * static_cast<double>(ends.low));
-    range.hi = unscaled(0.5 * static_cast<double>(ends.high));
-    if (range.hi - range.lo < 2.0 * std::abs(range.hi) / 21.0) {
-        // (lo + hi)/2 and hi - offset, from the integers: nothing cancels.
-        range.offset = unscaled(0.25 * static_cast<double>(ends.low + ends.high));
-        range.amount = unscaled(0.25 * static_cast<double>(ends.high - ends.low));
-    }
-    return range;
-}
-
-PlotAxis scale_text(double lo, double hi, int label_count) {
-    const NiceRange range = nice_range(lo, hi);
-    PlotAxis axis;
-    axis.lo = range.lo;
-    axis.hi = range.hi;
-    axis.offset = range.offset;
-    axis.amount = range.amount;
-    axis.span = range.hi - range.lo;
-    axis.snap = axis.span / 50.0;
-
-    const bool deviation = range.offset != 0.0;
-    double m = deviation ? range.amount : std::max(std::abs(range.lo), std::abs(range.hi));
-    for (; m >= 1000.0; m /= 1000.0) axis.exponent += 3;
-    for (; m > 0.0 && m < 1.0; m *= 1000.0) axis.exponent -= 3;
-
-    const double s = decimal_power(std::abs(axis.exponent));
-    const auto shown = [&](double value) { return axis.exponent < 0 ? value * s : value / s; };
-    axis.first = shown(deviation ? -range.amount : range.lo);
-    axis.last = shown(deviation ? range.amount : range.hi);
-
-    axis.label_count =
-        std::min(label_count == 0 ? choose_label_count(axis.first, axis.last) : label_count, tick_label_bound);
-    const long largest = std::lround(std::max(std::abs(axis.first), std::abs(axis.last)));
-    const int decimals = largest >= 100 ? 1 : largest >= 10 ? 2 : largest >= 1 ? 3 : 4;
-    for (int i = 0; i < axis.label_count; ++i) {
-        double value = axis.first;
-        if (i > 0) value += (axis.last - axis.first) * i / (axis.label_count - 1);
-        if (std::abs(value) < 1e-9 * m) value = 0.0;  // the rest of a difference, which may bear a sign
-        axis.LABELS(i + 1).assign(edit_f(value, 6, decimals));
-    }
-    return axis;
-}
-
-std::string axis_label(string_view label, const PlotAxis& axis, bool is_x, const UnitSet& units) {
-    std::string text(trim_right(label));
-    if (axis.exponent != 0) text += fmt::format(" xE{}", axis.exponent);
-    if (axis.offset != 0.0) text += offset_text(trim_right(label), axis.offset, is_x, units);
-    return text;
 }
 
 // ---- the window ----
@@ -319,10 +201,6 @@ CursorReadout read_cursor(const PlotWindow& window, PlotPoint pointer) {
     }
     if (readout.point == 0) return readout;
 
-    const auto shown = [](double value, const PlotAxis& axis) {
-        const double s = decimal_power(std::abs(axis.exponent));
-        return axis.exponent < 0 ? value * s : value / s;
-    };
     const auto near_curve = [&](double value, const PlotAxis& axis) {
         const double height = axis.lo + (area.bottom - pointer.y) / (area.bottom - area.top) * axis.span;
         return std::abs(height - value) <= axis.snap;
@@ -330,16 +208,16 @@ CursorReadout read_cursor(const PlotWindow& window, PlotPoint pointer) {
     const auto y1 = static_cast<double>(window.Y1_DATA(readout.point));
     const auto y2 = static_cast<double>(window.Y2_DATA(readout.point));
     readout.shown = true;
-    readout.x = shown(static_cast<double>(window.X_DATA(readout.point)), window.x);
+    readout.x = window.x.shown(static_cast<double>(window.X_DATA(readout.point)));
     readout.x_text.assign(fmt::format(" X = {:.7g}", readout.x));
     if (near_curve(y1, window.y1)) {
         readout.y1_shown = true;
-        readout.y1 = shown(y1, window.y1);
+        readout.y1 = window.y1.shown(y1);
         readout.y1_text.assign(fmt::format(" Y1 = {:.7g}", readout.y1));
     }
     if (window.has_y2 && near_curve(y2, window.y2)) {
         readout.y2_shown = true;
-        readout.y2 = shown(y2, window.y2);
+        readout.y2 = window.y2.shown(y2);
         readout.y2_text.assign(fmt::format(" Y2 = {:.7g}", readout.y2));
     }
     return readout;
@@ -354,93 +232,6 @@ PixelPoint place_cursor_box(PixelPoint pointer, PixelSize box, PixelSize window)
 }
 
 namespace {
-
-// ---- steps of the axes ----
-
-double decimal_power(int p) { return std::pow(10.0, p); }
-
-// A level has half a power of ten below and above it.
-NiceRange constant_range(double level) {
-    if (!(std::abs(level) > 1e-280)) return {-1.0, 1.0, 0.0, 0.0};
-    const double d = 0.5 * std::pow(10.0, std::floor(std::log10(std::abs(level))));
-    return nice_range(level - d, level + d);
-}
-
-// Tick steps are told by their leading digits, the roundest first; a step in no row is not round.
-struct StepRow {
-    double mantissa;
-    int cost;
-};
-constexpr std::array<StepRow, 10> step_rows = {
-    {{1.0, 0}, {2.0, 0}, {5.0, 0}, {2.5, 3}, {1.5, 5}, {3.0, 5}, {4.0, 5}, {6.0, 5}, {7.5, 6}, {8.0, 6}}};
-constexpr int cost_not_round = 60;
-constexpr int cost_off_multiples = 20;  // labels are not multiples of the step: 0 has none
-constexpr int cost_crowded = 30;
-
-int choose_label_count(double first, double last) {
-    constexpr int wanted = 8;
-    constexpr int crowded = 21;
-    constexpr double close = 1e-6;
-    int best = wanted;
-    int least = std::numeric_limits<int>::max();
-    for (int steps = tick_label_bound - 1; steps >= 3; --steps) {
-        const double step = (last - first) / steps;
-        const double mantissa = step / std::pow(10.0, std::floor(std::log10(step) + close));
-        int cost = cost_not_round;
-        for (const StepRow& row : step_rows) {
-            if (std::abs(mantissa - row.mantissa) < close * row.mantissa) cost = row.cost;
-        }
-        if (const double multiple = first / step; std::abs(multiple - std::round(multiple)) > 1e-4) {
-            cost += cost_off_multiples;
-        }
-        cost += std::abs(steps - wanted) + (steps > crowded ? cost_crowded : 0);
-        if (cost < least) {
-            least = cost;
-            best = steps;
-        }
-    }
-    return best + 1;
-}
-
-// ---- steps of the labels ----
-
-string_view offset_letter(string_view label, bool is_x) {
-    if (is_x) return "F0";
-    const string_view head = first_characters(label, 4);
-    for (const string_view quantity : {"Loss", "Retu", "Tran", "Curr", "Volt"}) {
-        if (head == quantity) return "L0";
-    }
-    if (first_characters(label, 5) == "Delay") return "T0";
-    if (head == "Real" || head == "Imag") {
-        return label.size() >= 16 && label.substr(13, 3) == "adm" ? "G0" : "R0";
-    }
-    return "Y0";
-}
-
-// ", L0 = 40.050000 dB": the offset by the conversion of component values. Of quantities that the conversion has no
-// unit for the unit is the one told by the label, in parentheses.
-std::string offset_text(string_view label, double offset, bool is_x, const UnitSet& units) {
-    const string_view letter = offset_letter(label, is_x);
-    int code = -1;
-    if (letter == "T0" || (is_x && first_characters(label, 4) == "Time")) code = kavrel::second;
-    if (letter == "F0" && first_characters(label, 4) == "Freq") code = kavrel::hertz;
-    if (letter == "R0") code = kavrel::ohm;
-
-    std::string text = unit_value_text(units, offset, std::max(code, 0));
-    if (text.find('*') != std::string::npos) text = unit_value_text(UnitSet{}, offset, std::max(code, 0));  // too large
-    const bool prefixed = text.size() == 16 && text[11] == ' ';  // otherwise a bare number in scientific form
-    if (code < 0 && prefixed) {
-        text.resize(13);
-        if (const auto open = label.find('('); open != string_view::npos) {
-            text += label.substr(open + 1, label.find(')', open) - open - 1);
-        }
-    }
-    std::string squeezed = fmt::format(", {} = ", letter);
-    for (const char c : trim(text)) {
-        if (c != ' ' || squeezed.back() != ' ') squeezed += c;
-    }
-    return squeezed;
-}
 
 // ---- steps of the window ----
 

@@ -1,0 +1,174 @@
+#include "numeric/even_odd_roots.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "numeric/guarded.h"
+#include "numeric/root_hunt.h"
+
+namespace kavrel {
+namespace {
+
+enum class Part { Even, Odd };
+
+template <class Work>
+void sort_factors(PseudoPolynomialOf<Work>& p);
+template <class Work>
+void find_degrees(EvenOddWorkspace<Work>& ws);
+template <class Work>
+[[nodiscard]] bool find_part_roots(EvenOddWorkspace<Work>& ws, Part part, const SolveOptions& options);
+template <class Work>
+[[nodiscard]] bool has_complex_root(const RootSetOf<Work>& set);
+
+}  // namespace
+
+template <class Real, class Work>
+SolveVerdict solveEvenOdd(const PseudoPolynomialOf<Real>& p, Real a, bool reactance, RootSetOf<Real>& even,
+                          RootSetOf<Real>& odd, EvenOddWorkspace<Work>& ws, const SolveOptions& options) {
+    if (p.degree > kMaxDegree) return {SolveFault::DegreeTooHigh};
+    ws.tol = toleranceOf<Work>(options);
+    ws.a = static_cast<Work>(a);
+    ws.p.multiplier = static_cast<Work>(p.multiplier);
+    ws.p.degree = p.degree;
+    for (int i = 1; i <= p.factors(); ++i) {
+        ws.p.c(i) = static_cast<Work>(p.c(i));
+        ws.p.d(i) = i <= p.pairs() ? static_cast<Work>(p.d(i)) : Work{0};
+    }
+    sort_factors(ws.p);
+    ws.rough.degree = ws.p.degree;
+    ws.rough.multiplier = static_cast<double>(ws.p.multiplier);
+    for (int i = 1; i <= p.factors(); ++i) {
+        ws.rough.c(i) = static_cast<double>(ws.p.c(i));
+        ws.rough.d(i) = static_cast<double>(ws.p.d(i));
+    }
+    find_degrees(ws);
+    for (const Part part : {Part::Even, Part::Odd}) {
+        if (!find_part_roots(ws, part, options)) return {SolveFault::PartNoConvergence};
+    }
+    if (reactance && (has_complex_root(ws.even) || has_complex_root(ws.odd))) return {SolveFault::RootOffAxis};
+    copyRootSet(ws.even, even);
+    copyRootSet(ws.odd, odd);
+    return {};
+}
+
+namespace {
+
+// Pairs by |c|, ascending; the last factor of odd degree keeps its place.
+template <class Work>
+void sort_factors(PseudoPolynomialOf<Work>& p) {
+    for (int i = 2; i <= p.pairs(); ++i) {
+        for (int j = i; j > 1 && std::fabs(p.c(j)) < std::fabs(p.c(j - 1)); --j) {
+            std::swap(p.c(j), p.c(j - 1));
+            std::swap(p.d(j), p.d(j - 1));
+        }
+    }
+}
+
+// Degree and leading coefficient of each part. For large x, w = j x, so that |k product (d_i + j)| (c_n + j) measures
+// both leading coefficients: what is small beside it is the rounding of a coefficient that vanishes.
+template <class Work>
+void find_degrees(EvenOddWorkspace<Work>& ws) {
+    ws.coefficients = evenOddCoefficients(ws.p, ws.a);
+    Work scale = std::fabs(ws.p.multiplier);
+    for (int i = 1; i <= ws.p.pairs(); ++i) scale *= cabs(ws.p.d(i), Work{1});
+    if (ws.p.degree % 2 == 1) scale *= cabs(ws.p.c(ws.p.factors()), Work{1});
+    const Work least = 10 * ws.tol * scale;
+
+    const auto lead = [&](const Table<Work, kMaxPartCoefficients>& coefficient, int degree, RootSetOf<Work>& set) {
+        while (degree > 0 && std::fabs(coefficient(degree + 1)) <= least) --degree;
+        set.count = 0;
+        set.multiplier = coefficient(degree + 1);
+        if (std::fabs(set.multiplier) <= least) set.multiplier = 0;
+        return degree;
+    };
+    // The degree waits in `count` until the hunt.
+    ws.even.count = lead(ws.coefficients.CE, ws.p.even_degree(), ws.even);
+    ws.odd.count = lead(ws.coefficients.CO, ws.p.odd_degree(), ws.odd);
+    if (ws.p.degree == 0) ws.odd.multiplier = 0;
+}
+
+// Samples of one part: Ev = (P+ + P-)/2, Od = (P+ - P-)/(2 root).
+template <class Real>
+struct PartFunction {
+    const PseudoPolynomialOf<Real>& p;
+    Real a;
+    Part part;
+
+    FunctionSample<Real> operator()(Complex<Real> x, bool /*with_derivative*/) const {
+        const PseudoValue<Real> v = evalPseudo(p, a, x);
+        const Real size = std::max(cabs(v.plus), cabs(v.minus)) / 2;
+        constexpr Real half = 0.5;
+        if (part == Part::Even) {
+            return {half * (v.plus + v.minus), half * (v.plus_derivative + v.minus_derivative), size, v.exponent};
+        }
+        // Od' = (P+' - P-' - 2 Od root')/(2 root)
+        const Complex<Real> od = cdiv(half * (v.plus - v.minus), v.root, kSolverDecades);
+        const Complex<Real> slope = half * (v.plus_derivative - v.minus_derivative) - od * v.root_derivative;
+        return {od, cdiv(slope, v.root, kSolverDecades), size / cabs(v.root), v.exponent};
+    }
+};
+
+// Starting points for root r: around -c_r on the negative axis, where the pass band lies.
+hunt::Points startingPoints(const PseudoPolynomial& p, int r) {
+    const double c = p.c(std::min(r, p.factors()));
+    const double x1 = c == 0 ? -0.01 : -c / 2;
+    const double x2 = c == 0 ? -0.02 : -c;
+    return {{{{x1, 0}, {x2, 0}, {(x1 + x2) / 2, 0}}}};
+}
+
+// The multiplier from the value of the part at that one of a few points in the pass band where it stands out best.
+template <class Work>
+void set_multiplier(RootSetOf<Work>& set, const PartFunction<Work>& function) {
+    Work best = -1;
+    set.multiplier = 1;
+    Work multiplier = 0;
+    for (const double place : {-0.05, -0.4, -3.0}) {
+        const Complex<Work> x{static_cast<Work>(place), 0};
+        const FunctionSample<Work> s = function(x, false);
+        const Work standing = cabs(s.value) / s.size;
+        if (!(standing > best)) continue;
+        best = standing;
+        const ScaledValue<Work> product = scaledProduct(set, x);
+        multiplier = shifted(cdiv(s.value, product.value, kSolverDecades), s.exponent - product.exponent).re;
+    }
+    set.multiplier = multiplier;
+}
+
+template <class Work>
+bool find_part_roots(EvenOddWorkspace<Work>& ws, Part part, const SolveOptions& options) {
+    RootSetOf<Work>& set = part == Part::Even ? ws.even : ws.odd;
+    const int degree = std::exchange(set.count, 0);
+    if (set.multiplier == 0) return true;
+    if (!std::isfinite(set.multiplier)) return false;
+
+    const PartFunction<double> rough{ws.rough, static_cast<double>(ws.a), part};
+    const PartFunction<Work> fine{ws.p, ws.a, part};
+    HuntRules rules = huntRules<Work>(options, degree, 75);
+    rules.real_only = isHurwitz(ws.p, ws.a);
+    if (!huntRoots(
+            rough, fine, [&] { return startingPoints(ws.rough, set.count + 1); }, rules, set))
+        return false;
+    set_multiplier(set, fine);
+    return true;
+}
+
+template <class Work>
+bool has_complex_root(const RootSetOf<Work>& set) {
+    for (int i = 1; i <= set.count; ++i) {
+        if (set.im(i) != 0) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+#define KAVREL_SOLVE_EVEN_ODD(Real, Work)                                                             \
+    template SolveVerdict solveEvenOdd(const PseudoPolynomialOf<Real>&, Real, bool, RootSetOf<Real>&, \
+                                       RootSetOf<Real>&, EvenOddWorkspace<Work>&, const SolveOptions&);
+KAVREL_SOLVE_EVEN_ODD(double, double)
+KAVREL_SOLVE_EVEN_ODD(double, long double)
+KAVREL_SOLVE_EVEN_ODD(long double, long double)
+#undef KAVREL_SOLVE_EVEN_ODD
+
+}  // namespace kavrel

@@ -1,0 +1,31 @@
+// Roots in x of the even and the odd part of a pseudo-polynomial, found from its factors: the coefficients of the parts
+// tell their degrees, nothing else.
+#pragma once
+
+#include "numeric/pseudo_polynomial.h"
+#include "numeric/solve_verdict.h"
+
+namespace kavrel {
+
+template <class Work>
+struct EvenOddWorkspace {
+    PseudoPolynomialOf<Work> p;  // factors in the type of the work, c and d by |c|, ascending
+    PseudoPolynomial rough;      // the same as doubles, for the approach to a root
+    PartCoefficients<Work> coefficients;
+    RootSetOf<Work> even;
+    RootSetOf<Work> odd;
+    Work a{};
+    Work tol{};  // 10^(1 - precisionDigits)
+};
+
+static_assert(std::is_trivially_copyable_v<EvenOddWorkspace<double>>);
+
+// Roots and multipliers of Ev and Od, 0 <= a < 1, in the order they were found. A part whose leading coefficients
+// vanish loses degree; one that vanishes altogether has count 0 and multiplier 0. When all factors are Hurwitz, the
+// roots are taken as the real numbers that they are. With `reactance` a complex root is refused.
+// Faults: DegreeTooHigh above 50, PartNoConvergence, RootOffAxis; the sets are as before then.
+template <class Real, class Work>
+SolveVerdict solveEvenOdd(const PseudoPolynomialOf<Real>& p, Real a, bool reactance, RootSetOf<Real>& even,
+                          RootSetOf<Real>& odd, EvenOddWorkspace<Work>& ws, const SolveOptions& options = {});
+
+}  // namespace kavrel

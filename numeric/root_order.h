@@ -1,0 +1,33 @@
+// The orders of roots that the other folders rely on.
+//
+// Every sort here is stable: roots that compare equal keep their order. A conjugate pair compares equal in every key
+// used, so that pairs which came in next to each other stay so, the positive imaginary part first, also beside other
+// roots of the same magnitude (all modes of a maximally flat filter lie on one circle).
+#pragma once
+
+#include "numeric/root_set.h"
+
+namespace kavrel {
+
+// Sign indicators that travel with the roots: [i] belongs to root i.
+using RootSigns = Table<int, kMaxDegree>;
+
+enum class Reals { First, Last };
+
+// By magnitude, ascending.
+template <class Real>
+void sortByMagnitude(RootSetOf<Real>& set);
+
+// By the magnitude of the real part, descending.
+template <class Real>
+void sortRealsDescendingMagnitude(RootSetOf<Real>& set);
+
+// The order after every extraction: real roots by value, ascending, then conjugate pairs by magnitude, ascending;
+// with Reals::Last the real roots follow the pairs. Returns the number of real roots. The second form carries the
+// sign indicator of each root along.
+template <class Real>
+int sortConjugates(RootSetOf<Real>& set, Reals place);
+template <class Real>
+int sortConjugates(RootSetOf<Real>& set, Reals place, RootSigns& LARR);
+
+}  // namespace kavrel

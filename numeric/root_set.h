@@ -1,0 +1,89 @@
+// Polynomials held by their roots, the usual form of a polynomial in the whole system, and the two forms made from it.
+//
+// Value at x: multiplier times the product of (x - root). The polynomials are real: complex roots come in conjugate
+// pairs that stand next to each other, the one with positive imaginary part first; an exact 0.0 marks a real root.
+// Coefficient arrays begin with the highest power.
+//
+// Everything stands for double and long double. Sets that are stored, printed or handed on are double; a chain of
+// extractions may keep its sets in the wide type between its steps, since the rounding of roots to doubles is an error
+// that the next extraction magnifies.
+#pragma once
+
+#include <type_traits>
+
+#include "numeric/complex.h"
+#include "shell/table.h"
+
+namespace kavrel {
+
+inline constexpr int kMaxDegree = 50;                    // of a RootSet
+inline constexpr int kMaxCoefficients = kMaxDegree + 1;  // of a Polynomial
+inline constexpr int kMaxPairs = 25;                     // second-order factors, and all that is counted by pairs
+
+template <class Real>
+struct RootSetOf {
+    Real multiplier{};           // leading coefficient k
+    int count = 0;               // degree n, 0 to 50
+    Table<Real, kMaxDegree> re;  // [i] 1 <= i <= count: real part of root i
+    Table<Real, kMaxDegree> im;  // [i] imaginary part; exact 0.0: the root is real
+
+    [[nodiscard]] Complex<Real> root(int i) const { return {re(i), im(i)}; }
+    void set_root(int i, Complex<Real> z) { re(i) = z.re, im(i) = z.im; }
+    void append(Complex<Real> z) { ++count, set_root(count, z); }
+};
+using RootSet = RootSetOf<double>;
+using WideRootSet = RootSetOf<long double>;
+
+template <class Real>
+struct PolynomialOf {
+    int degree = 0;
+    Table<Real, kMaxCoefficients> re;  // [i] 1 <= i <= degree + 1: real part of the coefficient of x^(degree + 1 - i)
+    Table<Real, kMaxCoefficients> im;  // [i] imaginary part
+};
+using Polynomial = PolynomialOf<double>;
+
+// Product of second-order factors x^2 + a1 x + a0. A last first-order factor, for odd degree, has a1 = -root, a0 = 0.
+template <class Real>
+struct QuadraticFactorsOf {
+    Real multiplier{};  // of the whole product
+    int count = 0;      // factors, the first-order one included
+    Table<Real, kMaxPairs> a1;
+    Table<Real, kMaxPairs> a0;
+};
+using QuadraticFactor = QuadraticFactorsOf<double>;
+
+static_assert(std::is_trivially_copyable_v<RootSet> && std::is_trivially_copyable_v<WideRootSet>);
+static_assert(std::is_trivially_copyable_v<Polynomial> && std::is_trivially_copyable_v<QuadraticFactor>);
+
+// Copies multiplier, count and roots; between widths the numbers are rounded once.
+template <class From, class To>
+void copyRootSet(const RootSetOf<From>& from, RootSetOf<To>& to) {
+    to.multiplier = static_cast<To>(from.multiplier);
+    to.count = from.count;
+    for (int i = 1; i <= from.count && i <= kMaxDegree; ++i) {
+        to.re(i) = static_cast<To>(from.re(i));
+        to.im(i) = static_cast<To>(from.im(i));
+    }
+}
+
+// Exchanges roots i and j, 1 <= i, j <= count.
+template <class Real>
+void swapRoots(RootSetOf<Real>& set, int i, int j);
+
+// Deletes the first root within max(1e-8, 10^-rootMatchDigits |z|) of z and closes the gap. Status 0, or -1 when no
+// root lies so close; the multiplier stays.
+inline constexpr int kRootMatchDigits = 10;  // at the start of a design
+template <class Real>
+[[nodiscard]] int removeRoot(RootSetOf<Real>& set, Real zr, Real zi, int rootMatchDigits = kRootMatchDigits);
+
+// Coefficients of multiplier times the product of (x - root), by c_k <- c_k - root c_(k-1), k downward, root by root.
+template <class Real>
+[[nodiscard]] PolynomialOf<Real> expandRoots(const RootSetOf<Real>& set);
+
+// Second-order factors of the set, in the order that the two sorts of root_order.h leave: by the magnitude of the real
+// part, descending, then conjugate pairs by magnitude, ascending, then the real roots, ascending and taken two by
+// two. The set itself is left alone. An |a1| up to 1e-10 is written as exact 0. The multiplier is copied.
+template <class Real>
+[[nodiscard]] QuadraticFactorsOf<Real> factorsOf(const RootSetOf<Real>& set);
+
+}  // namespace kavrel

@@ -1,0 +1,109 @@
+#include "numeric/scaled_value.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kavrel {
+namespace {
+
+// A running product is brought back towards 1 when it leaves this range; a factor may then still be 1e100 or 1e-100.
+constexpr double kUpper = 0x1p300;
+constexpr double kLower = 0x1p-300;
+constexpr int kShift = 300;
+
+// The exponent that brings a number of this size back into range.
+template <class Real>
+int correction(Real size) {
+    if (size > static_cast<Real>(kUpper)) return kShift;
+    if (size < static_cast<Real>(kLower) && size > 0) return -kShift;
+    return 0;
+}
+
+}  // namespace
+
+template <class Real>
+int scaleExponent(Real magnitude) {
+    return static_cast<int>(std::log(magnitude + 1) / static_cast<Real>(0.6931471805599453));
+}
+
+template <class Real>
+Complex<Real> evalRootSet(const RootSetOf<Real>& set, Real xr, Real xi, int scaleExp) {
+    const Complex<Real> x{xr, xi};
+    const Real scale = std::ldexp(Real{1}, -scaleExp);
+    Complex<Real> product{set.multiplier, 0};
+    for (int i = 1; i <= set.count; ++i) product = scale * (product * (x - set.root(i)));
+    return product;
+}
+
+template <class Real>
+Complex<Real> sumOfProductsDerivative(const RootSetOf<Real>& set, Real xr, Real xi, int scaleExp) {
+    const Complex<Real> x{xr, xi};
+    const Real scale = std::ldexp(Real{1}, -scaleExp);
+    Complex<Real> product{1, 0};
+    Complex<Real> derivative{};
+    for (int i = 1; i <= set.count; ++i) {
+        const Complex<Real> factor = x - set.root(i);
+        derivative = scale * (derivative * factor) + product;
+        product = scale * (product * factor);
+    }
+    return derivative;
+}
+
+template <class Real>
+void ScaledPair<Real>::keep_in_range() {
+    const int e = correction(std::max(largest_part(value), largest_part(derivative)));
+    if (e == 0) return;
+    const Real scale = std::ldexp(Real{1}, -e);
+    value = scale * value;
+    derivative = scale * derivative;
+    exponent += e;
+}
+
+template <class Real>
+ScaledValue<Real> scaledProduct(const RootSetOf<Real>& set, Complex<Real> x) {
+    ScaledValue<Real> p{{set.multiplier, 0}, 0};
+    for (int i = 1; i <= set.count; ++i) {
+        p.value *= x - set.root(i);
+        if (const int e = correction(largest_part(p.value)); e != 0) {
+            p.value = std::ldexp(Real{1}, -e) * p.value;
+            p.exponent += e;
+        }
+    }
+    return p;
+}
+
+template <class Real>
+ScaledPair<Real> scaledProductAndDerivative(const RootSetOf<Real>& set, Complex<Real> x) {
+    ScaledPair<Real> p{{set.multiplier, 0}, {}, 0};
+    for (int i = 1; i <= set.count; ++i) p.multiply(x - set.root(i), {1, 0});
+    return p;
+}
+
+template <class Real>
+Complex<Real> shifted(Complex<Real> value, int shift) {
+    if (shift == 0) return value;
+    const auto limit = static_cast<Real>(0x1p900);
+    const auto saturated = [=](Real part) { return std::clamp(std::ldexp(part, shift), -limit, limit); };
+    return {saturated(value.re), saturated(value.im)};
+}
+
+template <class Real>
+int binaryMagnitude(Complex<Real> z, int exponent) {
+    const Real size = largest_part(z);
+    return size > 0 ? std::ilogb(size) + exponent : -100000;
+}
+
+#define KAVREL_SCALED_VALUE(Real)                                                                \
+    template int scaleExponent(Real);                                                            \
+    template Complex<Real> evalRootSet(const RootSetOf<Real>&, Real, Real, int);                 \
+    template Complex<Real> sumOfProductsDerivative(const RootSetOf<Real>&, Real, Real, int);     \
+    template struct ScaledPair<Real>;                                                            \
+    template ScaledValue<Real> scaledProduct(const RootSetOf<Real>&, Complex<Real>);             \
+    template ScaledPair<Real> scaledProductAndDerivative(const RootSetOf<Real>&, Complex<Real>); \
+    template Complex<Real> shifted(Complex<Real>, int);                                          \
+    template int binaryMagnitude(Complex<Real>, int);
+KAVREL_SCALED_VALUE(double)
+KAVREL_SCALED_VALUE(long double)
+#undef KAVREL_SCALED_VALUE
+
+}  // namespace kavrel

@@ -1,0 +1,67 @@
+// Products over roots, evaluated without overflow.
+//
+// Two scales are offered. The evaluators of single products divide the running product by 2^scaleExp after each factor,
+// with scaleExp = scaleExponent(|x|), which keeps a product of factors that are all of the size of x within range.
+// Where roots of very different sizes meet, that is not enough; the products of the root extraction carry a binary
+// exponent of their own instead, so that products of different degree are added by shifting one of them and no factor
+// is lost.
+//
+// All routines stand for double and long double.
+#pragma once
+
+#include "numeric/root_set.h"
+
+namespace kavrel {
+
+// int(ln(|x| + 1)/ln 2): the power of two by which each factor is divided.
+template <class Real>
+[[nodiscard]] int scaleExponent(Real magnitude);
+
+// multiplier times the product of (x - root), divided by 2^(scaleExp count). scaleExp 0 gives the true value. An empty
+// set gives its multiplier.
+template <class Real>
+[[nodiscard]] Complex<Real> evalRootSet(const RootSetOf<Real>& set, Real xr, Real xi, int scaleExp);
+
+// Derivative of the product without its multiplier: the sum over i of the product over j != i of (x - root_j), divided
+// by 2^(scaleExp (count - 1)), one factor fewer than in the product. An empty set gives 0.
+template <class Real>
+[[nodiscard]] Complex<Real> sumOfProductsDerivative(const RootSetOf<Real>& set, Real xr, Real xi, int scaleExp);
+
+// The number value * 2^exponent.
+template <class Real>
+struct ScaledValue {
+    Complex<Real> value;
+    int exponent = 0;
+};
+
+// A number and its derivative on one scale: value * 2^exponent and derivative * 2^exponent.
+template <class Real>
+struct ScaledPair {
+    Complex<Real> value;
+    Complex<Real> derivative;
+    int exponent = 0;
+
+    // Appends a factor g with derivative dg to the product: (p g)' = p' g + p g'.
+    void multiply(Complex<Real> g, Complex<Real> dg) {
+        derivative = derivative * g + value * dg;
+        value *= g;
+        keep_in_range();
+    }
+    void keep_in_range();
+};
+
+// multiplier times the product of (x - root); the second form also gives the derivative of it.
+template <class Real>
+[[nodiscard]] ScaledValue<Real> scaledProduct(const RootSetOf<Real>& set, Complex<Real> x);
+template <class Real>
+[[nodiscard]] ScaledPair<Real> scaledProductAndDerivative(const RootSetOf<Real>& set, Complex<Real> x);
+
+// value * 2^shift, saturated at the ends of the range instead of infinite.
+template <class Real>
+[[nodiscard]] Complex<Real> shifted(Complex<Real> value, int shift);
+
+// int(log2) of the larger part of z 2^exponent; a very low number for z = 0.
+template <class Real>
+[[nodiscard]] int binaryMagnitude(Complex<Real> z, int exponent = 0);
+
+}  // namespace kavrel

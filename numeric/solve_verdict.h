@@ -1,0 +1,77 @@
+// What a root extraction answers, and the report lines that belong to each answer. The solvers write nothing: a caller
+// with a reporter looks up the line and prints it.
+#pragma once
+
+#include <array>
+#include <string_view>
+
+namespace kavrel {
+
+enum class SolveFault {
+    None,
+    DegreeTooHigh,       // a sum or a pseudo-polynomial of degree above 50
+    NoConvergence,       // a root of a sum
+    RealDegreeTooHigh,   // a real sum of degree above 25; number: the degree
+    RealNoConvergence,   // a root of a real sum; number: which one
+    PartNoConvergence,   // a root of an even or odd part
+    RootOffAxis,         // a complex root of a part that has to be a reactance
+    CreatedRootMissing,  // a root put in on purpose did not come out
+};
+
+struct [[nodiscard]] SolveVerdict {
+    SolveFault fault = SolveFault::None;
+    int number = 0;  // the value in the line, where it has one
+
+    [[nodiscard]] constexpr bool good() const { return fault == SolveFault::None; }
+    [[nodiscard]] constexpr int status() const { return good() ? 0 : -1; }
+};
+
+// The lines of a fault: `first`, then `number` and `after_number` where `has_number` is set; `second` when not empty.
+struct SolveMessage {
+    SolveFault fault;
+    std::string_view first;
+    bool has_number = false;
+    std::string_view after_number = {};
+    std::string_view second = {};
+};
+
+inline constexpr std::array<SolveMessage, 7> kSolveMessages = {{
+    {.fault = SolveFault::DegreeTooHigh, .first = " **** Polynomial is of too high degree ****"},
+    {.fault = SolveFault::NoConvergence, .first = " **** No convergence ****"},
+    {.fault = SolveFault::RealDegreeTooHigh,
+     .first = " **** Polynomial is of degree ",
+     .has_number = true,
+     .after_number = " which is too high ****"},
+    {.fault = SolveFault::RealNoConvergence,
+     .first = " **** No convergence of root no.",
+     .has_number = true,
+     .after_number = " ****"},
+    {.fault = SolveFault::PartNoConvergence,
+     .first = " Pseudo-polynomial root extraction did not converge",
+     .second = " **** design discontinued ****"},
+    {.fault = SolveFault::RootOffAxis,
+     .first = " **** Root is not on imaginary axis, function will not",
+     .second = " be a reactance"},
+    {.fault = SolveFault::CreatedRootMissing, .first = " **** Created roots weren't found ****"},
+}};
+
+// Head of the line that announces a root to be put in; its value follows.
+inline constexpr std::string_view kRootToBeCreated = " root to be created = ";
+
+// The message of a fault other than None.
+[[nodiscard]] constexpr const SolveMessage& messageOf(SolveFault fault) {
+    for (const SolveMessage& message : kSolveMessages) {
+        if (message.fault == fault) return message;
+    }
+    return kSolveMessages.front();
+}
+
+// Accuracy asked of a solver. `precisionDigits` belongs to the data: with tol = 10^(1 - precisionDigits), sums that
+// vanish within a few tol of their terms are taken as 0. The iteration itself goes as far as the workspace's type
+// carries it.
+struct SolveOptions {
+    int precisionDigits = 16;
+    bool symmetrize = false;  // average clusters of near-equal pairs at the end
+};
+
+}  // namespace kavrel

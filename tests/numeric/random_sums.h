@@ -1,0 +1,101 @@
+// Random sums kA product (x - a) + kB product (x - b) of the kinds that filter design makes, the same on every machine.
+#pragma once
+
+#include <cmath>
+#include <random>
+
+#include "numeric/root_order.h"
+#include "numeric/root_set.h"
+
+namespace kavrel::testing {
+
+struct RandomSum {
+    RootSet A;
+    RootSet B;
+};
+
+enum class SumKind {
+    General,     // roots of both all over the plane, about the unit circle
+    Mirrored,    // A(y) +- A(-y), as for the equal ripple functions
+    Pass,        // F + Q: a double root for each ripple in the pass band x < 0, transmission zeros x > 0
+    Wide,        // magnitudes over six decades
+    Cancelling,  // equal degree and leading terms that cancel
+};
+inline constexpr int kSumKinds = 5;
+
+class RandomNumbers {
+public:
+    explicit RandomNumbers(unsigned long long seed) : engine_(seed) {}
+    double between(double low, double high) {
+        return low + (high - low) * static_cast<double>(engine_() >> 11) * 0x1p-53;
+    }
+    int integer(int low, int high) { return low + static_cast<int>(engine_() % static_cast<unsigned>(high - low + 1)); }
+    bool coin() { return integer(0, 1) == 1; }
+
+private:
+    std::mt19937_64 engine_;
+};
+
+// Conjugate pairs, and real roots as `reals` (0 to 1) tells, of magnitude 10^-decades to 10^decades.
+inline RootSet random_set(RandomNumbers& random, int count, double decades, double reals) {
+    RootSet set;
+    set.multiplier = (random.coin() ? 1 : -1) * std::pow(10.0, random.between(-2, 2));
+    while (set.count < count) {
+        const double size = std::pow(10.0, random.between(-decades, decades));
+        if (set.count + 1 == count || random.between(0, 1) < reals) {
+            set.append({random.coin() ? size : -size, 0});
+            continue;
+        }
+        const double angle = random.between(0.02, 3.12);
+        set.append({size * std::cos(angle), size * std::sin(angle)});
+        set.append(conjugate(set.root(set.count)));
+    }
+    return set;
+}
+
+inline RandomSum random_sum(RandomNumbers& random, SumKind kind, int degree) {
+    RandomSum sum;
+    switch (kind) {
+        case SumKind::General:
+            sum.A = random_set(random, degree, 0.5, 0.3);
+            sum.B = random_set(random, random.integer(0, degree), 0.5, 0.3);
+            if (random.coin()) std::swap(sum.A, sum.B);
+            break;
+        case SumKind::Mirrored: {
+            sum.A = random_set(random, degree, 0.7, 0.3);
+            for (int i = 1; i <= degree; ++i) sum.A.re(i) = -std::fabs(sum.A.re(i));
+            sum.B = sum.A;
+            for (int i = 1; i <= degree; ++i) sum.B.re(i) = -sum.B.re(i);
+            if (random.coin()) sum.B.multiplier = -sum.B.multiplier;
+            break;
+        }
+        case SumKind::Pass:
+            sum.A.multiplier = std::pow(10.0, random.between(-3, 0));
+            while (sum.A.count + 1 < degree) {
+                const double ripple = -std::pow(10.0, random.between(-1.5, 1.0));
+                sum.A.append({ripple, 0});
+                sum.A.append({ripple, 0});
+            }
+            if (sum.A.count < degree) sum.A.append({0, 0});
+            sum.B.multiplier = degree % 2 == 0 ? 1 : -1;
+            while (sum.B.count < degree / 2) sum.B.append({1, 0});
+            while (sum.B.count < degree) {
+                const double zero = random.between(1.01, 2.0);
+                sum.B.append({zero, 0});
+                if (sum.B.count < degree) sum.B.append({zero, 0});
+            }
+            break;
+        case SumKind::Wide:
+            sum.A = random_set(random, degree, 3, 0.4);
+            sum.B = random_set(random, random.integer(0, degree), 3, 0.4);
+            break;
+        case SumKind::Cancelling:
+            sum.A = random_set(random, degree, 0.5, 0.3);
+            sum.B = random_set(random, degree, 0.5, 0.3);
+            sum.B.multiplier = -sum.A.multiplier;
+            break;
+    }
+    return sum;
+}
+
+}  // namespace kavrel::testing

@@ -29,6 +29,7 @@ public:
     bool edit_form(FormSheet& sheet) override;
     std::string choose_file(const FileQuery& query) override;
     void set_menu(std::span<const MenuItem> menu, std::string_view title) override;
+    void set_toolbar(std::span<const ToolbarItem>) override {}
     void show_plot(const PlotWindow& plot) override;
     bool print_page(const PrintPage& page) override;
     void copy_text() override {}

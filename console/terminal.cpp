@@ -31,19 +31,20 @@ public:
         sigprocmask(SIG_BLOCK, &interrupt_, &before_);
     }
     ~InterruptWatch() {
-        take();
+        forget();
         sigprocmask(SIG_SETMASK, &before_, nullptr);
     }
     InterruptWatch(const InterruptWatch&) = delete;
     InterruptWatch& operator=(const InterruptWatch&) = delete;
 
-private:
-    void take() const {
+    // What was pressed until now stops nothing.
+    void forget() const {
         constexpr timespec at_once{};
         while (sigtimedwait(&interrupt_, nullptr, &at_once) > 0) {
         }
     }
 
+private:
     sigset_t interrupt_{};
     sigset_t before_{};
 };
@@ -298,6 +299,7 @@ void Terminal::converse(Workbench& bench, Runner& runner) {
     while (!runner.is_over()) {
         const auto typed = ask(fmt::format("{}> ", open_.empty() ? "kavrel" : open_.back()));
         if (!typed) return;
+        watch.forget();
         if (typed->empty() || *typed == "menu" || *typed == "?") {
             show_menu();
         } else if (*typed == "..") {

@@ -20,6 +20,12 @@ struct MenuItem {
     const Form* form = nullptr;     // the form that the command asks for first
 };
 
+// A button of the toolbar: it sends the event of a menu item.
+struct ToolbarItem {
+    int id = 0;
+    std::string_view tip;  // shown while the pointer rests on it
+};
+
 // The labels of a path, its ampersands kept: "&File > &Open" has 2.
 [[nodiscard]] int path_depth(std::string_view path);
 [[nodiscard]] std::string_view path_label(std::string_view path, int level);  // level from 0

@@ -61,6 +61,9 @@ public:
     // Replaces the menu bar and the title of the main window.
     virtual void set_menu(std::span<const MenuItem> menu, std::string_view title) = 0;
 
+    // Builds the toolbar of the main window.
+    virtual void set_toolbar(std::span<const ToolbarItem> toolbar) = 0;
+
     // Draws (or draws again) the plot window.
     virtual void show_plot(const PlotWindow& plot) = 0;
 

@@ -25,4 +25,13 @@ constexpr std::array<MenuItem, 18> main_menu = {{
 }};
 // clang-format on
 
+constexpr std::array<ToolbarItem, 6> main_toolbar = {{
+    {.id = 129, .tip = "Open a text file to view"},
+    {.id = 130, .tip = "Recall a saved filter file"},
+    {.id = 142, .tip = "Kavrel for Windows V. 1.70"},
+    {.id = 166, .tip = "Start a new design."},
+    {.id = 143, .tip = "Select preferred frequency & other units"},
+    {.id = 159, .tip = "Help about Kavrel"},
+}};
+
 }  // namespace kavrel

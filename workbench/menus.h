@@ -10,4 +10,6 @@ namespace kavrel {
 extern const std::array<MenuItem, 18> main_menu;
 extern const std::array<MenuItem, 39> fir_menu;
 
+extern const std::array<ToolbarItem, 6> main_toolbar;
+
 }  // namespace kavrel

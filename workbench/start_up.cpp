@@ -5,6 +5,7 @@
 
 #include "shell/settings.h"
 #include "workbench/events.h"
+#include "workbench/menus.h"
 #include "workbench/rooms.h"
 
 namespace kavrel {
@@ -37,6 +38,7 @@ void main_program(Workbench& bench, std::string_view command_line, std::string_v
         // kept.
         static_cast<void>(write_settings(settings_file, session.units));
     }
+    bench.window.set_toolbar(main_toolbar);
     enter_segment(bench, SegmentId::main);
     if (settings == SettingsStatus::damaged) {
         bench.reporter.message("Settings file q_qxz is damaged, units are Hz, H, F, sec", "Warning");

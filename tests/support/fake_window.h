@@ -17,6 +17,7 @@ struct FakeWindow : WindowLayer {
     std::vector<std::vector<std::string>> pages;
     std::vector<std::string> titles;
     std::span<const MenuItem> menu;
+    std::span<const ToolbarItem> toolbar;
     std::deque<Answer> answers;                         // to boxes; then OK or No
     std::deque<std::string> files;                      // to selectors; then none
     std::deque<std::function<bool(FormSheet&)>> forms;  // fill in a form; then cancel
@@ -42,6 +43,7 @@ struct FakeWindow : WindowLayer {
         menu = items;
         titles.emplace_back(title);
     }
+    void set_toolbar(std::span<const ToolbarItem> items) override { toolbar = items; }
     void show_plot(const PlotWindow&) override {}
     bool print_page(const PrintPage& page) override {
         if (has_printer) pages.emplace_back(page.lines.begin(), page.lines.end());

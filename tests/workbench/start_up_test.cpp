@@ -33,6 +33,9 @@ TEST_F(StartUp, ClearsTemporaryFilesAndCreatesTheSettings) {
     EXPECT_TRUE(bench.session.command_line.is_blank());
     EXPECT_EQ(window.titles, std::vector<std::string>{"Kavrel - MAIN MENU"});
     EXPECT_TRUE(window.lines.empty());
+    ASSERT_EQ(window.toolbar.size(), 6U);
+    EXPECT_EQ(window.toolbar[2].tip, "Kavrel for Windows V. 1.70");
+    for (const ToolbarItem& item : window.toolbar) EXPECT_NE(find_item(window.menu, item.id), nullptr) << item.tip;
 }
 
 TEST_F(StartUp, ReadsTheSettingsAndTellsOfDamage) {

@@ -1,5 +1,5 @@
-// The window layer of a person at a terminal: menus are shown, boxes ask, forms are gone through field by field. While a script
-// that the person has included has lines left, these answer instead.
+// The window layer of a person at a terminal: menus are shown, boxes ask, forms are gone through field by field. While
+// a script that the person has included has lines left, these answer instead.
 #pragma once
 
 #include <optional>

@@ -2,8 +2,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
+#include "workbench/filter_input_file.h"
 #include "workbench/fir_input_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -12,6 +14,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (kavrel::read_fir_input(bytes, request)) {
         kavrel::FirRequest again;
         if (!kavrel::read_fir_input(kavrel::fir_input_bytes(request), again)) std::abort();
+    }
+    kavrel::FilterRequest filter;
+    kavrel::UnitSet units;
+    if (kavrel::read_filter_input(bytes, filter, units)) {
+        const std::string stored = kavrel::filter_input_bytes(filter, units);
+        if (!kavrel::read_filter_input(stored, filter, units)) std::abort();
+        if (kavrel::filter_input_bytes(filter, units) != stored) std::abort();
     }
     return 0;
 }

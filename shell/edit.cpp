@@ -60,7 +60,7 @@ std::string edit_en(double value, int width, int decimals) {
     auto x = rounded_to_digits(value, decimals + lead);
     const bool carried = x.point > decade + 1;  // 9.996 to 10.00, one digit more; 999.6 to 1.0E+03
     const int before = carried ? lead % 3 + 1 : lead;
-    x.digits.resize(static_cast<std::size_t>(before + decimals), '0');
+    x.digits.resize(static_cast<std::size_t>(before) + static_cast<std::size_t>(decimals), '0');
     return field(std::signbit(value), with_point(x.digits, before) + exponent('E', x.point - before, 0), width);
 }
 

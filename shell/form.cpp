@@ -61,7 +61,7 @@ std::optional<std::vector<double>> rows_of_file(std::istream& file, int columns,
         if (row->empty()) continue;
         if (row->size() != static_cast<std::size_t>(columns)) return std::nullopt;
         cells.insert(cells.end(), row->begin(), row->end());
-        if (cells.size() > static_cast<std::size_t>(columns * capacity)) return std::nullopt;
+        if (static_cast<int>(cells.size()) > columns * capacity) return std::nullopt;
     }
     if (cells.empty()) return std::nullopt;
     return cells;

@@ -3,7 +3,8 @@
 
 namespace kavrel {
 
-// clang-format off: a row a line
+// A row a line.
+// clang-format off
 constexpr std::array<MenuItem, 39> fir_menu = {{
     {.path = "&File > &Open", .hint = "Open a stored filter file", .accelerator = "ctrl+O", .id = 1128, .command = "read"},
     {.path = "&File > &New", .hint = "Restart or start a new design", .accelerator = "ctrl+B", .id = 1199},

@@ -2,7 +2,8 @@
 
 namespace kavrel {
 
-// clang-format off: a row a line
+// A row a line.
+// clang-format off
 constexpr std::array<MenuItem, 18> main_menu = {{
     {.path = "&File > &Open", .hint = "Open a text file to view", .id = 129},
     {.path = "&File > &Recall", .hint = "Recall a saved filter file", .id = 130},

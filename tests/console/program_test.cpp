@@ -1,13 +1,13 @@
 // The program itself: options, exit status, the examples, and a person at a terminal.
-#include <gtest/gtest.h>
-#include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <array>
 #include <cstdio>
-#include <nlohmann/json.hpp>
+#include <pty.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "tests/support/scratch_folder.h"
 
@@ -51,7 +51,8 @@ TEST_P(Examples, RunsToItsEnd) {
     EXPECT_FALSE(state["report"].empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Examples, testing::ValuesIn(example_files()), [](const auto& test) { return test.param; });
+INSTANTIATE_TEST_SUITE_P(All, Examples, testing::ValuesIn(example_files()),
+                         [](const auto& test) { return test.param; });
 
 constexpr const char* small_design =
     "choose Design > FIR Filter > New\nset filter_length 5\nset specification_type Weights\nbutton Details\n"
@@ -66,7 +67,8 @@ TEST(Program, OptionsAndStatus) {
     EXPECT_EQ(run_program("-C missing").status, 3);
     EXPECT_EQ(run_program("-o missing/report.txt").status, 3);
     EXPECT_EQ(run_program("--json missing/state.json").status, 3);
-    EXPECT_EQ(run_program("", "frobnicate\n").output, "== Kavrel - MAIN MENU\n> frobnicate\n<stdin>:1: unknown verb 'frobnicate'\n");
+    EXPECT_EQ(run_program("", "frobnicate\n").output,
+              "== Kavrel - MAIN MENU\n> frobnicate\n<stdin>:1: unknown verb 'frobnicate'\n");
     EXPECT_EQ(run_program("", "choose #195\n").status, 1);
     EXPECT_EQ(run_program("filter.dat", "").status, 3) << "any other argument is a script";
     EXPECT_EQ(run_program("filter.qff", "").status, 1) << "stored FIR filters are not read yet";
@@ -125,12 +127,12 @@ std::string converse(const std::vector<std::string>& lines) {
 
 TEST(Program, APersonAtATerminalGoesFromTheMenuToTheReport) {
     const ScratchFolder folder;
-    const std::string shown = converse({
-        "design", "3", "1",                      // Design > FIR Filter > New
-        "5", "", "", "Weights",                  // length, method, type, specification
-        "yes", "0 1k 1 1", "3k 5k 0", "3k 5k 0 10", "", "ok",  // Details, with a row too short
-        "ok",                                    // leaves the rest as it stands
-        "", "view", "show", "2", "", "1", "", "save-report report.txt", "quit"});
+    const std::string shown =
+        converse({"design", "3",        "1",                                // Design > FIR Filter > New
+                  "5",      "",         "",        "Weights",               // length, method, type, specification
+                  "yes",    "0 1k 1 1", "3k 5k 0", "3k 5k 0 10", "", "ok",  // Details, with a row too short
+                  "ok",                                                     // leaves the rest as it stands
+                  "",       "view",     "show",    "2",          "", "1",  "", "save-report report.txt", "quit"});
     EXPECT_NE(shown.find("1 File"), std::string::npos) << "the menu is shown";
     EXPECT_NE(shown.find("Filter length (0 to 512) [0]:"), std::string::npos);
     EXPECT_NE(shown.find("a row has 4 numbers, not 3"), std::string::npos);

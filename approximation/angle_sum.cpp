@@ -1,0 +1,85 @@
+#include "approximation/angle_sum.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <numbers>
+
+namespace kavrel {
+
+using Real = XPlane::Real;
+
+namespace {
+
+// theta - target and its slope in ln eta.
+struct AngleAndSlope {
+    double excess = 0;
+    double slope = 0;
+};
+AngleAndSlope angle_at(const AngleSum& angles, double eta, int half_turns, int total);
+Real angle_excess(const AngleSum& angles, Real eta, int half_turns);
+
+}  // namespace
+
+// Newton in ln eta within a bracket, in double, then polished
+// in the wide type, where the slope in double is good enough.
+Real root_of_angle(const AngleSum& angles, int half_turns, int total, Real above) {
+    double low = static_cast<double>(above);
+    double high = 0;  // none yet
+    double eta = low > 0 ? 1.5 * low : std::tan(std::numbers::pi / 2 * half_turns / total);
+    AngleAndSlope at;
+    for (int step = 1; step <= 200; ++step) {
+        at = angle_at(angles, eta, half_turns, total);
+        (at.excess > 0 ? high : low) = eta;
+        if (std::fabs(at.excess) < 1e-13) break;
+        double next = at.slope > 0 ? eta * std::exp(std::clamp(-at.excess / at.slope, -3.0, 3.0)) : 0;
+        if (!(next > low) || (high > 0 && !(next < high))) {
+            next = high == 0 ? 2 * eta : low > 0 ? std::sqrt(low) * std::sqrt(high) : high / 4;
+        }
+        if (next == eta) break;
+        eta = next;
+    }
+    Real fine = eta;
+    for (int step = 1; step <= 3; ++step) {
+        fine *= 1 - angle_excess(angles, fine, half_turns) / static_cast<Real>(at.slope);
+    }
+    return fine;
+}
+
+namespace {
+
+// theta - target to within double accuracy, and its slope in ln eta. Beyond half of the whole angle the complements
+// arg(eta + j m) are summed, since their sum is the smaller number.
+AngleAndSlope angle_at(const AngleSum& angles, double eta, int half_turns, int total) {
+    constexpr double half_pi = std::numbers::pi / 2;
+    const bool from_above = 2 * half_turns > total;
+    AngleAndSlope sum;
+    const auto add = [&](double re, double im, int weight) {
+        sum.excess += weight * (from_above ? -std::atan2(re, eta + im) : std::atan2(eta + im, re));
+        sum.slope += weight * eta * re / (re * re + (eta + im) * (eta + im));
+    };
+    for (int i = 1; i <= angles.count; ++i) {
+        const auto re = static_cast<double>(angles.term(i).m.re), im = static_cast<double>(angles.term(i).m.im);
+        add(re, im, angles.term(i).weight);
+        if (im != 0) add(re, -im, angles.term(i).weight);
+    }
+    sum.excess += from_above ? half_pi * (total - half_turns) : -half_pi * half_turns;
+    return sum;
+}
+
+// theta - target, once it is small, from the product of the factors: tan of it, so that no angle has to be taken.
+Real angle_excess(const AngleSum& angles, Real eta, int half_turns) {
+    Complex<Real> product{1, 0};
+    for (int i = 1; i <= angles.count; ++i) {
+        const Complex<Real> m = angles.term(i).m;
+        Complex<Real> factor{m.re, eta + m.im};
+        if (m.im != 0) factor *= Complex<Real>{m.re, eta - m.im};
+        const int weight = angles.term(i).weight;
+        for (int k = 1; k <= std::abs(weight); ++k) product *= weight > 0 ? factor : conjugate(factor);
+    }
+    return half_turns % 2 == 0 ? product.im / product.re : -product.re / product.im;
+}
+
+}  // namespace
+
+}  // namespace kavrel

@@ -1,0 +1,314 @@
+#include "approximation/approximate.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "approximation/characteristic.h"
+#include "approximation/equal_minima.h"
+#include "approximation/factor_signs.h"
+#include "approximation/frequency_variable.h"
+#include "approximation/front_part.h"
+#include "approximation/functional_input.h"
+#include "approximation/hurwitz_factors.h"
+#include "approximation/hurwitz_parts.h"
+#include "approximation/immittance.h"
+#include "approximation/predistortion.h"
+#include "approximation/scaling.h"
+#include "approximation/sloped_passband.h"
+#include "numeric/scaled_value.h"
+
+namespace kavrel {
+namespace {
+
+using Real = long double;
+using Fault = ApproximationFault;
+
+// One run. Each step answers Fault::none or why the design ends.
+class Run {
+public:
+    Run(FilterSpec& spec, XPlane& xp, ApproximationNotes& notes, ApproximationQuestions& questions)
+        : spec_(spec), xp_(xp), notes_(notes), questions_(questions) {}
+
+    Fault design();
+    [[nodiscard]] FrontVerdict front() const { return front_; }
+
+private:
+    // The ways to E; each goes on with one of the ends.
+    Fault from_characteristic();
+    Fault from_given_denominator();
+    Fault from_given_numerator();
+    Fault from_slope();
+
+    // The ends: with f from the front part, with f still to be found from E, for one termination.
+    Fault end_with_known_f();
+    Fault end_with_new_f();
+    Fault end_single_terminated();
+
+    Fault take(FrontVerdict verdict);
+    Fault take(FunctionalFault fault, Fault inconsistent);
+    Fault find_late_zeros(const WideRootSet& given);
+    Fault split_e();
+    enum class Moved { yes, no };
+    Fault predistort_e(Moved& moved);
+    Fault find_f(bool scale);
+    Fault split_f();
+    [[nodiscard]] bool superpose_f();
+    Fault serve_terminations();
+    Fault find_immittances();
+
+    [[nodiscard]] bool single_termination() const { return spec_.loadResistance == 0; }
+    [[nodiscard]] bool is_band_pass() const { return spec_.filterType == band_pass; }
+    [[nodiscard]] bool is_high_pass() const { return spec_.filterType == high_pass; }
+    [[nodiscard]] bool predistortion_due() const {
+        const bool to_be_shifted = spec_.filterType == low_pass && spec_.centerFrequency > 0;
+        return spec_.predistortionQ > 0 && !to_be_shifted;
+    }
+
+    FilterSpec& spec_;
+    XPlane& xp_;
+    ApproximationNotes& notes_;
+    ApproximationQuestions& questions_;
+    ExtractionWorkspace ws_;
+    FrontVerdict front_;
+    WideRootSet odd_f0_;  // odd part of an f without even one, before E is raised for the terminations
+};
+
+}  // namespace
+
+ApproximationVerdict approximate(FilterSpec& spec, XPlane& xp, ApproximationNotes& notes,
+                                 ApproximationQuestions& questions) {
+    spec.designError = 0;
+    notes = {};
+    Run run(spec, xp, notes, questions);
+    const Fault fault = run.design();
+    if (fault == Fault::none) {
+        notes.has_pole_chains = assignPoleChains(spec, xp);
+    } else if (spec.designError == 0) {
+        spec.designError = 1;
+    }
+    return {fault, run.front()};
+}
+
+namespace {
+
+Fault Run::design() {
+    xp_ = {};
+    if (const Fault fault = take(runFront(spec_, xp_, notes_.front)); fault != Fault::none) return fault;
+    spec_.runFlag = 0;
+    xp_.requested_ratio = terminationRatio(spec_.sourceResistance, spec_.loadResistance);
+    if (!questions_.go_on()) return Fault::stopped;
+
+    if (spec_.passbandType == sloping_passband) return from_slope();
+    if (!xp_.equal_minima_due) {
+        if (const Fault fault = take(buildQ(spec_, xp_, notes_.front)); fault != Fault::none) return fault;
+    }
+    switch (functionGiven(spec_)) {
+        case FunctionGiven::denominator: return from_given_denominator();
+        case FunctionGiven::numerator: return from_given_numerator();
+        case FunctionGiven::none: break;
+    }
+    return from_characteristic();
+}
+
+Fault Run::from_characteristic() {
+    if (!feldtkeller(xp_, ws_).good()) return Fault::poles_missing;
+    if (!toFactors(xp_.ES, xp_.a, xp_.eFactors).good()) return Fault::pole_on_axis;
+    if (!questions_.go_on()) return Fault::stopped;
+    if (!predistortion_due()) return end_with_known_f();
+
+    Moved moved = Moved::no;
+    if (const Fault fault = predistort_e(moved); fault != Fault::none) return fault;
+    if (moved == Moved::no) return end_with_known_f();
+    return single_termination() ? end_single_terminated() : end_with_new_f();
+}
+
+Fault Run::from_given_numerator() {
+    if (const Fault fault = take(numeratorFromFactors(spec_, xp_, ws_), Fault::f_inconsistent); fault != Fault::none) {
+        return fault;
+    }
+    const bool late_zeros = xp_.equal_minima_due;
+    if (const Fault fault = find_late_zeros(xp_.FS); fault != Fault::none) return fault;
+    if (xp_.FS.count != overall_degree(spec_, xp_)) return Fault::f_inconsistent;
+    levelOfNumerator(spec_, xp_, is_high_pass() && late_zeros);
+    return from_characteristic();
+}
+
+Fault Run::from_given_denominator() {
+    if (const Fault fault = take(denominatorFromFactors(spec_, xp_), Fault::e_inconsistent); fault != Fault::none) {
+        return fault;
+    }
+    if (const Fault fault = find_late_zeros(xp_.ES); fault != Fault::none) return fault;
+    if (xp_.ES.count != overall_degree(spec_, xp_)) return Fault::e_inconsistent;
+    scaleByMaximum(xp_, is_band_pass());
+    if (spec_.medium == Medium::sampled_data) return Fault::none;
+    if (single_termination()) return end_single_terminated();
+    if (predistortion_due()) {
+        Moved moved = Moved::no;
+        if (const Fault fault = predistort_e(moved); fault != Fault::none) return fault;
+    }
+    return end_with_new_f();
+}
+
+Fault Run::from_slope() {
+    const SlopeVerdict verdict = slopedPassband(spec_, xp_, notes_.front, ws_);
+    switch (verdict.fault) {
+        case SlopeFault::none: break;
+        case SlopeFault::zero_too_low: return Fault::slope_zero_too_low;
+        case SlopeFault::infinity_too_low: return Fault::slope_infinity_too_low;
+        case SlopeFault::no_function: return take(verdict.front);
+        case SlopeFault::no_poles: return Fault::poles_missing;
+        case SlopeFault::pole_on_axis: return Fault::pole_on_axis;
+    }
+    if (!questions_.go_on()) return Fault::stopped;
+    if (const Fault fault = split_e(); fault != Fault::none) return fault;
+    if (!single_termination()) return end_with_new_f();
+    scaleByMaximum(xp_, is_band_pass());
+    scaleE(xp_, std::pow(Real{10}, static_cast<Real>(spec_.flatLoss) / 10));
+    return end_single_terminated();
+}
+
+Fault Run::end_with_known_f() {
+    if (const Fault fault = split_e(); fault != Fault::none) return fault;
+    if (single_termination()) return end_single_terminated();
+    if (const Fault fault = serve_terminations(); fault != Fault::none) return fault;
+    return find_immittances();
+}
+
+Fault Run::end_with_new_f() {
+    if (const Fault fault = find_f(true); fault != Fault::none) return fault;
+    if (const Fault fault = serve_terminations(); fault != Fault::none) return fault;
+    return find_immittances();
+}
+
+Fault Run::end_single_terminated() {
+    immittanceOfDenominator(xp_);
+    return Fault::none;
+}
+
+// ---------------------------------------------------------------------------------------------------------------------
+
+Fault Run::take(FrontVerdict verdict) {
+    front_ = verdict;
+    return verdict.good() ? Fault::none : Fault::front;
+}
+
+Fault Run::take(FunctionalFault fault, Fault inconsistent) {
+    switch (fault) {
+        case FunctionalFault::none: return Fault::none;
+        case FunctionalFault::inconsistent: return inconsistent;
+        case FunctionalFault::parts_missing: break;
+    }
+    return Fault::given_parts_missing;
+}
+
+// The zeros of an equal minima stopband that a given function asks for.
+Fault Run::find_late_zeros(const WideRootSet& given) {
+    return xp_.equal_minima_due ? take(equalMinimaIteration(given, spec_, xp_, notes_.front)) : Fault::none;
+}
+
+Fault Run::split_e() {
+    return partsOfHurwitz(xp_.eFactors, xp_.a, xp_.eEven, xp_.eOdd) ? Fault::none : Fault::e_parts_missing;
+}
+
+// E with its poles moved by 1/Q, or unchanged when the answer is to do without.
+Fault Run::predistort_e(Moved& moved) {
+    PredistortionNotes& told = notes_.predistortion;
+    findMinimumQ(xp_, spec_.predistortionQ, is_high_pass());
+    told.requested = true;
+    told.requested_q = static_cast<double>(xp_.q1);
+    told.minimum_q = static_cast<double>(xp_.qMin);
+    if (qOutOfReach(xp_)) {
+        told.not_possible = true;
+        switch (questions_.predistortion_choice(told)) {
+            case PredistortionChoice::no_q: return Fault::none;
+            case PredistortionChoice::minimum_q: break;
+            case PredistortionChoice::cancel: return Fault::cancelled;
+        }
+    }
+    const Real q = std::max(xp_.q1, xp_.qMin);
+    told.used_q = static_cast<double>(q);
+    predistort(xp_.eFactors, xp_.a, 1 / q, is_high_pass());
+    moved = Moved::yes;
+    if (const Fault fault = split_e(); fault != Fault::none) return fault;
+    xp_.ES = fromFactors(xp_.eFactors, xp_.a);
+    return toFactors(xp_.ES, xp_.a, xp_.eFactors).good() ? Fault::none : Fault::pole_on_axis;
+}
+
+// F = E - Q and its factors. With `scale` E is first brought to its level; where F then has zeros on the real
+// frequency axis, E is raised a little more.
+Fault Run::find_f(bool scale) {
+    for (;;) {
+        if (!questions_.go_on()) return Fault::stopped;
+        if (scale) {
+            scaleByMaximum(xp_, is_band_pass());
+            if (spec_.passbandType == sloping_passband) {
+                scaleE(xp_, std::pow(Real{10}, static_cast<Real>(spec_.flatLoss) / 10));
+            }
+        }
+        if (!characteristicFromE(xp_, ws_).good()) return Fault::f_missing;
+        if (toFactors(xp_.FS, xp_.a, xp_.fFactors).good()) return split_f();
+        if (++xp_.passes >= scaling_pass_limit) return Fault::f_zeros_wrong;
+        scale = true;
+    }
+}
+
+// Even and odd part of f, with the zeros of f on the sides that serve the network.
+Fault Run::split_f() {
+    int mirrored = 0;
+    if (is_band_pass() && spec_.bandpassType == parametric && xp_.fFactors.degree % 2 == 0) {
+        mirrored = mirrorRealZero(xp_);
+        if (mirrored == 0) return Fault::f_zeros_wrong;
+    }
+    const bool keep_hurwitz =
+        is_band_pass() && spec_.bandpassType == conventional && spec_.passbandType != functional_passband;
+    xp_.factor_sign.fill(keep_hurwitz ? 1 : 0);
+    if (!keep_hurwitz) signRoots(xp_, is_high_pass(), mirrored);
+    if (superpose_f()) return Fault::none;
+    const SolveVerdict verdict = solveEvenOdd(xp_.fFactors, xp_.a, false, xp_.fEven, xp_.fOdd, ws_.parts);
+    return verdict.good() ? Fault::none : Fault::f_parts_missing;
+}
+
+// E raised by L from one whose f0 was odd, with q even: f f* = L f0 f0* + (L - 1) q q*, so that
+// f = sqrt(L) f0 +- sqrt(L - 1) q is the one with alternating signs, and its parts are those of f0 and q. As many of
+// their roots may coincide, they could not be found from the factors.
+bool Run::superpose_f() {
+    if (odd_f0_.multiplier == 0) return false;
+    const WideRootSet even_q = evenPartOfQ(spec_, xp_);
+    const auto level = [&](const WideRootSet& part, Real x, Real value) {
+        return value / evalRootSet(part, x, Real{0}, 0).re;
+    };
+    Real even[2] = {}, odd[2] = {};
+    for (const int place : {0, 1}) {
+        const Real x = place == 0 ? -0.7L : -2.3L;
+        const PseudoValue<Real> p = evalPseudo(xp_.fFactors, xp_.a, Complex<Real>{x, 0});
+        const Complex<Real> f = shifted(p.plus, p.exponent);
+        even[place] = level(even_q, x, f.re);
+        odd[place] = level(odd_f0_, x, f.im / p.root.im);
+    }
+    constexpr Real agreement = 1e-9L;
+    if (!(std::fabs(even[0] - even[1]) < agreement * std::fabs(even[0]))) return false;
+    if (!(std::fabs(odd[0] - odd[1]) < agreement * std::fabs(odd[0]))) return false;
+    xp_.fEven = even_q;
+    xp_.fEven.multiplier *= even[0];
+    xp_.fOdd = odd_f0_;
+    xp_.fOdd.multiplier *= odd[0];
+    return true;
+}
+
+Fault Run::serve_terminations() {
+    if (spec_.filterType >= band_pass || xp_.matched) return Fault::none;
+    const bool odd_f = xp_.fEven.multiplier == 0 && xp_.ES.count % 2 == 1 && spec_.unitElements == 0;
+    odd_f0_ = odd_f ? xp_.fOdd : WideRootSet{};
+    while (raiseForTerminations(xp_, xp_.requested_ratio)) {
+        if (const Fault fault = find_f(false); fault != Fault::none) return fault;
+    }
+    return Fault::none;
+}
+
+Fault Run::find_immittances() {
+    if (!questions_.go_on()) return Fault::stopped;
+    return immittancePolynomials(xp_, ws_).good() ? Fault::none : Fault::immittance_missing;
+}
+
+}  // namespace
+}  // namespace kavrel

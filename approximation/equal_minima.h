@@ -1,0 +1,45 @@
+// Transmission zeros of equal minima stopbands. After normaliseEdges; low-pass like w, omega = upper_stop > 1.
+//
+// symmetryFlag -1: no zero need lie at infinity; 0: unequal terminations, even degree has two zeros at infinity; 1:
+// equal terminations, as 0, and the shift of equalRippleF is allowed for, so that the stop edge is met after it.
+#pragma once
+
+#include "approximation/filter_spec.h"
+#include "approximation/front_verdict.h"
+#include "approximation/x_plane.h"
+#include "shell/table.h"
+
+namespace kavrel {
+
+// Low-pass and high-pass: fills ARR (ARI 0), zeroCount, zerosAtInfinity, degree, for an equal ripple pass band
+// (elliptic) or a maximally flat one (inverse Chebyshev). spec.degree 0 asks for the least degree that gives
+// stopbandLoss; unit elements come on top of a degree estimated and are part of one given. The notes tell the loss
+// reached. Faults: StopbandIncorrect, DegreeTooHigh. Source: descending Landen transformation of the Jacobian elliptic
+// functions; W. Cauer's rational functions.
+FrontVerdict equalMinimaZeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
+
+// Band-pass, from the low-pass of half the degree: each zero gives two, and both counts take what the low-pass leaves
+// at infinity. The larger of both losses rules. Faults: BandpassStopbandIncorrect (box), StopbandIncorrect,
+// DegreeTooHigh.
+FrontVerdict bandpassEqualMinimaZeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
+
+// Zeros that give equal minima with a denominator E known by its roots in x (functional input, delay), low-pass and
+// high-pass: fills ARR, zeroCount, zerosAtInfinity and QS. A numerator F may stand in place of E, since E/Q and F/Q
+// have their minima at the same places. Of even degree with symmetryFlag >= 0 two zeros lie at infinity, found by
+// iteration. Faults: MinimaRootsMissing for a pole on the stopband, MinimaNotSettled, StopbandIncorrect without a stop
+// edge or with unit elements, for which the rule does not hold.
+FrontVerdict equalMinimaIteration(const WideRootSet& E, FilterSpec& spec, XPlane& xp, FrontNotes& notes);
+
+inline FrontVerdict equalMinimaIteration(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
+    return equalMinimaIteration(xp.ES, spec, xp, notes);
+}
+
+// Elliptic zeros of degree n, 1 to 50, edge ratio omega > 1: v(i) = dn(u_i), ascending, 1 <= i <= n/2; the zeros
+// in x are 1/v^2, the last one farthest from the pass band.
+struct EllipticZeros {
+    int count = 0;
+    Table<XPlane::Real, 25> v;
+};
+[[nodiscard]] EllipticZeros ellipticZeros(XPlane::Real omega, int n);
+
+}  // namespace kavrel

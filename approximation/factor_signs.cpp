@@ -1,0 +1,152 @@
+#include "approximation/factor_signs.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numeric>
+
+#include "approximation/hurwitz_factors.h"
+#include "numeric/guarded.h"
+
+namespace kavrel {
+namespace {
+
+using Real = long double;
+
+Complex<Real> value_of_psi(const FilterSpec& spec, const XPlane& xp, bool band_pass, Complex<Real> x);
+
+}  // namespace
+
+void signRoots(XPlane& x, bool high_pass, int left_alone) {
+    const int factors = x.fFactors.factors();
+    std::array<int, kMaxPairs> order{};
+    std::array<Real, kMaxPairs + 1> depth{};
+    std::iota(order.begin(), order.begin() + factors, 1);
+    for (int i = 1; i <= factors; ++i)
+        depth[static_cast<std::size_t>(i)] = depthOfFactor(x.fFactors, x.a, high_pass, i);
+    std::stable_sort(order.begin(), order.begin() + factors, [&](int i, int j) {
+        return depth[static_cast<std::size_t>(i)] < depth[static_cast<std::size_t>(j)];
+    });
+
+    // The sign that keeps the running sum of signs between 0 and 1.
+    int sum = 0;
+    x.factor_sign.fill(0);
+    for (int place = 0; place < factors; ++place) {
+        const int factor = order[static_cast<std::size_t>(place)];
+        x.factor_sign(factor) = factor == left_alone || sum <= 0 ? 1 : -1;
+        if (factor != left_alone) sum += x.factor_sign(factor);
+    }
+    applySigns(x);
+}
+
+void applySigns(XPlane& x) {
+    for (int i = 1; i <= x.fFactors.factors(); ++i) {
+        if (x.factor_sign(i) >= 1) continue;
+        x.fFactors.c(i) = -x.fFactors.c(i);
+        x.fFactors.d(i) = -x.fFactors.d(i);
+        if (i <= x.fFactors.pairs()) x.fFactors.multiplier = -x.fFactors.multiplier;
+    }
+}
+
+long double depthOfFactor(const WidePseudoPolynomial& p, long double a, bool high_pass, int i) {
+    const Real c = p.c(i);
+    const Real d = p.d(i);
+    if (i > p.pairs()) return high_pass ? -1 / c : -c;
+    // s^2 + b s + c0 with b = (1 - a)/(c + d), c0 = (c + ad)/(c + d); high-pass: 1 + b s + c0 s^2
+    const Real disc = (1 - a) * (1 - a) - 4 * (c + d) * (c + d * a);
+    const Real root = disc > 0 ? std::sqrt(disc) : Real{0};
+    return (a - 1 + root) / (2 * (high_pass ? c : c + d));
+}
+
+int mirrorRealZero(XPlane& x) {
+    const Real a = x.a;
+    for (int i = 1; i <= x.fFactors.pairs(); ++i) {
+        const Real c = x.fFactors.c(i);
+        const Real d = x.fFactors.d(i);
+        const Real disc = (1 - a) * (1 - a) - 4 * (c + d) * (c + d * a);
+        if (!(disc > 0)) continue;
+        const Real root = std::sqrt(disc);
+        x.fFactors.c(i) = (2 * a * d + (1 + a) * c) / root;
+        x.fFactors.d(i) = -(2 * c + (1 + a) * d) / root;
+        x.fFactors.multiplier *= -root / (1 - a);
+        return i;
+    }
+    return 0;
+}
+
+bool assignPoleChains(const FilterSpec& spec, XPlane& xp) {
+    xp.LARR.fill(0);
+    const bool band_pass = spec.filterType == FilterType::band_pass;
+    const bool odd_f = spec.filterType == low_pass || spec.filterType == high_pass
+                           ? xp.ES.count % 2 == 1 && xp.fEven.multiplier == 0
+                           : band_pass && xp.ES.count % 2 == 0 && spec.zerosAtZero % 2 == 1 && xp.fOdd.multiplier == 0;
+    if (!odd_f || spec.unitElements > 0) return false;
+
+    constexpr Real tolerance = 1e-6L;  // psi is exact to some 1e-14: beyond, f and e do not belong together
+    for (int i = 1; i <= xp.ES.count; ++i) {
+        const Complex<Real> psi = value_of_psi(spec, xp, band_pass, xp.ES.root(i));
+        if (!(std::fabs(std::fabs(psi.re) - 1) < tolerance && std::fabs(psi.im) < tolerance)) {
+            xp.LARR.fill(0);
+            return false;
+        }
+        xp.LARR(i) = psi.re > 0 ? 1 : -1;
+    }
+    return true;
+}
+
+WideRootSet evenPartOfQ(const FilterSpec& spec, const XPlane& xp) {
+    WideRootSet q;
+    q.multiplier = 1;
+    for (int i = 1; i <= (spec.zerosAtInfinity - 1) / 2; ++i) {
+        q.multiplier = -q.multiplier;
+        q.append({1, 0});
+    }
+    for (int i = 1; i <= xp.zeroCount; ++i) {
+        const Complex<Real> zero{xp.ARR(i), xp.ARI(i)};
+        q.append(zero);
+        if (zero.im != 0) {
+            q.append(conjugate(zero));
+        } else if (zero.re > 1) {
+            q.multiplier = -q.multiplier;
+        }
+    }
+    return q;
+}
+
+namespace {
+
+// Low-pass, high-pass: psi = s fOdd/((1 - x)^((nzi - 1)/2) prod sigma (x - xz)); band-pass:
+// psi = fEven/(s (x - a)^((nz0 - 1)/2) (1 - x)^((nzi + 1)/2) prod sigma (x - xz)), sigma = sign(1 - xz).
+Complex<Real> value_of_psi(const FilterSpec& spec, const XPlane& xp, bool band_pass, Complex<Real> x) {
+    const Complex<Real> s = hurwitzRoot(x, xp.a);
+    const Complex<Real> from_a{x.re - xp.a, x.im};
+    const Complex<Real> to_one{1 - x.re, -x.im};
+
+    // Factor against factor, so that neither product leaves the range.
+    Complex<Real> psi = band_pass ? cinv(s.re, s.im) : s;
+    const WideRootSet& part = band_pass ? xp.fEven : xp.fOdd;
+    psi = part.multiplier * psi;
+    int next = 0;
+    const auto divide = [&](Complex<Real> divisor) {
+        if (next < part.count) ++next, psi *= x - part.root(next);
+        psi = cdiv(psi, divisor, kSolverDecades);
+    };
+    if (band_pass) {
+        for (int i = 1; i <= (spec.zerosAtZero - 1) / 2; ++i) divide(from_a);
+    }
+    for (int i = 1; i <= (spec.zerosAtInfinity + (band_pass ? 1 : -1)) / 2; ++i) divide(to_one);
+    for (int i = 1; i <= xp.zeroCount; ++i) {
+        const Complex<Real> zero{xp.ARR(i), xp.ARI(i)};
+        if (zero.im == 0) {
+            divide(zero.re > 1 ? zero - x : x - zero);
+        } else {
+            divide(x - zero);
+            divide(x - conjugate(zero));
+        }
+    }
+    while (next < part.count) ++next, psi *= x - part.root(next);
+    return psi;
+}
+
+}  // namespace
+}  // namespace kavrel

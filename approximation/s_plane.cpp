@@ -1,0 +1,99 @@
+#include "approximation/s_plane.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "approximation/hurwitz_factors.h"
+#include "numeric/guarded.h"
+
+namespace kavrel {
+namespace {
+
+using Real = long double;
+
+constexpr Real two_pi = 2 * std::numbers::pi_v<Real>;
+
+void place_poles(const XPlane& x, bool inverted, Real unit, TransferFunction& t);
+void place_zeros(const FilterSpec& spec, const XPlane& x, bool inverted, Real unit, TransferFunction& t);
+double level_at(const TransferFunction& t, double w);
+
+}  // namespace
+
+TransferFunction xToFrequencyPlane(const FilterSpec& spec, const XPlane& x) {
+    const bool inverted = spec.filterType == high_pass;
+    const bool lumped_medium = spec.medium == Medium::lumped;
+    TransferFunction t;
+    t.normFrequency = static_cast<double>(two_pi * x.normFrequency);
+    t.zerosAtZero = inverted ? spec.zerosAtInfinity : spec.zerosAtZero;
+    t.zerosAtInfinity = inverted ? spec.zerosAtZero : spec.zerosAtInfinity;
+    const Real unit = lumped_medium ? two_pi * x.normFrequency : Real{1};
+    place_poles(x, inverted, unit, t);
+    place_zeros(spec, x, inverted, unit, t);
+
+    const auto edge = static_cast<double>(unit);
+    if (spec.centerFrequency > 0) {
+        t.gainConstant = level_at(t, spec.centerFrequency * static_cast<double>(unit / x.normFrequency));
+    } else if (inverted) {
+        t.gainConstant = 1;
+    } else {
+        t.gainConstant = level_at(t, spec.filterType == band_pass ? edge : 0.0);
+    }
+    constexpr double least_constant = 1e-8;
+    const double constant = level_at(t, spec.filterType == linear_phase_low_pass ? 0.0 : edge) - spec.bandEdgeLoss;
+    t.lossConstant = std::fabs(constant) > least_constant ? constant : 0.0;
+    return t;
+}
+
+namespace {
+
+void place_poles(const XPlane& x, bool inverted, Real unit, TransferFunction& t) {
+    t.poleCount = x.ES.count;
+    for (int i = 1; i <= x.ES.count; ++i) {
+        Complex<Real> s = hurwitzRoot(x.ES.root(i), x.a);
+        if (inverted) s = cinv(s.re, s.im);
+        t.POLES_RE(i) = static_cast<double>(-std::fabs(s.re) * unit);
+        t.POLES_IM(i) = static_cast<double>(std::copysign(s.im * unit, x.ES.im(i) < 0 ? Real{-1} : Real{1}));
+    }
+}
+
+void place_zeros(const FilterSpec& spec, const XPlane& x, bool inverted, Real unit, TransferFunction& t) {
+    const auto add = [&](Complex<Real> s) {
+        ++t.zeroCount;
+        t.ZEROS_RE(t.zeroCount) = static_cast<double>(s.re * unit);
+        t.ZEROS_IM(t.zeroCount) = static_cast<double>(s.im * unit);
+    };
+    const auto zero_of_x = [&](Complex<Real> root) {
+        Complex<Real> square = squareOfS(root, x.a);
+        if (inverted) square = cinv(square.re, square.im);
+        return csqrt(square);
+    };
+
+    for (int i = 1; i <= t.zerosAtZero; ++i) add({0, 0});
+    for (int i = 1; i <= spec.unitElements; ++i) {
+        const Complex<Real> s = zero_of_x({inverted ? 1 - x.ueX : x.ueX, 0});
+        add(i % 2 == 1 ? s : Complex<Real>{-s.re, -s.im});
+    }
+    for (int i = 1; i <= x.zeroCount; ++i) {
+        const Complex<Real> s = zero_of_x({x.ARR(i), x.ARI(i)});
+        const Complex<Real> opposite{s.re == 0 ? s.re : -s.re, s.im == 0 ? s.im : -s.im};
+        add(s);
+        if (x.ARI(i) == 0) {
+            add(opposite);
+            continue;
+        }
+        add(conjugate(s));
+        add(conjugate(opposite));
+        add(opposite);
+    }
+}
+
+// 10 log10 of |jw - root|^2, poles minus zeros.
+double level_at(const TransferFunction& t, double w) {
+    double level = 0;
+    for (int i = 1; i <= t.poleCount; ++i) level += 20 * std::log10(std::hypot(t.POLES_RE(i), w - t.POLES_IM(i)));
+    for (int i = 1; i <= t.zeroCount; ++i) level -= 20 * std::log10(std::hypot(t.ZEROS_RE(i), w - t.ZEROS_IM(i)));
+    return level;
+}
+
+}  // namespace
+}  // namespace kavrel

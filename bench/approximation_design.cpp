@@ -1,0 +1,68 @@
+// Whole low-pass designs, from the request to poles and zeros, of the functions that bench/peer_approximation.py times
+// with scipy.signal: 1 dB ripple, single termination, elliptic from 1.2 times the edge on.
+#include <memory>
+
+#include <benchmark/benchmark.h>
+
+#include "approximation/approximate.h"
+#include "approximation/s_plane.h"
+
+namespace kavrel {
+namespace {
+
+struct NoAnswers final : ApproximationQuestions {
+    PredistortionChoice predistortion_choice(const PredistortionNotes&) override { return PredistortionChoice::cancel; }
+};
+
+FilterSpec request(int passband, int n, double R2) {
+    FilterSpec s;
+    s.passbandType = passband;
+    s.stopbandType = specified_zeros;
+    s.bandEdgeLoss = 1;
+    s.upperPassEdge = 1000;
+    s.sourceResistance = 1;
+    s.loadResistance = R2;
+    s.zerosAtInfinity = s.degree = n;
+    s.degreeParity = n % 2;
+    s.symmetryFlag = R2 == 0 ? -1 : 0;
+    return s;
+}
+
+FilterSpec elliptic(int n, double R2) {
+    FilterSpec s = request(equal_ripple, n, R2);
+    s.stopbandType = equal_minima;
+    s.zerosAtInfinity = 0;
+    s.upperStopEdge = 1200;
+    s.stopbandLoss = 60;
+    return s;
+}
+
+void design(benchmark::State& state, const FilterSpec& asked) {
+    const auto xp = std::make_unique<XPlane>();
+    ApproximationNotes notes;
+    NoAnswers answers;
+    for (auto _ : state) {
+        FilterSpec spec = asked;
+        if (!approximate(spec, *xp, notes, answers).good()) {
+            state.SkipWithError("given up");
+            break;
+        }
+        benchmark::DoNotOptimize(xToFrequencyPlane(spec, *xp));
+    }
+}
+
+void ellip(benchmark::State& state) { design(state, elliptic(static_cast<int>(state.range(0)), 0)); }
+void cheby1(benchmark::State& state) { design(state, request(equal_ripple, static_cast<int>(state.range(0)), 0)); }
+void butter(benchmark::State& state) { design(state, request(maximally_flat, static_cast<int>(state.range(0)), 0)); }
+// With the immittance polynomials of a ladder, which have no counterpart there.
+void ellip_ladder(benchmark::State& state) { design(state, elliptic(static_cast<int>(state.range(0)), 2)); }
+
+#define DEGREES Arg(5)->Arg(10)->Arg(20)->Arg(50)->Unit(benchmark::kMicrosecond)
+BENCHMARK(ellip)->DEGREES;
+BENCHMARK(cheby1)->DEGREES;
+BENCHMARK(butter)->DEGREES;
+BENCHMARK(ellip_ladder)->DEGREES;
+#undef DEGREES
+
+}  // namespace
+}  // namespace kavrel

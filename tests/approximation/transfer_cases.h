@@ -1,0 +1,68 @@
+// Requests that the tests of the transfer function share, and the answers of a user who is not there.
+#pragma once
+
+#include <memory>
+
+#include "approximation/approximate.h"
+#include "approximation/filter_spec.h"
+#include "approximation/x_plane.h"
+
+namespace kavrel::test {
+
+struct FixedAnswers final : ApproximationQuestions {
+    PredistortionChoice answer = PredistortionChoice::cancel;
+    int asked = 0;
+    int steps = -1;  // after which to stop; below 0 never
+
+    PredistortionChoice predistortion_choice(const PredistortionNotes&) override {
+        ++asked;
+        return answer;
+    }
+    bool go_on() override { return steps < 0 || steps-- > 0; }
+};
+
+// A run with everything it leaves.
+struct Design {
+    FilterSpec spec;
+    XPlane xp;
+    ApproximationNotes notes;
+    FixedAnswers answers;
+    ApproximationVerdict verdict;
+
+    void run() { verdict = approximate(spec, xp, notes, answers); }
+};
+
+// All zeros at infinity (low-pass), at zero (high-pass) or half of them at either end, ripple 0.1 dB, 50 ohm to 100
+// ohm.
+inline FilterSpec all_pole(int filter_type, int passband, int n) {
+    FilterSpec s;
+    s.filterType = filter_type;
+    s.passbandType = passband;
+    s.stopbandType = specified_zeros;
+    s.bandEdgeLoss = 0.1;
+    s.sourceResistance = 50;
+    s.loadResistance = 100;
+    s.degree = n;
+    s.degreeParity = n % 2;
+    s.lowerPassEdge = filter_type == low_pass ? 0 : 2000;
+    s.upperPassEdge = filter_type == high_pass ? 0 : 3000;
+    s.zerosAtInfinity = filter_type == low_pass ? n : filter_type == band_pass ? n / 2 : 0;
+    s.zerosAtZero = n - s.zerosAtInfinity;
+    return s;
+}
+
+// Equal minima from 1.5 times the edge on.
+inline FilterSpec with_minima(int filter_type, int passband, int n, int flag) {
+    FilterSpec s = all_pole(filter_type, passband, n);
+    s.zerosAtZero = s.zerosAtInfinity = 0;
+    s.stopbandType = equal_minima;
+    s.stopbandLoss = s.upperStopLoss = 40;
+    s.symmetryFlag = flag;
+    s.lowerStopEdge = filter_type == low_pass ? 0 : filter_type == high_pass ? 2000 / 1.5 : 1700;
+    s.upperStopEdge = filter_type == high_pass ? 0 : filter_type == low_pass ? 4500 : 3500;
+    return s;
+}
+
+inline void single_terminated(FilterSpec& s) { s.sourceResistance = 1, s.loadResistance = 0; }
+
+}  // namespace kavrel::test

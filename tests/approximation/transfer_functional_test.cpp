@@ -1,0 +1,301 @@
+// Designs by given polynomials, and sloping pass bands.
+#include <cmath>
+#include <complex>
+#include <memory>
+#include <numbers>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "approximation/functional_input.h"
+#include "approximation/power_loss.h"
+#include "approximation/s_plane.h"
+#include "approximation/sloped_passband.h"
+#include "tests/approximation/transfer_cases.h"
+
+namespace kavrel {
+namespace {
+
+using Root = std::complex<double>;
+
+void append_factors(Table<double, factor_limit>& table, int& degree, const std::vector<Root>& pairs,
+                    const std::vector<double>& singles) {
+    for (const Root& p : pairs) {
+        table(++degree) = -2 * p.real();
+        table(++degree) = std::norm(p);
+    }
+    for (std::size_t i = 0; i + 1 < singles.size(); i += 2) {
+        table(++degree) = -(singles[i] + singles[i + 1]);
+        table(++degree) = singles[i] * singles[i + 1];
+    }
+    if (singles.size() % 2 == 1) table(++degree) = -singles.back();
+}
+
+FilterSpec functional(int filter_type) {
+    FilterSpec s = test::all_pole(filter_type, functional_passband, 0);
+    s.bandEdgeLoss = 0;
+    s.loadResistance = s.sourceResistance;
+    return s;
+}
+
+// A low-pass elliptic filter, or its high-pass, as factors in units of the edge.
+struct Given {
+    test::Design source;
+    std::vector<Root> poles;
+    std::vector<double> real_poles;
+};
+std::unique_ptr<Given> source_design(int type, int n) {
+    auto g = std::make_unique<Given>();
+    g->source.spec = test::with_minima(type, equal_ripple, n, type == band_pass ? -1 : 0);
+    g->source.spec.loadResistance = g->source.spec.sourceResistance * 2;
+    g->source.run();
+    const TransferFunction t = xToFrequencyPlane(g->source.spec, g->source.xp);
+    for (int i = 1; i <= t.poleCount; ++i) {
+        const Root p = Root(t.POLES_RE(i), t.POLES_IM(i)) / t.normFrequency;
+        if (p.imag() > 0) g->poles.push_back(p);
+        if (p.imag() == 0) g->real_poles.push_back(p.real());
+    }
+    return g;
+}
+
+// The finite zeros and counts of one design for another one of the same type, as typed.
+void take_zeros(const FilterSpec& from, const XPlane& xp, FilterSpec& to) {
+    const TransferFunction t = xToFrequencyPlane(from, xp);
+    for (int i = 1; i <= t.zeroCount; ++i) {
+        if (!(t.ZEROS_IM(i) > 0)) continue;
+        ++to.zeroCount;
+        to.FZR(to.zeroCount) = 0;
+        to.FZI(to.zeroCount) = t.ZEROS_IM(i) / (2 * std::numbers::pi);
+    }
+    to.zerosAtZero = t.zerosAtZero;
+    to.zerosAtInfinity = t.zerosAtInfinity;
+}
+
+double largest_difference_of_loss(const test::Design& a, const test::Design& b, double offset = 0) {
+    double largest = 0;
+    for (double hertz = 105; hertz < 20e3; hertz *= 1.13) {
+        const double loss_a = lossAt(a.spec, a.xp, hertz);
+        const double loss_b = lossAt(b.spec, b.xp, hertz);
+        largest = std::fmax(largest, std::fabs(loss_a + offset - loss_b));
+    }
+    return largest;
+}
+
+TEST(TransferFunctional, given_e_is_returned) {
+    for (const int type : {low_pass, high_pass, band_pass}) {
+        for (const int n : {3, 4, 8, 15, 30}) {
+            if (type == band_pass && n % 2 == 1) continue;
+            SCOPED_TRACE("type " + std::to_string(type) + " degree " + std::to_string(n));
+            const auto g = source_design(type, n);
+            ASSERT_TRUE(g->source.verdict.good());
+            const auto d = std::make_unique<test::Design>();
+            d->spec = functional(type);
+            take_zeros(g->source.spec, g->source.xp, d->spec);
+            append_factors(d->spec.denominatorFactors, d->spec.denominatorDegree, g->poles, g->real_poles);
+            d->spec.degree = n;
+            // Level differs: a given e is scaled so that it just passes all power somewhere, and by the terminations.
+            d->run();
+            ASSERT_TRUE(d->verdict.good()) << static_cast<int>(d->verdict.fault);
+            const double offset = lossAt(d->spec, d->xp, 2500.0) - lossAt(g->source.spec, g->source.xp, 2500.0);
+            EXPECT_LT(largest_difference_of_loss(g->source, *d, offset), 1e-9);
+            EXPECT_GT(1e-6L, 1 - largestTransmission(d->xp));
+        }
+    }
+}
+
+TEST(TransferFunctional, given_f_is_returned) {
+    std::mt19937_64 random(11);
+    std::uniform_real_distribution<double> part(0.1, 0.9);
+    for (const int type : {low_pass, high_pass, band_pass}) {
+        for (int n = 2; n <= 24; ++n) {
+            if (type == band_pass && n % 2 == 1) continue;
+            SCOPED_TRACE("type " + std::to_string(type) + " degree " + std::to_string(n));
+            const auto d = std::make_unique<test::Design>();
+            d->spec = functional(type);
+            FilterSpec& s = d->spec;
+            // Zeros of f on the axis and off it, one transmission zero beyond the band, the rest at the far end.
+            std::vector<Root> pairs;
+            for (int i = 1; i <= n / 2; ++i) {
+                const double place = type == high_pass  ? 1 / part(random)
+                                     : type == low_pass ? part(random)
+                                                        : 0.67 + 0.33 * part(random);
+                pairs.emplace_back(i % 3 == 0 ? -0.2 * part(random) : 0.0, place);
+            }
+            const std::vector<double> singles(static_cast<std::size_t>(n % 2), -part(random));
+            append_factors(s.numeratorFactors, s.numeratorDegree, pairs, singles);
+            s.functionMultiplier = 0.8;
+            s.degree = n;
+            s.zeroCount = 1;
+            s.FZI(1) = type == low_pass ? 4000 : type == high_pass ? 1500 : 3700;
+            const int far = n - 2;
+            s.zerosAtInfinity = type == low_pass ? far : type == band_pass ? far / 2 : 0;
+            s.zerosAtZero = far - s.zerosAtInfinity;
+            const FilterSpec asked = s;
+            d->run();
+            ASSERT_TRUE(d->verdict.good()) << static_cast<int>(d->verdict.fault);
+
+            const double edge = type == high_pass ? asked.lowerPassEdge : asked.upperPassEdge;
+            for (const double hertz : {300.0, 1700.0, 2100.0, 2345.0, 2900.0, 5000.0, 11000.0}) {
+                const Root jw(0, hertz / edge);
+                Root k = asked.functionMultiplier;
+                for (const Root& p : pairs) k *= jw * jw - 2 * p.real() * jw + std::norm(p);
+                for (const double p : singles) k *= jw - p;
+                k /= std::pow(jw, asked.zerosAtZero) * (jw * jw + std::pow(asked.FZI(1) / edge, 2));
+                EXPECT_NEAR(lossAt(d->spec, d->xp, hertz), 10 * std::log10(1 + std::norm(k)), 1e-9) << hertz;
+            }
+        }
+    }
+}
+
+// Of a high-pass f may be of lower degree: its reflection zeros at infinity.
+TEST(TransferFunctional, high_pass_with_reflection_zeros_at_infinity) {
+    for (const int given : {1, 2, 3}) {
+        SCOPED_TRACE(given);
+        const auto d = std::make_unique<test::Design>();
+        d->spec = functional(high_pass);
+        d->spec.zerosAtZero = d->spec.degree = 4;
+        append_factors(d->spec.numeratorFactors, d->spec.numeratorDegree,
+                       std::vector<Root>(static_cast<std::size_t>(given / 2), Root(-0.1, 0.8)),
+                       std::vector<double>(static_cast<std::size_t>(given % 2), -0.5));
+        d->spec.functionMultiplier = 0.3;
+        d->run();
+        ASSERT_TRUE(d->verdict.good());
+        for (const double hertz : {700.0, 2000.0, 9000.0}) {
+            const Root jw(0, hertz / 2000.0);
+            Root k = 0.3;
+            if (given >= 2) k *= jw * jw + 0.2 * jw + 0.65;
+            if (given % 2 == 1) k *= jw + 0.5;
+            k /= std::pow(jw, 4);
+            EXPECT_NEAR(lossAt(d->spec, d->xp, hertz), 10 * std::log10(1 + std::norm(k)), 1e-11);
+        }
+    }
+}
+
+// Digital: the zeros of e stand for frequencies of the true axis, those of the warped one are tan(theta w)/tan(theta).
+TEST(TransferFunctional, sampled_e_is_warped) {
+    const auto d = std::make_unique<test::Design>();
+    d->spec = functional(low_pass);
+    test::single_terminated(d->spec);
+    d->spec.medium = sampled_data;
+    d->spec.sampleFrequency = 12e3;
+    d->spec.zerosAtInfinity = d->spec.degree = 3;
+    const Root p(-0.3, 0.9);
+    append_factors(d->spec.denominatorFactors, d->spec.denominatorDegree, {p}, {-0.4});
+    d->run();
+    ASSERT_TRUE(d->verdict.good());
+    const TransferFunction t = xToFrequencyPlane(d->spec, d->xp);
+    const double theta = std::numbers::pi * 3000 / 12e3;
+    const Root wanted = std::tanh(theta * p) / std::tan(theta);
+    const double single = std::tanh(theta * -0.4) / std::tan(theta);
+    ASSERT_EQ(t.poleCount, 3);
+    EXPECT_LT(std::abs(Root(t.POLES_RE(1), t.POLES_IM(1)) - wanted), 1e-14);
+    EXPECT_NEAR(t.POLES_RE(3), single, 1e-14);
+}
+
+// Equal minima belong to the poles: those of an elliptic filter get its zeros back, also through f.
+TEST(TransferFunctional, given_e_gets_equal_minima) {
+    const auto g = source_design(low_pass, 7);
+    const auto d = std::make_unique<test::Design>();
+    d->spec = functional(low_pass);
+    d->spec.stopbandType = equal_minima;
+    d->spec.stopbandLoss = 40;
+    d->spec.upperStopEdge = 4500;
+    append_factors(d->spec.denominatorFactors, d->spec.denominatorDegree, g->poles, g->real_poles);
+    d->spec.degree = 7;
+    d->run();
+    ASSERT_TRUE(d->verdict.good()) << static_cast<int>(d->verdict.front.fault);
+    ASSERT_EQ(d->xp.zeroCount, 3);
+    for (int i = 1; i <= 3; ++i) {
+        double nearest = 1;
+        for (int j = 1; j <= 3; ++j) {
+            nearest = std::fmin(nearest, static_cast<double>(std::fabs(d->xp.ARR(i) / g->source.xp.ARR(j) - 1)));
+        }
+        EXPECT_LT(nearest, 1e-10);
+    }
+}
+
+// --- sloping ---------------------------------------------------------------------------------------------------------
+
+FilterSpec sloping(double slope, int n) {
+    FilterSpec s = test::all_pole(band_pass, sloping_passband, n);
+    s.stopbandLoss = slope;
+    s.flatLoss = 0;
+    return s;
+}
+
+TEST(TransferSloping, loss_of_the_edges_differs_by_the_slope) {
+    for (const int medium : {lumped, microwave}) {
+        for (const double slope : {0.5, 1.5, -1.5, 2.0, 3.0, -3.0, 6.0206, -6.0206, 9.0, -9.0, 12.0412, -12.0412}) {
+            SCOPED_TRACE(std::to_string(slope) + " medium " + std::to_string(medium));
+            const auto d = std::make_unique<test::Design>();
+            d->spec = sloping(slope, 8);
+            d->spec.medium = medium;
+            d->spec.sampleFrequency = medium == lumped ? 0 : 14e3;
+            d->run();
+            ASSERT_TRUE(d->verdict.good()) << static_cast<int>(d->verdict.fault);
+            const double rise = lossAt(d->spec, d->xp, 3000) - lossAt(d->spec, d->xp, 2000);
+            // Next to a whole number of units it is that one.
+            const double unit = 20 * std::log10(2.0);
+            const bool whole = medium == lumped && std::fabs(std::remainder(slope, unit)) < 0.01;
+            EXPECT_NEAR(rise / std::log2(1.5), whole ? std::round(slope / unit) * unit : slope, 1e-9);
+            EXPECT_GE(1.0L, largestTransmission(d->xp));
+            EXPECT_EQ(d->spec.zerosAtZero, 4);
+
+            const auto lifted = std::make_unique<test::Design>();
+            lifted->spec = sloping(slope, 8);
+            lifted->spec.medium = medium;
+            lifted->spec.sampleFrequency = d->spec.sampleFrequency;
+            lifted->spec.flatLoss = 3;
+            lifted->run();
+            ASSERT_TRUE(lifted->verdict.good());
+            EXPECT_LT(largest_difference_of_loss(*d, *lifted, 3), 1e-6);
+        }
+    }
+}
+
+TEST(TransferSloping, random_slopes) {
+    std::mt19937_64 random(17);
+    std::uniform_real_distribution<double> slope(-14, 14), ripple(0.01, 2), ratio(0.3, 0.95);
+    for (int turn = 0; turn < 60; ++turn) {
+        const auto d = std::make_unique<test::Design>();
+        FilterSpec& s = d->spec = sloping(slope(random), 6 + 2 * (turn % 8));
+        s.bandEdgeLoss = ripple(random);
+        s.lowerPassEdge = 3000 * ratio(random);
+        if (turn % 3 == 0) s.loadResistance = 0;
+        const FilterSpec asked = s;
+        SCOPED_TRACE("slope " + std::to_string(asked.stopbandLoss) + " degree " + std::to_string(asked.degree));
+        d->run();
+        ASSERT_TRUE(d->verdict.good()) << static_cast<int>(d->verdict.fault);
+        const double unit = 20 * std::log10(2.0);
+        const double whole = std::trunc(asked.stopbandLoss / unit) * unit;
+        const double wanted = std::fabs(asked.stopbandLoss - whole) < 0.01 * unit ? whole : asked.stopbandLoss;
+        const double octaves = std::log2(asked.upperPassEdge / asked.lowerPassEdge);
+        const double low = lossAt(d->spec, d->xp, asked.lowerPassEdge);
+        EXPECT_NEAR(lossAt(d->spec, d->xp, asked.upperPassEdge) - low, wanted * octaves, 1e-9);
+        // Between the edges the loss keeps to the line within the ripple, and what two whole slopes differ from theirs.
+        for (int i = 1; i < 20; ++i) {
+            const double hertz = asked.lowerPassEdge * std::pow(2, octaves * i / 20);
+            const double off = lossAt(d->spec, d->xp, hertz) - low - wanted * octaves * i / 20;
+            EXPECT_LT(off, 0.05 * unit * octaves * octaves + 1e-9);
+            EXPECT_GT(off, -asked.bandEdgeLoss - 0.05 * unit * octaves * octaves - 1e-9);
+        }
+    }
+}
+
+TEST(TransferSloping, too_few_zeros_for_a_slope) {
+    const auto d = std::make_unique<test::Design>();
+    d->spec = sloping(-31, 8);
+    d->run();
+    EXPECT_EQ(d->verdict.fault, ApproximationFault::slope_zero_too_low);
+    EXPECT_EQ(messageOf(d->verdict.fault).first, "Multiplicity at zero too low for given slope");
+    d->spec = sloping(31, 8);
+    d->run();
+    EXPECT_EQ(d->verdict.fault, ApproximationFault::slope_infinity_too_low);
+    EXPECT_EQ(messageOf(d->verdict.fault).first, "Multiplicity at infinity too low for given slope");
+    EXPECT_EQ(d->spec.designError, 1);
+}
+
+}  // namespace
+}  // namespace kavrel

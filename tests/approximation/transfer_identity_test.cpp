@@ -1,0 +1,296 @@
+// What holds for every design: the balance of energy, the parts against the polynomials that they are parts of, and the
+// immittances against ladders of known elements.
+#include <cmath>
+#include <complex>
+#include <memory>
+#include <numbers>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "approximation/factor_signs.h"
+#include "approximation/hurwitz_factors.h"
+#include "approximation/power_loss.h"
+#include "approximation/s_plane.h"
+#include "approximation/scaling.h"
+#include "numeric/guarded.h"
+#include "tests/approximation/transfer_cases.h"
+
+namespace kavrel {
+namespace {
+
+using Real = long double;
+
+Complex<Real> value(const WideRootSet& set, Complex<Real> x) {
+    const ScaledValue<Real> v = scaledProduct(set, x);
+    return shifted(v.value, v.exponent);
+}
+Real value(const WideRootSet& set, Real x) { return value(set, Complex<Real>{x, 0}).re; }
+
+// x of random real frequencies, in all bands.
+std::vector<Real> frequencies(Real a) {
+    std::mt19937_64 random(7);
+    std::uniform_real_distribution<double> angle(0.01, std::numbers::pi / 2 - 0.01);
+    std::vector<Real> places;
+    for (int i = 0; i < 40; ++i) {
+        const Real w = std::tan(static_cast<Real>(angle(random)));
+        places.push_back((a - w * w) / (1 - w * w));
+    }
+    return places;
+}
+
+// (-1)^n times the power of the polynomial with these parts.
+Real power_of_parts(const WideRootSet& even, const WideRootSet& odd, Real x, Real a, int n) {
+    const Real ev = value(even, x);
+    const Real od = value(odd, x);
+    return n % 2 == 0 ? ev * ev - (x - a) * (1 - x) * od * od : (x - a) * od * od - (1 - x) * ev * ev;
+}
+
+// Keeps the largest of what it is told.
+struct Largest {
+    Real value = 0;
+    void take(Real deviation, Real size) { value = std::fmax(value, std::fabs(deviation) / std::fabs(size)); }
+};
+
+void expect_identities(const test::Design& d) {
+    const XPlane& xp = d.xp;
+    const int n = xp.ES.count;
+    Largest energy, split_e, level_e, split_f;
+    for (const Real x : frequencies(xp.a)) {
+        const Real e = value(xp.ES, x);
+        const Real f = value(xp.FS, x);
+        const Real q = value(xp.QS, x);
+        energy.take(e - f - q, e);
+        EXPECT_GE(q / e, 0);
+
+        // e from its factors, as Ev + w Od or Ev + s Od.
+        const PseudoValue<Real> p = evalPseudo(xp.eFactors, xp.a, Complex<Real>{x, 0});
+        const Complex<Real> whole = shifted(p.plus, p.exponent);
+        const Complex<Real> parts = Complex<Real>{value(xp.eEven, x), 0} + value(xp.eOdd, x) * p.root;
+        split_e.take(cabs(whole - parts), cabs(whole));
+        const Real power = (whole.re * whole.re + whole.im * whole.im) * (n % 2 == 0 ? 1 : std::fabs(1 - x));
+        level_e.take(power - std::fabs(e), power);
+        split_f.take(power_of_parts(xp.fEven, xp.fOdd, x, xp.a, n) - f, e);
+    }
+    EXPECT_LT(energy.value, 1e-12L);
+    EXPECT_LT(split_e.value, 1e-12L);
+    EXPECT_LT(level_e.value, 1e-12L);
+    EXPECT_LT(split_f.value, 1e-12L);
+}
+
+void expect_immittances(const XPlane& xp) {
+    const auto expect_pair = [&](const WideRootSet& e, const WideRootSet& f, const WideRootSet& sum,
+                                 const WideRootSet& difference) {
+        Largest of_sum, of_difference;
+        for (const Real x : frequencies(xp.a)) {
+            const Real size = std::fabs(value(e, x)) + std::fabs(value(f, x));
+            of_sum.take(value(sum, x) - value(e, x) - value(f, x), size);
+            if (f.multiplier != 0) of_difference.take(value(difference, x) - value(e, x) + value(f, x), size);
+        }
+        EXPECT_LT(of_sum.value, 1e-12L);
+        EXPECT_LT(of_difference.value, 1e-12L);
+        if (f.multiplier == 0) {
+            EXPECT_EQ(difference.multiplier, 0);
+        }
+    };
+    expect_pair(xp.eEven, xp.fEven, xp.es, xp.ed);
+    expect_pair(xp.eOdd, xp.fOdd, xp.os, xp.od);
+    // e + f and e - f are Hurwitz: their parts have their zeros at real frequencies.
+    for (const WideRootSet* set : {&xp.es, &xp.os, &xp.ed, &xp.od}) {
+        for (int i = 1; i <= set->count; ++i) {
+            ASSERT_EQ(set->im(i), 0);
+            ASSERT_TRUE(set->re(i) <= xp.a || set->re(i) >= 1) << static_cast<double>(set->re(i));
+        }
+    }
+}
+
+TEST(TransferIdentity, energy_and_parts_for_every_kind) {
+    const auto check = [](const FilterSpec& spec, const std::string& name) {
+        SCOPED_TRACE(name);
+        const auto d = std::make_unique<test::Design>();
+        d->spec = spec;
+        d->run();
+        ASSERT_TRUE(d->verdict.good()) << static_cast<int>(d->verdict.fault);
+        expect_identities(*d);
+        // Beyond, pairs of roots in the stopband lie closer than 1e-9 of their value.
+        if (spec.degree <= 20) expect_immittances(d->xp);
+        EXPECT_EQ(terminationRatio(spec.sourceResistance, spec.loadResistance), d->xp.requested_ratio);
+    };
+    for (const int type : {low_pass, high_pass, band_pass}) {
+        for (const int passband : {maximally_flat, equal_ripple}) {
+            for (const int n : {1, 2, 3, 6, 9, 14, 25, 32, 50}) {
+                const std::string name = "type " + std::to_string(type) + " passband " + std::to_string(passband) +
+                                         " degree " + std::to_string(n);
+                const int degree = type == band_pass ? n + n % 2 : n;
+                check(test::all_pole(type, passband, degree), name + " all-pole");
+                check(test::with_minima(type, passband, degree, type == band_pass ? -1 : 0), name + " minima");
+            }
+        }
+    }
+    for (const int n : {3, 7, 12, 20}) {
+        for (const int passband : {maximally_flat, equal_ripple}) {
+            FilterSpec parametric_band = test::all_pole(band_pass, passband, n);
+            parametric_band.bandpassType = parametric;
+            if (n % 2 == 0) ++parametric_band.zerosAtZero, --parametric_band.zerosAtInfinity;
+            check(parametric_band, "parametric " + std::to_string(n));
+        }
+        FilterSpec flat_to_zero = test::with_minima(low_pass, equal_ripple, n, 1);
+        flat_to_zero.loadResistance = flat_to_zero.sourceResistance;
+        check(flat_to_zero, "equal terminations " + std::to_string(n));
+    }
+}
+
+// Coefficients in s, lowest first, of the polynomial with these even and odd parts (a = 0).
+std::vector<Real> in_s(const WideRootSet& even, const WideRootSet& odd, int n) {
+    std::vector<Real> s(static_cast<std::size_t>(n) + 1);
+    const auto add = [&](const WideRootSet& part, int factors, int shift) {
+        if (part.multiplier == 0) return;
+        std::vector<Real> t{part.multiplier};  // in s^2
+        for (int i = 1; i <= factors; ++i) {
+            // (x - r)(s^2 + 1) = (1 - r) s^2 - r, a missing root: s^2 + 1
+            const Real high = i <= part.count ? 1 - part.re(i) : 1;
+            const Real low = i <= part.count ? -part.re(i) : 1;
+            t.push_back(0);
+            for (std::size_t k = t.size() - 1; k > 0; --k) t[k] = low * t[k] + high * t[k - 1];
+            t[0] *= low;
+        }
+        for (std::size_t k = 0; k < t.size(); ++k) s[2 * k + static_cast<std::size_t>(shift)] += t[k];
+    };
+    const int u = (n + 1) / 2;
+    add(even, n - u, 0);
+    add(odd, u - 1, 1);
+    return s;
+}
+
+// e + f and e - f; where a part of f is 0 that of e stands alone.
+std::vector<Real> sum_in_s(const XPlane& xp) { return in_s(xp.es, xp.os, xp.ES.count); }
+std::vector<Real> difference_in_s(const XPlane& xp) {
+    return in_s(xp.fEven.multiplier == 0 ? xp.eEven : xp.ed, xp.fOdd.multiplier == 0 ? xp.eOdd : xp.od, xp.ES.count);
+}
+
+// Elements of the ladder that N/D unfolds into, from the end where the quotient grows with s.
+std::vector<Real> ladder(std::vector<Real> upper, std::vector<Real> lower) {
+    const auto drop = [](std::vector<Real>& p, Real size) {
+        while (p.size() > 1 && std::fabs(p.back()) < 1e-9L * size) p.pop_back();
+    };
+    const Real size = std::fabs(upper.back()) + std::fabs(lower.back());
+    drop(upper, size), drop(lower, size);
+    if (upper.size() < lower.size()) upper.swap(lower);
+    std::vector<Real> elements;
+    while (upper.size() > 1) {
+        const Real g = upper.back() / lower.back();
+        elements.push_back(g);
+        for (std::size_t k = 0; k < lower.size(); ++k) upper[k + 1] -= g * lower[k];
+        upper.pop_back();
+        drop(upper, size);
+        upper.swap(lower);
+    }
+    elements.push_back(upper[0] / lower[0]);
+    return elements;
+}
+
+TEST(TransferIdentity, immittances_unfold_into_the_known_ladders) {
+    for (int n = 1; n <= 12; ++n) {
+        SCOPED_TRACE(n);
+        const auto d = std::make_unique<test::Design>();
+        d->spec = test::all_pole(low_pass, maximally_flat, n);
+        d->spec.loadResistance = d->spec.sourceResistance;
+        d->spec.bandEdgeLoss = 10 * std::log10(2.0);
+        d->run();
+        ASSERT_TRUE(d->verdict.good());
+        const std::vector<Real> g = ladder(sum_in_s(d->xp), difference_in_s(d->xp));
+        ASSERT_EQ(g.size(), static_cast<std::size_t>(n) + 1);
+        for (int k = 1; k <= n; ++k) {
+            const Real wanted = 2 * std::sin((2 * k - 1) * std::numbers::pi_v<Real> / (2 * n));
+            EXPECT_NEAR(static_cast<double>(g[static_cast<std::size_t>(k) - 1] / wanted), 1.0, 1e-9);
+        }
+        EXPECT_NEAR(static_cast<double>(g.back()), 1.0, 1e-9);
+    }
+}
+
+TEST(TransferIdentity, unequal_terminations_are_met_at_zero) {
+    for (const int passband : {maximally_flat, equal_ripple}) {
+        for (int n = 1; n <= 9; ++n) {
+            SCOPED_TRACE(n);
+            const auto d = std::make_unique<test::Design>();
+            d->spec = test::all_pole(low_pass, passband, n);
+            d->spec.loadResistance = 3 * d->spec.sourceResistance;
+            d->run();
+            ASSERT_TRUE(d->verdict.good());
+            const std::vector<Real> upper = sum_in_s(d->xp);
+            const std::vector<Real> lower = difference_in_s(d->xp);
+            const Real z = upper[0] / lower[0];
+            EXPECT_NEAR(static_cast<double>(z < 1 ? 1 / z : z), 3.0, 1e-12);
+        }
+    }
+}
+
+// The two allpasses whose half sum or half difference is the filter.
+TEST(TransferIdentity, pole_chains_make_the_filter) {
+    std::vector<FilterSpec> specs;
+    for (const int n : {1, 3, 7, 15, 25, 31, 49}) {
+        for (const int passband : {maximally_flat, equal_ripple}) {
+            specs.push_back(test::with_minima(low_pass, passband, n, 0));
+            specs.push_back(test::with_minima(high_pass, passband, n, 0));
+            if (n > 25) continue;
+            specs.push_back(test::all_pole(band_pass, passband, 2 * n));
+            specs.push_back(test::with_minima(band_pass, passband, 2 * n, -1));
+        }
+    }
+    for (const FilterSpec& spec : specs) {
+        SCOPED_TRACE("type " + std::to_string(spec.filterType) + " degree " + std::to_string(spec.degree));
+        const auto d = std::make_unique<test::Design>();
+        d->spec = spec;
+        test::single_terminated(d->spec);
+        d->spec.medium = sampled_data;
+        d->spec.sampleFrequency = 30e3;
+        d->run();
+        ASSERT_TRUE(d->verdict.good());
+        ASSERT_TRUE(d->notes.has_pole_chains);
+        const TransferFunction t = xToFrequencyPlane(d->spec, d->xp);
+        for (const double hertz : {100.0, 900.0, 1990.0, 2400.0, 2900.0, 3300.0, 6000.0, 12000.0}) {
+            const double w = std::tan(std::numbers::pi * hertz / 30e3) /
+                             std::tan(std::numbers::pi * static_cast<double>(d->xp.normFrequency) / 30e3);
+            std::complex<double> first = 1, second = 1;
+            for (int i = 1; i <= t.poleCount; ++i) {
+                const std::complex<double> p(t.POLES_RE(i), t.POLES_IM(i)), s(0, w);
+                (d->xp.LARR(i) == 1 ? first : second) *= -(s + std::conj(p)) / (s - p);
+            }
+            const double passed = std::pow(10, -lossAt(d->spec, d->xp, hertz) / 10);
+            const double sum = std::norm(first + second) / 4;
+            EXPECT_LT(std::fmin(std::fabs(sum - passed), std::fabs(1 - sum - passed)), 1e-10) << hertz;
+        }
+    }
+
+    // No allpass form: even low-pass, or a function that is neither even nor odd.
+    const auto d = std::make_unique<test::Design>();
+    d->spec = test::all_pole(low_pass, equal_ripple, 4);
+    d->run();
+    EXPECT_FALSE(d->notes.has_pole_chains);
+    EXPECT_EQ(d->xp.LARR(1), 0);
+}
+
+TEST(TransferIdentity, loss_reaches_the_request_at_the_edges) {
+    for (const int medium : {lumped, sampled_data, microwave}) {
+        for (const int type : {low_pass, high_pass, band_pass}) {
+            const auto d = std::make_unique<test::Design>();
+            d->spec = test::with_minima(type, equal_ripple, 8, -1);
+            d->spec.medium = medium;
+            d->spec.sampleFrequency = medium == lumped ? 0 : 20e3;
+            test::single_terminated(d->spec);
+            const FilterSpec asked = d->spec;
+            d->run();
+            ASSERT_TRUE(d->verdict.good());
+            for (const double edge : {asked.lowerPassEdge, asked.upperPassEdge}) {
+                if (edge == 0) continue;
+                EXPECT_NEAR(lossAt(d->spec, d->xp, edge), 0.1, 1e-12);
+            }
+            EXPECT_LT(lossAt(d->spec, d->xp, 2300.0 + (type == high_pass ? 1000 : 0)), 0.1 + 1e-12);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace kavrel

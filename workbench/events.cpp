@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "shell/stored_files.h"
+#include "workbench/filter_road.h"
 #include "workbench/fir_road.h"
 #include "workbench/rooms.h"
 #include "workbench/units_form.h"
@@ -46,6 +47,8 @@ void recall_stored_filter(Workbench& bench) {
 
 void units(Workbench& bench) { choose_units(bench.session, bench.reporter); }
 
+void new_filter_design(Workbench& bench) { filter_design_road(bench, FormStart::last_values); }
+void recall_filter_design(Workbench& bench) { filter_design_road(bench, FormStart::stored_data); }
 void new_fir_design(Workbench& bench) { fir_design_road(bench, FormStart::last_values); }
 void recall_fir_design(Workbench& bench) { fir_design_road(bench, FormStart::stored_data); }
 
@@ -82,6 +85,8 @@ constexpr Event events[] = {
     {recall_filter_event, recall_stored_filter},
     {131, close_text_view},
     {143, units},
+    {166, new_filter_design},
+    {167, recall_filter_design},
     {1031, new_fir_design},
     {1032, recall_fir_design},
     {159, help},

@@ -1,12 +1,9 @@
 // The road of a FIR design: form, saved input data, design, FIR Segment.
 #pragma once
 
-#include "workbench/workbench.h"
+#include "workbench/design_input.h"
 
 namespace kavrel {
-
-// What a design form shows when it opens.
-enum class FormStart { last_values, stored_data };
 
 // Opens the FIR form and takes the design to its Segment. A form that is cancelled, a file that is refused and a design
 // that does not come off leave filter, results and the current Segment as they were.

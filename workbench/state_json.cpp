@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "workbench/filter_json.h"
 #include "workbench/rooms.h"
 
 namespace kavrel {
@@ -110,6 +111,11 @@ std::string state_json(const Workbench& bench) {
     const auto part = [&](const char* name, Json value) {
         if (!value.empty()) state[name] = std::move(value);
     };
+    part("spec", spec_part(bench.filter_spec));
+    part("transfer", transfer_part(bench.filter.transfer));
+    part("x_plane", x_plane_part(bench.filter.x_plane));
+    part("immittance", immittance_part(bench.filter.x_plane));
+    part("terminations", terminations_part(bench.filter.worked, bench.filter.x_plane));
     part("analysis", results_part(bench.results, AnalysisResult::Kind::frequency));
     part("time", results_part(bench.results, AnalysisResult::Kind::time));
     part("fir", fir_part(bench.fir));

@@ -1,6 +1,8 @@
 // The whole state of a run. `main` makes one; every test makes its own.
 #pragma once
 
+#include "approximation/filter_driver.h"
+#include "approximation/filter_request.h"
 #include "fir/fir_desk.h"
 #include "shell/analysis_result.h"
 #include "shell/journal.h"
@@ -26,6 +28,10 @@ struct Workbench {
     DesignOutcome design = DesignOutcome::none;
     int discontinued_designs = 0;  // of the run
     AnalysisResult results;
+
+    FilterRequest filter_request;
+    FilterSpec filter_spec;  // the request of the last filter design, with what was found for it
+    FilterDesign filter;     // of the last one that came off
 
     FirRequest fir_request;
     FirFilter fir;

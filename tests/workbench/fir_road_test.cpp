@@ -140,6 +140,17 @@ TEST_F(FirRoad, InputDataAreSavedAndRecalled) {
     EXPECT_EQ(window.boxes.back(), "Error: File was not found");
 }
 
+TEST_F(FirRoad, AnotherFormsInputFileIsNotOverwritten) {
+    ask_for(21, 1.0, 2.0, 5.0);
+    bench.fir_request.save_design = true;
+    bench.session.input_file = "filter.qfi";
+    write_text("filter.qfi", "data of another form");
+    window.files = {"fir.qfi"};
+    design();
+    EXPECT_EQ(read_text("filter.qfi"), "data of another form");
+    EXPECT_EQ(read_text("fir.qfi"), fir_input_bytes(bench.fir_request));
+}
+
 TEST_F(FirRoad, InputDataThatCannotBeWrittenStopTheRoad) {
     ask_for(21, 1.0, 2.0, 5.0);
     bench.fir_request.save_design = true;

@@ -1,0 +1,265 @@
+#include "approximation/filter_driver.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <string>
+
+#include "approximation/approximate.h"
+#include "approximation/band_shift.h"
+#include "approximation/filter_report.h"
+#include "approximation/frequency_variable.h"
+#include "approximation/s_plane.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr double lossy_ratio = 1.001;  // of the terminations of a lossy filter that were equal
+constexpr double default_resistance = 50.0;
+constexpr double equal_within = 1e-6;
+
+struct Entry {
+    int code;
+    char letter;
+    int medium;
+};
+constexpr Entry entries[] = {{EntryCode::passive_lc, 'P', lumped},
+                             {EntryCode::microwave, 'M', microwave},
+                             {EntryCode::active_rc, 'A', lumped},
+                             {EntryCode::iir_digital, 'I', sampled_data}};
+
+bool take_entry(int entry_code, FilterSpec& spec);
+void settle_terminations(FilterSpec& spec);
+void settle_symmetry(FilterSpec& spec);
+bool is_specified(const FilterSpec& spec);
+FilterSpec findings(const FilterSpec& request, const FilterSpec& worked, const XPlane& x, const FrontNotes& notes);
+
+// One design on its way: a request, what becomes of it, and the questions that the calculation asks.
+class Way final : public ApproximationQuestions {
+public:
+    Way(const FilterSpec& request, FilterDesign& design, const UnitSet& units, Reporter& reporter)
+        : request_(request), design_(design), units_(units), reporter_(reporter) {}
+
+    // The approximation and its report; false when it was discontinued, after its message.
+    [[nodiscard]] bool run();
+    // The request with what was found for it.
+    [[nodiscard]] const FilterSpec& found() const { return found_; }
+
+    PredistortionChoice predistortion_choice(const PredistortionNotes& notes) override;
+    bool go_on() override { return reporter_.window().progress("Approximation", ++steps_, 0); }
+
+private:
+    void report();
+    void refuse(const ApproximationVerdict& verdict);
+    void refuse(FrontVerdict verdict);
+
+    const FilterSpec& request_;
+    FilterDesign& design_;
+    const UnitSet& units_;
+    Reporter& reporter_;
+    ApproximationNotes notes_;
+    FilterSpec found_;
+    bool reported_ = false;
+    int steps_ = 0;
+};
+
+bool design_shifted(FilterSpec& spec, FilterDesign& design, const UnitSet& units, Reporter& reporter);
+std::string lines_of(std::string_view first, std::string_view second, std::string_view third);
+std::string with_number(std::string text, int number);
+
+}  // namespace
+
+FilterDesignVerdict designFilter(int entry_code, FilterSpec& spec, FilterDesign& design, const UnitSet& units,
+                                 Reporter& reporter) {
+    spec.designError = 1;
+    if (!take_entry(entry_code, spec)) {
+        reporter.message("Implementation is unknown", "Error");
+        return FilterDesignVerdict::discontinued;
+    }
+    settle_terminations(spec);
+    settle_symmetry(spec);
+    if (!is_specified(spec)) {
+        reporter.message("Incorrect or inadequate specification", "Fatal error");
+        return FilterDesignVerdict::discontinued;
+    }
+    const auto draft = std::make_unique<FilterDesign>();
+    Way way(spec, *draft, units, reporter);
+    if (!way.run()) {
+        spec.designError = draft->worked.designError;
+        return FilterDesignVerdict::discontinued;
+    }
+    FilterSpec found = way.found();
+    draft->transfer = xToFrequencyPlane(draft->worked, draft->x_plane);
+    const bool to_be_shifted = found.filterType == low_pass && found.centerFrequency > 0.0;
+    if (to_be_shifted && !design_shifted(found, *draft, units, reporter)) return FilterDesignVerdict::discontinued;
+    report_transfer_function(draft->transfer, found.medium, reporter);
+    spec = found;
+    design = *draft;
+    return FilterDesignVerdict::designed;
+}
+
+namespace {
+
+bool take_entry(int entry_code, FilterSpec& spec) {
+    const auto entry = std::ranges::find(entries, entry_code, &Entry::code);
+    if (entry == std::end(entries)) return false;
+    spec.implementation = entry->letter;
+    spec.medium = entry->medium;
+    if (spec.medium == microwave) spec.sampleFrequency *= 2.0;
+    if (spec.medium == lumped) spec.sampleFrequency = 0.0;
+    return true;
+}
+
+// Losses and equal terminations exclude each other; without R1 the filter is driven from R2 as its single termination.
+void settle_terminations(FilterSpec& spec) {
+    double& R1 = spec.sourceResistance;
+    double& R2 = spec.loadResistance;
+    if (spec.predistortionQ != 0.0 && R1 == R2) R2 = lossy_ratio * R1;
+    if (spec.implementation == 'A' || spec.implementation == 'I') {
+        R1 = 1.0;
+        R2 = 0.0;
+    } else if (R1 == 0.0) {
+        R1 = R2 == 0.0 ? default_resistance : R2;
+        R2 = 0.0;
+    }
+}
+
+void settle_symmetry(FilterSpec& spec) {
+    if (spec.symmetryFlag != 0) return;
+    if (spec.loadResistance == 0.0) {
+        spec.symmetryFlag = -1;
+        return;
+    }
+    const bool tested = spec.filterType == low_pass ||
+                        (spec.filterType == high_pass && (spec.medium != microwave || spec.unitElements == 0));
+    const double ratio = spec.loadResistance / spec.sourceResistance;
+    spec.symmetryFlag = tested && std::abs(ratio - 1.0) < equal_within ? 1 : 0;
+}
+
+// Edges and losses that the estimates of the degree and of the zeros start from. Band-passes are looked at by the form.
+bool is_specified(const FilterSpec& spec) {
+    const bool estimated = spec.stopbandType == monotonic_stopband || spec.stopbandType == equal_minima;
+    const bool functional = spec.passbandType == functional_passband;
+    const auto low = [&] { return spec.upperPassEdge > 0.0 && spec.upperStopEdge > spec.upperPassEdge; };
+    const auto high = [&] { return spec.lowerPassEdge > 0.0 && spec.lowerPassEdge > spec.lowerStopEdge; };
+    if (estimated && !functional && spec.passbandType != sloping_passband && spec.filterType != band_pass) {
+        if (!(spec.stopbandLoss > 0.0)) return false;
+        if (spec.filterType != high_pass && !low()) return false;
+        if (spec.filterType != low_pass && !high()) return false;
+    }
+    return functional || spec.bandEdgeLoss != 0.0;
+}
+
+// A high-pass was worked on turned over; edges and functions stay as typed.
+FilterSpec findings(const FilterSpec& request, const FilterSpec& worked, const XPlane& x, const FrontNotes& notes) {
+    FilterSpec found = request;
+    const bool turned = worked.filterType == high_pass;
+    found.zerosAtZero = turned ? worked.zerosAtInfinity : worked.zerosAtZero;
+    found.zerosAtInfinity = turned ? worked.zerosAtZero : worked.zerosAtInfinity;
+    found.unitElements = worked.unitElements;
+    found.degree = worked.degree;
+    found.degreeParity = worked.degreeParity;
+    found.bandEdgeLoss = worked.bandEdgeLoss;
+    found.freal = worked.freal;
+    if (notes.reset_to_parametric) found.bandpassType = parametric;
+    if (notes.zeros_found || notes.zeros_shifted) {
+        FilterSpec zeros = worked;
+        zerosToFrequency(zeros, x);
+        found.zeroCount = zeros.zeroCount;
+        found.FZR = zeros.FZR;
+        found.FZI = zeros.FZI;
+    }
+    found.designError = 0;
+    return found;
+}
+
+bool Way::run() {
+    design_.worked = request_;
+    const ApproximationVerdict verdict = approximate(design_.worked, design_.x_plane, notes_, *this);
+    if (!verdict.good()) {
+        refuse(verdict);
+        return false;
+    }
+    report();
+    return true;
+}
+
+PredistortionChoice Way::predistortion_choice(const PredistortionNotes&) {
+    report();
+    const int chosen =
+        reporter_.choose({.text = predistortion_choice_head, .caption = "Question", .choices = predistortion_choices});
+    return chosen == 0 ? PredistortionChoice::cancel : static_cast<PredistortionChoice>(chosen - 1);
+}
+
+// Once, as soon as the counts and zeros stand: before a question or a fault of the later steps, or at the end.
+void Way::report() {
+    found_ = findings(request_, design_.worked, design_.x_plane, notes_.front);
+    if (reported_) return;
+    reported_ = true;
+    if (notes_.front.reset_to_parametric) {
+        reporter_.message(std::string(reset_to_parametric_box[0]) + '\n' + std::string(reset_to_parametric_box[1]),
+                          "Warning");
+    }
+    report_filter_design({request_, found_, design_.worked, notes_.front}, units_, reporter_);
+    report_predistortion(notes_.predistortion, reporter_);
+}
+
+void Way::refuse(const ApproximationVerdict& verdict) {
+    switch (verdict.fault) {
+        case ApproximationFault::front: refuse(verdict.front); return;
+        case ApproximationFault::slope_zero_too_low:
+        case ApproximationFault::slope_infinity_too_low: break;
+        case ApproximationFault::cancelled:
+        case ApproximationFault::stopped: reporter_.report_line(report_discontinued); return;
+        default: report();
+    }
+    const ApproximationMessage message = messageOf(verdict.fault);
+    reporter_.message(lines_of(message.first, message.second, message.third), "Error");
+}
+
+void Way::refuse(FrontVerdict verdict) {
+    const FrontMessage& message = messageOf(verdict.fault);
+    const std::string text = with_number(lines_of(message.first, message.second, message.third), verdict.number);
+    if (message.place == MessagePlace::Box) {
+        reporter_.message(text, "Error");
+    } else {
+        reporter_.report_line(text);
+        if (text.find("discontinued") == std::string::npos) reporter_.report_line(report_discontinued);
+    }
+    if (verdict.fault == FrontFault::MatchingNotNeeded) reporter_.message("Program terminating", "Fatal error");
+}
+
+// The low-pass in `design`, moved to its centre and designed once more by its poles. Its gain is that at the centre.
+bool design_shifted(FilterSpec& spec, FilterDesign& design, const UnitSet& units, Reporter& reporter) {
+    if (const auto complaint = shiftComplaint(spec); !complaint.empty()) {
+        reporter.message(complaint, "Error");
+        return false;
+    }
+    const double centre = spec.centerFrequency;
+    const FilterSpec request = shiftedBandpass(spec, design.transfer);
+    reporter.report_line("");
+    Way way(request, design, units, reporter);
+    if (!way.run()) return false;
+    spec = way.found();
+    design.worked.centerFrequency = spec.centerFrequency = centre;
+    design.transfer = xToFrequencyPlane(design.worked, design.x_plane);
+    return true;
+}
+
+std::string lines_of(std::string_view first, std::string_view second, std::string_view third) {
+    std::string text(first);
+    for (const auto line : {second, third}) {
+        if (!line.empty()) text += '\n' + std::string(line);
+    }
+    return text;
+}
+
+std::string with_number(std::string text, int number) {
+    if (const auto at = text.find("{}"); at != std::string::npos) text.replace(at, 2, std::to_string(number));
+    return text;
+}
+
+}  // namespace
+
+}  // namespace kavrel

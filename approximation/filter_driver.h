@@ -1,0 +1,37 @@
+// The driver of a filter design: from the request in Hz to the transfer function and its report.
+#pragma once
+
+#include "approximation/filter_spec.h"
+#include "approximation/x_plane.h"
+#include "shell/reporter.h"
+#include "shell/units.h"
+
+namespace kavrel {
+
+// What a design leaves behind.
+struct FilterDesign {
+    FilterSpec worked;  // as the approximation left it: edges of the normalised problem, a high-pass turned over
+    XPlane x_plane;
+    TransferFunction transfer;
+};
+
+enum class FilterDesignVerdict {
+    designed,      // FilterSpec::implementation tells who takes it over
+    discontinued,  // told in a box or on the report
+};
+
+// Entry codes of the implementations.
+struct EntryCode {
+    enum { passive_lc = 1, microwave = 2, active_rc = 3, iir_digital = 4 };
+};
+
+// Designs `spec`. Of a request it takes the edges, losses, types, counts and zeros, the requested Q, the functional
+// input and the terminations; implementation, medium and what they bring along are set here. A symmetryFlag of 0
+// follows from the terminations, another one stands. sampleFrequency of a microwave filter is the quarter-wave
+// frequency (and twice that afterwards). Designed: `spec` holds the degree, counts, zeros and losses that were found,
+// frequencies in Hz as typed, a shifted band-pass in place of its low-pass; `design` is new and the report is written.
+// Discontinued: spec.designError is set, `design` stays as it was.
+[[nodiscard]] FilterDesignVerdict designFilter(int entry_code, FilterSpec& spec, FilterDesign& design,
+                                               const UnitSet& units, Reporter& reporter);
+
+}  // namespace kavrel

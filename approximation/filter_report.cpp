@@ -1,0 +1,226 @@
+#include "approximation/filter_report.h"
+
+#include <cmath>
+#include <string>
+
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr int outer_margin = 7;
+constexpr int inner_margin = 10;
+constexpr std::size_t equals_column = 51;  // characters before the equals sign
+constexpr int count_width = 5;
+
+constexpr std::string_view type_names[] = {"Low-pass filter", "High-pass filter", "Linear phase low-pass filter",
+                                           "Band-pass filter"};
+constexpr std::string_view last_zero_labels[] = {"infinity        ", "Nyquist frequen.", "Quarter-wave fr."};
+
+// Lines of the report.
+class Sheet {
+public:
+    Sheet(const UnitSet& units, Reporter& reporter) : units_(units), reporter_(reporter) {}
+
+    void empty() { reporter_.report_line(""); }
+    void plain(std::string_view text) { reporter_.report_line(text); }
+    void heading(std::string_view text, int margin = outer_margin) {
+        reporter_.report_line(edit_x(margin) + std::string(text));
+    }
+    void frequency(std::string_view label, double hertz_value, int margin = outer_margin) {
+        valued(label, unit_value_text(units_, hertz_value, hertz), margin);
+    }
+    void number(std::string_view label, double value, std::string_view unit, int margin = inner_margin) {
+        valued(label, edit_en(value, 15, 6) + std::string(unit), margin);
+    }
+    void count(std::string_view label, int n) { valued(label, edit_i(n, count_width), inner_margin); }
+    void valued(std::string_view label, std::string_view value, int margin) {
+        std::string text = edit_x(margin) + std::string(label);
+        if (text.size() < equals_column) text.resize(equals_column, ' ');
+        reporter_.report_line(trim_right(text + '=' + std::string(value)));
+    }
+    void two_columns(std::string_view first, std::string_view second) {
+        reporter_.report_line(edit_a(first, 20) + edit_a(second, 20));
+    }
+    // 0.0 added: no zero with a sign.
+    void root(double re, double im) { reporter_.report_line(edit_1pe(re + 0.0, 20, 7) + edit_1pe(im + 0.0, 20, 7)); }
+    [[nodiscard]] const UnitSet& units() const { return units_; }
+
+private:
+    const UnitSet& units_;
+    Reporter& reporter_;
+};
+
+bool has_lower_edge(const FilterSpec& spec) { return spec.filterType == high_pass || spec.filterType == band_pass; }
+bool has_upper_edge(const FilterSpec& spec) { return spec.filterType != high_pass; }
+
+void tell_heading(const FilterSpec& spec, Sheet& sheet) {
+    sheet.plain(" *** Kavrel ***  Filter Program");
+    sheet.plain(" " + spec.title.text());
+    sheet.empty();
+    sheet.heading(type_names[spec.filterType - 1], inner_margin);
+}
+
+// sqrt(10^(L/10) - 1) + sqrt(10^(L/10)), squared: the ratio of terminations whose mismatch loses L dB.
+double standing_wave_ratio(double loss) {
+    const double ratio = std::pow(10.0, loss / 10.0);
+    const double root = std::sqrt(ratio - 1.0) + std::sqrt(ratio);
+    return root * root;
+}
+
+void tell_passband(const DesignFacts& facts, Sheet& sheet) {
+    const FilterSpec& spec = facts.found;
+    if (spec.passbandType == functional_passband) {
+        sheet.heading(facts.request.denominatorDegree > 0 ? "Functional pass band, e(.) specified"
+                                                          : "Functional pass band, f(.) specified");
+        return;
+    }
+    sheet.heading(spec.passbandType == maximally_flat ? "Maximally flat pass band" : "Equal ripple pass band");
+    if (spec.reflectionInput < 0.0) {
+        sheet.number("Specified reflection coefficient", -spec.reflectionInput, " %.");
+    } else if (spec.reflectionInput > 0.0) {
+        sheet.number("Specified return loss", spec.reflectionInput, " dB.");
+    }
+    sheet.number("Bandedge loss", facts.request.bandEdgeLoss, " dB.");
+    if (facts.request.bandpassType == impedance_matching)
+        sheet.number("Bandedge loss reached", spec.bandEdgeLoss, " dB.");
+    if (spec.passbandType == sloping_passband) {
+        sheet.number("Bandpass loss slope", spec.stopbandLoss, " dB/octave.");
+        sheet.number("Additional flat loss", spec.flatLoss, " dB.");
+    }
+    if (spec.medium == microwave) {
+        sheet.valued("Max. passband vswr", edit_f(standing_wave_ratio(spec.bandEdgeLoss), 11, 2), inner_margin);
+    }
+}
+
+void tell_edges(const DesignFacts& facts, Sheet& sheet) {
+    const FilterSpec& spec = facts.found;
+    const auto tell = [&](std::string_view before, std::string_view band, double edge) {
+        sheet.frequency(std::string(before) + std::string(band) + " passband edge frequency", edge);
+    };
+    if (has_lower_edge(spec)) tell("", "Lower", spec.lowerPassEdge);
+    if (has_upper_edge(spec)) tell("", "Upper", spec.upperPassEdge);
+    if (facts.notes.preshifted) tell("Preshifted ", "Lower", facts.worked.lowerPassEdge);
+    if (facts.notes.rescaled) {
+        sheet.heading(rescaled_line, inner_margin);
+        // The high-pass stands at its one edge, whatever its side.
+        if (spec.filterType == high_pass) tell("new ", "lower", facts.worked.upperPassEdge);
+        if (spec.filterType == band_pass) tell("new ", "lower", facts.worked.lowerPassEdge);
+        if (has_upper_edge(spec)) tell("new ", "upper", facts.worked.upperPassEdge);
+    }
+    if (spec.medium == sampled_data) sheet.frequency("Sampling frequency", spec.sampleFrequency);
+    if (spec.medium == microwave) sheet.frequency("Quarter-wave frequency", spec.sampleFrequency / 2.0);
+    if (facts.notes.freal_modified && spec.bandpassType == parametric) sheet.frequency(freal_modified_line, spec.freal);
+}
+
+void tell_stopband(const DesignFacts& facts, Sheet& sheet) {
+    const FilterSpec& spec = facts.found;
+    const bool equal = facts.request.stopbandType == equal_minima;
+    if (!equal && facts.request.stopbandType != monotonic_stopband) return;
+    const auto tell = [&](double edge, double asked, double reached) {
+        if (edge <= 0.0) return;
+        sheet.frequency(
+            equal ? "Equal minima stop band with edge frequency" : "Monotonic stop band with edge frequency", edge);
+        if (facts.request.degree > 0) {
+            sheet.heading("Degree was specified", inner_margin);
+        } else if (asked > 0.0) {
+            sheet.number("Required stop band loss", asked, " dB.");
+        }
+        if (reached > 0.0) sheet.number("Stop band loss reached", reached, " dB.");
+    };
+    // A matching network has no lower stopband: its loss at frequency zero is that of the terminations.
+    const bool matching = facts.request.bandpassType == impedance_matching;
+    const FrontNotes& notes = facts.notes;
+    if (spec.filterType == band_pass && !matching)
+        tell(spec.lowerStopEdge, spec.stopbandLoss, notes.lower_loss_reached);
+    if (spec.filterType == high_pass) tell(spec.lowerStopEdge, spec.stopbandLoss, notes.upper_loss_reached);
+    if (spec.filterType == low_pass) tell(spec.upperStopEdge, spec.stopbandLoss, notes.upper_loss_reached);
+    if (spec.filterType == band_pass) {
+        tell(spec.upperStopEdge, spec.upperStopLoss, matching ? 0.0 : notes.upper_loss_reached);
+    }
+}
+
+// A zero off both axes stands for two pairs.
+int zero_pairs(const FilterSpec& spec) {
+    int pairs = 0;
+    for (int i = 1; i <= spec.zeroCount; ++i) pairs += spec.FZR(i) != 0.0 && spec.FZI(i) != 0.0 ? 2 : 1;
+    return pairs;
+}
+
+void tell_counts(const FilterSpec& spec, Sheet& sheet) {
+    const std::string at = "Multiplicity of zero at ";
+    if (spec.zerosAtZero > 0 || has_lower_edge(spec)) sheet.count(at + "zero", spec.zerosAtZero);
+    if (spec.zerosAtInfinity > 0 || has_upper_edge(spec)) {
+        sheet.count(at + std::string(last_zero_labels[spec.medium]), spec.zerosAtInfinity);
+    }
+    if (spec.medium == microwave) sheet.count("Number of unit elements", spec.unitElements);
+    sheet.count("Number of finite transmission zero pairs", zero_pairs(spec));
+    sheet.count("Overall filter degree", spec.degree);
+}
+
+void tell_zeros(const FilterSpec& spec, Sheet& sheet) {
+    sheet.two_columns("real part", "imaginary part");
+    const double unit = sheet.units().frequency_multiplier;
+    for (int i = 1; i <= spec.zeroCount; ++i) {
+        const double re = spec.FZR(i) / unit;
+        const double im = spec.FZI(i) / unit;
+        sheet.root(re, im);
+        if (re != 0.0 && im != 0.0) sheet.root(re, -im);
+    }
+}
+
+void tell_transmission_zeros(const DesignFacts& facts, Sheet& sheet) {
+    if (facts.found.zeroCount == 0) return;
+    sheet.heading("Transmission zeros" + unit_suffix(sheet.units(), Unit::frequency));
+    if (facts.notes.zeros_shifted) {
+        if (!facts.notes.zeros_found) tell_zeros(facts.request, sheet);
+        sheet.heading(zeros_shifted_line);
+    }
+    tell_zeros(facts.found, sheet);
+}
+
+}  // namespace
+
+void report_filter_design(const DesignFacts& facts, const UnitSet& units, Reporter& reporter) {
+    Sheet sheet(units, reporter);
+    tell_heading(facts.found, sheet);
+    tell_passband(facts, sheet);
+    tell_edges(facts, sheet);
+    tell_stopband(facts, sheet);
+    tell_counts(facts.found, sheet);
+    tell_transmission_zeros(facts, sheet);
+}
+
+void report_predistortion(const PredistortionNotes& notes, Reporter& reporter) {
+    if (!notes.requested) return;
+    const UnitSet si;
+    Sheet sheet(si, reporter);
+    const auto tell = [&](std::string_view label, double q) {
+        sheet.heading(std::string(label) + edit_en(q, 15, 6), inner_margin);
+    };
+    sheet.heading(predistortion_head);
+    tell(requested_q_label, notes.requested_q);
+    tell(minimum_q_label, notes.minimum_q);
+    if (notes.not_possible) sheet.plain(predistortion_not_possible);
+}
+
+void report_transfer_function(const TransferFunction& transfer, int medium, Reporter& reporter) {
+    const UnitSet si;
+    Sheet sheet(si, reporter);
+    sheet.empty();
+    sheet.heading(medium == lumped ? "Transfer function, roots in rad/sec"
+                                   : "Transfer function, roots in units of the warped edge");
+    const auto tell = [&](std::string_view name, int count, const auto& re, const auto& im) {
+        sheet.heading(name, inner_margin);
+        if (count == 0) return;
+        sheet.two_columns("real part", "imaginary part");
+        for (int i = 1; i <= count; ++i) sheet.root(re(i), im(i));
+    };
+    tell(transfer.zeroCount > 0 ? "Zeros" : "No finite zeros", transfer.zeroCount, transfer.ZEROS_RE,
+         transfer.ZEROS_IM);
+    tell("Poles", transfer.poleCount, transfer.POLES_RE, transfer.POLES_IM);
+    sheet.number("Gain constant", transfer.gainConstant, " dB.", outer_margin);
+}
+
+}  // namespace kavrel

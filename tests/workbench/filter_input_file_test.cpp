@@ -1,0 +1,160 @@
+#include "workbench/filter_input_file.h"
+
+#include <cstring>
+#include <numbers>
+
+#include <gtest/gtest.h>
+
+#include "workbench/fir_input_file.h"
+
+namespace kavrel {
+namespace {
+
+FilterRequest full_request() {
+    FilterRequest r;
+    r.filter_kind = FilterKind::microwave;
+    r.filter_type = TypeChoice::band_pass;
+    r.passband_type = PassbandChoice::functional;
+    r.function_type = FunctionChoice::f;
+    r.stopband_type = StopbandChoice::specified;
+    r.bandpass_form = BandpassChoice::parametric;
+    double number = 1.25;
+    for (double* cell : {&r.lower_passband, &r.upper_passband, &r.fq_or_fs, &r.band_edge_loss, &r.loss_slope,
+                         &r.flat_loss, &r.multiplier, &r.lower_stopband, &r.upper_stopband, &r.lower_stop_loss,
+                         &r.upper_stop_loss, &r.r1, &r.r2, &r.q_predistortion, &r.center_frequency}) {
+        *cell = number++;
+    }
+    r.zeros_at_zero = 3;
+    r.zeros_at_infinity = 50;
+    r.unit_elements = -1;
+    r.zs_parameter = -1;
+    r.odd_parametric = true;
+    r.lower_movable = 4;
+    r.upper_movable = 15;
+    r.TR_ZEROS = {.rows = 2, .cells = {0.0, 3.0, 1.0, 0.0}};
+    r.DOUBLETS = {.rows = 3, .cells = {-1.0, 2.0, 0.0, 4.0, 0.0, 0.0}};
+    r.PLACER_REQS = {.rows = 2, .cells = {1.0, 40.0, 2.0, 60.0}};
+    r.FIXED_ZEROS = {.rows = 1, .cells = {3.0, 2.0}};
+    r.MOVABLE_ZEROS = {.rows = 2, .cells = {4.0, 1.0, 5.0, 1.0}};
+    return r;
+}
+
+UnitSet kilohertz() {
+    UnitSet units;
+    units.frequency_index = 2;
+    settle_units(units);
+    return units;
+}
+
+double double_at(const std::string& bytes, std::size_t at) {
+    double value = 0.0;
+    std::memcpy(&value, bytes.data() + at, sizeof value);
+    return value;
+}
+
+int integer_at(const std::string& bytes, std::size_t at) {
+    int value = 0;
+    std::memcpy(&value, bytes.data() + at, sizeof value);
+    return value;
+}
+
+// Where the payloads of the four records begin.
+constexpr std::size_t record_1 = 4;
+constexpr std::size_t record_2 = record_1 + 16 * 8 + 8;
+constexpr std::size_t record_3 = record_2 + 14 * 4 + 8;
+constexpr std::size_t record_4 = record_3 + 1600 + 8;
+constexpr std::size_t file_size = record_4 + 4 * 8 + 4 * 4 + 4;
+
+TEST(FilterInputFile, FourRecordsInTheirOrder) {
+    const std::string bytes = filter_input_bytes(full_request(), kilohertz());
+    ASSERT_EQ(bytes.size(), file_size);
+    EXPECT_EQ(integer_at(bytes, 0), 128);
+    EXPECT_EQ(double_at(bytes, record_1), 1.25);                   // lower_passband
+    EXPECT_EQ(double_at(bytes, record_1 + 14 * 8), 15.25);         // center_frequency
+    EXPECT_EQ(double_at(bytes, record_1 + 15 * 8), 0.0);           // 4.25 dB is a loss
+    EXPECT_EQ(integer_at(bytes, record_2), 2);                     // filter_kind
+    EXPECT_EQ(integer_at(bytes, record_2 + 4), 4);                 // filter_type: band pass
+    EXPECT_EQ(integer_at(bytes, record_2 + 5 * 4), 4);             // stopband_type
+    EXPECT_EQ(integer_at(bytes, record_2 + 13 * 4), 15);           // zeros above the pass band
+    EXPECT_EQ(double_at(bytes, record_3 + 240 + 8), 3.0);          // imaginary part of the first transmission zero
+    EXPECT_EQ(double_at(bytes, record_3 + 240 + 400), 3.0);        // first fixed zero
+    EXPECT_EQ(double_at(bytes, record_3 + 240 + 400 + 160), 4.0);  // first movable zero
+    EXPECT_EQ(double_at(bytes, record_3 + 1600 - 400), -1.0);      // real parts of DOUBLETS
+    EXPECT_EQ(double_at(bytes, record_3 + 1600 - 200), 2.0);       // imaginary parts
+    EXPECT_EQ(double_at(bytes, record_4), 1000.0);
+    EXPECT_EQ(integer_at(bytes, record_4 + 32), 2);
+
+    FilterRequest reflecting = full_request();
+    reflecting.band_edge_loss = -20.0;
+    EXPECT_EQ(double_at(filter_input_bytes(reflecting, kilohertz()), record_1 + 15 * 8), -20.0);
+}
+
+TEST(FilterInputFile, ComesBackWithItsUnits) {
+    const FilterRequest written = full_request();
+    const std::string bytes = filter_input_bytes(written, kilohertz());
+    FilterRequest read;
+    UnitSet units;
+    ASSERT_TRUE(read_filter_input(bytes, read, units));
+    EXPECT_EQ(units, kilohertz());
+    EXPECT_EQ(read.filter_type, TypeChoice::band_pass);
+    EXPECT_EQ(filter_input_bytes(read, units), bytes);
+    EXPECT_EQ(read.TR_ZEROS, written.TR_ZEROS);
+    EXPECT_EQ(read.DOUBLETS, written.DOUBLETS) << "the zero at 0 at the end counts";
+    EXPECT_EQ(read.PLACER_REQS, written.PLACER_REQS);
+    EXPECT_EQ(read.FIXED_ZEROS, written.FIXED_ZEROS);
+    EXPECT_EQ(read.MOVABLE_ZEROS, written.MOVABLE_ZEROS);
+}
+
+TEST(FilterInputFile, ZerosInRadiansAreStoredInTheFrequencyUnit) {
+    FilterRequest written = full_request();
+    written.zero_unit = ZeroUnitChoice::radians;
+    written.TR_ZEROS = {.rows = 1, .cells = {0.0, 2000.0 * std::numbers::pi}};
+    FilterRequest read = written;
+    UnitSet units;
+    ASSERT_TRUE(read_filter_input(filter_input_bytes(written, kilohertz()), read, units));
+    EXPECT_EQ(read.zero_unit, ZeroUnitChoice::hertz);
+    EXPECT_DOUBLE_EQ(read.TR_ZEROS(1, 2), 1.0);
+}
+
+TEST(FilterInputFile, WhatDoesNotFitIsRefusedWhole) {
+    const std::string good = filter_input_bytes(full_request(), kilohertz());
+    const auto with_integer = [&](std::size_t at, int value) {
+        std::string bytes = good;
+        std::memcpy(bytes.data() + at, &value, sizeof value);
+        return bytes;
+    };
+    const auto with_double = [&](std::size_t at, double value) {
+        std::string bytes = good;
+        std::memcpy(bytes.data() + at, &value, sizeof value);
+        return bytes;
+    };
+    const std::string bad[] = {
+        "",
+        "no stored data",
+        good.substr(0, good.size() - 1),
+        good.substr(0, record_4 - 4),
+        good + good,
+        fir_input_bytes({}),
+        with_integer(0, 120),
+        with_integer(record_2, 5),            // filter_kind
+        with_integer(record_2 + 4, 0),        // filter_type
+        with_integer(record_2 + 4 * 4, 26),   // rows of DOUBLETS
+        with_integer(record_2 + 7 * 4, 51),   // zeros_at_zero
+        with_integer(record_2 + 13 * 4, 16),  // zeros above the pass band
+        with_double(record_1 + 8, std::numeric_limits<double>::quiet_NaN()),
+        with_double(record_3 + 240, std::numeric_limits<double>::infinity()),
+        with_double(record_4, 500.0),  // no unit of frequency
+        with_double(record_4 + 8, 0.0),
+    };
+    for (const std::string& bytes : bad) {
+        FilterRequest request;
+        UnitSet units;
+        EXPECT_FALSE(read_filter_input(bytes, request, units));
+        EXPECT_EQ(request.upper_passband, 0.0);
+        EXPECT_EQ(request.filter_kind, FilterKind::lc);
+        EXPECT_EQ(units, UnitSet{});
+    }
+}
+
+}  // namespace
+}  // namespace kavrel

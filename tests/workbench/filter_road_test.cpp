@@ -1,0 +1,271 @@
+// The road from the menu item to the transfer function.
+#include "workbench/filter_road.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "tests/support/fake_window.h"
+#include "tests/support/scratch_folder.h"
+#include "workbench/events.h"
+#include "workbench/filter_input_file.h"
+#include "workbench/fir_input_file.h"
+#include "workbench/start_up.h"
+#include "workbench/state_json.h"
+
+namespace kavrel {
+namespace {
+
+constexpr int new_item = 166;
+constexpr int recall_item = 167;
+
+struct FilterRoad : testing::Test {
+    ScratchFolder folder;
+    FakeWindow window;
+    Workbench bench{window};
+    FilterRequest& request = bench.filter_request;
+
+    FilterRoad() { main_program(bench, "", "x"); }
+
+    // Accepts the form as the request stands.
+    void design(int item = new_item) {
+        window.forms = {[](FormSheet&) { return true; }};
+        dispatch_event(bench, item);
+    }
+    void ask_for_elliptic_low_pass() {
+        request.passband_type = PassbandChoice::equal_ripple;
+        request.stopband_type = StopbandChoice::equal_min;
+        request.upper_passband = 1.0;
+        request.band_edge_loss = 0.1;
+        request.upper_stopband = 1.5;
+        request.upper_stop_loss = 40.0;
+    }
+    [[nodiscard]] nlohmann::json state() const { return nlohmann::json::parse(state_json(bench)); }
+};
+
+TEST_F(FilterRoad, ADesignLeavesItsPartsInTheState) {
+    bench.session.units.frequency_index = 2;
+    settle_units(bench.session.units);
+    EXPECT_FALSE(state().contains("spec"));
+    ask_for_elliptic_low_pass();
+    request.filter_type = TypeChoice::high_pass;
+    request.lower_passband = 1.5;
+    request.lower_stopband = 1.0;
+    request.lower_stop_loss = 40.0;
+    design();
+    EXPECT_TRUE(window.boxes.empty());
+    const auto now = state();
+    EXPECT_EQ(now["design"], "done");
+    EXPECT_EQ(now["title"], "<New Filter>");
+    EXPECT_EQ(now["segment"], "main");
+    EXPECT_EQ(now["spec"]["title"], "<New Filter> 2026-01-01");
+    EXPECT_EQ(now["spec"]["lowerPassEdge"], 1500.0);
+    EXPECT_EQ(now["spec"]["upperPassEdge"], 0.0);
+    EXPECT_EQ(now["spec"]["lowerStopEdge"], 1000.0);
+    EXPECT_EQ(now["spec"]["degree"], 5);
+    EXPECT_EQ(now["spec"]["zerosAtZero"], 1);
+    EXPECT_EQ(now["spec"]["zeroCount"], 2);
+    EXPECT_EQ(now["spec"]["FZI"].size(), 2U);
+    EXPECT_LT(now["spec"]["FZI"][0].get<double>(), 1000.0) << "zeros lie in the stopband";
+    EXPECT_EQ(now["transfer"]["degree"], 5);
+    EXPECT_EQ(now["transfer"]["poles"].size(), 5U);
+    EXPECT_EQ(now["transfer"]["zeros"].size(), 5U);
+    EXPECT_DOUBLE_EQ(now["transfer"]["norm_frequency"].get<double>(), 2.0 * std::acos(-1.0) * 1500.0);
+    for (const char* set : {"E", "F", "Q"}) EXPECT_EQ(now["x_plane"][set]["roots"].size(), 5U) << set;
+    // Degree 5: es + ed make the even parts of e of degree 2, os and od the odd ones.
+    EXPECT_EQ(now["immittance"].size(), 4U);
+    EXPECT_EQ(now["immittance"]["es"]["roots"].size(), 2U);
+    EXPECT_EQ(now["terminations"]["requested_ratio"], 1.0);
+    EXPECT_EQ(bench.session.design_kind, FilterKind::lc);
+    EXPECT_EQ(bench.session.design_class, std::string_view("filter"));
+}
+
+TEST_F(FilterRoad, WhatFailsLeavesTheFormerResults) {
+    ask_for_elliptic_low_pass();
+    design();
+    const auto before = state();
+    const auto same_results = [&](const nlohmann::json& now) {
+        for (const char* part : {"transfer", "x_plane", "immittance", "title"}) {
+            if (now[part] != before[part]) return false;
+        }
+        return true;
+    };
+    // Left with cancel.
+    window.forms = {[](FormSheet& sheet) { return !sheet.enter(4, "7").empty(); }};
+    dispatch_event(bench, new_item);
+    EXPECT_EQ(state(), before);
+
+    request.upper_stopband = 1.00001;
+    request.stopband_type = StopbandChoice::monotonic;
+    request.upper_stop_loss = 100.0;
+    design();
+    EXPECT_EQ(state()["design"], "discontinued");
+    EXPECT_EQ(state()["spec"]["upperStopEdge"], 1.00001) << "the new request";
+    EXPECT_EQ(state()["spec"]["designError"], 1);
+    EXPECT_TRUE(same_results(state()));
+    EXPECT_EQ(bench.discontinued_designs, 1);
+    EXPECT_NE(window.lines.back().find("Required degree"), std::string::npos);
+}
+
+TEST_F(FilterRoad, PlacedZerosAreNotBuiltYet) {
+    ask_for_elliptic_low_pass();
+    design();
+    const auto before = state();
+    request.stopband_type = StopbandChoice::placer;
+    request.PLACER_REQS = {.rows = 1, .cells = {2.0, 60.0}};
+    design();
+    EXPECT_EQ(window.boxes, std::vector<std::string>{"Default: Command not implemented"});
+    auto now = state();
+    now["boxes"] = before["boxes"];
+    EXPECT_EQ(now, before);
+}
+
+TEST_F(FilterRoad, RefusedFormsComeBackWithWhatWasEntered) {
+    ask_for_elliptic_low_pass();
+    request.upper_stopband = 1.0;
+    int visits = 0;
+    window.forms = {
+        [&](FormSheet&) { return ++visits > 0; },
+        [&](FormSheet& sheet) {
+            EXPECT_EQ(sheet.refusals(), 1);
+            EXPECT_EQ(request.upper_stop_loss, 40.0);
+            return sheet.enter(static_cast<std::size_t>(find_field(sheet, "upper_stopband")), "1.5").empty();
+        }};
+    dispatch_event(bench, new_item);
+    EXPECT_EQ(window.boxes, std::vector<std::string>{"Error: Stopband not specified or incorrect"});
+    EXPECT_EQ(bench.design, DesignOutcome::done);
+}
+
+TEST_F(FilterRoad, SavedInputIsRecalledWithItsUnits) {
+    bench.session.units.frequency_index = 2;
+    settle_units(bench.session.units);
+    ask_for_elliptic_low_pass();
+    request.save_design = true;
+    window.files = {"lowpass"};
+    design();
+    EXPECT_EQ(read_text("lowpass.qfi"), filter_input_bytes(request, bench.session.units));
+    request.upper_stop_loss = 50.0;
+    design();
+    EXPECT_EQ(read_text("lowpass.qfi"), filter_input_bytes(request, bench.session.units))
+        << "no name is asked for again";
+
+    bench.session.units = {};
+    request = {};
+    window.files = {"lowpass.qfi"};
+    design(recall_item);
+    EXPECT_EQ(request.upper_stop_loss, 50.0);
+    EXPECT_EQ(bench.session.units.frequency_multiplier, 1000.0);
+    EXPECT_EQ(state()["spec"]["upperPassEdge"], 1000.0) << "with this very design";
+}
+
+TEST_F(FilterRoad, FilesThatDoNotFitAreRefused) {
+    write_text("fir.qfi", fir_input_bytes({}));
+    write_text("short.qfi", filter_input_bytes({}, {}).substr(0, 500));
+    const struct {
+        const char* name;
+        const char* box;
+    } rows[] = {{"fir.qfi", "Error: File contains incorrect data"},
+                {"short.qfi", "Error: File contains incorrect data"},
+                {"none.qfi", "Error: File was not found"}};
+    for (const auto& row : rows) {
+        window.files = {row.name};
+        window.boxes.clear();
+        design(recall_item);
+        EXPECT_EQ(window.boxes, std::vector<std::string>{row.box});
+        EXPECT_EQ(window.forms.size(), 1U) << "the form does not open";
+    }
+    ask_for_elliptic_low_pass();
+    request.save_design = true;
+    request.FIXED_ZEROS.rows = 11;
+    window.boxes.clear();
+    design();
+    EXPECT_EQ(window.boxes, std::vector<std::string>{"Error: A file has room for 10 fixed zeros"});
+    request.FIXED_ZEROS.rows = 10;
+    window.files = {"no/such/folder.qfi"};
+    window.boxes.clear();
+    design();
+    EXPECT_EQ(window.boxes, std::vector<std::string>{"Error: File could not be written"});
+    EXPECT_EQ(bench.design, DesignOutcome::none);
+}
+
+TEST_F(FilterRoad, KindsSettleWhatTheyCannotChoose) {
+    ask_for_elliptic_low_pass();
+    request.filter_kind = FilterKind::active_rc;
+    request.zs_parameter = 1;
+    design();
+    EXPECT_EQ(request.zs_parameter, -1);
+    EXPECT_EQ(state()["spec"]["implementation"], "A");
+    EXPECT_EQ(state()["spec"]["sourceResistance"], 1.0);
+    EXPECT_EQ(state()["spec"]["loadResistance"], 0.0);
+
+    UnitSet& units = bench.session.units;
+    units.frequency_index = 4;
+    units.inductor_index = units.capacitor_index = 4;
+    settle_units(units);
+    ASSERT_EQ(units.fixed_units, 3);
+    request.filter_kind = FilterKind::microwave;
+    request.fq_or_fs = 4.0;
+    design();
+    EXPECT_EQ(units.fixed_units, 0);
+    EXPECT_EQ(units.frequency_index, 4);
+    EXPECT_EQ(bench.session.inductor_scale, 1.0);
+    EXPECT_EQ(state()["spec"]["sampleFrequency"], 8e9) << "twice the quarter-wave frequency";
+}
+
+TEST(SpecOfRequest, LossesByReflectionAndReturnLoss) {
+    FilterRequest r;
+    // 100 (1 - 10^(-loss/10)) percent of the power comes back.
+    const struct {
+        double typed, loss, reflection;
+    } rows[] = {
+        {0.1, 0.1, 0.0}, {9.5, 9.5, 0.0}, {20.0, 0.04364805402450095, 20.0}, {-10.0, 0.04364805402450095, -10.0}};
+    for (const auto& row : rows) {
+        r.band_edge_loss = row.typed;
+        const FilterSpec spec = spec_of(r, {});
+        EXPECT_NEAR(spec.bandEdgeLoss, row.loss, 1e-15 + 1e-15 * row.loss) << row.typed;
+        EXPECT_EQ(spec.reflectionInput, row.reflection);
+    }
+}
+
+// Value of the product of factors at a real point.
+double product_at(const Table<double, factor_limit>& factors, int degree, double s) {
+    double product = 1.0;
+    for (int i = 2; i <= degree; i += 2) product *= (s + factors(i - 1)) * s + factors(i);
+    return degree % 2 == 1 ? product * (s + factors(degree)) : product;
+}
+
+TEST(SpecOfRequest, RootsOfAFunctionBecomeItsFactors) {
+    FilterRequest r;
+    r.passband_type = PassbandChoice::functional;
+    r.stopband_type = StopbandChoice::specified;
+    r.upper_passband = 2.0;
+    r.multiplier = 3.0;
+    r.DOUBLETS = {.rows = 4, .cells = {-1.0, 0.0, -3.0, 4.0, -5.0, 0.0, -2.0, 0.0}};
+    r.TR_ZEROS = {.rows = 1, .cells = {0.0, 6.0}};
+    UnitSet kilohertz;
+    kilohertz.frequency_index = 2;
+    settle_units(kilohertz);
+    const auto expected = [](double s) { return (s + 0.5) * (s * s + 3.0 * s + 6.25) * (s + 2.5) * (s + 1.0); };
+    for (const int function : {FunctionChoice::e, FunctionChoice::f}) {
+        r.function_type = function;
+        const FilterSpec spec = spec_of(r, kilohertz);
+        const bool of_e = function == FunctionChoice::e;
+        ASSERT_EQ(of_e ? spec.denominatorDegree : spec.numeratorDegree, 5);
+        ASSERT_EQ(of_e ? spec.numeratorDegree : spec.denominatorDegree, 0);
+        for (const double s : {0.0, 0.7, -2.0}) {
+            EXPECT_DOUBLE_EQ(product_at(of_e ? spec.denominatorFactors : spec.numeratorFactors, 5, s), expected(s));
+        }
+        EXPECT_EQ(spec.zeroCount, 1);
+        EXPECT_EQ(spec.FZI(1), 6000.0);
+    }
+    // The same in rad/sec, which have no prefix.
+    r.zero_unit = ZeroUnitChoice::radians;
+    for (int row = 1; row <= 4; ++row) {
+        for (int column = 1; column <= 2; ++column) r.DOUBLETS(row, column) *= 2000.0 * std::acos(-1.0);
+    }
+    EXPECT_DOUBLE_EQ(product_at(spec_of(r, kilohertz).numeratorFactors, 5, 0.7), expected(0.7));
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,495 @@
+#include "workbench/filter_form.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kavrel {
+
+namespace {
+
+// The choices that hold, by name. A group that is off and a stopband that cannot be had with a functional pass band
+// give way.
+struct Chosen {
+    bool lc, microwave, active_rc, digital;
+    bool low, high, band;
+    bool flat, ripple, functional, sloping;
+    bool of_e;
+    bool monotonic, equal_min, placer, specified;
+    bool conventional, parametric, matching;
+
+    explicit Chosen(const FilterRequest& r)
+        : lc(r.filter_kind == FilterKind::lc),
+          microwave(r.filter_kind == FilterKind::microwave),
+          active_rc(r.filter_kind == FilterKind::active_rc),
+          digital(r.filter_kind == FilterKind::iir_digital),
+          low(r.filter_type == TypeChoice::low_pass),
+          high(r.filter_type == TypeChoice::high_pass),
+          band(r.filter_type == TypeChoice::band_pass),
+          flat(r.passband_type == PassbandChoice::max_flat),
+          ripple(r.passband_type == PassbandChoice::equal_ripple),
+          functional(r.passband_type == PassbandChoice::functional),
+          sloping(r.passband_type == PassbandChoice::sloping),
+          of_e(functional && r.function_type == FunctionChoice::e) {
+        const bool any_stopband = flat || ripple;
+        monotonic = any_stopband && r.stopband_type == StopbandChoice::monotonic;
+        equal_min = (any_stopband || (functional && !band)) && r.stopband_type == StopbandChoice::equal_min;
+        placer = any_stopband && r.stopband_type == StopbandChoice::placer;
+        specified = !monotonic && !equal_min && !placer;
+        matching = band && any_stopband && r.bandpass_form == BandpassChoice::matching;
+        parametric = band && !sloping && r.bandpass_form == BandpassChoice::parametric;
+        conventional = !parametric && !matching;
+    }
+};
+
+// Rules, a routine each.
+
+void quarter_wave_or_sampling(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    states.off("fq_or_fs", !is.microwave && !is.digital);
+    if (is.microwave) states.label("fq_or_fs", "Quarter-wave frequency");
+    if (is.digital) states.label("fq_or_fs", "Sampling frequency");
+}
+
+void passband_edges(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    states.off("lower_passband", is.low);
+    states.off("upper_passband", is.high);
+}
+
+void shifted_bandpass(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    states.off({"shifted_bandpass_trans", "center_frequency", "odd_parametric"},
+               is.high || is.band || is.microwave || is.digital);
+}
+
+void sloping_choice(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    states.choice_off("passband_type", PassbandChoice::sloping, !is.band);
+}
+
+void functional_passband_fields(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    if (!is.functional) return;
+    states.off({"band_edge_loss", "loss_slope", "flat_loss"});
+    states.off("multiplier", is.of_e);
+    states.choice_off("stopband_type", StopbandChoice::monotonic);
+    states.choice_off("stopband_type", StopbandChoice::placer);
+    states.choice_off("stopband_type", StopbandChoice::equal_min, is.band);
+    states.off({"lower_stop_loss", "upper_stop_loss"});
+    states.off("lower_stopband", !is.high || is.specified);
+    states.off("upper_stopband", !is.low || is.specified);
+    states.off("zeros_at_zero", is.low);
+    states.off("zeros_at_infinity", is.high);
+    states.off("stopband_type", is.band);
+}
+
+void sloping_passband_fields(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    if (!is.sloping) return;
+    states.off({"function_type", "multiplier", "stopband_type", "lower_stopband", "lower_stop_loss", "upper_stopband",
+                "upper_stop_loss"});
+}
+
+void flat_or_ripple_passband_fields(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    if (!is.flat && !is.ripple) return;
+    states.off({"loss_slope", "flat_loss", "function_type", "multiplier"});
+    const bool estimated = is.monotonic || is.equal_min;
+    states.off({"zeros_at_zero", "zeros_at_infinity"}, estimated);
+    states.off({"lower_stopband", "lower_stop_loss"}, !estimated || is.low);
+    states.off({"upper_stopband", "upper_stop_loss"}, !estimated || is.high);
+}
+
+void detail_button(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    states.off("detail_parameters", is.sloping || !(is.functional || is.placer || is.specified));
+}
+
+void zeros_that_cannot_be(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    if (!is.placer && !is.specified) return;
+    states.off("zeros_at_zero", is.low || is.matching);
+    states.off("zeros_at_infinity", is.high);
+}
+
+void unit_element_count(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    states.off("unit_elements", !is.microwave);
+}
+
+void bandpass_forms(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    states.off("bandpass_form", !is.band || is.sloping);
+    states.choice_off("bandpass_form", BandpassChoice::matching, is.functional);
+}
+
+void terminations(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    states.off({"r1", "r2"}, is.active_rc || is.digital);
+}
+
+void symmetry(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    states.off("zs_parameter", is.band || !(is.equal_min || is.ripple));
+}
+
+void lossy_elements(const FilterRequest& r, const Chosen& is, FieldStates& states) {
+    const bool lossy = is.lc || is.microwave;
+    states.off("q_predistortion", !lossy);
+    states.off("predistortion", !lossy || r.q_predistortion == 0.0 || !is.placer);
+}
+
+void zeros_at_infinity_label(const FilterRequest&, const Chosen& is, FieldStates& states) {
+    if (is.microwave || is.digital) states.label("zeros_at_infinity", "# of zeros at FQ or FS/2");
+}
+
+void filter_rules(const FilterRequest& r, FieldStates& states) {
+    constexpr void (*rules[])(const FilterRequest&, const Chosen&, FieldStates&) = {quarter_wave_or_sampling,
+                                                                                    passband_edges,
+                                                                                    shifted_bandpass,
+                                                                                    sloping_choice,
+                                                                                    functional_passband_fields,
+                                                                                    sloping_passband_fields,
+                                                                                    flat_or_ripple_passband_fields,
+                                                                                    detail_button,
+                                                                                    zeros_that_cannot_be,
+                                                                                    unit_element_count,
+                                                                                    bandpass_forms,
+                                                                                    terminations,
+                                                                                    symmetry,
+                                                                                    lossy_elements,
+                                                                                    zeros_at_infinity_label};
+    const Chosen chosen(r);
+    for (const auto rule : rules) rule(r, chosen, states);
+}
+
+// The validator: its tests in their order, on the request in force. Each answers what is wrong, or blank.
+
+constexpr std::string_view bad_stopband = "Stopband not specified or incorrect";
+constexpr std::string_view bad_passband = "Passband not specified or incorrect";
+
+// Whether a band reaches beyond what the medium can serve. A pass band may not even touch it: its tangent is infinite
+// there. Edges whose fields are off are 0.
+bool an_edge_is_above(const FilterRequest& r, double limit) {
+    const auto above = [&](double edge) { return edge != 0.0 && edge + r.center_frequency > limit; };
+    const auto at = [&](double edge) { return edge != 0.0 && edge + r.center_frequency == limit; };
+    return above(r.lower_stopband) || above(r.upper_stopband) || above(r.lower_passband) || above(r.upper_passband) ||
+           at(r.lower_passband) || at(r.upper_passband);
+}
+
+std::string_view sampling_test(const FilterRequest& r, const Chosen& is) {
+    return is.digital && an_edge_is_above(r, std::abs(r.fq_or_fs) / 2.0) ? "Sampling frequency too low" : "";
+}
+
+std::string_view quarter_wave_test(const FilterRequest& r, const Chosen& is) {
+    return is.microwave && an_edge_is_above(r, r.fq_or_fs) ? "Quarter-wave frequency too low" : "";
+}
+
+std::string_view center_test(const FilterRequest& r, const Chosen&) {
+    const bool low =
+        r.center_frequency > 0.0 && std::max(r.upper_passband, r.upper_stopband) > r.center_frequency / 2.0;
+    return low ? "Center frequency too low" : "";
+}
+
+std::string_view matching_test(const FilterRequest& r, const Chosen& is) {
+    if (!is.matching) return {};
+    if (!(r.lower_passband > 0.0) && !(r.upper_passband > 0.0)) return "Passband is not specified";
+    return r.r1 == r.r2 || r.r1 * r.r2 == 0.0 ? "Terminations may not be equal or zero" : "";
+}
+
+std::string_view placer_test(const FilterRequest& r, const Chosen& is) {
+    if (!is.placer) return {};
+    int below = 0;
+    int above = 0;
+    for (int row = 1; row <= r.PLACER_REQS.rows && r.PLACER_REQS(row, 1) != 0.0; ++row) {
+        ++(r.PLACER_REQS(row, 1) <= r.lower_passband ? below : above);
+    }
+    if (is.low) return above > 0 ? "" : "No upper band breakpoint";
+    if (is.high) return below > 0 ? "" : "No lower band breakpoint";
+    return below > 0 && above > 0 ? "" : "Breakpoints are missing";
+}
+
+// A matching network's degree follows from the terminations where no stopband is given, and one edge is enough for it.
+std::string_view matching_stopband_test(const FilterRequest& r) {
+    const auto pair_fits = [](double edge, double loss) {
+        return (edge == 0.0 && loss == 0.0) || (edge > 0.0 && loss > 0.0);
+    };
+    const bool good = pair_fits(r.lower_stopband, r.lower_stop_loss) &&
+                      pair_fits(r.upper_stopband, r.upper_stop_loss) &&
+                      (r.upper_stopband == 0.0 || r.upper_stopband > std::max(r.lower_passband, r.upper_passband)) &&
+                      (r.lower_stopband == 0.0 || r.lower_stopband < r.lower_passband);
+    return good ? "" : bad_stopband;
+}
+
+std::string_view estimated_stopband_test(const FilterRequest& r, const Chosen& is) {
+    if (!is.monotonic && !is.equal_min) return {};
+    if (is.matching) return matching_stopband_test(r);
+    // The stopband of a function follows from its zeros: it needs no loss.
+    const auto is_stopband = [&](bool outside, double loss) { return is.functional || (outside && loss > 0.0); };
+    bool stopband = true;
+    bool passband = true;
+    if (is.low || is.band) {
+        stopband = stopband && is_stopband(r.upper_stopband > r.upper_passband, r.upper_stop_loss);
+        passband = passband && r.upper_passband > 0.0;
+    }
+    if (is.high || is.band) {
+        const bool given = r.lower_stopband > 0.0;
+        stopband = stopband && is_stopband(given && r.lower_stopband < r.lower_passband, r.lower_stop_loss);
+        passband = passband && r.lower_passband > 0.0;
+    }
+    if (!stopband) return bad_stopband;
+    return passband ? "" : bad_passband;
+}
+
+std::string_view loss_test(const FilterRequest& r, const Chosen& is) {
+    if (r.band_edge_loss == 0.0 && !is.functional) return "Passband loss is zero";
+    if (is.sloping && r.loss_slope == 0.0) return "Loss slope is zero";
+    return r.band_edge_loss <= -100.0 ? "Reflection coefficient of 100 percent or more" : "";
+}
+
+std::string_view parametric_test(const FilterRequest& r, const Chosen& is) {
+    const bool odd = (r.zeros_at_zero % 2 != 0) || (r.zeros_at_infinity % 2 != 0) || (r.unit_elements % 2 != 0);
+    return is.parametric && !odd ? "Incorrect parametric specification" : "";
+}
+
+// Choices made before another choice turned them off.
+std::string_view choice_test(const FilterRequest& r, const Chosen& is) {
+    if (is.sloping && !is.band) return "A sloping pass band needs a band pass";
+    if (is.functional && is.band && r.bandpass_form == BandpassChoice::matching) return "Matching cannot be functional";
+    return {};
+}
+
+std::string_view filter_message(const FilterRequest& request) {
+    constexpr std::string_view (*tests[])(const FilterRequest&, const Chosen&) = {
+        sampling_test, quarter_wave_test,       center_test, matching_test,
+        placer_test,   estimated_stopband_test, loss_test,   parametric_test};
+    const Chosen chosen(request);
+    const FilterRequest r = in_force(request);
+    for (const auto test : tests) {
+        if (const auto wrong = test(r, chosen); !wrong.empty()) return wrong;
+    }
+    return choice_test(request, chosen);
+}
+
+// Fields.
+
+constexpr Choice kinds[] = {{"LC", FilterKind::lc},
+                            {"Microwave", FilterKind::microwave},
+                            {"Active RC", FilterKind::active_rc},
+                            {"IIR Digital", FilterKind::iir_digital}};
+constexpr Choice types[] = {
+    {"Low pass", TypeChoice::low_pass}, {"High pass", TypeChoice::high_pass}, {"Band pass", TypeChoice::band_pass}};
+constexpr Choice passbands[] = {{"Max. flat", PassbandChoice::max_flat},
+                                {"Equal ripple", PassbandChoice::equal_ripple},
+                                {"Functional", PassbandChoice::functional},
+                                {"Sloping", PassbandChoice::sloping}};
+constexpr Choice functions[] = {{"E", FunctionChoice::e}, {"F", FunctionChoice::f}};
+constexpr Choice stopbands[] = {{"Monotonic", StopbandChoice::monotonic},
+                                {"Equal min", StopbandChoice::equal_min},
+                                {"Placer", StopbandChoice::placer},
+                                {"Specified", StopbandChoice::specified}};
+constexpr Choice bandpasses[] = {{"Conventional", BandpassChoice::conventional},
+                                 {"Parametric", BandpassChoice::parametric},
+                                 {"Matching", BandpassChoice::matching}};
+constexpr Choice predistortions[] = {{"Passband only", PredistortionMode::passband_only},
+                                     {"Pass/stop bands", PredistortionMode::pass_and_stop_bands}};
+constexpr Choice zero_units[] = {{"in  Hz", ZeroUnitChoice::hertz}, {"rad/sec", ZeroUnitChoice::radians}};
+
+constexpr Column root_columns[] = {{"Real Part"}, {"Imaginary Part"}};
+constexpr Column requirement_columns[] = {{"Frequency", Unit::frequency}, {"Loss (dB)"}};
+constexpr Column placed_columns[] = {{"Frequency", Unit::frequency}, {"Multiplicity"}};
+
+constexpr Field zero_unit_field{.name = "frequency_unit",
+                                .label = "Frequency unit",
+                                .kind = FieldKind::radio,
+                                .choices = zero_units,
+                                .cell = cell_of<&FilterRequest::zero_unit>};
+constexpr Field transmission_zeros_field{.name = "TR_ZEROS",
+                                         .label = "Transmission zeros",
+                                         .kind = FieldKind::list,
+                                         .columns = root_columns,
+                                         .list = list_of<&FilterRequest::TR_ZEROS, finite_zero_limit, 2>};
+constexpr Field function_zeros_field{.name = "DOUBLETS",
+                                     .label = "Function zeros",
+                                     .kind = FieldKind::list,
+                                     .columns = root_columns,
+                                     .list = list_of<&FilterRequest::DOUBLETS, finite_zero_limit, 2>};
+
+constexpr Field specified_zeros_fields[] = {zero_unit_field, transmission_zeros_field};
+constexpr Field function_zeros_fields[] = {zero_unit_field, function_zeros_field};
+constexpr Field doublets_fields[] = {zero_unit_field, function_zeros_field, transmission_zeros_field};
+
+constexpr Field placer_fields[] = {
+    {.name = "PLACER_REQS",
+     .label = "Requirements",
+     .kind = FieldKind::list,
+     .columns = requirement_columns,
+     .list = list_of<&FilterRequest::PLACER_REQS, requirement_limit, 2>},
+    {.name = "FIXED_ZEROS",
+     .label = "Fixed zeros",
+     .kind = FieldKind::list,
+     .columns = placed_columns,
+     .list = list_of<&FilterRequest::FIXED_ZEROS, finite_zero_limit, 2>},
+    {.name = "MOVABLE_ZEROS",
+     .label = "Movable zeros",
+     .kind = FieldKind::list,
+     .columns = placed_columns,
+     .list = list_of<&FilterRequest::MOVABLE_ZEROS, finite_zero_limit, 2>},
+    {.name = "or_no_of_zeros_below_passband",
+     .label = "or no. of zeros below passband",
+     .kind = FieldKind::integer,
+     .low = 0,
+     .high = 15,
+     .cell = cell_of<&FilterRequest::lower_movable>},
+    {.name = "and_or_no_of_zeros_above_passband",
+     .label = "and/or no. of zeros above passband",
+     .kind = FieldKind::integer,
+     .low = 0,
+     .high = 15,
+     .cell = cell_of<&FilterRequest::upper_movable>},
+};
+
+const Form* opens_details(const void* record) {
+    const Chosen is(*static_cast<const FilterRequest*>(record));
+    if (is.placer) return &PLACER_DLG;
+    if (!is.functional) return &SPECIFIED_ZEROS_DLG;
+    return is.equal_min ? &FUNCTION_ZEROS_DLG : &DOUBLETS_DLG;
+}
+
+constexpr int zero_limit = 50;
+
+constexpr Field filter_fields[] = {
+    {.name = "filter_kind",
+     .label = "Filter kind",
+     .kind = FieldKind::radio,
+     .choices = kinds,
+     .cell = cell_of<&FilterRequest::filter_kind>},
+    {.name = "fq_or_fs",
+     .label = "Quarter-wave/Sampling freq",
+     .unit = Unit::frequency,
+     .cell = cell_of<&FilterRequest::fq_or_fs>},
+    {.name = "filter_type",
+     .label = "Filter type",
+     .kind = FieldKind::radio,
+     .choices = types,
+     .cell = cell_of<&FilterRequest::filter_type>},
+    {.name = "lower_passband",
+     .label = "Lower passband freq",
+     .unit = Unit::frequency,
+     .cell = cell_of<&FilterRequest::lower_passband>},
+    {.name = "upper_passband",
+     .label = "Upper passband freq",
+     .unit = Unit::frequency,
+     .cell = cell_of<&FilterRequest::upper_passband>},
+    {.name = "passband_type",
+     .label = "Passband type",
+     .kind = FieldKind::radio,
+     .choices = passbands,
+     .cell = cell_of<&FilterRequest::passband_type>},
+    {.name = "band_edge_loss",
+     .label = "Band-edge loss/return loss (dB)",
+     .cell = cell_of<&FilterRequest::band_edge_loss>},
+    {.name = "loss_slope", .label = "Loss Slope (dB/oct)", .cell = cell_of<&FilterRequest::loss_slope>},
+    {.name = "flat_loss", .label = "Flat loss (dB)", .cell = cell_of<&FilterRequest::flat_loss>},
+    {.name = "function_type",
+     .label = "Function Type",
+     .kind = FieldKind::radio,
+     .choices = functions,
+     .cell = cell_of<&FilterRequest::function_type>},
+    {.name = "multiplier", .label = "Multiplier", .cell = cell_of<&FilterRequest::multiplier>},
+    {.name = "stopband_type",
+     .label = "Stopband",
+     .kind = FieldKind::radio,
+     .choices = stopbands,
+     .cell = cell_of<&FilterRequest::stopband_type>},
+    {.name = "lower_stopband",
+     .label = "Lower stopband freq",
+     .unit = Unit::frequency,
+     .cell = cell_of<&FilterRequest::lower_stopband>},
+    {.name = "lower_stop_loss", .label = "Loss (dB)", .cell = cell_of<&FilterRequest::lower_stop_loss>},
+    {.name = "upper_stopband",
+     .label = "Upper stopband freq",
+     .unit = Unit::frequency,
+     .cell = cell_of<&FilterRequest::upper_stopband>},
+    {.name = "upper_stop_loss", .label = "Loss (dB)", .cell = cell_of<&FilterRequest::upper_stop_loss>},
+    {.name = "detail_parameters", .label = "Detail Parameters", .kind = FieldKind::button, .opens = opens_details},
+    {.name = "zeros_at_zero",
+     .label = "# of zeros at zero",
+     .kind = FieldKind::integer,
+     .low = 0,
+     .high = zero_limit,
+     .cell = cell_of<&FilterRequest::zeros_at_zero>},
+    {.name = "zeros_at_infinity",
+     .label = "# of zeros at infinity",
+     .kind = FieldKind::integer,
+     .low = 0,
+     .high = zero_limit,
+     .cell = cell_of<&FilterRequest::zeros_at_infinity>},
+    {.name = "unit_elements",
+     .label = "# of unit elements",
+     .kind = FieldKind::integer,
+     .low = -1,
+     .high = zero_limit,
+     .cell = cell_of<&FilterRequest::unit_elements>},
+    {.name = "bandpass_form",
+     .label = "Parametric",
+     .kind = FieldKind::radio,
+     .choices = bandpasses,
+     .cell = cell_of<&FilterRequest::bandpass_form>},
+    {.name = "r1", .label = "R1", .cell = cell_of<&FilterRequest::r1>},
+    {.name = "r2", .label = "R2", .cell = cell_of<&FilterRequest::r2>},
+    {.name = "zs_parameter",
+     .label = "ZS parameter",
+     .kind = FieldKind::integer,
+     .low = -1,
+     .high = 1,
+     .cell = cell_of<&FilterRequest::zs_parameter>},
+    {.name = "q_predistortion", .label = "Q for predistortion", .cell = cell_of<&FilterRequest::q_predistortion>},
+    {.name = "predistortion",
+     .label = "Predistortion",
+     .kind = FieldKind::radio,
+     .choices = predistortions,
+     .cell = cell_of<&FilterRequest::predistortion>},
+    {.name = "shifted_bandpass_trans", .label = "Shifted bandpass trans.", .kind = FieldKind::heading},
+    {.name = "center_frequency",
+     .label = "Center frequency",
+     .unit = Unit::frequency,
+     .cell = cell_of<&FilterRequest::center_frequency>},
+    {.name = "odd_parametric",
+     .label = "Odd parametric",
+     .kind = FieldKind::flag,
+     .cell = cell_of<&FilterRequest::odd_parametric>},
+    {.name = "save_design",
+     .label = "Save design data",
+     .kind = FieldKind::flag,
+     .cell = cell_of<&FilterRequest::save_design>},
+};
+
+// What stands in a field that is off.
+void clear(const Field& field, FilterRequest& r) {
+    switch (field.kind) {
+        case FieldKind::real: *static_cast<double*>(field.cell(&r)) = 0.0; break;
+        case FieldKind::integer: *static_cast<int*>(field.cell(&r)) = 0; break;
+        case FieldKind::flag: *static_cast<bool*>(field.cell(&r)) = false; break;
+        default: break;
+    }
+}
+
+}  // namespace
+
+FilterRequest in_force(const FilterRequest& request) {
+    FilterRequest r = request;
+    const Chosen is(request);
+    r.stopband_type = is.monotonic   ? StopbandChoice::monotonic
+                      : is.equal_min ? StopbandChoice::equal_min
+                      : is.placer    ? StopbandChoice::placer
+                                     : StopbandChoice::specified;
+    r.bandpass_form = is.parametric ? BandpassChoice::parametric
+                      : is.matching ? BandpassChoice::matching
+                                    : BandpassChoice::conventional;
+    FieldStates states(filter_fields);
+    filter_rules(request, states);
+    for (std::size_t i = 0; i < std::size(filter_fields); ++i) {
+        if (!states.is_on(i)) clear(filter_fields[i], r);
+    }
+    if (r.q_predistortion == 0.0 || !is.placer) r.predistortion = PredistortionMode::passband_only;
+    return r;
+}
+
+constexpr Form DESIGN_FILTER_DLG =
+    form_of<FilterRequest, filter_rules, filter_message>("DESIGN_FILTER_DLG", "Filter design", filter_fields);
+constexpr Form SPECIFIED_ZEROS_DLG =
+    form_of<FilterRequest>("DOUBLETS_DLG", "Filter Parameters", specified_zeros_fields, true);
+constexpr Form FUNCTION_ZEROS_DLG =
+    form_of<FilterRequest>("DOUBLETS_DLG", "Filter Parameters", function_zeros_fields, true);
+constexpr Form DOUBLETS_DLG = form_of<FilterRequest>("DOUBLETS_DLG", "Filter Parameters", doublets_fields, true);
+constexpr Form PLACER_DLG = form_of<FilterRequest>("PLACER_DLG", "Filter Parameters", placer_fields, true);
+
+}  // namespace kavrel

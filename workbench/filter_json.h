@@ -1,0 +1,17 @@
+// The parts of the state file that a filter design leaves: spec, transfer, x_plane, immittance, terminations.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "approximation/filter_driver.h"
+
+namespace kavrel {
+
+// Each empty where there is nothing to tell.
+[[nodiscard]] nlohmann::ordered_json spec_part(const FilterSpec& spec);
+[[nodiscard]] nlohmann::ordered_json transfer_part(const TransferFunction& transfer);
+[[nodiscard]] nlohmann::ordered_json x_plane_part(const XPlane& x_plane);
+[[nodiscard]] nlohmann::ordered_json immittance_part(const XPlane& x_plane);
+[[nodiscard]] nlohmann::ordered_json terminations_part(const FilterSpec& spec, const XPlane& x_plane);
+
+}  // namespace kavrel

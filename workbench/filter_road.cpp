@@ -1,0 +1,189 @@
+#include "workbench/filter_road.h"
+
+#include <cmath>
+#include <numbers>
+
+#include <fmt/format.h>
+
+#include "workbench/filter_form.h"
+#include "workbench/filter_input_file.h"
+#include "workbench/rooms.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr std::string_view new_title = "<New Filter>";
+
+void take_stopband(const FilterRequest& r, double hz, FilterSpec& spec);
+void take_losses(const FilterRequest& r, FilterSpec& spec);
+void take_transmission_zeros(const FilterRequest& r, double scale, FilterSpec& spec);
+void take_function(const FilterRequest& r, double scale, FilterSpec& spec);
+
+// Units that a file brings along hold at once, not with the next event.
+void take_units(const UnitSet& units, Session& session) {
+    session.units = units;
+    session.frequency_scale = units.frequency_multiplier;
+    session.inductor_scale = units.inductor_multiplier;
+    session.capacitor_scale = units.capacitor_multiplier;
+    session.time_scale = units.time_multiplier;
+}
+
+bool recall(Workbench& bench) {
+    UnitSet units;
+    const auto take = [&](std::string_view bytes) { return read_filter_input(bytes, bench.filter_request, units); };
+    if (!recall_design_input(bench, take)) return false;
+    take_units(units, bench.session);
+    return true;
+}
+
+bool save(Workbench& bench) {
+    if (bench.filter_request.FIXED_ZEROS.rows > stored_fixed_zeros) {
+        bench.reporter.message(fmt::format("A file has room for {} fixed zeros", stored_fixed_zeros), "Error");
+        return false;
+    }
+    const auto is_own = [](std::string_view bytes) {
+        FilterRequest request;
+        UnitSet units;
+        return read_filter_input(bytes, request, units);
+    };
+    return save_design_input(bench, filter_input_bytes(bench.filter_request, bench.session.units), is_own);
+}
+
+// What OK settles beside the fields themselves.
+void settle(FilterRequest& request, Session& session) {
+    session.design_class = "filter";
+    session.design_kind = request.filter_kind;
+    if (request.filter_kind > FilterKind::microwave) request.zs_parameter = -1;
+    if (request.filter_kind == FilterKind::microwave) {
+        // Lines have no inductor and capacitor units.
+        UnitSet units = session.units;
+        units.inductor_index = units.capacitor_index = units.time_index = 1;
+        settle_units(units);
+        take_units(units, session);
+    }
+}
+
+void design(Workbench& bench) {
+    const FilterRequest request = in_force(bench.filter_request);
+    if (request.stopband_type == StopbandChoice::placer) {
+        not_implemented(bench);
+        return;
+    }
+    FilterSpec spec = spec_of(request, bench.session.units);
+    spec.title.assign(fmt::format("{} {}", new_title, bench.window.date_and_time()));
+    const auto verdict = designFilter(request.filter_kind, spec, bench.filter, bench.session.units, bench.reporter);
+    bench.filter_spec = spec;
+    if (verdict == FilterDesignVerdict::discontinued) {
+        bench.design = DesignOutcome::discontinued;
+        ++bench.discontinued_designs;
+        return;
+    }
+    bench.design = DesignOutcome::done;
+    bench.session.TITLE = new_title;
+}
+
+// The stopband of a high-pass lies below its pass band.
+void take_stopband(const FilterRequest& r, double hz, FilterSpec& spec) {
+    const bool functional = r.passband_type == PassbandChoice::functional;
+    spec.stopbandType = r.stopband_type == StopbandChoice::monotonic   ? monotonic_stopband
+                        : r.stopband_type == StopbandChoice::equal_min ? equal_minima
+                        : functional                                   ? functional_stopband
+                                                                       : specified_zeros;
+    spec.lowerStopEdge = r.lower_stopband * hz;
+    spec.upperStopEdge = r.upper_stopband * hz;
+    spec.stopbandLoss = r.passband_type == PassbandChoice::sloping ? r.loss_slope
+                        : spec.filterType == low_pass              ? r.upper_stop_loss
+                                                                   : r.lower_stop_loss;
+    spec.upperStopLoss = spec.filterType == band_pass ? r.upper_stop_loss : 0.0;
+}
+
+// A reflection of magnitude rho leaves the loss -10 log10(1 - rho^2).
+void take_losses(const FilterRequest& r, FilterSpec& spec) {
+    const double typed = r.band_edge_loss;
+    spec.bandEdgeLoss = typed;
+    spec.flatLoss = r.flat_loss;
+    if (typed >= 0.0 && typed <= least_return_loss) return;
+    spec.reflectionInput = typed;
+    const double rho2 = typed < 0.0 ? (typed / 100.0) * (typed / 100.0) : std::pow(10.0, -typed / 10.0);
+    spec.bandEdgeLoss = -10.0 * std::log1p(-rho2) / std::numbers::ln10;
+}
+
+void take_transmission_zeros(const FilterRequest& r, double scale, FilterSpec& spec) {
+    const bool given = r.stopband_type == StopbandChoice::specified && r.passband_type != PassbandChoice::sloping;
+    spec.zeroCount = given ? r.TR_ZEROS.rows : 0;
+    for (int i = 1; i <= spec.zeroCount; ++i) {
+        spec.FZR(i) = r.TR_ZEROS(i, 1) * scale;
+        spec.FZI(i) = r.TR_ZEROS(i, 2) * scale;
+    }
+}
+
+// Complex roots with their conjugates first, then the real ones two by two, a last one alone.
+void take_function(const FilterRequest& r, double scale, FilterSpec& spec) {
+    if (r.passband_type != PassbandChoice::functional) return;
+    const bool of_e = r.function_type == FunctionChoice::e;
+    auto& factors = of_e ? spec.denominatorFactors : spec.numeratorFactors;
+    int& degree = of_e ? spec.denominatorDegree : spec.numeratorDegree;
+    spec.functionMultiplier = r.multiplier;
+    for (int i = 1; i <= r.DOUBLETS.rows; ++i) {
+        const double re = r.DOUBLETS(i, 1) * scale;
+        const double im = r.DOUBLETS(i, 2) * scale;
+        if (im == 0.0) continue;
+        factors(++degree) = -2.0 * re;
+        factors(++degree) = re * re + im * im;
+    }
+    bool half_pair = false;
+    for (int i = 1; i <= r.DOUBLETS.rows; ++i) {
+        if (r.DOUBLETS(i, 2) != 0.0) continue;
+        const double c = -r.DOUBLETS(i, 1) * scale;
+        if (half_pair) {
+            // (s + first)(s + c)
+            const double first = factors(degree);
+            factors(degree) = first + c;
+            factors(++degree) = first * c;
+        } else {
+            factors(++degree) = c;
+        }
+        half_pair = !half_pair;
+    }
+}
+
+}  // namespace
+
+FilterSpec spec_of(const FilterRequest& r, const UnitSet& units) {
+    const double hz = units.frequency_multiplier;
+    FilterSpec spec;
+    spec.filterType = r.filter_type == TypeChoice::band_pass ? band_pass : r.filter_type;
+    spec.passbandType = r.passband_type - 1;
+    spec.bandpassType = r.bandpass_form;
+    spec.lowerPassEdge = r.lower_passband * hz;
+    spec.upperPassEdge = r.upper_passband * hz;
+    take_stopband(r, hz, spec);
+    take_losses(r, spec);
+    spec.sourceResistance = r.r1;
+    spec.loadResistance = r.r2;
+    const double q = std::abs(r.q_predistortion);
+    spec.predistortionQ = r.predistortion == PredistortionMode::pass_and_stop_bands ? -q : q;
+    spec.sampleFrequency = std::abs(r.fq_or_fs) * hz;
+    spec.zerosAtZero = r.zeros_at_zero;
+    spec.zerosAtInfinity = r.zeros_at_infinity;
+    spec.unitElements = r.unit_elements;
+    spec.symmetryFlag = r.zs_parameter;
+    spec.centerFrequency = r.center_frequency * hz;
+    spec.odd_parametric = r.odd_parametric;
+    const double scale = zero_scale(r, units);
+    take_transmission_zeros(r, scale, spec);
+    const double edge = spec.filterType == high_pass ? spec.lowerPassEdge : spec.upperPassEdge;
+    take_function(r, edge > 0.0 ? scale / edge : 0.0, spec);
+    return spec;
+}
+
+void filter_design_road(Workbench& bench, FormStart start) {
+    if (start == FormStart::stored_data && !recall(bench)) return;
+    if (!run_form(DESIGN_FILTER_DLG, &bench.filter_request, bench.session.units, bench.reporter)) return;
+    settle(bench.filter_request, bench.session);
+    if (bench.filter_request.save_design && !save(bench)) return;
+    design(bench);
+}
+
+}  // namespace kavrel

@@ -16,7 +16,7 @@ struct AngleAndSlope {
     double excess = 0;
     double slope = 0;
 };
-AngleAndSlope angle_at(const AngleSum& angles, double eta, int half_turns, int total);
+AngleAndSlope angle_at(const AngleSum& angles, double eta, int half_turns);
 Real angle_excess(const AngleSum& angles, Real eta, int half_turns);
 
 }  // namespace
@@ -29,7 +29,7 @@ Real root_of_angle(const AngleSum& angles, int half_turns, int total, Real above
     double eta = low > 0 ? 1.5 * low : std::tan(std::numbers::pi / 2 * half_turns / total);
     AngleAndSlope at;
     for (int step = 1; step <= 200; ++step) {
-        at = angle_at(angles, eta, half_turns, total);
+        at = angle_at(angles, eta, half_turns);
         (at.excess > 0 ? high : low) = eta;
         if (std::fabs(at.excess) < 1e-13) break;
         double next = at.slope > 0 ? eta * std::exp(std::clamp(-at.excess / at.slope, -3.0, 3.0)) : 0;
@@ -48,22 +48,47 @@ Real root_of_angle(const AngleSum& angles, int half_turns, int total, Real above
 
 namespace {
 
-// theta - target to within double accuracy, and its slope in ln eta. Beyond half of the whole angle the complements
-// arg(eta + j m) are summed, since their sum is the smaller number.
-AngleAndSlope angle_at(const AngleSum& angles, double eta, int half_turns, int total) {
-    constexpr double half_pi = std::numbers::pi / 2;
-    const bool from_above = 2 * half_turns > total;
+// An angle as the argument of a product, with the whole turns that the product has gone through: one arctangent for all.
+class Turning {
+public:
+    // Adds the angle of re + j im, between -pi and pi, weight times.
+    void turn(double re, double im, int weight) {
+        const double scale = 1.0 / (std::fabs(re) + std::fabs(im));
+        re *= scale;
+        im *= weight > 0 ? scale : -scale;
+        for (int k = std::abs(weight); k > 0; --k) {
+            const double before = im_;
+            const double product = re_ * re - im_ * im;
+            im_ = re_ * im + im_ * re;
+            re_ = product;
+            if (im >= 0 ? before >= 0 && im_ < 0 : before < 0 && im_ >= 0) turns_ += im >= 0 ? 1 : -1;
+        }
+    }
+    [[nodiscard]] double angle() const { return std::atan2(im_, re_) + 2 * std::numbers::pi * turns_; }
+
+private:
+    double re_ = 1;
+    double im_ = 0;
+    int turns_ = 0;
+};
+
+AngleAndSlope angle_at(const AngleSum& angles, double eta, int half_turns) {
+    Turning theta;
     AngleAndSlope sum;
-    const auto add = [&](double re, double im, int weight) {
-        sum.excess += weight * (from_above ? -std::atan2(re, eta + im) : std::atan2(eta + im, re));
-        sum.slope += weight * eta * re / (re * re + (eta + im) * (eta + im));
-    };
     for (int i = 1; i <= angles.count; ++i) {
         const auto re = static_cast<double>(angles.term(i).m.re), im = static_cast<double>(angles.term(i).m.im);
-        add(re, im, angles.term(i).weight);
-        if (im != 0) add(re, -im, angles.term(i).weight);
+        const int weight = angles.term(i).weight;
+        const auto slope_of = [&](double height) { return weight * eta * re / (re * re + height * height); };
+        sum.slope += slope_of(eta + im);
+        if (im == 0) {
+            theta.turn(re, eta, weight);
+        } else {
+            // (re + j (eta + im)) (re + j (eta - im))
+            theta.turn(re * re - (eta - im) * (eta + im), 2 * re * eta, weight);
+            sum.slope += slope_of(eta - im);
+        }
     }
-    sum.excess += from_above ? half_pi * (total - half_turns) : -half_pi * half_turns;
+    sum.excess = theta.angle() - std::numbers::pi / 2 * half_turns;
     return sum;
 }
 

@@ -176,6 +176,47 @@ TEST(TransferPredistortion, poles_move_by_the_loss_at_the_edge) {
     }
 }
 
+// A ladder whose elements have the quality Q at the norm frequency has the response of the lossless one at s + 1/Q.
+// Under it an all-pole low-pass is just its former self; zeros move with the poles, and what that leaves is small.
+TEST(TransferPredistortion, losses_put_the_pass_band_back) {
+    const auto spread = [](FilterSpec spec, double q) {
+        const auto plain = std::make_unique<test::Design>();
+        plain->spec = spec;
+        const auto moved = std::make_unique<test::Design>(*plain);
+        moved->spec.predistortionQ = q;
+        plain->run();
+        moved->run();
+        EXPECT_TRUE(plain->verdict.good() && moved->verdict.good());
+        const TransferFunction without = xToFrequencyPlane(plain->spec, plain->xp);
+        const TransferFunction with = xToFrequencyPlane(moved->spec, moved->xp);
+        const auto loss = [](const TransferFunction& t, std::complex<double> s) {
+            double sum = 0;
+            for (int i = 1; i <= t.poleCount; ++i)
+                sum += 20 * std::log10(std::abs(s - std::complex(t.POLES_RE(i), t.POLES_IM(i))));
+            for (int i = 1; i <= t.zeroCount; ++i)
+                sum -= 20 * std::log10(std::abs(s - std::complex(t.ZEROS_RE(i), t.ZEROS_IM(i))));
+            return sum;
+        };
+        double low = HUGE_VAL, high = -HUGE_VAL;
+        const double from = spec.filterType == low_pass ? 0 : 2000, to = spec.filterType == high_pass ? 20000 : 3000;
+        for (int i = 0; i <= 500; ++i) {
+            const double w = 2 * std::numbers::pi * (from + (to - from) * i / 500);
+            const double change = loss(with, {with.normFrequency / q, w}) - loss(without, {0, w});
+            low = std::fmin(low, change);
+            high = std::fmax(high, change);
+        }
+        return high - low;
+    };
+    for (const int n : {1, 2, 5, 8, 15}) {
+        for (const int passband : {maximally_flat, equal_ripple}) {
+            EXPECT_LT(spread(test::all_pole(low_pass, passband, n), 300), 1e-9) << n;
+        }
+    }
+    EXPECT_LT(spread(test::with_minima(low_pass, equal_ripple, 7, 0), 300), 1e-3);
+    EXPECT_LT(spread(test::all_pole(high_pass, equal_ripple, 7), 300), 1e-3);
+    EXPECT_LT(spread(test::all_pole(band_pass, equal_ripple, 10), 300), 1e-3);
+}
+
 TEST(TransferPredistortion, q_out_of_reach_asks) {
     const auto plain = std::make_unique<test::Design>();
     plain->spec = test::all_pole(low_pass, equal_ripple, 7);

@@ -1,0 +1,80 @@
+#include "circuit/element_statistics.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "circuit/branch_elements.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+struct StatisticsRow {
+    char letter;
+    std::string_view label;
+    ClassStatistics ElementStatistics::*members;
+};
+
+constexpr StatisticsRow statistics_rows[] = {
+    {'L', " Inductors: ", &ElementStatistics::inductors},
+    {'C', " Capacitors:", &ElementStatistics::capacitors},
+    {'Z', " Unit elem.:", &ElementStatistics::unit_elements},
+};
+
+void add(ClassStatistics& members, double value) {
+    const double magnitude = std::fabs(value);
+    members.minimum = std::min(members.minimum, magnitude);
+    members.maximum = std::max(members.maximum, magnitude);
+    members.sum += magnitude;
+    ++members.count;
+}
+
+// Labels have 12 characters, values 11 of number and 5 of unit, the spread 12; a word ends where its number ends.
+std::string heading() {
+    return line().x(12).a("minimum", 11).x(5).a("maximum", 11).x(5).a("average", 11).x(5).a("spread", 12);
+}
+
+}  // namespace
+
+bool elementStatistics(const Circuit& circuit, ElementStatistics& statistics) {
+    statistics = {};
+    if (circuit.klast == 0) return false;
+    for (int k = 1; k != 0;) {
+        const Branch branch = unpackBranch(circuit, k);
+        const BranchElements elements = branch_elements(circuit, branch);
+        for (int cell = 0; cell < elements.count; ++cell) {
+            const Element& element = elements.cells[static_cast<std::size_t>(cell)];
+            if (!element.present) continue;
+            for (const StatisticsRow& row : statistics_rows) {
+                if (row.letter != element.letter) continue;
+                add(statistics.*row.members, shown_value(circuit.kind, element.letter, element.value));
+            }
+        }
+        k = branch.kn;
+    }
+    return true;
+}
+
+std::vector<std::string> statistics_lines(const ElementStatistics& statistics, CircuitKind kind, const UnitSet& units) {
+    std::vector<std::string> lines;
+    if (kind != CircuitKind::lumped) lines.emplace_back(all_values_impedances);
+    lines.push_back(heading());
+    for (const StatisticsRow& row : statistics_rows) {
+        const ClassStatistics& members = statistics.*row.members;
+        if (members.count == 0) continue;
+        const auto text = [&](double value) {
+            if (kind != CircuitKind::lumped) return impedance_text(units, value);
+            return element_text(kind, units, row.letter, value);
+        };
+        lines.push_back(line()
+                            .a(row.label)
+                            .a(text(members.minimum))
+                            .a(text(members.maximum))
+                            .a(text(members.average()))
+                            .pd(members.spread(), 12, 4));
+    }
+    return lines;
+}
+
+}  // namespace kavrel

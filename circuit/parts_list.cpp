@@ -1,0 +1,85 @@
+#include "circuit/parts_list.h"
+
+#include <algorithm>
+
+#include "circuit/branch_elements.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+struct PartClass {
+    char letter;
+    char element;
+    std::string_view heading;
+    std::string_view total;
+};
+
+constexpr PartClass part_classes[] = {
+    {'r', 'R', "resistors", " total number of resistors:  "},
+    {'l', 'L', "inductors", "inductors:  "},
+    {'c', 'C', "capacitors", "capacitors:  "},
+};
+constexpr int total_width = static_cast<int>(part_classes[0].total.size());
+
+std::string name_of(const Part& part) { return std::string(1, part.letter) + edit_i(part.number, 2, 2); }
+
+// As `element_text` of the class, from a value already turned into an impedance.
+std::string part_text(CircuitKind kind, const UnitSet& units, const Part& part) {
+    if (kind != CircuitKind::lumped) return impedance_text(units, part.value);
+    return unit_value_text(units, part.value, part.letter == 'l' ? henry : part.letter == 'c' ? farad : ohm);
+}
+
+}  // namespace
+
+std::vector<Part> list_parts(const Circuit& circuit, bool half_lattices) {
+    std::vector<Part> parts;
+    std::array<int, std::size(part_classes)> numbers{};
+    for (int k = circuit.klast == 0 ? 0 : 1; k != 0;) {
+        const Branch branch = unpackBranch(circuit, k);
+        const bool half = half_lattices && branch_kinds[branch.id].structure == Structure::lattice;
+        const BranchElements elements = branch_elements(circuit, branch);
+        for (int cell = 0; cell < elements.count; ++cell) {
+            const Element& element = elements.cells[static_cast<std::size_t>(cell)];
+            for (std::size_t row = 0; row < std::size(part_classes); ++row) {
+                if (!element.present || element.letter != part_classes[row].element) continue;
+                for (int copy = 0; copy < (half ? 1 : element.copies); ++copy) {
+                    if (parts.size() == max_parts) return parts;
+                    parts.push_back({part_classes[row].letter, ++numbers[row], k,
+                                     shown_value(circuit.kind, element.letter, element.value), half});
+                }
+            }
+        }
+        k = branch.kn;
+    }
+    return parts;
+}
+
+std::vector<std::string> partsList(const Circuit& circuit, bool half_lattices, const UnitSet& units) {
+    const std::vector<Part> parts = list_parts(circuit, half_lattices);
+    std::vector<std::string> lines = {"*** Parts list ***"};
+    if (circuit.kind != CircuitKind::lumped) lines.emplace_back(all_values_impedances);
+    const auto count = [&](char letter) {
+        return std::count_if(parts.begin(), parts.end(), [&](const Part& part) { return part.letter == letter; });
+    };
+    for (const PartClass& row : part_classes) {
+        if (count(row.letter) == 0) continue;
+        lines.emplace_back(row.heading);
+        for (const Part& part : parts) {
+            if (part.letter != row.letter) continue;
+            lines.push_back(line()
+                                .a(name_of(part), 5)
+                                .x(1)
+                                .a(part_text(circuit.kind, units, part))
+                                .a(part.of_half_lattice ? "*" : ""));
+        }
+    }
+    for (const PartClass& row : part_classes) lines.push_back(line().a(row.total, total_width).i(count(row.letter), 2));
+    if (std::any_of(parts.begin(), parts.end(), [](const Part& part) { return part.of_half_lattice; })) {
+        lines.emplace_back(" * \"half-lattice\" branches");
+    }
+    return lines;
+}
+
+}  // namespace kavrel

@@ -1,0 +1,29 @@
+// Every element of a circuit by name: r, l or c with a running number of its class.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "circuit/circuit.h"
+#include "shell/units.h"
+
+namespace kavrel {
+
+inline constexpr int max_parts = 150;
+
+struct Part {
+    char letter = 'r';  // r, l or c
+    int number = 0;     // in its class, from 1
+    int branch = 0;     // where it stands
+    double value = 0;   // as reports show it
+    bool of_half_lattice = false;
+};
+
+// The parts in chain order, at most 150. Two like arms of a lattice or equalizer are two parts; with `half_lattices` a
+// lattice is built with one arm of each kind. Unit elements are no parts.
+[[nodiscard]] std::vector<Part> list_parts(const Circuit& circuit, bool half_lattices);
+
+// The list by classes with their totals.
+[[nodiscard]] std::vector<std::string> partsList(const Circuit& circuit, bool half_lattices, const UnitSet& units);
+
+}  // namespace kavrel

@@ -1,0 +1,310 @@
+#include "circuit/chain_analysis.h"
+
+#include <cmath>
+#include <memory>
+#include <numbers>
+#include <numeric>
+
+#include <gtest/gtest.h>
+
+#include "tests/circuit/nodal_reference.h"
+#include "tests/circuit/random_circuits.h"
+
+namespace kavrel {
+namespace {
+
+using testing::CircuitMaker;
+using testing::LongComplex;
+using testing::NodalReference;
+
+constexpr Wide two_pi = 2 * std::numbers::pi_v<Wide>;
+const ElementLoss losses[] = {{0, 0}, {80, 0}, {0, 150}, {60, 200}, {-70, -300}, {50, -90}, {-40, 0}};
+
+LongComplex from(WideComplex z) { return {z.re, z.im}; }
+long double relative(LongComplex got, LongComplex truth) { return std::abs(got - truth) / std::abs(truth); }
+
+// The largest relative deviation of V, I and H from the nodal solution; -1 where the chain refuses the point.
+long double deviation(const Circuit& circuit, const ElementLoss& loss, Wide omega) {
+    Chain chain;
+    EXPECT_EQ(prepare_chain(circuit, loss, chain), ChainVerdict::done);
+    ChainPoint point;
+    if (analyze_point(chain, omega, point) != PointVerdict::computed) return -1;
+    const auto truth = NodalReference(circuit, loss, omega).solve();
+    return std::max(
+        {relative(from(point.V.v), truth.V), relative(from(point.I.v), truth.I), relative(from(point.H.v), truth.H)});
+}
+
+std::vector<int> all_kinds(bool lines) {
+    std::vector<int> kinds(branch_kind_count);
+    std::iota(kinds.begin(), kinds.end(), 0);
+    if (!lines) std::erase(kinds, unit_element_id);
+    return kinds;
+}
+
+// Each kind by itself, in both slots, in every state of losses.
+TEST(ChainAnalysis, EachKindAgreesWithNodes) {
+    CircuitMaker make(1);
+    long double worst = 0;
+    for (const BranchKind& kind : branch_kinds) {
+        for (int trial = 0; trial < 60; ++trial) {
+            Circuit circuit = make.circuit({kind.id}, 2, trial % 3 != 0);
+            circuit.kind = kind.id == unit_element_id || trial % 4 == 3 ? CircuitKind::microwave : CircuitKind::lumped;
+            circuit.fs = 1.0;
+            const auto& loss = losses[trial % std::size(losses)];
+            const long double off = deviation(circuit, loss, make.uniform(0.3, 3));
+            ASSERT_GE(off, 0) << kind.id;
+            ASSERT_LT(off, 1e-14L) << kind.id;  // of the loss: 1e-13 dB
+            worst = std::max(worst, off);
+        }
+    }
+    RecordProperty("worst", std::to_string(std::log10(worst)));
+}
+
+TEST(ChainAnalysis, RandomCircuitsAgreeWithNodes) {
+    CircuitMaker make(2);
+    int refused = 0;
+    long double worst = 0;
+    for (int trial = 0; trial < 1500; ++trial) {
+        const bool microwave = trial % 3 == 2;
+        make.negative_share = trial % 5 == 4 ? 0.1 : 0;
+        Circuit circuit = make.circuit(all_kinds(microwave), make.whole(1, 10), trial % 4 != 0);
+        circuit.kind = microwave ? CircuitKind::microwave : CircuitKind::lumped;
+        circuit.fs = 1.0;  // quarter wave at 0.5 Hz, pi rad/sec: both sides of it
+        const long double off = deviation(circuit, losses[trial % std::size(losses)], make.uniform(0.2, 6));
+        refused += off < 0 ? 1 : 0;
+        ASSERT_LT(off, 1e-10L) << trial;
+        worst = std::max(worst, off);
+    }
+    EXPECT_EQ(refused, 0);
+    RecordProperty("worst", std::to_string(std::log10(worst)));
+}
+
+// The chain matrix of a reciprocal two-port has determinant 1, and gives the loss between any terminations.
+TEST(ChainAnalysis, ChainMatrixGivesTheSameLoss) {
+    CircuitMaker make(3);
+    for (int trial = 0; trial < 200; ++trial) {
+        const Circuit circuit = make.circuit(all_kinds(false), 6, true);
+        Chain chain;
+        ASSERT_EQ(prepare_chain(circuit, losses[trial % std::size(losses)], chain), ChainVerdict::done);
+        const Wide omega = make.uniform(0.3, 3);
+        ChainMatrix m;
+        ChainPoint point;
+        ASSERT_EQ(chain_matrix(chain, omega, m), PointVerdict::computed);
+        ASSERT_EQ(analyze_point(chain, omega, point), PointVerdict::computed);
+        const LongComplex A = from(m.A), B = from(m.B), C = from(m.C), D = from(m.D);
+        EXPECT_LT(std::abs(A * D - B * C - 1.0L), 1e-12L * (1 + std::abs(A * D)));
+        const long double R1 = chain.R1, R2 = chain.R2;
+        const LongComplex H = (A + B / R1 + R2 * (C + D / R1)) * std::sqrt(R1 / R2) / 2.0L;
+        EXPECT_LT(std::abs(20 * std::log10(std::abs(H)) - point.loss), 1e-12L);
+        EXPECT_LT(relative(from(point.immittance), (A + B / R1) / (C + D / R1)), 1e-13L);
+    }
+}
+
+// Lossless two-ports between matched resistors: loss and return loss share the power.
+TEST(ChainAnalysis, LosslessCircuitsKeepThePower) {
+    CircuitMaker make(4);
+    std::vector<int> kinds = all_kinds(false);
+    std::erase_if(kinds, [](int id) { return id == 0 || id == 15 || id == 16; });
+    for (int trial = 0; trial < 200; ++trial) {
+        const Circuit circuit = make.circuit(kinds, 3, true);
+        Chain chain;
+        ASSERT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
+        ChainPoint point;
+        ASSERT_EQ(analyze_point(chain, make.uniform(0.3, 3), point), PointVerdict::computed);
+        if (point.return_loss == 100) continue;
+        EXPECT_NEAR(static_cast<double>(std::pow(10, -point.loss / 10) + std::pow(10, -point.return_loss / 10)), 1,
+                    1e-12);
+    }
+}
+
+// The delay against the slope of the nodal phase, by a difference of fourth order.
+TEST(ChainAnalysis, DelayIsTheSlopeOfThePhase) {
+    CircuitMaker make(5);
+    for (int trial = 0; trial < 600; ++trial) {
+        const bool microwave = trial % 3 == 2;
+        Circuit circuit = make.circuit(all_kinds(microwave), make.whole(1, 8), trial % 4 != 0);
+        circuit.kind = microwave ? CircuitKind::microwave : CircuitKind::lumped;
+        circuit.fs = 1.0;
+        const auto& loss = losses[trial % std::size(losses)];
+        const Wide omega = make.uniform(0.3, 3);
+        Chain chain;
+        ASSERT_EQ(prepare_chain(circuit, loss, chain), ChainVerdict::done);
+        ChainPoint point;
+        ASSERT_EQ(analyze_point(chain, omega, point), PointVerdict::computed);
+
+        const auto H = [&](Wide w) { return NodalReference(circuit, loss, w).solve().H; };
+        const LongComplex centre = H(omega);
+        const Wide h = 1e-5L * omega;
+        const auto angle = [&](Wide w) { return std::arg(H(w) / centre); };
+        const Wide slope =
+            (8 * (angle(omega + h) - angle(omega - h)) - (angle(omega + 2 * h) - angle(omega - 2 * h))) / (12 * h);
+        EXPECT_LT(std::fabs(point.delay - slope), 1e-6L * std::fabs(slope) + 1e-9L / omega) << trial;
+        EXPECT_LT(std::fabs(std::remainder(point.phase * std::numbers::pi_v<Wide> / 180 + std::arg(centre), two_pi)),
+                  1e-13L);
+    }
+}
+
+// An LC ladder of normalised values denormalised to 50 ohm and 1 GHz keeps its loss, and the table its units.
+TEST(ChainAnalysis, ButterworthAtItsCorner) {
+    for (int degree = 1; degree <= 50; ++degree) {
+        Circuit circuit;
+        const double R = 50, fc = 1e9, wc = 2 * std::numbers::pi * fc;
+        int k = 1;
+        ASSERT_EQ(insertBranch(circuit, k, R, 0, 0), CircuitVerdict::done);
+        for (int i = 1; i <= degree; ++i) {
+            const double g = 2 * std::sin((2 * i - 1) * std::numbers::pi / (2 * degree));
+            k = circuit.klast + (i == 1 ? 2 : 1);
+            const bool shunt = k % 2 == 1;
+            ASSERT_EQ(insertBranch(circuit, k, shunt ? g / (R * wc) : g * R / wc, 0, shunt ? 2 : 1),
+                      CircuitVerdict::done);
+        }
+        k = circuit.klast + 1;
+        ASSERT_EQ(insertBranch(circuit, k, R, 0, 0), CircuitVerdict::done);
+
+        const double frequencies[] = {0, 0.5 * fc, fc, 2 * fc};
+        Performance performance;
+        ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = frequencies, .filter_class = 1, .zeros_at_infinity = degree},
+                                 performance),
+                  ChainVerdict::done);
+        ASSERT_EQ(performance.count, 4);
+        EXPECT_EQ(performance.rows(1).loss, 0);
+        for (int i = 2; i <= 4; ++i) {
+            const double loss = 10 * std::log10(1 + std::pow(frequencies[i - 1] / fc, 2 * degree));
+            EXPECT_NEAR(performance.rows(i).loss, loss, 1e-10 * (1 + loss));
+        }
+        double delay = 0;  // at f = 0: the sum of 2 cos of the poles' angles
+        for (int i = 1; i <= degree; ++i) delay += std::sin((2 * i - 1) * std::numbers::pi / (2 * degree)) / wc;
+        EXPECT_NEAR(performance.rows(1).delay, delay, 1e-9 * delay);
+    }
+}
+
+TEST(ChainAnalysis, TerminationClasses) {
+    Circuit circuit;
+    int k = 1;
+    ASSERT_EQ(insertBranch(circuit, k, 2.0, 0, 0), CircuitVerdict::done);
+    Chain chain;
+    EXPECT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::no_circuit);
+    k = 2;
+    ASSERT_EQ(insertBranch(circuit, k, 3.0, 0, 1), CircuitVerdict::done);
+    ASSERT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
+    EXPECT_EQ(chain.loss_class, LossClass::voltage);
+    EXPECT_TRUE(chain.admittance);
+    ChainPoint point;
+    ASSERT_EQ(analyze_point(chain, 2, point), PointVerdict::computed);
+    EXPECT_NEAR(static_cast<double>(point.loss), 10 * std::log10(1 + 9), 1e-14);  // |1 + j w L/R|
+    EXPECT_LT(relative(from(point.immittance), 1.0L / LongComplex(2, 6)), 1e-18L);
+
+    k = 3;
+    ASSERT_EQ(insertBranch(circuit, k, 0.25, 0, 2), CircuitVerdict::done);
+    ASSERT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
+    EXPECT_EQ(chain.loss_class, LossClass::current);
+    EXPECT_FALSE(chain.admittance);
+    ASSERT_EQ(analyze_point(chain, 2, point), PointVerdict::computed);
+    EXPECT_LT(relative(from(point.H.v), 1.0L + LongComplex(0, 0.5) * LongComplex(2, 6)), 1e-18L);
+
+    circuit.kind = CircuitKind::wave_digital;
+    EXPECT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::wave_digital);
+    packBranch(circuit, 1, {.id = 1, .i1 = 1, .in = 0, .kp = 0, .kn = 2});
+    circuit.kind = CircuitKind::lumped;
+    EXPECT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::not_a_resistor);
+}
+
+// A quarter-wave line turns Z into Z0^2/Z, and an attenuated one loses its alpha.
+TEST(ChainAnalysis, Lines) {
+    Circuit circuit;
+    circuit.kind = CircuitKind::microwave;
+    circuit.fs = 2e9;  // quarter wave at 1 GHz
+    int k = 1;
+    ASSERT_EQ(insertBranch(circuit, k, 100, 0, 0), CircuitVerdict::done);
+    k = 2;
+    ASSERT_EQ(insertBranch(circuit, k, 70, 0, unit_element_id), CircuitVerdict::done);
+    EXPECT_EQ(k, 3);
+    k = circuit.klast + 2;
+    ASSERT_EQ(insertBranch(circuit, k, 49, 0, 0), CircuitVerdict::done);
+    Chain chain;
+    ChainPoint point;
+    ASSERT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
+    EXPECT_EQ(analyze_point(chain, two_pi * 1e9L, point), PointVerdict::on_pole);
+    ASSERT_EQ(analyze_point(chain, two_pi * 0.9999e9L, point), PointVerdict::computed);
+    EXPECT_NEAR(static_cast<double>(point.loss), 0, 1e-7);  // 70^2 = 100 x 49: matched
+    EXPECT_NEAR(static_cast<double>(point.delay), 0.25e-9, 0.02e-9);
+
+    circuit.VALUE(1) = circuit.VALUE(2) = circuit.VALUE(3) = 50;
+    ASSERT_EQ(prepare_chain(circuit, {.QL = 4.0, .QC = 0}, chain), ChainVerdict::done);
+    ASSERT_EQ(analyze_point(chain, two_pi * 0.5e9L, point), PointVerdict::computed);
+    EXPECT_NEAR(static_cast<double>(point.loss), 1.0, 1e-5);  // 4 dB in four quarter waves
+    EXPECT_NEAR(static_cast<double>(point.delay), 0.25e-9, 1e-22);
+    ASSERT_EQ(prepare_chain(circuit, {.QL = -4.0, .QC = 0}, chain), ChainVerdict::done);
+    ASSERT_EQ(analyze_point(chain, two_pi * 0.5e9L, point), PointVerdict::computed);
+    EXPECT_NEAR(static_cast<double>(point.loss), 0.5, 1e-5);
+}
+
+// The loss of a trap climbs to its pole without a step: |H|^2 = 1 + (w/(2 (1 - w^2)))^2.
+TEST(ChainAnalysis, NearAPole) {
+    Circuit circuit;
+    int k = 1;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    k = 2;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 1, 3), CircuitVerdict::done);
+    k = 3;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    Chain chain;
+    ASSERT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
+    for (int power = 4; power <= 44; ++power) {
+        const Wide off = std::ldexp(1.0L, -power);
+        ChainPoint point;
+        ASSERT_EQ(analyze_point(chain, 1 + off, point), PointVerdict::computed) << power;
+        const Wide X = (1 + off) / (2 * off + off * off);
+        EXPECT_NEAR(static_cast<double>(point.loss - 10 * std::log10(1 + X * X / 4)), 0, 1e-5) << power;
+        // arg H = -atan(X/2), dX/dw = -(1 + w^2)/(1 - w^2)^2
+        const Wide slope = (2 + 2 * off + off * off) / (off * off * (2 + off) * (2 + off)) / 2 / (1 + X * X / 4);
+        EXPECT_NEAR(static_cast<double>(point.delay / slope), 1, 1e-5) << power;
+    }
+}
+
+// What has no row: stub poles, resonances that block, and f = 0 where the design or the kind of branch forbids it.
+TEST(ChainAnalysis, PointsLeftOut) {
+    Circuit circuit;
+    int k = 1;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    k = 2;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 1, 3), CircuitVerdict::done);
+    k = 3;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    const double radians[] = {0, 0.5, 1, 1.0000001, 2};
+    AnalysisRequest request{.frequencies = radians, .radians = true};
+    auto performance = std::make_unique<Performance>();
+    ASSERT_EQ(analyzeCircuit(circuit, request, *performance), ChainVerdict::done);
+    ASSERT_EQ(performance->count, 4);  // the trap's own frequency blocks
+    EXPECT_EQ(performance->rows(3).frequency, 1.0000001);
+    EXPECT_NEAR(performance->rows(3).loss, 20 * std::log10(1 / 2e-7) - 20 * std::log10(2), 1e-5);
+    for (const auto& [filter_class, nz, ni, count] :
+         {std::tuple{3, 0, 0, 3}, {1, 1, 0, 3}, {2, 0, 2, 3}, {2, 0, 0, 4}, {1, 0, 2, 4}}) {
+        request.filter_class = filter_class;
+        request.zeros_at_zero = nz;
+        request.zeros_at_infinity = ni;
+        ASSERT_EQ(analyzeCircuit(circuit, request, *performance), ChainVerdict::done);
+        EXPECT_EQ(performance->count, count) << filter_class << nz << ni;
+    }
+    EXPECT_EQ(analyzeCircuit(circuit, {}, *performance), ChainVerdict::bad_frequencies);
+    const std::vector<double> many(502, 1.5);
+    EXPECT_EQ(analyzeCircuit(circuit, {.frequencies = many}, *performance), ChainVerdict::bad_frequencies);
+
+    // A blocked direct current: 250 dB and more are told as they are and stored as 200.
+    k = 2;
+    ASSERT_EQ(deleteBranch(circuit, k), CircuitVerdict::done);
+    k = 2;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 2), CircuitVerdict::done);
+    const double zero[] = {0, 1};
+    ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = zero, .radians = true}, *performance), ChainVerdict::done);
+    ASSERT_EQ(performance->count, 2);
+    EXPECT_GT(performance->rows(1).loss, 250);
+    auto result = std::make_unique<AnalysisResult>();
+    store_performance(*performance, *result);
+    EXPECT_EQ(result->LOSS(1), 200.0f);
+    EXPECT_EQ(result->frequency_count, 2);
+    EXPECT_TRUE(result->has_return_loss);
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,270 @@
+#include "circuit/circuit.h"
+
+#include <map>
+
+#include <gtest/gtest.h>
+
+#include "tests/circuit/random_circuits.h"
+
+namespace kavrel {
+namespace {
+
+using testing::CircuitMaker;
+
+// What an edit must not change of a branch: kind, values, parity.
+struct Sighting {
+    int id = 0;
+    std::vector<double> values;
+    int parity = 0;
+
+    friend bool operator==(const Sighting&, const Sighting&) = default;
+};
+
+std::vector<int> slots_of(const Circuit& circuit) {
+    std::vector<int> slots;
+    for (int k = circuit.klast == 0 ? 0 : 1; k != 0; k = unpackBranch(circuit, k).kn) slots.push_back(k);
+    return slots;
+}
+
+std::vector<Sighting> sightings(const Circuit& circuit) {
+    std::vector<Sighting> seen;
+    for (const int k : slots_of(circuit)) {
+        const Branch branch = unpackBranch(circuit, k);
+        const auto values = branch_values(circuit, branch);
+        seen.push_back({branch.id, {values.begin(), values.end()}, k % 2});
+    }
+    return seen;
+}
+
+// Links both ways, rising order, no stray words, distances, cells within the store and shared by none.
+void expect_sound(const Circuit& circuit, int trial) {
+    int previous = 0, live = 0;
+    std::vector<int> owner(max_values + 1, 0);
+    for (const int k : slots_of(circuit)) {
+        ASSERT_TRUE(branchExists(circuit, k)) << trial;
+        const Branch branch = unpackBranch(circuit, k);
+        ASSERT_EQ(branch.kp, previous) << trial;
+        ASSERT_GT(k, previous) << trial;
+        const int before = previous == 0 ? 0 : unpackBranch(circuit, previous).id;
+        const bool equalizer_at_load = before == 0 && (branch.id == 15 || branch.id == 16);
+        if (previous != 0 && !equalizer_at_load) {
+            const bool plain = branch_kinds[before].slot_element && branch_kinds[branch.id].slot_element;
+            ASSERT_GE(k - previous, plain ? 1 : 2) << trial;
+        }
+        for (int i = 0; branch.id != quadruplet_id && i <= branch.in; ++i) {
+            ASSERT_LE(branch.i1 + i, circuit.ilast) << trial;
+            ASSERT_EQ(owner[static_cast<std::size_t>(branch.i1 + i)]++, 0) << trial;
+        }
+        previous = k;
+        ++live;
+    }
+    ASSERT_EQ(circuit.klast, previous) << trial;
+    for (int k = 1; k <= max_branches; ++k) live -= branchExists(circuit, k) ? 1 : 0;
+    ASSERT_EQ(live, 0) << trial;
+}
+
+TEST(Circuit, BranchWords) {
+    for (const Branch& branch : {Branch{0, 1, 0, 0, 0}, Branch{50, 150, 10, 100, 100}, Branch{25, 8, 0, 97, 98}}) {
+        EXPECT_EQ(branch_of_word(branch_word(branch)), branch);
+    }
+    EXPECT_EQ(branch_word({1, 1, 1, 1, 1}), 1 + 51 + 7701 + 84711 + 8555811);
+    EXPECT_EQ(branch_word({50, 150, 10, 100, 100}), 50 + 51 * 150 + 7701 * 10 + 84711 * 100 + 8555811 * 100);
+    Circuit circuit;
+    for (const int k : {-1, 0, 1, 100, 101}) EXPECT_FALSE(branchExists(circuit, k));
+}
+
+// Slots as an engineer asks for them and as they come: requests k behind the branches of `before`.
+TEST(Circuit, SlotsOfInsertion) {
+    struct Case {
+        std::vector<std::pair<int, int>> before;  // id and slot, appended
+        int id, k, slot;
+        std::vector<int> chain;
+    };
+    const Case cases[] = {
+        {{}, 0, 1, 1, {1}},
+        {{{0, 1}}, 1, 2, 2, {1, 2}},
+        {{{0, 1}}, 2, 3, 3, {1, 3}},
+        {{{0, 1}}, 2, 9, 3, {1, 3}},   // only the parity of the request counts
+        {{{0, 1}}, 10, 2, 3, {1, 3}},  // a line skips exactly one slot
+        {{{0, 1}}, 10, 3, 3, {1, 3}},
+        {{{0, 1}, {10, 3}}, 2, 4, 6, {1, 3, 6}},  // behind it parity costs one slot more
+        {{{0, 1}, {10, 3}}, 2, 5, 5, {1, 3, 5}},
+        {{{0, 1}, {10, 3}}, 10, 4, 5, {1, 3, 5}},
+        {{{0, 1}}, 4, 2, 4, {1, 4}},
+        {{{0, 1}, {1, 2}}, 2, 2, 2, {1, 2, 4}},              // at a branch: before it, which moves by 2
+        {{{0, 1}, {2, 3}}, 1, 2, 2, {1, 2, 3}},              // into a gap
+        {{{0, 1}, {1, 2}, {2, 3}}, 10, 2, 4, {1, 4, 6, 7}},  // a line in between: free slots on both sides
+        {{{0, 1}, {10, 3}, {2, 5}}, 1, 4, 6, {1, 3, 6, 7}},
+        {{{0, 1}, {10, 3}}, 1, 2, 2, {1, 2, 5}},
+    };
+    for (const Case& c : cases) {
+        Circuit circuit;
+        for (auto [id, slot] : c.before) {
+            const double value = slot;
+            ASSERT_EQ(insert_values(circuit, slot, id, {&value, 1}), CircuitVerdict::done);
+        }
+        int k = c.k;
+        const std::vector<double> values(branch_kinds[c.id].cells.size(), 7.0);
+        ASSERT_EQ(insert_values(circuit, k, c.id, values), CircuitVerdict::done);
+        EXPECT_EQ(k, c.slot) << c.id << " at " << c.k;
+        EXPECT_EQ(slots_of(circuit), c.chain) << c.id << " at " << c.k;
+    }
+}
+
+TEST(Circuit, RandomEditsKeepTheChain) {
+    CircuitMaker make(11);
+    int refusals = 0;
+    for (int run = 0; run < 60; ++run) {
+        Circuit circuit = make.circuit({1, 2, 3}, make.whole(0, 4), true);
+        for (int edit = 0; edit < 120; ++edit) {
+            const Circuit snapshot = circuit;
+            auto expected = sightings(circuit);
+            const auto slots = slots_of(circuit);
+            CircuitVerdict verdict;
+            if (make.whole(0, 2) != 0 || slots.size() < 3) {
+                const int kinds[] = {0, 1, 2, 3, 10, 13, 14, 4, 9, 11, 15, 20, 25};
+                const int id = kinds[make.whole(0, 12)];
+                int k = make.whole(1, std::min(100, circuit.klast + 3));
+                Sighting inserted{id, make.values(id), 0};
+                if (id == 25) {
+                    verdict = insert_quadruplet(circuit, k, make.quadruplet());
+                } else if (id == 15) {
+                    verdict = insertEqualizer(circuit, make.value(), make.value(), make.value(), id);
+                    k = 2;
+                } else {
+                    verdict = insert_values(circuit, k, id, inserted.values);
+                }
+                if (verdict == CircuitVerdict::done) {
+                    const auto now = slots_of(circuit);
+                    const auto place = std::find(now.begin(), now.end(), k) - now.begin();
+                    ASSERT_LT(place, static_cast<std::ptrdiff_t>(now.size()));
+                    if (id == 15) inserted.values = sightings(circuit)[1].values;
+                    inserted.parity = k % 2;
+                    expected.insert(expected.begin() + place, inserted);
+                }
+            } else {
+                const int place = make.whole(1, static_cast<int>(slots.size()) - 1);
+                int k = slots[static_cast<std::size_t>(place)];
+                const bool last = place + 1 == static_cast<int>(slots.size());
+                const int next = last ? 0 : slots[static_cast<std::size_t>(place + 1)];
+                verdict = deleteBranch(circuit, k);
+                ASSERT_EQ(verdict, CircuitVerdict::done);
+                ASSERT_EQ(k, next);
+                expected.erase(expected.begin() + place);
+            }
+            if (verdict != CircuitVerdict::done) {
+                ++refusals;
+                ASSERT_EQ(circuit, snapshot) << message_of(verdict);
+            }
+            ASSERT_NO_FATAL_FAILURE(expect_sound(circuit, run));
+            ASSERT_EQ(sightings(circuit), expected);
+            if (circuit.ilast >= 130) {
+                compactValues(circuit);
+                ASSERT_EQ(sightings(circuit), expected);
+                int next_cell = 1;  // cells lie in the order of the chain
+                for (const int k : slots_of(circuit)) {
+                    const Branch branch = unpackBranch(circuit, k);
+                    if (branch.id == quadruplet_id) continue;
+                    ASSERT_EQ(branch.i1, next_cell);
+                    next_cell += branch.in + 1;
+                }
+                ASSERT_EQ(circuit.ilast, next_cell - 1);
+            }
+            Circuit restored = snapshot;
+            ASSERT_EQ(restored, snapshot);
+        }
+        // Undone branch by branch down to the load.
+        while (circuit.klast > 1) {
+            int k = circuit.klast;
+            ASSERT_EQ(deleteBranch(circuit, k), CircuitVerdict::done);
+            ASSERT_EQ(k, 0);
+        }
+        ASSERT_EQ(circuit.klast, 1);
+    }
+    EXPECT_GT(refusals, 100);  // the store was filled, too
+}
+
+TEST(Circuit, Refusals) {
+    Circuit circuit;
+    int k = 2;
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::not_a_resistor);
+    k = 1;
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::not_a_resistor);
+    EXPECT_EQ(message_of(CircuitVerdict::not_a_resistor), "First branch must be a resistor");
+    EXPECT_EQ(insertEqualizer(circuit, 1, 1, 1, 15), CircuitVerdict::not_a_resistor);
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    for (const int outside : {-3, 0, 101}) {
+        k = outside;
+        EXPECT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::out_of_range);
+        EXPECT_EQ(deleteBranch(circuit, k), CircuitVerdict::no_branch);
+    }
+    k = 1;
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 2), CircuitVerdict::not_a_resistor);
+    k = 2;
+    for (const int id : {4, 13, 25, -1, 26}) EXPECT_EQ(insertBranch(circuit, k, 1, 1, id), CircuitVerdict::unfit_kind);
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::done);
+    k = 1;
+    EXPECT_EQ(deleteBranch(circuit, k), CircuitVerdict::no_branch);  // the load goes last
+
+    // Slots run out at 98; nothing moves then.
+    while (circuit.klast < 98) {
+        k = circuit.klast + 1;
+        ASSERT_EQ(insertBranch(circuit, k, 1, 0, 2), CircuitVerdict::done);
+    }
+    const Circuit full = circuit;
+    k = 99;
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 2), CircuitVerdict::storage_full);
+    k = 50;
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 2), CircuitVerdict::storage_full);
+    EXPECT_EQ(shiftBranches(circuit, 50, 1), CircuitVerdict::storage_full);
+    EXPECT_EQ(shiftBranches(circuit, 99, 1), CircuitVerdict::done);
+    EXPECT_EQ(shiftBranches(circuit, 2, 0), CircuitVerdict::done);
+    EXPECT_EQ(circuit, full);
+
+    // Values run out at 150: two do not fit where one does.
+    clear_circuit(circuit);
+    EXPECT_EQ(circuit.ilast + circuit.klast, 0);
+    k = 1;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    k = 2;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::done);
+    while (circuit.ilast < 149) {
+        k = 4;
+        ASSERT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::done);
+        k = 4;
+        ASSERT_EQ(deleteBranch(circuit, k), CircuitVerdict::done);
+    }
+    k = 4;
+    EXPECT_EQ(insertBranch(circuit, k, 1, 1, 3), CircuitVerdict::storage_full);
+    EXPECT_EQ(circuit.ilast, 149);
+    EXPECT_EQ(insertBranch(circuit, k, 1, 1, 1), CircuitVerdict::done);
+    compactValues(circuit);
+    EXPECT_EQ(circuit.ilast, 3);
+}
+
+// The equalizer's dual arm, behind the load of its own resistance, is a constant resistance.
+TEST(Circuit, EqualizersAndThreeElements) {
+    Circuit circuit;
+    int k = 1;
+    ASSERT_EQ(insertBranch(circuit, k, 600, 0, 0), CircuitVerdict::done);
+    k = 2;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::done);
+    ASSERT_EQ(insertEqualizer(circuit, 0.01, 300, 2e-8, 16), CircuitVerdict::done);
+    EXPECT_EQ(slots_of(circuit), (std::vector<int>{1, 2, 4}));
+    const auto values = branch_values(circuit, unpackBranch(circuit, 2));
+    const double expected[] = {600, 0.01, 300, 2e-8, 2e-8 * 360000, 1200, 0.01 / 360000};
+    for (std::size_t i = 0; i < 7; ++i) EXPECT_DOUBLE_EQ(values[i], expected[i]);
+
+    k = 7;
+    ASSERT_EQ(insertThreeElement(circuit, k, 20, 40, 80, 13, CircuitKind::microwave), CircuitVerdict::done);
+    EXPECT_EQ(k, 5);
+    const auto three = branch_values(circuit, unpackBranch(circuit, k));
+    EXPECT_EQ(three[1], 1.0 / 40);
+    EXPECT_EQ(three[2], 1.0 / 80);
+    k = 7;
+    ASSERT_EQ(insertThreeElement(circuit, k, 20, 40, 80, 14, CircuitKind::lumped), CircuitVerdict::done);
+    EXPECT_EQ(branch_values(circuit, unpackBranch(circuit, k))[1], 40);
+}
+
+}  // namespace
+}  // namespace kavrel

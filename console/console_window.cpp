@@ -19,6 +19,7 @@ namespace {
 // Boxes that come up in good order; any other caption means that something went wrong.
 constexpr std::array<std::string_view, 4> good_captions = {"Warning", "Question", "Advice", "Success"};
 
+constexpr const char* missing_quote = "a double quote is missing";
 constexpr const char* print_file = "kavrel.prn";
 constexpr int close_window_event = 16385;
 
@@ -148,12 +149,22 @@ std::optional<ScriptLine> ConsoleWindow::next_line() {
         auto line = script_.next();
         if (!line || line->verb() != "include") return line;
         echo(*line);
-        if (!script_.include(*line, line->rest())) {
-            fail(Failure::file, fmt::format("'{}' could not be read", line->rest()));
-            settle();
-        }
+        if (!include(*line)) settle();
     }
     return std::nullopt;
+}
+
+bool ConsoleWindow::include(const ScriptLine& line) {
+    if (line.open_quote) {
+        fail(Failure::script, missing_quote);
+    } else if (line.words.size() < 2) {
+        fail(Failure::script, "'include' needs more words");
+    } else if (!script_.include(line, line.rest())) {
+        fail(Failure::file, fmt::format("'{}' could not be read", line.rest()));
+    } else {
+        return true;
+    }
+    return false;
 }
 
 void ConsoleWindow::echo(const ScriptLine& line) {
@@ -165,7 +176,7 @@ std::optional<ScriptLine> ConsoleWindow::take_line() {
     auto line = next_line();
     if (!line) return line;
     echo(*line);
-    if (line->open_quote) fail(Failure::script, "a double quote is missing");
+    if (line->open_quote) fail(Failure::script, missing_quote);
     return line;
 }
 

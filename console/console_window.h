@@ -56,6 +56,11 @@ public:
     void set_manual_folders(std::vector<std::string> folders) { manual_folders_ = std::move(folders); }
 
 protected:
+    // Makes a line the one that is executed, and shows it.
+    void echo(const ScriptLine& line);
+    // The lines of the file that an `include` names come next; false when it fails.
+    [[nodiscard]] bool include(const ScriptLine& line);
+    void set_current(const ScriptLine& line) { current_ = line.where(); }
     [[nodiscard]] Script& script() { return script_; }
     // A failed line has ended the script, but not the conversation.
     void resume() { ended_ = false; }
@@ -63,7 +68,6 @@ protected:
 private:
     // The next line, the lines of included files among them; it stands in the script no more.
     [[nodiscard]] std::optional<ScriptLine> next_line();
-    void echo(const ScriptLine& line);
     // The next line if it is an answer with this verb; otherwise it stays the next one.
     [[nodiscard]] std::optional<ScriptLine> take_answer(std::string_view verb);
     void told_box(std::string_view text, std::string_view caption);

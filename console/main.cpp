@@ -46,7 +46,8 @@ int run(const ConsoleOptions& options) {
     if (scripted) {
         auto lines = open_text(options.argument);
         if (lines == nullptr) return file_trouble(options.argument, "read");
-        script.push(options.argument, std::move(lines));
+        script.push(options.argument, std::move(lines),
+                    std::filesystem::absolute(options.argument).parent_path().string());
     } else if (!interactive) {
         script.push("<stdin>", std::make_unique<std::istream>(std::cin.rdbuf()));
     }
@@ -57,7 +58,9 @@ int run(const ConsoleOptions& options) {
         if (!report_file) return file_trouble(options.report_file, "written");
     }
     const Transcript transcript{.report = options.report_file.empty() ? std::cout : report_file,
-                                .screen = std::cout,
+                                // What is not asked for keeps out of the way of the state.
+                                .screen = options.json_file == "-" ? std::cerr : std::cout,
+                                .out = std::cout,
                                 .errors = std::cerr,
                                 .options = options};
 
@@ -78,7 +81,8 @@ int run(const ConsoleOptions& options) {
         window->settle();
     }
     transcript.report.flush();
-    if (!transcript.report || !std::cout.flush()) return file_trouble(options.report_file, "written");
+    if (!std::cout.flush()) return file_trouble("standard output", "written");
+    if (!transcript.report) return file_trouble(options.report_file, "written");
     return interactive ? 0 : window->exit_status();
 }
 

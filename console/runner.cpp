@@ -107,7 +107,8 @@ void Runner::choose(const std::vector<std::string>& labels) {
 void Runner::do_line(const ScriptLine& line) {
     const Room& room = room_of(bench_.session.segment);
     const CommandKeyword word(line.words[1].text);
-    if (room.id == SegmentId::main || line.words.size() > 2 || line.words[1].text.size() > 4) {
+    const bool known = room.words != nullptr && match_command(word, room.words()).has_value();
+    if (!known || line.words.size() > 2 || line.words[1].text.size() > 4) {
         window_.fail(Failure::script, fmt::format("'{}' is no command of this Segment", line.rest()));
         return;
     }
@@ -126,7 +127,7 @@ void Runner::do_line(const ScriptLine& line) {
 
 void Runner::write_file(const std::string& name, const std::string& text) {
     if (name == "-") {
-        window_.transcript().screen << text;
+        window_.transcript().out << text;
     } else if (!write_whole(name, text)) {
         window_.fail(Failure::file, fmt::format("'{}' could not be written", name));
     }

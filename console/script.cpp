@@ -11,6 +11,7 @@ namespace kavrel {
 namespace {
 
 constexpr std::size_t include_depth = 50;
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
@@ -33,7 +34,8 @@ std::string ScriptLine::rest(std::size_t first) const {
 }
 
 ScriptLine split_line(std::string file, int number, std::string_view text) {
-    ScriptLine line{.file = std::move(file), .number = number, .text = {}, .words = {}, .open_quote = false};
+    ScriptLine line{
+        .file = std::move(file), .folder = {}, .number = number, .text = {}, .words = {}, .open_quote = false};
     ScriptWord word;
     bool in_word = false;
     bool in_quotes = false;
@@ -92,8 +94,8 @@ std::unique_ptr<std::istream> open_text(const std::string& name) {
     return lines;
 }
 
-void Script::push(std::string name, std::unique_ptr<std::istream> lines) {
-    sources_.push_back({.name = std::move(name), .lines = std::move(lines), .number = 0});
+void Script::push(std::string name, std::unique_ptr<std::istream> lines, std::string folder) {
+    sources_.push_back({.name = std::move(name), .folder = std::move(folder), .lines = std::move(lines), .number = 0});
 }
 
 std::optional<ScriptLine> Script::next() {
@@ -109,24 +111,20 @@ std::optional<ScriptLine> Script::next() {
             sources_.pop_back();
             continue;
         }
-        ScriptLine line = split_line(source.name, ++source.number, text);
+        if (++source.number == 1 && text.starts_with(byte_order_mark)) text.erase(0, byte_order_mark.size());
+        ScriptLine line = split_line(source.name, source.number, text);
+        line.folder = source.folder;
         if (!line.words.empty()) return line;
     }
     return std::nullopt;
 }
 
-bool Script::has_line() {
-    if (!handed_back_) handed_back_ = next();
-    return handed_back_.has_value();
-}
-
 bool Script::include(const ScriptLine& line, const std::string& file) {
     if (sources_.size() >= include_depth) return false;
-    const std::string folder = line.file.substr(0, line.file.find_last_of('/') + 1);
-    for (const std::string& name : {folder + file, file}) {
-        auto lines = open_text(name);
+    for (const auto& path : {std::filesystem::path(line.folder) / file, std::filesystem::path(file)}) {
+        auto lines = open_text(path.string());
         if (lines == nullptr) continue;
-        push(name, std::move(lines));
+        push(file, std::move(lines), std::filesystem::absolute(path).parent_path().string());
         return true;
     }
     return false;

@@ -19,7 +19,8 @@ struct ScriptWord {
 };
 
 struct ScriptLine {
-    std::string file;
+    std::string file;    // as it was named
+    std::string folder;  // that it lies in: files to include are looked for there first
     int number = 0;
     std::string text;  // as written, without its comment
     std::vector<ScriptWord> words;
@@ -41,14 +42,11 @@ struct ScriptLine {
 
 class Script {
 public:
-    // Lines of a stream; `name` is told in errors, and files to include are looked for beside it.
-    void push(std::string name, std::unique_ptr<std::istream> lines);
+    // Lines of a stream; `name` is told in errors, and files to include are looked for in `folder` first.
+    void push(std::string name, std::unique_ptr<std::istream> lines, std::string folder = {});
 
     // The next line that has a word, or none at the end.
     [[nodiscard]] std::optional<ScriptLine> next();
-
-    // Whether there is a next line.
-    [[nodiscard]] bool has_line();
 
     // The line stays the next one.
     void hand_back(ScriptLine line) { handed_back_ = std::move(line); }
@@ -61,6 +59,7 @@ public:
 private:
     struct Source {
         std::string name;
+        std::string folder;
         std::unique_ptr<std::istream> lines;
         int number = 0;
     };

@@ -78,9 +78,13 @@ std::optional<std::string> Terminal::ask(const std::string& prompt) {
 }
 
 void Terminal::show_line(std::string_view line) {
+    clear_progress();
+    ConsoleWindow::show_line(line);
+}
+
+void Terminal::clear_progress() {
     if (progress_shown_) transcript().screen << "\r\x1b[K";
     progress_shown_ = false;
-    ConsoleWindow::show_line(line);
 }
 
 bool Terminal::progress(std::string_view work, int done, int total) {
@@ -98,7 +102,8 @@ void Terminal::set_menu(std::span<const MenuItem> menu, std::string_view title) 
 }
 
 Answer Terminal::message(std::string_view text, std::string_view caption, Buttons buttons) {
-    if (script().has_line()) return ConsoleWindow::message(text, caption, buttons);
+    if (scripted_) return ConsoleWindow::message(text, caption, buttons);
+    clear_progress();
     transcript().screen << fmt::format("[{}] {}\n", caption, text);
     if (buttons == Buttons::ok) return Answer::ok;
     const Answer usual = caption == "Question" ? Answer::yes : Answer::no;
@@ -111,7 +116,7 @@ Answer Terminal::message(std::string_view text, std::string_view caption, Button
 }
 
 int Terminal::choose(const ChoiceBox& box) {
-    if (script().has_line()) return ConsoleWindow::choose(box);
+    if (scripted_) return ConsoleWindow::choose(box);
     transcript().screen << fmt::format("[{}] {}\n", box.caption, box.text);
     for (std::size_t i = 0; i < box.choices.size(); ++i) {
         transcript().screen << fmt::format("  {} {}\n", i + 1, box.choices[i]);
@@ -128,13 +133,13 @@ int Terminal::choose(const ChoiceBox& box) {
 }
 
 std::string Terminal::choose_file(const FileQuery& query) {
-    if (script().has_line()) return ConsoleWindow::choose_file(query);
+    if (scripted_) return ConsoleWindow::choose_file(query);
     return ask(fmt::format("{} ({}: {}), blank for none: ", query.caption, query.description, query.filter))
         .value_or("");
 }
 
 bool Terminal::edit_form(FormSheet& sheet) {
-    if (script().has_line()) return ConsoleWindow::edit_form(sheet);
+    if (scripted_) return ConsoleWindow::edit_form(sheet);
     transcript().screen << fmt::format("-- {} --  blank keeps a value; ok, cancel, back; ? explains\n",
                                        sheet.form().title);
     for (std::size_t i = 0; i <= sheet.size();) {
@@ -279,12 +284,13 @@ void Terminal::follow(const std::string& typed, Runner& runner) {
 }
 
 void Terminal::perform_typed(const ScriptLine& line, Runner& runner) {
+    set_current(line);
     if (line.verb() != "include") {
         runner.perform(line);
-    } else if (script().include(line, line.rest())) {
+    } else if (include(line)) {
+        scripted_ = true;
         runner.run();
-    } else {
-        fail(Failure::file, fmt::format("'{}' could not be read", line.rest()));
+        scripted_ = false;
     }
 }
 
@@ -308,6 +314,7 @@ void Terminal::converse(Workbench& bench, Runner& runner) {
         } else if (std::ranges::find(verbs, first_word(*typed)) != verbs.end()) {
             perform_typed(split_line("<terminal>", ++number, *typed), runner);
         } else {
+            set_current(split_line("<terminal>", ++number, *typed));
             follow(*typed, runner);
         }
         settle();

@@ -36,6 +36,7 @@ private:
     [[nodiscard]] FieldStep ask_rows(FormSheet& sheet, std::size_t i);
     [[nodiscard]] FieldStep ask_end(FormSheet& sheet);
 
+    void clear_progress();
     void show_menu();
     [[nodiscard]] std::vector<std::string> labels_here() const;
     void follow(const std::string& typed, Runner& runner);
@@ -45,6 +46,7 @@ private:
     std::string title_;
     std::vector<std::string> open_;  // labels of the submenus that are open
     bool progress_shown_ = false;
+    bool scripted_ = false;  // an included script answers
 };
 
 }  // namespace kavrel

@@ -23,6 +23,7 @@ enum class Failure { none = 0, line = 1, script = 2, file = 3 };
 struct Transcript {
     std::ostream& report;  // report lines
     std::ostream& screen;  // boxes, echo, lists of fields
+    std::ostream& out;     // what a script sends to the file "-"
     std::ostream& errors;  // FILE:LINE: message
     const ConsoleOptions& options;
 };

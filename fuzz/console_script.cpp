@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     options.keep_going = true;
     Script script;
     std::ostringstream told;
-    ConsoleWindow window(script, {.report = told, .screen = told, .errors = told, .options = options});
+    ConsoleWindow window(script, {.report = told, .screen = told, .out = told, .errors = told, .options = options});
     const auto bench = std::make_unique<Workbench>(window);
     script.push("fuzz", std::make_unique<std::istringstream>(text));
     Runner(*bench, window, script).run();

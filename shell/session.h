@@ -30,7 +30,6 @@ struct Session {
     int last_answer = 0;                    // of the last box that asked: 1 OK, 6 Yes, 7 No
     FixedText<256> filter_file;             // stored filter
     FixedText<256> input_file;              // design input data
-    FixedText<256> current_file;            // in use
     FixedText<80> TITLE;                    // of the filter
 
     SegmentId segment = SegmentId::main;                     // the current one

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -26,6 +27,23 @@ std::uint32_t marker_at(std::string_view bytes) {
     return marker;
 }
 
+bool write_stream(const std::string& path, std::string_view bytes) {
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    return static_cast<bool>(file);
+}
+
+// A name beside the path that no file bears.
+std::string unused_name(const std::string& path) {
+    std::error_code unknown;
+    std::string name = path + ".new";
+    for (int i = 1; std::filesystem::exists(std::filesystem::symlink_status(name, unknown)); ++i) {
+        name = path + ".new" + std::to_string(i);
+    }
+    return name;
+}
+
 }  // namespace
 
 std::string_view EXT(int slot) { return extensions[((slot - 1) % 25 + 25) % 25]; }
@@ -45,18 +63,28 @@ std::string_view file_stem(std::string_view name) {
 }
 
 bool write_whole(const std::string& path, std::string_view bytes) {
-    const std::string beside = path + ".new";
-    std::ofstream file(beside, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (file && std::rename(beside.c_str(), path.c_str()) == 0) return true;
+    std::error_code unknown;
+    const auto status = std::filesystem::status(path, unknown);
+    // A device, a pipe or the like has no contents to be kept.
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        return !std::filesystem::is_directory(status) && write_stream(path, bytes);
+    }
+    // A link stays one: what it points to is replaced.
+    const std::string target =
+        std::filesystem::is_symlink(path, unknown) ? std::filesystem::canonical(path, unknown).string() : path;
+    const std::string beside = unused_name(target);
+    if (write_stream(beside, bytes)) {
+        if (std::filesystem::exists(status)) std::filesystem::permissions(beside, status.permissions(), unknown);
+        if (std::rename(beside.c_str(), target.c_str()) == 0) return true;
+    }
     std::remove(beside.c_str());
     return false;
 }
 
 std::optional<std::string> read_whole(const std::string& path) {
+    std::error_code unknown;
     std::ifstream file(path, std::ios::binary);
-    if (!file) return std::nullopt;
+    if (!file || std::filesystem::is_directory(path, unknown)) return std::nullopt;
     std::ostringstream bytes;
     bytes << file.rdbuf();
     if (file.bad() || (bytes.fail() && !bytes.str().empty())) return std::nullopt;

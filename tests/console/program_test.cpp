@@ -21,7 +21,8 @@ struct Ended {
 
 Ended run_program(const std::string& arguments, const std::string& input = "") {
     write_text("input", input);
-    const std::string command = std::string(PROGRAM_PATH) + " " + arguments + " < input 2>&1";
+    const std::string command = std::string(PROGRAM_PATH) + " " + arguments + " < input" +
+                                (arguments.find("2>") == std::string::npos ? " 2>&1" : "");
     FILE* pipe = popen(command.c_str(), "r");
     std::string output;
     std::array<char, 4096> buffer;
@@ -95,6 +96,18 @@ TEST(Program, ReportGoesToAFileAndTheStateToStandardOutput) {
     EXPECT_NE(ended.output.find("\"fs\": 10000,"), std::string::npos);
 }
 
+TEST(Program, FoldersOfScriptsAndStatesOnStandardOutput) {
+    const ScratchFolder folder;
+    std::filesystem::create_directories("work");
+    std::filesystem::create_directories("sub");
+    write_text("sub/design.kav", small_design);
+    write_text("sub/main.kav", "include design.kav\nchoose #195\n");
+    const Ended ended = run_program("-C work --quiet -o report.txt --json - sub/main.kav 2>errors");
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(nlohmann::json::parse(ended.output)["fir"]["length"], 5) << "boxes keep out of the state";
+    EXPECT_NE(read_text("errors").find("sub/main.kav:2: Default: Command not implemented"), std::string::npos);
+}
+
 // Types lines into the program on a terminal of its own and returns what it shows.
 std::string converse(const std::vector<std::string>& lines) {
     int terminal = -1;
@@ -127,17 +140,38 @@ std::string converse(const std::vector<std::string>& lines) {
 
 TEST(Program, APersonAtATerminalGoesFromTheMenuToTheReport) {
     const ScratchFolder folder;
-    const std::string shown =
-        converse({"design", "3",        "1",                                // Design > FIR Filter > New
-                  "5",      "",         "",        "Weights",               // length, method, type, specification
-                  "yes",    "0 1k 1 1", "3k 5k 0", "3k 5k 0 10", "", "ok",  // Details, with a row too short
-                  "ok",                                                     // leaves the rest as it stands
-                  "",       "view",     "show",    "2",          "", "1",  "", "save-report report.txt", "quit"});
+    const std::string shown = converse({"design",
+                                        "3",
+                                        "1",  // Design > FIR Filter > New
+                                        "5",
+                                        "",
+                                        "",
+                                        "Weights",  // length, method, type, specification
+                                        "yes",
+                                        "0 1k 1 1",
+                                        "3k 5k 0",
+                                        "3k 5k 0 10",
+                                        "",
+                                        "ok",  // Details, with a row too short
+                                        "ok",  // leaves the rest as it stands
+                                        "",
+                                        "view",
+                                        "show",
+                                        "2",
+                                        "",
+                                        "1",
+                                        "",
+                                        "save-report report.txt",
+                                        "include echo.kav",
+                                        "expect never",
+                                        "quit"});
     EXPECT_NE(shown.find("1 File"), std::string::npos) << "the menu is shown";
     EXPECT_NE(shown.find("Filter length (0 to 512) [0]:"), std::string::npos);
     EXPECT_NE(shown.find("a row has 4 numbers, not 3"), std::string::npos);
     EXPECT_EQ(shown.find("Window type"), std::string::npos) << "fields that are off are not asked for";
     EXPECT_NE(shown.find("[Error] Function does not exist"), std::string::npos);
+    EXPECT_NE(shown.find("from a script"), std::string::npos);
+    EXPECT_NE(shown.find("<terminal>:"), std::string::npos) << "typed lines fail under their own name";
     EXPECT_NE(read_text("report.txt").find("Filter length =   5"), std::string::npos) << shown;
 }
 

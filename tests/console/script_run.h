@@ -17,8 +17,10 @@ struct ScriptRun {
     Script script;
     std::ostringstream report;
     std::ostringstream screen;
+    std::ostringstream out;
     std::ostringstream errors;
-    ConsoleWindow window{script, {.report = report, .screen = screen, .errors = errors, .options = options}};
+    ConsoleWindow window{script,
+                         {.report = report, .screen = screen, .out = out, .errors = errors, .options = options}};
     Workbench bench{window};
     Runner runner{bench, window, script};
 

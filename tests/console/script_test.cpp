@@ -49,6 +49,11 @@ TEST(Script, EndsWithTheStatusOfWhatWentWrong) {
         {"choose File > Circuit\n", 1, "Default: Command not implemented"},
         {"do freq\n", 2, "'freq' is no command of this Segment"},
         {"expect nothing\n", 1, "'nothing' was not told"},
+        {"include \"missing.kav\n", 2, "a double quote is missing"},
+        {"include\n", 2, "'include' needs more words"},
+        {"\xEF\xBB\xBF"
+         "echo a byte order mark is no word\n",
+         0, ""},
         {"include missing.kav\n", 3, "'missing.kav' could not be read"},
         {"dump missing/x.json\n", 3, "'missing/x.json' could not be written"},
         {"table x.csv\n", 1, "No analysis results"},
@@ -138,6 +143,9 @@ TEST(Script, MenusAreLookedUpHereAndThenInTheMainMenu) {
     EXPECT_EQ(run.errors.str(), "test.kav:19: Error: Function does not exist\n");
     const ScriptRun several(design + "do save\n");
     EXPECT_NE(several.errors.str().find("several items share the word 'save', use choose"), std::string::npos);
+    const ScriptRun unknown(design + "do zzzz\n");
+    EXPECT_EQ(unknown.status(), 2);
+    EXPECT_NE(unknown.errors.str().find("'zzzz' is no command of this Segment"), std::string::npos);
     const ScriptRun unbuilt(design + "do sqr\n");
     EXPECT_NE(unbuilt.errors.str().find("Default: Command not implemented"), std::string::npos);
 }
@@ -147,6 +155,9 @@ TEST(Script, IncludedFilesAnswerInPlace) {
     write_text("bands.kav", low_pass_bands + "frobnicate\n");
     const ScriptRun run(open_fir + "set filter_length 21\ninclude bands.kav\nok\n");
     EXPECT_EQ(run.errors.str(), "bands.kav:6: unknown verb 'frobnicate'\n");
+    write_text("fix.kav", low_pass_bands + "ok\n");
+    const ScriptRun fixed(open_fir + "set filter_length 21\nok\ninclude fix.kav\n");
+    EXPECT_EQ(fixed.status(), 0) << fixed.errors.str() << "a file may correct a refused form";
     write_text("loop.kav", "include loop.kav\n");
     const ScriptRun loop("include loop.kav\n");
     EXPECT_EQ(loop.status(), 3) << "a file that includes itself ends";

@@ -92,6 +92,19 @@ TEST(StoredFiles, AFileIsReplacedWholeOrNotAtAll) {
     write_text("b/inside", "");
     EXPECT_FALSE(write_whole("b", "x"));
     EXPECT_FALSE(std::filesystem::exists("b.new")) << "nothing is left behind";
+    write_text("a.new", "somebody's own");
+    ASSERT_TRUE(write_whole("a", "third"));
+    EXPECT_EQ(read_text("a.new"), "somebody's own");
+    std::filesystem::create_symlink("a", "link");
+    std::filesystem::permissions("a", std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    ASSERT_TRUE(write_whole("link", "through the link"));
+    EXPECT_TRUE(std::filesystem::is_symlink("link"));
+    EXPECT_EQ(read_text("a"), "through the link");
+    EXPECT_EQ(std::filesystem::status("a").permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    EXPECT_TRUE(write_whole("/dev/null", "x"));
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    EXPECT_EQ(read_whole("b"), std::nullopt) << "a folder is no file";
     EXPECT_EQ(read_whole("nothing"), std::nullopt);
     write_text("empty", "");
     EXPECT_EQ(read_whole("empty"), "");

@@ -140,6 +140,7 @@ std::string converse(const std::vector<std::string>& lines) {
 
 TEST(Program, APersonAtATerminalGoesFromTheMenuToTheReport) {
     const ScratchFolder folder;
+    write_text("echo.kav", "echo from a script\n");
     const std::string shown = converse({"design",
                                         "3",
                                         "1",  // Design > FIR Filter > New

@@ -27,7 +27,6 @@ struct Session {
     int design_kind = 0;        // of the last design: 1 passive LC, 2 microwave, 3 active RC, 4 IIR digital, 0 none
     FixedText<6> design_class;  // "filter" or "delay": the form that "New" opens again
     bool recall_from_command_line = false;  // the stored filter's name comes from the command line
-    int last_answer = 0;                    // of the last box that asked: 1 OK, 6 Yes, 7 No
     FixedText<256> filter_file;             // stored filter
     FixedText<256> input_file;              // design input data
     FixedText<80> TITLE;                    // of the filter
@@ -35,8 +34,6 @@ struct Session {
     SegmentId segment = SegmentId::main;                     // the current one
     std::array<int, segment_count> segment_entry{};          // how a Segment is entered on its next call
     std::array<CommandKeyword, segment_count> command_word;  // its pending command
-    FixedText<30> ladder_line;                               // the command line of ladder synthesis
-    int undo_count = 0;                                      // undo files in use, at most 10
     bool stopped = false;                                    // the user has ended the program
 
     [[nodiscard]] int& entry(SegmentId id) { return segment_entry[static_cast<std::size_t>(id)]; }

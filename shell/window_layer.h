@@ -15,7 +15,7 @@ struct PlotWindow;
 
 enum class Buttons { ok, yes_no };
 
-// The result of a message box, with the numbers that `Session::last_answer` keeps.
+// The result of a message box.
 enum class Answer { ok = 1, yes = 6, no = 7 };
 
 // A box that offers a list of things to do; `choices` are the labels of its buttons.

@@ -68,9 +68,8 @@ void copy(Workbench& bench) { bench.window.copy_text(); }
 
 // Ends the program at once, unsaved work included: the question is the only guard.
 void stop(Workbench& bench) {
-    const Answer answer = bench.reporter.message("Are you sure?", "Warning", Buttons::yes_no);
-    bench.session.last_answer = static_cast<int>(answer);
-    if (answer == Answer::yes) bench.session.stopped = true;
+    if (bench.reporter.message("Are you sure?", "Warning", Buttons::yes_no) == Answer::yes)
+        bench.session.stopped = true;
 }
 
 struct Event {

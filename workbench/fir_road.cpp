@@ -9,7 +9,7 @@ namespace kavrel {
 
 namespace {
 
-void design(Workbench& bench) {
+void design_fir(Workbench& bench) {
     FirDesk desk = fir_desk(bench);
     switch (remez_design(desk)) {
         case FirDesignVerdict::designed:
@@ -38,7 +38,7 @@ void fir_design_road(Workbench& bench, FormStart start) {
         return read_fir_input(bytes, request);
     };
     if (bench.fir_request.save_design && !save_design_input(bench, fir_input_bytes(bench.fir_request), is_own)) return;
-    design(bench);
+    design_fir(bench);
 }
 
 }  // namespace kavrel

@@ -10,6 +10,7 @@ namespace {
 
 constexpr double power_guard = 0.00009999999747378752;  // the single-precision value of 0.0001
 constexpr double prefix_guard = 0.0010000000474974513;  // the single-precision value of 0.001
+constexpr double prefix_margin = 1.000000001;
 constexpr std::string_view frequency_prefixes = " KMG";
 constexpr std::string_view element_prefixes = " munp";
 constexpr std::string_view value_prefixes = "fpnum KMGT";  // exponents -5 to 4 in steps of 1000
@@ -99,13 +100,15 @@ std::string unit_value_text(const UnitSet& units, double value, int unit_code) {
         const double multiplier = multiplier_of(units, unit_code);
         return number_with_prefix(value / multiplier, exponent_of(multiplier), unit_code);
     }
-    double v = std::abs(value) * 1.000000001;
+    // The prefix is chosen for what the number rounds to; the number itself is left alone.
+    double v = std::abs(value) * prefix_margin;
     if (v == 0.0) return number_with_prefix(value, 0, unit_code);
     if (!(v > 1.0e-15 && v < 1.0e15)) return edit_1pe(value, 16, 9);
     int exponent = 0;
     for (; v >= 1000.0 && exponent < 4; ++exponent) v /= 1000.0;
     for (; v < 1.0 && exponent > -5; --exponent) v *= 1000.0;
-    return number_with_prefix(std::copysign(v, value), exponent, unit_code);
+    const double scale = std::pow(1000.0, std::abs(exponent));
+    return number_with_prefix(exponent < 0 ? value * scale : value / scale, exponent, unit_code);
 }
 
 }  // namespace kavrel

@@ -1,0 +1,54 @@
+// Ladder synthesis, polynomials to checked circuit, by degree; and what share of it the removals take.
+#include <memory>
+
+#include <benchmark/benchmark.h>
+
+#include "synthesis/synthesise.h"
+#include "tests/approximation/transfer_cases.h"
+
+namespace kavrel {
+namespace {
+
+FilterSpec request(int n, bool elliptic) {
+    FilterSpec s =
+        elliptic ? test::with_minima(low_pass, equal_ripple, n, 1) : test::all_pole(low_pass, maximally_flat, n);
+    s.loadResistance = 50;
+    return s;
+}
+
+void synthesis(benchmark::State& state) {
+    auto design = std::make_unique<test::Design>();
+    design->spec = request(static_cast<int>(state.range(0)), state.range(1) != 0);
+    design->run();
+    auto left = std::make_unique<SynthesisState>();
+    auto circuit = std::make_unique<Circuit>();
+    for (auto _ : state) {
+        const SynthesisVerdict verdict = synthesise(design->xp, design->spec, {}, *left, *circuit);
+        if (!verdict.good()) state.SkipWithError("synthesis failed");
+    }
+    state.counters["loss_error_dB"] = left->loss_error;
+}
+BENCHMARK(synthesis)->ArgsProduct({{10, 20, 30, 50}, {0, 1}})->Unit(benchmark::kMillisecond);
+
+void removals(benchmark::State& state) {
+    auto design = std::make_unique<test::Design>();
+    design->spec = request(static_cast<int>(state.range(0)), false);
+    design->run();
+    auto problem = std::make_unique<LadderProblem>();
+    Selection selection;
+    int stage = 0;
+    if (!ladder_problem(design->xp, design->spec, *problem) ||
+        chooseImmittance(*problem, false, false, selection) != ChoiceFault::none) {
+        state.SkipWithError("no problem");
+        return;
+    }
+    const Script script = automatic_script(*problem, selection, stage);
+    for (auto _ : state) {
+        LadderState ladder = start_state(*problem, selection);
+        if (!runScript(*problem, script, ladder).good()) state.SkipWithError("script refused");
+    }
+}
+BENCHMARK(removals)->Arg(10)->Arg(20)->Arg(30)->Arg(50)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace kavrel

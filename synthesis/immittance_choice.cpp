@@ -1,0 +1,121 @@
+#include "synthesis/immittance_choice.h"
+
+#include <array>
+#include <cmath>
+
+namespace kavrel {
+namespace {
+
+// Of one port, the immittances that exist.
+[[nodiscard]] std::array<Selection, 2> immittances_of(const LadderProblem& problem, bool port_b);
+[[nodiscard]] bool full_degree(const LadderProblem& problem, const Selection& selection);
+[[nodiscard]] int first_shunt_form(const LadderProblem& problem, const Selection& selection);
+[[nodiscard]] Selection turned(Selection selection);
+
+}  // namespace
+
+int case_number(const LadderProblem& problem) {
+    bool low = problem.zeros_at_zero > 0;
+    bool high = problem.zeros_at_infinity > 0;
+    for (int i = 1; i <= problem.zero_count; ++i) {
+        if (problem.is_complex(i)) continue;
+        if (problem.is_high(i))
+            high = true;
+        else
+            low = true;
+    }
+    if (!low) return 1;
+    return high ? 4 : 2;
+}
+
+ChoiceFault chooseImmittance(const LadderProblem& problem, bool output_side, bool dual, Selection& selection) {
+    if (problem.zeros_at_zero + problem.zeros_at_infinity + problem.unit_elements < 1) {
+        return ChoiceFault::not_realizable;
+    }
+    // The input is a port with an immittance of full degree; that of B with es and os comes first.
+    for (const bool port_b : {true, false}) {
+        for (Selection input : immittances_of(problem, port_b)) {
+            if (!full_degree(problem, input)) continue;
+            const bool turn = (input.form != first_shunt_form(problem, input)) != dual;
+            if (!output_side) {
+                selection = turn ? turned(input) : input;
+                return ChoiceFault::none;
+            }
+            if (problem.single_termination) return ChoiceFault::not_found;
+            for (const Selection& output : immittances_of(problem, !port_b)) {
+                if (!full_degree(problem, output)) continue;
+                selection = turn ? turned(output) : output;
+                selection.output_side = true;
+                return ChoiceFault::none;
+            }
+            return ChoiceFault::not_found;
+        }
+        if (problem.single_termination) break;
+    }
+    return ChoiceFault::not_found;
+}
+
+// With Ev and Od of the selection and their partners Ev', Od': (Ev + Od')/(Ev' + Od), odd parts times s for odd degree
+// and s (1 - x) for even degree.
+Complex<long double> input_impedance(const LadderProblem& problem, const Selection& selection, long double w) {
+    const WideReal s2 = WideReal{w} * -w;
+    const WideReal x = (s2 + problem.x0) / (s2 + 1);
+    const LongImmittance& p = problem.polynomials;
+    const WideReal sum = value_of(p.es, x);
+    const WideReal difference = p.even_f ? value_of(p.ed, x) : sum;
+    const WideReal odd_sum = value_of(p.os, x);
+    const WideReal odd_difference = p.odd_f ? value_of(p.od, x) : odd_sum;
+    const bool es = selection.numerator == Part::es;
+    const bool os = selection.denominator == Part::os;
+    const WideReal even = es ? sum : difference;
+    const WideReal even_partner = es ? difference : sum;
+    const WideReal odd = os ? odd_sum : odd_difference;
+    const WideReal odd_partner = os ? odd_difference : odd_sum;
+    const WideReal s = problem.polynomials.degree % 2 == 0 ? w * (1 - x) : WideReal{w};
+    // All over one of them: their common scale may be beyond the range of the rough type.
+    const WideReal scale = 1 / (abs(even) + abs(s * odd));
+    const auto rough = [&](const WideReal& re, const WideReal& im) {
+        return Complex<long double>{(re * scale).rounded(), (s * im * scale).rounded()};
+    };
+    Complex<long double> top = rough(even, odd_partner);
+    Complex<long double> bottom = rough(even_partner, odd);
+    if (selection.form == admittance) std::swap(top, bottom);
+    const long double size = bottom.re * bottom.re + bottom.im * bottom.im;
+    const Complex<long double> z = top * conjugate(bottom);
+    return {z.re / size, z.im / size};
+}
+
+namespace {
+
+std::array<Selection, 2> immittances_of(const LadderProblem& problem, bool port_b) {
+    const LongImmittance& p = problem.polynomials;
+    const Part ed = p.even_f ? Part::ed : Part::es;
+    const Part od = p.odd_f ? Part::od : Part::os;
+    const int form_a = impedance;
+    const int form_b = problem.odd_q ? impedance : admittance;
+    const auto other = [](int form) { return form == impedance ? admittance : impedance; };
+    if (port_b) return {Selection{Part::es, Part::os, form_b, false}, Selection{ed, od, other(form_b), false}};
+    return {Selection{Part::es, od, form_a, false}, Selection{ed, Part::os, other(form_a), false}};
+}
+
+bool full_degree(const LadderProblem& problem, const Selection& selection) {
+    WorkingFunction f;
+    if (!formWorkingFunction(problem, selection, f)) return false;
+    return reactance_degree(f) == problem.polynomials.degree;
+}
+
+// The form in which the first complete removal, at infinity or else at zero, or the first line, is a shunt branch.
+int first_shunt_form(const LadderProblem& problem, const Selection& selection) {
+    WorkingFunction f;
+    if (!formWorkingFunction(problem, selection, f)) return selection.form;
+    const bool pole = problem.zeros_at_infinity > 0 ? has_pole_at_infinity(f) : has_pole_at_zero(f);
+    return pole ? admittance : impedance;
+}
+
+Selection turned(Selection selection) {
+    selection.form = selection.form == impedance ? admittance : impedance;
+    return selection;
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,434 @@
+#include "synthesis/long_immittance.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <span>
+
+#include "numeric/complex.h"
+#include "synthesis/long_roots.h"
+
+namespace kavrel {
+namespace {
+
+using Long = LongReal;
+using LongComplex = Complex<Long>;
+using LongSet = RootSetOf<Long>;
+using Rough = Complex<long double>;
+
+constexpr int newton_turns = 40;
+constexpr long double settled = 1e-140L;  // relative step at which a root stands
+constexpr long double no_coefficient = 1e-100L;
+constexpr long double rounding = 1e-148L;  // of a long number
+constexpr long double off_axis = 1e-5L;
+constexpr long double same_filter = 1e-9L;  // agreement with the approximation's own numbers
+
+// e as a product of Hurwitz factors, c + d x + w each, and the coefficients of its parts.
+struct LongFactors {
+    Long multiplier = 1;
+    int degree = 0;
+    Table<Long, kMaxPairs> c;
+    Table<Long, kMaxPairs> d;
+    Table<Long, 27> CE;  // constant term first
+    Table<Long, 27> CO;
+};
+
+[[nodiscard]] LongSet long_set(const WideRootSet& set);
+using PowerOfF = std::array<LongSet, 2>;  // F as a sum of products
+[[nodiscard]] PowerOfF power_of_parts(const XPlane& xp);
+[[nodiscard]] bool refine_poles(const XPlane& xp, const PowerOfF& f, LongSet& e);
+[[nodiscard]] bool use_factors_of_f(const XPlane& xp, LongSet& e, LongSet& f_even, LongSet& f_odd);
+[[nodiscard]] bool factor_poles(const LongSet& e, const Long& a, LongFactors& p);
+void expand_parts(const Long& a, LongFactors& p);
+[[nodiscard]] bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootSet& rough, LongSet& part);
+[[nodiscard]] bool refine_sum(const LongSet& e, const LongSet& f, int sign, const WideRootSet& rough,
+                              ReactanceRoots& sum);
+[[nodiscard]] bool copy_real(const LongSet& set, ReactanceRoots& roots);
+
+}  // namespace
+
+bool long_immittance(const XPlane& xp, bool single_termination, LongImmittance& out) {
+    out = {};
+    out.degree = xp.ES.count;
+    const Long a = xp.a;
+    LongSet e = long_set(xp.ES);
+    LongSet f_even = long_set(xp.fEven);
+    LongSet f_odd = long_set(xp.fOdd);
+    out.even_f = f_even.multiplier.sign() != 0;
+    out.odd_f = f_odd.multiplier.sign() != 0;
+    const bool with_f = !single_termination && (out.even_f || out.odd_f);
+    if (with_f && !refine_poles(xp, power_of_parts(xp), e) && !use_factors_of_f(xp, e, f_even, f_odd)) return false;
+
+    LongFactors p;
+    if (!factor_poles(e, a, p)) return false;
+    expand_parts(a, p);
+    LongSet even, odd;
+    if (!refine_part(p, a, true, xp.eEven, even) || !refine_part(p, a, false, xp.eOdd, odd)) return false;
+    if (!with_f) return copy_real(even, out.es) && copy_real(odd, out.os);
+    return refine_sum(even, f_even, 1, xp.es, out.es) && refine_sum(even, f_even, -1, xp.ed, out.ed) &&
+           refine_sum(odd, f_odd, 1, xp.os, out.os) && refine_sum(odd, f_odd, -1, xp.od, out.od);
+}
+
+namespace {
+
+LongSet long_set(const WideRootSet& set) {
+    LongSet to;
+    to.multiplier = set.multiplier;
+    for (int i = 1; i <= set.count; ++i) to.append({set.re(i), set.im(i)});
+    return to;
+}
+
+Rough rounded(const LongComplex& z) { return {z.re.rounded(), z.im.rounded()}; }
+
+Rough quotient(Rough n, Rough d) {
+    const long double size = d.re * d.re + d.im * d.im;
+    const Rough product = n * conjugate(d);
+    return {product.re / size, product.im / size};
+}
+
+LongComplex product_at(const LongSet& set, const LongComplex& x) {
+    LongComplex product{set.multiplier, 0};
+    const bool real = x.im.sign() == 0;
+    for (int i = 1; i <= set.count; ++i) {
+        if (real && set.im(i).sign() == 0) {
+            product.re *= x.re - set.re(i);
+            product.im *= x.re - set.re(i);
+        } else {
+            product *= x - set.root(i);
+        }
+    }
+    return product;
+}
+
+// The sum over the roots of 1/(x - root); x must not be one of them.
+Rough log_slope(const LongSet& set, const LongComplex& x) {
+    Rough sum{0, 0};
+    for (int i = 1; i <= set.count; ++i) {
+        const Rough distance = rounded(x - set.root(i));
+        sum += quotient(Rough{1, 0}, distance);
+    }
+    return sum;
+}
+
+// Newton's iteration for a root of the sum of all terms. The slope is rough: each turn adds its 18 digits.
+[[nodiscard]] bool newton(std::span<const LongSet> terms, LongComplex& x) {
+    const bool real = x.im.sign() == 0;
+    long double step = 1;
+    for (int turn = 0; turn < newton_turns; ++turn) {
+        for (const LongSet& term : terms) {
+            for (int i = 1; i <= term.count; ++i) {
+                if (x == term.root(i)) x.re += x.re * 1e-25L + 1e-30L;
+            }
+        }
+        LongComplex value{0, 0};
+        Rough slope{0, 0};
+        for (const LongSet& term : terms) {
+            if (term.multiplier.sign() == 0) continue;
+            const LongComplex p = product_at(term, x);
+            value += p;
+            slope += rounded(p) * log_slope(term, x);
+        }
+        Rough delta = quotient(rounded(value), slope);
+        if (real) delta.im = 0;
+        if (!std::isfinite(delta.re) || !std::isfinite(delta.im)) return false;
+        x -= LongComplex{delta.re, delta.im};
+        const long double size = std::hypot(x.re.rounded(), x.im.rounded());
+        step = std::hypot(delta.re, delta.im) / (size > 0 ? size : 1);
+        if (step < settled) return true;
+    }
+    return step < 1e-100L;
+}
+
+// From the parts of f: with P+ P- of f as in pseudo_polynomial.h,
+//   F = Fe^2 - w^2 Fo^2 for even degree, F = (x - a) Fo^2 - (1 - x) Fe^2 for odd degree.
+PowerOfF power_of_parts(const XPlane& xp) {
+    const bool even_degree = xp.ES.count % 2 == 0;
+    const auto square = [](const WideRootSet& part) {
+        LongSet s;
+        s.multiplier = Long{part.multiplier} * part.multiplier;
+        for (int turn = 1; turn <= 2; ++turn) {
+            for (int i = 1; i <= part.count; ++i) s.append({part.re(i), part.im(i)});
+        }
+        return s;
+    };
+    PowerOfF terms = {square(xp.fEven), square(xp.fOdd)};
+    if (terms[0].multiplier.sign() != 0 && !even_degree) terms[0].append({1, 0});
+    if (terms[1].multiplier.sign() != 0) {
+        terms[1].append({xp.a, 0});
+        if (even_degree) terms[1].append({1, 0});
+    }
+    return terms;
+}
+
+// Where f has its zeros on one side, the squares of its parts cancel to a small F on the real s axis, and 18 digits of
+// the parts do not tell it. The factors of f do: they are taken as the exact numbers then.
+bool use_factors_of_f(const XPlane& xp, LongSet& e, LongSet& f_even, LongSet& f_odd) {
+    if (xp.fFactors.degree != xp.ES.count) return false;
+    const Long a = xp.a;
+    LongFactors p;
+    p.degree = xp.fFactors.degree;
+    p.multiplier = xp.fFactors.multiplier;
+    LongSet power;
+    power.multiplier = p.multiplier * p.multiplier;
+    for (int i = 1; i <= xp.fFactors.factors(); ++i) {
+        const Long c = p.c(i) = xp.fFactors.c(i);
+        const Long d = p.d(i) = xp.fFactors.d(i);
+        if (i > p.degree / 2) {
+            power.append({(c * c + a) / (c * c + 1), 0});
+            power.multiplier *= c * c + 1;
+            continue;
+        }
+        // (c + d x)^2 = (x - a)(1 - x).
+        const Long lead = d * d + 1;
+        const Long middle = (1 + a - shifted(c * d, 1)) / shifted(lead, 1);
+        const Long rest = middle * middle - (a + c * c) / lead;
+        const Long root = sqrt(abs(rest));
+        power.multiplier *= lead;
+        if (rest.sign() < 0) {
+            power.append({middle, root});
+            power.append({middle, -root});
+        } else {
+            power.append({middle + root, 0});
+            power.append({middle - root, 0});
+        }
+    }
+    expand_parts(a, p);
+    e = long_set(xp.ES);
+    return refine_poles(xp, {power, {}}, e) && refine_part(p, a, true, xp.fEven, f_even) &&
+           refine_part(p, a, false, xp.fOdd, f_odd);
+}
+
+// Roots of E = F + Q.
+bool refine_poles(const XPlane& xp, const PowerOfF& f, LongSet& e) {
+    const std::array<LongSet, 3> terms = {long_set(xp.QS), f[0], f[1]};
+    Long leading = 0;
+    for (const LongSet& term : terms) {
+        if (term.count == e.count) leading += term.multiplier;
+    }
+    if (!(abs(leading - e.multiplier) <= abs(e.multiplier) * same_filter)) return false;
+    e.multiplier = leading;
+    for (int i = 1; i <= e.count; ++i) {
+        if (e.im(i).sign() < 0) {
+            e.re(i) = e.re(i - 1);
+            e.im(i) = -e.im(i - 1);
+            continue;
+        }
+        LongComplex x = e.root(i);
+        const LongComplex start = x;
+        if (!newton(terms, x)) return false;
+        const Rough moved = rounded(x - start);
+        if (std::hypot(moved.re, moved.im) > same_filter * std::hypot(start.re.rounded(), start.im.rounded())) {
+            return false;
+        }
+        e.set_root(i, x);
+    }
+    return true;
+}
+
+bool factor_poles(const LongSet& e, const Long& a, LongFactors& p) {
+    p.degree = e.count;
+    p.multiplier = sqrt(abs(e.multiplier));
+    int single = 0;
+    int factors = 0;
+    const auto add_pair = [&](const Long& sum, const Long& product) {
+        const Long h = shifted(-sum, -1);
+        const Long r1 = sqrt(1 - sum + product);
+        const Long r2 = sqrt(a * a - a * sum + product);
+        const Long m = (a + h) * (h + 1) - (product - h * h);
+        const Long root_d = sqrt(shifted(r1 * r2 - m, 1));
+        const Long u = (r1 + r2) / root_d;
+        ++factors;
+        p.c(factors) = u * (product + (shifted(h, 1) + product) * a) / (r2 + a * r1);
+        p.d(factors) = (shifted(h, 1) + 1 + a) / root_d;
+        p.multiplier /= u;
+        return p.c(factors).is_finite() && p.d(factors).is_finite();
+    };
+    for (int i = 1; i <= e.count; ++i) {
+        if (e.im(i).sign() > 0) {
+            if (!add_pair(shifted(e.re(i), 1), e.re(i) * e.re(i) + e.im(i) * e.im(i))) return false;
+        } else if (e.im(i).sign() == 0) {
+            if (single == 0) {
+                single = i;
+                continue;
+            }
+            if (!add_pair(e.re(single) + e.re(i), e.re(single) * e.re(i))) return false;
+            single = 0;
+        }
+    }
+    if ((single != 0) != (e.count % 2 == 1)) return false;
+    if (single != 0) {
+        const Long q = (e.re(single) - a) / (1 - e.re(single));
+        ++factors;
+        p.c(factors) = sqrt(q);
+        p.d(factors) = 0;
+        p.multiplier /= sqrt(q + 1);
+        if (!p.c(factors).is_finite()) return false;
+    }
+    return factors == (e.count + 1) / 2;
+}
+
+// Ev' = (c + d x) Ev + w^2 Od, Od' = (c + d x) Od + Ev; last: Ev' = c Ev + (x - a) Od, Od' = Ev + c (1 - x) Od.
+void expand_parts(const Long& a, LongFactors& p) {
+    p.CE = {};
+    p.CO = {};
+    const auto below = [](const Table<Long, 27>& t, int j) { return j >= 1 ? t(j) : Long{0}; };
+    p.CE(1) = p.multiplier;
+    int terms = 1;
+    for (int i = 1; i <= p.degree / 2; ++i) {
+        const Table<Long, 27> E = p.CE;
+        const Table<Long, 27> O = p.CO;
+        ++terms;
+        for (int j = 1; j <= terms; ++j) {
+            p.CE(j) = p.c(i) * E(j) + p.d(i) * below(E, j - 1) - a * O(j) + (1 + a) * below(O, j - 1) - below(O, j - 2);
+            p.CO(j) = p.c(i) * O(j) + p.d(i) * below(O, j - 1) + E(j);
+        }
+    }
+    if (p.degree % 2 == 0) return;
+    const Table<Long, 27> E = p.CE;
+    const Table<Long, 27> O = p.CO;
+    const Long c = p.c((p.degree + 1) / 2);
+    ++terms;
+    for (int j = 1; j <= terms; ++j) {
+        p.CE(j) = c * E(j) + below(O, j - 1) - a * O(j);
+        p.CO(j) = E(j) + c * (O(j) - below(O, j - 1));
+    }
+}
+
+// Ev and Od at a real x outside (a, 1), where w = j |w|, and the slope over the value of P in rough numbers.
+struct PartSample {
+    Long even, odd;
+    long double even_slope = 0, odd_slope = 0;
+};
+PartSample sample_parts(const LongFactors& p, const Long& a, const Long& x) {
+    const Long w2 = (x - a) * (x - 1);  // |w|^2
+    const Long w = sqrt(w2);
+    const Long slope_of_w = (shifted(x, 1) - a - 1) / shifted(w, 1);
+    LongComplex product{p.multiplier, 0};
+    Rough slope{0, 0};
+    for (int i = 1; i <= p.degree / 2; ++i) {
+        const LongComplex factor{p.c(i) + p.d(i) * x, w};
+        slope += quotient(Rough{p.d(i).rounded(), slope_of_w.rounded()}, rounded(factor));
+        product *= factor;
+    }
+    Long root = w;
+    Long root_slope = slope_of_w;
+    if (p.degree % 2 == 1) {
+        // sqrt(x - a) + c sqrt(1 - x) over sqrt(1 - x): c + s, s = j |s|.
+        const Long s = w / abs(1 - x);
+        // s^2 = (x - a)/(1 - x): d|s|/dx = -(1 - a)/(2 |s| (1 - x)^2).
+        const Long s_slope = -(1 - a) / (shifted(s, 1) * (1 - x) * (1 - x));
+        const LongComplex factor{p.c((p.degree + 1) / 2), s};
+        // w = s (1 - x) takes the sign of 1 - x.
+        if ((1 - x).sign() < 0) {
+            product = conjugate(product);
+            slope = conjugate(slope);
+        }
+        slope += quotient(Rough{0, s_slope.rounded()}, rounded(factor));
+        product *= factor;
+        root = s;
+        root_slope = s_slope;
+    }
+    PartSample out;
+    out.even = product.re;
+    out.odd = product.im / root;
+    const Rough derivative = rounded(product) * slope;
+    out.even_slope = derivative.re;
+    const Long quotient = product.im * root_slope / (root * root);
+    out.odd_slope = derivative.im / root.rounded() - quotient.rounded();
+    return out;
+}
+
+bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootSet& rough, LongSet& part) {
+    const int factors = (p.degree + 1) / 2;
+    const int expected = even ? p.degree - factors : factors - 1;
+    const Table<Long, 27>& coefficients = even ? p.CE : p.CO;
+    part = {};
+    if (expected < 0) return true;
+    for (int i = 1; i <= rough.count; ++i) {
+        if (rough.im(i) != 0) return false;
+        part.append({rough.re(i), 0});
+    }
+    part.multiplier = coefficients(expected + 1);
+    if (rough.count == expected - 1) {
+        // The last root lies near s = j, x beyond all bounds.
+        const Long next = coefficients(expected);
+        if (abs(part.multiplier) <= abs(next) * no_coefficient)
+            part.multiplier = next;
+        else
+            part.append({-next / part.multiplier, 0});
+    } else if (rough.count != expected) {
+        return false;
+    }
+    if ((rough.multiplier < 0) != (part.multiplier.sign() < 0) && part.count == rough.count) return false;
+    for (int i = 1; i <= part.count; ++i) {
+        Long x = part.re(i);
+        long double step = 1;
+        for (int turn = 0; turn < newton_turns && step >= settled; ++turn) {
+            const PartSample s = sample_parts(p, a, x);
+            const long double value = even ? s.even.rounded() : s.odd.rounded();
+            const long double delta = value / (even ? s.even_slope : s.odd_slope);
+            if (!std::isfinite(delta)) return false;
+            x -= delta;
+            step = std::fabs(delta) / std::fabs(x.rounded());
+        }
+        if (!(step < 1e-100L)) return false;
+        part.re(i) = x;
+    }
+    return true;
+}
+
+// e + f or e - f, one part.
+bool refine_sum(const LongSet& e, const LongSet& f, int sign, const WideRootSet& rough, ReactanceRoots& sum) {
+    sum = {};
+    if (f.multiplier.sign() == 0) return sign < 0 || copy_real(e, sum);
+    std::array<LongSet, 2> terms = {e, f};
+    if (sign < 0) terms[1].multiplier = -f.multiplier;
+    const auto sum_of_roots = [](const LongSet& set) {
+        Long total = 0;
+        for (int i = 1; i <= set.count; ++i) total += set.re(i);
+        return total;
+    };
+    // The two highest coefficients.
+    const int expected = std::max(e.count, f.count);
+    Long leading = 0;
+    Long next = 0;
+    for (const LongSet& term : terms) {
+        if (term.count == expected) leading += term.multiplier, next -= term.multiplier * sum_of_roots(term);
+        if (term.count == expected - 1) next += term.multiplier;
+    }
+    if (expected == 0 && abs(leading) <= abs(e.multiplier) * no_coefficient) return true;
+    // Close pairs may have come out with imaginary parts: these tell their distance.
+    for (int i = 1; i <= rough.count; ++i) {
+        if (std::fabs(rough.im(i)) > off_axis * std::fabs(rough.re(i))) return false;
+        sum.append(rough.re(i) + rough.im(i));
+    }
+    sum.multiplier = leading;
+    if (rough.count == expected - 1) {
+        if (abs(leading) <= abs(next) * no_coefficient)
+            sum.multiplier = next;
+        else
+            sum.append(-next / leading);
+    } else if (rough.count != expected) {
+        return false;
+    }
+    // A zero of transmission at 0 or infinity, where e = f or e = -f, is an exact root.
+    const auto value = [&](const Long& x) {
+        const Long a = product_at(terms[0], {x, 0}).re;
+        const Long s = a + product_at(terms[1], {x, 0}).re;
+        return abs(s) <= abs(a) * rounding ? Long{0} : s;
+    };
+    return refine_real_roots(sum.root, sum.count, sum.multiplier, value);
+}
+
+bool copy_real(const LongSet& set, ReactanceRoots& roots) {
+    roots = {};
+    roots.multiplier = set.multiplier;
+    for (int i = 1; i <= set.count; ++i) {
+        if (set.im(i).sign() != 0) return false;
+        roots.append(set.re(i));
+    }
+    return true;
+}
+
+}  // namespace
+}  // namespace kavrel

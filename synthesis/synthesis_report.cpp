@@ -1,0 +1,163 @@
+#include "synthesis/synthesis_report.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "circuit/branch_kinds.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+namespace {
+
+void report_polynomial(std::string_view name, const WideRootSet& set, const XPlane& xp, const FilterSpec& spec,
+                       std::vector<std::string>& lines);
+void report_record(const SynthesisState& state, int k, std::vector<std::string>& lines);
+
+constexpr int number_width = 15;
+constexpr int number_digits = 7;
+
+}  // namespace
+
+std::vector<std::string> polynomial_report(std::string_view title, const XPlane& xp, const FilterSpec& spec) {
+    std::vector<std::string> lines = {"******* Immittance polynomials *******", std::string(title)};
+    report_polynomial("Even sum", xp.es, xp, spec, lines);
+    report_polynomial("Odd sum", xp.os, xp, spec, lines);
+    report_polynomial("Even difference", xp.ed, xp, spec, lines);
+    report_polynomial("Odd difference", xp.od, xp, spec, lines);
+    return lines;
+}
+
+std::vector<std::string> result_report(std::string_view title, const SynthesisState& state) {
+    std::vector<std::string> lines = {std::string(title)};
+    const bool output = state.ladder.selection.output_side;
+    lines.push_back(line().a(" Results of the synthesis from the ").a(output ? "out" : "in").a("put side"));
+    lines.push_back(line().x(5).a("normalized").x(20).a("denormalized"));
+    const auto termination = [&](double resistance) {
+        lines.push_back(line()
+                            .pd(resistance / state.terminations.own, number_width, number_digits)
+                            .x(2)
+                            .a("├───r───┤")
+                            .pd(resistance, number_width, number_digits)
+                            .x(2)
+                            .a("termination"));
+    };
+    termination(state.terminations.own);
+    for (int k = 1; k <= state.ladder.record_count; ++k) report_record(state, k, lines);
+    if (state.terminations.far != 0) termination(state.terminations.far);
+    if (state.loss_to_be_told()) {
+        lines.push_back(line().a(" Largest difference of loss =").pd(state.loss_error, 13, 5).a(" db"));
+    }
+    lines.emplace_back(" *** Done ***");
+    return lines;
+}
+
+std::vector<std::string> termination_report(const SynthesisState& state) {
+    const bool output = state.ladder.selection.output_side;
+    const double input = output ? state.terminations.far : state.terminations.own;
+    const double far = output ? state.terminations.own : state.terminations.far;
+    constexpr std::size_t column = 37;
+    const auto row = [&](std::string_view label, double value) {
+        std::string text = " " + std::string(label);
+        text.resize(column, ' ');
+        return text + "=" + edit_1pd(value, number_width, number_digits);
+    };
+    return {row("Input termination", input), row("Output termination", far),
+            row("Requested termination ratio", state.requested_ratio),
+            row("Nearest available termination ratio", state.available_ratio)};
+}
+
+std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const SynthesisState& state) {
+    std::vector<std::string> lines;
+    switch (verdict.fault) {
+        case SynthesisFault::none: return lines;
+        case SynthesisFault::not_realizable: lines.emplace_back(not_realizable_text); break;
+        case SynthesisFault::immittance_missing:
+        case SynthesisFault::polynomials_missing: lines.emplace_back(immittance_not_found_text); break;
+        case SynthesisFault::selection_missing: lines.emplace_back(selection_missing_text); break;
+        case SynthesisFault::script_refused: lines.emplace_back(messageOf(state.script_verdict.fault)); break;
+        case SynthesisFault::storage_full: lines.emplace_back(message_of(CircuitVerdict::storage_full)); break;
+        case SynthesisFault::loss_differs: break;
+    }
+    lines.emplace_back(synthesis_failed_text);
+    return lines;
+}
+
+namespace {
+
+// Hz of a root on the frequency axis; false when s is real there.
+bool frequency_of(const XPlane& xp, const FilterSpec& spec, long double x, double& hz) {
+    const long double w2 = (xp.a - x) / (1 - x);
+    if (!(w2 >= 0) || (w2 == 0 && spec.filterType == high_pass)) return false;
+    const long double w = spec.filterType == high_pass ? 1 / std::sqrt(w2) : std::sqrt(w2);
+    constexpr long double pi = std::numbers::pi_v<long double>;
+    if (spec.medium != microwave) {
+        hz = static_cast<double>(w * xp.normFrequency);
+    } else {
+        const long double t = std::tan(pi * xp.normFrequency / spec.sampleFrequency);
+        hz = static_cast<double>(spec.sampleFrequency * std::atan(w * t) / pi);
+    }
+    return std::isfinite(hz);
+}
+
+void report_polynomial(std::string_view name, const WideRootSet& set, const XPlane& xp, const FilterSpec& spec,
+                       std::vector<std::string>& lines) {
+    if (set.multiplier == 0) return;
+    lines.push_back(
+        line().x(3).a("**** ").a(name).a(" ****  multiplier =").d(static_cast<double>(set.multiplier), 16, 8));
+    lines.push_back(line().x(8).a("real part").x(6).a("imaginary part").x(4).a("frequency in hz"));
+    for (int i = 1; i <= set.count; ++i) {
+        Line row = line().d(static_cast<double>(set.re(i)), 19, 8).d(static_cast<double>(set.im(i)), 19, 8);
+        double hz = 0;
+        if (set.im(i) == 0 && frequency_of(xp, spec, set.re(i), hz)) row.d(hz, 19, 8);
+        lines.push_back(row);
+    }
+}
+
+// The rows of a branch: a value or two, the drawing between them.
+void report_record(const SynthesisState& state, int k, std::vector<std::string>& lines) {
+    const LadderState& ladder = state.ladder;
+    const DenormalisedBranch branch = denormalised(state.problem, ladder, k, state.terminations.own);
+    // Scales of L and C of this request: a normalised value is the denormalised one over its scale.
+    const double r = state.terminations.own;
+    const double w =
+        state.problem.microwave() ? state.problem.norm_frequency : 2 * std::numbers::pi * state.problem.norm_frequency;
+    const std::string_view cells = branch_kind_rows[static_cast<std::size_t>(branch.id)].cells;
+    const auto row = [&](int i, std::string_view drawing) {
+        const char letter = cells[static_cast<std::size_t>(i - 1)];
+        const double scale = letter == 'L' ? r / w : letter == 'C' ? 1 / (r * w) : r;
+        return line()
+            .pd(branch.values(i) / scale, number_width, number_digits)
+            .x(2)
+            .a(drawing)
+            .pd(branch.values(i), number_width, number_digits);
+    };
+    const auto zero_frequency = [&](Line text) {
+        if (ladder.SFR(k) != 0 && branch.id <= 3)
+            text.x(2).a("zero frequency").pd(ladder.SFR(k), number_width, number_digits);
+        lines.push_back(text);
+    };
+    if (branch.id == 10) {
+        lines.push_back(row(1, "*  u e  *"));
+    } else if (branch.id >= 4) {
+        for (int i = 1; i <= branch.count; ++i) {
+            lines.push_back(row(i, cells[static_cast<std::size_t>(i - 1)] == 'L' ? "├─L─┤   │" : "├─C─┤   │"));
+        }
+        const QuadrupletRecord& section = ladder.QUADS(static_cast<int>(ladder.SVAL1(k).rounded()));
+        lines.push_back(line()
+                            .a(" zero frequency  real")
+                            .pd(section.SFZR, number_width, number_digits)
+                            .a("  imaginary")
+                            .pd(section.SFZI, number_width, number_digits));
+    } else if (branch.id == 3) {
+        lines.push_back(row(1, branch.series ? "│      ┌L" : "├──L─C──┤"));
+        zero_frequency(row(2, branch.series ? "│      └C" : "│       │"));
+    } else {
+        const char letter = branch.id == 1 ? 'l' : 'c';
+        const std::string drawing =
+            branch.series ? std::string("│       ") + letter : std::string("├───") + letter + "───┤";
+        zero_frequency(row(1, drawing));
+    }
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,156 @@
+#include "synthesis/synthesise.h"
+
+#include <cmath>
+
+namespace kavrel {
+namespace {
+
+// One way to the ladder: the end to begin at, the dual, the place of the quadruplets.
+struct Road {
+    bool output_side = false;
+    bool dual = false;
+    QuadrupletPlace quadruplets = QuadrupletPlace::first;
+};
+
+[[nodiscard]] SynthesisFault build(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request, Road road,
+                                   SynthesisState& state, Circuit& circuit);
+[[nodiscard]] SynthesisFault extract(const SynthesisRequest& request, const Road& road, SynthesisState& state);
+[[nodiscard]] SynthesisFault choose(const LadderProblem& problem, const SynthesisRequest& request, const Road& road,
+                                    Selection& selection);
+[[nodiscard]] bool nearer_as_dual(const SynthesisState& state);
+void settle_levels(SynthesisState& state);
+[[nodiscard]] int negative_values(const Circuit& circuit);
+void describe(const XPlane& xp, const FilterSpec& spec, Circuit& circuit);
+
+}  // namespace
+
+// The first road that needs no negative element is taken, else the one that needs least.
+SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                            SynthesisState& state, Circuit& circuit) {
+    state = {};
+    if (!ladder_problem(xp, spec, state.problem)) return {SynthesisFault::polynomials_missing};
+    const SynthesisState start = state;
+    bool complex_zeros = false;
+    for (int i = 1; i <= state.problem.zero_count; ++i) complex_zeros = complex_zeros || state.problem.is_complex(i);
+
+    SynthesisFault first_fault = SynthesisFault::none;
+    bool found = false;
+    Circuit best = circuit;
+    for (const bool output_side : {false, true}) {
+        const bool asked = request.direction == Direction::reverse;
+        if (request.direction != Direction::automatic && output_side != asked) continue;
+        if (output_side && state.problem.single_termination && !asked) continue;
+        for (const QuadrupletPlace place :
+             {QuadrupletPlace::first, QuadrupletPlace::behind_shunts, QuadrupletPlace::last}) {
+            if (place != QuadrupletPlace::first && !complex_zeros) continue;
+            if (found && state.negative_elements == 0) break;
+            SynthesisState trial = start;
+            Circuit made = circuit;
+            const SynthesisFault fault = build(xp, spec, request, {output_side, request.dual, place}, trial, made);
+            if (fault != SynthesisFault::none) {
+                if (first_fault == SynthesisFault::none) {
+                    first_fault = fault;
+                    if (!found) state = trial;
+                }
+                continue;
+            }
+            if (found && trial.negative_elements >= state.negative_elements) continue;
+            found = true;
+            state = trial;
+            best = made;
+        }
+    }
+    if (!found) return {first_fault};
+    circuit = best;
+    return {};
+}
+
+namespace {
+
+SynthesisFault build(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request, Road road,
+                     SynthesisState& state, Circuit& circuit) {
+    if (const SynthesisFault fault = extract(request, road, state); fault != SynthesisFault::none) return fault;
+    if (!request.manual_selection && nearer_as_dual(state)) {
+        road.dual = !road.dual;
+        if (const SynthesisFault fault = extract(request, road, state); fault != SynthesisFault::none) return fault;
+    }
+    settle_levels(state);
+    if (storeResult(state.problem, state.ladder, state.terminations, circuit) != CircuitVerdict::done) {
+        return SynthesisFault::storage_full;
+    }
+    describe(xp, spec, circuit);
+    state.negative_elements = negative_values(circuit);
+    state.loss = compare_loss(xp, spec, circuit);
+    state.loss_error = state.loss.largest();
+    return state.loss_error <= loss_failure_limit ? SynthesisFault::none : SynthesisFault::loss_differs;
+}
+
+SynthesisFault choose(const LadderProblem& problem, const SynthesisRequest& request, const Road& road,
+                      Selection& selection) {
+    if (request.manual_selection) {
+        selection = {request.numerator, request.denominator, request.form, road.output_side};
+        WorkingFunction f;
+        return formWorkingFunction(problem, selection, f) ? SynthesisFault::none : SynthesisFault::selection_missing;
+    }
+    switch (chooseImmittance(problem, road.output_side, road.dual, selection)) {
+        case ChoiceFault::none: return SynthesisFault::none;
+        case ChoiceFault::not_realizable: return SynthesisFault::not_realizable;
+        case ChoiceFault::not_found: break;
+    }
+    return SynthesisFault::immittance_missing;
+}
+
+SynthesisFault extract(const SynthesisRequest& request, const Road& road, SynthesisState& state) {
+    Selection selection;
+    if (const SynthesisFault fault = choose(state.problem, request, road, selection); fault != SynthesisFault::none) {
+        return fault;
+    }
+    state.script = automatic_script(state.problem, selection, state.last_stage, road.quadruplets);
+    state.ladder = start_state(state.problem, selection);
+    state.script_verdict = run_automatic(state.problem, state.script, state.ladder);
+    if (!state.script_verdict.good()) return SynthesisFault::script_refused;
+
+    const LadderProblem& problem = state.problem;
+    state.requested_ratio = problem.single_termination ? 0 : problem.other_resistance / problem.own_resistance;
+    state.terminations = {problem.own_resistance, 0};
+    if (!problem.single_termination &&
+        !far_termination(problem, state.ladder, state.terminations.own, state.terminations.far)) {
+        return SynthesisFault::loss_differs;
+    }
+    const double out = state.terminations.far / state.terminations.own;
+    state.available_ratio = selection.output_side ? 1 / out : out;
+    return SynthesisFault::none;
+}
+
+// The dual network has the inverse ratio of terminations.
+bool nearer_as_dual(const SynthesisState& state) {
+    if (state.problem.single_termination) return false;
+    const double wanted = std::log(state.requested_ratio);
+    const double found = std::log(std::fabs(state.available_ratio));
+    constexpr double alike = 1e-9;
+    return std::fabs(found + wanted) < std::fabs(found - wanted) - alike;
+}
+
+// R1 is the one asked for, R2 follows.
+void settle_levels(SynthesisState& state) {
+    const double r1 = state.problem.own_resistance;
+    const double r2 = state.problem.single_termination ? 0 : r1 * state.available_ratio;
+    const bool output = state.ladder.selection.output_side;
+    state.terminations = {output ? r2 : r1, output ? r1 : r2};
+}
+
+int negative_values(const Circuit& circuit) {
+    int count = 0;
+    for (int i = 1; i <= circuit.ilast; ++i) count += circuit.VALUE(i) < 0 ? 1 : 0;
+    return count;
+}
+
+void describe(const XPlane& xp, const FilterSpec& spec, Circuit& circuit) {
+    circuit.fa = spec.filterType == low_pass || spec.filterType == linear_phase_low_pass ? 0 : spec.lowerPassEdge;
+    circuit.fb = spec.filterType == high_pass ? 0 : spec.upperPassEdge;
+    circuit.fnorm = static_cast<double>(xp.normFrequency);
+    circuit.mode_count = 0;
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,78 @@
+// Ladder synthesis of a finished approximation.
+#pragma once
+
+#include <string_view>
+#include <type_traits>
+
+#include "circuit/circuit.h"
+#include "synthesis/automatic_script.h"
+#include "synthesis/denormalise.h"
+#include "synthesis/loss_check.h"
+
+namespace kavrel {
+
+// The end that the extraction begins at: the input, the output, or (automatic) the input, and the output where that
+// leaves fewer negative elements. Either way the whole ladder comes from one end: the removals run in long numbers, and
+// need no second run for their accuracy.
+enum class Direction { automatic, forward, reverse };
+
+// As the form asks. Automatic configuration; the immittance may be chosen by hand.
+struct SynthesisRequest {
+    Direction direction = Direction::automatic;
+    bool manual_selection = false;  // else the immittance is chosen by the program
+    Part numerator = Part::es;
+    Part denominator = Part::os;
+    int form = admittance;
+    bool dual = false;  // of the network that the program would choose; not with unequal terminations
+};
+
+enum class SynthesisFault {
+    none,
+    polynomials_missing,  // there are no immittance polynomials
+    not_realizable,
+    immittance_missing,
+    selection_missing,  // the immittance chosen by hand does not exist
+    script_refused,     // SynthesisState::script_verdict tells
+    storage_full,
+    loss_differs,  // the circuit does not have the loss of the transfer function
+};
+
+inline constexpr std::string_view synthesis_failed_text = " **** Synthesis failed ****";
+inline constexpr std::string_view selection_missing_text = " Specified function does not exist or is incorrect";
+inline constexpr std::string_view element_missing_text = " **** Element(s) missing ****";
+inline constexpr std::string_view extreme_termination_text = "*** termination is extreme ***";
+inline constexpr double loss_note_limit = 0.001;  // dB, above which a line tells of the difference
+inline constexpr double loss_failure_limit = 0.1;
+
+struct [[nodiscard]] SynthesisVerdict {
+    SynthesisFault fault = SynthesisFault::none;
+
+    [[nodiscard]] constexpr bool good() const { return fault == SynthesisFault::none; }
+};
+
+// What a run leaves: everything that its report and the next step by hand need.
+struct SynthesisState {
+    LadderProblem problem;
+    Script script;
+    int last_stage = 0;  // position of its first "ue"
+    ScriptVerdict script_verdict;
+    LadderState ladder;
+    Terminations terminations;
+    double requested_ratio = 1;  // R2/R1
+    double available_ratio = 1;  // of the circuit
+    int negative_elements = 0;
+    LossDifference loss;
+    double loss_error = 0;  // dB, the largest difference
+
+    [[nodiscard]] bool loss_to_be_told() const { return loss_error > loss_note_limit; }
+};
+
+static_assert(std::is_trivially_copyable_v<SynthesisState> && std::is_trivially_copyable_v<SynthesisRequest>);
+
+// Synthesises the ladder of a request, `spec` being normalised as the approximation left it. The circuit is replaced
+// only when its loss agrees with the transfer function; after a fault it is as before, and `state` tells how far the
+// run went.
+[[nodiscard]] SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                                          SynthesisState& state, Circuit& circuit);
+
+}  // namespace kavrel

@@ -2,9 +2,14 @@
 //
 // The best approximation A by NFCNS cosines is the one whose weighted error takes its largest value, with alternating
 // signs, at NFCNS + 1 points of the grid (alternation theorem of Chebyshev). From a guess of these points, each pass
-// finds the A with equal alternating error on them and moves every point to the next larger error nearby, until no
-// point moves. A is held by its values at NFCNS + 1 abscissae x = cos(2 pi f) in barycentric Lagrange form; no
-// equations are solved.
+// finds the A with equal alternating error on them and moves every point to the next larger error nearby; where that
+// gains nothing, and after 20 passes, to the largest error of one sign around it on the whole grid, until no error
+// exceeds the deviation. A is held by its values at NFCNS + 1 abscissae x = cos(2 pi f) in barycentric Lagrange form.
+//
+// Deviations below 1e-8 of the response leave double too few digits: their passes are made in long double and begin
+// from points between which a polynomial cannot rise (Leja). Coefficients that do not lead back to A on the extremal
+// points, because A between the bands is not determined by double, are replaced by the least squares solution of
+// smallest norm on these points.
 //
 // Sources: E. Ya. Remez, 1934 (exchange); T. W. Parks and J. H. McClellan, IEEE Trans. Circuit Theory CT-19, 1972
 // (linear phase filters); C. W. Clenshaw, 1955 (recurrence for the change of variable).
@@ -21,9 +26,9 @@ inline constexpr int max_exchange_passes = 100;
 
 enum class ExchangeStatus {
     not_run,
-    converged,       // no point moved: the alternation holds
-    deviation_fell,  // the deviation fell, which in exact arithmetic it cannot: rounding rules; the result may well be
-                     // good
+    converged,       // no error on the grid exceeds the deviation: the alternation holds
+    deviation_fell,  // the deviation fell, which in exact arithmetic it cannot, or the taps miss it: rounding rules;
+                     // the result may well be good, `measured` tells
     limit_reached,   // 100 passes; the result is that of the last one
     stopped,         // the watcher said so; no result
     degenerate,      // the points coincide or numbers ran out of range; no result
@@ -33,6 +38,7 @@ struct ExchangeResult {
     ExchangeStatus status = ExchangeStatus::not_run;
     int iterations = 0;                          // passes begun
     double DEV = 0;                              // deviation: weighted error at the extremal points, 0 or above
+    double measured = 0;                         // largest weighted error of ALPHA on the grid
     Table<double, max_fir_functions + 1> ALPHA;  // [i] coefficient of cos(2 pi (i-1) f), i <= NFCNS; 0 above
     Table<int, max_fir_functions + 1> IEXT;      // [j] grid index of extremal point j, j <= NFCNS + 1, ascending
 };
@@ -60,9 +66,10 @@ public:
 // Best approximation of DES with weight WT on the grid by `nfcns` cosines.
 //   grid     as make_grid leaves it: ascending, WT above 0, at least nfcns + 1 points
 //   nfcns    1 to 257
-// Fills `result` and returns its status; ALPHA is 0 unless the status is converged, deviation_fell or limit_reached. A
-// grid or nfcns out of range is degenerate. Takes at most 100 passes, each of about nfcns^2 operations (the last ones
-// 32 times that), and no memory but a few tables on the stack.
+// Fills `result` and returns its status; ALPHA is 0 unless the status is converged, deviation_fell or limit_reached,
+// and always finite. A grid or nfcns out of range is degenerate. Takes at most 100 passes, each of about nfcns^2
+// operations (the last ones 32 times that); long double ones some ten times as long. A least squares solution takes
+// nfcns^3.
 [[nodiscard]] ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher, ExchangeResult& result);
 
 // Half impulse response of Q(f) A(f), outer end first:

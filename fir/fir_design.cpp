@@ -118,14 +118,14 @@ const char* take_request(const FirRequest& request, FirDraft& draft) {
 }
 
 // Sets the length of a low pass from its ripples and tells it; what is wrong, or null.
-const char* estimate_length(FirRequest& request, FirDraft& draft, Reporter& reporter) {
+const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter) {
     FirTask& task = draft.task;
     const bool applies = is_filter(task) && task.BANDS.NBANDS == 2 && task.BANDS.FX(1) == 1.0 &&
                          request.specification_type == static_cast<int>(FirSpecification::ripple_in_db);
     if (!applies) return incomplete;
     const double length =
         estimated_fir_length(draft.ripple_db[0], draft.ripple_db[1], task.BANDS.EDGE(3) - task.BANDS.EDGE(2));
-    if (std::isnan(length)) return bad_input;
+    if (!std::isfinite(length)) return bad_input;  // no transition band, or a ripple of 0 dB
     if (length < max_fir_taps + 1) {
         task.NFILT = static_cast<int>(std::max(length, 0.0));
         reporter.report_line(" Estimated degree = " + edit_i(task.NFILT, 4));
@@ -135,7 +135,6 @@ const char* estimate_length(FirRequest& request, FirDraft& draft, Reporter& repo
         reporter.report_line(" Estimated degree: " + edit_i(told, 4) +
                              " is too high. reset to: " + edit_i(max_fir_taps, 4));
     }
-    request.filter_length = task.NFILT;
     draft.figures.length_estimated = true;
     return nullptr;
 }
@@ -168,8 +167,11 @@ void fill_filter(FirDraft& draft, double frequency_scale) {
 
 void fill_figures(FirDraft& draft) {
     const BandTable& bands = draft.task.BANDS;
+    // what the taps do, where that is worse than the deviation that the exchange leveled
+    const ExchangeResult& exchange = draft.exchange;
+    const double deviation = exchange.measured > exchange.DEV * (1.0 + 1e-6) ? exchange.measured : exchange.DEV;
     for (int j = bands.NBANDS; j >= 1; --j) {
-        draft.figures.DEVIAT(j) = static_cast<float>(draft.exchange.DEV / bands.WTX(j));
+        draft.figures.DEVIAT(j) = static_cast<float>(deviation / bands.WTX(j));
         if (!is_filter(draft.task)) continue;
         const float d = draft.figures.DEVIAT(j);
         const float ripple = bands.FX(j) != 0.0 ? (1.0F + d) / (1.0F - d) : d;
@@ -227,6 +229,7 @@ FirDesignVerdict remez_design(FirDesk& desk) {
     fill_figures(*draft);
     desk.filter = draft->filter;
     desk.session.TITLE = "<New Filter>";
+    request.filter_length = draft->task.NFILT;
     report_fir_design(draft->task, draft->figures, desk.filter, desk.session.TITLE.trimmed(), desk.reporter);
     desk.results = {};
     if (draft->figures.taps <= analysis_points) fir_time_response(desk.filter, 1, desk.results);

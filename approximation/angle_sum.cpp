@@ -48,7 +48,8 @@ Real root_of_angle(const AngleSum& angles, int half_turns, int total, Real above
 
 namespace {
 
-// An angle as the argument of a product, with the whole turns that the product has gone through: one arctangent for all.
+// An angle as the argument of a product, with the whole turns that the product has gone through: one arctangent for
+// all.
 class Turning {
 public:
     // Adds the angle of re + j im, between -pi and pi, weight times.

@@ -23,6 +23,10 @@ namespace {
 using Real = long double;
 using Fault = ApproximationFault;
 
+// Deviation of F that the parts of f may have: at the first another f is tried, at the second none is delivered.
+constexpr Real good_parts = 1e-12L;
+constexpr Real usable_parts = 1e-9L;
+
 // One run. Each step answers Fault::none or why the design ends.
 class Run {
 public:
@@ -43,6 +47,7 @@ private:
     Fault end_with_known_f();
     Fault end_with_new_f();
     Fault end_single_terminated();
+    Fault end_single_with_new_e();
 
     Fault take(FrontVerdict verdict);
     Fault take(FunctionalFault fault, Fault inconsistent);
@@ -70,7 +75,8 @@ private:
     ApproximationQuestions& questions_;
     ExtractionWorkspace ws_;
     FrontVerdict front_;
-    WideRootSet odd_f0_;  // odd part of an f without even one, before E is raised for the terminations
+    WideRootSet odd_f0_;    // odd part of an f without even one, before E is raised for the terminations
+    Real level_of_e0_ = 0;  // multiplier of E then
 };
 
 }  // namespace
@@ -119,7 +125,7 @@ Fault Run::from_characteristic() {
     Moved moved = Moved::no;
     if (const Fault fault = predistort_e(moved); fault != Fault::none) return fault;
     if (moved == Moved::no) return end_with_known_f();
-    return single_termination() ? end_single_terminated() : end_with_new_f();
+    return single_termination() ? end_single_with_new_e() : end_with_new_f();
 }
 
 Fault Run::from_given_numerator() {
@@ -141,7 +147,7 @@ Fault Run::from_given_denominator() {
     if (xp_.ES.count != overall_degree(spec_, xp_)) return Fault::e_inconsistent;
     scaleByMaximum(xp_, is_band_pass());
     if (spec_.medium == Medium::sampled_data) return Fault::none;
-    if (single_termination()) return end_single_terminated();
+    if (single_termination()) return end_single_with_new_e();
     if (predistortion_due()) {
         Moved moved = Moved::no;
         if (const Fault fault = predistort_e(moved); fault != Fault::none) return fault;
@@ -164,7 +170,7 @@ Fault Run::from_slope() {
     if (!single_termination()) return end_with_new_f();
     scaleByMaximum(xp_, is_band_pass());
     scaleE(xp_, std::pow(Real{10}, static_cast<Real>(spec_.flatLoss) / 10));
-    return end_single_terminated();
+    return end_single_with_new_e();
 }
 
 Fault Run::end_with_known_f() {
@@ -183,6 +189,15 @@ Fault Run::end_with_new_f() {
 Fault Run::end_single_terminated() {
     immittanceOfDenominator(xp_);
     return Fault::none;
+}
+
+// Nothing asks for the f of an E that was not made from one; what stands there belongs to another E.
+Fault Run::end_single_with_new_e() {
+    xp_.FS = {};
+    xp_.fFactors = {};
+    xp_.fEven = {};
+    xp_.fOdd = {};
+    return end_single_terminated();
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -261,44 +276,34 @@ Fault Run::split_f() {
     }
     const bool keep_hurwitz =
         is_band_pass() && spec_.bandpassType == conventional && spec_.passbandType != functional_passband;
+    const WidePseudoPolynomial left_zeros = xp_.fFactors;
     xp_.factor_sign.fill(keep_hurwitz ? 1 : 0);
     if (!keep_hurwitz) signRoots(xp_, is_high_pass(), mirrored);
     if (superpose_f()) return Fault::none;
-    const SolveVerdict verdict = solveEvenOdd(xp_.fFactors, xp_.a, false, xp_.fEven, xp_.fOdd, ws_.parts);
-    return verdict.good() ? Fault::none : Fault::f_parts_missing;
+    const bool found = solveEvenOdd(xp_.fFactors, xp_.a, false, xp_.fEven, xp_.fOdd, ws_.parts).good();
+    if (found && deviationOfParts(xp_) <= good_parts) return Fault::none;
+    if (mirrored != 0) return found ? Fault::none : Fault::f_parts_missing;
+
+    // Roots of the parts coincide so far that they cannot be told apart: those of an f without zeros in the right half
+    // plane never do.
+    xp_.fFactors = left_zeros;
+    xp_.factor_sign.fill(1);
+    return partsOfHurwitz(xp_.fFactors, xp_.a, xp_.fEven, xp_.fOdd) ? Fault::none : Fault::f_parts_missing;
 }
 
-// E raised by L from one whose f0 was odd, with q even: f f* = L f0 f0* + (L - 1) q q*, so that
-// f = sqrt(L) f0 +- sqrt(L - 1) q is the one with alternating signs, and its parts are those of f0 and q. As many of
-// their roots may coincide, they could not be found from the factors.
+// After the terminations have raised an E whose f0 was odd; F0 = E0 - Q.
 bool Run::superpose_f() {
     if (odd_f0_.multiplier == 0) return false;
-    const WideRootSet even_q = evenPartOfQ(spec_, xp_);
-    const auto level = [&](const WideRootSet& part, Real x, Real value) {
-        return value / evalRootSet(part, x, Real{0}, 0).re;
-    };
-    Real even[2] = {}, odd[2] = {};
-    for (const int place : {0, 1}) {
-        const Real x = place == 0 ? -0.7L : -2.3L;
-        const PseudoValue<Real> p = evalPseudo(xp_.fFactors, xp_.a, Complex<Real>{x, 0});
-        const Complex<Real> f = shifted(p.plus, p.exponent);
-        even[place] = level(even_q, x, f.re);
-        odd[place] = level(odd_f0_, x, f.im / p.root.im);
-    }
-    constexpr Real agreement = 1e-9L;
-    if (!(std::fabs(even[0] - even[1]) < agreement * std::fabs(even[0]))) return false;
-    if (!(std::fabs(odd[0] - odd[1]) < agreement * std::fabs(odd[0]))) return false;
-    xp_.fEven = even_q;
-    xp_.fEven.multiplier *= even[0];
-    xp_.fOdd = odd_f0_;
-    xp_.fOdd.multiplier *= odd[0];
-    return true;
+    const Real raised = xp_.ES.multiplier / level_of_e0_;
+    return raised > 1 && superposeParts(evenPartOfQ(spec_, xp_), odd_f0_, raised, xp_) &&
+           deviationOfParts(xp_) <= good_parts;
 }
 
 Fault Run::serve_terminations() {
     if (spec_.filterType >= band_pass || xp_.matched) return Fault::none;
-    const bool odd_f = xp_.fEven.multiplier == 0 && xp_.ES.count % 2 == 1 && spec_.unitElements == 0;
+    const bool odd_f = xp_.fEven.multiplier == 0 && xp_.ES.count % 2 == 1 && spec_.unitElements % 2 == 0;
     odd_f0_ = odd_f ? xp_.fOdd : WideRootSet{};
+    level_of_e0_ = xp_.ES.multiplier;
     while (raiseForTerminations(xp_, xp_.requested_ratio)) {
         if (const Fault fault = find_f(false); fault != Fault::none) return fault;
     }
@@ -307,6 +312,7 @@ Fault Run::serve_terminations() {
 
 Fault Run::find_immittances() {
     if (!questions_.go_on()) return Fault::stopped;
+    if (!(deviationOfParts(xp_) <= usable_parts)) return Fault::f_parts_missing;
     return immittancePolynomials(xp_, ws_).good() ? Fault::none : Fault::immittance_missing;
 }
 

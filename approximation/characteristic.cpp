@@ -177,7 +177,13 @@ void set_root_factors(const FilterSpec& spec, XPlane& xp, const WideRootSet& roo
     if (odd) xp.FS.append({d, 0});
 }
 
-// False where a zero of transmission lies on the pass band: its factor has no phase there.
+// Within the rounding of its frequency: s^2 + 1 = (1 - a)/(1 - x), s^2 + a = x (s^2 + 1).
+bool lies_on_an_edge(Real a, Real magnitude) {
+    constexpr Real rounding = 1e-14L;
+    return 1 - a < rounding * magnitude || magnitude * (1 - a) < rounding * a;
+}
+
+// False where a zero of transmission lies on the pass band, its edges included: its factor has no phase there.
 bool collect_angles(const FilterSpec& spec, const XPlane& xp, Real unit_element, AngleSum& angles) {
     angles.append({std::sqrt(xp.a), 0}, spec.zerosAtZero);
     angles.append({1, 0}, spec.zerosAtInfinity);
@@ -187,7 +193,7 @@ bool collect_angles(const FilterSpec& spec, const XPlane& xp, Real unit_element,
     }
     for (int i = 1; i <= xp.zeroCount; ++i) {
         const Complex<Real> m = csqrt(xp.ARR(i), xp.ARI(i));
-        if (!(m.re > 0)) return false;
+        if (!(m.re > 0) || lies_on_an_edge(xp.a, cabs(xp.ARR(i), xp.ARI(i)))) return false;
         angles.append(m, 2);
     }
     angles.append({std::sqrt(xp.xReal), 0}, -parametric_weight(spec));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include "approximation/characteristic.h"
@@ -14,7 +15,7 @@ using Real = XPlane::Real;
 namespace {
 
 constexpr Real loss_tolerance = 1e-9L;  // dB: rounding of a loss that a degree reaches exactly
-constexpr int search_limit = 2000;      // of a degree, for the message
+constexpr int search_limit = 2000;      // of the degree of a matching network, for the message
 
 struct Counts {
     int at_zero = 0;
@@ -31,6 +32,11 @@ Real power_excess(double loss) { return std::expm1(static_cast<Real>(loss) * std
 Real loss_of(Real squared) { return 10 * std::log1p(squared) / std::numbers::ln10_v<Real>; }
 Real unit_element_root(const FilterSpec& spec, const XPlane& xp) {
     return spec.filterType == high_pass ? 1 - xp.ueX : xp.ueX;
+}
+// An estimate in whole numbers; sums of a few of them stay within an int.
+int whole(Real estimate) {
+    constexpr int limit = std::numeric_limits<int>::max() / 4;
+    return static_cast<int>(std::min<Real>(estimate, limit));
 }
 bool is_flat(const FilterSpec& spec) { return spec.passbandType == maximally_flat; }
 
@@ -189,7 +195,7 @@ int prototype_estimate(const FilterSpec& spec, const XPlane& xp) {
         const Real u = nue > 0 ? nue / 2 * std::log(std::fabs(1 - t) / (1 + t)) : 0;
         n = (std::acosh(std::sqrt(ratio)) + u) / std::acosh(omega);
     }
-    return static_cast<int>(std::min<Real>(n + 0.99L, search_limit));
+    return whole(n + 0.99L);
 }
 
 FrontVerdict estimate_band_pass(FilterSpec& spec, const XPlane& xp, Counts& counts) {
@@ -270,8 +276,7 @@ Counts bandpass_estimate(const FilterSpec& spec, const XPlane& xp) {
         const Real n = n0 + ni + nue;
         if (n > 0) flat_point = std::pow(xp.a, n0 / n) * (nue > 0 ? std::pow(xp.ueX, nue / n) : 1);
     }
-    const auto rounded = [](Real count) { return static_cast<int>(std::min<Real>(count + 0.99L, search_limit)); };
-    return {rounded(n0), rounded(ni), spec.unitElements};
+    return {whole(n0 + 0.99L), whole(ni + 0.99L), spec.unitElements};
 }
 
 bool unit_elements_alone(const FilterSpec& spec) {
@@ -285,7 +290,7 @@ FrontVerdict count_sections(FilterSpec& spec, const XPlane& xp, Real mismatch) {
     const Real b = 1 / std::sqrt(xp.ueX);
     const Real asked = std::sqrt(mismatch / xp.eps2);
     const Real n = is_flat(spec) ? std::log(asked) / std::log(b) : std::acosh(asked) / std::acosh(b);
-    spec.unitElements = std::max(1, static_cast<int>(std::min<Real>(n + 0.9999L, search_limit)));
+    spec.unitElements = std::max(1, whole(n + 0.9999L));
     spec.zerosAtInfinity = 0;
     if (spec.unitElements > kMaxDegree) return refuse(spec, FrontFault::DegreeTooHigh, spec.unitElements);
     return {};

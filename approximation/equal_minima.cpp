@@ -233,8 +233,8 @@ Real degree_needed(const Prototype& p, Real omega) {
 }
 
 int rounded_up(Real n) {
-    constexpr Real unlimited = 1e6L;
-    return std::max(1, static_cast<int>(std::min(n, unlimited) + 0.9999L));
+    constexpr Real most = std::numeric_limits<int>::max() / 4;  // twice that and more is still an int
+    return std::max(1, static_cast<int>(std::min(n, most) + 0.9999L));
 }
 
 bool keeps_two_at_infinity(const Prototype& p) { return p.degree % 2 == 0 && p.symmetry >= 0; }

@@ -7,6 +7,7 @@
 
 #include "approximation/hurwitz_factors.h"
 #include "numeric/guarded.h"
+#include "numeric/scaled_value.h"
 
 namespace kavrel {
 namespace {
@@ -14,6 +15,7 @@ namespace {
 using Real = long double;
 
 Complex<Real> value_of_psi(const FilterSpec& spec, const XPlane& xp, bool band_pass, Complex<Real> x);
+Real value_at(const WideRootSet& set, Real x);
 
 }  // namespace
 
@@ -110,10 +112,67 @@ WideRootSet evenPartOfQ(const FilterSpec& spec, const XPlane& xp) {
             q.multiplier = -q.multiplier;
         }
     }
+    const Real unit_root = spec.filterType == high_pass ? 1 - xp.ueX : xp.ueX;
+    for (int i = 1; i <= spec.unitElements / 2; ++i) {
+        q.append({unit_root, 0});
+        if (unit_root > 1) q.multiplier = -q.multiplier;
+    }
     return q;
 }
 
+bool superposeParts(const WideRootSet& even_q, const WideRootSet& odd_f0, long double raised, XPlane& xp) {
+    WideRootSet even = even_q;
+    WideRootSet odd = odd_f0;
+    even.multiplier *= std::sqrt(raised - 1);
+    odd.multiplier *= std::sqrt(raised);
+
+    constexpr Real agreement = 1e-9L;
+    Real best = 0;
+    bool found = false;
+    for (const double place : {-0.2, -0.7, -2.3, -20.0, -200.0}) {
+        const Real x = static_cast<Real>(place);
+        const PseudoValue<Real> p = evalPseudo(xp.fFactors, xp.a, Complex<Real>{x, 0});
+        const Complex<Real> f = shifted(p.plus, p.exponent);
+        const Real ev = value_at(even, x);
+        const Real od = value_at(odd, x) * p.root.im;
+        const Real standing = std::fmin(std::fabs(ev), std::fabs(od)) / std::hypot(ev, od);
+        if (!(standing > best)) continue;
+        best = standing;
+        found = std::fabs(std::fabs(ev) - std::fabs(f.re)) <= agreement * std::fabs(f.re) &&
+                std::fabs(std::fabs(od) - std::fabs(f.im)) <= agreement * std::fabs(f.im);
+        if (ev * f.re < 0) even.multiplier = -even.multiplier;
+        if (od * f.im < 0) odd.multiplier = -odd.multiplier;
+    }
+    if (!found) return false;
+    xp.fEven = even;
+    xp.fOdd = odd;
+    return true;
+}
+
+long double deviationOfParts(const XPlane& xp) {
+    Real largest = 0;
+    const auto take = [&](Real x) {
+        const Real ev = value_at(xp.fEven, x);
+        const Real od = value_at(xp.fOdd, x);
+        const Real f =
+            xp.ES.count % 2 == 0 ? ev * ev - (x - xp.a) * (1 - x) * od * od : (x - xp.a) * od * od - (1 - x) * ev * ev;
+        const Real deviation = std::fabs((value_at(xp.FS, x) - f) / value_at(xp.ES, x));
+        if (!(deviation <= largest)) largest = deviation;
+    };
+    for (const double distance : {0.02, 0.15, 0.5, 1.1, 2.4, 7.0, 40.0}) {
+        take(-static_cast<Real>(distance));
+        take(1 + static_cast<Real>(distance));
+    }
+    if (xp.a > 0) take(xp.a / 2), take(xp.a / 8);
+    return largest;
+}
+
 namespace {
+
+Real value_at(const WideRootSet& set, Real x) {
+    const ScaledValue<Real> product = scaledProduct(set, {x, 0});
+    return shifted(product.value, product.exponent).re;
+}
 
 // Low-pass, high-pass: psi = s fOdd/((1 - x)^((nzi - 1)/2) prod sigma (x - xz)); band-pass:
 // psi = fEven/(s (x - a)^((nz0 - 1)/2) (1 - x)^((nzi + 1)/2) prod sigma (x - xz)), sigma = sign(1 - xz).

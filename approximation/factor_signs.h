@@ -32,8 +32,19 @@ void applySigns(XPlane& x);
 // Trans. CAS-32 (1985).
 bool assignPoleChains(const FilterSpec& spec, XPlane& x);
 
-// Even part of q for odd low-pass and high-pass functions without unit elements:
-// (1 - x)^((nzi - 1)/2) times the product of sigma (x - xz), sigma = sign(1 - xz), one factor for each zero pair.
+// Even part of q, which is even for odd low-pass and high-pass functions with an even number of unit elements:
+// (1 - x)^((nzi - 1)/2) times the product of sigma (x - xz), sigma = sign(1 - xz), one factor for each zero pair and
+// for each two unit elements; Q = -(1 - x) Ev^2. Of an odd number of unit elements q is no polynomial.
 [[nodiscard]] WideRootSet evenPartOfQ(const FilterSpec& spec, const XPlane& x);
+
+// f of F = L F0 + (L - 1) Q where f0 is odd and q even: f = sqrt(L) f0 +- sqrt(L - 1) q is the one of alternating
+// signs. Its parts are those of f0 and q, many of whose roots may coincide, so that they cannot be found from the
+// factors. The sign is that of fFactors at the one place where both parts stand out best. Fills fEven and fOdd; false,
+// and nothing done, where fFactors are not those of that f. `raised` is L > 1.
+[[nodiscard]] bool superposeParts(const WideRootSet& even_q, const WideRootSet& odd_f0, long double raised, XPlane& x);
+
+// The largest |F - F of fEven, fOdd| over |E| at places of all bands:
+//   F = Ev^2 - (x - a)(1 - x) Od^2 for even, (x - a) Od^2 - (1 - x) Ev^2 for odd degree.
+[[nodiscard]] long double deviationOfParts(const XPlane& x);
 
 }  // namespace kavrel

@@ -10,6 +10,7 @@
 #include "approximation/filter_report.h"
 #include "approximation/frequency_variable.h"
 #include "approximation/s_plane.h"
+#include "approximation/sloped_passband.h"
 
 namespace kavrel {
 
@@ -33,6 +34,8 @@ bool take_entry(int entry_code, FilterSpec& spec);
 void settle_terminations(FilterSpec& spec);
 void settle_symmetry(FilterSpec& spec);
 bool is_specified(const FilterSpec& spec);
+bool a_zero_is_beyond_the_medium(const FilterSpec& spec);
+ApproximationFault fault_of_steep_slope(const FilterSpec& spec);
 FilterSpec findings(const FilterSpec& request, const FilterSpec& worked, const XPlane& x, const FrontNotes& notes);
 
 // One design on its way: a request, what becomes of it, and the questions that the calculation asks.
@@ -81,6 +84,14 @@ FilterDesignVerdict designFilter(int entry_code, FilterSpec& spec, FilterDesign&
     settle_symmetry(spec);
     if (!is_specified(spec)) {
         reporter.message("Incorrect or inadequate specification", "Fatal error");
+        return FilterDesignVerdict::discontinued;
+    }
+    if (a_zero_is_beyond_the_medium(spec)) {
+        reporter.message(spec.medium == microwave ? quarter_wave_too_low : sampling_too_low, "Error");
+        return FilterDesignVerdict::discontinued;
+    }
+    if (const ApproximationFault fault = fault_of_steep_slope(spec); fault != ApproximationFault::none) {
+        reporter.message(messageOf(fault).first, "Error");
         return FilterDesignVerdict::discontinued;
     }
     const auto draft = std::make_unique<FilterDesign>();
@@ -149,6 +160,27 @@ bool is_specified(const FilterSpec& spec) {
         if (spec.filterType != low_pass && !high()) return false;
     }
     return functional || spec.bandEdgeLoss != 0.0;
+}
+
+// The tangent takes such a zero to one within the range of the medium.
+bool a_zero_is_beyond_the_medium(const FilterSpec& spec) {
+    if (spec.medium == lumped || spec.stopbandType < specified_zeros) return false;
+    for (int i = 1; i <= spec.zeroCount; ++i) {
+        if (2.0 * std::abs(spec.FZI(i)) >= spec.sampleFrequency) return true;
+    }
+    return false;
+}
+
+// A slope asks for as many zeros as it has units; more than the highest degree there cannot be.
+ApproximationFault fault_of_steep_slope(const FilterSpec& spec) {
+    if (spec.passbandType != sloping_passband) return ApproximationFault::none;
+    FilterSpec trial = spec;
+    const auto plane = std::make_unique<XPlane>();
+    FrontNotes notes;
+    if (!normaliseEdges(trial, *plane, notes).good()) return ApproximationFault::none;
+    if (std::abs(spec.stopbandLoss) <= kMaxDegree * slopeUnit(trial, *plane)) return ApproximationFault::none;
+    return spec.stopbandLoss < 0.0 ? ApproximationFault::slope_zero_too_low
+                                   : ApproximationFault::slope_infinity_too_low;
 }
 
 // A high-pass was worked on turned over; edges and functions stay as typed.

@@ -1,6 +1,8 @@
 // The driver of a filter design: from the request in Hz to the transfer function and its report.
 #pragma once
 
+#include <string_view>
+
 #include "approximation/filter_spec.h"
 #include "approximation/x_plane.h"
 #include "shell/reporter.h"
@@ -24,6 +26,10 @@ enum class FilterDesignVerdict {
 struct EntryCode {
     enum { passive_lc = 1, microwave = 2, active_rc = 3, iir_digital = 4 };
 };
+
+// Frequencies of a sampled or microwave filter that its medium cannot serve.
+inline constexpr std::string_view sampling_too_low = "Sampling frequency too low";
+inline constexpr std::string_view quarter_wave_too_low = "Quarter-wave frequency too low";
 
 // Designs `spec`. Of a request it takes the edges, losses, types, counts and zeros, the requested Q, the functional
 // input and the terminations; implementation, medium and what they bring along are set here. A symmetryFlag of 0

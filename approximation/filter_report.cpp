@@ -116,8 +116,11 @@ void tell_edges(const DesignFacts& facts, Sheet& sheet) {
 
 void tell_stopband(const DesignFacts& facts, Sheet& sheet) {
     const FilterSpec& spec = facts.found;
-    const bool equal = facts.request.stopbandType == equal_minima;
-    if (!equal && facts.request.stopbandType != monotonic_stopband) return;
+    // A matching network has no lower stopband, its loss at frequency zero being that of the terminations, and all its
+    // zeros at infinity, whichever stopband was asked for.
+    const bool matching = facts.request.bandpassType == impedance_matching;
+    if (facts.request.stopbandType != monotonic_stopband && facts.request.stopbandType != equal_minima) return;
+    const bool equal = facts.request.stopbandType == equal_minima && !matching;
     const auto tell = [&](double edge, double asked, double reached) {
         if (edge <= 0.0) return;
         sheet.frequency(
@@ -129,16 +132,12 @@ void tell_stopband(const DesignFacts& facts, Sheet& sheet) {
         }
         if (reached > 0.0) sheet.number("Stop band loss reached", reached, " dB.");
     };
-    // A matching network has no lower stopband: its loss at frequency zero is that of the terminations.
-    const bool matching = facts.request.bandpassType == impedance_matching;
     const FrontNotes& notes = facts.notes;
     if (spec.filterType == band_pass && !matching)
         tell(spec.lowerStopEdge, spec.stopbandLoss, notes.lower_loss_reached);
     if (spec.filterType == high_pass) tell(spec.lowerStopEdge, spec.stopbandLoss, notes.upper_loss_reached);
     if (spec.filterType == low_pass) tell(spec.upperStopEdge, spec.stopbandLoss, notes.upper_loss_reached);
-    if (spec.filterType == band_pass) {
-        tell(spec.upperStopEdge, spec.upperStopLoss, matching ? 0.0 : notes.upper_loss_reached);
-    }
+    if (spec.filterType == band_pass) tell(spec.upperStopEdge, spec.upperStopLoss, notes.upper_loss_reached);
 }
 
 // A zero off both axes stands for two pairs.

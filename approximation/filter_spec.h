@@ -21,58 +21,59 @@ inline constexpr int factor_limit = 100;
 // Frequencies in Hz, losses in dB, resistances in ohm.
 struct FilterSpec {
     FixedText<80> title;
-    int filterType = low_pass;                // FilterType
-    int passbandType = maximally_flat;        // PassbandType
-    int bandpassType = conventional;          // BandpassType
-    int stopbandType = monotonic_stopband;    // StopbandType
-    int medium = lumped;                      // Medium
-    char implementation = 'P';                // P passive LC, M microwave, A active RC, I IIR digital
+    int filterType = low_pass;              // FilterType
+    int passbandType = maximally_flat;      // PassbandType
+    int bandpassType = conventional;        // BandpassType
+    int stopbandType = monotonic_stopband;  // StopbandType
+    int medium = lumped;                    // Medium
+    char implementation = 'P';              // P passive LC, M microwave, A active RC, I IIR digital
     double lowerPassEdge = 0.0;
     double upperPassEdge = 0.0;
     double lowerStopEdge = 0.0;
     double upperStopEdge = 0.0;
     double bandEdgeLoss = 0.0;
-    double stopbandLoss = 0.0;                // band-pass: of the lower stopband; sloping: loss slope in dB/octave
-    double upperStopLoss = 0.0;               // band-pass: of the upper stopband; delay filters: the delay in seconds
-    double sourceResistance = 0.0;            // R1
-    double loadResistance = 0.0;              // R2; 0 means single termination
-    double predistortionQ = 0.0;              // above 0 pass band only, below 0 pass and stop bands, 0 none
-    double freal = 0.0;                       // parametric frequency, 0 when not used
-    double functionMultiplier = 0.0;          // of a given characteristic numerator
-    Table<double, factor_limit> numeratorFactors;    // functional input: pairs of coefficients (linear, constant) of the
+    double stopbandLoss = 0.0;        // band-pass: of the lower stopband; sloping: loss slope in dB/octave
+    double upperStopLoss = 0.0;       // band-pass: of the upper stopband; delay filters: the delay in seconds
+    double sourceResistance = 0.0;    // R1
+    double loadResistance = 0.0;      // R2; 0 means single termination
+    double predistortionQ = 0.0;      // above 0 pass band only, below 0 pass and stop bands, 0 none
+    double freal = 0.0;               // parametric frequency, 0 when not used
+    double functionMultiplier = 0.0;  // of a given characteristic numerator
+    Table<double, factor_limit> numeratorFactors;  // functional input: pairs of coefficients (linear, constant) of the
     Table<double, factor_limit> denominatorFactors;  // second-order factors s^2 + b s + c0; a last single factor s + c
     int numeratorDegree = 0;
     int denominatorDegree = 0;
-    double reflectionInput = 0.0;             // as typed: negative reflection coefficient in percent, above 9.5 return loss
+    double reflectionInput = 0.0;  // as typed: negative reflection coefficient in percent, above 9.5 return loss
     double flatLoss = 0.0;
-    double sampleFrequency = 0.0;             // microwave: twice the quarter-wave frequency
+    double sampleFrequency = 0.0;  // microwave: twice the quarter-wave frequency
     int zerosAtZero = 0;
-    int zerosAtInfinity = 0;                  // sampled: at half the sampling frequency; microwave: at the quarter wave
+    int zerosAtInfinity = 0;  // sampled: at half the sampling frequency; microwave: at the quarter wave
     int unitElements = 0;
-    int zeroCount = 0;                        // finite transmission zeros, as given in FZR, FZI
-    Table<double, finite_zero_limit> FZR;     // [i] real part, Hz
-    Table<double, finite_zero_limit> FZI;     // [i] imaginary part, Hz
-    int degree = 0;                           // 0 asks for the estimate; at most 50
-    int degreeParity = 0;                     // 0 even, 1 odd
-    int symmetryFlag = 0;                     // 1 equal terminations, 0 two unequal ones, -1 no zero need lie at infinity
-    int runFlag = 0;                          // -1 while a placed design is fed in
-    int designError = 0;                      // 0 good, 1 discontinued, 2 and 3 for the matching estimate
-    double centerFrequency = 0.0;             // of a shifted band-pass, 0 when none
-    bool odd_parametric = false;              // of a shifted band-pass
+    int zeroCount = 0;                     // finite transmission zeros, as given in FZR, FZI
+    Table<double, finite_zero_limit> FZR;  // [i] real part, Hz
+    Table<double, finite_zero_limit> FZI;  // [i] imaginary part, Hz
+    int degree = 0;                        // 0 asks for the estimate; at most 50
+    int degreeParity = 0;                  // 0 even, 1 odd
+    int symmetryFlag = 0;                  // 1 equal terminations, 0 two unequal ones, -1 no zero need lie at infinity
+    int runFlag = 0;                       // -1 while a placed design is fed in
+    int designError = 0;                   // 0 good, 1 discontinued, 2 and 3 for the matching estimate
+    double centerFrequency = 0.0;          // of a shifted band-pass, 0 when none
+    bool odd_parametric = false;           // of a shifted band-pass
 };
 
-// Poles and zeros as they stand in the s plane, rad/s, complete with conjugates. Sampled data: the plane of the warped variable.
+// Poles and zeros as they stand in the s plane, complete with conjugates. Lumped: rad/s. Sampled data and microwave:
+// the plane of the warped variable tan(pi f/fs), in units of its value at the band edge, so that the edge is 1.
 struct TransferFunction {
-    int zeroCount = 0;                        // entries of ZEROS
-    int poleCount = 0;                        // entries of POLES: the degree
+    int zeroCount = 0;  // entries of ZEROS
+    int poleCount = 0;  // entries of POLES: the degree
     Table<double, kMaxDegree> ZEROS_RE;
     Table<double, kMaxDegree> ZEROS_IM;
-    Table<double, kMaxDegree> POLES_RE;   // negative
+    Table<double, kMaxDegree> POLES_RE;  // negative
     Table<double, kMaxDegree> POLES_IM;
     double multiplier = 1.0;
-    double normFrequency = 0.0;               // rad/s
-    double gainConstant = 0.0;                // dB
-    double lossConstant = 0.0;                // dB, for the analyses of the Segments
+    double normFrequency = 0.0;  // rad/s
+    double gainConstant = 0.0;   // dB
+    double lossConstant = 0.0;   // dB, for the analyses of the Segments
     int zerosAtZero = 0;
     int zerosAtInfinity = 0;
 };

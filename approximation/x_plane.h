@@ -1,5 +1,6 @@
-// All data of a design in the variable x = (s^2 + a)/(s^2 + 1), s = j at the upper band edge. Sets and factors are held in the wide
-// type between the steps: each extraction magnifies the rounding of the one before, and ladder synthesis lives on these roots.
+// All data of a design in the variable x = (s^2 + a)/(s^2 + 1), s = j at the upper band edge. Sets and factors are held
+// in the wide type between the steps: each extraction magnifies the rounding of the one before, and ladder synthesis
+// lives on these roots.
 #pragma once
 
 #include <type_traits>
@@ -14,14 +15,14 @@ struct XPlane {
     using Real = long double;
 
     // The variable.
-    Real a = 0;                // lowerEdgeRatio: (lower band edge / upper band edge)^2, 0 for low-pass and high-pass
-    Real xReal = 0;            // x of Freal
-    Real ueX = 0;              // x of the unit-element factor as told for low-pass and band-pass (high-pass uses 1 - ueX in Q)
-    Real normFrequency = 0;    // Hz, that s = j corresponds to: the upper band edge
-    Real warp = 0;             // sampled media: tan(pi normFrequency/sampleFrequency)/normFrequency; 0 for lumped
-    Real eps2 = 0;             // 10^(bandEdgeLoss/10) - 1
-    Real lower_stop = 0;       // stop edges as normalised, warped w of s = jw; low-pass and high-pass have the upper
-    Real upper_stop = 0;       // one alone (above 1); 0 none
+    Real a = 0;      // lowerEdgeRatio: (lower band edge / upper band edge)^2, 0 for low-pass and high-pass
+    Real xReal = 0;  // x of Freal
+    Real ueX = 0;    // x of the unit-element factor as told for low-pass and band-pass (high-pass uses 1 - ueX in Q)
+    Real normFrequency = 0;  // Hz, that s = j corresponds to: the upper band edge
+    Real warp = 0;           // sampled media: tan(pi normFrequency/sampleFrequency)/normFrequency; 0 for lumped
+    Real eps2 = 0;           // 10^(bandEdgeLoss/10) - 1
+    Real lower_stop = 0;     // stop edges as normalised, warped w of s = jw; low-pass and high-pass have the upper
+    Real upper_stop = 0;     // one alone (above 1); 0 none
 
     // Finite transmission zeros in x, conjugates not repeated.
     int zeroCount = 0;
@@ -43,19 +44,22 @@ struct XPlane {
     Table<int, kMaxDegree> factor_sign;  // [i] sign of factor i of f: +1, -1, 0 not set
     Table<int, kMaxDegree> LARR;         // [i] sign of each pole for the allpass form, 0 not set
 
-    // Immittance polynomials: even and odd parts of e + f and e - f.
+    // Immittance polynomials: even and odd parts of e + f and e - f. Where a part of f is 0, its sum is the part of e
+    // and stands for the difference as well: multiplier 0 of ed or od then means "as the sum". Told by the multiplier
+    // of fEven for ed, of fOdd for od: where that is not 0, a difference of multiplier 0 is one that vanishes. After a
+    // single termination es and os are the parts of e, and ed and od do not exist.
     WideRootSet es;
     WideRootSet os;
     WideRootSet ed;
     WideRootSet od;
 
-    Real termRatioLimit = 1;   // largest ratio of terminations that the function can serve
-    Real requested_ratio = 1;  // of the terminations as asked for
-    Real q1 = 0;               // requested Q
-    Real qMin = 0;             // attainable Q
-    int passes = -2;           // of the scaling loop
+    Real termRatioLimit = 1;        // largest ratio of terminations that the function can serve
+    Real requested_ratio = 1;       // of the terminations as asked for
+    Real q1 = 0;                    // requested Q
+    Real qMin = 0;                  // attainable Q
+    int passes = -2;                // of the scaling loop
     bool equal_minima_due = false;  // an equal minima iteration follows E
-    bool matched = false;      // the loss at s = 0 is made for the terminations: they ask for no further change
+    bool matched = false;           // the loss at s = 0 is made for the terminations: they ask for no further change
 };
 
 static_assert(std::is_trivially_copyable_v<XPlane>);

@@ -62,8 +62,9 @@ TEST(Approximate, every_fault_of_a_request_has_its_lines) {
     s = test::with_minima(low_pass, equal_ripple, 22, 0);
     s.bandEdgeLoss = 5e-62;
     expect_fault(s, ApproximationFault::pole_on_axis, "Transfer function pole on imaginary axis,", end);
-    s = test::all_pole(high_pass, maximally_flat, 18);
-    s.bandEdgeLoss = 5.67e-87;
+    s = test::all_pole(low_pass, maximally_flat, 24);  // a loss of 10^258 at the edge
+    s.bandEdgeLoss = 2577.4088772334208;
+    s.loadResistance = 2304.1593732535857;
     expect_fault(s, ApproximationFault::f_parts_missing, "Even and odd parts of f(.) were not found,", end);
     s = test::all_pole(band_pass, maximally_flat, 2);
     s.bandEdgeLoss = 1.8e-53;
@@ -90,6 +91,25 @@ TEST(Approximate, every_fault_of_a_request_has_its_lines) {
     expect_fault(s, ApproximationFault::given_parts_missing, " **** Zeros of the even and odd parts of the specified",
                  " e(.) or f(.) have not been found ****");
     EXPECT_EQ(messageOf(ApproximationFault::given_parts_missing).third, end);
+}
+
+// F of another E would make E = F + Q false.
+TEST(Approximate, single_termination_of_a_new_e_leaves_no_f) {
+    FilterSpec predistorted = test::all_pole(low_pass, maximally_flat, 3);
+    predistorted.predistortionQ = 100;
+    FilterSpec slope = test::all_pole(band_pass, sloping_passband, 6);
+    slope.stopbandLoss = 3;
+    for (FilterSpec spec : {predistorted, slope}) {
+        test::single_terminated(spec);
+        const auto d = run(spec);
+        ASSERT_TRUE(d->verdict.good()) << static_cast<int>(d->verdict.fault);
+        for (const WideRootSet* set : {&d->xp.FS, &d->xp.fEven, &d->xp.fOdd}) {
+            EXPECT_EQ(set->count, 0);
+            EXPECT_EQ(set->multiplier, 0);
+        }
+        EXPECT_EQ(d->xp.fFactors.degree, 0);
+        EXPECT_FALSE(d->notes.has_pole_chains);
+    }
 }
 
 TEST(Approximate, faults_of_the_front_part_come_through) {

@@ -103,6 +103,22 @@ TEST(DegreeEstimate, DegreeFiftyIsTheLast) {
     EXPECT_EQ(b.verdict.number, 51);
     EXPECT_EQ(messageOf(b.verdict.fault).first, " **** Required degree {} is too high, design discontinued ****");
 
+    // log10(1e4 - 1)/(2 log10 1.001) = 4607.4...
+    FilterSpec far = steep(40);
+    far.upperStopEdge = 1.001;
+    EXPECT_EQ(build(far).verdict.number, static_cast<int>(std::ceil(std::log(9999.0) / 2 / std::log(1.001))));
+    far.upperStopEdge = 1 + 1e-15;
+    EXPECT_GT(build(far).verdict.number, 100'000'000) << "as far as an int reaches";
+    for (const int passband : {maximally_flat, equal_ripple}) {
+        far = steep(1000), far.upperStopLoss = 1000, far.passbandType = passband;
+        far.filterType = band_pass, far.lowerPassEdge = 0.999, far.lowerStopEdge = 0.998, far.upperStopEdge = 1.001;
+        const int needed = build(far).verdict.number;
+        far.stopbandLoss = far.upperStopLoss = 3000;
+        EXPECT_NEAR(build(far).verdict.number / 3.0, needed, 10) << "each zero adds the same";
+        far.lowerStopEdge = 0.9989999, far.upperStopEdge = 1.0000001;
+        EXPECT_GT(build(far).verdict.number, 2000);
+    }
+
     FilterSpec s = steep(40);
     s.upperStopEdge = 0.5;
     EXPECT_EQ(build(s).verdict.fault, FrontFault::StopbandIncorrect);

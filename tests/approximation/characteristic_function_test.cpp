@@ -205,6 +205,26 @@ TEST(CharacteristicFunction, WhatIsRefused) {
     EXPECT_EQ(b.verdict.fault, FrontFault::RippleRootsMissing);
     EXPECT_EQ(b.spec.designError, 1);
 
+    // On an edge, within the rounding of its frequency, and just off it.
+    const struct {
+        double zero;
+        FrontFault fault;
+    } beside_edges[] = {{1000, FrontFault::RippleRootsMissing},
+                        {std::nextafter(1000.0, 2000.0), FrontFault::RippleRootsMissing},
+                        {1000.000001, FrontFault::None},
+                        {700, FrontFault::RippleRootsMissing},
+                        {std::nextafter(700.0, 0.0), FrontFault::RippleRootsMissing},
+                        {699.999999, FrontFault::None}};
+    for (const int medium : {lumped, sampled_data}) {
+        FilterSpec near = s;
+        near.filterType = band_pass, near.lowerPassEdge = 700, near.zerosAtZero = 3;
+        near.medium = medium, near.sampleFrequency = 5000;
+        for (const auto& row : beside_edges) {
+            near.FZI(1) = row.zero;
+            EXPECT_EQ(build(near).verdict.fault, row.fault) << row.zero << " medium " << medium;
+        }
+    }
+
     b = build(low_pass_of(51, equal_ripple));
     EXPECT_EQ(b.verdict.fault, FrontFault::DegreeTooHigh);
     EXPECT_EQ(b.verdict.number, 51);

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
 #include <memory>
 #include <numbers>
 
 #include <gtest/gtest.h>
 
 #include "approximation/band_shift.h"
+#include "approximation/front_verdict.h"
 #include "tests/support/fake_window.h"
 
 namespace kavrel {
@@ -26,8 +28,10 @@ struct FilterDriver : testing::Test {
         return designFilter(entry, spec, *design, {}, reporter);
     }
     [[nodiscard]] bool told(std::string_view text) const {
-        const auto holds = [&](const std::string& line) { return line.find(text) != std::string::npos; };
-        return std::ranges::any_of(window.lines, holds) || std::ranges::any_of(window.boxes, holds);
+        std::string report;
+        for (const std::string& line : window.lines) report += line + '\n';
+        const auto holds = [&](const std::string& box) { return box.find(text) != std::string::npos; };
+        return holds(report) || std::ranges::any_of(window.boxes, holds);
     }
 };
 
@@ -83,6 +87,22 @@ TEST_F(FilterDriver, TerminationsAndSymmetryFollowTheImplementation) {
     EXPECT_EQ(forced.symmetryFlag, -1);
 }
 
+constexpr const char* ripple_roots_missing =
+    " Roots of equal ripple characteristic function numerator have not been found\n **** design discontinued ****";
+
+// Poles so near to the stopband that its minima hardly move with the zero that is to go to infinity.
+void poles_beside_the_stopband(FilterSpec& s) {
+    s.passbandType = functional_passband;
+    s.stopbandType = equal_minima;
+    s.zerosAtInfinity = 0;
+    s.upperStopEdge = 1002.8748;
+    for (const std::complex<double> x : {std::complex{1.07001, 4.46316e-3}, std::complex{-0.0746473, 1.62353e-3}}) {
+        const std::complex<double> pole = std::sqrt(x / (1.0 - x));
+        s.denominatorFactors(++s.denominatorDegree) = 2.0 * pole.real();
+        s.denominatorFactors(++s.denominatorDegree) = std::norm(pole);
+    }
+}
+
 // What ends a design, what it says, and that the former one stays.
 TEST_F(FilterDriver, EveryRefusalIsToldAndLeavesTheFormerDesign) {
     FilterSpec former = low_pass_request(4);
@@ -129,6 +149,34 @@ TEST_F(FilterDriver, EveryRefusalIsToldAndLeavesTheFormerDesign) {
          }},
         {"Transfer function pole on imaginary axis,", 1,
          [](FilterSpec& s) { s.zeroCount = 1, s.FZI(1) = 0.0; }},  // where f is zero too
+        {"Error: Filter type is incorrect,\ndesign discontinued", 1, [](FilterSpec& s) { s.filterType = 5; }},
+        {"Error: Band-edge loss is not specified,\ndesign discontinued", 1,
+         [](FilterSpec& s) { s.bandEdgeLoss = -1.0; }},
+        {"Error: Pass-band specification incorrect,\ndesign discontinued", 1,
+         [](FilterSpec& s) { s.passbandType = 4; }},
+        {"Error: Incorrect stop band specification,\ndesign discontinued", 1,
+         [](FilterSpec& s) { s.zerosAtInfinity = 0; }},
+        {"Error: Incorrect stop band specification,\ndesign discontinued", 1,
+         [](FilterSpec& s) { s.stopbandType = 3; }},
+        {ripple_roots_missing, 1,
+         [](FilterSpec& s) { s.passbandType = equal_ripple, s.zeroCount = 1, s.FZI(1) = 500.0; }},
+        {ripple_roots_missing, 1,
+         [](FilterSpec& s) { s.passbandType = equal_ripple, s.zeroCount = 1, s.FZI(1) = 1000.0; }},
+        {" Root extraction did not converge in finding zeros for\n equal minima stop band\n"
+         " **** design discontinued ****",
+         1,
+         [](FilterSpec& s) {
+             s.passbandType = functional_passband, s.stopbandType = equal_minima, s.zerosAtInfinity = 0;
+             s.functionMultiplier = 1.0, s.numeratorDegree = 3;
+             s.numeratorFactors(2) = 9.0;  // a reflection zero in the stopband
+         }},
+        {" **** Iteration for equal minima stop band did not converge in 10 tries ****\n"
+         " **** design discontinued ****",
+         1, poles_beside_the_stopband},
+        {"Error: Sampling frequency too low", 4,
+         [](FilterSpec& s) { s.sampleFrequency = 5000.0, s.zeroCount = 2, s.FZI(1) = 1500.0, s.FZI(2) = 2500.0; }},
+        {"Error: Quarter-wave frequency too low", 2,
+         [](FilterSpec& s) { s.sampleFrequency = 2500.0, s.zeroCount = 1, s.FZI(1) = -2500.0; }},
     };
     for (const auto& row : rows) {
         FilterSpec spec = low_pass_request(4);
@@ -148,6 +196,12 @@ TEST_F(FilterDriver, EveryRefusalIsToldAndLeavesTheFormerDesign) {
          [](FilterSpec& s) { s.passbandType = sloping_passband, s.stopbandLoss = -19.0; }},
         {"Multiplicity at infinity too low for given slope",
          [](FilterSpec& s) { s.passbandType = sloping_passband, s.stopbandLoss = 31.0; }},
+        {"Error: Multiplicity at zero too low for given slope",
+         [](FilterSpec& s) { s.passbandType = sloping_passband, s.stopbandLoss = -1e300; }},
+        {"Error: Multiplicity at infinity too low for given slope",
+         [](FilterSpec& s) { s.passbandType = sloping_passband, s.stopbandLoss = 1e12; }},
+        {" **** Parametric function root is out of range ****\n **** design discontinued ****",
+         [](FilterSpec& s) { s.zerosAtZero = 1, s.zerosAtInfinity = 0; }},
         {"Incorrect stopband specification",
          [](FilterSpec& s) { s.stopbandType = equal_minima, s.lowerStopEdge = 950.0; }},
         {"Fatal error: Program terminating",
@@ -165,6 +219,36 @@ TEST_F(FilterDriver, EveryRefusalIsToldAndLeavesTheFormerDesign) {
         EXPECT_TRUE(told(row.told)) << row.told;
         EXPECT_NE(spec.designError, 0) << row.told;
         EXPECT_EQ(design->transfer.POLES_RE(1), pole);
+    }
+}
+
+// No request of a filter asks for it, only one of a delay.
+TEST(FrontMessages, RequirementsAreUnrealistic) {
+    const FrontMessage& message = messageOf(FrontFault::Unrealistic);
+    EXPECT_EQ(message.place, MessagePlace::Box);
+    EXPECT_EQ(message.first, "Requirements are unrealistic,");
+    EXPECT_EQ(message.second, "design discontinued");
+}
+
+// All zeros of a matching network lie at infinity.
+TEST_F(FilterDriver, AMatchingNetworkHasAMonotonicStopband) {
+    for (const int stopband : {monotonic_stopband, equal_minima}) {
+        FilterSpec spec = low_pass_request();
+        spec.filterType = band_pass;
+        spec.passbandType = equal_ripple;
+        spec.bandpassType = impedance_matching;
+        spec.stopbandType = stopband;
+        spec.lowerPassEdge = 500.0;
+        spec.upperStopEdge = 2500.0;
+        spec.bandEdgeLoss = 0.1;
+        spec.upperStopLoss = 40.0;
+        spec.loadResistance = 200.0;
+        ASSERT_EQ(run(spec), FilterDesignVerdict::designed);
+        EXPECT_EQ(spec.zeroCount, 0);
+        EXPECT_TRUE(told("Monotonic stop band with edge frequency"));
+        EXPECT_TRUE(told("Required stop band loss"));
+        EXPECT_TRUE(told("Stop band loss reached"));
+        EXPECT_FALSE(told("Equal minima"));
     }
 }
 

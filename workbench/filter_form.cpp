@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "approximation/filter_driver.h"
+
 namespace kavrel {
 
 namespace {
@@ -164,12 +166,24 @@ bool an_edge_is_above(const FilterRequest& r, double limit) {
            at(r.lower_passband) || at(r.upper_passband);
 }
 
+// A zero there is one at half the sampling or at the quarter-wave frequency, which has a count of its own, and one
+// beyond is an image. Zeros in rad/sec have to wait for the frequency unit: the driver looks at them.
+bool a_zero_is_beyond(const FilterRequest& r, const Chosen& is, double limit) {
+    if (!is.specified || is.sloping || r.zero_unit != ZeroUnitChoice::hertz) return false;
+    for (int row = 1; row <= r.TR_ZEROS.rows; ++row) {
+        if (std::abs(r.TR_ZEROS(row, 2)) >= limit) return true;
+    }
+    return false;
+}
+
 std::string_view sampling_test(const FilterRequest& r, const Chosen& is) {
-    return is.digital && an_edge_is_above(r, std::abs(r.fq_or_fs) / 2.0) ? "Sampling frequency too low" : "";
+    const double limit = std::abs(r.fq_or_fs) / 2.0;
+    return is.digital && (an_edge_is_above(r, limit) || a_zero_is_beyond(r, is, limit)) ? sampling_too_low : "";
 }
 
 std::string_view quarter_wave_test(const FilterRequest& r, const Chosen& is) {
-    return is.microwave && an_edge_is_above(r, r.fq_or_fs) ? "Quarter-wave frequency too low" : "";
+    const double limit = r.fq_or_fs;
+    return is.microwave && (an_edge_is_above(r, limit) || a_zero_is_beyond(r, is, limit)) ? quarter_wave_too_low : "";
 }
 
 std::string_view center_test(const FilterRequest& r, const Chosen&) {
@@ -234,9 +248,15 @@ std::string_view loss_test(const FilterRequest& r, const Chosen& is) {
     return r.band_edge_loss <= -100.0 ? "Reflection coefficient of 100 percent or more" : "";
 }
 
+// Where the counts are estimated they come out as a parametric band-pass needs them.
 std::string_view parametric_test(const FilterRequest& r, const Chosen& is) {
+    if (is.monotonic || is.equal_min) return {};
     const bool odd = (r.zeros_at_zero % 2 != 0) || (r.zeros_at_infinity % 2 != 0) || (r.unit_elements % 2 != 0);
     return is.parametric && !odd ? "Incorrect parametric specification" : "";
+}
+
+std::string_view termination_test(const FilterRequest& r, const Chosen&) {
+    return r.r1 < 0.0 || r.r2 < 0.0 ? "Terminations may not be negative" : "";
 }
 
 // Choices made before another choice turned them off.
@@ -248,8 +268,8 @@ std::string_view choice_test(const FilterRequest& r, const Chosen& is) {
 
 std::string_view filter_message(const FilterRequest& request) {
     constexpr std::string_view (*tests[])(const FilterRequest&, const Chosen&) = {
-        sampling_test, quarter_wave_test,       center_test, matching_test,
-        placer_test,   estimated_stopband_test, loss_test,   parametric_test};
+        sampling_test,           quarter_wave_test, center_test,     matching_test,   placer_test,
+        estimated_stopband_test, loss_test,         parametric_test, termination_test};
     const Chosen chosen(request);
     const FilterRequest r = in_force(request);
     for (const auto test : tests) {

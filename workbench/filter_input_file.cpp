@@ -95,6 +95,7 @@ StoredLists lists_of(const FilterRequest& r, const UnitSet& units) {
 }
 
 // A function may have a zero at 0, which a row of zeros at the end of the list stands for: hence the count of its rows.
+// It stands in a spare integer, which another writer may have used for something else.
 void take_lists(const StoredLists& lists, int function_rows, FilterRequest& r) {
     from_pairs(lists.requirements, r.PLACER_REQS);
     from_pairs(lists.transmission_zeros, r.TR_ZEROS);
@@ -107,17 +108,16 @@ void take_lists(const StoredLists& lists, int function_rows, FilterRequest& r) {
         r.DOUBLETS(row, 2) = lists.doublets_im[static_cast<std::size_t>(row) - 1];
         if (r.DOUBLETS(row, 1) != 0.0 || r.DOUBLETS(row, 2) != 0.0) r.DOUBLETS.rows = row;
     }
-    r.DOUBLETS.rows = std::max(r.DOUBLETS.rows, function_rows);
+    if (function_rows <= finite_zero_limit) r.DOUBLETS.rows = std::max(r.DOUBLETS.rows, function_rows);
 }
 
-bool form_could_hold(const FilterRequest& r, const StoredLists& lists, int function_rows) {
+bool form_could_hold(const FilterRequest& r, const StoredLists& lists) {
     const auto in_range = [&](const StoredInteger& integer) {
         return r.*integer.member >= integer.low && r.*integer.member <= integer.high;
     };
     const auto finite = [](double v) { return std::isfinite(v); };
     return std::ranges::all_of(leading_integers, in_range) && std::ranges::all_of(middle_integers, in_range) &&
-           std::ranges::all_of(trailing_integers, in_range) && function_rows >= 0 &&
-           function_rows <= finite_zero_limit &&
+           std::ranges::all_of(trailing_integers, in_range) &&
            std::ranges::all_of(stored_numbers, [&](auto member) { return finite(r.*member); }) &&
            std::ranges::all_of(lists.requirements, finite) && std::ranges::all_of(lists.transmission_zeros, finite) &&
            std::ranges::all_of(lists.fixed_zeros, finite) && std::ranges::all_of(lists.movable_zeros, finite) &&
@@ -213,7 +213,7 @@ bool read_filter_input(std::string_view bytes, FilterRequest& request, UnitSet& 
 
     // 4 is how it is stored, and the form never stores 3.
     if (found.filter_type == stored_band_pass) found.filter_type = TypeChoice::band_pass;
-    if (!file.finished() || !form_could_hold(found, lists, function_rows)) return false;
+    if (!file.finished() || !form_could_hold(found, lists)) return false;
     UnitSet found_units;
     if (!take_units(multipliers, found_units)) return false;
     found.odd_parametric = odd_parametric != 0;

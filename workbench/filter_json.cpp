@@ -27,6 +27,11 @@ Json root_set(const WideRootSet& wide) {
     return {{"multiplier", set.multiplier}, {"roots", roots(set.re, set.im, set.count)}};
 }
 
+// Of the frequency variable: that of a matching network of unit elements alone is a high-pass's.
+const char* variable_name(int filter_type) {
+    return filter_type == band_pass ? "band_pass" : filter_type == high_pass ? "high_pass" : "low_pass";
+}
+
 bool is_empty(const WideRootSet& set) { return set.count == 0 && set.multiplier == 0; }
 
 }  // namespace
@@ -86,12 +91,17 @@ Json transfer_part(const TransferFunction& transfer) {
             {"degree", transfer.poleCount}};
 }
 
-Json x_plane_part(const XPlane& x_plane) {
+Json x_plane_part(const FilterSpec& worked, const XPlane& x_plane) {
     if (is_empty(x_plane.ES)) return {};
-    return {{"a", static_cast<double>(x_plane.a)},
-            {"E", root_set(x_plane.ES)},
-            {"F", root_set(x_plane.FS)},
-            {"Q", root_set(x_plane.QS)}};
+    Json part{{"type", variable_name(worked.filterType)}, {"a", static_cast<double>(x_plane.a)}};
+    // F is not there where nothing asked for it.
+    const auto add = [&](const char* name, const WideRootSet& set) {
+        if (!is_empty(set)) part[name] = root_set(set);
+    };
+    add("E", x_plane.ES);
+    add("F", x_plane.FS);
+    add("Q", x_plane.QS);
+    return part;
 }
 
 Json immittance_part(const XPlane& x_plane) {
@@ -102,10 +112,14 @@ Json immittance_part(const XPlane& x_plane) {
             {"od", root_set(x_plane.od)}};
 }
 
-Json terminations_part(const FilterSpec& spec, const XPlane& x_plane) {
-    if (is_empty(x_plane.ES) || spec.sourceResistance == 0.0 || spec.loadResistance == 0.0) return {};
-    return {{"requested_ratio", static_cast<double>(x_plane.requested_ratio)},
-            {"nearest_ratio", static_cast<double>(x_plane.termRatioLimit)}};
+// The loss at frequency zero (high-pass: infinity) bounds the ratio. A band-pass has none there that counts, and a
+// matching network is made for its ratio.
+Json terminations_part(const FilterSpec& worked, const XPlane& x_plane) {
+    if (is_empty(x_plane.ES) || worked.sourceResistance == 0.0 || worked.loadResistance == 0.0) return {};
+    Json part{{"requested_ratio", static_cast<double>(x_plane.requested_ratio)}};
+    const bool bound = worked.filterType != band_pass && !x_plane.matched;
+    if (bound) part["nearest_ratio"] = static_cast<double>(x_plane.termRatioLimit);
+    return part;
 }
 
 }  // namespace kavrel

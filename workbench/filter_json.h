@@ -7,11 +7,11 @@
 
 namespace kavrel {
 
-// Each empty where there is nothing to tell.
+// Each empty where there is nothing to tell. `worked` is the request as the approximation left it.
 [[nodiscard]] nlohmann::ordered_json spec_part(const FilterSpec& spec);
 [[nodiscard]] nlohmann::ordered_json transfer_part(const TransferFunction& transfer);
-[[nodiscard]] nlohmann::ordered_json x_plane_part(const XPlane& x_plane);
+[[nodiscard]] nlohmann::ordered_json x_plane_part(const FilterSpec& worked, const XPlane& x_plane);
 [[nodiscard]] nlohmann::ordered_json immittance_part(const XPlane& x_plane);
-[[nodiscard]] nlohmann::ordered_json terminations_part(const FilterSpec& spec, const XPlane& x_plane);
+[[nodiscard]] nlohmann::ordered_json terminations_part(const FilterSpec& worked, const XPlane& x_plane);
 
 }  // namespace kavrel

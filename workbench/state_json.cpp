@@ -113,7 +113,7 @@ std::string state_json(const Workbench& bench) {
     };
     part("spec", spec_part(bench.filter_spec));
     part("transfer", transfer_part(bench.filter.transfer));
-    part("x_plane", x_plane_part(bench.filter.x_plane));
+    part("x_plane", x_plane_part(bench.filter.worked, bench.filter.x_plane));
     part("immittance", immittance_part(bench.filter.x_plane));
     part("terminations", terminations_part(bench.filter.worked, bench.filter.x_plane));
     part("analysis", results_part(bench.results, AnalysisResult::Kind::frequency));

@@ -228,6 +228,13 @@ FilterRequest good_matching() {
     return r;
 }
 
+FilterRequest good_zeros(double frequency) {
+    FilterRequest r = good_low_pass();
+    r.stopband_type = S::specified;
+    r.TR_ZEROS = {.rows = 2, .cells = {0.0, 1200.0, 0.0, frequency}};
+    return r;
+}
+
 template <class Change>
 FilterRequest changed(FilterRequest r, Change change) {
     change(r);
@@ -255,6 +262,16 @@ TEST(FilterValidator, GoodAndBadRequests) {
         {changed(good_low_pass(), kind(K::microwave, 1500.0)), ""},
         {changed(good_low_pass(), kind(K::microwave, 1499.0)), "Quarter-wave frequency too low"},
         {changed(good_low_pass(), kind(K::lc, 1.0)), ""},
+        // zeros in the media
+        {changed(good_zeros(1499.0), kind(K::iir_digital, 3000.0)), ""},
+        {changed(good_zeros(1500.0), kind(K::iir_digital, 3000.0)), "Sampling frequency too low"},
+        {changed(good_zeros(-1600.0), kind(K::iir_digital, 3000.0)), "Sampling frequency too low"},
+        {changed(good_zeros(1499.0), kind(K::microwave, 1500.0)), ""},
+        {changed(good_zeros(1500.0), kind(K::microwave, 1500.0)), "Quarter-wave frequency too low"},
+        {changed(good_zeros(1600.0), kind(K::lc, 1500.0)), ""},
+        {changed(good_low_pass(),
+                 [](R& r) { r.filter_kind = K::iir_digital, r.fq_or_fs = 3e3, r.TR_ZEROS = good_zeros(2e3).TR_ZEROS; }),
+         ""},
         // shifted band
         {changed(good_low_pass(), [](R& r) { r.center_frequency = 3000.0; }), ""},
         {changed(good_low_pass(), [](R& r) { r.center_frequency = 2999.0; }), "Center frequency too low"},
@@ -307,6 +324,13 @@ TEST(FilterValidator, GoodAndBadRequests) {
                  [](R& r) { r.bandpass_form = B::parametric, r.stopband_type = S::specified, r.zeros_at_zero = 3; }),
          ""},
         {changed(good_low_pass(), [](R& r) { r.bandpass_form = B::parametric; }), ""},
+        {changed(good_band_pass(), [](R& r) { r.bandpass_form = B::parametric; }), ""},
+        {changed(good_band_pass(), [](R& r) { r.bandpass_form = B::parametric, r.stopband_type = S::equal_min; }), ""},
+        // terminations
+        {changed(good_low_pass(), [](R& r) { r.r1 = -50.0; }), "Terminations may not be negative"},
+        {changed(good_matching(), [](R& r) { r.r2 = -75.0; }), "Terminations may not be negative"},
+        {changed(good_low_pass(), [](R& r) { r.r2 = 0.0; }), ""},
+        {changed(good_low_pass(), [](R& r) { r.filter_kind = K::active_rc, r.r1 = -50.0; }), ""},
         // choices left behind by another one
         {changed(good_low_pass(), [](R& r) { r.passband_type = P::sloping, r.loss_slope = 6.0; }),
          "A sloping pass band needs a band pass"},

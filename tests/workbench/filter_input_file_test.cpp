@@ -105,6 +105,19 @@ TEST(FilterInputFile, ComesBackWithItsUnits) {
     EXPECT_EQ(read.MOVABLE_ZEROS, written.MOVABLE_ZEROS);
 }
 
+TEST(FilterInputFile, TheSpareIntegerIsARowCountIfItCanBe) {
+    const FilterRequest written = full_request();
+    const struct { int spare, rows; } table[] = {{3, 3}, {25, 25}, {0, 2}, {26, 2}, {-1, 2}, {12345, 2}};
+    for (const auto& row : table) {
+        std::string bytes = filter_input_bytes(written, kilohertz());
+        std::memcpy(bytes.data() + record_2 + 4 * 4, &row.spare, sizeof row.spare);
+        FilterRequest read;
+        UnitSet units;
+        ASSERT_TRUE(read_filter_input(bytes, read, units)) << row.spare;
+        EXPECT_EQ(read.DOUBLETS.rows, row.rows) << row.spare;
+    }
+}
+
 TEST(FilterInputFile, ZerosInRadiansAreStoredInTheFrequencyUnit) {
     FilterRequest written = full_request();
     written.zero_unit = ZeroUnitChoice::radians;
@@ -138,7 +151,6 @@ TEST(FilterInputFile, WhatDoesNotFitIsRefusedWhole) {
         with_integer(0, 120),
         with_integer(record_2, 5),            // filter_kind
         with_integer(record_2 + 4, 0),        // filter_type
-        with_integer(record_2 + 4 * 4, 26),   // rows of DOUBLETS
         with_integer(record_2 + 7 * 4, 51),   // zeros_at_zero
         with_integer(record_2 + 13 * 4, 16),  // zeros above the pass band
         with_double(record_1 + 8, std::numeric_limits<double>::quiet_NaN()),

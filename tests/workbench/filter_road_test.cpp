@@ -76,9 +76,90 @@ TEST_F(FilterRoad, ADesignLeavesItsPartsInTheState) {
     // Degree 5: es + ed make the even parts of e of degree 2, os and od the odd ones.
     EXPECT_EQ(now["immittance"].size(), 4U);
     EXPECT_EQ(now["immittance"]["es"]["roots"].size(), 2U);
+    EXPECT_EQ(now["x_plane"]["type"], "high_pass");
     EXPECT_EQ(now["terminations"]["requested_ratio"], 1.0);
+    EXPECT_EQ(now["terminations"]["nearest_ratio"], 1.0);
     EXPECT_EQ(bench.session.design_kind, FilterKind::lc);
     EXPECT_EQ(bench.session.design_class, std::string_view("filter"));
+}
+
+void ask_for_band_pass(FilterRequest& request) {
+    request.filter_type = TypeChoice::band_pass;
+    request.passband_type = PassbandChoice::equal_ripple;
+    request.band_edge_loss = 0.1;
+    request.lower_passband = 1000.0;
+    request.upper_passband = 1300.0;
+    request.lower_stopband = 700.0;
+    request.upper_stopband = 1800.0;
+    request.lower_stop_loss = request.upper_stop_loss = 40.0;
+    request.fq_or_fs = 8000.0;
+}
+
+// Whether the count is odd or not the estimate tells, not the counts of the form, which are off.
+TEST_F(FilterRoad, ParametricBandPassesOfEachKindHaveTheirDegreeEstimated) {
+    ask_for_band_pass(request);
+    request.bandpass_form = BandpassChoice::parametric;
+    for (int kind = FilterKind::lc; kind <= FilterKind::iir_digital; ++kind) {
+        for (const int stopband : {StopbandChoice::monotonic, StopbandChoice::equal_min}) {
+            request.filter_kind = kind;
+            request.stopband_type = stopband;
+            window.boxes.clear();
+            design();
+            EXPECT_TRUE(window.boxes.empty());
+            ASSERT_EQ(bench.design, DesignOutcome::done) << kind;
+            EXPECT_EQ(state()["spec"]["bandpassType"], parametric);
+            if (stopband == StopbandChoice::monotonic) {
+                EXPECT_EQ(state()["spec"]["degreeParity"], 1);
+            }
+        }
+    }
+}
+
+TEST_F(FilterRoad, TheStateTellsTheVariableAndWhatBoundsTheTerminations) {
+    ask_for_band_pass(request);
+    request.r2 = 100.0;
+    design();
+    EXPECT_EQ(state()["x_plane"]["type"], "band_pass");
+    EXPECT_EQ(state()["terminations"], (nlohmann::json{{"requested_ratio", 2.0}})) << "nothing bounds it";
+
+    // A matching network of lines alone is worked on as a high-pass.
+    request.filter_kind = FilterKind::microwave;
+    request.bandpass_form = BandpassChoice::matching;
+    request.lower_stopband = request.lower_stop_loss = request.upper_stopband = request.upper_stop_loss = 0.0;
+    request.lower_passband = 6000.0;
+    request.upper_passband = 9000.0;
+    request.fq_or_fs = 10000.0;
+    request.unit_elements = -1;
+    design();
+    ASSERT_EQ(bench.design, DesignOutcome::done) << window.boxes.back();
+    EXPECT_EQ(state()["spec"]["filterType"], 4);
+    EXPECT_EQ(state()["x_plane"]["type"], "high_pass");
+    EXPECT_EQ(state()["x_plane"]["a"], 0.0);
+    EXPECT_FALSE(state()["terminations"].contains("nearest_ratio"));
+    ask_for_elliptic_low_pass();
+    request.filter_kind = FilterKind::lc;
+    request.filter_type = TypeChoice::low_pass;
+    request.upper_stopband = 2.0;
+    design();
+    EXPECT_EQ(state()["x_plane"]["type"], "low_pass");
+}
+
+// The form leaves zeros in rad/sec to the driver, which knows the unit.
+TEST_F(FilterRoad, ZerosInRadiansLieBelowHalfTheSamplingFrequency) {
+    bench.session.units.frequency_index = 2;
+    settle_units(bench.session.units);
+    ask_for_elliptic_low_pass();
+    request.filter_kind = FilterKind::iir_digital;
+    request.fq_or_fs = 5.0;
+    request.stopband_type = StopbandChoice::specified;
+    request.zeros_at_infinity = 2;
+    request.zero_unit = ZeroUnitChoice::radians;
+    for (const auto& [hertz, box] : {std::pair{2490.0, ""}, {2510.0, "Error: Sampling frequency too low"}}) {
+        request.TR_ZEROS = {.rows = 1, .cells = {0.0, 2.0 * std::acos(-1.0) * hertz}};
+        window.boxes.clear();
+        design();
+        EXPECT_EQ(window.boxes.empty() ? "" : window.boxes.back(), box) << hertz;
+    }
 }
 
 TEST_F(FilterRoad, WhatFailsLeavesTheFormerResults) {

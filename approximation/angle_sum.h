@@ -21,7 +21,7 @@ struct AngleSum {
         int weight = 0;
     };
     int count = 0;
-    Table<Term, kMaxDegree> term;
+    Table<Term, max_degree> term;
 
     void append(Complex<Real> m, int weight) {
         if (weight != 0) term(++count) = {m, weight};

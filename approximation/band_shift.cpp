@@ -6,7 +6,7 @@ namespace kavrel {
 
 namespace {
 
-constexpr int shiftable_degree = kMaxDegree / 2;
+constexpr int shiftable_degree = max_degree / 2;
 
 void shift_zeros(const FilterSpec& low, FilterSpec& band);
 void shift_poles(const FilterSpec& low, const TransferFunction& poles, FilterSpec& band);

@@ -35,7 +35,7 @@ FrontVerdict buildQ(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     if (spec.filterType == linear_phase_low_pass && xp.upper_stop > 0) return {};
     spec.degree = overall_degree(spec, xp);
     spec.degreeParity = spec.degree % 2;
-    if (spec.degree > kMaxDegree) return refuse(spec, FrontFault::DegreeTooHigh, spec.degree);
+    if (spec.degree > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, spec.degree);
     if (spec.degree < 1) return refuse(spec, FrontFault::StopbandIncorrect);
     if (spec.filterType == band_pass && xp.a == 0 && spec.zerosAtZero > 0) {
         return refuse(spec, FrontFault::CutoffMissing);
@@ -123,7 +123,7 @@ Complex<Real> squared_characteristic(const XPlane& xp, Complex<Real> x) {
     Complex<Real> value{xp.FS.multiplier / xp.QS.multiplier, 0};
     for (int i = 1; i <= std::max(xp.FS.count, xp.QS.count); ++i) {
         if (i <= xp.FS.count) value *= x - xp.FS.root(i);
-        if (i <= xp.QS.count) value = cdiv(value, x - xp.QS.root(i), kSolverDecades);
+        if (i <= xp.QS.count) value = cdiv(value, x - xp.QS.root(i), solver_decades);
     }
     return value;
 }
@@ -133,7 +133,7 @@ Real squared_characteristic(const XPlane& xp, Real x) { return squared_character
 Real loss_at(const XPlane& xp, Real w) {
     const Real x = x_of_frequency(w, xp.a);
     for (int i = 1; i <= xp.QS.count; ++i) {
-        if (xp.QS.re(i) == x && xp.QS.im(i) == 0) return static_cast<Real>(kInfinite);
+        if (xp.QS.re(i) == x && xp.QS.im(i) == 0) return static_cast<Real>(infinite_part);
     }
     return 10 * std::log1p(squared_characteristic(xp, x)) / std::numbers::ln10_v<Real>;
 }

@@ -71,7 +71,7 @@ FrontVerdict estimateMonotonicDegree(FilterSpec& spec, XPlane& xp, FrontNotes& n
     }
     spec.zerosAtZero = counts.at_zero;
     spec.zerosAtInfinity = counts.at_infinity;
-    if (counts.degree() > kMaxDegree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
+    if (counts.degree() > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
 
     const StopLosses reached = stop_losses(spec, xp, counts);
     notes.lower_loss_reached = static_cast<double>(reached.lower);
@@ -175,8 +175,8 @@ FrontVerdict estimate_low_pass(FilterSpec& spec, const XPlane& xp, Counts& count
     const auto meets = [&](int n) {
         return stop_losses(spec, xp, {0, n, counts.unit_elements}).upper >= spec.stopbandLoss - loss_tolerance;
     };
-    while (counts.degree() <= kMaxDegree && !meets(counts.at_infinity)) ++counts.at_infinity;
-    if (counts.degree() > kMaxDegree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
+    while (counts.degree() <= max_degree && !meets(counts.at_infinity)) ++counts.at_infinity;
+    if (counts.degree() > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
     return {};
 }
 
@@ -205,14 +205,14 @@ FrontVerdict estimate_band_pass(FilterSpec& spec, const XPlane& xp, Counts& coun
     if (counts.degree() < 2 + parity) counts.at_infinity += 2;  // a parametric band-pass has a root besides the point
 
     Real margin = 0;
-    if (counts.degree() > kMaxDegree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
+    if (counts.degree() > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
     counts = best_parting(spec, xp, counts, margin);
-    while (margin < -loss_tolerance && counts.degree() <= kMaxDegree) {
+    while (margin < -loss_tolerance && counts.degree() <= max_degree) {
         ++(counts.at_zero < counts.at_infinity ? counts.at_zero : counts.at_infinity);
         ++(counts.at_zero < counts.at_infinity ? counts.at_zero : counts.at_infinity);
         counts = best_parting(spec, xp, counts, margin);
     }
-    if (counts.degree() > kMaxDegree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
+    if (counts.degree() > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
 
     while (counts.degree() >= 4 + parity && counts.at_zero + counts.at_infinity >= 2) {
         Counts fewer = counts;
@@ -292,7 +292,7 @@ FrontVerdict count_sections(FilterSpec& spec, const XPlane& xp, Real mismatch) {
     const Real n = is_flat(spec) ? std::log(asked) / std::log(b) : std::acosh(asked) / std::acosh(b);
     spec.unitElements = std::max(1, whole(n + 0.9999L));
     spec.zerosAtInfinity = 0;
-    if (spec.unitElements > kMaxDegree) return refuse(spec, FrontFault::DegreeTooHigh, spec.unitElements);
+    if (spec.unitElements > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, spec.unitElements);
     return {};
 }
 
@@ -321,10 +321,10 @@ FrontVerdict count_matching_zeros(FilterSpec& spec, const XPlane& xp, Real misma
         }
         return found;
     };
-    for (int n = 2; n <= kMaxDegree; n += 2) {
+    for (int n = 2; n <= max_degree; n += 2) {
         if (part(n)) return {};
     }
-    int low = kMaxDegree, high = search_limit;
+    int low = max_degree, high = search_limit;
     while (high - low > 2) {
         const int middle = (low + high) / 4 * 2;
         (part(middle) ? high : low) = middle;

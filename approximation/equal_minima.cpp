@@ -158,7 +158,7 @@ FrontVerdict find_zeros(Prototype& p, StopbandFloor wanted, FilterSpec& spec, XP
     find_prototype(p);
     for (;; ++p.degree, place_zeros(p)) {
         const int needed = times * p.degree + spec.unitElements;
-        if (needed > kMaxDegree) return refuse(spec, FrontFault::DegreeTooHigh, needed);
+        if (needed > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, needed);
         take_zeros(p, spec, xp);
         const StopbandFloor floor = floor_of(p, spec, xp);
         notes.lower_loss_reached = static_cast<double>(floor.lower);
@@ -210,14 +210,14 @@ StopbandFloor floor_of(const Prototype& p, const FilterSpec& spec, const XPlane&
 void find_prototype(Prototype& p) {
     if (p.estimate) p.degree = rounded_up(degree_needed(p, p.omega));
     place_zeros(p);
-    if (p.estimate && p.degree <= kMaxDegree && rounded_up(degree_needed(p, original_edge(p))) > p.degree) {
+    if (p.estimate && p.degree <= max_degree && rounded_up(degree_needed(p, original_edge(p))) > p.degree) {
         ++p.degree;
         place_zeros(p);
     }
 }
 
 void place_zeros(Prototype& p) {
-    if (p.degree > kMaxDegree) return;
+    if (p.degree > max_degree) return;
     p.flat ? flat_prototype(p) : elliptic_prototype(p);
 }
 
@@ -316,7 +316,7 @@ bool collect_poles(const WideRootSet& E, Real omega2, Real stretch, AngleSum& an
     for (int i = 1; i <= E.count; ++i) {
         const Complex<Real> x = E.root(i);
         if (x.im < 0) continue;
-        const Complex<Real> mapped = cdiv(stretch * x, Complex<Real>{omega2, 0} - (omega2 - 1) * x, kSolverDecades);
+        const Complex<Real> mapped = cdiv(stretch * x, Complex<Real>{omega2, 0} - (omega2 - 1) * x, solver_decades);
         const Complex<Real> m = csqrt(1 - mapped.re, -mapped.im);
         if (!(m.re > 0)) return false;
         angles.append(m, 1);

@@ -21,8 +21,8 @@ Real value_at(const WideRootSet& set, Real x);
 
 void signRoots(XPlane& x, bool high_pass, int left_alone) {
     const int factors = x.fFactors.factors();
-    std::array<int, kMaxPairs> order{};
-    std::array<Real, kMaxPairs + 1> depth{};
+    std::array<int, max_pairs> order{};
+    std::array<Real, max_pairs + 1> depth{};
     std::iota(order.begin(), order.begin() + factors, 1);
     for (int i = 1; i <= factors; ++i)
         depth[static_cast<std::size_t>(i)] = depthOfFactor(x.fFactors, x.a, high_pass, i);
@@ -188,7 +188,7 @@ Complex<Real> value_of_psi(const FilterSpec& spec, const XPlane& xp, bool band_p
     int next = 0;
     const auto divide = [&](Complex<Real> divisor) {
         if (next < part.count) ++next, psi *= x - part.root(next);
-        psi = cdiv(psi, divisor, kSolverDecades);
+        psi = cdiv(psi, divisor, solver_decades);
     };
     if (band_pass) {
         for (int i = 1; i <= (spec.zerosAtZero - 1) / 2; ++i) divide(from_a);

@@ -178,7 +178,7 @@ ApproximationFault fault_of_steep_slope(const FilterSpec& spec) {
     const auto plane = std::make_unique<XPlane>();
     FrontNotes notes;
     if (!normaliseEdges(trial, *plane, notes).good()) return ApproximationFault::none;
-    if (std::abs(spec.stopbandLoss) <= kMaxDegree * slopeUnit(trial, *plane)) return ApproximationFault::none;
+    if (std::abs(spec.stopbandLoss) <= max_degree * slopeUnit(trial, *plane)) return ApproximationFault::none;
     return spec.stopbandLoss < 0.0 ? ApproximationFault::slope_zero_too_low
                                    : ApproximationFault::slope_infinity_too_low;
 }

@@ -66,10 +66,10 @@ struct FilterSpec {
 struct TransferFunction {
     int zeroCount = 0;  // entries of ZEROS
     int poleCount = 0;  // entries of POLES: the degree
-    Table<double, kMaxDegree> ZEROS_RE;
-    Table<double, kMaxDegree> ZEROS_IM;
-    Table<double, kMaxDegree> POLES_RE;  // negative
-    Table<double, kMaxDegree> POLES_IM;
+    Table<double, max_degree> ZEROS_RE;
+    Table<double, max_degree> ZEROS_IM;
+    Table<double, max_degree> POLES_RE;  // negative
+    Table<double, max_degree> POLES_IM;
     double multiplier = 1.0;
     double normFrequency = 0.0;  // rad/s
     double gainConstant = 0.0;   // dB

@@ -62,8 +62,8 @@ void zerosToX(const FilterSpec& spec, XPlane& xp) {
         const Complex<Real> s = normalised_zero(spec, xp, {spec.FZR(i), spec.FZI(i)});
         const Complex<Real> square{(s.re - s.im) * (s.re + s.im), 2 * s.re * s.im};
         const Complex<Real> one{1, 0}, offset{xp.a, 0};
-        const Complex<Real> x = spec.filterType == high_pass ? cdiv(one, one + square, kSolverDecades)
-                                                             : cdiv(square + offset, square + one, kSolverDecades);
+        const Complex<Real> x = spec.filterType == high_pass ? cdiv(one, one + square, solver_decades)
+                                                             : cdiv(square + offset, square + one, solver_decades);
         xp.ARR(i) = x.re;
         xp.ARI(i) = std::fabs(x.im);
     }
@@ -74,8 +74,8 @@ void zerosToFrequency(FilterSpec& spec, const XPlane& xp) {
     for (int i = 1; i <= xp.zeroCount; ++i) {
         const Complex<Real> x{xp.ARR(i), xp.ARI(i)};
         const Complex<Real> numerator{x.re - xp.a, x.im}, denominator{1 - x.re, -x.im};
-        const Complex<Real> square = spec.filterType == high_pass ? cdiv(denominator, numerator, kSolverDecades)
-                                                                  : cdiv(numerator, denominator, kSolverDecades);
+        const Complex<Real> square = spec.filterType == high_pass ? cdiv(denominator, numerator, solver_decades)
+                                                                  : cdiv(numerator, denominator, solver_decades);
         const Complex<Real> hertz = zero_in_hertz(spec, xp, csqrt(square));
         spec.FZR(i) = static_cast<double>(std::fabs(hertz.re));
         spec.FZI(i) = static_cast<double>(std::fabs(hertz.im));
@@ -138,11 +138,11 @@ bool rescaleForPrecision(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
 Complex<Real> rescaledRoot(Complex<Real> x, Real p, Real a) {
     const Complex<Real> numerator = (1 - a * p) * x + Complex<Real>{(p - 1) * a, 0};
     const Complex<Real> denominator = (1 - p) * x + Complex<Real>{p - a, 0};
-    return cdiv(numerator, denominator, kSolverDecades);
+    return cdiv(numerator, denominator, solver_decades);
 }
 
 Real x_of_frequency(Real w, Real a) {
-    if (w == 1) return static_cast<Real>(kInfinite);
+    if (w == 1) return static_cast<Real>(infinite_part);
     return (a - w * w) / ((1 - w) * (1 + w));
 }
 

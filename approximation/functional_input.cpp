@@ -107,7 +107,7 @@ FunctionGiven functionGiven(const FilterSpec& spec) {
 
 FunctionalFault denominatorFromFactors(const FilterSpec& spec, XPlane& x) {
     const int n = spec.denominatorDegree;
-    if (n < 1 || n > kMaxDegree) return FunctionalFault::inconsistent;
+    if (n < 1 || n > max_degree) return FunctionalFault::inconsistent;
     const MediumMap map(spec, x);
     x.eFactors = {};
     x.eFactors.multiplier = 1;
@@ -124,7 +124,7 @@ FunctionalFault denominatorFromFactors(const FilterSpec& spec, XPlane& x) {
 FunctionalFault numeratorFromFactors(const FilterSpec& spec, XPlane& x, ExtractionWorkspace& ws) {
     const int given = spec.numeratorDegree;
     const int missing = spec.degree - given;
-    if (given < 0 || given > kMaxDegree || missing < 0 || (missing > 0 && spec.filterType != high_pass)) {
+    if (given < 0 || given > max_degree || missing < 0 || (missing > 0 && spec.filterType != high_pass)) {
         return FunctionalFault::inconsistent;
     }
 

@@ -18,7 +18,7 @@ constexpr double infinite_loss = 1e38;
 
 struct AxisSamples {
     static constexpr int even_steps = 64;
-    std::array<Real, 7 * kMaxDegree + even_steps + 1> phi{};
+    std::array<Real, 7 * max_degree + even_steps + 1> phi{};
     int count = 0;
 
     void add(Real value) { phi[static_cast<std::size_t>(count++)] = value; }

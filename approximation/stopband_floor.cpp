@@ -31,7 +31,7 @@ namespace {
 // The stopband reaches from x = edge to x = end, which is w = 0 or infinity.
 Real least_loss(const XPlane& xp, Real edge, Real end) {
     const Real low = std::min(edge, end), high = std::max(edge, end);
-    Table<Real, kMaxDegree + 2> border;
+    Table<Real, max_degree + 2> border;
     int count = 0;
     border(++count) = edge;
     border(++count) = end;

@@ -41,8 +41,8 @@ struct XPlane {
     WideRootSet eEven;
     WideRootSet eOdd;
 
-    Table<int, kMaxDegree> factor_sign;  // [i] sign of factor i of f: +1, -1, 0 not set
-    Table<int, kMaxDegree> LARR;         // [i] sign of each pole for the allpass form, 0 not set
+    Table<int, max_degree> factor_sign;  // [i] sign of factor i of f: +1, -1, 0 not set
+    Table<int, max_degree> LARR;         // [i] sign of each pole for the allpass form, 0 not set
 
     // Immittance polynomials: even and odd parts of e + f and e - f. Where a part of f is 0, its sum is the part of e
     // and stands for the difference as well: multiplier 0 of ed or od then means "as the sum". Told by the multiplier

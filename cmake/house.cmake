@@ -28,11 +28,6 @@ function(subsystem name)
 
   file(GLOB sources CONFIGURE_DEPENDS ${name}/*.cpp)
   list(REMOVE_ITEM sources ${PROJECT_SOURCE_DIR}/${name}/main.cpp)
-  if(NOT sources)  # TEMPORARY while folders are being filled
-    add_library(${name} INTERFACE)
-    target_link_libraries(${name} INTERFACE ${arg_USES})
-    return()
-  endif()
   add_library(${name} STATIC ${sources})
   target_link_libraries(${name} PRIVATE house_options PUBLIC ${arg_USES})
 

@@ -26,7 +26,7 @@ template <class Work>
 template <class Real, class Work>
 SolveVerdict solveEvenOdd(const PseudoPolynomialOf<Real>& p, Real a, bool reactance, RootSetOf<Real>& even,
                           RootSetOf<Real>& odd, EvenOddWorkspace<Work>& ws, const SolveOptions& options) {
-    if (p.degree > kMaxDegree) return {SolveFault::DegreeTooHigh};
+    if (p.degree > max_degree) return {SolveFault::DegreeTooHigh};
     ws.tol = toleranceOf<Work>(options);
     ws.a = static_cast<Work>(a);
     ws.p.multiplier = static_cast<Work>(p.multiplier);
@@ -75,7 +75,7 @@ void find_degrees(EvenOddWorkspace<Work>& ws) {
     if (ws.p.degree % 2 == 1) scale *= cabs(ws.p.c(ws.p.factors()), Work{1});
     const Work least = 10 * ws.tol * scale;
 
-    const auto lead = [&](const Table<Work, kMaxPartCoefficients>& coefficient, int degree, RootSetOf<Work>& set) {
+    const auto lead = [&](const Table<Work, max_part_coefficients>& coefficient, int degree, RootSetOf<Work>& set) {
         while (degree > 0 && std::fabs(coefficient(degree + 1)) <= least) --degree;
         set.count = 0;
         set.multiplier = coefficient(degree + 1);
@@ -103,9 +103,9 @@ struct PartFunction {
             return {half * (v.plus + v.minus), half * (v.plus_derivative + v.minus_derivative), size, v.exponent};
         }
         // Od' = (P+' - P-' - 2 Od root')/(2 root)
-        const Complex<Real> od = cdiv(half * (v.plus - v.minus), v.root, kSolverDecades);
+        const Complex<Real> od = cdiv(half * (v.plus - v.minus), v.root, solver_decades);
         const Complex<Real> slope = half * (v.plus_derivative - v.minus_derivative) - od * v.root_derivative;
-        return {od, cdiv(slope, v.root, kSolverDecades), size / cabs(v.root), v.exponent};
+        return {od, cdiv(slope, v.root, solver_decades), size / cabs(v.root), v.exponent};
     }
 };
 
@@ -130,7 +130,7 @@ void set_multiplier(RootSetOf<Work>& set, const PartFunction<Work>& function) {
         if (!(standing > best)) continue;
         best = standing;
         const ScaledValue<Work> product = scaledProduct(set, x);
-        multiplier = shifted(cdiv(s.value, product.value, kSolverDecades), s.exponent - product.exponent).re;
+        multiplier = shifted(cdiv(s.value, product.value, solver_decades), s.exponent - product.exponent).re;
     }
     set.multiplier = multiplier;
 }

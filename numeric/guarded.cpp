@@ -29,7 +29,7 @@ template <class Real>
 Complex<Real> cdiv(Real nr, Real ni, Real dr, Real di, int decades) {
     const Real n = std::max(std::fabs(nr), std::fabs(ni));
     const Real d = std::max(std::fabs(dr), std::fabs(di));
-    constexpr auto infinite = static_cast<Real>(kInfinite);
+    constexpr auto infinite = static_cast<Real>(infinite_part);
     if (n == 0) return {};
     if (d == 0) return {infinite, infinite};
 

@@ -8,9 +8,9 @@
 
 namespace kavrel {
 
-inline constexpr double kInfinite = 1e38;    // stands for an infinite part of a quotient
-inline constexpr int kQuotientDecades = 37;  // reach of cdiv to either side
-inline constexpr int kSolverDecades = 280;   // reach inside the solvers, whose values may legally pass 1e37
+inline constexpr double infinite_part = 1e38;  // stands for an infinite part of a quotient
+inline constexpr int quotient_decades = 37;    // reach of cdiv to either side
+inline constexpr int solver_decades = 280;     // reach inside the solvers, whose values may legally pass 1e37
 
 // Magnitude of re + j im, without overflow of a square.
 template <class Real>
@@ -34,9 +34,9 @@ template <class Real>
 // decades 37 or more.
 // Source: R. L. Smith, "Algorithm 116: Complex division", CACM 5 (1962).
 template <class Real>
-[[nodiscard]] Complex<Real> cdiv(Real nr, Real ni, Real dr, Real di, int decades = kQuotientDecades);
+[[nodiscard]] Complex<Real> cdiv(Real nr, Real ni, Real dr, Real di, int decades = quotient_decades);
 template <class Real>
-[[nodiscard]] Complex<Real> cdiv(Complex<Real> n, Complex<Real> d, int decades = kQuotientDecades) {
+[[nodiscard]] Complex<Real> cdiv(Complex<Real> n, Complex<Real> d, int decades = quotient_decades) {
     return cdiv(n.re, n.im, d.re, d.im, decades);
 }
 

@@ -8,7 +8,7 @@ namespace kavrel {
 
 template <class Real>
 Real mullerStep(MullerPoints<Real>& p, int iteration) {
-    const auto quotient = [](Complex<Real> n, Complex<Real> d) { return cdiv(n, d, kSolverDecades); };
+    const auto quotient = [](Complex<Real> n, Complex<Real> d) { return cdiv(n, d, solver_decades); };
     const auto difference = [&](int i, int j) { return quotient(p.f(j) - p.f(i), p.x(j) - p.x(i)); };
 
     if (iteration == 1) p.q12 = difference(1, 2);

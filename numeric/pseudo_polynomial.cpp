@@ -11,7 +11,9 @@ template <class Real>
 PartCoefficients<Real> evenOddCoefficients(const PseudoPolynomialOf<Real>& p, Real a) {
     PartCoefficients<Real> t;
     t.CE(1) = p.multiplier;
-    const auto cell = [](const Table<Real, kMaxPartCoefficients>& table, int i) { return i >= 1 ? table(i) : Real{0}; };
+    const auto cell = [](const Table<Real, max_part_coefficients>& table, int i) {
+        return i >= 1 ? table(i) : Real{0};
+    };
 
     for (int i = 1; i <= p.pairs(); ++i) {
         const Real c = p.c(i);
@@ -54,7 +56,7 @@ PseudoValue<Real> evalPseudo(const PseudoPolynomialOf<Real>& p, Real a, Complex<
     const Complex<Real> to_one = one - x;
     const Complex<Real> w = csqrt(from_a * to_one);
     // w' = (1 + a - 2 x)/(2 w)
-    const Complex<Real> dw = cdiv(to_one - from_a, Real{2} * w, kSolverDecades);
+    const Complex<Real> dw = cdiv(to_one - from_a, Real{2} * w, solver_decades);
 
     ScaledPair<Real> plus{{p.multiplier, 0}, {}, 0};
     ScaledPair<Real> minus = plus;
@@ -69,8 +71,8 @@ PseudoValue<Real> evalPseudo(const PseudoPolynomialOf<Real>& p, Real a, Complex<
     Complex<Real> droot = dw;
     if (p.degree % 2 == 1) {
         // s = w/(1 - x), s' = (1 - a)/(2 s (1 - x)^2)
-        root = cdiv(w, to_one, kSolverDecades);
-        droot = cdiv(Complex<Real>{(1 - a) / 2, 0}, w * to_one, kSolverDecades);
+        root = cdiv(w, to_one, solver_decades);
+        droot = cdiv(Complex<Real>{(1 - a) / 2, 0}, w * to_one, solver_decades);
         const Complex<Real> c{p.c(p.factors()), 0};
         plus.multiply(c + root, droot);
         minus.multiply(c - root, -droot);

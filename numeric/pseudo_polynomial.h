@@ -17,8 +17,8 @@ template <class Real>
 struct PseudoPolynomialOf {
     Real multiplier{};
     int degree = 0;            // n, 0 to 50
-    Table<Real, kMaxPairs> c;  // [i] 1 <= i <= factors(); the last one of odd degree is c_n
-    Table<Real, kMaxPairs> d;  // [i] 0 in the last factor of odd degree
+    Table<Real, max_pairs> c;  // [i] 1 <= i <= factors(); the last one of odd degree is c_n
+    Table<Real, max_pairs> d;  // [i] 0 in the last factor of odd degree
 
     [[nodiscard]] int pairs() const { return degree / 2; }
     [[nodiscard]] int factors() const { return (degree + 1) / 2; }
@@ -30,13 +30,13 @@ using WidePseudoPolynomial = PseudoPolynomialOf<long double>;
 
 static_assert(std::is_trivially_copyable_v<PseudoPolynomial>);
 
-inline constexpr int kMaxPartCoefficients = 26;
+inline constexpr int max_part_coefficients = 26;
 
 // Coefficients of the two parts, constant term first: CE(j + 1) and CO(j + 1) belong to x^j.
 template <class Real>
 struct PartCoefficients {
-    Table<Real, kMaxPartCoefficients> CE;
-    Table<Real, kMaxPartCoefficients> CO;
+    Table<Real, max_part_coefficients> CE;
+    Table<Real, max_part_coefficients> CO;
 };
 
 // Factor by factor, from Ev + w Od times (c + d x + w) with w^2 = -a + (1 + a) x - x^2:

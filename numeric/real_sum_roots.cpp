@@ -30,7 +30,7 @@ template <class Real, class Work>
 SolveVerdict solveRealSum(const RealRootSetOf<Real>& A, const RealRootSetOf<Real>& B, RealRootSetOf<Real>& R,
                           RealSumWorkspace<Work>& ws, const SolveOptions& options) {
     const int n = std::max(A.count, B.count);
-    if (n > kMaxRealDegree) return {SolveFault::RealDegreeTooHigh, n};
+    if (n > max_real_degree) return {SolveFault::RealDegreeTooHigh, n};
     ws.tol = toleranceOf<Work>(options);
     copy_roots(A, ws.A);
     copy_roots(B, ws.B);
@@ -164,7 +164,7 @@ RealSample<Work> sample(const RealSumWorkspace<Work>& ws, Work x) {
 
 // The mean of the next roots of A and B, moved off the roots found. Newton's iteration may run in circles between real
 // roots: later attempts start nearer to the one or the other set.
-constexpr double kShares[] = {0.5, 0.9, 0.1, 1.5, -0.5};
+constexpr double start_shares[] = {0.5, 0.9, 0.1, 1.5, -0.5};
 
 template <class Work>
 Work starting_point(const RealSumWorkspace<Work>& ws, double share) {
@@ -183,7 +183,7 @@ Work starting_point(const RealSumWorkspace<Work>& ws, double share) {
         }
         return false;
     };
-    for (int turn = 0; turn < 2 * kMaxRealDegree && on_found_root(); ++turn) x *= static_cast<Work>(1.125);
+    for (int turn = 0; turn < 2 * max_real_degree && on_found_root(); ++turn) x *= static_cast<Work>(1.125);
     return x;
 }
 
@@ -222,7 +222,7 @@ bool newton(const RealSumWorkspace<Work>& ws, const SolveOptions& options, Work&
 
 template <class Work>
 bool find_root(const RealSumWorkspace<Work>& ws, const SolveOptions& options, Work& x) {
-    for (const double share : kShares) {
+    for (const double share : start_shares) {
         x = starting_point(ws, share);
         if (newton(ws, options, x)) return true;
     }

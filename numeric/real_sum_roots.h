@@ -7,14 +7,14 @@
 
 namespace kavrel {
 
-inline constexpr int kMaxRealDegree = 25;
+inline constexpr int max_real_degree = 25;
 
 // multiplier times the product of (x - root).
 template <class Real>
 struct RealRootSetOf {
     Real multiplier{};
-    int count = 0;                     // 0 to 25
-    Table<Real, kMaxRealDegree> root;  // [i] 1 <= i <= count
+    int count = 0;                      // 0 to 25
+    Table<Real, max_real_degree> root;  // [i] 1 <= i <= count
 
     void append(Real r) { root(++count) = r; }
 };
@@ -47,7 +47,7 @@ SolveVerdict solveRealSum(const RealRootSetOf<Real>& A, const RealRootSetOf<Real
 // sum divided by (x - point). Fault CreatedRootMissing when the root does not come out, or A or B vanishes there.
 template <class Real, class Work>
 SolveVerdict createRealRoot(RealRootSetOf<Real>& A, const RealRootSetOf<Real>& B, Real point, RealRootSetOf<Real>& R,
-                            RealSumWorkspace<Work>& ws, int rootMatchDigits = kRootMatchDigits,
+                            RealSumWorkspace<Work>& ws, int rootMatchDigits = root_match_digits,
                             const SolveOptions& options = {});
 
 // Value of the product at x.

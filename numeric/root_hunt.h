@@ -43,13 +43,13 @@ struct HuntRules {
 
 // Decimal digits that the type carries: 16 and 19.
 template <class Real>
-inline constexpr int kDigitsOf = std::numeric_limits<Real>::digits10 + 1;
+inline constexpr int digits_of = std::numeric_limits<Real>::digits10 + 1;
 
 // The digits an iteration in `Real` aims at, of a function of degree n: those of the type, as far as the options
 // differ from 16 fewer, less one and less the decades of n + 1.
 template <class Real>
 [[nodiscard]] int targetDigits(const SolveOptions& options, int n) {
-    const int carried = std::min(kDigitsOf<Real>, options.precisionDigits + kDigitsOf<Real> - 16);
+    const int carried = std::min(digits_of<Real>, options.precisionDigits + digits_of<Real> - 16);
     return static_cast<int>(carried - 1 - std::log10(static_cast<double>(n + 1)));
 }
 
@@ -64,7 +64,7 @@ template <class Real>
 [[nodiscard]] ScaledValue<Real> deflatedValue(const FunctionSample<Real>& s, const RootSetOf<Real>& found,
                                               Complex<Real> x) {
     const ScaledValue<Real> divisor = scaledProduct(found, x);
-    return {cdiv(s.value, divisor.value, kSolverDecades), s.exponent - divisor.exponent};
+    return {cdiv(s.value, divisor.value, solver_decades), s.exponent - divisor.exponent};
 }
 
 // Newton's correction for the deflated function: S R/(S' R - S R').
@@ -72,7 +72,7 @@ template <class Real>
 [[nodiscard]] Complex<Real> newtonCorrection(const FunctionSample<Real>& s, const RootSetOf<Real>& found,
                                              Complex<Real> x) {
     const ScaledPair<Real> r = scaledProductAndDerivative(found, x);
-    return cdiv(s.value * r.value, s.derivative * r.value - s.value * r.derivative, kSolverDecades);
+    return cdiv(s.value * r.value, s.derivative * r.value - s.value * r.derivative, solver_decades);
 }
 
 // int(v), also for a v that is no number or beyond all counts of digits.
@@ -86,7 +86,7 @@ template <class Real>
 template <class Real>
 [[nodiscard]] int correctDigits(const FunctionSample<Real>& s, Complex<Real> x) {
     const Real residual = cabs(s.value);
-    if (residual == 0) return kDigitsOf<Real>;
+    if (residual == 0) return digits_of<Real>;
     int digits = wholeDigits(std::log10(s.size / residual));
     const Real t = cabs(x) * cabs(s.derivative);
     if (t > 0) digits = std::max(digits, wholeDigits(std::log10(t / residual) - 2));
@@ -120,13 +120,13 @@ using Points = PointsOf<double>;
 
 // A point that stands on a found root, or at 0 where it could not be moved by a factor, is moved off it. A point at the
 // end of the range cannot be moved at all; a number of turns that no other point needs ends the loop.
-inline constexpr int kMoves = 4 * kMaxDegree;
+inline constexpr int start_moves = 4 * max_degree;
 
 template <class Real>
 void move_off_found(PointsOf<Real>& x, const RootSetOf<Real>& found) {
     constexpr auto near = static_cast<Real>(1e-10);
     bool moved = true;
-    for (int turn = 0; moved && turn < kMoves; ++turn) {
+    for (int turn = 0; moved && turn < start_moves; ++turn) {
         moved = false;
         for (Complex<Real>& point : x) {
             for (int j = 1; j <= found.count; ++j) {
@@ -161,7 +161,7 @@ bool polish(const Function& function, const HuntRules& rules, const RootSetOf<Re
 
 // Muller's iteration from three points. A step on which the value grows more than tenfold is halved (Muller's own
 // rule): where one product rules and is nearly constant, the parabola points far out of the picture.
-inline constexpr int kHalvings = 20;
+inline constexpr int halving_limit = 20;
 
 template <class Real, class Function>
 Complex<Real> approach(const Function& function, int digits, int turns, const RootSetOf<Real>& found,
@@ -203,7 +203,7 @@ Complex<Real> approach(const Function& function, int digits, int turns, const Ro
         const FunctionSample<Real> s = function(p.x(4), negligible);
         if (negligible && correctDigits(s, p.x(4)) >= digits) return p.x(4);
         take_value(s);
-        for (int i = 1; i <= kHalvings && cabs(p.f(4)) > 10 * cabs(p.f(3)); ++i) {
+        for (int i = 1; i <= halving_limit && cabs(p.f(4)) > 10 * cabs(p.f(3)); ++i) {
             p.x(4) = Real{0.5} * (p.x(3) + p.x(4));
             take_value(function(p.x(4), false));
         }

@@ -10,7 +10,7 @@
 namespace kavrel {
 
 // Sign indicators that travel with the roots: [i] belongs to root i.
-using RootSigns = Table<int, kMaxDegree>;
+using RootSigns = Table<int, max_degree>;
 
 enum class Reals { First, Last };
 

@@ -16,16 +16,16 @@
 
 namespace kavrel {
 
-inline constexpr int kMaxDegree = 50;                    // of a RootSet
-inline constexpr int kMaxCoefficients = kMaxDegree + 1;  // of a Polynomial
-inline constexpr int kMaxPairs = 25;                     // second-order factors, and all that is counted by pairs
+inline constexpr int max_degree = 50;                    // of a RootSet
+inline constexpr int max_coefficients = max_degree + 1;  // of a Polynomial
+inline constexpr int max_pairs = 25;                     // second-order factors, and all that is counted by pairs
 
 template <class Real>
 struct RootSetOf {
     Real multiplier{};           // leading coefficient k
     int count = 0;               // degree n, 0 to 50
-    Table<Real, kMaxDegree> re;  // [i] 1 <= i <= count: real part of root i
-    Table<Real, kMaxDegree> im;  // [i] imaginary part; exact 0.0: the root is real
+    Table<Real, max_degree> re;  // [i] 1 <= i <= count: real part of root i
+    Table<Real, max_degree> im;  // [i] imaginary part; exact 0.0: the root is real
 
     [[nodiscard]] Complex<Real> root(int i) const { return {re(i), im(i)}; }
     void set_root(int i, Complex<Real> z) { re(i) = z.re, im(i) = z.im; }
@@ -37,8 +37,8 @@ using WideRootSet = RootSetOf<long double>;
 template <class Real>
 struct PolynomialOf {
     int degree = 0;
-    Table<Real, kMaxCoefficients> re;  // [i] 1 <= i <= degree + 1: real part of the coefficient of x^(degree + 1 - i)
-    Table<Real, kMaxCoefficients> im;  // [i] imaginary part
+    Table<Real, max_coefficients> re;  // [i] 1 <= i <= degree + 1: real part of the coefficient of x^(degree + 1 - i)
+    Table<Real, max_coefficients> im;  // [i] imaginary part
 };
 using Polynomial = PolynomialOf<double>;
 
@@ -47,8 +47,8 @@ template <class Real>
 struct QuadraticFactorsOf {
     Real multiplier{};  // of the whole product
     int count = 0;      // factors, the first-order one included
-    Table<Real, kMaxPairs> a1;
-    Table<Real, kMaxPairs> a0;
+    Table<Real, max_pairs> a1;
+    Table<Real, max_pairs> a0;
 };
 using QuadraticFactor = QuadraticFactorsOf<double>;
 
@@ -60,7 +60,7 @@ template <class From, class To>
 void copyRootSet(const RootSetOf<From>& from, RootSetOf<To>& to) {
     to.multiplier = static_cast<To>(from.multiplier);
     to.count = from.count;
-    for (int i = 1; i <= from.count && i <= kMaxDegree; ++i) {
+    for (int i = 1; i <= from.count && i <= max_degree; ++i) {
         to.re(i) = static_cast<To>(from.re(i));
         to.im(i) = static_cast<To>(from.im(i));
     }
@@ -72,9 +72,9 @@ void swapRoots(RootSetOf<Real>& set, int i, int j);
 
 // Deletes the first root within max(1e-8, 10^-rootMatchDigits |z|) of z and closes the gap. Status 0, or -1 when no
 // root lies so close; the multiplier stays.
-inline constexpr int kRootMatchDigits = 10;  // at the start of a design
+inline constexpr int root_match_digits = 10;  // at the start of a design
 template <class Real>
-[[nodiscard]] int removeRoot(RootSetOf<Real>& set, Real zr, Real zi, int rootMatchDigits = kRootMatchDigits);
+[[nodiscard]] int removeRoot(RootSetOf<Real>& set, Real zr, Real zi, int rootMatchDigits = root_match_digits);
 
 // Coefficients of multiplier times the product of (x - root), by c_k <- c_k - root c_(k-1), k downward, root by root.
 template <class Real>

@@ -7,15 +7,15 @@ namespace kavrel {
 namespace {
 
 // A running product is brought back towards 1 when it leaves this range; a factor may then still be 1e100 or 1e-100.
-constexpr double kUpper = 0x1p300;
-constexpr double kLower = 0x1p-300;
-constexpr int kShift = 300;
+constexpr double rescale_above = 0x1p300;
+constexpr double rescale_below = 0x1p-300;
+constexpr int rescale_exponent = 300;
 
 // The exponent that brings a number of this size back into range.
 template <class Real>
 int correction(Real size) {
-    if (size > static_cast<Real>(kUpper)) return kShift;
-    if (size < static_cast<Real>(kLower) && size > 0) return -kShift;
+    if (size > static_cast<Real>(rescale_above)) return rescale_exponent;
+    if (size < static_cast<Real>(rescale_below) && size > 0) return -rescale_exponent;
     return 0;
 }
 

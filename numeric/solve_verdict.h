@@ -35,7 +35,7 @@ struct SolveMessage {
     std::string_view second = {};
 };
 
-inline constexpr std::array<SolveMessage, 7> kSolveMessages = {{
+inline constexpr std::array<SolveMessage, 7> solve_messages = {{
     {.fault = SolveFault::DegreeTooHigh, .first = " **** Polynomial is of too high degree ****"},
     {.fault = SolveFault::NoConvergence, .first = " **** No convergence ****"},
     {.fault = SolveFault::RealDegreeTooHigh,
@@ -56,14 +56,14 @@ inline constexpr std::array<SolveMessage, 7> kSolveMessages = {{
 }};
 
 // Head of the line that announces a root to be put in; its value follows.
-inline constexpr std::string_view kRootToBeCreated = " root to be created = ";
+inline constexpr std::string_view root_to_be_created = " root to be created = ";
 
 // The message of a fault other than None.
 [[nodiscard]] constexpr const SolveMessage& messageOf(SolveFault fault) {
-    for (const SolveMessage& message : kSolveMessages) {
+    for (const SolveMessage& message : solve_messages) {
         if (message.fault == fault) return message;
     }
-    return kSolveMessages.front();
+    return solve_messages.front();
 }
 
 // Accuracy asked of a solver. `precisionDigits` belongs to the data: with tol = 10^(1 - precisionDigits), sums that

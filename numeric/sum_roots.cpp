@@ -30,7 +30,7 @@ void average_clusters(RootSetOf<Work>& R);
 template <class Real, class Work>
 SolveVerdict solveSum(const RootSetOf<Real>& A, const RootSetOf<Real>& B, RootSetOf<Real>& R, SumWorkspace<Work>& ws,
                       const SolveOptions& options) {
-    if (std::max(A.count, B.count) > kMaxDegree) return {SolveFault::DegreeTooHigh};
+    if (std::max(A.count, B.count) > max_degree) return {SolveFault::DegreeTooHigh};
     ws.tol = toleranceOf<Work>(options);
     copyRootSet(A, ws.A);
     copyRootSet(B, ws.B);
@@ -85,7 +85,7 @@ void take_out_common_roots(SumWorkspace<Work>& ws) {
 
 // |k| times the coefficients of the product of (x + |root|).
 template <class Work>
-void bound_coefficients(const RootSetOf<Work>& set, Table<Work, kMaxCoefficients>& bound) {
+void bound_coefficients(const RootSetOf<Work>& set, Table<Work, max_coefficients>& bound) {
     bound.fill(0);
     bound(1) = std::fabs(set.multiplier);
     for (int i = 1; i <= set.count; ++i) {
@@ -126,7 +126,7 @@ bool find_leading_term(SumWorkspace<Work>& ws) {
 // Trailing terms of the sum that vanish are roots at the origin. Returns the first that does not.
 template <class Work>
 Work count_roots_at_zero(SumWorkspace<Work>& ws) {
-    const auto cell = [](const Table<Work, kMaxCoefficients>& t, int i) { return i >= 1 ? t(i) : Work{0}; };
+    const auto cell = [](const Table<Work, max_coefficients>& t, int i) { return i >= 1 ? t(i) : Work{0}; };
     Work sum = ws.R.multiplier;
     for (; ws.R.count < ws.degree; ws.R.append({})) {
         const int i = ws.A.count + 1 - ws.R.count;

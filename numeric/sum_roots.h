@@ -21,8 +21,8 @@ struct SumWorkspace {
     RootSetOf<Work> common;    // roots that both products share
     PolynomialOf<Work> coefA;  // coefficients of A and B, before rescaling
     PolynomialOf<Work> coefB;
-    Table<Work, kMaxCoefficients> boundA;  // [i] the same from the magnitudes of the roots: above |coefA(i)|
-    Table<Work, kMaxCoefficients> boundB;
+    Table<Work, max_coefficients> boundA;  // [i] the same from the magnitudes of the roots: above |coefA(i)|
+    Table<Work, max_coefficients> boundB;
     RootSet roughA;  // A and B as doubles, for the approach to a root
     RootSet roughB;
     int degree = 0;      // of A + B

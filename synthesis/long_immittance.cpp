@@ -27,8 +27,8 @@ constexpr long double same_filter = 1e-9L;  // agreement with the approximation'
 struct LongFactors {
     Long multiplier = 1;
     int degree = 0;
-    Table<Long, kMaxPairs> c;
-    Table<Long, kMaxPairs> d;
+    Table<Long, max_pairs> c;
+    Table<Long, max_pairs> d;
     Table<Long, 27> CE;  // constant term first
     Table<Long, 27> CO;
 };

@@ -204,7 +204,7 @@ Leading leading_terms(const ReactanceRoots& A, const ReactanceRoots& B) {
 bool rough_roots(const ReactanceRoots& A, const ReactanceRoots& B, WideRootSet& rough) {
     // The scale of the multipliers is left out: they may be beyond the range of the rough type.
     const WideReal ratio = B.multiplier / A.multiplier;
-    if (A.count <= kMaxRealDegree && B.count <= kMaxRealDegree) {
+    if (A.count <= max_real_degree && B.count <= max_real_degree) {
         const auto rounded = [](const ReactanceRoots& from, WideReal multiplier) {
             WideRealRootSet to{.multiplier = multiplier.rounded(), .count = from.count, .root = {}};
             for (int i = 1; i <= from.count; ++i) to.root(i) = from.root(i).rounded();

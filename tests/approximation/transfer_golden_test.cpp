@@ -66,7 +66,7 @@ double deviation(const std::vector<Root>& wanted, std::vector<Root> found) {
     return largest;
 }
 
-std::vector<Root> upper_half(int count, const Table<double, kMaxDegree>& re, const Table<double, kMaxDegree>& im) {
+std::vector<Root> upper_half(int count, const Table<double, max_degree>& re, const Table<double, max_degree>& im) {
     std::vector<Root> roots;
     for (int i = 1; i <= count; ++i) {
         if (im(i) >= 0 && (re(i) != 0 || im(i) != 0)) roots.emplace_back(re(i), im(i));

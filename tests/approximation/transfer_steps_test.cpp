@@ -55,7 +55,7 @@ TEST(TransferSteps, factors_to_roots_and_back) {
             for (const Real x : {-0.3L, -4.0L, 1.7L}) {
                 const PseudoValue<Real> v = evalPseudo(p, a, Complex<Real>{x, 0});
                 const PseudoValue<Real> w = evalPseudo(back, a, Complex<Real>{x, 0});
-                const Complex<Real> ratio = cdiv(v.plus, shifted(w.plus, w.exponent - v.exponent), kSolverDecades);
+                const Complex<Real> ratio = cdiv(v.plus, shifted(w.plus, w.exponent - v.exponent), solver_decades);
                 EXPECT_LT(cabs(ratio - Complex<Real>{1, 0}), 1e-11L) << static_cast<double>(x);
             }
         }

@@ -65,7 +65,7 @@ TEST(Guarded, QuotientAtTheEndsOfItsReach) {
     EXPECT_EQ(cdiv(Z{9e36, 0}, Z{1, 0}), (Z{9e36, 0}));
     EXPECT_EQ(cdiv(Z{1.1e-37, 0}, Z{1, 0}), (Z{1.1e-37, 0}));
     EXPECT_EQ(cdiv(Z{0.9e-38, 0}, Z{1, 0}), (Z{0, 0}));
-    EXPECT_EQ(cdiv(Z{1e200, 0}, Z{1, 0}, kSolverDecades), (Z{1e200, 0}));
+    EXPECT_EQ(cdiv(Z{1e200, 0}, Z{1, 0}, solver_decades), (Z{1e200, 0}));
     EXPECT_EQ(cinv(0.0, 0.0), infinite);
 }
 

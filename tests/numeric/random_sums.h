@@ -21,7 +21,7 @@ enum class SumKind {
     Wide,        // magnitudes over six decades
     Cancelling,  // equal degree and leading terms that cancel
 };
-inline constexpr int kSumKinds = 5;
+inline constexpr int sum_kinds = 5;
 
 class RandomNumbers {
 public:

@@ -26,7 +26,7 @@ struct Interlaced {
     RealRootSet B;
 };
 Interlaced random_interlaced(RandomNumbers& random, int degree, int kind) {
-    std::array<double, 2 * kMaxRealDegree> place{};
+    std::array<double, 2 * max_real_degree> place{};
     for (double& p : place) p = -std::pow(10.0, random.between(-2, 2));
     std::sort(place.begin(), place.begin() + 2 * degree);
     Interlaced sets;
@@ -44,7 +44,7 @@ void expect_all_right(long double bound) {
     RandomNumbers random(7);
     for (int k = 0; k < 1000; ++k) {
         const int kind = k % 4;
-        const int degree = 1 + k / 4 % kMaxRealDegree;
+        const int degree = 1 + k / 4 % max_real_degree;
         const Interlaced s = random_interlaced(random, degree, kind);
         RealRootSet R;
         RealSumWorkspace<Work> ws;

@@ -92,7 +92,7 @@ TEST(SolveSum, AgreesWithManyDigits) {
 // in double to 1e-12 except for the leading terms that cancel, which lose digits with their difference.
 template <class Work>
 void expect_all_right(long double bound, long double bound_cancelling) {
-    for (int kind = 0; kind < kSumKinds; ++kind) {
+    for (int kind = 0; kind < sum_kinds; ++kind) {
         RandomNumbers random(static_cast<unsigned>(100 + kind));
         for (int k = 0; k < 400; ++k) {
             const int degree = 1 + k % 50;

@@ -33,7 +33,7 @@ TEST(UnitValueText, EngineeringFormOfEveryPrefixAndUnit) {
         {2.5e6, hertz, "   2.500000 MHz "},       {10.7e9, hertz, "  10.700000 GHz "},
         {3.0e13, hertz, "  30.000000 THz "},      {999.9999, ohm, " 999.999900  ohm"},
         {999.9999999, henry, "   1.000000 KH  "}, {800.0, hertz, " 800.000000  Hz "},
-        {999.99999, hertz, " 999.999990  Hz "},  {1.0e14, ohm, " 100.000000 Tohm"},
+        {999.99999, hertz, " 999.999990  Hz "},   {1.0e14, ohm, " 100.000000 Tohm"},
     };
     for (const auto& row : rows) EXPECT_EQ(unit_value_text({}, row.value, row.code), row.text) << row.value;
 }

@@ -49,6 +49,16 @@ void units(Workbench& bench) { choose_units(bench.session, bench.reporter); }
 
 void new_filter_design(Workbench& bench) { filter_design_road(bench, FormStart::last_values); }
 void recall_filter_design(Workbench& bench) { filter_design_road(bench, FormStart::stored_data); }
+
+// "New" of a Segment opens the form of the last design again.
+void new_design(Workbench& bench) {
+    if (bench.session.design_class.trimmed() == "delay") {
+        not_implemented(bench);
+    } else {
+        new_filter_design(bench);
+    }
+}
+
 void new_fir_design(Workbench& bench) { fir_design_road(bench, FormStart::last_values); }
 void recall_fir_design(Workbench& bench) { fir_design_road(bench, FormStart::stored_data); }
 
@@ -91,6 +101,37 @@ constexpr Event events[] = {
     {159, help},
     {141, help_on_help},
     {142, about},
+    // passive
+    {524, new_design},
+    {516, copy},
+    {335, stop},
+    {352, help},
+    {351, help_on_help},
+    {353, about},
+    // active
+    {841, new_design},
+    {837, copy},
+    {736, stop},
+    {750, help},
+    {749, help_on_help},
+    {751, about},
+    // IIR digital
+    {651, new_design},
+    {645, copy},
+    {536, stop},
+    {550, help},
+    {549, help_on_help},
+    {551, about},
+    // lattice
+    {914, copy},
+    {881, stop},
+    {894, help},
+    {893, help_on_help},
+    {895, about},
+    // ladder synthesis
+    {934, help},
+    {933, help_on_help},
+    {935, about},
     // FIR digital
     {1199, new_fir_design},
     {1194, copy},

@@ -8,7 +8,12 @@
 namespace kavrel {
 
 extern const std::array<MenuItem, 18> main_menu;
+extern const std::array<MenuItem, 66> passive_menu;
+extern const std::array<MenuItem, 37> active_menu;
+extern const std::array<MenuItem, 44> iir_menu;
 extern const std::array<MenuItem, 39> fir_menu;
+extern const std::array<MenuItem, 9> ladder_menu;
+extern const std::array<MenuItem, 15> lattice_menu;
 
 extern const std::array<ToolbarItem, 6> main_toolbar;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "fir/fir_segment.h"
+#include "passive/passive_segment.h"
 #include "workbench/menus.h"
 
 namespace kavrel {
@@ -16,11 +17,26 @@ void run_fir(Workbench& bench) {
 
 void* fir_command_request(Workbench& bench) { return &bench.fir_command; }
 
+void run_passive(Workbench& bench) {
+    PassiveDesk desk = passive_desk(bench);
+    passiveSegment(desk);
+}
+
+void* passive_command_request(Workbench& bench) { return &bench.passive_command; }
+
 constexpr Room rooms[] = {
     {.id = SegmentId::main, .name = "main", .title = "Kavrel - MAIN MENU", .file_letter = ' ', .menu = main_menu},
-    {.id = SegmentId::passive, .name = "passive", .title = "Kavrel - PASSIVE LC/MICROWAVE MENU", .file_letter = 'p'},
-    {.id = SegmentId::active, .name = "active", .title = "Kavrel - ACTIVE RC MENU", .file_letter = 'a'},
-    {.id = SegmentId::iir, .name = "iir", .title = "Kavrel - IIR DIGITAL MENU", .file_letter = 'd'},
+    {.id = SegmentId::passive,
+     .name = "passive",
+     .title = "Kavrel - PASSIVE LC/MICROWAVE MENU",
+     .file_letter = 'p',
+     .menu = passive_menu,
+     .words = passive_words,
+     .command_request = passive_command_request,
+     .performs = passive_performs,
+     .run = run_passive},
+    {.id = SegmentId::active, .name = "active", .title = "Kavrel - ACTIVE RC MENU", .file_letter = 'a', .menu = active_menu},
+    {.id = SegmentId::iir, .name = "iir", .title = "Kavrel - IIR DIGITAL MENU", .file_letter = 'd', .menu = iir_menu},
     {.id = SegmentId::fir,
      .name = "fir",
      .title = "Kavrel - FIR DIGITAL MENU",
@@ -30,8 +46,8 @@ constexpr Room rooms[] = {
      .command_request = fir_command_request,
      .performs = fir_performs,
      .run = run_fir},
-    {.id = SegmentId::ladder, .name = "ladder", .title = "Kavrel - LADDER SYNTHESIS MENU", .file_letter = ' '},
-    {.id = SegmentId::lattice, .name = "lattice", .title = "Kavrel - LATTICE MENU", .file_letter = 'x'},
+    {.id = SegmentId::ladder, .name = "ladder", .title = "Kavrel - LADDER SYNTHESIS MENU", .file_letter = ' ', .menu = ladder_menu},
+    {.id = SegmentId::lattice, .name = "lattice", .title = "Kavrel - LATTICE MENU", .file_letter = 'x', .menu = lattice_menu},
 };
 
 static_assert(std::size(rooms) == segment_count);
@@ -68,6 +84,17 @@ FirDesk fir_desk(Workbench& bench) {
             .results = bench.results,
             .command = bench.fir_command,
             .reporter = bench.reporter};
+}
+
+PassiveDesk passive_desk(Workbench& bench) {
+    return {.session = bench.session,
+            .filter = bench.passive,
+            .state = bench.passive_state,
+            .command = bench.passive_command,
+            .results = bench.results,
+            .plot = bench.plot,
+            .reporter = bench.reporter,
+            .window = bench.window};
 }
 
 void not_implemented(Workbench& bench) { bench.reporter.message("Command not implemented", "Default"); }

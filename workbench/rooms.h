@@ -32,8 +32,9 @@ void enter_segment(Workbench& bench, SegmentId id);
 // routine is answered with "Command not implemented".
 void send_command(Workbench& bench, const Room& room, std::string_view word, const Form* form);
 
-// The records of FIR work.
+// The records of FIR and of passive work.
 [[nodiscard]] FirDesk fir_desk(Workbench& bench);
+[[nodiscard]] PassiveDesk passive_desk(Workbench& bench);
 
 // The box of whatever has no handler.
 void not_implemented(Workbench& bench);

@@ -4,6 +4,7 @@
 #include "approximation/filter_driver.h"
 #include "approximation/filter_request.h"
 #include "fir/fir_desk.h"
+#include "passive/passive_desk.h"
 #include "shell/analysis_result.h"
 #include "shell/journal.h"
 #include "shell/reporter.h"
@@ -36,6 +37,11 @@ struct Workbench {
     FirRequest fir_request;
     FirFilter fir;
     FirCommandRequest fir_command;
+
+    PassiveFilter passive;
+    PassiveState passive_state;
+    PassiveRequest passive_command;
+    PlotWindow plot;
 };
 
 }  // namespace kavrel

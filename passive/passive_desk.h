@@ -1,0 +1,39 @@
+// The desk of passive work: the records that its commands go on.
+#pragma once
+
+#include "passive/passive_filter.h"
+#include "shell/analysis_result.h"
+#include "shell/plot.h"
+#include "shell/print_form.h"
+#include "shell/reporter.h"
+#include "shell/session.h"
+#include "shell/window_layer.h"
+
+namespace kavrel {
+
+// What the small forms of the commands ask for.
+struct PassiveRequest {
+    int printing_to = static_cast<int>(PrintTarget::none);
+};
+
+// What the Segment keeps from command to command beside the filter.
+struct PassiveState {
+    int undoTop = 0;        // the snapshot that the next "undo" reads
+    int undoCount = 0;      // the highest one in use
+    bool recording = false;  // of a macro
+    bool suppress = false;   // "*** done ***" goes to the report instead of a box
+    int lastBranch = 1;      // from which the next show starts
+};
+
+struct PassiveDesk {
+    Session& session;
+    PassiveFilter& filter;
+    PassiveState& state;
+    PassiveRequest& command;
+    AnalysisResult& results;
+    PlotWindow& plot;
+    Reporter& reporter;
+    WindowLayer& window;
+};
+
+}  // namespace kavrel

@@ -1,6 +1,6 @@
 // Frequency analysis of ladders at 501 points, loss and delay with all else: the whole command, and
 // beside it the same ladder by the plain recursion in complex doubles, which knows neither delay nor losses. The
-// counter gives the time of one branch at one point. bench/peer_chain.py runs ngspice on the same ladder.
+// counter gives the time of one branch at one point. bench/peer_circuit.py runs ngspice on the same ladder.
 #include <cmath>
 #include <complex>
 #include <memory>

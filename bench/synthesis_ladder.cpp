@@ -50,5 +50,26 @@ void removals(benchmark::State& state) {
 }
 BENCHMARK(removals)->Arg(10)->Arg(20)->Arg(30)->Arg(50)->Unit(benchmark::kMillisecond);
 
+// Two complex zeros that the fixed orders leave with a negative capacitor: the search through all orders beside it.
+void search(benchmark::State& state) {
+    auto design = std::make_unique<test::Design>();
+    FilterSpec& s = design->spec = test::all_pole(low_pass, equal_ripple, 1);
+    s.loadResistance = 50;
+    s.zeroCount = 2 + static_cast<int>(state.range(0));
+    s.FZR(1) = 2500, s.FZI(1) = 1500;
+    s.FZR(2) = 1200, s.FZI(2) = 2600;
+    for (int i = 3; i <= s.zeroCount; ++i) s.FZI(i) = 3300 + 300 * i;
+    s.zerosAtInfinity = 3;
+    design->run();
+    auto left = std::make_unique<SynthesisState>();
+    auto circuit = std::make_unique<Circuit>();
+    for (auto _ : state) {
+        if (!synthesise(design->xp, design->spec, {}, *left, *circuit).good()) state.SkipWithError("synthesis failed");
+    }
+    state.counters["searched"] = left->searched ? 1 : 0;
+    state.counters["negative"] = left->negative_elements;
+}
+BENCHMARK(search)->Arg(0)->Arg(2)->Arg(6)->Unit(benchmark::kMillisecond);
+
 }  // namespace
 }  // namespace kavrel

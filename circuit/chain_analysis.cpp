@@ -13,7 +13,8 @@ constexpr double largest_stored_loss = 200;  // dB
 constexpr Wide pole_guard = 1e-15L;          // of 1 - u^2 L C
 constexpr Wide matched_reflection = 1e-5L;
 constexpr Wide matched_return_loss = 100;
-constexpr Wide dc_step = 1e7L;  // the delay at f = 0 is that at the next frequency divided by this
+constexpr Wide dc_step = 1e7L;     // the delay at f = 0 is that at the next frequency divided by this
+constexpr Wide past_pole = 2e-5L;  // of the quarter-wave frequency: nearer to 0 a stub counts as on its pole
 constexpr Wide degree = 180 / std::numbers::pi_v<Wide>;
 
 struct Waves {
@@ -24,7 +25,9 @@ PointVerdict walk(const Chain& chain, const ElementPoint& elements, Waves& waves
 PointVerdict pass(const ChainLink& link, const ElementPoint& elements, Waves& waves);
 void classify(ChainLink& link);
 int walk_reactances(const Chain& chain, int from, const ElementPoint& elements, Waves& waves);
+bool are_ascending(std::span<const double> frequencies);
 bool has_row_at_zero(const Chain& chain, const AnalysisRequest& request);
+Wide least_omega(const Circuit& circuit);
 Wide decibels(WideComplex z) { return 10 * std::log10(squared_magnitude(z)); }
 Wide return_loss(const Waves& waves, Wide R2);
 
@@ -114,7 +117,7 @@ PointVerdict chain_matrix(const Chain& chain, Wide omega, ChainMatrix& matrix) {
 
 ChainVerdict analyzeCircuit(const Circuit& circuit, const AnalysisRequest& request, Performance& performance) {
     const auto& frequencies = request.frequencies;
-    if (frequencies.empty() || frequencies.size() > analysis_points) return ChainVerdict::bad_frequencies;
+    if (!are_ascending(frequencies)) return ChainVerdict::bad_frequencies;
     Chain chain;
     if (const auto verdict = prepare_chain(circuit, request.loss, chain); verdict != ChainVerdict::done) return verdict;
 
@@ -132,7 +135,8 @@ ChainVerdict analyzeCircuit(const Circuit& circuit, const AnalysisRequest& reque
         if (analyze_point(chain, per_unit * f, point) != PointVerdict::computed) continue;
         if (f == 0 && frequencies.size() > 1) {
             ChainPoint near;
-            if (analyze_point(chain, per_unit * frequencies[1] / dc_step, near) != PointVerdict::computed) continue;
+            const Wide omega = std::max(per_unit * frequencies[1] / dc_step, least_omega(circuit));
+            if (analyze_point(chain, omega, near) != PointVerdict::computed) continue;
             point.delay = near.delay;
         }
         performance.rows(++performance.count) = {f,
@@ -268,10 +272,27 @@ PointVerdict pass(const ChainLink& link, const ElementPoint& elements, Waves& wa
     return PointVerdict::computed;
 }
 
+// One to 501 of them, from 0 on.
+bool are_ascending(std::span<const double> frequencies) {
+    if (frequencies.empty() || frequencies.size() > analysis_points) return false;
+    double before = 0;
+    for (const double f : frequencies) {
+        if (!std::isfinite(f) || f < before) return false;
+        before = f;
+    }
+    return true;
+}
+
 // At f = 0 the pi of a two-port may be empty, and the loss of what is blocked is no number.
 bool has_row_at_zero(const Chain& chain, const AnalysisRequest& request) {
     if (!chain.plain || request.filter_class == 3 || request.zeros_at_zero != 0) return false;
     return !(request.filter_class == 2 && request.zeros_at_infinity != 0);
+}
+
+// The least angular frequency above 0 that has a point.
+Wide least_omega(const Circuit& circuit) {
+    if (circuit.kind != CircuitKind::microwave) return 0;
+    return past_pole * std::numbers::pi_v<Wide> * static_cast<Wide>(circuit.fs);
 }
 
 Wide return_loss(const Waves& waves, Wide R2) {

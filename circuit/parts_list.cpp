@@ -23,18 +23,18 @@ constexpr PartClass part_classes[] = {
 };
 constexpr int total_width = static_cast<int>(part_classes[0].total.size());
 
-std::string name_of(const Part& part) { return std::string(1, part.letter) + edit_i(part.number, 2, 2); }
+std::string name_of(const CircuitPart& part) { return std::string(1, part.letter) + edit_i(part.number, 2, 2); }
 
 // As `element_text` of the class, from a value already turned into an impedance.
-std::string part_text(CircuitKind kind, const UnitSet& units, const Part& part) {
+std::string part_text(CircuitKind kind, const UnitSet& units, const CircuitPart& part) {
     if (kind != CircuitKind::lumped) return impedance_text(units, part.value);
     return unit_value_text(units, part.value, part.letter == 'l' ? henry : part.letter == 'c' ? farad : ohm);
 }
 
 }  // namespace
 
-std::vector<Part> list_parts(const Circuit& circuit, bool half_lattices) {
-    std::vector<Part> parts;
+std::vector<CircuitPart> list_parts(const Circuit& circuit, bool half_lattices) {
+    std::vector<CircuitPart> parts;
     std::array<int, std::size(part_classes)> numbers{};
     for (int k = circuit.klast == 0 ? 0 : 1; k != 0;) {
         const Branch branch = unpackBranch(circuit, k);
@@ -57,16 +57,17 @@ std::vector<Part> list_parts(const Circuit& circuit, bool half_lattices) {
 }
 
 std::vector<std::string> partsList(const Circuit& circuit, bool half_lattices, const UnitSet& units) {
-    const std::vector<Part> parts = list_parts(circuit, half_lattices);
+    const std::vector<CircuitPart> parts = list_parts(circuit, half_lattices);
     std::vector<std::string> lines = {"*** Parts list ***"};
     if (circuit.kind != CircuitKind::lumped) lines.emplace_back(all_values_impedances);
     const auto count = [&](char letter) {
-        return std::count_if(parts.begin(), parts.end(), [&](const Part& part) { return part.letter == letter; });
+        return std::count_if(parts.begin(), parts.end(),
+                             [&](const CircuitPart& part) { return part.letter == letter; });
     };
     for (const PartClass& row : part_classes) {
         if (count(row.letter) == 0) continue;
         lines.emplace_back(row.heading);
-        for (const Part& part : parts) {
+        for (const CircuitPart& part : parts) {
             if (part.letter != row.letter) continue;
             lines.push_back(line()
                                 .a(name_of(part), 5)
@@ -76,7 +77,7 @@ std::vector<std::string> partsList(const Circuit& circuit, bool half_lattices, c
         }
     }
     for (const PartClass& row : part_classes) lines.push_back(line().a(row.total, total_width).i(count(row.letter), 2));
-    if (std::any_of(parts.begin(), parts.end(), [](const Part& part) { return part.of_half_lattice; })) {
+    if (std::any_of(parts.begin(), parts.end(), [](const CircuitPart& part) { return part.of_half_lattice; })) {
         lines.emplace_back(" * \"half-lattice\" branches");
     }
     return lines;

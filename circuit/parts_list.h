@@ -11,7 +11,7 @@ namespace kavrel {
 
 inline constexpr int max_parts = 150;
 
-struct Part {
+struct CircuitPart {
     char letter = 'r';  // r, l or c
     int number = 0;     // in its class, from 1
     int branch = 0;     // where it stands
@@ -21,7 +21,7 @@ struct Part {
 
 // The parts in chain order, at most 150. Two like arms of a lattice or equalizer are two parts; with `half_lattices` a
 // lattice is built with one arm of each kind. Unit elements are no parts.
-[[nodiscard]] std::vector<Part> list_parts(const Circuit& circuit, bool half_lattices);
+[[nodiscard]] std::vector<CircuitPart> list_parts(const Circuit& circuit, bool half_lattices);
 
 // The list by classes with their totals.
 [[nodiscard]] std::vector<std::string> partsList(const Circuit& circuit, bool half_lattices, const UnitSet& units);

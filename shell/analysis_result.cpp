@@ -1,5 +1,6 @@
 #include "shell/analysis_result.h"
 
+#include <charconv>
 #include <cmath>
 
 #include <fmt/format.h>
@@ -9,6 +10,7 @@ namespace kavrel {
 namespace {
 
 int row_count(const AnalysisResult& result, AnalysisResult::Kind kind);
+void add_number(float value, std::string& text);
 
 }  // namespace
 
@@ -46,9 +48,8 @@ std::string write_table_csv(const AnalysisResult& result, AnalysisResult::Kind k
         separator = "";
         for (const ColumnRow& row : result_columns) {
             if (row.kind != kind || !has_column(result, row)) continue;
-            const auto value = static_cast<double>((result.*row.column)(i));
             csv += separator;
-            if (std::isfinite(value)) csv += fmt::format("{:.9g}", value);
+            add_number((result.*row.column)(i), csv);
             separator = ",";
         }
         csv += '\n';
@@ -65,6 +66,13 @@ int row_count(const AnalysisResult& result, AnalysisResult::Kind kind) {
         case AnalysisResult::Kind::none: break;
     }
     return 0;
+}
+
+void add_number(float value, std::string& text) {
+    if (!std::isfinite(value)) return;
+    std::array<char, 32> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    text.append(digits.data(), end);
 }
 
 }  // namespace

@@ -98,7 +98,7 @@ inline constexpr std::array<ColumnRow, 10> result_columns = {{
 [[nodiscard]] std::span<const float> column_values(const AnalysisResult& result, const ColumnRow& row);
 
 // The results of one kind as comma-separated values: a header such as "frequency (Hz),loss (dB)", then a line for each
-// row, each ended by a line feed. Numbers have 9 significant digits, from which the single-precision value comes back
+// row, each ended by a line feed. Numbers have as many digits as it takes for the single-precision value to come back
 // exactly; a value that is not finite leaves its cell empty. Without results of this kind the text is empty.
 [[nodiscard]] std::string write_table_csv(const AnalysisResult& result, AnalysisResult::Kind kind);
 

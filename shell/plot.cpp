@@ -34,7 +34,8 @@ struct Extent {
 };
 
 Extent finite_extent(std::span<const float> values);
-PlotAxis make_axis(std::span<const float> values, string_view label, bool is_x, const UnitSet& units);
+PlotAxis make_axis(std::span<const float> values, string_view label, bool is_x, const UnitSet& units,
+                   int steps_beside = 0);
 void lay_out(const PlotSurface& surface, PlotWindow& window);
 void draw_x_axis(PlotSurface& surface, const PlotWindow& window);
 void draw_y_axis(PlotSurface& surface, const PlotWindow& window, const PlotAxis& axis, bool at_left);
@@ -83,7 +84,7 @@ PlotVerdict plot_two(PlotWindow& window, const PlotRequest& request, const UnitS
     if (has_y2) {
         fresh.y2_label = request.y2_label;
         std::copy(request.y2.begin(), request.y2.end(), fresh.Y2_DATA.begin());
-        fresh.y2 = make_axis(request.y2, fresh.y2_label.trimmed(), false, units);
+        fresh.y2 = make_axis(request.y2, fresh.y2_label.trimmed(), false, units, fresh.y1.label_count - 1);
     }
     window = fresh;
     return {};
@@ -245,9 +246,10 @@ Extent finite_extent(std::span<const float> values) {
     return extent.lo <= extent.hi ? extent : Extent{};
 }
 
-PlotAxis make_axis(std::span<const float> values, string_view label, bool is_x, const UnitSet& units) {
+PlotAxis make_axis(std::span<const float> values, string_view label, bool is_x, const UnitSet& units,
+                   int steps_beside) {
     const Extent extent = finite_extent(values);
-    PlotAxis axis = scale_text(extent.lo, extent.hi);
+    PlotAxis axis = scale_text(extent.lo, extent.hi, 0, steps_beside);
     axis.data_min = extent.lo;
     axis.data_max = extent.hi;
     axis.label.assign(axis_label(label, axis, is_x, units));

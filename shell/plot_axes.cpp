@@ -18,9 +18,23 @@ using std::string_view;
 
 constexpr double constant_limit = 1e-12;
 
+// A range in half units of the power of ten 10^p.
+struct DecimalRange {
+    HalfUnits ends;
+    int p = 0;
+};
+
+// The ends of an axis and the steps between its labels.
+struct RoundAxis {
+    NiceRange range;
+    int steps = 0;
+};
+
 double decimal_power(int p);
-NiceRange constant_range(double level);
-int choose_label_count(double first, double last);
+bool can_be_rounded(double& lo, double& hi);
+DecimalRange decimal_range(double lo, double hi);
+NiceRange range_of(const DecimalRange& decimal);
+RoundAxis round_axis(double lo, double hi, int steps_beside);
 std::string offset_text(string_view label, double offset, bool is_x, const UnitSet& units);
 
 // How far the ends move apart for a number of half units, by the parity of one of them.
@@ -55,39 +69,10 @@ HalfUnits even_half_units(HalfUnits ends) {
 }
 
 NiceRange nice_range(double lo, double hi) {
-    if (!std::isfinite(lo)) lo = 0.0;
-    if (!std::isfinite(hi)) hi = 0.0;
-    if (hi < lo) std::swap(lo, hi);
-    double r = hi - lo;
-    const double level = std::max(std::abs(lo), std::abs(hi));
-    if (level >= 1e290) return {std::min(lo, 0.0), std::max(hi, 0.0), 0.0, 0.0};  // too near overflow to be rounded
-    if (r <= constant_limit * level || r < 1e-290) return constant_range(0.5 * lo + 0.5 * hi);
-
-    int p = 0;
-    for (; r >= 10.0; r /= 10.0) ++p;
-    for (; r < 1.0; r *= 10.0) --p;
-
-    // Dividing by the exact power of a negative p keeps 0.3 from becoming 0.30000000000000004.
-    const double s = decimal_power(std::abs(p));
-    const auto scaled = [&](double value) { return p < 0 ? value * s : value / s; };
-    const auto unscaled = [&](double value) { return p < 0 ? value / s : value * s; };
-
-    const double lower = scaled(lo);
-    const double upper = scaled(hi);
-    HalfUnits ends{static_cast<long long>(std::floor(2.0 * lower)), static_cast<long long>(std::ceil(2.0 * upper))};
-    if (lower - 0.5 * static_cast<double>(ends.low) > 0.4999) ++ends.low;
-    if (0.5 * static_cast<double>(ends.high) - upper > 0.4999) --ends.high;
-    ends = even_half_units(ends);
-
-    NiceRange range;
-    range.lo = unscaled(0.5 * static_cast<double>(ends.low));
-    range.hi = unscaled(0.5 * static_cast<double>(ends.high));
-    if (range.hi - range.lo < 2.0 * std::abs(range.hi) / 21.0) {
-        // (lo + hi)/2 and hi - offset, from the integers: nothing cancels.
-        range.offset = unscaled(0.25 * static_cast<double>(ends.low + ends.high));
-        range.amount = unscaled(0.25 * static_cast<double>(ends.high - ends.low));
-    }
-    return range;
+    if (!can_be_rounded(lo, hi)) return {lo, hi, 0.0, 0.0};
+    DecimalRange decimal = decimal_range(lo, hi);
+    decimal.ends = even_half_units(decimal.ends);
+    return range_of(decimal);
 }
 
 double PlotAxis::shown(double value) const {
@@ -95,8 +80,10 @@ double PlotAxis::shown(double value) const {
     return exponent < 0 ? value * s : value / s;
 }
 
-PlotAxis scale_text(double lo, double hi, int label_count) {
-    const NiceRange range = nice_range(lo, hi);
+PlotAxis scale_text(double lo, double hi, int label_count, int steps_beside) {
+    const RoundAxis round =
+        label_count == 0 ? round_axis(lo, hi, steps_beside) : RoundAxis{nice_range(lo, hi), label_count - 1};
+    const NiceRange& range = round.range;
     PlotAxis axis;
     axis.lo = range.lo;
     axis.hi = range.hi;
@@ -113,8 +100,7 @@ PlotAxis scale_text(double lo, double hi, int label_count) {
     axis.first = axis.shown(deviation ? -range.amount : range.lo);
     axis.last = axis.shown(deviation ? range.amount : range.hi);
 
-    axis.label_count =
-        std::min(label_count == 0 ? choose_label_count(axis.first, axis.last) : label_count, tick_label_bound);
+    axis.label_count = std::min(round.steps + 1, tick_label_bound);
     const long largest = std::lround(std::max(std::abs(axis.first), std::abs(axis.last)));
     const int decimals = largest >= 100 ? 1 : largest >= 10 ? 2 : largest >= 1 ? 3 : 4;
     for (int i = 0; i < axis.label_count; ++i) {
@@ -137,11 +123,58 @@ namespace {
 
 double decimal_power(int p) { return std::pow(10.0, p); }
 
-// A level has half a power of ten below and above it.
-NiceRange constant_range(double level) {
-    if (!(std::abs(level) > 1e-280)) return {-1.0, 1.0, 0.0, 0.0};
-    const double d = 0.5 * std::pow(10.0, std::floor(std::log10(std::abs(level))));
-    return nice_range(level - d, level + d);
+// Orders the ends and leaves them finite and apart, constant data within half a power of ten below and above its level.
+// False where the powers of ten come too near to overflow.
+bool can_be_rounded(double& lo, double& hi) {
+    if (!std::isfinite(lo)) lo = 0.0;
+    if (!std::isfinite(hi)) hi = 0.0;
+    if (hi < lo) std::swap(lo, hi);
+    const double level = std::max(std::abs(lo), std::abs(hi));
+    if (level >= 1e290) {
+        lo = std::min(lo, 0.0);
+        hi = std::max(hi, 0.0);
+        return false;
+    }
+    if (hi - lo > constant_limit * level && hi - lo >= 1e-290) return true;
+
+    const double middle = 0.5 * lo + 0.5 * hi;
+    const double d = std::abs(middle) > 1e-280 ? 0.5 * std::pow(10.0, std::floor(std::log10(std::abs(middle)))) : 1.0;
+    lo = d == 1.0 ? -1.0 : middle - d;
+    hi = d == 1.0 ? 1.0 : middle + d;
+    return true;
+}
+
+DecimalRange decimal_range(double lo, double hi) {
+    DecimalRange decimal;
+    double r = hi - lo;
+    for (; r >= 10.0; r /= 10.0) ++decimal.p;
+    for (; r < 1.0; r *= 10.0) --decimal.p;
+
+    // Dividing by the exact power of a negative p keeps 0.3 from becoming 0.30000000000000004.
+    const double s = decimal_power(std::abs(decimal.p));
+    const auto scaled = [&](double value) { return decimal.p < 0 ? value * s : value / s; };
+    const double lower = scaled(lo);
+    const double upper = scaled(hi);
+    HalfUnits& ends = decimal.ends;
+    ends = {static_cast<long long>(std::floor(2.0 * lower)), static_cast<long long>(std::ceil(2.0 * upper))};
+    if (lower - 0.5 * static_cast<double>(ends.low) > 0.4999) ++ends.low;
+    if (0.5 * static_cast<double>(ends.high) - upper > 0.4999) --ends.high;
+    return decimal;
+}
+
+NiceRange range_of(const DecimalRange& decimal) {
+    const HalfUnits& ends = decimal.ends;
+    const double s = decimal_power(std::abs(decimal.p));
+    const auto unscaled = [&](double value) { return decimal.p < 0 ? value / s : value * s; };
+    NiceRange range;
+    range.lo = unscaled(0.5 * static_cast<double>(ends.low));
+    range.hi = unscaled(0.5 * static_cast<double>(ends.high));
+    if (range.hi - range.lo < 2.0 * std::abs(range.hi) / 21.0) {
+        // (lo + hi)/2 and hi - offset, from the integers: nothing cancels.
+        range.offset = unscaled(0.25 * static_cast<double>(ends.low + ends.high));
+        range.amount = unscaled(0.25 * static_cast<double>(ends.high - ends.low));
+    }
+    return range;
 }
 
 // Tick steps are told by their leading digits, the roundest first; a step in no row is not round.
@@ -150,34 +183,61 @@ struct StepRow {
     int cost;
 };
 constexpr std::array<StepRow, 10> step_rows = {
-    {{1.0, 0}, {2.0, 0}, {5.0, 0}, {2.5, 3}, {1.5, 5}, {3.0, 5}, {4.0, 5}, {6.0, 5}, {7.5, 6}, {8.0, 6}}};
-constexpr int cost_not_round = 60;
-constexpr int cost_off_multiples = 20;  // labels are not multiples of the step: 0 has none
-constexpr int cost_crowded = 30;
+    {{1.0, 0}, {2.0, 0}, {5.0, 0}, {2.5, 3}, {4.0, 6}, {3.0, 8}, {1.5, 18}, {8.0, 12}, {6.0, 14}, {7.5, 16}}};
+constexpr double cost_not_round = 60;
+constexpr double cost_off_multiples = 20;  // labels are not multiples of the step: 0 has none
+constexpr double cost_crowded = 30;
+constexpr double cost_blank = 60;        // of an axis twice as long as need be
+constexpr double cost_other_steps = 12;  // than the axis beside, whose grid is drawn
 
-int choose_label_count(double first, double last) {
+// `first` to `last` in so many steps.
+double cost_of(double first, double last, int steps, int steps_beside) {
     constexpr int wanted = 8;
     constexpr int crowded = 21;
     constexpr double close = 1e-6;
-    int best = wanted;
-    int least = std::numeric_limits<int>::max();
-    for (int steps = tick_label_bound - 1; steps >= 3; --steps) {
-        const double step = (last - first) / steps;
-        const double mantissa = step / std::pow(10.0, std::floor(std::log10(step) + close));
-        int cost = cost_not_round;
-        for (const StepRow& row : step_rows) {
-            if (std::abs(mantissa - row.mantissa) < close * row.mantissa) cost = row.cost;
-        }
-        if (const double multiple = first / step; std::abs(multiple - std::round(multiple)) > 1e-4) {
-            cost += cost_off_multiples;
-        }
-        cost += std::abs(steps - wanted) + (steps > crowded ? cost_crowded : 0);
-        if (cost < least) {
-            least = cost;
-            best = steps;
+    const double step = (last - first) / steps;
+    const double mantissa = step / std::pow(10.0, std::floor(std::log10(step) + close));
+    double cost = cost_not_round;
+    for (const StepRow& row : step_rows) {
+        if (std::abs(mantissa - row.mantissa) < close * row.mantissa) cost = row.cost;
+    }
+    if (const double multiple = first / step; std::abs(multiple - std::round(multiple)) > 1e-4) {
+        cost += cost_off_multiples;
+    }
+    if (steps_beside > 0 && steps != steps_beside) cost += cost_other_steps;
+    return cost + std::abs(steps - wanted) + (steps > crowded ? cost_crowded : 0);
+}
+
+// The ends of the data, moved outwards by some half units where the steps become rounder by it. Where nice_range shows
+// no deviation none is shown here, and the other way round.
+RoundAxis round_axis(double lo, double hi, int steps_beside) {
+    if (!can_be_rounded(lo, hi)) return {{lo, hi, 0.0, 0.0}, 8};
+    const DecimalRange data = decimal_range(lo, hi);
+    const auto units = data.ends.high - data.ends.low;
+    const bool deviation = nice_range(lo, hi).offset != 0.0;
+    RoundAxis best{range_of(data), 8};
+    double least = std::numeric_limits<double>::infinity();
+    for (long long below = 0; below <= 4; ++below) {
+        for (long long above = 0; above <= 4; ++above) {
+            DecimalRange wider = data;
+            wider.ends.low -= below;
+            wider.ends.high += above;
+            const NiceRange range = range_of(wider);
+            if ((range.offset != 0.0) != deviation) continue;
+            const double half = 0.5 * static_cast<double>(wider.ends.high - wider.ends.low);
+            const double first = deviation ? -half : static_cast<double>(wider.ends.low);
+            const double last = deviation ? half : static_cast<double>(wider.ends.high);
+            for (int steps = tick_label_bound - 1; steps >= 3; --steps) {
+                const double cost = cost_of(0.5 * first, 0.5 * last, steps, steps_beside) +
+                                    cost_blank * static_cast<double>(below + above) / static_cast<double>(units);
+                if (cost < least) {
+                    least = cost;
+                    best = {range, steps};
+                }
+            }
         }
     }
-    return best + 1;
+    return best;
 }
 
 string_view first_characters(string_view text, std::size_t n) { return text.substr(0, std::min(n, text.size())); }

@@ -18,7 +18,8 @@ using testing::LongComplex;
 using testing::NodalReference;
 
 constexpr Wide two_pi = 2 * std::numbers::pi_v<Wide>;
-const ElementLoss losses[] = {{0, 0}, {80, 0}, {0, 150}, {60, 200}, {-70, -300}, {50, -90}, {-40, 0}};
+const ElementLoss losses[] = {{0, 0},    {80, 0},  {0, 150},  {60, 200}, {-70, -300},
+                              {50, -90}, {-40, 0}, {0, -120}, {-80, 90}};
 
 LongComplex from(WideComplex z) { return {z.re, z.im}; }
 long double relative(LongComplex got, LongComplex truth) { return std::abs(got - truth) / std::abs(truth); }
@@ -229,6 +230,21 @@ TEST(ChainAnalysis, Lines) {
     EXPECT_NEAR(static_cast<double>(point.loss), 0, 1e-7);  // 70^2 = 100 x 49: matched
     EXPECT_NEAR(static_cast<double>(point.delay), 0.25e-9, 0.02e-9);
 
+    // Every multiple of the quarter-wave frequency but 0 is left out; between them the loss repeats.
+    std::vector<double> comb;
+    for (int i = 0; i <= 14; ++i) comb.push_back(i * 0.5e9);
+    auto performance = std::make_unique<Performance>();
+    ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = comb}, *performance), ChainVerdict::done);
+    ASSERT_EQ(performance->count, 8);
+    EXPECT_EQ(performance->rows(1).frequency, 0);
+    EXPECT_NEAR(performance->rows(1).loss, 20 * std::log10(149 / 140.0), 1e-14);  // 100 ohm and 49 ohm
+    EXPECT_NEAR(performance->rows(1).delay, 0.25e-9 * (70 + 4900 / 70.0) / 149, 1e-17);
+    for (int i = 2; i <= 8; ++i) {
+        EXPECT_EQ(performance->rows(i).frequency, (i - 1.5) * 1e9);
+        EXPECT_NEAR(performance->rows(i).loss, performance->rows(2).loss, 1e-13);
+        EXPECT_NEAR(performance->rows(i).delay, performance->rows(2).delay, 1e-20);
+    }
+
     circuit.VALUE(1) = circuit.VALUE(2) = circuit.VALUE(3) = 50;
     ASSERT_EQ(prepare_chain(circuit, {.QL = 4.0, .QC = 0}, chain), ChainVerdict::done);
     ASSERT_EQ(analyze_point(chain, two_pi * 0.5e9L, point), PointVerdict::computed);
@@ -289,6 +305,10 @@ TEST(ChainAnalysis, PointsLeftOut) {
     EXPECT_EQ(analyzeCircuit(circuit, {}, *performance), ChainVerdict::bad_frequencies);
     const std::vector<double> many(502, 1.5);
     EXPECT_EQ(analyzeCircuit(circuit, {.frequencies = many}, *performance), ChainVerdict::bad_frequencies);
+    for (const double wrong : {-1.0, 0.25, HUGE_VAL, std::nan("")}) {
+        const double list[] = {0.5, wrong};
+        EXPECT_EQ(analyzeCircuit(circuit, {.frequencies = list}, *performance), ChainVerdict::bad_frequencies);
+    }
 
     // A blocked direct current: 250 dB and more are told as they are and stored as 200.
     k = 2;

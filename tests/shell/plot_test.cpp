@@ -149,8 +149,13 @@ TEST(ScaleText, ExponentsAndDecimals) {
         {19.5, 21, 4, -3, "-750.0,-250.0,250.0,750.0"},
         {1e9, 4e9, 2, 9, "1.000,4.000"},
         {6, 6, 2, 0, "5.500,6.500"},
-        {0, 7, 0, 0,
+        {0, 7, 17, 0,
          "-0.500,0.000,0.500,1.000,1.500,2.000,2.500,3.000,3.500,4.000,4.500,5.000,5.500,6.000,6.500,7.000,7.500"},
+        {0, 7, 0, 0, "0.000,1.000,2.000,3.000,4.000,5.000,6.000,7.000"},  // chosen labels need no such room
+        {0, 5000, 0, 3, "0.000,0.500,1.000,1.500,2.000,2.500,3.000,3.500,4.000,4.500,5.000"},
+        {-180, 180, 0, 0, "-200.0,-150.0,-100.0,-50.0,0.0,50.0,100.0,150.0,200.0"},
+        {0, 84, 0, 0, "0.00,10.00,20.00,30.00,40.00,50.00,60.00,70.00,80.00,90.00"},
+        {454e3, 456e3, 0, 3, "-1.000,-0.800,-0.600,-0.400,-0.200,0.000,0.200,0.400,0.600,0.800,1.000"},
     };
     for (const auto& row : rows) {
         const PlotAxis axis = scale_text(row.lo, row.hi, row.labels);
@@ -180,6 +185,36 @@ TEST(ScaleText, ChosenLabelsAreRoundAndTrue) {
             ASSERT_NEAR(shown, axis.tick(k), 1e-6 * axis.span) << text;
         }
     }
+}
+
+TEST(ScaleText, ChosenEndsAreNearTheData) {
+    std::mt19937_64 random(8);
+    std::uniform_real_distribution<double> mantissa(-10, 10);
+    std::uniform_int_distribution<int> exponent(-9, 12);
+    int fair = 0, alone = 0, beside = 0;
+    constexpr int count = 4000;
+    for (int i = 0; i < count; ++i) {
+        const double scale = std::pow(10.0, exponent(random));
+        const double level = i % 4 == 0 ? 0.0 : mantissa(random) * scale;
+        const double other = level + (i % 3 == 0 ? 0.01 : 1.0) * mantissa(random) * scale;
+        const double lo = std::min(level, other), hi = std::max(level, other);
+        const PlotAxis axis = scale_text(lo, hi);
+        const double half_unit = 0.5 * std::pow(10.0, std::floor(std::log10(hi - lo)));
+        ASSERT_LE(axis.lo, lo + 1e-3 * half_unit);
+        ASSERT_GE(axis.hi, hi - 1e-3 * half_unit);
+        ASSERT_LE(axis.span, 1.6 * (hi - lo) + 2 * half_unit) << lo << " to " << hi;
+        ASSERT_EQ(axis.offset != 0.0, nice_range(lo, hi).offset != 0.0) << lo << " to " << hi;
+        if (axis.offset == 0.0 && lo < 0 && hi > 0) {
+            ASSERT_NE(("," + labels_of(axis) + ",").find(",0.0"), std::string::npos) << labels_of(axis);
+        }
+        const double step = axis.span / (axis.label_count - 1);
+        const double digit = step / std::pow(10.0, std::floor(std::log10(step) + 1e-6));
+        for (const double round : {1.0, 2.0, 2.5, 5.0}) fair += std::abs(digit - round) < 1e-5 ? 1 : 0;
+        alone += axis.label_count == 9 ? 1 : 0;
+        beside += scale_text(lo, hi, 0, 8).label_count == 9 ? 1 : 0;
+    }
+    EXPECT_GT(fair, 0.95 * count);
+    EXPECT_GT(beside, 2 * alone) << alone;  // a second axis takes the first one's grid where it can
 }
 
 TEST(AxisLabel, ScaleFactorAndOffset) {

@@ -1,0 +1,63 @@
+// "Plot": the form in which the curves of a plot are chosen from the columns of an analysis, and the way from there
+// into the plot window.
+#pragma once
+
+#include "shell/analysis_result.h"
+#include "shell/field_table.h"
+#include "shell/plot.h"
+
+namespace kavrel {
+
+inline constexpr int no_curve = 0;
+
+// What a curve may be: its number in the form, its column, and its label at the axis.
+struct CurveRow {
+    int number;
+    ResultColumn AnalysisResult::*column;
+    bool AnalysisResult::*present;
+    std::string_view label;
+};
+
+struct PlotChoice {
+    int y1 = 1;  // number of a CurveRow, or no_curve
+    int y2 = no_curve;
+    double lower = 0;  // of x, in the user's unit
+    double upper = 0;  // 0 or below: everything is plotted
+};
+
+// The fields of a PlotChoice that is the member `Member` of a form's record. `first` and `second` are the choices of
+// the two curves, the same but for where "None" stands.
+template <auto Member>
+constexpr std::array<Field, 4> plot_fields(std::span<const Choice> first, std::span<const Choice> second, Unit unit) {
+    return {{
+        {.name = "y1",
+         .label = "First curve",
+         .kind = FieldKind::radio,
+         .choices = first,
+         .cell = nested_cell<Member, &PlotChoice::y1>},
+        {.name = "y2",
+         .label = "Second curve",
+         .kind = FieldKind::radio,
+         .choices = second,
+         .cell = nested_cell<Member, &PlotChoice::y2>},
+        {.name = "lower", .label = "Lower limit", .unit = unit, .cell = nested_cell<Member, &PlotChoice::lower>},
+        {.name = "upper", .label = "Upper limit", .unit = unit, .cell = nested_cell<Member, &PlotChoice::upper>},
+    }};
+}
+
+// The columns to choose from.
+struct PlotSource {
+    AnalysisResult::Kind kind;
+    std::span<const CurveRow> curves;
+    std::string_view x_label;
+    double x_unit;           // of the limits, in the unit of the x column
+    std::string_view owner;  // as `plot_print_id` takes it
+};
+
+// Copies the chosen curves, between the limits, into X_DATA, Y1_DATA and Y2_DATA, and from there into the window. Told
+// instead: that there are no results of the kind, no curve is chosen, a chosen one is not among the results, the points
+// are fewer than two, or a delay is constant.
+[[nodiscard]] PlotVerdict plot_results(const PlotChoice& choice, const PlotSource& source, const UnitSet& units,
+                                       AnalysisResult& results, PlotWindow& window);
+
+}  // namespace kavrel

@@ -20,7 +20,7 @@ struct ZeroCounts {
 
 [[nodiscard]] PoleForms pole_forms(const LadderProblem& problem, const Selection& selection);
 void append_quadruplets(const LadderProblem& problem, Script& script, int& next, int at_most);
-void append_finite_zeros(Script& script, const PoleForms& forms, ZeroCounts left);
+void append_finite_zeros(const LadderProblem& problem, Script& script, const PoleForms& forms, ZeroCounts left);
 void append_extremes(const LadderProblem& problem, Script& script, PoleForms forms, bool with_quadruplets, int& next);
 [[nodiscard]] bool put_in_zeros(const LadderProblem& problem, Script& script, const LadderState& state);
 
@@ -59,55 +59,13 @@ Script automatic_script(const LadderProblem& problem, const Selection& selection
     }
     int next = 1;  // zero from which on quadruplets are left
     if (place == QuadrupletPlace::first) append_quadruplets(problem, script, next, finite_zero_limit);
-    append_finite_zeros(script, forms, counts);
+    append_finite_zeros(problem, script, forms, counts);
     append_extremes(problem, script, forms, place == QuadrupletPlace::behind_shunts, next);
     append_quadruplets(problem, script, next, finite_zero_limit);
     last_stage = script.count + 1;
     for (int i = 1; i <= problem.unit_elements; ++i) script.append("ue");
     script.append("fini");
     return script;
-}
-
-Script reversed_script(const Script& script) {
-    // Sentences, each with its form.
-    struct Sentence {
-        int first = 0;
-        int last = 0;
-        std::string_view form{};
-    };
-    Table<Sentence, script_limit> sentences;
-    int count = 0;
-    int i = 1;
-    while (i <= script.count && script.JCONF(i) != "imp" && script.JCONF(i) != "adm" && script.JCONF(i) != "ue") ++i;
-    const int head = i - 1;
-    std::string_view form;
-    while (i <= script.count) {
-        const std::string_view word = script.JCONF(i).trimmed();
-        if (word == "fini" || word == "end") break;
-        if (word == "imp" || word == "adm") {
-            form = word;
-            ++i;
-            continue;
-        }
-        const int first = i++;
-        while (word != "ue" && i <= script.count) {
-            const std::string_view next = script.JCONF(i).trimmed();
-            if (next == "imp" || next == "adm" || next == "ue" || next == "s" || next == "d" || next == "fini" ||
-                next == "end") {
-                break;
-            }
-            ++i;
-        }
-        sentences(++count) = {first, i - 1, word == "ue" ? std::string_view{} : form};
-    }
-    Script reversed;
-    for (int k = 1; k <= head; ++k) reversed.append(script.JCONF(k).trimmed());
-    for (int k = count; k >= 1; --k) {
-        reversed.append(sentences(k).form);
-        for (int j = sentences(k).first; j <= sentences(k).last; ++j) reversed.append(script.JCONF(j).trimmed());
-    }
-    reversed.append("fini");
-    return reversed;
 }
 
 ScriptVerdict run_automatic(const LadderProblem& problem, Script& script, LadderState& state) {
@@ -136,11 +94,15 @@ void append_quadruplets(const LadderProblem& problem, Script& script, int& next,
     }
 }
 
-void append_finite_zeros(Script& script, const PoleForms& forms, ZeroCounts left) {
-    const StepKind low = forms.zero == impedance ? StepKind::impedance_shift_zero : StepKind::admittance_shift_zero;
-    const StepKind high =
+// Shifting takes from a pole that a zero of transmission will remove.
+void append_finite_zeros(const LadderProblem& problem, Script& script, const PoleForms& forms, ZeroCounts left) {
+    const StepKind from_zero =
+        forms.zero == impedance ? StepKind::impedance_shift_zero : StepKind::admittance_shift_zero;
+    const StepKind from_infinity =
         forms.infinity == impedance ? StepKind::impedance_shift_infinity : StepKind::admittance_shift_infinity;
-    if (forms.zero == forms.infinity) {
+    const StepKind low = problem.zeros_at_zero > 0 ? from_zero : from_infinity;
+    const StepKind high = problem.zeros_at_infinity > 0 ? from_infinity : from_zero;
+    if (forms.zero == forms.infinity && problem.zeros_at_zero > 0 && problem.zeros_at_infinity > 0) {
         const StepKind both = forms.zero == impedance ? StepKind::impedance_double : StepKind::admittance_double;
         for (; left.low > 0 && left.high > 0; --left.low, --left.high) append_step(script, both);
     }
@@ -195,7 +157,7 @@ bool put_in_zeros(const LadderProblem& problem, Script& script, const LadderStat
             if (state.IC(n) != 1 || problem.is_complex(n) || problem.is_high(m) || !problem.is_high(n)) continue;
             WideReal at_zero, at_infinity;
             f = trial.F;
-            if (doubleSame(f, problem.zero_x(m), problem.zero_x(n), at_zero, at_infinity, true) != RemovalFault::none) {
+            if (doubleSame(f, problem.zero_x(m), problem.zero_x(n), at_zero, at_infinity) != RemovalFault::none) {
                 continue;
             }
             consider(abs(at_infinity) + abs(1 / at_zero), m, n);

@@ -36,10 +36,6 @@ enum class QuadrupletPlace { first, behind_shunts, last };
 [[nodiscard]] Script automatic_script(const LadderProblem& problem, const Selection& selection, int& last_stage,
                                       QuadrupletPlace place = QuadrupletPlace::first);
 
-// The same ladder from the other end: the sentences in reverse order, with "ue" taken as one word, and partial removals
-// behind the complete removal that they prepared.
-[[nodiscard]] Script reversed_script(const Script& script);
-
 // Runs a script and, where no zero was acceptable, goes on with the zero of the smallest residue whatever its sign: the
 // ladder then has a negative element. The words that were put in stand in the script.
 ScriptVerdict run_automatic(const LadderProblem& problem, Script& script, LadderState& state);

@@ -12,6 +12,8 @@
 namespace kavrel {
 namespace {
 
+[[nodiscard]] bool rest_immittance(const LadderProblem& problem, const LadderState& state, double own,
+                                   Complex<long double>& rest, long double& w);
 void compound_values(const LadderState& state, int index, long double r, long double w, DenormalisedBranch& branch);
 [[nodiscard]] CircuitVerdict append(Circuit& circuit, const DenormalisedBranch& branch);
 
@@ -79,9 +81,47 @@ CircuitVerdict storeResult(const LadderProblem& problem, const LadderState& stat
     return insertBranch(circuit, k, last, 0, 0);
 }
 
-// Seen from the load with R at the source, Z = (D R + B)/(C R + A): R = (Z A - B)/(D - Z C). From the source with R at
-// the load, Z = (A R + B)/(C R + D): R = (Z D - B)/(A - Z C).
+bool record_hidden_branch(const LadderProblem& problem, LadderState& state) {
+    bool finite_left = false;
+    for (int i = 1; i <= problem.zero_count; ++i) finite_left = finite_left || state.IC(i) == 1;
+    const bool one_left = state.nz + state.ni == 1 && state.ue == 0 && !finite_left;
+    if (!one_left || !state.F.vanished() || state.record_count == record_limit) return false;
+
+    // Short: a shunt branch is hidden; open: a series one.
+    const bool zero = state.F.ANUMR.multiplier.sign() == 0;
+    const int form = zero == (state.form == impedance) ? admittance : impedance;
+    Complex<long double> rest;
+    long double w = 0;
+    if (!rest_immittance(problem, state, 1, rest, w)) return false;
+    // Records of a prototype stand in the s of the approximation, all others in the true one.
+    if (problem.prototype) rest = conjugate(rest);
+    if (problem.turned) w = 1 / w;
+    if (form == admittance) rest = reciprocal(rest);
+    const int k = ++state.record_count;
+    state.SVAL1(k) = state.ni == 1 ? rest.im / w : 0;
+    state.SVAL2(k) = state.nz == 1 ? -1 / (w * rest.im) : 0;
+    state.SFR(k) = 0;
+    state.MIND(k) = form == impedance ? 1 : 2;
+    state.SIMP(k) = 0;
+    state.nz = state.ni = 0;
+    state.finished = true;
+    return std::isfinite(rest.re) && rest.im != 0;
+}
+
 bool far_termination(const LadderProblem& problem, const LadderState& state, double own, double& far) {
+    Complex<long double> rest;
+    long double w = 0;
+    if (!rest_immittance(problem, state, own, rest, w)) return false;
+    far = static_cast<double>(rest.re);
+    return true;
+}
+
+namespace {
+
+// Seen from the load with R at the source, Z = (D R + B)/(C R + A): R = (Z A - B)/(D - Z C). From the source with R at
+// the load, Z = (A R + B)/(C R + D): R = (Z D - B)/(A - Z C). R in ohm, at s = j w of the approximation.
+bool rest_immittance(const LadderProblem& problem, const LadderState& state, double own, Complex<long double>& rest,
+                     long double& w) {
     Circuit circuit;
     if (storeResult(problem, state, {own, own}, circuit) != CircuitVerdict::done) return false;
     circuit.fnorm = problem.norm_frequency;
@@ -92,7 +132,7 @@ bool far_termination(const LadderProblem& problem, const LadderState& state, dou
     const long double a = problem.x0.rounded();
     // x = (a - w^2)/(1 - w^2) below 0: in the pass band.
     for (const long double x : {-1.0L, -0.7L, -1.6L}) {
-        const long double w = std::sqrt((a - x) / (1 - x));
+        w = std::sqrt((a - x) / (1 - x));
         const bool inverted = problem.prototype || problem.turned;
         const long double true_w = (inverted ? 1 / w : w) * problem.norm_frequency;
         const long double omega = problem.microwave() ? 2 * problem.quarter_wave * std::atan(true_w) : two_pi * true_w;
@@ -102,15 +142,11 @@ bool far_termination(const LadderProblem& problem, const LadderState& state, dou
         z = static_cast<long double>(own) * (inverted ? conjugate(z) : z);
         const Complex<long double> near = from_output ? m.D : m.A;
         const Complex<long double> opposite = from_output ? m.A : m.D;
-        const Complex<long double> r = (z * near - m.B) * reciprocal(opposite - z * m.C);
-        if (!std::isfinite(r.re)) continue;
-        far = static_cast<double>(r.re);
-        return true;
+        rest = (z * near - m.B) * reciprocal(opposite - z * m.C);
+        if (std::isfinite(rest.re)) return true;
     }
     return false;
 }
-
-namespace {
 
 // Seen from the input.
 void compound_values(const LadderState& state, int index, long double r, long double w, DenormalisedBranch& branch) {

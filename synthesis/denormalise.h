@@ -37,6 +37,11 @@ struct Terminations {
 [[nodiscard]] CircuitVerdict storeResult(const LadderProblem& problem, const LadderState& state,
                                          const Terminations& terminations, Circuit& circuit);
 
+// A port at which the far end is open or short does not see a branch right before it. When the reactance is used up and
+// one zero of transmission at 0 or infinity is left, that branch is found from the terminated immittance, as the far
+// resistor is, and recorded. False when something else is left, or it does not come out.
+[[nodiscard]] bool record_hidden_branch(const LadderProblem& problem, LadderState& state);
+
 // The far resistor that the ladder asks for: at a frequency of the pass band the chain matrix of the branches leads the
 // input immittance of the transfer function back to it. False when that frequency lies on a pole of a branch.
 [[nodiscard]] bool far_termination(const LadderProblem& problem, const LadderState& state, double own, double& far);

@@ -8,7 +8,15 @@ namespace {
 
 // Of one port, the immittances that exist.
 [[nodiscard]] std::array<Selection, 2> immittances_of(const LadderProblem& problem, bool port_b);
-[[nodiscard]] bool full_degree(const LadderProblem& problem, const Selection& selection);
+// How many branches an immittance may hide, and which of two it is.
+struct Sight {
+    int hidden = 0;
+    bool other = false;
+};
+[[nodiscard]] bool choose_at(const LadderProblem& problem, bool port_b, const Sight& sight, bool output_side, bool dual,
+                             Selection& selection);
+[[nodiscard]] bool choose_of_port(const LadderProblem& problem, bool port_b, const Sight& sight, Selection& selection);
+[[nodiscard]] bool shows_all_but(int hidden, const LadderProblem& problem, const Selection& selection);
 [[nodiscard]] int first_shunt_form(const LadderProblem& problem, const Selection& selection);
 [[nodiscard]] Selection turned(Selection selection);
 
@@ -28,29 +36,18 @@ int case_number(const LadderProblem& problem) {
     return high ? 4 : 2;
 }
 
-ChoiceFault chooseImmittance(const LadderProblem& problem, bool output_side, bool dual, Selection& selection) {
+ChoiceFault chooseImmittance(const LadderProblem& problem, bool output_side, bool dual, Selection& selection,
+                             bool other) {
     if (problem.zeros_at_zero + problem.zeros_at_infinity + problem.unit_elements < 1) {
         return ChoiceFault::not_realizable;
     }
-    // The input is a port with an immittance of full degree; that of B with es and os comes first.
-    for (const bool port_b : {true, false}) {
-        for (Selection input : immittances_of(problem, port_b)) {
-            if (!full_degree(problem, input)) continue;
-            const bool turn = (input.form != first_shunt_form(problem, input)) != dual;
-            if (!output_side) {
-                selection = turn ? turned(input) : input;
-                return ChoiceFault::none;
-            }
+    // The input is a port with an immittance of full degree; that of B with es and os comes first. Where neither port
+    // has one, an immittance that hides a single branch will do.
+    for (const int hidden : {0, 1}) {
+        for (const bool port_b : {true, false}) {
+            if (choose_at(problem, port_b, {hidden, other}, output_side, dual, selection)) return ChoiceFault::none;
             if (problem.single_termination) return ChoiceFault::not_found;
-            for (const Selection& output : immittances_of(problem, !port_b)) {
-                if (!full_degree(problem, output)) continue;
-                selection = turn ? turned(output) : output;
-                selection.output_side = true;
-                return ChoiceFault::none;
-            }
-            return ChoiceFault::not_found;
         }
-        if (problem.single_termination) break;
     }
     return ChoiceFault::not_found;
 }
@@ -98,10 +95,34 @@ std::array<Selection, 2> immittances_of(const LadderProblem& problem, bool port_
     return {Selection{Part::es, od, form_a, false}, Selection{ed, Part::os, other(form_a), false}};
 }
 
-bool full_degree(const LadderProblem& problem, const Selection& selection) {
+// With `port_b` as the input.
+bool choose_at(const LadderProblem& problem, bool port_b, const Sight& sight, bool output_side, bool dual,
+               Selection& selection) {
+    Selection input, output;
+    if (!choose_of_port(problem, port_b, sight, input)) return false;
+    const bool turn = (input.form != first_shunt_form(problem, input)) != dual;
+    if (output_side) {
+        if (problem.single_termination || !choose_of_port(problem, !port_b, sight, output)) return false;
+        output.output_side = true;
+    }
+    selection = output_side ? output : input;
+    if (turn) selection = turned(selection);
+    return true;
+}
+
+bool choose_of_port(const LadderProblem& problem, bool port_b, const Sight& sight, Selection& selection) {
+    int seen = 0;
+    for (const Selection& candidate : immittances_of(problem, port_b)) {
+        if (!shows_all_but(sight.hidden, problem, candidate)) continue;
+        if (seen++ == 0 || (sight.hidden > 0 && sight.other)) selection = candidate;
+    }
+    return seen > 0;
+}
+
+bool shows_all_but(int hidden, const LadderProblem& problem, const Selection& selection) {
     WorkingFunction f;
     if (!formWorkingFunction(problem, selection, f)) return false;
-    return reactance_degree(f) == problem.polynomials.degree;
+    return reactance_degree(f) == problem.polynomials.degree - hidden;
 }
 
 // The form in which the first complete removal, at infinity or else at zero, or the first line, is a shunt branch.

@@ -26,10 +26,11 @@ inline constexpr std::string_view immittance_not_found_text = " **** An appropri
 
 // The selection for one end of the network, both ends belonging to the same network. Its form is the one in which the
 // pole at infinity (or at zero, when there is none at infinity) is removed first as a shunt branch at the input; `dual`
-// turns it. not_realizable: no zero of transmission at 0, infinity or of a unit element. not_found: no immittance of
-// that port has the full degree.
+// turns it. Where no port shows all branches (a parametric band-pass of even degree: two reactances of one kind follow
+// each other at its far end), an immittance that hides one of them is taken, of two such `other` takes the second.
+// not_realizable: no zero of transmission at 0, infinity or of a unit element. not_found: all immittances hide more.
 [[nodiscard]] ChoiceFault chooseImmittance(const LadderProblem& problem, bool output_side, bool dual,
-                                           Selection& selection);
+                                           Selection& selection, bool other = false);
 
 // Input immittance of the terminated network at s = j w, w > 0, at the end of the selection, in units of its own
 // resistance. In the variable of the approximation.

@@ -54,11 +54,35 @@ RemovalFault quadruplet(WorkingFunction& f, const Complex<WideReal>& x0, Quadrup
     return attempt(side == QuadrupletSide::zero) ? RemovalFault::none : RemovalFault::quadruplet;
 }
 
+bool quadruplet_values(const WorkingFunction& f, const Complex<WideReal>& x0, bool at_zero, QuadrupletValues& out) {
+    WorkingFunction g = f;
+    hold_as_quotient(g);
+    Section section;
+    return solve_section(g, x0, at_zero, section) && element_values(section, at_zero, out);
+}
+
 QuadrupletValues turned_around(QuadrupletValues section) {
     std::swap(section.value(1), section.value(section.count));
     if (section.id >= 8) std::swap(section.value(2), section.value(section.count - 1));
     std::swap(section.near_shunt, section.far_shunt);
     return section;
+}
+
+// The graph of a bridged T is its own dual: the arms stay, bridge and shunt arm change places, C and L names.
+bool turn_to_dual(QuadrupletValues& section) {
+    switch (section.id) {
+        case 4:
+        case 5:
+            section.id = section.id == 4 ? 5 : 4;
+            std::swap(section.value(2), section.value(3));
+            return true;
+        case 6:
+        case 7:
+            section.id = section.id == 6 ? 7 : 6;
+            std::swap(section.value(2), section.value(4));
+            return true;
+        default: return false;
+    }
 }
 
 namespace {
@@ -312,7 +336,7 @@ bool element_values(const Section& section, bool at_zero, QuadrupletValues& out)
         else
             set(9, {la, ca, shunt_c(k0), l, 1 / (l * series2), cb, lb});
     }
-    out.inductors = at_zero;
+    out.at_zero = at_zero;
     const auto shunt = [&](const std::array<WideReal, 3>& k) {
         if (at_zero) return b1 / (k[0] - 1);
         return (k[2] - section.q[2]) / b3;

@@ -35,13 +35,21 @@ struct QuadrupletValues {
     int id = 0;                // of the compound branch, 4 to 9
     int count = 0;             // of its values
     Table<WideReal, 7> value;  // normalised, in cell order, the near port first
-    bool inductors = false;    // kind of the shunt elements
+    bool at_zero = false;      // the near and far elements belong to the pole at s = 0: shunt L; else shunt C
     WideReal near_shunt;       // their values; 0: none
     WideReal far_shunt;
 };
 
 // The same section seen from its other port.
 [[nodiscard]] QuadrupletValues turned_around(QuadrupletValues section);
+
+// Turns the compound branch into its dual network, as the removal from an impedance asks for: the near and far elements
+// lie in series then. False for id 8 and 9: the dual of a twin T is no branch.
+[[nodiscard]] bool turn_to_dual(QuadrupletValues& section);
+
+// Values of the section alone, the function left as it is. at_zero as in QuadrupletValues. False when it has none.
+[[nodiscard]] bool quadruplet_values(const WorkingFunction& f, const Complex<WideReal>& x0, bool at_zero,
+                                     QuadrupletValues& section);
 
 // Removes the section from an admittance. x0: the zero, imaginary part not 0.
 [[nodiscard]] RemovalFault quadruplet(WorkingFunction& f, const Complex<WideReal>& x0, QuadrupletSide side,

@@ -9,6 +9,8 @@ constexpr long double same_point = 1e-10L;
 
 [[nodiscard]] RemovalFault subtract_shape(WorkingFunction& g, const ShiftPole& pole, WideReal residue);
 [[nodiscard]] WideReal shape(const WorkingFunction& g, const ShiftPole& pole, WideReal x);
+[[nodiscard]] RemovalFault residues_of_both(const WorkingFunction& f, WideReal zero1, WideReal zero2, WideReal& at_zero,
+                                            WideReal& at_infinity);
 [[nodiscard]] bool pole_present(const WorkingFunction& f, const ShiftPole& pole, WideReal& matched);
 [[nodiscard]] bool same(WideReal p, WideReal q);
 [[nodiscard]] bool take_zero(WorkingFunction& g, WideReal zero);
@@ -168,6 +170,7 @@ RemovalFault doubleShift(WorkingFunction& f, const ShiftPole& x1, const ShiftPol
 
 RemovalFault doubleSame(WorkingFunction& f, WideReal zero1, WideReal zero2, WideReal& at_zero, WideReal& at_infinity,
                         bool evalOnly) {
+    if (evalOnly) return residues_of_both(f, zero1, zero2, at_zero, at_infinity);
     WorkingFunction g = f;
     ShiftValues low;
     ShiftValues high;
@@ -176,7 +179,7 @@ RemovalFault doubleSame(WorkingFunction& f, WideReal zero1, WideReal zero2, Wide
     if (fault != RemovalFault::none) return fault;
     at_zero = low.value2;
     at_infinity = high.value2;
-    if (!evalOnly) f = g;
+    f = g;
     return fault;
 }
 
@@ -215,6 +218,20 @@ RemovalFault unitElement(WorkingFunction& f, WideReal u, WideReal& value) {
 }
 
 namespace {
+
+// G(z) = v + k (1 - z)/(z - a) at both zeros.
+RemovalFault residues_of_both(const WorkingFunction& f, WideReal zero1, WideReal zero2, WideReal& at_zero,
+                              WideReal& at_infinity) {
+    if (!has_pole_at_zero(f) || !has_pole_at_infinity(f)) return RemovalFault::pole_missing;
+    const ShiftPole origin{ShiftPole::Place::zero, f.x0};
+    const WideReal i1 = shape(f, origin, zero1);
+    const WideReal g1 = quotient_at(f, zero1);
+    const WideReal k = (g1 - quotient_at(f, zero2)) / (i1 - shape(f, origin, zero2));
+    at_zero = 1 / k;
+    at_infinity = g1 - k * i1;
+    const bool found = at_zero.is_finite() && at_infinity.is_finite() && at_infinity != 0;
+    return found ? RemovalFault::none : RemovalFault::double_roots_missing;
+}
 
 // The shape with residue 1 at x.
 WideReal shape(const WorkingFunction& g, const ShiftPole& pole, WideReal x) {

@@ -65,8 +65,8 @@ struct ShiftValues {
 [[nodiscard]] RemovalFault doubleShift(WorkingFunction& f, const ShiftPole& x1, const ShiftPole& x2, WideReal zero1,
                                        WideReal zero2, ShiftValues& out1, ShiftValues& out2);
 
-// The same from both extreme points: values of 1/k at s = 0 and of v at infinity. evalOnly leaves the function as it
-// is.
+// The same from both extreme points: values of 1/k at s = 0 and of v at infinity. evalOnly finds these alone, whether
+// or not the remainder has real roots.
 [[nodiscard]] RemovalFault doubleSame(WorkingFunction& f, WideReal zero1, WideReal zero2, WideReal& at_zero,
                                       WideReal& at_infinity, bool evalOnly = false);
 

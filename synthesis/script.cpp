@@ -7,6 +7,7 @@ namespace kavrel {
 namespace {
 
 constexpr long double same_zero = 1e-12L;
+constexpr int by_value = -1;  // instead of the zero that a partial removal prepares
 
 // One sentence at a time, on a copy of the state that replaces it when nothing was refused.
 class Interpreter {
@@ -29,10 +30,12 @@ private:
     [[nodiscard]] ScriptFault partial_both_extremes(int zero1, int zero2);
     [[nodiscard]] ScriptFault partial_two();
     [[nodiscard]] ScriptFault complex_quadruplet();
+    [[nodiscard]] RemovalFault take_section(int zero, QuadrupletSide side, QuadrupletValues& section);
     [[nodiscard]] ScriptFault unit();
     [[nodiscard]] ScriptFault finish();
 
     [[nodiscard]] std::string_view next();
+    [[nodiscard]] std::string_view peek() const;
     [[nodiscard]] ScriptFault number(int& value);
     [[nodiscard]] ScriptFault check_zero(int zero) const;
     [[nodiscard]] int prepared_place(int zero) const;
@@ -40,6 +43,10 @@ private:
     [[nodiscard]] bool choose_pair(int& low, int& high) const;
     [[nodiscard]] bool has_room(int records, int zeros) const {
         return now_.record_count + records <= record_limit && now_.prepared_count + zeros <= prepared_limit;
+    }
+    // A pole without a zero of transmission, such as that of an open far end, is not a branch.
+    [[nodiscard]] bool has_zero_at(ExtremeSide side) const {
+        return (side == ExtremeSide::infinity ? now_.ni : now_.nz) > 0;
     }
     void set_form(int form);
     void prepare(int zero);
@@ -53,6 +60,9 @@ private:
 };
 
 [[nodiscard]] ScriptFault fault_of(RemovalFault fault, bool twofold = false);
+[[nodiscard]] bool is_number(std::string_view word) {
+    return !word.empty() && word.find_first_not_of("0123456789") == std::string_view::npos;
+}
 
 }  // namespace
 
@@ -86,15 +96,26 @@ LadderState start_state(const LadderProblem& problem, const Selection& selection
 }
 
 bool LadderHistory::push(const LadderState& state) {
+    ++sentences;
     if (count >= stage_limit) return false;
+    int numerators = state.F.ANUMR.count;
+    int denominators = state.F.DENOMR.count;
+    for (int i = 1; i <= count; ++i) {
+        numerators += stages(i).F.ANUMR.count;
+        denominators += stages(i).F.DENOMR.count;
+    }
+    if (numerators > root_pool || denominators > root_pool) return false;
     stages(++count) = state;
+    STAGE(count) = sentences;
     return true;
 }
 
 bool LadderHistory::restore(int back, LadderState& state) {
-    if (back < 1 || back > count) return false;
-    count -= back;
-    state = stages(count + 1);
+    if (back < 1 || back > sentences) return false;
+    sentences -= back;
+    while (count > 0 && STAGE(count) > sentences + 1) --count;
+    if (count == 0 || STAGE(count) != sentences + 1) return false;
+    state = stages(count--);
     return true;
 }
 
@@ -110,7 +131,7 @@ ScriptVerdict runScript(const LadderProblem& problem, const Script& script, Ladd
             verdict.position = state.position;
             return verdict;
         }
-        if (history != nullptr && !history->push(state)) verdict.storage_low = true;
+        if (history != nullptr && !history->push(state)) verdict.stage_lost = true;
         state = interpreter.state();
         if (interpreter.stage_ended()) break;
     }
@@ -167,6 +188,7 @@ ScriptFault Interpreter::single() {
     }
     if (kind == "c") return extreme_point ? complete_extreme(side) : complete_finite(first);
     if (kind != "p") return ScriptFault::incorrect_configuration;
+    if (!extreme_point && !is_number(peek())) return partial_finite(first, by_value);
     int zero = 0;
     if (const ScriptFault fault = number(zero); fault != ScriptFault::none) return fault;
     return extreme_point ? partial_extreme(side, zero) : partial_finite(first, zero);
@@ -179,8 +201,7 @@ ScriptFault Interpreter::twofold() {
 }
 
 ScriptFault Interpreter::complete_extreme(ExtremeSide side) {
-    // A pole without a zero of transmission, such as that of an open far end, is not a branch.
-    if ((side == ExtremeSide::infinity ? now_.ni : now_.nz) < 1) return ScriptFault::extreme_impossible;
+    if (!has_zero_at(side)) return ScriptFault::extreme_impossible;
     if (!has_room(1, 0)) return ScriptFault::records_full;
     WideReal value;
     const RemovalFault fault = extreme(now_.F, RemovalMode::complete, side, 0, value);
@@ -218,6 +239,7 @@ ScriptFault Interpreter::partial_extreme(ExtremeSide side, int zero) {
         if (zero == 0) return ScriptFault::no_acceptable_zero;
     }
     if (const ScriptFault fault = check_zero(zero); fault != ScriptFault::none) return fault;
+    if (!has_zero_at(side)) return ScriptFault::extreme_impossible;
     if (!has_room(1, 1)) return ScriptFault::records_full;
     WideReal value;
     const RemovalFault fault = extreme(now_.F, RemovalMode::shifting, side, problem_.zero_x(zero), value);
@@ -231,14 +253,17 @@ ScriptFault Interpreter::partial_extreme(ExtremeSide side, int zero) {
 }
 
 ScriptFault Interpreter::partial_finite(int pole, int zero) {
-    if (const ScriptFault fault = check_zero(pole); fault != ScriptFault::none) return fault;
-    if (const ScriptFault fault = check_zero(zero); fault != ScriptFault::none) return fault;
+    for (const int index : {pole, zero != by_value ? zero : pole}) {
+        if (const ScriptFault fault = check_zero(index); fault != ScriptFault::none) return fault;
+    }
     if (now_.prepared_count == 0) return ScriptFault::zero_not_prepared;
     const int place = prepared_place(pole);
     if (place == 0) return ScriptFault::incorrect_zero;
     if (!has_room(1, 1)) return ScriptFault::records_full;
     WideReal e1, e2;
-    const RemovalFault fault = finite(now_.F, RemovalMode::shifting, now_.SGZI(place), problem_.zero_x(zero), e1, e2);
+    const RemovalMode mode = zero != by_value ? RemovalMode::shifting : RemovalMode::given;
+    const WideReal target = zero != by_value ? problem_.zero_x(zero) : 0;
+    const RemovalFault fault = finite(now_.F, mode, now_.SGZI(place), target, e1, e2);
     if (fault != RemovalFault::none) return fault_of(fault);
     record(e2, e1, problem_.zero_hz_im(pole), 0);
     prepare(zero);
@@ -252,6 +277,7 @@ ScriptFault Interpreter::partial_both_extremes(int zero1, int zero2) {
     for (const int zero : {zero1, zero2}) {
         if (const ScriptFault fault = check_zero(zero); fault != ScriptFault::none) return fault;
     }
+    if (!has_zero_at(ExtremeSide::zero) || !has_zero_at(ExtremeSide::infinity)) return ScriptFault::extreme_impossible;
     if (!has_room(2, 2)) return ScriptFault::records_full;
     WideReal at_zero, at_infinity;
     const RemovalFault fault = doubleSame(now_.F, problem_.zero_x(zero1), problem_.zero_x(zero2), at_zero, at_infinity);
@@ -329,17 +355,18 @@ ScriptFault Interpreter::complex_quadruplet() {
     if (checked != ScriptFault::complex_zero) return checked;
     if (!has_room(3, 0) || now_.quadruplet_count == quadruplet_limit) return ScriptFault::records_full;
 
-    set_form(admittance);
     QuadrupletValues section;
-    const RemovalFault fault = quadruplet(now_.F, {problem_.zero_x(zero), problem_.zero_x_im(zero)}, side, section);
-    if (fault != RemovalFault::none) return fault_of(fault);
-    const auto shunt = [&](const WideReal& value) {
-        if (section.inductors)
+    if (const RemovalFault fault = take_section(zero, side, section); fault != RemovalFault::none) {
+        return fault_of(fault);
+    }
+    const auto beside = [&](const WideReal& value) {
+        if (value == 0) return;
+        if (section.at_zero)
             record(0, value, 0, -1);
         else
             record(value, 0, 0, -1);
     };
-    shunt(section.near_shunt);
+    beside(section.near_shunt);
     QuadrupletRecord& kept = now_.QUADS(++now_.quadruplet_count);
     kept.SVALUE = section.value;
     kept.value_count = section.count;
@@ -347,9 +374,38 @@ ScriptFault Interpreter::complex_quadruplet() {
     kept.SFZR = problem_.zero_hz_re(zero);
     kept.SFZI = problem_.zero_hz_im(zero);
     record(now_.quadruplet_count, quadruplet_mark, kept.SFZI, 0);
-    shunt(section.far_shunt);
+    beside(section.far_shunt);
     now_.IC(zero) = 0;
     return ScriptFault::none;
+}
+
+// On an impedance the dual network is taken. Where that is no branch, the form is exchanged.
+RemovalFault Interpreter::take_section(int zero, QuadrupletSide side, QuadrupletValues& section) {
+    const Complex<WideReal> place{problem_.zero_x(zero), problem_.zero_x_im(zero)};
+    WorkingFunction f = now_.F;
+    RemovalFault fault = quadruplet(f, place, side, section);
+    if (fault == RemovalFault::none && now_.form == impedance && !turn_to_dual(section)) {
+        set_form(admittance);
+        f = now_.F;
+        fault = quadruplet(f, place, side, section);
+    }
+    if (fault != RemovalFault::none) return fault;
+    now_.F = f;
+
+    // A negative far element is taken from the pole behind it, as far as that is there.
+    const ExtremeSide pole = section.at_zero ? ExtremeSide::zero : ExtremeSide::infinity;
+    const auto residue = [&](const WideReal& value) { return section.at_zero ? 1 / value : value; };
+    WideReal whole;
+    if (section.far_shunt < 0 && has_zero_at(pole) &&
+        extreme(f, RemovalMode::complete, pole, 0, whole, true) == RemovalFault::none &&
+        residue(whole) > -residue(section.far_shunt)) {
+        WideReal part = -section.far_shunt;
+        if (extreme(f, RemovalMode::given, pole, 0, part) == RemovalFault::none) {
+            now_.F = f;
+            section.far_shunt = 0;
+        }
+    }
+    return RemovalFault::none;
 }
 
 ScriptFault Interpreter::unit() {
@@ -375,11 +431,15 @@ std::string_view Interpreter::next() {
     return script_.JCONF(now_.position++).trimmed();
 }
 
+std::string_view Interpreter::peek() const {
+    return now_.position > script_.count ? std::string_view{} : script_.JCONF(now_.position).trimmed();
+}
+
 ScriptFault Interpreter::number(int& value) {
     const std::string_view word = next();
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
-    const bool whole = error == std::errc{} && end == word.data() + word.size();
-    return whole && !word.empty() ? ScriptFault::none : ScriptFault::incorrect_configuration;
+    if (!is_number(word)) return ScriptFault::incorrect_configuration;
+    std::from_chars(word.data(), word.data() + word.size(), value);
+    return ScriptFault::none;
 }
 
 ScriptFault Interpreter::check_zero(int zero) const {
@@ -400,6 +460,7 @@ int Interpreter::prepared_place(int zero) const {
 // The smallest non-negative residue, of the zeros on the side's own side of the band; of all zeros when none lies
 // there.
 int Interpreter::choose_zero(ExtremeSide side) const {
+    if (!has_zero_at(side)) return 0;
     int best = 0;
     WideReal smallest;
     for (const bool own_side : {true, false}) {

@@ -7,11 +7,12 @@
 //   s c z, s c i        complete removal of the pole at z = 0, at infinity
 //   s c n               complete removal of the finite pole of zero n, which has been prepared
 //   s p z n, s p i n    partial removal at z = 0, at infinity, that prepares zero n
-//   s p m n             partial removal at the prepared pole m that prepares zero n
+//   s p m n             partial removal at the prepared pole m that prepares zero n; a removal without n is one by
+//                       value, for which there is no word
 //   d p z i m n         partial removal at both extreme points that prepares the zeros m and n
 //   d p k l m n         the same from two poles k and l, each z, i or the number of a prepared pole
-//   d c z n, d c i n, d c e n   removal of complex quadruplet n as a compound branch on an admittance, with shunt
-//                       inductors, capacitors, or the better of both beside it
+//   d c z n, d c i n, d c e n   removal of complex quadruplet n as a compound branch: on an admittance with shunt
+//                       inductors, capacitors, or the better of both beside it, on an impedance the dual network
 //   ue                  one unit element
 //   prin, end, fini     print; end of a stage; end of all
 //
@@ -36,6 +37,7 @@ inline constexpr int script_warning = 290;  // words after which the storage is 
 inline constexpr int record_limit = 75;
 inline constexpr int quadruplet_limit = 10;
 inline constexpr int stage_limit = 40;
+inline constexpr int root_pool = 450;  // numerator roots of all kept stages; as many of denominators
 inline constexpr int prepared_limit = 4;
 
 using Word = FixedText<4>;
@@ -149,6 +151,7 @@ struct [[nodiscard]] ScriptVerdict {
     ScriptFault fault = ScriptFault::none;
     int position = 0;          // word at which the refused sentence begins
     bool storage_low = false;  // the script has passed its 290th word
+    bool stage_lost = false;   // the history had no room for a state
 
     [[nodiscard]] constexpr bool good() const { return fault == ScriptFault::none; }
 };
@@ -159,11 +162,14 @@ struct [[nodiscard]] ScriptVerdict {
 // States before the last sentences, for stepping back.
 struct LadderHistory {
     Table<LadderState, stage_limit> stages;
+    Table<int, stage_limit> STAGE;  // [i] number of the sentence that followed stages(i)
     int count = 0;
+    int sentences = 0;  // so far
 
-    // False when the stage is not kept, all being in use.
+    // False when the stage is not kept: all are in use, or its roots would be too many for the pools.
     bool push(const LadderState& state);
-    // The state `back` stages ago; false when it was not kept.
+    // Back to the state `back` sentences ago. False when there were not so many, or that state was not kept: the
+    // history is backed up all the same then, and older states can be asked for.
     [[nodiscard]] bool restore(int back, LadderState& state);
 };
 

@@ -12,6 +12,7 @@ namespace {
 void report_polynomial(std::string_view name, const WideRootSet& set, const XPlane& xp, const FilterSpec& spec,
                        std::vector<std::string>& lines);
 void report_record(const SynthesisState& state, int k, std::vector<std::string>& lines);
+[[nodiscard]] int missing_parity(const LadderState& ladder);
 
 constexpr int number_width = 15;
 constexpr int number_digits = 7;
@@ -44,6 +45,11 @@ std::vector<std::string> result_report(std::string_view title, const SynthesisSt
     termination(state.terminations.own);
     for (int k = 1; k <= state.ladder.record_count; ++k) report_record(state, k, lines);
     if (state.terminations.far != 0) termination(state.terminations.far);
+    if (state.termination_is_extreme()) lines.emplace_back(extreme_termination_text);
+    if (state.negative_elements > 0 && state.searched) {
+        const bool none = state.search == SearchVerdict::none_exists;
+        lines.emplace_back(none ? negative_elements_text : search_given_up_text);
+    }
     if (state.loss_to_be_told()) {
         lines.push_back(line().a(" Largest difference of loss =").pd(state.loss_error, 13, 5).a(" db"));
     }
@@ -71,9 +77,14 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
     switch (verdict.fault) {
         case SynthesisFault::none: return lines;
         case SynthesisFault::not_realizable: lines.emplace_back(not_realizable_text); break;
+        case SynthesisFault::real_zero: lines.emplace_back(real_zero_text); break;
         case SynthesisFault::immittance_missing:
         case SynthesisFault::polynomials_missing: lines.emplace_back(immittance_not_found_text); break;
         case SynthesisFault::selection_missing: lines.emplace_back(selection_missing_text); break;
+        case SynthesisFault::element_missing:
+            lines.emplace_back(element_missing_text);
+            lines.push_back(line().a("parity =").i(missing_parity(state.ladder), 2));
+            break;
         case SynthesisFault::script_refused: lines.emplace_back(messageOf(state.script_verdict.fault)); break;
         case SynthesisFault::storage_full: lines.emplace_back(message_of(CircuitVerdict::storage_full)); break;
         case SynthesisFault::loss_differs: break;
@@ -83,6 +94,12 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
 }
 
 namespace {
+
+// Of the slot behind the last branch: 0 a series branch, 1 a shunt branch.
+int missing_parity(const LadderState& ladder) {
+    const int last = ladder.record_count;
+    return last > 0 && ladder.MIND(last) % 2 == 1 ? 1 : 0;
+}
 
 // Hz of a root on the frequency axis; false when s is real there.
 bool frequency_of(const XPlane& xp, const FilterSpec& spec, long double x, double& hz) {

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "approximation/s_plane.h"
+
 namespace kavrel {
 namespace {
 
@@ -10,6 +12,8 @@ struct Road {
     bool output_side = false;
     bool dual = false;
     QuadrupletPlace quadruplets = QuadrupletPlace::first;
+    bool other = false;     // of two immittances that hide a branch the second
+    bool searched = false;  // no fixed order of removals: one that leaves all elements positive is looked for
 };
 
 [[nodiscard]] SynthesisFault build(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request, Road road,
@@ -17,6 +21,8 @@ struct Road {
 [[nodiscard]] SynthesisFault extract(const SynthesisRequest& request, const Road& road, SynthesisState& state);
 [[nodiscard]] SynthesisFault choose(const LadderProblem& problem, const SynthesisRequest& request, const Road& road,
                                     Selection& selection);
+void search_positive(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                     const SynthesisState& start, bool found, SynthesisState& state, Circuit& circuit);
 [[nodiscard]] bool nearer_as_dual(const SynthesisState& state);
 void settle_levels(SynthesisState& state);
 [[nodiscard]] int negative_values(const Circuit& circuit);
@@ -24,14 +30,18 @@ void describe(const XPlane& xp, const FilterSpec& spec, Circuit& circuit);
 
 }  // namespace
 
-// The first road that needs no negative element is taken, else the one that needs least.
+// The first road that needs no negative element is taken. Where none of the fixed ones does, an order of removals is
+// looked for; without one, the road that needs least negative elements is taken.
 SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                             SynthesisState& state, Circuit& circuit) {
     state = {};
     if (!ladder_problem(xp, spec, state.problem)) return {SynthesisFault::polynomials_missing};
     const SynthesisState start = state;
     bool complex_zeros = false;
-    for (int i = 1; i <= state.problem.zero_count; ++i) complex_zeros = complex_zeros || state.problem.is_complex(i);
+    for (int i = 1; i <= state.problem.zero_count; ++i) {
+        complex_zeros = complex_zeros || state.problem.is_complex(i);
+        if (state.problem.is_complex(i) && state.problem.zero_x_im(i).sign() == 0) return {SynthesisFault::real_zero};
+    }
 
     SynthesisFault first_fault = SynthesisFault::none;
     bool found = false;
@@ -46,7 +56,13 @@ SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const Synt
             if (found && state.negative_elements == 0) break;
             SynthesisState trial = start;
             Circuit made = circuit;
-            const SynthesisFault fault = build(xp, spec, request, {output_side, request.dual, place}, trial, made);
+            Road road{.output_side = output_side, .dual = request.dual, .quadruplets = place};
+            SynthesisFault fault = build(xp, spec, request, road, trial, made);
+            if (fault == SynthesisFault::loss_differs || fault == SynthesisFault::element_missing) {
+                road.other = true;
+                trial = start;
+                fault = build(xp, spec, request, road, trial, made);
+            }
             if (fault != SynthesisFault::none) {
                 if (first_fault == SynthesisFault::none) {
                     first_fault = fault;
@@ -59,6 +75,11 @@ SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const Synt
             state = trial;
             best = made;
         }
+    }
+    const bool to_be_searched = found ? state.negative_elements > 0 : first_fault == SynthesisFault::script_refused;
+    if (to_be_searched && !request.manual_selection && state.problem.zero_count > 0) {
+        search_positive(xp, spec, request, start, found, state, best);
+        found = found || state.search == SearchVerdict::found;
     }
     if (!found) return {first_fault};
     circuit = best;
@@ -85,6 +106,30 @@ SynthesisFault build(const XPlane& xp, const FilterSpec& spec, const SynthesisRe
     return state.loss_error <= loss_failure_limit ? SynthesisFault::none : SynthesisFault::loss_differs;
 }
 
+// From one end: every order from the other end is one from this end backwards. The dual network has the same losses;
+// its terminations are the same when they are equal.
+void search_positive(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                     const SynthesisState& start, bool found, SynthesisState& state, Circuit& circuit) {
+    SearchVerdict verdict = SearchVerdict::none_exists;
+    for (const bool turned : {false, true}) {
+        if (turned && spec.sourceResistance != spec.loadResistance) break;
+        SynthesisState trial = start;
+        Circuit made = circuit;
+        const Road road{
+            .output_side = request.direction == Direction::reverse, .dual = request.dual != turned, .searched = true};
+        const SynthesisFault fault = build(xp, spec, request, road, trial, made);
+        if (fault == SynthesisFault::none && (!found || trial.negative_elements < state.negative_elements)) {
+            state = trial;
+            circuit = made;
+            verdict = SearchVerdict::found;
+            break;
+        }
+        if (trial.search == SearchVerdict::given_up) verdict = trial.search;
+    }
+    state.searched = true;
+    state.search = verdict;
+}
+
 SynthesisFault choose(const LadderProblem& problem, const SynthesisRequest& request, const Road& road,
                       Selection& selection) {
     if (request.manual_selection) {
@@ -92,7 +137,7 @@ SynthesisFault choose(const LadderProblem& problem, const SynthesisRequest& requ
         WorkingFunction f;
         return formWorkingFunction(problem, selection, f) ? SynthesisFault::none : SynthesisFault::selection_missing;
     }
-    switch (chooseImmittance(problem, road.output_side, road.dual, selection)) {
+    switch (chooseImmittance(problem, road.output_side, road.dual, selection, road.other)) {
         case ChoiceFault::none: return SynthesisFault::none;
         case ChoiceFault::not_realizable: return SynthesisFault::not_realizable;
         case ChoiceFault::not_found: break;
@@ -105,14 +150,29 @@ SynthesisFault extract(const SynthesisRequest& request, const Road& road, Synthe
     if (const SynthesisFault fault = choose(state.problem, request, road, selection); fault != SynthesisFault::none) {
         return fault;
     }
-    state.script = automatic_script(state.problem, selection, state.last_stage, road.quadruplets);
-    state.ladder = start_state(state.problem, selection);
-    state.script_verdict = run_automatic(state.problem, state.script, state.ladder);
-    if (!state.script_verdict.good()) return SynthesisFault::script_refused;
+    if (road.searched) {
+        state.search = positive_script(state.problem, selection, state.script, state.ladder);
+        if (state.search != SearchVerdict::found) return SynthesisFault::script_refused;
+        state.last_stage = state.script.count - state.problem.unit_elements;
+    } else {
+        state.script = automatic_script(state.problem, selection, state.last_stage, road.quadruplets);
+        state.ladder = start_state(state.problem, selection);
+        state.script_verdict = run_automatic(state.problem, state.script, state.ladder);
+        if (!state.script_verdict.good()) {
+            if (!state.ladder.F.vanished()) return SynthesisFault::script_refused;
+            if (!record_hidden_branch(state.problem, state.ladder)) return SynthesisFault::element_missing;
+            state.script_verdict = {};
+        }
+    }
 
     const LadderProblem& problem = state.problem;
     state.requested_ratio = problem.single_termination ? 0 : problem.other_resistance / problem.own_resistance;
     state.terminations = {problem.own_resistance, 0};
+    Circuit whole;
+    if (storeResult(problem, state.ladder, {problem.own_resistance, problem.own_resistance}, whole) !=
+        CircuitVerdict::done) {
+        return SynthesisFault::storage_full;
+    }
     if (!problem.single_termination &&
         !far_termination(problem, state.ladder, state.terminations.own, state.terminations.far)) {
         return SynthesisFault::loss_differs;
@@ -149,7 +209,14 @@ void describe(const XPlane& xp, const FilterSpec& spec, Circuit& circuit) {
     circuit.fa = spec.filterType == low_pass || spec.filterType == linear_phase_low_pass ? 0 : spec.lowerPassEdge;
     circuit.fb = spec.filterType == high_pass ? 0 : spec.upperPassEdge;
     circuit.fnorm = static_cast<double>(xp.normFrequency);
+    // Lines have no modes in s.
     circuit.mode_count = 0;
+    if (spec.medium == microwave) return;
+    const TransferFunction transfer = xToFrequencyPlane(spec, xp);
+    for (int i = 1; i <= transfer.poleCount && i <= max_natural_modes; ++i) {
+        circuit.MODE_RE(++circuit.mode_count) = transfer.POLES_RE(i) / transfer.normFrequency;
+        circuit.MODE_IM(circuit.mode_count) = transfer.POLES_IM(i) / transfer.normFrequency;
+    }
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "synthesis/automatic_script.h"
 #include "synthesis/denormalise.h"
 #include "synthesis/loss_check.h"
+#include "synthesis/positive_search.h"
 
 namespace kavrel {
 
@@ -30,8 +31,11 @@ enum class SynthesisFault {
     none,
     polynomials_missing,  // there are no immittance polynomials
     not_realizable,
+    real_zero,  // a transmission zero on the real axis: no two-port with a common rail and without transformers has
+                // one at a positive s (A. Fialkow and I. Gerst, 1952)
     immittance_missing,
     selection_missing,  // the immittance chosen by hand does not exist
+    element_missing,    // the reactance is used up, and zeros of transmission are left
     script_refused,     // SynthesisState::script_verdict tells
     storage_full,
     loss_differs,  // the circuit does not have the loss of the transfer function
@@ -39,9 +43,15 @@ enum class SynthesisFault {
 
 inline constexpr std::string_view synthesis_failed_text = " **** Synthesis failed ****";
 inline constexpr std::string_view selection_missing_text = " Specified function does not exist or is incorrect";
+inline constexpr std::string_view real_zero_text =
+    " **** A zero on the real axis has no ladder without transformers ****";
+inline constexpr std::string_view negative_elements_text = " Negative elements: no order of removals avoids them";
+inline constexpr std::string_view search_given_up_text =
+    " Negative elements: no order of removals without them was found";
 inline constexpr std::string_view element_missing_text = " **** Element(s) missing ****";
 inline constexpr std::string_view extreme_termination_text = "*** termination is extreme ***";
-inline constexpr double loss_note_limit = 0.001;  // dB, above which a line tells of the difference
+inline constexpr double extreme_termination = 1000;  // how far a ratio may be from the one asked for without a word
+inline constexpr double loss_note_limit = 0.001;     // dB, above which a line tells of the difference
 inline constexpr double loss_failure_limit = 0.1;
 
 struct [[nodiscard]] SynthesisVerdict {
@@ -61,10 +71,22 @@ struct SynthesisState {
     double requested_ratio = 1;  // R2/R1
     double available_ratio = 1;  // of the circuit
     int negative_elements = 0;
+    // How the search for a ladder without negative elements ended: `none_exists` means that every order of removals
+    // from the transmission zeros, with either place of a negative element beside a quadruplet, has one.
+    bool searched = false;
+    SearchVerdict search = SearchVerdict::found;
     LossDifference loss;
     double loss_error = 0;  // dB, the largest difference
 
+    // The end that the ladder was extracted from, and the arithmetic: all removals run in one type.
+    [[nodiscard]] std::string_view direction() const { return ladder.selection.output_side ? "reverse" : "forward"; }
+    [[nodiscard]] std::string_view arithmetic() const { return "512 bit, one way"; }
     [[nodiscard]] bool loss_to_be_told() const { return loss_error > loss_note_limit; }
+    [[nodiscard]] bool termination_is_extreme() const {
+        if (problem.single_termination) return false;
+        const double times = available_ratio / requested_ratio;
+        return !(times <= extreme_termination && times >= 1 / extreme_termination);
+    }
 };
 
 static_assert(std::is_trivially_copyable_v<SynthesisState> && std::is_trivially_copyable_v<SynthesisRequest>);

@@ -1,13 +1,13 @@
 // All-pole ladders against their closed forms, degrees 1 to 50.
 #include <cmath>
 #include <fstream>
+#include <map>
+#include <set>
 #include <sstream>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "approximation/hurwitz_factors.h"
-#include "approximation/immittance.h"
 #include "tests/synthesis/ladder_cases.h"
 
 namespace kavrel::test {
@@ -78,38 +78,49 @@ double deviation(const Reading& reading, const ClosedForm& row) {
     return static_cast<double>(worst);
 }
 
-// The closed forms of unequal terminations have all zeros of f on one side of the imaginary axis, the design has them
-// by turns: F is split anew.
-void take_hurwitz_f(LadderRun& run) {
-    auto ws = std::make_unique<ExtractionWorkspace>();
-    XPlane& xp = run.design.xp;
-    ASSERT_TRUE(toFactors(xp.FS, xp.a, xp.fFactors).good());
-    ASSERT_TRUE(solveEvenOdd(xp.fFactors, xp.a, false, xp.fEven, xp.fOdd, ws->parts).good());
-    ASSERT_TRUE(immittancePolynomials(xp, *ws).good());
-    run.verdict = synthesise(xp, run.design.spec, run.request, run.state, run.circuit);
-}
-
 #ifdef __SANITIZE_ADDRESS__
 constexpr bool under_sanitizers = true;
 #else
 constexpr bool under_sanitizers = false;
 #endif
 
+// Above degree 16 one row a degree, its kinds by turns.
+std::vector<ClosedForm> rows_to_check(const std::vector<ClosedForm>& all) {
+    std::map<int, int> of_degree, seen;
+    for (const ClosedForm& row : all) ++of_degree[row.degree];
+    std::vector<ClosedForm> taken;
+    for (const ClosedForm& row : all) {
+        const int place = seen[row.degree]++;
+        // The numbers are the same under sanitizers, and take ten times as long.
+        const bool turn = place == row.degree / 2 % of_degree[row.degree];
+        if (under_sanitizers ? row.degree % 7 == 1 : row.degree <= 16 || turn) taken.push_back(row);
+    }
+    return taken;
+}
+
 TEST(ClosedForms, ElementValuesOfAllPoleLadders) {
-    const std::vector<ClosedForm> rows = closed_forms();
-    ASSERT_GT(rows.size(), 340u);
+    const std::vector<ClosedForm> all = closed_forms();
+    ASSERT_GT(all.size(), 340u);
+    const std::vector<ClosedForm> rows = rows_to_check(all);
     double worst = 0;
+    std::set<int> degrees;
+    std::set<std::pair<std::string, double>> kinds;  // of the larger ones
     for (const ClosedForm& row : rows) {
-        if (under_sanitizers && row.degree % 7 != 1)
-            continue;  // the numbers are the same there, and take ten times as long
+        degrees.insert(row.degree);
+        if (row.degree > 20) kinds.insert({row.kind, row.ratio});
         SCOPED_TRACE(row.kind + " " + std::to_string(row.degree) + " ratio " + std::to_string(row.ratio));
+        const double tolerance = row.degree <= 30 ? 1e-9 : 1e-7;
         double best = 1e9;
         // Unequal terminations: either resistor may be the larger one, and either end the first; one of these is the
         // row.
         for (const double load : row.ratio > 0 ? std::vector<double>{150, 37.5} : std::vector<double>{75}) {
+            if (best < tolerance) break;
             auto run = std::make_unique<LadderRun>();
             run->run(request_of(row, row.ratio == 0 ? 0 : load));
-            if (row.ratio > 0) take_hurwitz_f(*run);
+            // The closed forms of unequal terminations have all zeros of f on one side, the design has them by turns.
+            if (row.ratio > 0) {
+                ASSERT_TRUE(run->take_hurwitz_f());
+            }
             ASSERT_TRUE(run->verdict.good());
             for (const bool from_source : {false, true}) {
                 if (from_source && row.ratio <= 0) continue;
@@ -118,8 +129,12 @@ TEST(ClosedForms, ElementValuesOfAllPoleLadders) {
                 best = std::fmin(best, deviation(reading, row));
             }
         }
-        EXPECT_LT(best, row.degree <= 30 ? 1e-9 : 1e-7);
+        EXPECT_LT(best, tolerance);
         worst = std::fmax(worst, best);
+    }
+    if (!under_sanitizers) {
+        EXPECT_EQ(degrees.size(), 50u);
+        EXPECT_EQ(kinds.size(), 8u);
     }
     std::printf("%zu ladders, worst relative deviation %.2g\n", rows.size(), worst);
 }

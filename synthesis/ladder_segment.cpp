@@ -1,0 +1,79 @@
+#include "synthesis/ladder_segment.h"
+
+#include <array>
+
+#include "synthesis/synthesis_report.h"
+
+namespace kavrel {
+
+namespace {
+
+using Command = void (*)(LadderDesk& desk);
+
+struct WordRow {
+    CommandKeyword word;
+    Command perform;  // null until the command is built
+};
+
+void report(LadderDesk& desk, const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) desk.reporter.report_line(line);
+}
+
+void show_result(LadderDesk& desk) {
+    if (desk.work.outcome == SynthesisOutcome::done) {
+        report(desk, result_report(desk.session.TITLE.text(), desk.work.state));
+    }
+}
+
+constexpr WordRow rows[] = {{"in  ", nullptr}, {"es  ", nullptr}, {"os  ", nullptr},    {"ed  ", nullptr},
+                            {"od  ", nullptr}, {"ue  ", nullptr}, {"pri", show_result}, {"nout", nullptr},
+                            {"imp ", nullptr}, {"d   ", nullptr}, {"p   ", nullptr},    {"z   ", nullptr},
+                            {"i   ", nullptr}, {"adm ", nullptr}, {"s   ", nullptr},    {"c   ", nullptr}};
+
+constexpr auto words = [] {
+    std::array<CommandKeyword, std::size(rows)> table;
+    for (std::size_t i = 0; i < table.size(); ++i) table[i] = rows[i].word;
+    return table;
+}();
+
+SynthesisOutcome synthesise_design(LadderDesk& desk) {
+    LadderWork& work = desk.work;
+    describe_design(desk.design.x_plane, desk.design.worked, work.form);
+    if (!run_form(SYNTHESIS_DLG, &work.form, desk.session.units, desk.reporter)) return SynthesisOutcome::cancelled;
+    if (work.form.form != FormChoice::ladder || work.form.configuration != AutoChoice::automatic) {
+        return SynthesisOutcome::unbuilt;
+    }
+    const std::string title = desk.session.TITLE.text();
+    if (work.form.print_polynomials) report(desk, polynomial_report(title, desk.design.x_plane, desk.design.worked));
+    const SynthesisVerdict verdict =
+        synthesise(desk.design.x_plane, desk.design.worked, request_of(work.form), work.state, work.circuit);
+    if (!verdict.good()) {
+        report(desk, failure_report(verdict, work.state));
+        return SynthesisOutcome::failed;
+    }
+    report(desk, result_report(title, work.state));
+    return SynthesisOutcome::done;
+}
+
+}  // namespace
+
+std::span<const CommandKeyword> ladder_words() { return words; }
+
+bool ladder_performs(const CommandKeyword& word) {
+    const auto place = match_command(word, words);
+    return place && rows[*place].perform != nullptr;
+}
+
+void ladderSegment(LadderDesk& desk) {
+    int& entry = desk.session.entry(SegmentId::ladder);
+    CommandKeyword& cell = desk.session.word(SegmentId::ladder);
+    if (entry == ladder_entry::designed) {
+        entry = ladder_entry::ordinary_command;
+        desk.work.outcome = synthesise_design(desk);
+    } else if (const auto place = match_command(cell, words); place && rows[*place].perform != nullptr) {
+        rows[*place].perform(desk);
+    }
+    cell = {};
+}
+
+}  // namespace kavrel

@@ -1,0 +1,256 @@
+#include "synthesis/positive_search.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include <fmt/format.h>
+
+namespace kavrel {
+namespace {
+
+// Sentences that remove one zero of transmission, or two, and how they rank: the smaller, the earlier.
+struct Move {
+    std::string words;
+    long double rank = 0;
+};
+
+// What is left, told by the zeros, the counts and the remainder at one point of the pass band.
+struct Visited {
+    unsigned zeros = 0;
+    int nz = 0;
+    int ni = 0;
+    long double value = 0;
+};
+
+constexpr long double probe = -0.77L;
+constexpr long double same_value = 1e-9L;
+constexpr long double least_share = 1e-9L;  // of a pole that a partial removal leaves
+
+class Search {
+public:
+    explicit Search(const LadderProblem& problem) : problem_(problem) {}
+
+    [[nodiscard]] bool go_on_from(const LadderState& state);
+    [[nodiscard]] bool given_up() const { return work_ >= search_limit; }
+    [[nodiscard]] Script& script() { return script_; }
+    [[nodiscard]] const LadderState& end() const { return end_; }
+
+private:
+    [[nodiscard]] bool already_there(const LadderState& state);
+    [[nodiscard]] std::vector<Move> moves_from(const LadderState& state) const;
+    void add_quadruplets(const LadderState& state, const WorkingFunction& f, int form, std::vector<Move>& moves) const;
+    void add_shifts(const LadderState& state, const WorkingFunction& f, int form, std::vector<Move>& moves) const;
+    void add_double_shifts(const LadderState& state, const WorkingFunction& f, int form,
+                           std::vector<Move>& moves) const;
+    void add_extremes(const LadderState& state, const WorkingFunction& f, int form, std::vector<Move>& moves) const;
+    [[nodiscard]] bool last_words(LadderState state);
+
+    const LadderProblem& problem_;
+    Script script_;
+    LadderState end_;
+    std::vector<Visited> visited_;
+    int work_ = 0;
+};
+
+[[nodiscard]] std::string_view word_of_form(int form) { return form == impedance ? "imp" : "adm"; }
+[[nodiscard]] std::string_view other_word(int form) { return form == impedance ? "adm" : "imp"; }
+
+// The whole residue of an extreme pole, 0 where there is none.
+[[nodiscard]] WideReal whole_residue(const WorkingFunction& f, ExtremeSide side);
+// The residue to be removed so that `point` becomes a zero.
+[[nodiscard]] WideReal shifting_residue(const WorkingFunction& f, ExtremeSide side, const WideReal& point);
+[[nodiscard]] bool all_positive(const LadderState& state, int first_record);
+
+}  // namespace
+
+SearchVerdict positive_script(const LadderProblem& problem, const Selection& selection, Script& script,
+                              LadderState& state) {
+    Search search(problem);
+    search.script().append(selection.output_side ? "out" : "in");
+    search.script().append(word_of(selection.numerator));
+    search.script().append(word_of(selection.denominator));
+    LadderState start = start_state(problem, selection);
+    if (!runScript(problem, search.script(), start).good()) return SearchVerdict::none_exists;
+    if (!search.go_on_from(start)) {
+        return search.given_up() ? SearchVerdict::given_up : SearchVerdict::none_exists;
+    }
+    script = search.script();
+    state = search.end();
+    return SearchVerdict::found;
+}
+
+namespace {
+
+bool Search::go_on_from(const LadderState& state) {
+    if (already_there(state)) return false;
+    const std::vector<Move> moves = moves_from(state);
+    if (moves.empty()) return last_words(state);
+    const int words = script_.count;
+    for (const Move& move : moves) {
+        if (given_up()) return false;
+        const int degree = reactance_degree(state.F);
+        work_ += degree * degree;
+        script_.append(move.words);
+        LadderState next = state;
+        if (runScript(problem_, script_, next).good() && all_positive(next, state.record_count + 1) &&
+            go_on_from(next)) {
+            return true;
+        }
+        script_.count = words;
+    }
+    return false;
+}
+
+// Lines, when all else is removed.
+bool Search::last_words(LadderState state) {
+    const int words = script_.count;
+    for (int i = 1; i <= state.ue; ++i) script_.append("ue");
+    script_.append("fini");
+    if (runScript(problem_, script_, state).good() && state.finished) {
+        end_ = state;
+        return true;
+    }
+    script_.count = words;
+    return false;
+}
+
+bool Search::already_there(const LadderState& state) {
+    Visited here;
+    for (int i = 1; i <= problem_.zero_count; ++i) here.zeros |= state.IC(i) == 1 ? 1U << i : 0U;
+    here.nz = state.nz;
+    here.ni = state.ni;
+    WorkingFunction f = state.F;
+    if (f.vanished()) return false;
+    if (state.form == admittance) invert(f);
+    here.value = quotient_at(f, probe).rounded();
+    const auto same = [&](const Visited& there) {
+        return there.zeros == here.zeros && there.nz == here.nz && there.ni == here.ni &&
+               std::fabs(there.value - here.value) <= same_value * std::fabs(here.value);
+    };
+    if (std::any_of(visited_.begin(), visited_.end(), same)) return true;
+    visited_.push_back(here);
+    return false;
+}
+
+std::vector<Move> Search::moves_from(const LadderState& state) const {
+    std::vector<Move> moves;
+    if (state.F.vanished()) return moves;
+    for (const int form : {admittance, impedance}) {
+        WorkingFunction f = state.F;
+        if (form != state.form) invert(f);
+        add_quadruplets(state, f, form, moves);
+        add_shifts(state, f, form, moves);
+        add_double_shifts(state, f, form, moves);
+        add_extremes(state, f, form, moves);
+    }
+    std::stable_sort(moves.begin(), moves.end(), [](const Move& p, const Move& q) { return p.rank < q.rank; });
+    return moves;
+}
+
+// The near element is tested before the section is removed.
+void Search::add_quadruplets(const LadderState& state, const WorkingFunction& f, int form,
+                             std::vector<Move>& moves) const {
+    for (int n = 1; n <= problem_.zero_count; ++n) {
+        if (state.IC(n) != 1 || !problem_.is_complex(n)) continue;
+        for (const ExtremeSide side : {ExtremeSide::infinity, ExtremeSide::zero}) {
+            const bool at_zero = side == ExtremeSide::zero;
+            if ((at_zero ? state.nz : state.ni) < 1) continue;
+            const WideReal whole = whole_residue(f, side);
+            if (!(whole > 0)) continue;
+            QuadrupletValues section;
+            if (!quadruplet_values(f, {problem_.zero_x(n), problem_.zero_x_im(n)}, at_zero, section)) continue;
+            const WideReal near = at_zero ? 1 / section.near_shunt : section.near_shunt;
+            if (!(near > 0) || !(near < whole)) continue;
+            moves.push_back({fmt::format("{} d c {} {}", word_of_form(form), at_zero ? "z" : "i", n),
+                             (near / whole).rounded() - 1});
+        }
+    }
+}
+
+void Search::add_shifts(const LadderState& state, const WorkingFunction& f, int form, std::vector<Move>& moves) const {
+    for (const ExtremeSide side : {ExtremeSide::infinity, ExtremeSide::zero}) {
+        const bool at_zero = side == ExtremeSide::zero;
+        if ((at_zero ? state.nz : state.ni) < 1) continue;
+        const WideReal whole = whole_residue(f, side);
+        if (!(whole > 0)) continue;
+        for (int n = 1; n <= problem_.zero_count; ++n) {
+            if (state.IC(n) != 1 || problem_.is_complex(n)) continue;
+            const WideReal share = shifting_residue(f, side, problem_.zero_x(n)) / whole;
+            if (!(share > 0) || !(share < 1 - WideReal{least_share})) continue;
+            const std::string_view word = at_zero ? "z" : "i";
+            moves.push_back({fmt::format("{} s p {} {} {} s c {}", word_of_form(form), word, n, other_word(form), n),
+                             share.rounded()});
+        }
+    }
+}
+
+void Search::add_double_shifts(const LadderState& state, const WorkingFunction& f, int form,
+                               std::vector<Move>& moves) const {
+    if (state.nz < 1 || state.ni < 1) return;
+    const WideReal low = whole_residue(f, ExtremeSide::zero);
+    const WideReal high = whole_residue(f, ExtremeSide::infinity);
+    if (!(low > 0) || !(high > 0)) return;
+    for (int m = 1; m <= problem_.zero_count; ++m) {
+        if (state.IC(m) != 1 || problem_.is_complex(m)) continue;
+        for (int n = 1; n <= problem_.zero_count; ++n) {
+            if (n == m || state.IC(n) != 1 || problem_.is_complex(n)) continue;
+            if (problem_.is_high(m) || !problem_.is_high(n)) continue;
+            WorkingFunction g = f;
+            WideReal at_zero, at_infinity;
+            if (doubleSame(g, problem_.zero_x(m), problem_.zero_x(n), at_zero, at_infinity, true) !=
+                RemovalFault::none) {
+                continue;
+            }
+            const WideReal first = 1 / at_zero / low;
+            const WideReal second = at_infinity / high;
+            const WideReal most = 1 - WideReal{least_share};
+            if (!(first > 0) || !(second > 0) || !(first < most) || !(second < most)) continue;
+            moves.push_back(
+                {fmt::format("{} d p z i {} {} {} s c {} s c {}", word_of_form(form), m, n, other_word(form), m, n),
+                 std::fmax(first.rounded(), second.rounded())});
+        }
+    }
+}
+
+void Search::add_extremes(const LadderState& state, const WorkingFunction& f, int form,
+                          std::vector<Move>& moves) const {
+    const std::string_view word = word_of_form(form);
+    if (state.ni > 0 && whole_residue(f, ExtremeSide::infinity) > 0)
+        moves.push_back({fmt::format("{} s c i", word), 2});
+    if (state.nz > 0 && whole_residue(f, ExtremeSide::zero) > 0) moves.push_back({fmt::format("{} s c z", word), 3});
+}
+
+WideReal whole_residue(const WorkingFunction& f, ExtremeSide side) {
+    WorkingFunction g = f;
+    WideReal value;
+    if (extreme(g, RemovalMode::complete, side, 0, value, true) != RemovalFault::none) return 0;
+    return side == ExtremeSide::zero ? 1 / value : value;
+}
+
+WideReal shifting_residue(const WorkingFunction& f, ExtremeSide side, const WideReal& point) {
+    WorkingFunction g = f;
+    WideReal value;
+    if (extreme(g, RemovalMode::shifting, side, point, value, true) != RemovalFault::none) return 0;
+    return side == ExtremeSide::zero ? 1 / value : value;
+}
+
+bool all_positive(const LadderState& state, int first_record) {
+    for (int k = first_record; k <= state.record_count; ++k) {
+        if (state.SVAL2(k) == WideReal{unit_element_mark}) {
+            if (state.SVAL1(k) <= 0) return false;
+        } else if (state.SVAL2(k) == WideReal{quadruplet_mark}) {
+            const QuadrupletRecord& section = state.QUADS(static_cast<int>(state.SVAL1(k).rounded()));
+            for (int i = 1; i <= section.value_count; ++i) {
+                if (section.SVALUE(i) <= 0) return false;
+            }
+        } else if (state.SVAL1(k) < 0 || state.SVAL2(k) < 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,343 @@
+#include "exchange/rf_netlist.h"
+
+#include <algorithm>
+#include <array>
+
+#include "circuit/parts_list.h"
+#include "exchange/expanded_circuit.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+using Kind = NetElement::Kind;
+
+enum Keyword { res, ind, cap, slc, plc, trl, sst, ost, trf };
+
+struct Dialect {
+    std::array<std::string_view, 9> words;
+    std::string_view comment;
+    std::string_view assign;      // of a variable
+    std::string_view length, at;  // electrical length and its frequency, by their variables
+    std::string_view block;       // opens the circuit
+};
+
+constexpr Dialect dialects[] = {
+    {{"res ", "ind ", "cap ", "slc ", "plc ", "trl ", "sst ", "ost ", "trf "}, "*  ", ":", "e=el", "f=f1", " blk"},
+    {{"res ", "ind ", "cap ", "slc ", "plc ", "tlin", "tlsc", "tloc", "xfer"}, "! ", "=", "e^el", "f^f1", " ckt"},
+};
+constexpr std::array<std::string_view, 9> value_keys = {"r=", "l=", "c=", "", "", "z =", "z =", "z =", ""};
+
+constexpr double quarter_wave_degrees = 90;
+constexpr double range_steps = 10;  // of the plot's axis
+constexpr double open_end = 1e30;   // ohm: what a circuit driven by a current ends in
+
+class RfText {
+public:
+    RfText(const Circuit& circuit, const RfNetlistRequest& request, std::vector<std::string>& lines)
+        : circuit_(circuit),
+          request_(request),
+          touchstone_(request.program == RfProgram::touchstone),
+          dialect_(dialects[touchstone_ ? 1 : 0]),
+          microwave_(circuit.kind != CircuitKind::lumped),
+          parts_(list_parts(circuit, request.half_lattices)),
+          lines_(lines) {}
+
+    [[nodiscard]] RfNetlistVerdict write();
+
+private:
+    void header();
+    void variables();
+    void lattice_arms(const NetBranch& branch, int arm);
+    void branch(const NetBranch& branch);
+    void lattice_four_port(const NetBranch& branch, int number);
+    void circuit_end();
+    void touchstone_tail();
+    void scompact_tail();
+
+    void add(std::string_view text) { lines_.emplace_back(text); }
+    [[nodiscard]] Keyword keyword(Kind kind) const;
+    [[nodiscard]] std::string_view word(Keyword keyword) const { return dialect_.words[keyword]; }
+    [[nodiscard]] static std::string_view key(Keyword keyword) { return value_keys[keyword]; }
+    [[nodiscard]] std::string part_names(int k) const;
+
+    const Circuit& circuit_;
+    const RfNetlistRequest& request_;
+    bool touchstone_;
+    const Dialect& dialect_;
+    bool microwave_;
+    std::vector<CircuitPart> parts_;
+    ExpandedCircuit net_;
+    std::vector<std::string>& lines_;
+};
+
+bool is_lattice(const NetBranch& branch) { return branch.kind->structure == Structure::lattice; }
+
+}  // namespace
+
+RfNetlistVerdict rf_netlist(const Circuit& circuit, const RfNetlistRequest& request, std::vector<std::string>& lines) {
+    return RfText(circuit, request, lines).write();
+}
+
+namespace {
+
+RfNetlistVerdict RfText::write() {
+    const ExpansionRequest expansion{
+        .lattice = request_.half_lattices ? LatticeText::half_paired : LatticeText::isolated, .pairs = !microwave_};
+    if (!expand_circuit(circuit_, expansion, net_)) return RfNetlistVerdict::no_circuit;
+    const bool numbered = !request_.half_lattices && !microwave_;
+    if (numbered && std::ranges::count_if(net_.branches, is_lattice) > max_numbered_lattices) {
+        return RfNetlistVerdict::too_many_lattices;
+    }
+
+    header();
+    variables();
+    if (touchstone_) add(dialect_.block);
+    int arms = 0;
+    for (const NetBranch& b : net_.branches) {
+        if (numbered && is_lattice(b)) lattice_arms(b, arms += 2);
+    }
+    if (!touchstone_) add(dialect_.block);
+    int lattices = 0;
+    for (const NetBranch& b : net_.branches) {
+        if (is_lattice(b) && microwave_) {
+            add(not_implemented(b.k));
+        } else if (numbered && is_lattice(b)) {
+            lattice_four_port(b, ++lattices);
+        } else {
+            branch(b);
+        }
+    }
+    circuit_end();
+    if (touchstone_) {
+        touchstone_tail();
+    } else {
+        scompact_tail();
+    }
+    return RfNetlistVerdict::written;
+}
+
+// (3A,19A4)
+void RfText::header() {
+    if (microwave_ || !trim(request_.title).empty()) add(std::string(dialect_.comment) + title_words(request_.title));
+}
+
+void RfText::variables() {
+    if (request_.variable_block || (touchstone_ && microwave_)) add(" var");
+    if (microwave_) {
+        add(line().a(" el").a(dialect_.assign, 3).f(quarter_wave_degrees, 8, 2));
+        add(line().a(" f1").a(dialect_.assign, 3).pe(circuit_.fs / 2, 14, 7));
+    }
+    if (!request_.variable_block) return;
+    for (const NetBranch& b : net_.branches) {
+        if (b.kind->id > 3) continue;
+        for (const NetElement& e : b.elements) {
+            // (3X,A4,2I4,3X,(A3,1P,E14.7,2X)*2,1X,A10)
+            const Keyword w = keyword(e.kind);
+            const bool pair = e.kind == Kind::series_pair || e.kind == Kind::parallel_pair;
+            Line text = line().x(3).a(word(w)).i(e.nodes[0], 4).i(e.nodes[1], 4).x(3);
+            text.a(pair ? key(ind) : key(w), 3).pe(e.value, 14, 7).x(2);
+            if (pair) text.a(key(cap), 3).pe(e.second, 14, 7).x(2);
+            add(text.x(1).a(part_names(b.k)));
+        }
+    }
+}
+
+void RfText::branch(const NetBranch& b) {
+    for (const NetElement& e : b.elements) {
+        const Keyword w = keyword(e.kind);
+        const int from = e.nodes[0], to = e.nodes[1];
+        switch (e.kind) {
+            case Kind::series_pair:
+            case Kind::parallel_pair:
+                // (3X,"slc ",(2X,I2)*2,3X,"l=",1P,E15.7,2X,"c=",E15.7)
+                add(line()
+                        .x(3)
+                        .a(word(w))
+                        .x(2)
+                        .i(from, 2)
+                        .x(2)
+                        .i(to, 2)
+                        .x(3)
+                        .a("l=")
+                        .pe(e.value, 15, 7)
+                        .x(2)
+                        .a("c=")
+                        .pe(e.second, 15, 7));
+                break;
+            case Kind::transformer:
+                // (3X,A4,(2X,I2)*2,"  0  0  n=1.0")
+                add(line()
+                        .x(3)
+                        .a(word(trf))
+                        .x(2)
+                        .i(from, 2)
+                        .x(2)
+                        .i(e.nodes[2], 2)
+                        .a("  0  0  n=")
+                        .a(e.value < 0 ? "-1.0" : "1.0"));
+                break;
+            default:
+                if (microwave_ && w != res) {
+                    add(line()
+                            .a("   ")
+                            .a(word(w))
+                            .i(from, 4)
+                            .i(to, 4)
+                            .x(3)
+                            .a(key(w), 3)
+                            .pe(e.value, 14, 7)
+                            .x(2)
+                            .a(dialect_.length)
+                            .x(2)
+                            .a(dialect_.at));
+                } else if (b.kind->id <= 2) {
+                    // (3X,A4,2I4,3X,A3,1P,E14.7,3X,A10)
+                    add(line()
+                            .x(3)
+                            .a(word(w))
+                            .i(from, 4)
+                            .i(to, 4)
+                            .x(3)
+                            .a(key(w), 3)
+                            .pe(e.value, 14, 7)
+                            .x(3)
+                            .a(part_names(b.k)));
+                } else if (b.kind->slot_element || is_lattice(b)) {
+                    // (3X,A4,(2X,I2)*2,3X,A3,E14.7)
+                    add(line().x(3).a(word(w)).x(2).i(from, 2).x(2).i(to, 2).x(3).a(key(w), 3).pe(e.value, 14, 7));
+                } else {
+                    // (A3,A4,2I4,3X,A3,1P,E14.7)
+                    add(line().a("", 3).a(word(w)).i(from, 4).i(to, 4).x(3).a(key(w), 3).pe(e.value, 14, 7));
+                }
+        }
+    }
+}
+
+// The arms in series are odd, the crossed ones even; `second` is the number of the latter.
+void RfText::lattice_arms(const NetBranch& b, int second) {
+    for (int arm = 0; arm < 2; ++arm) {
+        const int number = second - 1 + arm;
+        const double* v = b.values.data() + 3 * arm;
+        const Keyword x = b.kind->cells[2] == 'C' ? cap : ind;
+        if (touchstone_) {
+            add(line().a("   slc   1   2   l=").pe(v[0], 15, 7).x(2).a("c=").pe(v[1], 15, 7));
+            add(line().x(3).a(word(x)).a("  1   2   ").a(key(x), 3).pe(v[2], 14, 7));
+            add(line().a(" def2p   1   2   z").i(number, 1));
+        } else {
+            add(" lad");
+            add(line().a("   slc   1   l= ").pe(v[0], 14, 7).x(2).a("c= ").pe(v[1], 14, 7));
+            add(line().x(3).a(word(x)).a("  1   ").a(key(x), 3).pe(v[2], 14, 7));
+            add(line().a(" z").i(number, 1).a(": 1por 1"));
+            add(" end");
+            add(" *");
+        }
+    }
+    if (!touchstone_) return;
+    const auto place = [&](int number, std::string_view nodes) { add(line().x(3).a("z").i(number, 1).a(nodes)); };
+    place(second - 1, "   1   2");
+    place(second - 1, "   3   4");
+    place(second, "   1   4");
+    place(second, "   3   2");
+    add(line().a(" def4p   1   2   3   4   sec").i(second / 2, 1));
+}
+
+// A four-port between two transformers: its upper rail leads from node a to c, its lower one from b to d.
+void RfText::lattice_four_port(const NetBranch& b, int number) {
+    const auto& before = b.elements[0].nodes;
+    const auto& behind = b.elements[1].nodes;
+    const int a_ = before[2], b_ = before[3], c_ = behind[2], d_ = behind[3];
+    const auto transformer = [&](const std::array<int, 4>& nodes) {
+        if (touchstone_) {
+            // (3X,"xfer",(2X,I2)*2,"   0  ",I2,"   n=1.0")
+            add(line().x(3).a("xfer").x(2).i(nodes[0], 2).x(2).i(nodes[2], 2).a("   0  ").i(nodes[3], 2).a("   n=1.0"));
+        } else {
+            add(line().x(3).a("trf  ").i(nodes[0], 2).x(2).i(nodes[2], 2).a("   0  ").i(nodes[3], 2).a("   n=1.0"));
+        }
+    };
+    transformer(before);
+    if (touchstone_) {
+        // (3X,"sec",I1,(2X,I2)*4)
+        add(line().x(3).a("sec").i(number, 1).x(2).i(a_, 2).x(2).i(c_, 2).x(2).i(b_, 2).x(2).i(d_, 2));
+    } else {
+        // (3X,"z",I1,3X,I2,2X,I2,/)*4
+        const auto arm = [&](int z, int from, int to) {
+            add(line().x(3).a("z").i(z, 1).x(3).i(from, 2).x(2).i(to, 2));
+        };
+        arm(2 * number - 1, a_, c_);
+        arm(2 * number - 1, b_, d_);
+        arm(2 * number, a_, d_);
+        arm(2 * number, b_, c_);
+    }
+    transformer(behind);
+}
+
+void RfText::circuit_end() {
+    const Line ports = line().x(1).i(net_.first, 3).x(1).i(net_.last, 3);
+    if (touchstone_) {
+        add(line().a(" def2p ").a(ports.text()).x(3).a("a"));
+    } else {
+        add(line().a(" a: 2por").a(ports.text()));
+    }
+    add("   end");
+}
+
+void RfText::touchstone_tail() {
+    const Sweep& sweep = request_.sweep;
+    add("   freq");
+    add(std::string(dialect_.comment) + "put frequencies here");
+    add(line().x(5).a("sweep ").pe(sweep.low, 16, 7).pe(sweep.high, 16, 7).pe(sweep.step(), 16, 7));
+    add("   out");
+    add("     a db[s21] gr1");
+    add("   grid");
+    add(std::string(dialect_.comment) + "put plot info here");
+    const double division = (sweep.high - sweep.low) / range_steps;
+    add(line().x(5).a("range ").pe(sweep.low, 16, 7).pe(sweep.high, 16, 7).pe(division, 16, 7));
+    add("     gr1 -4.0 1.0 1.0");
+    add("   dim");
+    add("     freq hz");
+    add("     ind h");
+    add("     cap f");
+    add("   term");
+    add(line().x(4).a(" a ").pe(net_.R1, 14, 7));
+}
+
+void RfText::scompact_tail() {
+    const Sweep& sweep = request_.sweep;
+    add("   freq");
+    add(std::string(dialect_.comment) + "put frequencies here");
+    add(line().x(5).a("step ").pe(sweep.low, 16, 7).pe(sweep.high, 16, 7).pe(sweep.step(), 16, 7));
+    add("   end");
+    add(" *");
+    add("   out");
+    const double r2 = net_.R2 != 0 || net_.series_end ? net_.R2 : open_end;
+    add(line().x(4).a("pri a r1 = ").pe(net_.R1, 14, 7).a(" r2 = ").pe(r2, 14, 7).a(" s"));
+    add("   end");
+}
+
+Keyword RfText::keyword(Kind kind) const {
+    switch (kind) {
+        case Kind::resistor: return res;
+        case Kind::inductor: return microwave_ ? sst : ind;
+        case Kind::capacitor: return microwave_ ? ost : cap;
+        case Kind::series_pair: return slc;
+        case Kind::parallel_pair: return plc;
+        case Kind::line: return trl;
+        default: return trf;
+    }
+}
+
+// A10: the names of the branch's parts, as a comment.
+std::string RfText::part_names(int k) const {
+    std::string names(dialect_.comment);
+    for (const CircuitPart& part : parts_) {
+        if (part.branch == k) names += line().a(std::string(1, part.letter)).i(part.number, 0, 2).x(1).text();
+    }
+    names.resize(10, ' ');
+    return names;
+}
+
+}  // namespace
+
+}  // namespace kavrel

@@ -1,0 +1,113 @@
+#include "exchange/spice_netlist.h"
+
+#include <algorithm>
+#include <numbers>
+
+#include "exchange/expanded_circuit.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+using Kind = NetElement::Kind;
+
+constexpr int largest_count = 99;              // of points, in two digits
+constexpr double transformer_reactance = 1e6;  // of the coils that stand for an ideal one, relative to the load
+
+// Names are a letter and the two digits of a running counter.
+class SpiceText {
+public:
+    SpiceText(const Circuit& circuit, const ExpandedCircuit& net, const Sweep& sweep, std::vector<std::string>& lines)
+        : circuit_(circuit), net_(net), sweep_(sweep), lines_(lines) {}
+
+    void write();
+
+private:
+    void element(const NetElement& element);
+    std::string two_pole(char letter, int from, int to, double value);
+    void coils(const std::array<int, 4>& nodes, double first, double second, double coupling);
+    void end();
+    std::string next_name(char letter) { return letter + edit_i(++counter_, 0, 2); }
+
+    const Circuit& circuit_;
+    const ExpandedCircuit& net_;
+    const Sweep& sweep_;
+    std::vector<std::string>& lines_;
+    int counter_ = 0;
+};
+
+}  // namespace
+
+bool spice_netlist(const Circuit& circuit, bool half_lattices, const Sweep& sweep, std::vector<std::string>& lines) {
+    ExpandedCircuit net;
+    const ExpansionRequest request{.first_node = 2,
+                                   .lattice = half_lattices ? LatticeText::half : LatticeText::four_arms,
+                                   .coupled_coils = true,
+                                   .end_on_ground = true};
+    if (!expand_circuit(circuit, request, net)) return false;
+    SpiceText(circuit, net, sweep, lines).write();
+    return true;
+}
+
+namespace {
+
+void SpiceText::write() {
+    lines_.push_back(line().a(" vin  ").i(1, 3).a("   0   ac   2.0"));
+    two_pole('r', 1, net_.first, net_.R1);
+    for (const NetBranch& branch : net_.branches) {
+        for (const NetElement& e : branch.elements) element(e);
+    }
+    if (net_.R2 != 0) two_pole('r', net_.last, 0, net_.R2);
+    end();
+}
+
+void SpiceText::element(const NetElement& e) {
+    switch (e.kind) {
+        case Kind::resistor: two_pole('r', e.nodes[0], e.nodes[1], e.value); break;
+        case Kind::inductor: two_pole('l', e.nodes[0], e.nodes[1], e.value); break;
+        case Kind::capacitor: two_pole('c', e.nodes[0], e.nodes[1], e.value); break;
+        case Kind::coupled_coils: coils(e.nodes, e.value, e.second, e.third); break;
+        case Kind::transformer: {
+            const double f = circuit_.fnorm > 0 ? circuit_.fnorm : sweep_.high;
+            const double coil = transformer_reactance * net_.R1 / (2 * std::numbers::pi * f);
+            std::array<int, 4> nodes = e.nodes;
+            if (e.value < 0) std::swap(nodes[2], nodes[3]);
+            coils(nodes, coil, coil, 1);
+            break;
+        }
+        default: break;
+    }
+}
+
+// (1X,A4,2I4,2X,1P,E14.6)
+std::string SpiceText::two_pole(char letter, int from, int to, double value) {
+    const std::string name = next_name(letter);
+    std::string padded = name;
+    if (padded.size() < 4) padded.resize(4, ' ');
+    lines_.push_back(line().x(1).a(padded).i(from, 4).i(to, 4).x(2).pe(value, 14, 6));
+    return padded;
+}
+
+// ((1X,A4)*3,2X,1P,E14.6)
+void SpiceText::coils(const std::array<int, 4>& nodes, double first, double second, double coupling) {
+    const std::string l1 = two_pole('l', nodes[0], nodes[1], first);
+    const std::string l2 = two_pole('l', nodes[2], nodes[3], second);
+    std::string name = next_name('k');
+    if (name.size() < 4) name.resize(4, ' ');
+    lines_.push_back(line().x(1).a(name).x(1).a(l1).x(1).a(l2).x(2).pe(coupling, 14, 6));
+}
+
+void SpiceText::end() {
+    const int count = std::min(sweep_.count, largest_count);
+    lines_.push_back(line().a(" .ac lin ").i(count, 2).x(2).x(2).pe(sweep_.low, 14, 6).x(2).pe(sweep_.high, 14, 6));
+    const bool voltage = net_.R2 != 0;
+    const std::string nodes = line().i(net_.last, 2).a(",").i(0, 2).a(")");
+    lines_.push_back(
+        line().a(voltage ? " .print ac vdb(" : " .print ac idb(").a(nodes).a(voltage ? " vp(" : " ip(").a(nodes));
+    lines_.emplace_back(" .end");
+}
+
+}  // namespace
+
+}  // namespace kavrel

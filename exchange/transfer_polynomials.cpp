@@ -1,0 +1,82 @@
+#include "exchange/transfer_polynomials.h"
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <numbers>
+
+#include "exchange/text_parts.h"
+#include "numeric/root_set.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+using Roots = Table<double, max_degree>;
+
+// Of multiplier times the product of (s - root/unit), ascending.
+std::vector<double> coefficients(int count, const Roots& re, const Roots& im, long double unit,
+                                 long double multiplier) {
+    WideRootSet set;
+    set.multiplier = multiplier;
+    for (int i = 1; i <= count; ++i) set.append({re(i) / unit, im(i) / unit});
+    const PolynomialOf<long double> expanded = expandRoots(set);
+    std::vector<double> ascending;
+    for (int i = expanded.degree + 1; i >= 1; --i) ascending.push_back(static_cast<double>(expanded.re(i)));
+    return ascending;
+}
+
+void add_rows(const std::vector<double>& ascending, std::vector<std::string>& lines) {
+    for (auto order = ascending.size(); order-- > 0;) {
+        lines.push_back(line().x(2).pe(ascending[order], 23, 13).a("   % order=").i(static_cast<long long>(order), 2));
+    }
+    lines.emplace_back(" ]");
+}
+
+}  // namespace
+
+TransferPolynomials transfer_polynomials(const TransferFunction& t, bool warped) {
+    constexpr long double two_pi = 2 * std::numbers::pi_v<long double>;
+    const long double unit = warped ? 1 : t.normFrequency;
+    const long double level = std::pow(10.0L, static_cast<long double>(t.lossConstant) / 20);
+    const long double multiplier = t.multiplier * level * std::pow(unit, t.zeroCount - t.poleCount);
+    return {.numerator = coefficients(t.zeroCount, t.ZEROS_RE, t.ZEROS_IM, unit, multiplier),
+            .denominator = coefficients(t.poleCount, t.POLES_RE, t.POLES_IM, unit, 1),
+            .fnorm = static_cast<double>(t.normFrequency / two_pi)};
+}
+
+std::vector<std::string> polynomial_lines(const TransferPolynomials& polynomials) {
+    std::vector<std::string> lines = {"******* Transfer function polynomials *******",
+                                      "normalized coefficients in ascending order",
+                                      line().a("numerator", 3 + 22).a("denominator", 25)};
+    const std::size_t rows = std::max(polynomials.numerator.size(), polynomials.denominator.size());
+    for (std::size_t i = 0; i < rows; ++i) {
+        lines.push_back(line()
+                            .x(1)
+                            .i(static_cast<long long>(i), 2)
+                            .pe(coefficient_at(polynomials.numerator, i), 25, 13)
+                            .pe(coefficient_at(polynomials.denominator, i), 25, 13));
+    }
+    lines.push_back(line().a(" normalization frequency =").pe(polynomials.fnorm, 25, 13).a(" hz"));
+    return lines;
+}
+
+std::vector<std::string> matlab_lines(const TransferPolynomials& polynomials, std::string_view title) {
+    std::vector<std::string> lines = {" % transfer function polynomial data for use with matlab(tm)",
+                                      " % Kavrel title:",
+                                      " %" + title_words(title),
+                                      " %",
+                                      " % numerator of h(s):",
+                                      " num = ["};
+    add_rows(polynomials.numerator, lines);
+    lines.emplace_back(" % denominator of h(s):");
+    lines.emplace_back(" denom = [");
+    add_rows(polynomials.denominator, lines);
+    lines.emplace_back(" % (normalized coefficients in descending order)");
+    lines.push_back(line().a(" fnorm =").pe(polynomials.fnorm, 23, 13));
+    lines.emplace_back(" % end of kavrel data for matlab");
+    return lines;
+}
+
+}  // namespace kavrel

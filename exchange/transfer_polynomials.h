@@ -1,0 +1,29 @@
+// The transfer function h(s) = output over source as a ratio of polynomials, s normalised so that the normalisation
+// frequency is 1; of a microwave filter s is the variable j tan, 1 at the band edge. The multiplier of the numerator
+// brings the loss at the band edge to the one asked for.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "approximation/filter_spec.h"
+
+namespace kavrel {
+
+struct TransferPolynomials {
+    std::vector<double> numerator;  // [i] coefficient of s^i
+    std::vector<double> denominator;
+    double fnorm = 0;  // Hz
+};
+
+// `warped`: the roots are those of a microwave or sampled filter, already normalised.
+[[nodiscard]] TransferPolynomials transfer_polynomials(const TransferFunction& transfer, bool warped);
+
+// The lines of the screen: "******* Transfer function polynomials *******" and what follows it.
+[[nodiscard]] std::vector<std::string> polynomial_lines(const TransferPolynomials& polynomials);
+
+// The script that defines num, denom and fnorm.
+[[nodiscard]] std::vector<std::string> matlab_lines(const TransferPolynomials& polynomials, std::string_view title);
+
+}  // namespace kavrel

@@ -1,0 +1,280 @@
+// The classic texts: word for word, and as the circuits that they describe.
+#include <map>
+
+#include <gtest/gtest.h>
+
+#include "tests/exchange/exchange_helpers.h"
+#include "tests/exchange/netlist_solver.h"
+
+namespace kavrel {
+namespace {
+
+using namespace testing;
+
+constexpr std::string_view title = "Every branch kind";
+
+// Branches of all kinds with the values 1.1, 1.2, ... in the order of the cells, times the unit of their letter; the
+// kinds that are elements of a slot stand in both.
+Circuit every_kind(CircuitKind kind) {
+    const bool lumped = kind == CircuitKind::lumped;
+    Circuit circuit;
+    circuit.kind = kind;
+    circuit.fnorm = 1e6;
+    circuit.fs = 3e9;
+    int k = 1, cell = 0;
+    const auto append = [&](int id, int parity) {
+        std::vector<double> values;
+        for (const char letter : branch_kinds[id].cells) {
+            const double unit = letter == 'L' ? 1e-6 : letter == 'C' ? 1e-9 : 100;
+            values.push_back((1 + 0.1 * (++cell % 9)) * (lumped ? unit : 1));
+        }
+        k = circuit.klast + 1;
+        if (k % 2 != parity) ++k;
+        EXPECT_EQ(insert_values(circuit, k, id, values), CircuitVerdict::done);
+    };
+    append(0, 1);
+    for (int id = 0; id < quadruplet_id; ++id) {
+        if (id == unit_element_id ? lumped : !lumped && id > 3 && id != 13 && id != 14) continue;
+        append(id, 0);
+        if (branch_kinds[id].slot_element) append(id, 1);
+    }
+    if (lumped) {
+        // A tee of coils that only coupled ones can be, and a triplet that leaves out two of its elements.
+        k = circuit.klast + 2;
+        EXPECT_EQ(insert_values(circuit, k, 17, std::array{-0.2e-6, 4e-6, 1e-6, 0.0, 1.5e-6}), CircuitVerdict::done);
+        k = circuit.klast + 2;
+        EXPECT_EQ(insert_values(circuit, k, 22, std::array{2e-6, 1e-9, absent_inductor, 0.0, -3e-9}),
+                  CircuitVerdict::done);
+        Quadruplet q;
+        q.M(1, 2) = q.M(3, 4) = q.M(1, 4) = 1;
+        q.XK(1, 2) = 1e6, q.XK(3, 4) = 1.25e6, q.XK(1, 4) = 0.2e6;
+        q.XC(2, 3) = 2e-9, q.XC(1, 3) = 0.5e-9;
+        q.YK(2) = 0.5e6, q.YC(2) = 1e-9, q.YC(3) = 2e-9;
+        k = circuit.klast + 2;
+        EXPECT_EQ(insert_quadruplet(circuit, k, q), CircuitVerdict::done);
+    }
+    append(0, 1);
+    return circuit;
+}
+
+Circuit singly_terminated(int last_id, int last_slot) {
+    Circuit circuit;
+    int k = 1;
+    EXPECT_EQ(insertBranch(circuit, k, 50, 0, 0), CircuitVerdict::done);
+    for (k = 2; k <= last_slot; ++k) {
+        EXPECT_EQ(insertBranch(circuit, k, k % 2 == 0 ? 1e-5 : 1e-9, 0, k < last_slot ? 2 - (k + 1) % 2 : last_id),
+                  CircuitVerdict::done);
+    }
+    return circuit;
+}
+
+// Sections headed "=== name".
+std::map<std::string, std::string> golden_texts(const std::string& name) {
+    std::ifstream file(std::string(TEST_DATA) + "/exchange/" + name, std::ios::binary);
+    std::map<std::string, std::string> sections;
+    std::string* section = nullptr;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("=== ")) {
+            section = &sections[line.substr(4)];
+        } else if (section != nullptr) {
+            *section += line + '\n';
+        }
+    }
+    return sections;
+}
+
+struct ClassicCase {
+    std::string name;
+    Circuit circuit;
+    TransferRequest request;
+};
+
+std::vector<ClassicCase> classic_cases() {
+    std::vector<ClassicCase> cases;
+    const Circuit lumped = every_kind(CircuitKind::lumped), microwave = every_kind(CircuitKind::microwave);
+    for (const TransferTypeRow& type : transfer_types) {
+        if (type.file_type == TransferFileType::matlab) continue;
+        const std::string label(type.label);
+        cases.push_back({label, lumped, {.file_type = type.file_type}});
+        if (type.microwave) cases.push_back({label + ", microwave", microwave, {.file_type = type.file_type}});
+        if (type.file_type == TransferFileType::pcfilt) continue;
+        cases.push_back({label + ", half-lattices", lumped, {.file_type = type.file_type, .half_lattices = true}});
+    }
+    cases.push_back({"Touchstone, variables",
+                     singly_terminated(1, 4),
+                     {.file_type = TransferFileType::touchstone, .variable_block = true}});
+    cases.push_back({"Spice, driven by a voltage", singly_terminated(1, 4), {.file_type = TransferFileType::spice}});
+    cases.push_back({"Spice, driven by a current", singly_terminated(2, 5), {.file_type = TransferFileType::spice}});
+    return cases;
+}
+
+TEST(ClassicTexts, EqualTheirGoldenTextsToTheByte) {
+    const auto golden = golden_texts("classic_texts.txt");
+    const auto frequencies = linear_grid(0, 2e6, 201);
+    std::string all;
+    for (const ClassicCase& c : classic_cases()) {
+        const std::string text =
+            transfer_text({.circuit = c.circuit, .title = title, .frequencies = frequencies}, c.request);
+        const auto found = golden.find(c.name);
+        EXPECT_EQ(text, found == golden.end() ? "" : found->second) << c.name;
+        all += "=== " + c.name + "\n" + text;
+    }
+    if (::testing::Test::HasFailure()) write_text(::testing::TempDir() + "classic_texts.txt", all);
+    EXPECT_EQ(golden.size(), classic_cases().size());
+}
+
+TEST(ClassicTexts, HoldTheLinesThatFortranWrites) {
+    const auto golden = golden_texts("classic_texts.txt");
+    int lines = 0;
+    for (const auto& [name, told] : golden_texts("told_lines.txt")) {
+        ASSERT_TRUE(golden.contains(name)) << name;
+        const std::string text = '\n' + golden.at(name);
+        std::istringstream in(told);
+        for (std::string line; std::getline(in, line); ++lines) {
+            EXPECT_NE(text.find('\n' + line + '\n'), std::string::npos) << name << ": " << line;
+        }
+    }
+    EXPECT_EQ(lines, 48);
+}
+
+// The texts hold 6 to 8 digits of each value; circuits of a few branches do not magnify their rounding by more than a
+// few hundred. Ideal transformers of Spice are coils of a reactance 1e6 times the load at the normalisation frequency.
+void expect_described(const Circuit& circuit, const NetworkReader& net, double R1, double R2, double tolerance,
+                      const std::string& text) {
+    EXPECT_EQ(net.foreign, 0) << text;
+    for (const double f : {0.05, 0.11, 0.2, 0.37}) {
+        ChainPoint point;
+        if (!analyze_at(circuit, f, point)) continue;
+        const WidestComplex analysed = 1.0L / WidestComplex(point.H.v.re, point.H.v.im);
+        EXPECT_LT(static_cast<double>(std::abs(net.transmission(f, R1, R2) - analysed)), tolerance) << f << "\n"
+                                                                                                    << text;
+    }
+}
+
+TEST(ClassicTexts, DescribeTheCircuit) {
+    for (int id = 0; id < branch_kind_count; ++id) {
+        if (id == unit_element_id) continue;
+        for (unsigned seed = 1; seed <= 4; ++seed) {
+            CircuitMaker maker(1000 * seed + static_cast<unsigned>(id));
+            const Circuit circuit = maker.circuit({id, 1, 2, 3}, 4, true);
+            const double R1 = circuit.VALUE(1), R2 = circuit.VALUE(circuit.ilast);
+            for (const bool half : {false, true}) {
+                for (const int type :
+                     {TransferFileType::scompact, TransferFileType::touchstone, TransferFileType::sstar}) {
+                    const std::string text = transfer_text({circuit}, {.file_type = type, .half_lattices = half});
+                    const double tolerance = type == TransferFileType::sstar ? 2e-4 : 2e-5;
+                    expect_described(circuit, read_classic(text), R1, R2, tolerance, text);
+                }
+                const std::string text =
+                    transfer_text({circuit}, {.file_type = TransferFileType::spice, .half_lattices = half});
+                const SpiceReader spice = read_spice(text);
+                expect_described(circuit, spice.net, spice.R1, spice.R2, 1e-4, text);
+            }
+        }
+    }
+}
+
+// A tee of coils with a negative arm: the coupling has four digits in SStar, seven in Spice.
+TEST(ClassicTexts, CoupledCoilsAreTheTee) {
+    Circuit circuit;
+    int k = 1;
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    k = 3;
+    EXPECT_EQ(insert_values(circuit, k, 24, std::array{-0.4, 0.7, 1.0, 0.0, 1.9}), CircuitVerdict::done);
+    k = circuit.klast + 2;
+    EXPECT_EQ(insertBranch(circuit, k, 1.5, 0, 0), CircuitVerdict::done);
+    const std::string sstar = transfer_text({circuit}, {.file_type = TransferFileType::sstar});
+    EXPECT_NE(sstar.find(" mui "), std::string::npos);
+    expect_described(circuit, read_classic(sstar), 1, 1.5, 1e-3, sstar);
+    const std::string spice = transfer_text({circuit}, {.file_type = TransferFileType::spice});
+    EXPECT_NE(spice.find(" k04"), std::string::npos) << spice;
+    expect_described(circuit, read_spice(spice).net, 1, 1.5, 1e-5, spice);
+}
+
+// 2 V behind R1 into a short circuit at the other end: by reciprocity the current is 2/(R1 H).
+TEST(ClassicTexts, SpiceOfACircuitDrivenByAVoltagePrintsItsCurrent) {
+    const Circuit circuit = singly_terminated(1, 4);
+    const SpiceReader spice = read_spice(transfer_text({circuit}, {.file_type = TransferFileType::spice}));
+    EXPECT_EQ(spice.print, " .print ac idb( 3, 0) ip( 3, 0)");
+    NetworkReader net = spice.net;
+    constexpr double small = 1e-6;  // in place of the short circuit
+    net.port1 = 2, net.port2 = 99;
+    for (auto& arm : net.arms) {
+        if (arm.to == 0 && arm.from == 3 && arm.L != 0) arm.to = 99;
+    }
+    for (const double f : {1e5, 1e6, 3e6}) {
+        ChainPoint point;
+        ASSERT_TRUE(analyze_at(circuit, f, point));
+        // transmission() is V2 sqrt(R1/R2) for 2 V, and the current V2/R2.
+        const WidestComplex current = net.transmission(f, 50, small) / std::sqrt(static_cast<long double>(50 * small));
+        const WidestComplex expected = 2.0L / (50.0L * WidestComplex(point.H.v.re, point.H.v.im));
+        EXPECT_LT(static_cast<double>(std::abs(current / expected - 1.0L)), 1e-5) << f;
+    }
+}
+
+TEST(TransferFile, RefusesWhatATypeCannotCarry) {
+    Circuit circuit = every_kind(CircuitKind::microwave);
+    std::string text = "kept";
+    const auto verdict = [&](int type, TransferDialect dialect = TransferDialect::classic) {
+        return write_transfer_file({circuit}, {.file_type = type, .dialect = dialect}, text);
+    };
+    EXPECT_EQ(verdict(TransferFileType::spice), TransferVerdict::microwave_refused);
+    EXPECT_EQ(verdict(TransferFileType::sstar, TransferDialect::modern), TransferVerdict::microwave_refused);
+    EXPECT_EQ(message_of(TransferVerdict::microwave_refused), "Microwave filter, file type is not available");
+    EXPECT_EQ(verdict(TransferFileType::matlab), TransferVerdict::no_data);
+    EXPECT_EQ(verdict(7), TransferVerdict::no_such_type);
+    circuit.kind = CircuitKind::wave_digital;
+    EXPECT_EQ(verdict(TransferFileType::touchstone, TransferDialect::modern), TransferVerdict::microwave_refused);
+
+    CircuitMaker maker(3);
+    circuit = maker.circuit({11}, 5, true);
+    EXPECT_TRUE(has_lattices(circuit));
+    EXPECT_EQ(verdict(TransferFileType::touchstone), TransferVerdict::too_many_lattices);
+    EXPECT_EQ(message_of(TransferVerdict::too_many_lattices), "Too many lattices, file may not be written");
+    circuit.INDX1(unpackBranch(circuit, 1).kn) = 0;
+    EXPECT_EQ(verdict(TransferFileType::spice), TransferVerdict::internal_error) << "a broken chain";
+    circuit = maker.circuit({1, 2, 3}, 40, true);
+    EXPECT_FALSE(has_lattices(circuit));
+    circuit.VALUE(3) = std::nan("");
+    EXPECT_EQ(verdict(TransferFileType::scompact), TransferVerdict::internal_error);
+    circuit = {};
+    EXPECT_EQ(verdict(TransferFileType::pcfilt), TransferVerdict::no_data);
+    EXPECT_EQ(text, "kept");
+}
+
+TEST(TransferFile, NodesBeyondTheirFieldAreAnInternalErrorAndStarsInATitleAreNot) {
+    Circuit circuit;
+    int k = 1;
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    const auto append = [&](int id) {
+        const std::vector<double> values(branch_kinds[id].cells.size(), 1.0);
+        k = circuit.klast + 2;
+        return id == quadruplet_id ? insert_quadruplet(circuit, k, CircuitMaker(1).quadruplet())
+                                   : insert_values(circuit, k, id, values);
+    };
+    for (int i = 0; i < 21; ++i) ASSERT_EQ(append(9), CircuitVerdict::done);
+    std::string text;
+    const TransferInput input{.circuit = circuit, .title = "** mine **"};
+    const TransferRequest request{.file_type = TransferFileType::touchstone};
+    EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::written);
+    for (int i = 0; i < max_quadruplets; ++i) ASSERT_EQ(append(quadruplet_id), CircuitVerdict::done);
+    EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::written) << "elements have four digits";
+    ASSERT_EQ(append(3), CircuitVerdict::done);
+    EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::internal_error) << "pairs have two";
+}
+
+TEST(TransferFile, NamesAndFrequencies) {
+    EXPECT_EQ(transfer_file_name("lp.qfp", {.file_type = TransferFileType::matlab}), "lp.m");
+    EXPECT_EQ(transfer_file_name("lp", {.file_type = TransferFileType::spice, .dialect = TransferDialect::modern}),
+              "lp.ckt");
+    EXPECT_EQ(
+        transfer_file_name("lp.ckt", {.file_type = TransferFileType::scompact, .dialect = TransferDialect::modern}),
+        "lp.s2p");
+    AnalysisResult result;
+    result.frequency_count = 2;
+    result.FREQ(1) = 1000.1F, result.FREQ(2) = 3e9F;
+    EXPECT_EQ(analysis_frequencies(result), (std::vector<double>{1000.1, 3e9}));
+}
+
+}  // namespace
+}  // namespace kavrel

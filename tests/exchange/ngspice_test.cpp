@@ -1,0 +1,153 @@
+// The ngspice text, run unedited, against the analysis.
+#include <map>
+
+#include <gtest/gtest.h>
+
+#include "circuit/parts_list.h"
+#include "shell/edit.h"
+#include "tests/exchange/exchange_helpers.h"
+
+namespace kavrel {
+namespace {
+
+using namespace testing;
+
+struct Net {
+    std::string name;
+    Circuit circuit;
+    double low, high;
+    bool half_lattices = false;
+};
+
+Circuit scaled(Circuit circuit, double R, double f) {
+    for (int k = 1; k != 0; k = unpackBranch(circuit, k).kn) {
+        const Branch branch = unpackBranch(circuit, k);
+        const auto values = branch_values(circuit, branch);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const char letter = branch_kinds[branch.id].cells[i];
+            if (std::fabs(values[i]) >= absent_inductor) continue;
+            values[i] *= letter == 'L' ? R / (2 * pi * f) : letter == 'C' ? 1 / (R * 2 * pi * f) : R;
+        }
+    }
+    for (int i = 1; i <= circuit.quadruplet_count; ++i) {
+        Quadruplet& q = circuit.QUADRUPLETS(i);
+        for (double& x : q.XK.cells) x *= 2 * pi * f / R;
+        for (double& x : q.XC.cells) x /= R * 2 * pi * f;
+        for (int j = 2; j <= 3; ++j) q.YK(j) *= 2 * pi * f / R, q.YC(j) /= R * 2 * pi * f;
+    }
+    circuit.fnorm = f;
+    return circuit;
+}
+
+std::vector<Net> nets() {
+    std::vector<Net> all;
+    const std::vector<int> plain = {0, 1, 2, 3, 13, 14};
+    // A ladder of degree 30, alternating coils and capacitors as a low-pass has them.
+    CircuitMaker maker(11);
+    for (const bool source : {true, false}) {
+        for (const int count : {5, 12, 30}) {
+            Circuit circuit;
+            int k = 1;
+            (void)insertBranch(circuit, k, 1, 0, 0);
+            for (int i = 0; i < count; ++i) {
+                k = circuit.klast + 1;
+                (void)insertBranch(circuit, k, maker.uniform(0.8, 2), 0, k % 2 == 0 ? 1 : 2);
+            }
+            if (source) {
+                k = circuit.klast + 1;
+                (void)insertBranch(circuit, k, 1.5, 0, 0);
+            }
+            all.push_back({"low-pass", scaled(circuit, 50, 1e6), 1e4, 1.5e6});
+            if (!source) {
+                k = circuit.klast;
+                (void)deleteBranch(circuit, k);
+                all.push_back({"low-pass of the other end", scaled(circuit, 600, 1e3), 10, 1500});
+            }
+        }
+    }
+    for (unsigned seed = 1; seed <= 6; ++seed) {
+        CircuitMaker random(seed);
+        random.negative_share = seed % 2 == 0 ? 0.2 : 0;
+        all.push_back({"ladder", scaled(random.circuit(plain, 8, seed % 3 != 0), 75, 1e5), 1e3, 3e5});
+    }
+    for (int id = 4; id < branch_kind_count; ++id) {
+        if (id == unit_element_id) continue;
+        CircuitMaker random(static_cast<unsigned>(100 + id));
+        const bool lattice = branch_kinds[id].structure == Structure::lattice;
+        for (const bool half : {false, true}) {
+            if (half && !lattice) continue;
+            Circuit circuit = random.circuit({id}, 1, id % 3 != 0);
+            all.push_back({"kind " + std::to_string(id), scaled(circuit, 300, 2e4), 100, 6e4, half});
+            circuit = random.circuit({id, 1, 2}, 6, true);
+            all.push_back({"kinds with " + std::to_string(id), scaled(circuit, 1e3, 2e4), 100, 6e4, half});
+        }
+    }
+    for (unsigned seed = 1; seed <= 8; ++seed) {
+        CircuitMaker random(40 + seed);
+        Circuit circuit = random.circuit({1, 2, 3, 10, 10, 13, 14}, 7, seed % 3 != 0);
+        circuit.kind = CircuitKind::microwave;
+        circuit.fs = 4e9;
+        all.push_back({"microwave", circuit, 1e7, 1.97e9});
+    }
+    return all;
+}
+
+TEST(Ngspice, RunsTheNetlistAndAgreesWithTheAnalysis) {
+    if (!has_program("ngspice")) GTEST_SKIP() << "ngspice is not installed";
+    const ScratchFolder folder;
+    double worst_loss = 0, worst_phase = 0;
+    int compared = 0;
+    for (const Net& net : nets()) {
+        const auto frequencies = linear_grid(net.low, net.high, 200);
+        const TransferInput input{.circuit = net.circuit, .title = net.name, .frequencies = frequencies};
+        const std::string text = transfer_text(input, {.file_type = TransferFileType::spice,
+                                                       .dialect = TransferDialect::modern,
+                                                       .half_lattices = net.half_lattices});
+        EXPECT_TRUE(text.starts_with("* " + net.name + "\n")) << text;
+        write_file("net.cir", text);
+        const ProgramRun run = run_program("ngspice -b net.cir");
+        const auto rows = printed_rows(run.output);
+        ASSERT_EQ(rows.size(), frequencies.size()) << net.name << "\n" << text << run.output;
+        for (const PrintedRow& row : rows) {
+            ChainPoint point;
+            if (!analyze_at(net.circuit, row.f, point)) continue;
+            const double loss = std::fabs(row.decibels + static_cast<double>(point.loss));
+            const double phase = std::fabs(turned(row.degrees - static_cast<double>(point.phase)));
+            EXPECT_LT(loss, 1e-4) << net.name << " at " << row.f << "\n" << text;
+            EXPECT_LT(phase, 1e-3) << net.name << " at " << row.f;
+            if (!(loss < 1e-4) || !(phase < 1e-3)) break;
+            worst_loss = std::max(worst_loss, loss);
+            worst_phase = std::max(worst_phase, phase);
+            ++compared;
+        }
+    }
+    EXPECT_GT(compared, 190 * static_cast<int>(nets().size()));
+    RecordProperty("worst_loss_dB", std::to_string(worst_loss));
+    RecordProperty("worst_phase_degrees", std::to_string(worst_phase));
+}
+
+TEST(Ngspice, ElementsBearTheNamesOfThePartsList) {
+    CircuitMaker maker(5);
+    const Circuit circuit = maker.circuit({1, 3, 9, 11, 15, 16, 17, quadruplet_id}, 8, true);
+    ASSERT_TRUE(has_lattices(circuit));
+    for (const bool half : {false, true}) {
+        std::istringstream in(transfer_text(
+            {circuit},
+            {.file_type = TransferFileType::spice, .dialect = TransferDialect::modern, .half_lattices = half}));
+        std::string names, expected;
+        std::getline(in, names);
+        names.clear();
+        for (std::string line; std::getline(in, line);) {
+            if (std::string_view("rlc").find(line[0]) != std::string_view::npos) names += line.substr(0, 3);
+        }
+        std::map<char, int> numbers;
+        for (const CircuitPart& part : list_parts(circuit, half)) {
+            expected += part.letter + edit_i(part.number, 2, 2);
+            EXPECT_EQ(part.number, ++numbers[part.letter]);
+        }
+        EXPECT_EQ(names, expected);
+    }
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     ConsoleOptions options;
     options.keep_going = true;
-    Script script;
+    ConsoleScript script;
     std::ostringstream told;
     ConsoleWindow window(script, {.report = told, .screen = told, .out = told, .errors = told, .options = options});
     const auto bench = std::make_unique<Workbench>(window);

@@ -2,27 +2,23 @@
 #pragma once
 
 #include "passive/passive_filter.h"
+#include "passive/passive_request.h"
 #include "shell/analysis_result.h"
 #include "shell/plot.h"
-#include "shell/print_form.h"
 #include "shell/reporter.h"
 #include "shell/session.h"
 #include "shell/window_layer.h"
 
 namespace kavrel {
 
-// What the small forms of the commands ask for.
-struct PassiveRequest {
-    int printing_to = static_cast<int>(PrintTarget::none);
-};
-
 // What the Segment keeps from command to command beside the filter.
 struct PassiveState {
-    int undoTop = 0;        // the snapshot that the next "undo" reads
-    int undoCount = 0;      // the highest one in use
-    bool recording = false;  // of a macro
-    bool suppress = false;   // "*** done ***" goes to the report instead of a box
-    int lastBranch = 1;      // from which the next show starts
+    int undoTop = 0;            // the snapshot that the next "undo" reads
+    int undoCount = 0;          // the highest one in use
+    bool recording = false;     // of a macro, into
+    FixedText<256> macro_file;  // the file of this name
+    bool suppress = false;      // "*** done ***" goes to the report instead of a box, and edits show no circuit
+    int lastBranch = 1;         // from which the next show starts
 };
 
 struct PassiveDesk {

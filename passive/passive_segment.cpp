@@ -2,9 +2,11 @@
 
 #include <array>
 
-#include "circuit/drawing.h"
-#include "circuit/element_statistics.h"
-#include "circuit/listing.h"
+#include "passive/analysis_commands.h"
+#include "passive/edits.h"
+#include "passive/file_commands.h"
+#include "passive/macro_file.h"
+#include "passive/report_commands.h"
 
 namespace kavrel {
 
@@ -18,42 +20,72 @@ struct WordRow {
 };
 
 constexpr int compact_from = 130;  // cells in use
+constexpr CommandKeyword read_word("read");
+constexpr CommandKeyword show_word("show");
 
-void report(PassiveDesk& desk, const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) desk.reporter.report_line(line);
-}
+// A blank cell is no command: it leaves the Segment.
+void leave(PassiveDesk&) {}
 
-void show(PassiveDesk& desk) {
-    report(desk, showCircuit(desk.filter.circuit, desk.state.lastBranch, desk.session.units));
-    desk.state.lastBranch = 1;
-}
+void read(PassiveDesk& desk) { read_circuit_file(desk, false); }
 
-void list(PassiveDesk& desk) { report(desk, listCircuit(desk.filter.circuit)); }
-
-void spread(PassiveDesk& desk) {
-    ElementStatistics statistics;
-    if (elementStatistics(desk.filter.circuit, statistics)) {
-        report(desk, statistics_lines(statistics, desk.filter.circuit.kind, desk.session.units));
-    } else {
-        desk.reporter.message(no_circuit_to_analyze, "Error");
-    }
-}
-
-void print(PassiveDesk& desk) {
-    choose_print_mode(static_cast<PrintTarget>(desk.command.printing_to), desk.reporter);
-}
-
-constexpr WordRow rows[] = {
-    {"tp  ", nullptr}, {"ib  ", nullptr}, {"rs  ", nullptr}, {"fs  ", nullptr}, {"ins ", nullptr}, {"del ", nullptr},
-    {"show", show},    {"tr  ", nullptr}, {"pri ", print},   {"    ", nullptr}, {"com ", nullptr}, {"pltf", nullptr},
-    {"dual", nullptr}, {"be  ", nullptr}, {"save", nullptr}, {"freq", nullptr}, {"lat ", nullptr}, {"incl", nullptr},
-    {"squ ", nullptr}, {"spl ", nullptr}, {"file", nullptr}, {"text", nullptr}, {"equ ", nullptr}, {"pz  ", nullptr},
-    {"flip", nullptr}, {"lce ", nullptr}, {"sto ", nullptr}, {"rcl ", nullptr}, {"disp", nullptr}, {"ch  ", nullptr},
-    {"lbl ", nullptr}, {"time", nullptr}, {"list", list},    {"plpr", nullptr}, {"sprd", spread},  {"res ", nullptr},
-    {"pref", nullptr}, {"tabf", nullptr}, {"xr  ", nullptr}, {"undo", nullptr}, {"ecm ", nullptr}, {"copy", nullptr},
-    {"read", nullptr}, {"prf ", nullptr}, {"wave", nullptr}, {"xch ", nullptr}, {"ct  ", nullptr}, {"cq  ", nullptr},
-    {"mtr ", nullptr}, {"pltt", nullptr}, {"tabt", nullptr}, {"supp", nullptr}, {"redo", nullptr}, {"writ", nullptr},
-    {"clos", nullptr}, {"non ", nullptr}, {"nonp", nullptr}, {"conv", nullptr}};
+constexpr WordRow rows[] = {{"tp  ", nullptr},
+                            {"ib  ", nullptr},
+                            {"rs  ", nullptr},
+                            {"fs  ", nullptr},
+                            {"ins ", insert_branch},
+                            {"del ", delete_branch},
+                            {"show", show},
+                            {"tr  ", nullptr},
+                            {"pri ", choose_print},
+                            {"    ", leave},
+                            {"com ", nullptr},
+                            {"pltf", plot_frequency},
+                            {"dual", nullptr},
+                            {"be  ", nullptr},
+                            {"save", save_circuit_file},
+                            {"freq", analyse_frequency},
+                            {"lat ", nullptr},
+                            {"incl", nullptr},
+                            {"squ ", nullptr},
+                            {"spl ", nullptr},
+                            {"file", write_transfer},
+                            {"text", write_text_file},
+                            {"equ ", nullptr},
+                            {"pz  ", write_pole_zero},
+                            {"flip", nullptr},
+                            {"lce ", nullptr},
+                            {"sto ", store_circuit},
+                            {"rcl ", recall_circuit},
+                            {"disp", display_design},
+                            {"ch  ", change_branch},
+                            {"lbl ", change_title},
+                            {"time", analyse_time},
+                            {"list", list},
+                            {"plpr", print_plot_window},
+                            {"sprd", spread},
+                            {"res ", resonance},
+                            {"pref", nullptr},
+                            {"tabf", tabulate_frequency},
+                            {"xr  ", nullptr},
+                            {"undo", undo_edit},
+                            {"ecm ", nullptr},
+                            {"copy", copy_branch},
+                            {"read", read},
+                            {"prf ", display_function},
+                            {"wave", nullptr},
+                            {"xch ", nullptr},
+                            {"ct  ", nullptr},
+                            {"cq  ", nullptr},
+                            {"mtr ", nullptr},
+                            {"pltt", plot_time},
+                            {"tabt", tabulate_time},
+                            {"supp", suppress},
+                            {"redo", redo_edit},
+                            {"writ", start_macro},
+                            {"clos", stop_macro},
+                            {"non ", phase_nonlinearity},
+                            {"nonp", print_phase_nonlinearity},
+                            {"conv", nullptr}};
 
 constexpr auto words = [] {
     std::array<CommandKeyword, std::size(rows)> table;
@@ -61,17 +93,36 @@ constexpr auto words = [] {
     return table;
 }();
 
-constexpr Field print_fields[] = {print_field<&PassiveRequest::printing_to>};
+// The store is empty: kind, band and quarter-wave frequency are all that is known of a circuit to be typed in.
+void begin_empty(PassiveFilter& filter) {
+    Circuit& circuit = filter.circuit;
+    clear_circuit(circuit);
+    circuit.R1 = circuit.R2 = 0;
+    circuit.mode_count = 0;
+    if (circuit.fnorm == 0) circuit.fnorm = circuit.fb != 0 ? circuit.fb : circuit.fa;
+    filter.designed = false;
+    filter.mod = 0.0F;
+}
 
-// What a new circuit is met with: it is the designed one, and nothing can be undone.
-void enter(PassiveDesk& desk) {
-    if (desk.session.entry(SegmentId::passive) == passive_entry::synthesised) desk.filter.mod = 0.0F;
-    desk.state = {.suppress = desk.state.suppress};
+// A circuit that comes from elsewhere: its name is not known yet, and what was done to the former one is over.
+void enter(PassiveDesk& desk, int entry) {
+    desk.state.undoTop = 0;
+    desk.state.undoCount = 0;
+    desk.state.lastBranch = 1;
+    switch (entry) {
+        case passive_entry::analysis:
+            begin_empty(desk.filter);
+            desk.session.filter_file = "";
+            break;
+        case passive_entry::synthesised:
+            desk.filter.mod = 0.0F;
+            desk.session.filter_file = "";
+            break;
+        default: break;
+    }
 }
 
 }  // namespace
-
-constexpr Form PASSIVE_PRINT_DLG = form_of<PassiveRequest>("PRINT_DLG", "Printing to", print_fields);
 
 std::span<const CommandKeyword> passive_words() { return words; }
 
@@ -82,13 +133,22 @@ bool passive_performs(const CommandKeyword& word) {
 
 void passiveSegment(PassiveDesk& desk) {
     int& entry = desk.session.entry(SegmentId::passive);
-    if (entry != passive_entry::ordinary_command) enter(desk);
+    CommandKeyword& cell = desk.session.word(SegmentId::passive);
+    // The circuit of a stored lattice is there when the Segment is entered; that of a stored circuit is to be read.
+    if (entry == passive_entry::stored_lattice && cell == read_word) cell = show_word;
+    const bool name_given = entry == passive_entry::stored_circuit;
+    if (entry != passive_entry::ordinary_command) enter(desk, entry);
     entry = passive_entry::ordinary_command;
     if (desk.filter.circuit.ilast >= compact_from) compactValues(desk.filter.circuit);
-    CommandKeyword& cell = desk.session.word(SegmentId::passive);
+
     const auto place = match_command(cell, words);
-    if (place && rows[*place].perform != nullptr) rows[*place].perform(desk);
+    if (name_given && cell == read_word) {
+        read_circuit_file(desk, true);
+    } else if (place && rows[*place].perform != nullptr) {
+        rows[*place].perform(desk);
+    }
     cell = {};
+    desk.command.title = desk.session.TITLE;
 }
 
 }  // namespace kavrel

@@ -51,12 +51,37 @@ void assign_text(TextView cell, std::string_view text) {
     std::memcpy(cell.bytes, kept.data(), kept.size());
 }
 
+// Whether a comment line, "! Zeros (in Hz):", bears the name of a list, "Transmission zeros": both name their rows by
+// the same word, the first here and the last there.
+bool heads_list(std::string_view comment, std::string_view label) {
+    const auto from = comment.find_first_not_of("! ");
+    if (from == std::string_view::npos) return false;
+    comment.remove_prefix(from);
+    const auto blank = label.find_last_of(' ');
+    return same_label(comment.substr(0, comment.find(' ')),
+                      label.substr(blank == std::string_view::npos ? 0 : blank + 1));
+}
+
 // The rows of a data file, a row a line, in free format; none when a line does not hold just a row of numbers or when
-// there are too many. Empty lines pass.
-std::optional<std::vector<double>> rows_of_file(std::istream& file, int columns, int capacity) {
+// there are too many. Empty lines and comments, which begin with "!", pass; but in a file that holds several lists
+// under comments as their headings, the rows are those from the heading with the list's name to the next comment.
+std::optional<std::vector<double>> rows_of_file(std::istream& file, std::string_view label, int columns, int capacity) {
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    const auto is_comment = [](std::string_view line) { return trim(line).starts_with('!'); };
+    auto from = std::ranges::find_if(
+        lines, [&](std::string_view line) { return is_comment(line) && heads_list(trim(line), label); });
+    auto to = lines.end();
+    if (from == lines.end()) {
+        from = lines.begin();
+    } else {
+        to = std::find_if(++from, lines.end(), is_comment);
+    }
+
     std::vector<double> cells;
-    for (std::string line; std::getline(file, line);) {
-        const auto row = parse_free_format(line);
+    for (; from != to; ++from) {
+        if (is_comment(*from)) continue;
+        const auto row = parse_free_format(*from);
         if (!row) return std::nullopt;
         if (row->empty()) continue;
         if (row->size() != static_cast<std::size_t>(columns)) return std::nullopt;
@@ -198,7 +223,7 @@ void FormSheet::press(std::size_t i) {
 
 void FormSheet::read_rows(std::size_t i) {
     const std::string name = reporter_.window().choose_file(
-        {.caption = "Select a data file", .description = "Data files", .filter = "*.dat;*.txt;*.csv"});
+        {.caption = "Select a data file", .description = "Data files", .filter = "*.dat;*.pz;*.txt;*.csv"});
     if (name.empty()) return;
     std::ifstream file(name);
     if (!file) {
@@ -206,7 +231,7 @@ void FormSheet::read_rows(std::size_t i) {
         return;
     }
     const ListView view = list(i);
-    const auto rows = rows_of_file(file, view.columns, view.capacity);
+    const auto rows = rows_of_file(file, field(i).label, view.columns, view.capacity);
     if (!rows) {
         reporter_.message("File contains incorrect data", "Error");
         return;
@@ -226,7 +251,7 @@ bool run_form(const Form& form, void* record, const UnitSet& units, Reporter& re
         const std::string_view wrong = form.message == nullptr ? std::string_view{} : form.message(record);
         if (wrong.empty()) return true;
         ++sheet.refusals_;
-        reporter.message(wrong, "Error");
+        reporter.message(wrong, form.caption);
     }
     std::memcpy(record, before.data(), form.record_size);
     return false;

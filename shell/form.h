@@ -121,6 +121,7 @@ struct Form {
     void (*rules)(const void* record, FieldStates& states) = nullptr;
     std::string_view (*message)(const void* record) = nullptr;  // what is wrong with the record, or blank
     bool reads_file = false;                                    // its lists have a button "Read from file"
+    std::string_view caption = "Error";                         // of the box that tells what is wrong
 };
 
 template <class T>
@@ -150,9 +151,14 @@ constexpr ListView list_of(void* record) {
 // A form over the record type `Record`, whose rules and validator take the record itself.
 template <class Record, auto Rules = nullptr, auto Message = nullptr>
 constexpr Form form_of(std::string_view name, std::string_view title, std::span<const Field> fields,
-                       bool reads_file = false) {
+                       bool reads_file = false, std::string_view caption = "Error") {
     static_assert(std::is_trivially_copyable_v<Record>);
-    Form form{.name = name, .title = title, .fields = fields, .record_size = sizeof(Record), .reads_file = reads_file};
+    Form form{.name = name,
+              .title = title,
+              .fields = fields,
+              .record_size = sizeof(Record),
+              .reads_file = reads_file,
+              .caption = caption};
     if constexpr (!std::is_null_pointer_v<decltype(Rules)>) {
         form.rules = [](const void* record, FieldStates& states) {
             Rules(*static_cast<const Record*>(record), states);
@@ -217,8 +223,8 @@ private:
 };
 
 // Opens a form on a record and keeps it open until it is cancelled (false, the record as it was) or passes its
-// validator (true). What the validator refuses is told in a box with caption "Error", and the form comes back with what
-// was entered.
+// validator (true). What the validator refuses is told in a box with the form's caption, and the form comes back with
+// what was entered.
 [[nodiscard]] bool run_form(const Form& form, void* record, const UnitSet& units, Reporter& reporter);
 
 // The number of the field with this name or, failing that, with this label: -1 when there is none, -2 when the label is

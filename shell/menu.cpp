@@ -68,4 +68,11 @@ bool opens_submenu(std::span<const MenuItem> menu, std::span<const std::string> 
     });
 }
 
+const MenuItem* accelerator_owner(std::span<const MenuItem> menu, std::string_view accelerator) {
+    const auto found = std::ranges::find_if(menu, [&](const MenuItem& item) {
+        return !item.accelerator.empty() && same_label(item.accelerator, accelerator);
+    });
+    return found == menu.end() ? nullptr : &*found;
+}
+
 }  // namespace kavrel

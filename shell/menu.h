@@ -41,4 +41,8 @@ struct ToolbarItem {
 [[nodiscard]] const MenuItem* find_item(std::span<const MenuItem> menu, int id);
 [[nodiscard]] bool opens_submenu(std::span<const MenuItem> menu, std::span<const std::string> labels);
 
+// The item that a key belongs to ("ctrl+F2", in any case): of several items of one menu with the same accelerator the
+// first keeps the key. Null when no item has it.
+[[nodiscard]] const MenuItem* accelerator_owner(std::span<const MenuItem> menu, std::string_view accelerator);
+
 }  // namespace kavrel

@@ -2,17 +2,19 @@
 
 namespace kavrel {
 
-void choose_print_mode(PrintTarget target, Reporter& reporter) {
+bool choose_print_mode(PrintTarget target, Reporter& reporter) {
     switch (target) {
         case PrintTarget::printer: reporter.set_print_mode(PrintMode::printer); break;
         case PrintTarget::none: reporter.set_print_mode(PrintMode::screen); break;
         case PrintTarget::file: {
             const std::string name = reporter.window().choose_file(
                 {.caption = "Select a file name", .description = "Text files", .filter = "*.txt", .to_write = true});
-            if (!name.empty()) reporter.set_print_mode(PrintMode::file, name);
+            if (name.empty()) return false;
+            reporter.set_print_mode(PrintMode::file, name);
             break;
         }
     }
+    return true;
 }
 
 }  // namespace kavrel

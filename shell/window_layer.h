@@ -70,6 +70,9 @@ public:
     // A page of report lines to the printer; false when it could not be printed.
     [[nodiscard]] virtual bool print_page(const PrintPage& page) = 0;
 
+    // The plot window on a page of the printer; false when it could not be printed.
+    [[nodiscard]] virtual bool print_plot(const PlotWindow& plot) = 0;
+
     // Puts the marked text on the clipboard.
     virtual void copy_text() = 0;
 

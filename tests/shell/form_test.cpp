@@ -151,6 +151,27 @@ TEST_F(Forms, ListsAreReadFromAFileThatFitsWhole) {
     EXPECT_EQ(request.points(2, 2), -4.0);
 }
 
+TEST_F(Forms, CommentsOfAFilePassAndHeadItsLists) {
+    const ScratchFolder folder;
+    FormSheet sheet(points_form, &request, units, reporter);
+    const std::string name(points_form.fields[0].label);
+    write_text("plain.dat", "! frequency and loss\n1 2\n ! more\n3 4\n");
+    write_text("lists.dat", " ! of " + name + "\n! Others (in Hz):\n9 9\n9 9\n9 9\n !  " + name +
+                                " (in Hz):\n5 6\n! Numbers\n7 8\nnot a row\n");
+    for (const auto& [file, rows, first] : {std::tuple{"plain.dat", 2, 1.0}, std::tuple{"lists.dat", 1, 5.0}}) {
+        window.files = {file};
+        sheet.read_rows(0);
+        EXPECT_EQ(window.boxes.back(), "Success:  *** Done ***") << file;
+        EXPECT_EQ(request.points.rows, rows) << file;
+        EXPECT_EQ(request.points(1, 1), first) << file;
+    }
+    write_text("empty.dat", "! " + name + "\n! Others\n1 2\n");
+    window.files = {"empty.dat"};
+    sheet.read_rows(0);
+    EXPECT_EQ(window.boxes.back(), "Error: File contains incorrect data") << "no row under the list's own heading";
+    EXPECT_EQ(request.points.rows, 1);
+}
+
 TEST_F(Forms, AButtonsFormChangesTheRecordOnlyWhenItIsAccepted) {
     const auto add_row = [](bool accept) {
         return [accept](FormSheet& sheet) { return sheet.append_row(0, std::array{1.0, 2.0}).empty() && accept; };

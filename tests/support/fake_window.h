@@ -24,6 +24,8 @@ struct FakeWindow : WindowLayer {
     int stop_at = -1;                                   // progress count at which the user stops, or -1
     bool knows_events = false;
     bool has_printer = true;
+    int plots_shown = 0;
+    int plots_printed = 0;
 
     void show_line(std::string_view line) override { lines.emplace_back(line); }
     Answer message(std::string_view text, std::string_view caption, Buttons buttons) override {
@@ -44,7 +46,11 @@ struct FakeWindow : WindowLayer {
         titles.emplace_back(title);
     }
     void set_toolbar(std::span<const ToolbarItem> items) override { toolbar = items; }
-    void show_plot(const PlotWindow&) override {}
+    void show_plot(const PlotWindow&) override { ++plots_shown; }
+    bool print_plot(const PlotWindow&) override {
+        if (has_printer) ++plots_printed;
+        return has_printer;
+    }
     bool print_page(const PrintPage& page) override {
         if (has_printer) pages.emplace_back(page.lines.begin(), page.lines.end());
         return has_printer;

@@ -1,0 +1,254 @@
+#include "passive/analysis_commands.h"
+
+#include "approximation/time_response.h"
+#include "circuit/chain_analysis.h"
+#include "circuit/performance_table.h"
+#include "passive/command_tools.h"
+#include "passive/phase_line.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr std::string_view no_analysis_data = "No analysis data";
+constexpr std::string_view nonlinearity_owner = "n";
+
+[[nodiscard]] bool settle_drive(PassiveDesk& desk);
+AnalysisRequest analysis_request(const PassiveDesk& desk, const FrequencyGrid& grid);
+bool wants_table(PassiveDesk& desk);
+Performance performance_of(const AnalysisResult& results);
+void store_time(const TimeGrid& grid, const Table<double, analysis_points>& impulse,
+                const Table<double, analysis_points>& step, AnalysisResult& results);
+std::vector<std::string> time_lines(const AnalysisResult& results, std::string_view title);
+void plot_phase_line(PassiveDesk& desk, const PhaseLine& line);
+void show_plot(PassiveDesk& desk, const PlotVerdict& verdict);
+std::string_view title_of(const PassiveDesk& desk) { return desk.session.TITLE.trimmed(); }
+std::string_view frequency_label(const AnalysisResult& results) {
+    return results.radians ? "Frequency rad/sec" : "Frequency Hz";
+}
+
+}  // namespace
+
+void analyse_frequency(PassiveDesk& desk) {
+    Circuit& circuit = desk.filter.circuit;
+    const PassiveRequest& request = desk.command;
+    if (circuit.kind == CircuitKind::wave_digital) return refuse(desk, message_of(ChainVerdict::wave_digital));
+    if (const auto wrong = frequency_message(request.frequency); !wrong.empty()) return refuse(desk, wrong);
+    if (!settle_drive(desk)) return;
+
+    const FrequencyGrid grid = frequency_grid(request.frequency, desk.session.units);
+    Performance performance;
+    const ChainVerdict verdict = analyzeCircuit(circuit, analysis_request(desk, grid), performance);
+    if (verdict != ChainVerdict::done) return refuse(desk, message_of(verdict));
+    store_performance(performance, desk.results);
+    desk.results.TITLE = title_of(desk);
+    if (wants_table(desk)) report_lines(desk, performance_lines(performance, title_of(desk)));
+    tell_done(desk);
+}
+
+void analyse_time(PassiveDesk& desk) {
+    const PassiveFilter& filter = desk.filter;
+    if (filter.circuit.kind == CircuitKind::wave_digital)
+        return refuse(desk, "Time domain analysis to be done in digital segment");
+    if (filter.circuit.kind == CircuitKind::microwave)
+        return refuse(desk, "Microwave filter, time domain analysis not possible");
+    if (const auto wrong = time_message(desk.command.time); !wrong.empty()) return refuse(desk, wrong);
+    if (!filter.designed) return refuse(desk, message_of(TimeVerdict::no_modes));
+    if (!wishes_original(desk, "Analysis")) return;
+
+    const TimeGrid grid = time_grid(desk.command.time, desk.session.units);
+    Table<double, analysis_points> impulse, step;
+    const auto rows = static_cast<std::size_t>(grid.count);
+    const TimeVerdict verdict = time_response(filter.transfer, grid.values(), std::span(impulse.cells).first(rows),
+                                              std::span(step.cells).first(rows));
+    if (verdict != TimeVerdict::done) return refuse(desk, message_of(verdict));
+    store_time(grid, impulse, step, desk.results);
+    desk.results.TITLE = title_of(desk);
+    if (wants_table(desk)) report_lines(desk, time_lines(desk.results, title_of(desk)));
+    tell_done(desk);
+}
+
+void tabulate_frequency(PassiveDesk& desk) {
+    if (desk.results.frequency_count == 0 || !desk.results.has_immittance) return refuse(desk, no_analysis_results);
+    const auto lines = performance_lines(performance_of(desk.results), desk.results.TITLE.trimmed());
+    write_lines(desk, lines, ExtSlot::results_table);
+}
+
+void tabulate_time(PassiveDesk& desk) {
+    if (desk.results.time_count == 0) return refuse(desk, no_analysis_results);
+    write_lines(desk, time_lines(desk.results, desk.results.TITLE.trimmed()), ExtSlot::results_table);
+}
+
+void plot_frequency(PassiveDesk& desk) {
+    AnalysisResult& results = desk.results;
+    const std::string loss = std::string(loss_label(performance_of(results).loss_class)) + "loss (dB)";
+    const std::string immittance = "part of " + std::string(immittance_label(results.admittance));
+    const std::string real = "Real " + immittance;
+    const std::string imaginary = "Imag " + immittance;
+    const CurveRow curves[] = {
+        {FrequencyCurve::loss, &AnalysisResult::LOSS, &AnalysisResult::has_loss, loss},
+        {FrequencyCurve::phase, &AnalysisResult::PHASE, &AnalysisResult::has_phase, "Phase (deg)"},
+        {FrequencyCurve::delay, &AnalysisResult::DELA, &AnalysisResult::has_delay, "Delay (sec)"},
+        {FrequencyCurve::return_loss, &AnalysisResult::RETUR, &AnalysisResult::has_return_loss, "Return loss (dB)"},
+        {FrequencyCurve::real, &AnalysisResult::AREAL, &AnalysisResult::has_immittance, real},
+        {FrequencyCurve::imaginary, &AnalysisResult::IMAG, &AnalysisResult::has_immittance, imaginary}};
+    const PlotSource source{.kind = AnalysisResult::Kind::frequency,
+                            .curves = curves,
+                            .x_label = frequency_label(results),
+                            .x_unit = results.radians ? 1.0 : desk.session.units.frequency_multiplier,
+                            .owner = ""};
+    show_plot(desk, plot_results(desk.command.frequency_plot, source, desk.session.units, results, desk.plot));
+}
+
+void plot_time(PassiveDesk& desk) {
+    constexpr CurveRow curves[] = {
+        {TimeCurve::impulse, &AnalysisResult::IMPULSE, &AnalysisResult::has_impulse, "Impulse response"},
+        {TimeCurve::step, &AnalysisResult::STEP, &AnalysisResult::has_step, "Step response"}};
+    const PlotSource source{.kind = AnalysisResult::Kind::time,
+                            .curves = curves,
+                            .x_label = "Time (sec)",
+                            .x_unit = desk.session.units.time_multiplier,
+                            .owner = ""};
+    show_plot(desk, plot_results(desk.command.time_plot, source, desk.session.units, desk.results, desk.plot));
+}
+
+void print_plot_window(PassiveDesk& desk) {
+    if (!desk.plot.open) return refuse(desk, plot_messages::nothing_selected.text);
+    if (!desk.window.print_plot(desk.plot)) refuse(desk, "Printer is not available");
+}
+
+void phase_nonlinearity(PassiveDesk& desk) {
+    PhaseLine line;
+    if (!fit_phase_line(desk.results, line)) return refuse(desk, no_analysis_data);
+    if (wants_table(desk))
+        report_lines(desk, phase_line_lines(line, desk.results.radians, desk.results.TITLE.trimmed()));
+    plot_phase_line(desk, line);
+}
+
+void print_phase_nonlinearity(PassiveDesk& desk) {
+    if (desk.plot.open && desk.plot.print_id == plot_print_id(nonlinearity_owner)) return print_plot_window(desk);
+    PhaseLine line;
+    if (!fit_phase_line(desk.results, line)) return refuse(desk, no_analysis_data);
+    plot_phase_line(desk, line);
+}
+
+namespace {
+
+// A line that ends the circuit may be driven by a voltage or by a current, which the parity of its number stands for.
+bool settle_drive(PassiveDesk& desk) {
+    Circuit& circuit = desk.filter.circuit;
+    if (circuit.kind != CircuitKind::microwave || circuit.klast < 2) return true;
+    if (unpackBranch(circuit, circuit.klast).id != unit_element_id) return true;
+    const bool by_voltage =
+        desk.reporter.message("Is the circuit voltage-driven?", "Question", Buttons::yes_no) == Answer::yes;
+    if ((circuit.klast % 2 == 0) == by_voltage) return true;
+    const CircuitVerdict verdict = shiftBranches(circuit, circuit.klast, 1);
+    if (verdict == CircuitVerdict::done) return true;
+    refuse(desk, message_of(verdict));
+    return false;
+}
+
+// What the counters of the design tell stands for the row at f = 0.
+AnalysisRequest analysis_request(const PassiveDesk& desk, const FrequencyGrid& grid) {
+    AnalysisRequest request{.frequencies = grid.values(),
+                            .radians = grid.radians,
+                            .loss = {.QL = desk.command.inductor_q, .QC = desk.command.capacitor_q}};
+    if (!desk.filter.designed) return request;
+    const FilterSpec& spec = desk.filter.spec;
+    request.filter_class = spec.filterType == band_pass ? 3 : spec.filterType == high_pass ? 2 : 1;
+    request.zeros_at_zero = spec.zerosAtZero;
+    return request;
+}
+
+bool wants_table(PassiveDesk& desk) {
+    return desk.reporter.message("Tabulate?", "Question", Buttons::yes_no) == Answer::yes;
+}
+
+// The results as they were stored; the class of the loss follows from the columns that they have.
+Performance performance_of(const AnalysisResult& results) {
+    Performance performance;
+    performance.loss_class = results.has_return_loss ? LossClass::transducer
+                             : results.admittance    ? LossClass::voltage
+                                                     : LossClass::current;
+    performance.doubly_terminated = results.has_return_loss;
+    performance.admittance = results.admittance;
+    performance.radians = results.radians;
+    performance.count = results.frequency_count;
+    for (int i = 1; i <= performance.count; ++i) {
+        performance.rows(i) = {.frequency = static_cast<double>(results.FREQ(i)),
+                               .loss = static_cast<double>(results.LOSS(i)),
+                               .phase = static_cast<double>(results.PHASE(i)),
+                               .delay = static_cast<double>(results.DELA(i)),
+                               .real = static_cast<double>(results.AREAL(i)),
+                               .imaginary = static_cast<double>(results.IMAG(i)),
+                               .return_loss = static_cast<double>(results.RETUR(i))};
+    }
+    const int n = performance.count;
+    if (n > 0) {
+        const double first = performance.rows(1).frequency;
+        const double last = performance.rows(n).frequency;
+        performance.step = (last - first) / n / last;
+    }
+    return performance;
+}
+
+void store_time(const TimeGrid& grid, const Table<double, analysis_points>& impulse,
+                const Table<double, analysis_points>& step, AnalysisResult& results) {
+    results.kind = AnalysisResult::Kind::time;
+    results.time_count = grid.count;
+    results.has_impulse = results.has_step = true;
+    results.sampled = false;
+    for (int i = 1; i <= grid.count; ++i) {
+        results.TIME(i) = static_cast<float>(grid.times(i));
+        results.IMPULSE(i) = static_cast<float>(impulse(i));
+        results.STEP(i) = static_cast<float>(step(i));
+    }
+}
+
+std::vector<std::string> time_lines(const AnalysisResult& results, std::string_view title) {
+    std::vector<std::string> lines{"", std::string(title), "", "===== Time-domain response =====", ""};
+    lines.emplace_back(line().a("Time in sec", 14).a("Impulse resp.", 15).a("Step resp.", 14));
+    for (int i = 1; i <= results.time_count; ++i) {
+        lines.emplace_back(line()
+                               .x(1)
+                               .pd(static_cast<double>(results.TIME(i)), 15, 5)
+                               .pd(static_cast<double>(results.IMPULSE(i)), 15, 5)
+                               .pd(static_cast<double>(results.STEP(i)), 15, 5));
+    }
+    return lines;
+}
+
+void plot_phase_line(PassiveDesk& desk, const PhaseLine& line) {
+    AnalysisResult& results = desk.results;
+    results.point_count = line.count;
+    results.has_y2 = false;
+    results.x_label = frequency_label(results);
+    results.y1_label = "Phase deviation (deg)";
+    results.y2_label = "";
+    for (int i = 1; i <= line.count; ++i) {
+        results.X_DATA(i) = static_cast<float>(line.frequency(i));
+        results.Y1_DATA(i) = static_cast<float>(line.deviation(i));
+    }
+    const auto points = static_cast<std::size_t>(line.count);
+    show_plot(desk, plot_two(desk.plot,
+                             {.x = std::span<const float>(results.X_DATA.cells).first(points),
+                              .y1 = std::span<const float>(results.Y1_DATA.cells).first(points),
+                              .x_label = results.x_label.trimmed(),
+                              .y1_label = results.y1_label.trimmed(),
+                              .title = results.TITLE.trimmed(),
+                              .owner = nonlinearity_owner},
+                             desk.session.units));
+}
+
+void show_plot(PassiveDesk& desk, const PlotVerdict& verdict) {
+    if (verdict.ok()) {
+        desk.window.show_plot(desk.plot);
+    } else {
+        desk.reporter.message(verdict.text, verdict.caption);
+    }
+}
+
+}  // namespace
+
+}  // namespace kavrel

@@ -1,0 +1,127 @@
+#include "passive/circuit_check.h"
+
+#include <algorithm>
+#include <array>
+#include <bitset>
+#include <cmath>
+#include <string_view>
+
+#include "circuit/branch_kinds.h"
+#include "passive/record_items.h"
+
+namespace kavrel {
+
+namespace {
+
+using Cells = std::bitset<max_values + 1>;  // those that a branch has taken
+using Slots = std::bitset<max_quadruplets + 1>;
+
+bool within(int value, int low, int high) { return value >= low && value <= high; }
+bool canonical(std::int32_t word);
+bool take_cells(const Circuit& circuit, const Branch& branch, Cells& taken);
+bool take_quadruplet(const Circuit& circuit, const Branch& branch, Slots& taken);
+
+// Says of any items whether their numbers are finite.
+struct FiniteNumbers {
+    bool good = true;
+
+    template <class... Items>
+    void operator()(const Items&... items) {
+        (look(items), ...);
+    }
+
+private:
+    void look(double number) { good = good && std::isfinite(number); }
+    void look(float number) { good = good && std::isfinite(number); }
+    template <class T, int N>
+    void look(const Table<T, N>& table) {
+        for (const T& cell : table) look(cell);
+    }
+    void look(const Quadruplet& q) {
+        for (const auto* pairs : {&q.XK, &q.XC}) {
+            for (const double cell : pairs->cells) look(cell);
+        }
+        (*this)(q.YK, q.YC, q.FRES);
+    }
+    template <class T>
+    void look(const T&) {}  // no number that could be anything else
+};
+
+}  // namespace
+
+bool sound_store(const Circuit& circuit) {
+    const bool counts = within(circuit.klast, 0, max_branches) && within(circuit.ilast, 0, max_values) &&
+                        within(circuit.quadruplet_count, 0, max_quadruplets) &&
+                        within(circuit.mode_count, 0, max_natural_modes) &&
+                        within(static_cast<int>(circuit.kind), 0, static_cast<int>(CircuitKind::microwave));
+    if (!counts) return false;
+
+    Cells cells;
+    Slots slots;
+    int before = 0;
+    int linked = 0;
+    for (int k = circuit.klast == 0 ? 0 : 1; k != 0; ++linked) {
+        if (!canonical(circuit.INDX1(k))) return false;
+        const Branch branch = unpackBranch(circuit, k);
+        const bool in_order = branch.kp == before && (branch.kn == 0 ? k == circuit.klast : branch.kn > k);
+        if (!in_order || branch.kn > circuit.klast || (k == 1 && branch.id != 0)) return false;
+        if (!(branch.id == quadruplet_id ? take_quadruplet(circuit, branch, slots)
+                                         : take_cells(circuit, branch, cells))) {
+            return false;
+        }
+        before = k;
+        k = branch.kn;
+    }
+    return std::ranges::count_if(circuit.INDX1, [](std::int32_t word) { return word != 0; }) == linked;
+}
+
+bool sound_design(const FilterSpec& spec, const TransferFunction& transfer) {
+    constexpr std::string_view implementations = "PMAI";
+    const bool choices =
+        within(spec.filterType, low_pass, band_pass) && within(spec.passbandType, maximally_flat, sloping_passband) &&
+        within(spec.bandpassType, conventional, impedance_matching) &&
+        within(spec.stopbandType, monotonic_stopband, functional_stopband) && within(spec.medium, lumped, microwave) &&
+        implementations.find(spec.implementation) != std::string_view::npos;
+    const bool counts = within(spec.zeroCount, 0, finite_zero_limit) && within(spec.numeratorDegree, 0, factor_limit) &&
+                        within(spec.denominatorDegree, 0, factor_limit) && within(spec.degree, 0, max_degree) &&
+                        within(transfer.zeroCount, 0, max_degree) && within(transfer.poleCount, 0, max_degree);
+    return choices && counts;
+}
+
+bool all_finite(const PassiveFilter& filter) {
+    FiniteNumbers finite;
+    const Circuit& c = filter.circuit;
+    finite(c.VALUE, c.QUADRUPLETS, c.R1, c.R2, c.fa, c.fb, c.fnorm, c.fs, c.MODE_RE, c.MODE_IM, filter.mod);
+    items_of(filter.spec, finite);
+    items_of(filter.transfer, finite);
+    return finite.good && !std::isnan(c.termination_ratio);
+}
+
+namespace {
+
+// Whether the word is what its fields are packed into: not negative, the topmost field within its range.
+bool canonical(std::int32_t word) {
+    return word > 0 && branch_of_word(word).kn <= max_branches && branch_of_word(word).id < branch_kind_count;
+}
+
+bool take_cells(const Circuit& circuit, const Branch& branch, Cells& taken) {
+    const auto count = static_cast<int>(branch_kinds[branch.id].cells.size());
+    if (branch.in != count - 1 || branch.i1 < 1 || branch.i1 + branch.in > circuit.ilast) return false;
+    for (int i = branch.i1; i <= branch.i1 + branch.in; ++i) {
+        if (taken.test(static_cast<std::size_t>(i))) return false;
+        taken.set(static_cast<std::size_t>(i));
+    }
+    return true;
+}
+
+bool take_quadruplet(const Circuit& circuit, const Branch& branch, Slots& taken) {
+    if (!within(branch.i1, 1, circuit.quadruplet_count) || taken.test(static_cast<std::size_t>(branch.i1))) {
+        return false;
+    }
+    taken.set(static_cast<std::size_t>(branch.i1));
+    return true;
+}
+
+}  // namespace
+
+}  // namespace kavrel

@@ -1,0 +1,40 @@
+// A circuit as unformatted records (shell/stored_files.h), one record an item. The first eight:
+//
+//   1  VALUE                     150 doubles                                                           1200 bytes
+//   2  INDX1                     100 branch words                                                       400 bytes
+//   3  quadruplets, first part   of all 8 slots XK (4,4), then XC (4,4), YK (4), YC (4), FRES (2)      2688 bytes
+//   4  quadruplets, second part  of all 8 slots M (4,4); the number of slots in use; integers           516 bytes
+//   5  klast, 6 ilast, 7 kind    integers                                                          4 bytes each
+//   8  fs, in a snapshot fnorm   a double                                                                 8 bytes
+//
+// Behind them stands what the circuit needs besides to be scaled and displayed:
+//
+//   9  "Kavrel 1"                mark and version
+//  10  title                     80 characters
+//  11  band                      R1, R2, ratio of terminations, fa, fb, and that of fnorm and fs which record 8 leaves
+//  out 12  natural modes             their count, 50 real and 50 imaginary parts 13  designed, mod             a
+//  logical (0 or 1) in 4 bytes, a single-precision number 14  FilterSpec                its fields in the order of
+//  their declaration, a logical in 4 bytes 15  TransferFunction          likewise
+//
+// Matrices stand by columns. All numbers are binary, so that a circuit comes back as it was to the last bit.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "passive/passive_filter.h"
+
+namespace kavrel {
+
+enum class CircuitRecords { stored_file, snapshot };
+
+[[nodiscard]] std::string circuit_records(const PassiveFilter& filter, const FixedText<80>& title, CircuitRecords kind);
+
+// False, with the filter and the title as they were, when the bytes are not such records to their end, or hold what no
+// circuit could be (passive/circuit_check.h; a snapshot may hold numbers that are not finite, as what it is a copy of).
+// A stored file may end after record 8: it then tells of a circuit without design, its title blank, its terminations
+// those of its first and last branch, the rest of its band unknown, that is 0.
+[[nodiscard]] bool read_circuit_records(std::string_view bytes, PassiveFilter& filter, FixedText<80>& title,
+                                        CircuitRecords kind);
+
+}  // namespace kavrel

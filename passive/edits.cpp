@@ -1,0 +1,239 @@
+#include "passive/edits.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "circuit/branch_kinds.h"
+#include "passive/command_tools.h"
+#include "passive/snapshots.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr std::string_view zero_value = "Zero value not permitted";
+constexpr std::string_view no_unit_element = "Not microwave, no unit element";
+constexpr std::string_view no_equalizer = "Microwave, equalizer section may not be added";
+constexpr std::string_view no_source = "Missing or inappropriate branch";
+constexpr std::string_view no_such_branch = "Incorrect branch selected";
+constexpr std::string_view no_change = "Branch may not be changed";
+
+constexpr std::string_view insert_menu = "Branch Insert";
+
+constexpr bool is_equalizer(int id) { return id == 15 || id == 16; }
+int id_of_choice(int element);
+[[nodiscard]] bool cell_value(const PassiveDesk& desk, char letter, double typed, double& value);
+[[nodiscard]] bool cell_values(const PassiveDesk& desk, int id, const InsertRequest& request, std::span<double> values);
+void insert_equalizer(PassiveDesk& desk, int id);
+void tell_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict);
+std::string insert_keys(const InsertRequest& request, std::size_t values);
+bool in_range(int k) { return k >= 1 && k <= max_branches; }
+void keep_for_undo(PassiveDesk& desk);
+void settle_terminations(Circuit& circuit);
+
+}  // namespace
+
+void take_edit(PassiveDesk& desk, const Circuit& edited, int changed, const MacroStep& step) {
+    keep_for_undo(desk);
+    desk.filter.circuit = edited;
+    desk.filter.mod = 1.0F;
+    settle_terminations(desk.filter.circuit);
+    record_macro(desk, step);
+    show_changed(desk, changed);
+}
+
+void show_changed(PassiveDesk& desk, int changed) {
+    const Circuit& circuit = desk.filter.circuit;
+    int from = changed == 0 ? circuit.klast : changed - 1;
+    while (from > 1 && !branchExists(circuit, from)) --from;
+    desk.state.lastBranch = std::max(from, 1);
+    if (desk.state.suppress) {
+        desk.state.lastBranch = 1;
+    } else {
+        show_circuit(desk);
+    }
+}
+
+void insert_branch(PassiveDesk& desk) {
+    const InsertRequest& request = desk.command.insert;
+    if (request.element == InsertChoice::copy) return copy_branch(desk);
+    const int id = id_of_choice(request.element);
+    const bool lumped = desk.filter.circuit.kind == CircuitKind::lumped;
+    if (is_equalizer(id)) return lumped ? insert_equalizer(desk, id) : refuse(desk, no_equalizer);
+    if (!in_range(request.branch)) return refuse(desk, message_of(CircuitVerdict::out_of_range));
+    if (id == unit_element_id && lumped) return refuse(desk, no_unit_element);
+
+    std::array<double, 3> room{};
+    const auto values = std::span(room).first(branch_kinds[id].cells.size());
+    if (!cell_values(desk, id, request, values)) return refuse(desk, zero_value);
+    Circuit edited = desk.filter.circuit;
+    int k = request.branch;
+    const CircuitVerdict verdict = insert_values(edited, k, id, values);
+    if (verdict != CircuitVerdict::done) return tell_insert_verdict(desk, verdict);
+    take_edit(desk, edited, k, {insert_menu, insert_keys(request, values.size())});
+}
+
+void copy_branch(PassiveDesk& desk) {
+    const InsertRequest& request = desk.command.insert;
+    const Circuit& circuit = desk.filter.circuit;
+    if (!in_range(request.branch)) return refuse(desk, message_of(CircuitVerdict::out_of_range));
+    if (!branchExists(circuit, request.copy_of)) return refuse(desk, no_source);
+
+    const Branch source = unpackBranch(circuit, request.copy_of);
+    Circuit edited = circuit;
+    int k = request.branch;
+    const CircuitVerdict verdict = source.id == quadruplet_id
+                                       ? insert_quadruplet(edited, k, circuit.QUADRUPLETS(source.i1))
+                                       : insert_values(edited, k, source.id, branch_values(circuit, source));
+    if (verdict != CircuitVerdict::done) return tell_insert_verdict(desk, verdict);
+    std::string keys = "{DOWN 9}";
+    for (const int branch : {request.branch, request.copy_of}) keys += std::string(macro_tab) + macro_branch(branch);
+    take_edit(desk, edited, k, {insert_menu, keys + std::string(macro_return)});
+}
+
+void delete_branch(PassiveDesk& desk) {
+    Circuit edited = desk.filter.circuit;
+    int k = desk.command.deleted_branch;
+    const CircuitVerdict verdict = deleteBranch(edited, k);
+    if (verdict != CircuitVerdict::done) return refuse(desk, message_of(verdict));
+    take_edit(desk, edited, k,
+              {"Branch Delete", macro_branch(desk.command.deleted_branch) + std::string(macro_return)});
+}
+
+void change_branch(PassiveDesk& desk) {
+    const ChangeRequest& request = desk.command.change;
+    const Circuit& circuit = desk.filter.circuit;
+    if (!branchExists(circuit, request.branch)) return refuse(desk, no_such_branch);
+    const Branch branch = unpackBranch(circuit, request.branch);
+    if (branch.id > 3 && branch.id != unit_element_id) return refuse(desk, no_change);
+
+    Circuit edited = circuit;
+    const auto cells = branch_values(edited, branch);
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const char letter = branch_kinds[branch.id].cells[i];
+        const double typed = letter == 'C' ? request.second : request.first;
+        if (!cell_value(desk, letter, typed, cells[i])) return refuse(desk, zero_value);
+    }
+    const std::string keys = macro_branch(request.branch) + std::string(macro_tab) + macro_value_d(request.first) +
+                             std::string(macro_tab) + macro_value_d(request.second) + std::string(macro_return);
+    take_edit(desk, edited, request.branch, {"Branch Change", keys});
+}
+
+void undo_edit(PassiveDesk& desk) {
+    const SnapshotVerdict verdict = undo(desk.filter, desk.session.TITLE, desk.state);
+    if (verdict != SnapshotVerdict::done) return refuse(desk, message_of(verdict));
+    record_macro(desk, {"Undo Undo"});
+    show_changed(desk, 1);
+}
+
+void redo_edit(PassiveDesk& desk) {
+    const SnapshotVerdict verdict = redo(desk.filter, desk.session.TITLE, desk.state);
+    if (verdict != SnapshotVerdict::done) return refuse(desk, message_of(verdict));
+    record_macro(desk, {"Undo Redo"});
+    show_changed(desk, 1);
+}
+
+void store_circuit(PassiveDesk& desk) {
+    const SnapshotVerdict verdict = store(desk.filter, desk.session.TITLE);
+    if (verdict == SnapshotVerdict::done) {
+        tell_done(desk);
+    } else {
+        desk.reporter.message(message_of(verdict), "Warning");
+    }
+}
+
+void recall_circuit(PassiveDesk& desk) {
+    PassiveFilter stored;
+    FixedText<80> title;
+    const SnapshotVerdict verdict = recall(stored, title);
+    if (verdict != SnapshotVerdict::done) return refuse(desk, message_of(verdict));
+    keep_for_undo(desk);
+    desk.filter = stored;
+    desk.session.TITLE = title;
+    show_changed(desk, 1);
+}
+
+namespace {
+
+int id_of_choice(int element) {
+    constexpr int ids[] = {0, 1, 2, 3, unit_element_id, 13, 14, 15, 16};
+    return ids[element - InsertChoice::r];
+}
+
+// From what was typed to what a cell holds: in a microwave circuit a capacitive cell holds the admittance of the
+// impedance that was typed. False for what no cell may hold: a resistor, a line or a microwave stub of no impedance.
+bool cell_value(const PassiveDesk& desk, char letter, double typed, double& value) {
+    const UnitSet& units = desk.session.units;
+    const bool lumped = desk.filter.circuit.kind == CircuitKind::lumped;
+    if (letter == 'L') {
+        value = lumped ? typed * units.inductor_multiplier : typed;
+    } else if (letter == 'C') {
+        value = lumped ? typed * units.capacitor_multiplier : 1 / typed;
+    } else {
+        value = typed;
+        if (typed == 0) return false;
+    }
+    return std::isfinite(value);
+}
+
+bool cell_values(const PassiveDesk& desk, int id, const InsertRequest& request, std::span<double> values) {
+    const double typed[] = {request.value1, request.value2, request.value3};
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (!cell_value(desk, branch_kinds[id].cells[i], typed[i], values[i])) return false;
+    }
+    return true;
+}
+
+void insert_equalizer(PassiveDesk& desk, int id) {
+    const InsertRequest& request = desk.command.insert;
+    double L = 0, R1 = 0, C = 0;
+    if (!cell_value(desk, 'L', request.value1, L) || !cell_value(desk, 'R', request.value2, R1) ||
+        !cell_value(desk, 'C', request.value3, C)) {
+        return refuse(desk, zero_value);
+    }
+    Circuit edited = desk.filter.circuit;
+    const CircuitVerdict verdict = insertEqualizer(edited, L, R1, C, id);
+    if (verdict != CircuitVerdict::done) return tell_insert_verdict(desk, verdict);
+    constexpr int behind_load = 2;
+    take_edit(desk, edited, behind_load, {insert_menu, insert_keys(request, 3)});
+}
+
+void tell_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict) {
+    if (verdict == CircuitVerdict::storage_full) {
+        desk.reporter.message(storage_full_operations, "Warning");
+    } else {
+        refuse(desk, message_of(verdict));
+    }
+}
+
+// The list of elements is brought to its first row, then down to the one that was chosen.
+std::string insert_keys(const InsertRequest& request, std::size_t values) {
+    const int down = request.element - InsertChoice::r;
+    std::string keys = "{UP 9}";
+    if (down == 1) keys += " {DOWN}";
+    if (down > 1) keys += " {DOWN " + std::to_string(down) + "}";
+    keys += std::string(macro_tab) + macro_branch(request.branch);
+    const double typed[] = {request.value1, request.value2, request.value3};
+    for (std::size_t i = 0; i < values; ++i) keys += std::string(macro_tab) + macro_value_e(typed[i]);
+    return keys + std::string(macro_return);
+}
+
+// An edit that cannot be undone is made all the same.
+void keep_for_undo(PassiveDesk& desk) {
+    const SnapshotVerdict verdict = push_undo(desk.filter, desk.session.TITLE, desk.state);
+    if (verdict != SnapshotVerdict::done) desk.reporter.message(message_of(verdict), "Warning");
+}
+
+void settle_terminations(Circuit& circuit) {
+    const auto resistance = [&](int k) {
+        const Branch branch = branchExists(circuit, k) ? unpackBranch(circuit, k) : Branch{.id = -1};
+        return branch.id == 0 ? circuit.VALUE(branch.i1) : 0.0;
+    };
+    circuit.R1 = resistance(1);
+    circuit.R2 = circuit.klast > 1 ? resistance(circuit.klast) : 0.0;
+    if (circuit.R1 != 0) circuit.termination_ratio = circuit.R2 / circuit.R1;
+}
+
+}  // namespace
+
+}  // namespace kavrel

@@ -1,0 +1,130 @@
+#include "passive/file_commands.h"
+
+#include "circuit/drawing.h"
+#include "circuit/parts_list.h"
+#include "exchange/pole_zero_text.h"
+#include "exchange/transfer_file.h"
+#include "passive/command_tools.h"
+#include "passive/passive_forms.h"
+#include "passive/snapshots.h"
+#include "passive/stored_circuit.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr std::string_view stored_description = "Storage files";
+constexpr std::string_view stored_filter = "*.qfp";
+constexpr std::string_view overwrite_warning = "Current network will be overwritten!";
+
+bool ask_stored_name(PassiveDesk& desk);
+TransferDialect dialect_of(const PassiveRequest& request);
+bool fits(const PassiveDesk& desk, std::string_view name) {
+    return name.size() <= desk.session.filter_file.bytes.size();
+}
+
+}  // namespace
+
+void save_circuit_file(PassiveDesk& desk) {
+    if (desk.filter.circuit.klast == 0) return refuse(desk, data_unavailable);
+    if (desk.session.filter_file.is_blank() && !ask_stored_name(desk)) return;
+    const FileStatus status = save_circuit(desk.session.filter_file.trimmed(), desk.filter, desk.session.TITLE);
+    if (status != FileStatus::done) return refuse(desk, message_of(status));
+    tell_done(desk);
+}
+
+void save_circuit_as(PassiveDesk& desk) {
+    if (ask_stored_name(desk)) save_circuit_file(desk);
+}
+
+void read_circuit_file(PassiveDesk& desk, bool name_given) {
+    std::string name = desk.session.filter_file.text();
+    if (!name_given) {
+        if (desk.reporter.message(overwrite_warning, "Warning", Buttons::yes_no) != Answer::yes) return;
+        const auto chosen = ask_file(
+            desk,
+            {.caption = "Open a stored filter text file", .description = stored_description, .filter = stored_filter});
+        if (!chosen) return;
+        name = *chosen;
+    }
+    PassiveFilter stored;
+    FixedText<80> title;
+    const FileStatus status = read_circuit(name, stored, title);
+    if (status != FileStatus::done) return refuse(desk, message_of(status));
+    if (!name_given) static_cast<void>(push_undo(desk.filter, desk.session.TITLE, desk.state));
+    desk.filter = stored;
+    desk.session.TITLE = title;
+    desk.session.filter_file = fits(desk, name) ? std::string_view(name) : std::string_view{};
+    desk.state.lastBranch = 1;
+    show_circuit(desk);
+}
+
+void write_text_file(PassiveDesk& desk) {
+    std::vector<std::string> lines{desk.session.TITLE.text(), ""};
+    const auto add = [&](const std::vector<std::string>& more) { lines.insert(lines.end(), more.begin(), more.end()); };
+    add(showCircuit(desk.filter.circuit, 1, desk.session.units));
+    lines.emplace_back("");
+    add(partsList(desk.filter.circuit, false, desk.session.units));
+    write_lines(desk, lines, ExtSlot::report);
+}
+
+void write_transfer(PassiveDesk& desk) {
+    const std::vector<double> frequencies =
+        desk.results.has_immittance ? analysis_frequencies(desk.results) : std::vector<double>{};
+    const TransferInput input{.circuit = desk.filter.circuit,
+                              .title = desk.session.TITLE.trimmed(),
+                              .transfer = desk.filter.designed ? &desk.filter.transfer : nullptr,
+                              .frequencies = frequencies,
+                              .loss = {.QL = desk.command.inductor_q, .QC = desk.command.capacitor_q}};
+    TransferRequest request{.file_type = desk.command.file_type, .dialect = dialect_of(desk.command)};
+    TransferVerdict verdict = transfer_refusal(input, request);
+    if (verdict != TransferVerdict::written) return refuse(desk, message_of(verdict));
+    if (has_lattices(desk.filter.circuit)) {
+        request.half_lattices =
+            desk.reporter.message(half_lattice_question, "Question", Buttons::yes_no) == Answer::yes;
+    }
+    std::string text;
+    verdict = write_transfer_file(input, request, text);
+    if (verdict != TransferVerdict::written) return refuse(desk, message_of(verdict));
+    const auto name = ask_file(
+        desk, {.caption = select_file, .description = "Netlists", .filter = "*.ckt;*.s2p;*.m", .to_write = true});
+    if (!name) return;
+    if (!write_whole(transfer_file_name(*name, request), text)) return refuse(desk, file_not_opened);
+    tell_done(desk);
+}
+
+void write_pole_zero(PassiveDesk& desk) {
+    if (!desk.filter.designed) return refuse(desk, data_unavailable);
+    if (!wishes_original(desk, "Data")) return;
+    const auto name = ask_file(
+        desk, {.caption = select_file, .description = "Pole-zero files", .filter = "*.pz; *.dat", .to_write = true});
+    if (!name) return;
+    const bool is_data = name->ends_with(EXT(static_cast<int>(ExtSlot::factored_data)));
+    const auto lines =
+        pole_zero_lines(desk.filter.transfer, desk.filter.spec.medium != lumped, desk.session.TITLE.trimmed());
+    write_text(desk, is_data ? *name : file_name(*name, ExtSlot::pole_zero), joined_lines(lines));
+}
+
+namespace {
+
+// A dialect that the type does not have gives way to the classic one.
+TransferDialect dialect_of(const PassiveRequest& request) {
+    return dialect_name(request.dialect) == modern_dialect(request.file_type) ? TransferDialect::modern
+                                                                              : TransferDialect::classic;
+}
+
+bool ask_stored_name(PassiveDesk& desk) {
+    const auto name = ask_file(
+        desk, {.caption = select_file, .description = stored_description, .filter = stored_filter, .to_write = true});
+    if (!name) return false;
+    if (!fits(desk, *name)) {
+        refuse(desk, "File could not be opened");
+        return false;
+    }
+    desk.session.filter_file = std::string_view(*name);
+    return true;
+}
+
+}  // namespace
+
+}  // namespace kavrel

@@ -1,0 +1,86 @@
+#include "passive/macro_file.h"
+
+#include <fstream>
+
+#include "passive/command_tools.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr std::string_view extension = ".wbt";
+constexpr std::string_view file_filter = "*.wbt";
+constexpr std::string_view file_description = "Macro files";
+constexpr std::string_view wait_for_segment = "WinWaitExist (\"Kavrel - PASSIVE\", 2)\n";
+constexpr std::string_view wait_for_form = "WinWaitExist (\"<New Passive\", 2)\n";
+constexpr std::string_view view_suppress = "View Suppress";
+constexpr std::string_view view_show = "View Show";
+
+std::string send_menus(std::string_view menu) { return "SendMenusTo (\"Kavrel\", \"" + std::string(menu) + "\")\n"; }
+std::string send_key(std::string_view keys) { return "SendKey (\"" + std::string(keys) + "\")\n"; }
+
+// Chooses one of the two buttons of "View Suppress", whose form is there at once.
+std::string display_lines(std::string_view keys) {
+    return std::string(wait_for_segment) + send_menus(view_suppress) + send_key(keys);
+}
+
+void append(PassiveDesk& desk, std::string_view text) {
+    std::ofstream file(desk.state.macro_file.text(), std::ios::app | std::ios::binary);
+    file << text;
+    file.close();
+    if (file) return;
+    desk.state.recording = false;
+    refuse(desk, "File could not be written");
+}
+
+void close_macro(PassiveDesk& desk) {
+    append(desk, display_lines("{DOWN} ~") + std::string(wait_for_segment) + send_menus(view_show));
+    desk.state.recording = false;
+}
+
+}  // namespace
+
+std::string macro_branch(int branch) { return edit_i(branch, 2); }
+std::string macro_value_d(double value) { return edit_1pd(value, 14, 6); }
+std::string macro_value_e(double value) { return edit_1pe(value, 14, 6); }
+
+std::string macro_lines(const MacroStep& step) {
+    std::string lines = std::string(wait_for_segment) + send_menus(step.menu);
+    if (!step.keys.empty()) lines += std::string(wait_for_form) + send_key(step.keys);
+    return lines;
+}
+
+void record_macro(PassiveDesk& desk, const MacroStep& step) {
+    if (desk.state.recording) append(desk, macro_lines(step));
+}
+
+void start_macro(PassiveDesk& desk) {
+    auto name = ask_file(
+        desk, {.caption = select_file, .description = file_description, .filter = file_filter, .to_write = true});
+    if (!name) return;
+    if (!name->ends_with(extension)) *name = std::string(file_stem(*name)) + std::string(extension);
+    if (desk.state.recording) close_macro(desk);
+    const std::string head = display_lines("{UP} ~") + "IntControl (35, 100, 0, 0, 0)\n";
+    desk.state.macro_file.assign(*name);
+    desk.state.recording = desk.state.macro_file.trimmed() == *name && write_whole(*name, head);
+    if (!desk.state.recording) refuse(desk, "File could not be opened");
+}
+
+void stop_macro(PassiveDesk& desk) {
+    if (!desk.state.recording) return refuse(desk, "No macro file to close");
+    close_macro(desk);
+}
+
+void play_macro(PassiveDesk& desk) {
+    const auto name =
+        ask_file(desk, {.caption = "Select a macro", .description = file_description, .filter = file_filter});
+    if (!name) return;
+    if (const auto text = read_whole(*name)) {
+        desk.window.view_text(*name, *text);
+    } else {
+        refuse(desk, "File was not found");
+    }
+}
+
+}  // namespace kavrel

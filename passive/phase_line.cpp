@@ -1,0 +1,84 @@
+#include "passive/phase_line.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr double turn = 360.0;
+
+// Degrees by which a delay of 1 sec turns the phase back for each unit of frequency.
+double degrees_per_second(bool radians) { return radians ? 180.0 / std::numbers::pi : turn; }
+
+void unwrap(const AnalysisResult& results, PhaseLine& line) {
+    const double back = degrees_per_second(results.radians);
+    for (int i = 1; i <= line.count; ++i) {
+        line.frequency(i) = static_cast<double>(results.FREQ(i));
+        const auto wrapped = static_cast<double>(results.PHASE(i));
+        line.phase(i) = wrapped;
+        if (i == 1) continue;
+        const double delay = (static_cast<double>(results.DELA(i - 1)) + static_cast<double>(results.DELA(i))) / 2.0;
+        const double expected = line.phase(i - 1) - back * delay * (line.frequency(i) - line.frequency(i - 1));
+        line.phase(i) += turn * std::round((expected - wrapped) / turn);
+    }
+}
+
+// Least squares about the means: slope = sum (f - mf)(p - mp)/sum (f - mf)^2, intercept = mp - slope mf.
+void fit(PhaseLine& line) {
+    double mean_f = 0, mean_p = 0;
+    for (int i = 1; i <= line.count; ++i) {
+        mean_f += line.frequency(i) / line.count;
+        mean_p += line.phase(i) / line.count;
+    }
+    double products = 0, squares = 0;
+    for (int i = 1; i <= line.count; ++i) {
+        const double df = line.frequency(i) - mean_f;
+        products += df * (line.phase(i) - mean_p);
+        squares += df * df;
+    }
+    line.slope = products / squares;
+    line.intercept = mean_p - line.slope * mean_f;
+}
+
+}  // namespace
+
+bool fit_phase_line(const AnalysisResult& results, PhaseLine& line) {
+    if (!results.has_phase || !results.has_delay || results.frequency_count < 2) return false;
+    line = {};
+    line.count = results.frequency_count;
+    unwrap(results, line);
+    fit(line);
+    line.delay = -line.slope / degrees_per_second(results.radians);
+    for (int i = 1; i <= line.count; ++i) {
+        line.deviation(i) = line.phase(i) - (line.intercept + line.slope * line.frequency(i));
+        line.largest = std::max(line.largest, std::abs(line.deviation(i)));
+    }
+    return true;
+}
+
+std::vector<std::string> phase_line_lines(const PhaseLine& line_of, bool radians, std::string_view title) {
+    std::vector<std::string> lines{"", std::string(title), "", "******* Phase nonlinearity *******", ""};
+    lines.emplace_back(line().a("Frequency", 11).a("Phase", 14).a("Straight line", 15).a("Deviation", 13));
+    lines.emplace_back(line().a(radians ? "rad/sec" : "in Hz", 10).a("in deg", 15).a("in deg", 14).a("in deg", 14));
+    for (int i = 1; i <= line_of.count; ++i) {
+        const double phase = line_of.phase(i);
+        const double deviation = line_of.deviation(i);
+        lines.emplace_back(line()
+                               .x(1)
+                               .pd(line_of.frequency(i), 13, 6)
+                               .f(phase, 12, 4)
+                               .f(phase - deviation, 14, 4)
+                               .f(deviation, 14, 6));
+    }
+    lines.emplace_back("");
+    lines.emplace_back(line().a(" Delay of the straight line =").pd(line_of.delay, 15, 7).a(" sec"));
+    lines.emplace_back(line().a(" Largest deviation          =").pd(line_of.largest, 15, 7).a(" deg"));
+    return lines;
+}
+
+}  // namespace kavrel

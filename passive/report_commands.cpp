@@ -1,0 +1,104 @@
+#include "passive/report_commands.h"
+
+#include "approximation/filter_report.h"
+#include "circuit/branch_kinds.h"
+#include "circuit/element_formulas.h"
+#include "circuit/element_statistics.h"
+#include "circuit/listing.h"
+#include "exchange/transfer_polynomials.h"
+#include "passive/command_tools.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr std::string_view no_resonance = "Incorrect branch(es) specified";
+
+std::vector<double> resonances_of(const Circuit& circuit, int k);
+std::vector<double> resonances_of(const Circuit& circuit, int k1, int k2);
+
+}  // namespace
+
+void show(PassiveDesk& desk) { show_circuit(desk); }
+
+void list(PassiveDesk& desk) { report_lines(desk, listCircuit(desk.filter.circuit)); }
+
+void spread(PassiveDesk& desk) {
+    ElementStatistics statistics;
+    if (!elementStatistics(desk.filter.circuit, statistics)) return refuse(desk, no_circuit_to_analyze);
+    report_lines(desk, statistics_lines(statistics, desk.filter.circuit.kind, desk.session.units));
+}
+
+void resonance(PassiveDesk& desk) {
+    const Circuit& circuit = desk.filter.circuit;
+    const int k1 = desk.command.resonant_branch;
+    const int k2 = desk.command.resonant_branch2;
+    const auto resonances = k2 == 0 ? resonances_of(circuit, k1) : resonances_of(circuit, k1, k2);
+    if (resonances.empty()) return refuse(desk, no_resonance);
+    const Line place = k2 == 0 ? line().a(" Resonant frequency of branch ").i(k1, 3)
+                               : line().a(" Resonant frequency of branches ").i(k1, 3).a(" and ").i(k2, 3);
+    for (const double frequency : resonances) {
+        const std::string value = unit_value_text(desk.session.units, frequency, hertz);
+        desk.reporter.report_line(line().a(place.text()).a(" =").a(trim_right(value)));
+    }
+}
+
+void display_design(PassiveDesk& desk) {
+    if (!desk.filter.designed) return refuse(desk, data_unavailable);
+    const FilterSpec& found = desk.filter.spec;
+    FilterSpec request = found;
+    request.degree = 0;  // it was found, not asked for
+    const FrontNotes no_notes;
+    report_filter_design({.request = request, .found = found, .worked = found, .notes = no_notes}, desk.session.units,
+                         desk.reporter);
+}
+
+void display_function(PassiveDesk& desk) {
+    if (!desk.filter.designed) return refuse(desk, data_unavailable);
+    const int medium = desk.filter.spec.medium;
+    report_transfer_function(desk.filter.transfer, medium, desk.reporter);
+    desk.reporter.report_line("");
+    report_lines(desk, polynomial_lines(transfer_polynomials(desk.filter.transfer, medium != lumped)));
+}
+
+void change_title(PassiveDesk& desk) { desk.session.TITLE = desk.command.title; }
+
+void choose_print(PassiveDesk& desk) {
+    if (choose_print_mode(static_cast<PrintTarget>(desk.command.printing_to), desk.reporter)) tell_done(desk);
+}
+
+void suppress(PassiveDesk& desk) { desk.state.suppress = desk.command.display == DisplayChoice::off; }
+
+namespace {
+
+// Of the pairs that the branch's drawing tells the resonance of, where there is one.
+std::vector<double> resonances_of(const Circuit& circuit, int k) {
+    std::vector<double> resonances;
+    if (!branchExists(circuit, k)) return resonances;
+    const Branch branch = unpackBranch(circuit, k);
+    const auto values = branch_values(circuit, branch);
+    for (const DrawingRow& row : drawing_of(branch_kinds[branch.id], k)) {
+        if (row.note != Note::resonance) continue;
+        const double frequency = resonant_frequency(circuit, values[static_cast<std::size_t>(row.l)],
+                                                    values[static_cast<std::size_t>(row.c)]);
+        if (frequency > 0) resonances.push_back(frequency);
+    }
+    return resonances;
+}
+
+// Inductor (1) and capacitor (2), in either order.
+std::vector<double> resonances_of(const Circuit& circuit, int k1, int k2) {
+    if (!branchExists(circuit, k1) || !branchExists(circuit, k2)) return {};
+    Branch l = unpackBranch(circuit, k1);
+    Branch c = unpackBranch(circuit, k2);
+    if (l.id > c.id) std::swap(l, c);
+    if (l.id != 1 || c.id != 2) return {};
+    const double frequency = resonant_frequency(circuit, circuit.VALUE(l.i1), circuit.VALUE(c.i1));
+    if (!(frequency > 0)) return {};
+    return {frequency};
+}
+
+}  // namespace
+
+}  // namespace kavrel

@@ -1,0 +1,76 @@
+// The frequencies that an analysis is asked for: the part of its form, the grid that follows, and its refusal.
+#pragma once
+
+#include <string_view>
+
+#include "shell/analysis_result.h"
+#include "shell/field_table.h"
+
+namespace kavrel {
+
+struct FrequencyUnitChoice {
+    enum { hertz = 1, radians = 2 };
+};
+inline constexpr Choice frequency_unit_choices[] = {{"Hz", FrequencyUnitChoice::hertz},
+                                                    {"rad/sec", FrequencyUnitChoice::radians}};
+
+// From `start` to `end` in steps of `increment`, or, with an increment of 0, `count` frequencies at equal distances; in
+// the user's frequency unit, or in rad/sec.
+struct FrequencyRequest {
+    double start = 0;
+    double end = 0;
+    double increment = 0;
+    int count = 0;  // 0 to 501
+    int frequency_unit = FrequencyUnitChoice::hertz;
+};
+
+inline constexpr std::string_view frequency_incorrect = "Frequency specification incorrect";
+
+// The fields of a FrequencyRequest that is the member `Member` of a form's record.
+template <auto Member>
+inline constexpr std::array<Field, 5> frequency_fields = {{
+    {.name = "start",
+     .label = "Start frequency",
+     .unit = Unit::frequency,
+     .cell = nested_cell<Member, &FrequencyRequest::start>},
+    {.name = "end",
+     .label = "End frequency",
+     .unit = Unit::frequency,
+     .cell = nested_cell<Member, &FrequencyRequest::end>},
+    {.name = "increment",
+     .label = "Increment",
+     .unit = Unit::frequency,
+     .cell = nested_cell<Member, &FrequencyRequest::increment>},
+    {.name = "count",
+     .label = "or no. of frequencies",
+     .kind = FieldKind::integer,
+     .low = 0,
+     .high = analysis_points,
+     .cell = nested_cell<Member, &FrequencyRequest::count>},
+    {.name = "frequency_unit",
+     .label = "Frequency in",
+     .kind = FieldKind::radio,
+     .choices = frequency_unit_choices,
+     .cell = nested_cell<Member, &FrequencyRequest::frequency_unit>},
+}};
+
+// Ascending, in Hz, or in rad/sec with `radians`.
+struct FrequencyGrid {
+    int count = 0;
+    bool radians = false;
+    Table<double, analysis_points> frequencies;
+
+    [[nodiscard]] std::span<const double> values() const {
+        return std::span<const double>(frequencies.cells).first(static_cast<std::size_t>(count));
+    }
+};
+
+// What is wrong with a request, or blank: `start` must not be negative, the frequencies must rise, and there may be 1
+// to 501 of them. A count of 1 asks for `start` alone.
+[[nodiscard]] std::string_view frequency_message(const FrequencyRequest& request);
+
+// The frequencies of a request that passes `frequency_message`. A last step that is short of `end` by less than a
+// millionth of the increment reaches it.
+[[nodiscard]] FrequencyGrid frequency_grid(const FrequencyRequest& request, const UnitSet& units);
+
+}  // namespace kavrel

@@ -1,0 +1,78 @@
+// The macro of a session, byte for byte.
+#include "passive/macro_file.h"
+
+#include "tests/passive/passive_room.h"
+
+namespace kavrel {
+namespace {
+
+struct Macros : testing::Test, PassiveRoom {};
+
+TEST_F(Macros, ASessionWithEveryRecordedCommand) {
+    window.files = {"session"};
+    send("writ");
+    EXPECT_TRUE(state.recording);
+    insert("r", 1, 50);
+    insert("l", 2, 1.5e-6);
+    insert("c", 3, 1e-9);
+    insert("lc", 4, 1e-6, 2e-9);
+    insert("lcc", 5, 1e-6, 2e-9, 3e-9);
+    insert("lcl", 6, 1e-6, 2e-9, 3e-6);
+    insert("eqa", 2, 1e-6, 75, 2e-9);
+    insert("eqb", 2, 1e-6, 75, 2e-9);
+    insert("r", 98, 50);
+    EXPECT_EQ(boxes(), "") << "all of them were inserted";
+    send("ins ", PASSIVE_INSERT_DLG, {{"element", "copy"}, {"branch", "12"}, {"copy_of", "1"}});
+    send("del ", PASSIVE_DELETE_DLG, {{"branch", "12"}});
+    send("ch  ", PASSIVE_CHANGE_DLG, {{"branch", "1"}, {"first", "75"}, {"second", "0"}});
+    send("undo");
+    send("redo");
+    filter.circuit.kind = CircuitKind::microwave;
+    insert("ue", 4, 60);
+    send("del ", PASSIVE_DELETE_DLG, {{"branch", "99"}});
+    EXPECT_NE(boxes(), "") << "what is refused is not recorded";
+    send("show");
+    send("clos");
+    EXPECT_FALSE(state.recording);
+    send("undo");
+    EXPECT_EQ(read_text("session.wbt"), read_text(TEST_DATA "/passive/session.wbt"));
+    send("clos");
+    EXPECT_EQ(boxes(), "Error: No macro file to close");
+}
+
+TEST_F(Macros, StartAndPlay) {
+    send("writ");
+    EXPECT_EQ(boxes(), "Warning: CANCEL");
+    EXPECT_FALSE(state.recording);
+    window.files = {"no/such/folder.wbt"};
+    send("writ");
+    EXPECT_EQ(boxes(), "Error: File could not be opened");
+    window.files = {"a.wbt", "b.wbt"};
+    send("writ");
+    send("writ");
+    EXPECT_NE(read_text("a.wbt").find("{DOWN} ~"), std::string::npos) << "the first macro was closed";
+    EXPECT_EQ(read_text("b.wbt").find("{DOWN} ~"), std::string::npos);
+    butterworth();
+    EXPECT_EQ(read_text("a.wbt").find("Insert"), std::string::npos);
+
+    window.lines.clear();
+    window.files = {"b.wbt", "c.wbt"};
+    play_macro(desk);
+    EXPECT_EQ(window.lines, std::vector<std::string>{read_text("b.wbt")});
+    play_macro(desk);
+    EXPECT_EQ(window.boxes.back(), "Error: File was not found");
+}
+
+TEST_F(Macros, AFileThatCannotBeWrittenEndsTheRecording) {
+    window.files = {"gone.wbt"};
+    send("writ");
+    std::filesystem::remove("gone.wbt");
+    std::filesystem::create_directory("gone.wbt");
+    insert("r", 1, 50);
+    EXPECT_EQ(boxes(), "Error: File could not be written");
+    EXPECT_FALSE(state.recording);
+    EXPECT_EQ(filter.circuit.klast, 1) << "the edit itself stands";
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,423 @@
+#include "passive/stored_circuit.h"
+
+#include <chrono>
+#include <cmath>
+#include <csignal>
+#include <cstdint>
+#include <filesystem>
+#include <limits>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "passive/circuit_check.h"
+#include "passive/circuit_text.h"
+#include "tests/passive/random_filters.h"
+#include "tests/support/scratch_folder.h"
+
+namespace kavrel {
+namespace {
+
+using testing::bytes_of;
+using testing::FilterMaker;
+
+constexpr std::size_t told_size = (1200 + 400 + 2688 + 516 + 3 * 4 + 8) + 8 * 8;
+
+std::vector<std::string_view> payloads(std::string_view bytes) {
+    std::vector<std::string_view> found;
+    while (!bytes.empty()) {
+        std::uint32_t size = 0;
+        std::memcpy(&size, bytes.data(), sizeof size);
+        found.push_back(bytes.substr(4, size));
+        bytes.remove_prefix(size + 8);
+    }
+    return found;
+}
+
+template <class T>
+T number_at(std::string_view bytes, std::size_t place) {
+    T number{};
+    std::memcpy(&number, bytes.data() + place * sizeof number, sizeof number);
+    return number;
+}
+
+// Reads the bytes over a filter, and asks that a refusal leaves it and its title alone.
+bool reads(std::string_view bytes, PassiveFilter& found, FixedText<80>& title) {
+    const std::string before = bytes_of(found);
+    const std::string title_before = title.text();
+    if (read_stored_circuit(bytes, found, title)) return true;
+    EXPECT_EQ(bytes_of(found), before);
+    EXPECT_EQ(title.text(), title_before);
+    return false;
+}
+
+bool reads(std::string_view bytes) {
+    PassiveFilter found;
+    found.circuit.fa = 1;
+    FixedText<80> title = "untouched";
+    return reads(bytes, found, title);
+}
+
+TEST(StoredCircuit, ComesBackToTheLastBit) {
+    const ScratchFolder folder;
+    FilterMaker maker(1);
+    for (int round = 0; round < 300; ++round) {
+        const PassiveFilter filter = maker.filter();
+        const FixedText<80> title = maker.title();
+        PassiveFilter found = maker.filter();
+        FixedText<80> found_title;
+        ASSERT_TRUE(sound_store(filter.circuit)) << round;
+        ASSERT_EQ(save_circuit("some", filter, title), FileStatus::done) << round;
+        ASSERT_EQ(read_circuit("some", found, found_title), FileStatus::done) << round;
+        EXPECT_TRUE(bytes_of(found) == bytes_of(filter)) << round;
+        EXPECT_EQ(found_title.bytes, title.bytes);
+    }
+}
+
+TEST(StoredCircuit, RecordsHaveTheirLengthsAndPlaces) {
+    PassiveFilter filter = FilterMaker(2).filter();
+    Quadruplet& third = filter.circuit.QUADRUPLETS(3);
+    third.XC(2, 4) = 1.25;
+    third.YK(2) = 2.5;
+    third.FRES(1) = 3.75;
+    third.M(1, 2) = 7;
+    const std::string bytes = stored_circuit_bytes(filter, "title");
+    const auto records = payloads(bytes);
+    std::vector<std::size_t> sizes;
+    for (const auto record : records) sizes.push_back(record.size());
+    const std::vector<std::size_t> told = {1200, 400, 2688, 516, 4, 4, 4, 8, 8, 80, 48, 804, 8};
+    ASSERT_EQ(records.size(), told.size() + 2);
+    EXPECT_TRUE(std::equal(told.begin(), told.end(), sizes.begin()));
+    const Circuit& c = filter.circuit;
+    EXPECT_EQ(number_at<double>(records[0], 0), c.VALUE(1));
+    EXPECT_EQ(number_at<std::int32_t>(records[1], 0), c.INDX1(1));
+    EXPECT_EQ(number_at<double>(records[2], 128 + 2 * 16 + (2 - 1) + 4 * (4 - 1)), 1.25);
+    EXPECT_EQ(number_at<double>(records[2], 2 * 128 + 2 * 4 + 1), 2.5);
+    EXPECT_EQ(number_at<double>(records[2], 2 * 128 + 2 * 32 + 2 * 2), 3.75);
+    EXPECT_EQ(number_at<std::int32_t>(records[3], 2 * 16 + 4), 7);
+    EXPECT_EQ(number_at<std::int32_t>(records[3], 128), c.quadruplet_count);
+    EXPECT_EQ(number_at<std::int32_t>(records[4], 0), c.klast);
+    EXPECT_EQ(number_at<std::int32_t>(records[5], 0), c.ilast);
+    EXPECT_EQ(number_at<std::int32_t>(records[6], 0), static_cast<int>(c.kind));
+    EXPECT_EQ(number_at<double>(records[7], 0), c.fs);
+    EXPECT_EQ(number_at<double>(records[10], 5), c.fnorm);
+}
+
+void expect_circuit_from_elsewhere(const PassiveFilter& filter, double tolerance) {
+    const Circuit& c = filter.circuit;
+    EXPECT_FALSE(filter.designed);
+    EXPECT_EQ(c.klast, 9);
+    EXPECT_EQ(c.kind, CircuitKind::microwave);
+    EXPECT_EQ(unpackBranch(c, 4), (Branch{.id = 1, .i1 = 3, .in = 0, .kp = 3, .kn = 6}));
+    EXPECT_NEAR(c.VALUE(2), 1.0 / 3, tolerance);
+    EXPECT_NEAR(c.VALUE(3), 2.0 / 7, tolerance);
+    EXPECT_EQ(c.quadruplet_count, 2);
+    const Quadruplet& q = c.QUADRUPLETS(2);
+    EXPECT_EQ(q.M(2, 3), 1);
+    EXPECT_EQ(q.M(2, 4), 0);
+    EXPECT_EQ(q.XK(2, 3), 223);
+    EXPECT_NEAR(q.XC(2, 4), 224 / 1000.0, tolerance);
+    EXPECT_EQ(q.YK(3), 6);
+    EXPECT_EQ(q.YC(2), 1);
+    EXPECT_EQ(q.FRES(2), 0.4);
+    EXPECT_EQ(c.fs, 3e9);
+    EXPECT_EQ(c.R1, 75);
+    EXPECT_EQ(c.R2, 50);
+    EXPECT_EQ(c.termination_ratio, 50.0 / 75);
+}
+
+// Both files come from a Fortran program.
+TEST(StoredCircuit, AFileOfTheToldRecordsOrLinesAloneIsReadToo) {
+    const std::string folder = TEST_DATA "/passive/";
+    PassiveFilter filter = FilterMaker(3).filter();
+    FixedText<80> title = "before";
+    ASSERT_EQ(read_circuit(folder + "told_records.qfp", filter, title), FileStatus::done);
+    expect_circuit_from_elsewhere(filter, 0);
+    EXPECT_TRUE(title.is_blank());
+
+    filter = FilterMaker(3).filter();
+    ASSERT_EQ(read_circuit(folder + "told_lines.trf", filter, title), FileStatus::done);
+    expect_circuit_from_elsewhere(filter, 5e-9);
+    EXPECT_EQ(title, std::string_view("A circuit from elsewhere"));
+    EXPECT_EQ(filter.circuit.fa, 1e8);
+    EXPECT_EQ(filter.circuit.mode_count, 2);
+    EXPECT_EQ(filter.circuit.MODE_IM(2), -1e-120);
+    EXPECT_EQ(circuit_text(filter, title), read_text(folder + "told_lines.trf")) << "written as Fortran does";
+}
+
+TEST(StoredCircuit, EveryTruncationIsRefused) {
+    const std::string whole = stored_circuit_bytes(FilterMaker(4).filter(), "title");
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        if (size != told_size) {
+            EXPECT_FALSE(reads(whole.substr(0, size))) << size;
+        }
+    }
+    EXPECT_FALSE(reads(whole + whole));
+    EXPECT_FALSE(reads(whole + '\0'));
+
+    const std::string text = circuit_text(FilterMaker(4).filter(), "title");
+    for (std::size_t size = 0; size < text.size(); ++size) ASSERT_FALSE(reads(text.substr(0, size))) << size;
+    EXPECT_FALSE(reads(std::string(76, 'x') + text)) << "the title is too long";
+    for (const char* foreign : {"", "\n", "MZ", "<html></html>\n",
+                                "\x7f"
+                                "ELF\x02"})
+        EXPECT_FALSE(reads(foreign));
+}
+
+// Damage is refused, or it changed nothing but a number: then what was read is stored as the same bytes again.
+TEST(StoredCircuit, DamagedBytesAreRefusedOrStandForAnotherSoundCircuit) {
+    FilterMaker maker(5);
+    int refused = 0;
+    for (int round = 0; round < 4000; ++round) {
+        std::string bytes = stored_circuit_bytes(maker.filter(), maker.title());
+        for (int flips = maker.whole(1, 4); flips > 0; --flips) {
+            // Half of them in the words of the chain and behind, where most of the structure is.
+            const bool anywhere = maker.whole(0, 1) == 0;
+            const int place = anywhere ? maker.whole(0, static_cast<int>(bytes.size()) - 1) : maker.whole(1200, 1700);
+            bytes[static_cast<std::size_t>(place)] ^= static_cast<char>(1 << maker.whole(0, 7));
+        }
+        PassiveFilter found = maker.filter();
+        FixedText<80> title;
+        if (!reads(bytes, found, title)) {
+            ++refused;
+        } else {
+            EXPECT_TRUE(stored_circuit_bytes(found, title) == bytes) << round;
+        }
+    }
+    EXPECT_GT(refused, 1000);
+    for (int round = 0; round < 300; ++round) {
+        std::string text = circuit_text(maker.filter(), "title");
+        text[static_cast<std::size_t>(maker.whole(0, static_cast<int>(text.size()) - 1))] =
+            static_cast<char>(maker.whole(0, 255));
+        PassiveFilter found = maker.filter();
+        FixedText<80> title;
+        if (reads(text, found, title)) {
+            EXPECT_TRUE(sound_store(found.circuit));
+        }
+    }
+}
+
+struct Damage {
+    const char* what;
+    void (*make)(PassiveFilter& filter);
+};
+
+void change(Circuit& c, int k, int Branch::*field, int value) {
+    Branch branch = unpackBranch(c, k);
+    branch.*field = value;
+    packBranch(c, k, branch);
+}
+
+// R 1, L 2, quadruplet 5, quadruplet 8, lc 11, R 12.
+PassiveFilter six_branches() {
+    PassiveFilter filter;
+    Circuit& c = filter.circuit;
+    FilterMaker maker(6);
+    int k = 1;
+    for (const int id : {0, 1, quadruplet_id, quadruplet_id, 3, 0}) {
+        const auto done = id == quadruplet_id ? insert_quadruplet(c, k, maker.quadruplet())
+                                              : insert_values(c, k, id, maker.values(id));
+        EXPECT_EQ(done, CircuitVerdict::done);
+        ++k;
+    }
+    return filter;
+}
+
+constexpr double nan_value = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinite = std::numeric_limits<double>::infinity();
+
+constexpr Damage damages[] = {
+    {"klast beyond the slots", [](PassiveFilter& f) { f.circuit.klast = 101; }},
+    {"klast behind the chain", [](PassiveFilter& f) { ++f.circuit.klast; }},
+    {"klast within the chain", [](PassiveFilter& f) { f.circuit.klast = 2; }},
+    {"klast of an empty circuit", [](PassiveFilter& f) { f.circuit.INDX1.fill(0); }},
+    {"klast negative", [](PassiveFilter& f) { f.circuit.klast = -1; }},
+    {"ilast beyond the cells", [](PassiveFilter& f) { f.circuit.ilast = 151; }},
+    {"ilast below a cell in use", [](PassiveFilter& f) { --f.circuit.ilast; }},
+    {"quadruplet count", [](PassiveFilter& f) { f.circuit.quadruplet_count = 9; }},
+    {"quadruplet slot not in use", [](PassiveFilter& f) { f.circuit.quadruplet_count = 1; }},
+    {"mode count", [](PassiveFilter& f) { f.circuit.mode_count = 51; }},
+    {"kind", [](PassiveFilter& f) { f.circuit.kind = static_cast<CircuitKind>(3); }},
+    {"no branch 1", [](PassiveFilter& f) { f.circuit.INDX1(1) = 0; }},
+    {"branch 1 no resistor", [](PassiveFilter& f) { change(f.circuit, 1, &Branch::id, 1); }},
+    {"a word outside of the chain", [](PassiveFilter& f) { packBranch(f.circuit, 50, {.i1 = 1}); }},
+    {"a negative word", [](PassiveFilter& f) { f.circuit.INDX1(2) = -f.circuit.INDX1(2); }},
+    {"id without a kind", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::id, 26); }},
+    {"link back", [](PassiveFilter& f) { change(f.circuit, 5, &Branch::kp, 1); }},
+    {"link to itself", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::kn, 2); }},
+    {"link into the void", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::kn, 4); }},
+    {"chain cut", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::kn, 0); }},
+    {"cell 0", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::i1, 0); }},
+    {"cell of another", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::i1, 1); }},
+    {"too many cells", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::in, 1); }},
+    {"too few cells", [](PassiveFilter& f) { change(f.circuit, 11, &Branch::in, 0); }},
+    {"quadruplet slot 0", [](PassiveFilter& f) { change(f.circuit, 5, &Branch::i1, 0); }},
+    {"quadruplet slot shared", [](PassiveFilter& f) { change(f.circuit, 5, &Branch::i1, 2); }},
+    {"value", [](PassiveFilter& f) { f.circuit.VALUE(1) = nan_value; }},
+    {"quadruplet", [](PassiveFilter& f) { f.circuit.QUADRUPLETS(2).XK(1, 2) = infinite; }},
+    {"fs", [](PassiveFilter& f) { f.circuit.fs = -infinite; }},
+    {"ratio", [](PassiveFilter& f) { f.circuit.termination_ratio = nan_value; }},
+    {"natural mode", [](PassiveFilter& f) { f.circuit.MODE_IM(50) = nan_value; }},
+    {"mod", [](PassiveFilter& f) { f.mod = std::numeric_limits<float>::infinity(); }},
+    {"band edge", [](PassiveFilter& f) { f.spec.lowerPassEdge = nan_value; }},
+    {"pole", [](PassiveFilter& f) { f.transfer.POLES_RE(1) = nan_value; }},
+    {"filter type", [](PassiveFilter& f) { f.spec.filterType = 5; }},
+    {"implementation", [](PassiveFilter& f) { f.spec.implementation = 'X'; }},
+    {"count of zeros", [](PassiveFilter& f) { f.spec.zeroCount = 26; }},
+    {"factors", [](PassiveFilter& f) { f.spec.denominatorDegree = 101; }},
+    {"poles", [](PassiveFilter& f) { f.transfer.poleCount = 51; }},
+};
+
+// Text does not tell of the design, nor of the ratio that the terminations have.
+bool sound_in_text(const PassiveFilter& damaged) {
+    PassiveFilter rest = damaged;
+    rest.spec = {};
+    rest.transfer = {};
+    rest.circuit.termination_ratio = 1;
+    return sound_store(rest.circuit) && all_finite(rest);
+}
+
+TEST(StoredCircuit, WhatNoCircuitCouldBeIsRefused) {
+    ASSERT_TRUE(reads(stored_circuit_bytes(six_branches(), "")));
+    for (const Damage& damage : damages) {
+        PassiveFilter filter = six_branches();
+        damage.make(filter);
+        EXPECT_FALSE(reads(stored_circuit_bytes(filter, ""))) << damage.what;
+        EXPECT_EQ(reads(circuit_text(filter, "")), sound_in_text(filter)) << damage.what;
+    }
+    std::string bytes = stored_circuit_bytes(six_branches(), "");
+    bytes[told_size + 4 + 7] = '2';
+    EXPECT_FALSE(reads(bytes)) << "another version";
+    PassiveFilter filter = six_branches();
+    filter.circuit.termination_ratio = infinite;
+    EXPECT_TRUE(reads(stored_circuit_bytes(filter, ""))) << "a load of 0";
+    EXPECT_TRUE(reads(stored_circuit_bytes({}, ""))) << "no circuit";
+}
+
+TEST(StoredCircuit, TextKeepsEightDigits) {
+    const ScratchFolder folder;
+    FilterMaker maker(7);
+    for (int round = 0; round < 100; ++round) {
+        PassiveFilter filter = maker.filter();
+        Circuit& c = filter.circuit;
+        for (double* number : {&c.R1, &c.R2, &c.fa, &c.fb, &c.fnorm, &c.fs}) *number = maker.value() * 1e9;
+        c.MODE_RE.fill(-maker.value());
+        c.MODE_IM.fill(maker.value() * 1e-7);
+        PassiveFilter found = maker.filter();
+        FixedText<80> title;
+        ASSERT_EQ(save_circuit_text("some", filter, "a\ttitle\n"), FileStatus::done);
+        ASSERT_EQ(read_circuit("some.trf", found, title), FileStatus::done);
+        EXPECT_EQ(title, std::string_view("a title"));
+        EXPECT_EQ(found.circuit.INDX1, c.INDX1);
+        EXPECT_FALSE(found.designed);
+        EXPECT_EQ(found.mod, filter.mod);
+        const auto close = [](double a, double b) { return std::abs(a - b) <= 5.1e-8 * std::abs(b); };
+        EXPECT_TRUE(std::ranges::equal(found.circuit.VALUE, c.VALUE, close)) << round;
+        EXPECT_TRUE(std::ranges::equal(found.circuit.MODE_IM, c.MODE_IM, close)) << round;
+        EXPECT_TRUE(close(found.circuit.fnorm, c.fnorm));
+        for (int slot = 1; slot <= max_quadruplets; ++slot) {
+            EXPECT_EQ(found.circuit.QUADRUPLETS(slot).M, c.QUADRUPLETS(slot).M);
+            EXPECT_TRUE(std::ranges::equal(found.circuit.QUADRUPLETS(slot).YC, c.QUADRUPLETS(slot).YC, close));
+        }
+        std::string text = circuit_text(found, title);
+        PassiveFilter again;
+        ASSERT_TRUE(read_stored_circuit(text, again, title));
+        EXPECT_EQ(circuit_text(again, title), text) << "nothing is lost any more";
+        std::ranges::replace(text, 'D', 'E');
+        for (auto end = text.find('\n'); end != std::string::npos; end = text.find('\n', end + 2))
+            text.insert(end, "\r");
+        EXPECT_TRUE(reads(text)) << "other letters and line ends";
+    }
+}
+
+TEST(StoredCircuit, FilesAreNamedAndRefusedAsTold) {
+    const ScratchFolder folder;
+    const PassiveFilter filter = six_branches();
+    PassiveFilter found;
+    FixedText<80> title = "before";
+    EXPECT_EQ(save_circuit("one", filter, "t"), FileStatus::done);
+    EXPECT_EQ(save_circuit("two.dat", filter, "t"), FileStatus::done);
+    EXPECT_EQ(save_circuit("three.qfp", filter, "t"), FileStatus::done);
+    EXPECT_EQ(save_circuit_text("four.qfp", filter, "t"), FileStatus::done);
+    for (const char* name : {"one.qfp", "two.qfp", "three.qfp", "four.trf"}) {
+        EXPECT_TRUE(std::filesystem::exists(name)) << name;
+        EXPECT_EQ(read_circuit(name, found, title), FileStatus::done) << name;
+    }
+    std::filesystem::rename("four.trf", "five.qfp");
+    EXPECT_EQ(read_circuit("five", found, title), FileStatus::done) << "known by its first bytes";
+
+    const std::string before = bytes_of(found);
+    std::filesystem::create_directory("folder.qfp");
+    write_text("empty.qfp", "");
+    write_text("foreign.qfp", "something else");
+    EXPECT_EQ(message_of(read_circuit("none", found, title)), "File was not found");
+    EXPECT_EQ(message_of(read_circuit("folder", found, title)), "File could not be opened");
+    EXPECT_EQ(message_of(read_circuit("empty", found, title)), "Error encountered in reading the file");
+    EXPECT_EQ(message_of(read_circuit("foreign", found, title)), "Error encountered in reading the file");
+    EXPECT_EQ(bytes_of(found), before);
+    EXPECT_EQ(message_of(save_circuit("missing/one", filter, "t")), "File could not be written");
+    EXPECT_EQ(message_of(save_circuit("folder", filter, "t")), "File could not be written");
+}
+
+TEST(StoredCircuit, WhatCouldNotBeReadAgainDoesNotReplaceAGoodFile) {
+    const ScratchFolder folder;
+    PassiveFilter filter = six_branches();
+    ASSERT_EQ(save_circuit("good", filter, ""), FileStatus::done);
+    const std::string bytes = read_text("good.qfp");
+    filter.circuit.VALUE(2) = infinite;
+    EXPECT_EQ(save_circuit("good", filter, ""), FileStatus::not_written);
+    EXPECT_EQ(read_text("good.qfp"), bytes);
+}
+
+// Runs in a child that is not the superuser, who may write anywhere.
+TEST(StoredCircuit, AFolderThatMayNotBeWrittenTo) {
+    const ScratchFolder folder;
+    ASSERT_EQ(save_circuit("old", six_branches(), "old"), FileStatus::done);
+    const std::string bytes = read_text("old.qfp");
+    std::filesystem::permissions(".", std::filesystem::perms(0555));
+    const pid_t child = fork();
+    if (child == 0) {
+        if (geteuid() == 0 && setuid(65534) != 0) _exit(2);
+        const bool told = save_circuit("old", PassiveFilter{}, "new") == FileStatus::not_written &&
+                          save_circuit("new", PassiveFilter{}, "new") == FileStatus::not_written;
+        _exit(told ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    std::filesystem::permissions(".", std::filesystem::perms(0755));
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    EXPECT_EQ(read_text("old.qfp"), bytes);
+    EXPECT_FALSE(std::filesystem::exists("new.qfp"));
+}
+
+// A child saves two circuits in turn and is killed at a random moment.
+TEST(StoredCircuit, AKilledSaveLeavesTheOldOrTheNewCircuit) {
+    const ScratchFolder folder;
+    FilterMaker maker(8);
+    const PassiveFilter filters[] = {maker.filter(), maker.filter()};
+    const std::string contents[] = {stored_circuit_bytes(filters[0], "0"), stored_circuit_bytes(filters[1], "1")};
+    ASSERT_EQ(save_circuit("both", filters[0], "0"), FileStatus::done);
+    int seen[2] = {};
+    for (int kills = 0; kills < 200; ++kills) {
+        const pid_t child = fork();
+        if (child == 0) {
+            for (int i = kills;; ++i) (void)save_circuit("both", filters[i % 2], i % 2 == 0 ? "0" : "1");
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(maker.whole(0, 3000)));
+        kill(child, SIGKILL);
+        ASSERT_EQ(waitpid(child, nullptr, 0), child);
+        PassiveFilter found;
+        FixedText<80> title;
+        ASSERT_EQ(read_circuit("both", found, title), FileStatus::done) << kills;
+        const std::string stored = read_text("both.qfp");
+        ASSERT_TRUE(stored == contents[0] || stored == contents[1]) << kills;
+        ++seen[stored == contents[1] ? 1 : 0];
+    }
+    EXPECT_GT(seen[0], 0);
+    EXPECT_GT(seen[1], 0);
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -19,6 +19,8 @@ namespace {
 // Boxes that come up in good order; any other caption means that something went wrong.
 constexpr std::array<std::string_view, 4> good_captions = {"Warning", "Question", "Advice", "Success"};
 
+bool is_good(std::string_view caption) { return std::ranges::find(good_captions, caption) != good_captions.end(); }
+
 constexpr const char* missing_quote = "a double quote is missing";
 constexpr const char* print_file = "kavrel.prn";
 constexpr int close_window_event = 16385;
@@ -33,7 +35,7 @@ void ConsoleWindow::told_box(std::string_view text, std::string_view caption) {
 
 Answer ConsoleWindow::message(std::string_view text, std::string_view caption, Buttons buttons) {
     told_box(text, caption);
-    if (std::ranges::find(good_captions, caption) == good_captions.end()) {
+    if (!is_good(caption)) {
         fail(Failure::line, fmt::format("{}: {}", caption, text));
     }
     const auto answer = take_answer("answer");
@@ -68,20 +70,25 @@ int ConsoleWindow::choose(const ChoiceBox& box) {
 bool ConsoleWindow::edit_form(FormSheet& sheet) {
     // The box of a refusal has failed its line only if the form is not corrected in the end.
     std::optional<LineFailure> refusal;
-    if (sheet.refusals() > 0 && !failures_.empty()) {
+    const bool refused = sheet.refusals() > 0;
+    if (refused && !is_good(sheet.form().caption) && !failures_.empty()) {
         refusal = std::move(failures_.back());
         failures_.pop_back();
     }
     FormFiller filler(sheet);
     const auto leave = [&] {
-        if (refusal) failures_.push_back(std::move(*refusal));
+        if (refusal) {
+            failures_.push_back(std::move(*refusal));
+        } else if (refused) {
+            fail(Failure::line, fmt::format("{} was refused", sheet.form().name));
+        }
         return false;
     };
     while (settle()) {
         auto line = next_line();
         if (!line || !is_form_verb(line->verb())) {
             if (line) script_.hand_back(std::move(*line));
-            return refusal ? leave() : true;
+            return refused ? leave() : true;
         }
         script_.hand_back(std::move(*line));
         line = take_line();

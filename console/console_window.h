@@ -21,7 +21,7 @@ struct LineFailure {
 
 class ConsoleWindow : public WindowLayer {
 public:
-    ConsoleWindow(Script& script, Transcript transcript) : script_(script), transcript_(transcript) {}
+    ConsoleWindow(ConsoleScript& script, Transcript transcript) : script_(script), transcript_(transcript) {}
 
     void show_line(std::string_view line) override;
     Answer message(std::string_view text, std::string_view caption, Buttons buttons) override;
@@ -32,6 +32,8 @@ public:
     void set_toolbar(std::span<const ToolbarItem>) override {}
     void show_plot(const PlotWindow& plot) override;
     bool print_page(const PrintPage& page) override;
+    // Its printer is a text file.
+    bool print_plot(const PlotWindow&) override { return false; }
     void copy_text() override {}
     void view_text(std::string_view name, std::string_view text) override;
     void close_text_view() override {}
@@ -61,7 +63,7 @@ protected:
     // The lines of the file that an `include` names come next; false when it fails.
     [[nodiscard]] bool include(const ScriptLine& line);
     void set_current(const ScriptLine& line) { current_ = line.where(); }
-    [[nodiscard]] Script& script() { return script_; }
+    [[nodiscard]] ConsoleScript& script() { return script_; }
     // A failed line has ended the script, but not the conversation.
     void resume() { ended_ = false; }
 
@@ -72,7 +74,7 @@ private:
     [[nodiscard]] std::optional<ScriptLine> take_answer(std::string_view verb);
     void told_box(std::string_view text, std::string_view caption);
 
-    Script& script_;
+    ConsoleScript& script_;
     Transcript transcript_;
     std::string current_;                // "FILE:LINE" of the line that is executed
     std::vector<LineFailure> failures_;  // of that line, not yet told

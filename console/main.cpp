@@ -42,7 +42,7 @@ int run(const ConsoleOptions& options) {
     const bool scripted = !options.argument.empty() && !stored;
     const bool interactive = !scripted && isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
 
-    Script script;
+    ConsoleScript script;
     if (scripted) {
         auto lines = open_text(options.argument);
         if (lines == nullptr) return file_trouble(options.argument, "read");

@@ -9,7 +9,8 @@ namespace kavrel {
 
 class Runner {
 public:
-    Runner(Workbench& bench, ConsoleWindow& window, Script& script) : bench_(bench), window_(window), script_(script) {}
+    Runner(Workbench& bench, ConsoleWindow& window, ConsoleScript& script)
+        : bench_(bench), window_(window), script_(script) {}
 
     // Runs the script to its end, to its first failure, or to the end of the program.
     void run();
@@ -43,7 +44,7 @@ private:
 
     Workbench& bench_;
     ConsoleWindow& window_;
-    Script& script_;
+    ConsoleScript& script_;
     std::size_t first_line_ = 0;  // of the journal since the last `choose` or `do`
     std::size_t first_box_ = 0;
 };

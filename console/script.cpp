@@ -94,11 +94,11 @@ std::unique_ptr<std::istream> open_text(const std::string& name) {
     return lines;
 }
 
-void Script::push(std::string name, std::unique_ptr<std::istream> lines, std::string folder) {
+void ConsoleScript::push(std::string name, std::unique_ptr<std::istream> lines, std::string folder) {
     sources_.push_back({.name = std::move(name), .folder = std::move(folder), .lines = std::move(lines), .number = 0});
 }
 
-std::optional<ScriptLine> Script::next() {
+std::optional<ScriptLine> ConsoleScript::next() {
     if (handed_back_) {
         std::optional<ScriptLine> line;
         line.swap(handed_back_);
@@ -119,7 +119,7 @@ std::optional<ScriptLine> Script::next() {
     return std::nullopt;
 }
 
-bool Script::include(const ScriptLine& line, const std::string& file) {
+bool ConsoleScript::include(const ScriptLine& line, const std::string& file) {
     if (sources_.size() >= include_depth) return false;
     for (const auto& path : {std::filesystem::path(line.folder) / file, std::filesystem::path(file)}) {
         auto lines = open_text(path.string());

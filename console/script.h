@@ -40,7 +40,7 @@ struct ScriptLine {
 // A file opened to be read, or null; a folder is no file.
 [[nodiscard]] std::unique_ptr<std::istream> open_text(const std::string& name);
 
-class Script {
+class ConsoleScript {
 public:
     // Lines of a stream; `name` is told in errors, and files to include are looked for in `folder` first.
     void push(std::string name, std::unique_ptr<std::istream> lines, std::string folder = {});

@@ -13,7 +13,7 @@ namespace kavrel {
 
 class Terminal final : public ConsoleWindow {
 public:
-    Terminal(Script& script, Transcript transcript) : ConsoleWindow(script, transcript) {}
+    Terminal(ConsoleScript& script, Transcript transcript) : ConsoleWindow(script, transcript) {}
 
     Answer message(std::string_view text, std::string_view caption, Buttons buttons) override;
     int choose(const ChoiceBox& box) override;

@@ -4,9 +4,18 @@
 
 namespace kavrel {
 
-bool recall_design_input(Workbench& bench, const std::function<bool(std::string_view bytes)>& take) {
+void take_units(const UnitSet& units, Session& session) {
+    session.units = units;
+    session.frequency_scale = units.frequency_multiplier;
+    session.inductor_scale = units.inductor_multiplier;
+    session.capacitor_scale = units.capacitor_multiplier;
+    session.time_scale = units.time_multiplier;
+}
+
+bool recall_design_input(Workbench& bench, const std::function<bool(std::string_view bytes)>& take,
+                         const InputFileKind& kind) {
     const std::string name = bench.window.choose_file(
-        {.caption = "Recall a previous design data set", .description = "Stored input data files", .filter = "*.qfi"});
+        {.caption = kind.recall_caption, .description = kind.description, .filter = kind.filter});
     if (name.empty()) return false;
     const auto bytes = read_whole(name);
     if (!bytes) {
@@ -22,15 +31,16 @@ bool recall_design_input(Workbench& bench, const std::function<bool(std::string_
 }
 
 bool save_design_input(Workbench& bench, std::string_view bytes,
-                       const std::function<bool(std::string_view bytes)>& is_own) {
+                       const std::function<bool(std::string_view bytes)>& is_own, const InputFileKind& kind) {
     const auto current = read_whole(bench.session.input_file.text());
     if (bench.session.input_file.is_blank() || (current && !is_own(*current))) {
         const std::string name = bench.window.choose_file({.caption = "Select a file name",
-                                                           .description = "Stored input data files",
-                                                           .filter = "*.qfi",
+                                                           .description = kind.description,
+                                                           .filter = kind.filter,
                                                            .to_write = true});
         if (name.empty()) return true;
-        bench.session.input_file.assign(name.ends_with(".qfi") ? name : std::string(file_stem(name)) + ".qfi");
+        bench.session.input_file.assign(
+            name.ends_with(kind.extension) ? name : std::string(file_stem(name)) + std::string(kind.extension));
     }
     if (write_whole(bench.session.input_file.text(), bytes)) return true;
     bench.session.input_file = {};

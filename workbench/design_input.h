@@ -1,4 +1,4 @@
-// Design input data files, as all design forms recall and save them.
+// Input data files, as all design and analysis forms recall and save them.
 #pragma once
 
 #include <functional>
@@ -11,14 +11,35 @@ namespace kavrel {
 // What a design form shows when it opens.
 enum class FormStart { last_values, stored_data };
 
+// A kind of input data file, and how its selectors speak of it.
+struct InputFileKind {
+    std::string_view recall_caption;
+    std::string_view description;
+    std::string_view filter;
+    std::string_view extension;
+};
+inline constexpr InputFileKind design_files{.recall_caption = "Recall a previous design data set",
+                                            .description = "Stored input data files",
+                                            .filter = "*.qfi",
+                                            .extension = ".qfi"};
+inline constexpr InputFileKind analysis_files{.recall_caption = "Select an existing file",
+                                              .description = "Stored input data files",
+                                              .filter = "*.qai",
+                                              .extension = ".qai"};
+
+// Units that a file brings along hold at once, not with the next event.
+void take_units(const UnitSet& units, Session& session);
+
 // Asks for a file of stored input data, which becomes the current one once `take` has accepted its bytes. False, after
 // a box, when there is no such file or `take` refuses it; false without one when the selector is left.
-[[nodiscard]] bool recall_design_input(Workbench& bench, const std::function<bool(std::string_view bytes)>& take);
+[[nodiscard]] bool recall_design_input(Workbench& bench, const std::function<bool(std::string_view bytes)>& take,
+                                       const InputFileKind& kind = design_files);
 
 // Writes the bytes to the current input file, after asking for its name when there is none or when the current file is
 // another form's (`is_own` answers for its bytes). False when that went wrong; a selector that is left saves nothing,
 // which is no failure.
 [[nodiscard]] bool save_design_input(Workbench& bench, std::string_view bytes,
-                                     const std::function<bool(std::string_view bytes)>& is_own);
+                                     const std::function<bool(std::string_view bytes)>& is_own,
+                                     const InputFileKind& kind = design_files);
 
 }  // namespace kavrel

@@ -4,7 +4,11 @@
 
 #include <fmt/format.h>
 
+#include "passive/file_commands.h"
+#include "passive/macro_file.h"
 #include "shell/stored_files.h"
+#include "workbench/analysis_road.h"
+#include "workbench/delay_road.h"
 #include "workbench/filter_road.h"
 #include "workbench/fir_road.h"
 #include "workbench/rooms.h"
@@ -50,10 +54,13 @@ void units(Workbench& bench) { choose_units(bench.session, bench.reporter); }
 void new_filter_design(Workbench& bench) { filter_design_road(bench, FormStart::last_values); }
 void recall_filter_design(Workbench& bench) { filter_design_road(bench, FormStart::stored_data); }
 
+void new_delay_design(Workbench& bench) { delay_design_road(bench, FormStart::last_values); }
+void recall_delay_design(Workbench& bench) { delay_design_road(bench, FormStart::stored_data); }
+
 // "New" of a Segment opens the form of the last design again.
 void new_design(Workbench& bench) {
     if (bench.session.design_class.trimmed() == "delay") {
-        not_implemented(bench);
+        new_delay_design(bench);
     } else {
         new_filter_design(bench);
     }
@@ -61,6 +68,11 @@ void new_design(Workbench& bench) {
 
 void new_fir_design(Workbench& bench) { fir_design_road(bench, FormStart::last_values); }
 void recall_fir_design(Workbench& bench) { fir_design_road(bench, FormStart::stored_data); }
+
+void new_analysis(Workbench& bench) { analysis_road(bench, FormStart::last_values); }
+void recall_analysis(Workbench& bench) { analysis_road(bench, FormStart::stored_data); }
+void new_fir_analysis(Workbench& bench) { fir_analysis_road(bench, FormStart::last_values); }
+void recall_fir_analysis(Workbench& bench) { fir_analysis_road(bench, FormStart::stored_data); }
 
 void open_help(Workbench& bench, std::string_view page) {
     if (!bench.window.open_help(page)) bench.reporter.message("Help file unavailable", "Warning");
@@ -82,6 +94,16 @@ void stop(Workbench& bench) {
         bench.session.stopped = true;
 }
 
+void save_passive_as(Workbench& bench) {
+    PassiveDesk desk = passive_desk(bench);
+    save_circuit_as(desk);
+}
+
+void play_passive_macro(Workbench& bench) {
+    PassiveDesk desk = passive_desk(bench);
+    play_macro(desk);
+}
+
 struct Event {
     int id;
     void (*handle)(Workbench& bench);
@@ -96,13 +118,21 @@ constexpr Event events[] = {
     {143, units},
     {166, new_filter_design},
     {167, recall_filter_design},
+    {135, new_delay_design},
+    {136, recall_delay_design},
     {1031, new_fir_design},
     {1032, recall_fir_design},
+    {149, new_analysis},
+    {169, recall_analysis},
+    {152, new_fir_analysis},
+    {170, recall_fir_analysis},
     {159, help},
     {141, help_on_help},
     {142, about},
     // passive
     {524, new_design},
+    {330, save_passive_as},
+    {521, play_passive_macro},
     {516, copy},
     {335, stop},
     {352, help},
@@ -141,12 +171,30 @@ constexpr Event events[] = {
     {1154, about},
 };
 
+// What the plot window sends: an id for the Segment that opened it.
+struct PlotEvent {
+    int id;
+    SegmentId segment;
+    std::string_view command;
+};
+constexpr PlotEvent plot_events[] = {
+    {160, SegmentId::passive, "plpr"}, {161, SegmentId::iir, "plpr"},     {162, SegmentId::fir, "plpr"},
+    {163, SegmentId::active, "plpr"},  {168, SegmentId::lattice, "plpr"}, {154, SegmentId::passive, "nonp"},
+};
+
 // What every event starts from: the working copies of the settings.
 void refresh(Session& session) {
     session.frequency_scale = session.units.frequency_multiplier;
     session.inductor_scale = session.units.inductor_multiplier;
     session.capacitor_scale = session.units.capacitor_multiplier;
     session.time_scale = session.units.time_multiplier;
+}
+
+bool send_plot_command(Workbench& bench, int item_id) {
+    const auto event = std::ranges::find(plot_events, item_id, &PlotEvent::id);
+    if (event == std::end(plot_events)) return false;
+    send_command(bench, room_of(event->segment), event->command, nullptr);
+    return true;
 }
 
 // The Segment and the item behind the id of a command.
@@ -178,7 +226,7 @@ int dispatch_event(Workbench& bench, int item_id) {
     const auto event = std::ranges::find(events, item_id, &Event::id);
     if (event != std::end(events)) {
         event->handle(bench);
-    } else if (!send_menu_command(bench, item_id)) {
+    } else if (!send_menu_command(bench, item_id) && !send_plot_command(bench, item_id)) {
         not_implemented(bench);
     }
     return -1;
@@ -196,6 +244,7 @@ void open_stored_filter(Workbench& bench, std::string_view name) {
     }
     bench.session.filter_file.assign(name);
     enter_segment(bench, room->id);
+    bench.session.entry(room->id) = room->recall_entry;
     send_command(bench, *room, "read", nullptr);
 }
 

@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "shell/stored_files.h"
+#include "workbench/units_record.h"
 
 namespace kavrel {
 
@@ -124,21 +125,6 @@ bool form_could_hold(const FilterRequest& r, const StoredLists& lists) {
            std::ranges::all_of(lists.doublets_re, finite) && std::ranges::all_of(lists.doublets_im, finite);
 }
 
-// The multipliers rule. That of frequencies must be one that the units form gives, or all edges would be off by a
-// factor.
-bool take_units(const std::array<double, 4>& multipliers, UnitSet& units) {
-    if (!std::ranges::all_of(multipliers, [](double m) { return m >= 1e-12 && m <= 1e9; })) return false;
-    UnitSet found;
-    found.frequency_index = frequency_unit_index(multipliers[0]);
-    found.inductor_index = element_unit_index(multipliers[1]);
-    found.capacitor_index = element_unit_index(multipliers[2]);
-    found.time_index = element_unit_index(multipliers[3]);
-    settle_units(found);
-    if (std::abs(found.frequency_multiplier / multipliers[0] - 1.0) > 1e-9) return false;
-    units = found;
-    return true;
-}
-
 }  // namespace
 
 double zero_scale(const FilterRequest& request, const UnitSet& units) {
@@ -169,11 +155,7 @@ std::string filter_input_bytes(const FilterRequest& request, const UnitSet& unit
     file.put(lists_of(request, units));
     file.end();
 
-    file.begin();
-    file.put(std::array{units.frequency_multiplier, units.inductor_multiplier, units.capacitor_multiplier,
-                        units.time_multiplier});
-    file.put(std::array{units.frequency_index, units.inductor_index, units.capacitor_index, units.time_index});
-    file.end();
+    put_units_record(file, units);
     return file.bytes();
 }
 
@@ -204,22 +186,15 @@ bool read_filter_input(std::string_view bytes, FilterRequest& request, UnitSet& 
     file.take(lists);
     file.end();
 
-    file.begin();
-    std::array<double, 4> multipliers{};
-    std::array<int, 4> indices{};
-    file.take(multipliers);
-    file.take(indices);
-    file.end();
+    const auto found_units = take_units_record(file);
 
     // 4 is how it is stored, and the form never stores 3.
     if (found.filter_type == stored_band_pass) found.filter_type = TypeChoice::band_pass;
-    if (!file.finished() || !form_could_hold(found, lists)) return false;
-    UnitSet found_units;
-    if (!take_units(multipliers, found_units)) return false;
+    if (!file.finished() || !found_units || !form_could_hold(found, lists)) return false;
     found.odd_parametric = odd_parametric != 0;
     take_lists(lists, function_rows, found);
     request = found;
-    units = found_units;
+    units = *found_units;
     return true;
 }
 

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "approximation/filter_driver.h"
+#include "synthesis/ladder_desk.h"
 
 namespace kavrel {
 
@@ -12,6 +13,8 @@ namespace kavrel {
 [[nodiscard]] nlohmann::ordered_json transfer_part(const TransferFunction& transfer);
 [[nodiscard]] nlohmann::ordered_json x_plane_part(const FilterSpec& worked, const XPlane& x_plane);
 [[nodiscard]] nlohmann::ordered_json immittance_part(const XPlane& x_plane);
-[[nodiscard]] nlohmann::ordered_json terminations_part(const FilterSpec& worked, const XPlane& x_plane);
+// The ratio that can be had is that of the circuit, or, before there is one, the bound that the function sets.
+[[nodiscard]] nlohmann::ordered_json terminations_part(const FilterSpec& worked, const XPlane& x_plane,
+                                                       const LadderWork& ladder);
 
 }  // namespace kavrel

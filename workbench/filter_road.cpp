@@ -7,6 +7,7 @@
 
 #include "workbench/filter_form.h"
 #include "workbench/filter_input_file.h"
+#include "workbench/ladder_road.h"
 #include "workbench/rooms.h"
 
 namespace kavrel {
@@ -19,15 +20,6 @@ void take_stopband(const FilterRequest& r, double hz, FilterSpec& spec);
 void take_losses(const FilterRequest& r, FilterSpec& spec);
 void take_transmission_zeros(const FilterRequest& r, double scale, FilterSpec& spec);
 void take_function(const FilterRequest& r, double scale, FilterSpec& spec);
-
-// Units that a file brings along hold at once, not with the next event.
-void take_units(const UnitSet& units, Session& session) {
-    session.units = units;
-    session.frequency_scale = units.frequency_multiplier;
-    session.inductor_scale = units.inductor_multiplier;
-    session.capacitor_scale = units.capacitor_multiplier;
-    session.time_scale = units.time_multiplier;
-}
 
 bool recall(Workbench& bench) {
     UnitSet units;
@@ -81,6 +73,7 @@ void design(Workbench& bench) {
     }
     bench.design = DesignOutcome::done;
     bench.session.TITLE = new_title;
+    if (spec.implementation == 'P' || spec.implementation == 'M') ladder_road(bench);
 }
 
 // The stopband of a high-pass lies below its pass band.

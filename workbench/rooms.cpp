@@ -4,7 +4,9 @@
 
 #include "fir/fir_segment.h"
 #include "passive/passive_segment.h"
+#include "synthesis/ladder_segment.h"
 #include "workbench/menus.h"
+#include "workbench/segment_words.h"
 
 namespace kavrel {
 
@@ -22,6 +24,11 @@ void run_passive(Workbench& bench) {
     passiveSegment(desk);
 }
 
+void run_ladder(Workbench& bench) {
+    LadderDesk desk = ladder_desk(bench);
+    ladderSegment(desk);
+}
+
 void* passive_command_request(Workbench& bench) { return &bench.passive_command; }
 
 constexpr Room rooms[] = {
@@ -34,9 +41,20 @@ constexpr Room rooms[] = {
      .words = passive_words,
      .command_request = passive_command_request,
      .performs = passive_performs,
-     .run = run_passive},
-    {.id = SegmentId::active, .name = "active", .title = "Kavrel - ACTIVE RC MENU", .file_letter = 'a', .menu = active_menu},
-    {.id = SegmentId::iir, .name = "iir", .title = "Kavrel - IIR DIGITAL MENU", .file_letter = 'd', .menu = iir_menu},
+     .run = run_passive,
+     .recall_entry = passive_entry::stored_circuit},
+    {.id = SegmentId::active,
+     .name = "active",
+     .title = "Kavrel - ACTIVE RC MENU",
+     .file_letter = 'a',
+     .menu = active_menu,
+     .words = active_words},
+    {.id = SegmentId::iir,
+     .name = "iir",
+     .title = "Kavrel - IIR DIGITAL MENU",
+     .file_letter = 'd',
+     .menu = iir_menu,
+     .words = iir_words},
     {.id = SegmentId::fir,
      .name = "fir",
      .title = "Kavrel - FIR DIGITAL MENU",
@@ -46,8 +64,20 @@ constexpr Room rooms[] = {
      .command_request = fir_command_request,
      .performs = fir_performs,
      .run = run_fir},
-    {.id = SegmentId::ladder, .name = "ladder", .title = "Kavrel - LADDER SYNTHESIS MENU", .file_letter = ' ', .menu = ladder_menu},
-    {.id = SegmentId::lattice, .name = "lattice", .title = "Kavrel - LATTICE MENU", .file_letter = 'x', .menu = lattice_menu},
+    {.id = SegmentId::ladder,
+     .name = "ladder",
+     .title = "Kavrel - LADDER SYNTHESIS MENU",
+     .file_letter = ' ',
+     .menu = ladder_menu,
+     .words = ladder_words,
+     .performs = ladder_performs,
+     .run = run_ladder},
+    {.id = SegmentId::lattice,
+     .name = "lattice",
+     .title = "Kavrel - LATTICE MENU",
+     .file_letter = 'x',
+     .menu = lattice_menu,
+     .words = lattice_words},
 };
 
 static_assert(std::size(rooms) == segment_count);
@@ -95,6 +125,10 @@ PassiveDesk passive_desk(Workbench& bench) {
             .plot = bench.plot,
             .reporter = bench.reporter,
             .window = bench.window};
+}
+
+LadderDesk ladder_desk(Workbench& bench) {
+    return {.session = bench.session, .design = bench.filter, .work = bench.ladder, .reporter = bench.reporter};
 }
 
 void not_implemented(Workbench& bench) { bench.reporter.message("Command not implemented", "Default"); }

@@ -18,6 +18,7 @@ struct Room {
     void* (*command_request)(Workbench& bench) = nullptr;    // the record of its commands' forms
     bool (*performs)(const CommandKeyword& word) = nullptr;  // whether a word has a routine
     void (*run)(Workbench& bench) = nullptr;                 // performs the command in the Segment's cell
+    int recall_entry = 0;                                    // entry code of "read" for a file whose name is given
 };
 
 [[nodiscard]] const Room& room_of(SegmentId id);
@@ -32,9 +33,10 @@ void enter_segment(Workbench& bench, SegmentId id);
 // routine is answered with "Command not implemented".
 void send_command(Workbench& bench, const Room& room, std::string_view word, const Form* form);
 
-// The records of FIR and of passive work.
+// The records of FIR work, of passive work and of ladder synthesis.
 [[nodiscard]] FirDesk fir_desk(Workbench& bench);
 [[nodiscard]] PassiveDesk passive_desk(Workbench& bench);
+[[nodiscard]] LadderDesk ladder_desk(Workbench& bench);
 
 // The box of whatever has no handler.
 void not_implemented(Workbench& bench);

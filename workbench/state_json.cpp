@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "workbench/circuit_json.h"
 #include "workbench/filter_json.h"
 #include "workbench/rooms.h"
 
@@ -115,7 +116,10 @@ std::string state_json(const Workbench& bench) {
     part("transfer", transfer_part(bench.filter.transfer));
     part("x_plane", x_plane_part(bench.filter.worked, bench.filter.x_plane));
     part("immittance", immittance_part(bench.filter.x_plane));
-    part("terminations", terminations_part(bench.filter.worked, bench.filter.x_plane));
+    part("terminations", terminations_part(bench.filter.worked, bench.filter.x_plane, bench.ladder));
+    part("synthesis", synthesis_part(bench.ladder));
+    part("circuit", circuit_part(bench.passive.circuit));
+    part("parts", parts_part(bench.passive.circuit));
     part("analysis", results_part(bench.results, AnalysisResult::Kind::frequency));
     part("time", results_part(bench.results, AnalysisResult::Kind::time));
     part("fir", fir_part(bench.fir));

@@ -9,6 +9,10 @@
 #include "shell/journal.h"
 #include "shell/reporter.h"
 #include "shell/session.h"
+#include "synthesis/ladder_desk.h"
+#include "workbench/analysis_form.h"
+#include "workbench/delay_form.h"
+#include "workbench/fir_analysis_form.h"
 
 namespace kavrel {
 
@@ -33,6 +37,12 @@ struct Workbench {
     FilterRequest filter_request;
     FilterSpec filter_spec;  // the request of the last filter design, with what was found for it
     FilterDesign filter;     // of the last one that came off
+
+    LadderWork ladder;  // of the last synthesis
+
+    DelayRequest delay_request;
+    FilterAnalysisRequest analysis_request;
+    FirAnalysisRequest fir_analysis_request;
 
     FirRequest fir_request;
     FirFilter fir;

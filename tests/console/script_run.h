@@ -14,7 +14,7 @@ namespace kavrel {
 
 struct ScriptRun {
     ConsoleOptions options;
-    Script script;
+    ConsoleScript script;
     std::ostringstream report;
     std::ostringstream screen;
     std::ostringstream out;

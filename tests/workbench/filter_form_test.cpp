@@ -119,6 +119,22 @@ TEST_F(FilterForm, RulesTurnOffWhatDoesNotApply) {
          "stopband_type:Placer lower_stopband lower_stop_loss upper_stopband upper_stop_loss zeros_at_zero "
          "unit_elements "
          "bandpass_form zs_parameter predistortion "},
+        {{K::lc, T::band_pass, P::equal_ripple, F::e, S::specified, B::matching},
+         "fq_or_fs loss_slope flat_loss function_type multiplier lower_stopband lower_stop_loss upper_stopband "
+         "upper_stop_loss zeros_at_zero unit_elements zs_parameter predistortion shifted_bandpass_trans "
+         "center_frequency odd_parametric "},
+        {{K::active_rc, T::high_pass, P::max_flat, F::e, S::placer},
+         "fq_or_fs upper_passband passband_type:Sloping loss_slope flat_loss function_type multiplier lower_stopband "
+         "lower_stop_loss upper_stopband upper_stop_loss zeros_at_infinity unit_elements bandpass_form r1 r2 "
+         "zs_parameter q_predistortion predistortion shifted_bandpass_trans center_frequency odd_parametric "},
+        {{K::lc, T::low_pass, P::equal_ripple, F::e, S::specified},
+         "fq_or_fs lower_passband passband_type:Sloping loss_slope flat_loss function_type multiplier lower_stopband "
+         "lower_stop_loss upper_stopband upper_stop_loss zeros_at_zero unit_elements bandpass_form predistortion "},
+        {{K::iir_digital, T::high_pass, P::functional, F::e, S::specified},
+         "upper_passband passband_type:Sloping band_edge_loss loss_slope flat_loss multiplier "
+         "stopband_type:Monotonic stopband_type:Placer lower_stopband lower_stop_loss upper_stopband upper_stop_loss "
+         "zeros_at_infinity unit_elements bandpass_form r1 r2 zs_parameter q_predistortion predistortion "
+         "shifted_bandpass_trans center_frequency odd_parametric "},
         {{K::lc, T::band_pass, P::functional, F::f, S::equal_min},
          "fq_or_fs band_edge_loss loss_slope flat_loss stopband_type lower_stopband lower_stop_loss upper_stopband "
          "upper_stop_loss unit_elements bandpass_form:Matching zs_parameter predistortion shifted_bandpass_trans "
@@ -275,6 +291,9 @@ TEST(FilterValidator, GoodAndBadRequests) {
         // shifted band
         {changed(good_low_pass(), [](R& r) { r.center_frequency = 3000.0; }), ""},
         {changed(good_low_pass(), [](R& r) { r.center_frequency = 2999.0; }), "Center frequency too low"},
+        {changed(good_low_pass(), [](R& r) { r.center_frequency = 2999.0, r.upper_stopband = 1400.0; }), ""},
+        {changed(good_zeros(1500.0), [](R& r) { r.center_frequency = 1999.0; }), "Center frequency too low"},
+        {changed(good_zeros(1500.0), [](R& r) { r.center_frequency = 2000.0; }), ""},
         {changed(good_high_pass(), [](R& r) { r.center_frequency = 1.0; }), ""},
         // matching
         {good_matching(), ""},
@@ -304,6 +323,17 @@ TEST(FilterValidator, GoodAndBadRequests) {
         {changed(good_band_pass(), [](R& r) { r.upper_stop_loss = -1.0; }), "Stopband not specified or incorrect"},
         {changed(good_band_pass(), [](R& r) { r.lower_passband = r.lower_stopband = -1.0; }),
          "Stopband not specified or incorrect"},
+        {changed(good_high_pass(), [](R& r) { r.lower_stop_loss = 0.0; }), "Stopband not specified or incorrect"},
+        {changed(good_high_pass(), [](R& r) { r.lower_stopband = 0.0; }), "Stopband not specified or incorrect"},
+        {changed(good_band_pass(), [](R& r) { r.lower_stop_loss = 0.0; }), "Stopband not specified or incorrect"},
+        {changed(good_band_pass(), [](R& r) { r.upper_stopband = 2000.0; }), "Stopband not specified or incorrect"},
+        {changed(good_band_pass(), [](R& r) { r.stopband_type = S::equal_min, r.upper_stopband = 0.0; }),
+         "Stopband not specified or incorrect"},
+        {changed(good_band_pass(), [](R& r) { r.stopband_type = S::specified, r.lower_stopband = 0.0; }), ""},
+        {changed(good_functional(S::equal_min), [](R& r) { r.filter_type = T::high_pass, r.lower_passband = 0.0; }),
+         "Passband not specified or incorrect"},
+        {changed(good_functional(S::equal_min), [](R& r) { r.filter_type = T::high_pass, r.lower_passband = 1.0; }),
+         ""},
         {good_functional(S::equal_min), ""},
         {good_functional(S::specified), ""},
         {good_functional(S::monotonic), ""},
@@ -326,6 +356,26 @@ TEST(FilterValidator, GoodAndBadRequests) {
         {changed(good_low_pass(), [](R& r) { r.bandpass_form = B::parametric; }), ""},
         {changed(good_band_pass(), [](R& r) { r.bandpass_form = B::parametric; }), ""},
         {changed(good_band_pass(), [](R& r) { r.bandpass_form = B::parametric, r.stopband_type = S::equal_min; }), ""},
+        {changed(good_band_pass(),
+                 [](R& r) { r.bandpass_form = B::parametric, r.stopband_type = S::specified, r.zeros_at_zero = 2; }),
+         "Incorrect parametric specification"},
+        {changed(good_band_pass(),
+                 [](R& r) { r.bandpass_form = B::parametric, r.stopband_type = S::specified, r.unit_elements = 1; }),
+         "Incorrect parametric specification"},  // lumped: their field is off
+        {changed(good_placer(T::band_pass), [](R& r) { r.bandpass_form = B::parametric; }),
+         "Incorrect parametric specification"},
+        {changed(good_placer(T::band_pass), [](R& r) { r.bandpass_form = B::parametric, r.zeros_at_infinity = 1; }),
+         ""},
+        // of several reasons the first in the order of the tests
+        {changed(good_low_pass(),
+                 [](R& r) { r.filter_kind = K::microwave, r.upper_stop_loss = r.band_edge_loss = 0.0; }),
+         "Quarter-wave frequency too low"},
+        {changed(good_low_pass(), [](R& r) { r.center_frequency = 1.0, r.upper_stop_loss = 0.0; }),
+         "Center frequency too low"},
+        {changed(good_low_pass(), [](R& r) { r.upper_stop_loss = r.upper_passband = r.band_edge_loss = 0.0; }),
+         "Stopband not specified or incorrect"},
+        {changed(good_low_pass(), [](R& r) { r.upper_passband = r.band_edge_loss = 0.0; }),
+         "Passband not specified or incorrect"},
         // terminations
         {changed(good_low_pass(), [](R& r) { r.r1 = -50.0; }), "Terminations may not be negative"},
         {changed(good_matching(), [](R& r) { r.r2 = -75.0; }), "Terminations may not be negative"},

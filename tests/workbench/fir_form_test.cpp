@@ -83,6 +83,18 @@ TEST(FirForm, ValidatorGoodAndBadSideBySide) {
         {windowed_request(4, 1, 6, 10), "Incorrect frequency band specification"},
         {windowed_request(1, 0, 4, 10, 17), "Parameter missing"},
         {with(windowed_request(1, 0, 4, 10, 17), [](FirRequest& r) { r.parameter = 60; }), ""},
+        {with(windowed_request(1, 0, 4, 10, 21), [](FirRequest& r) { r.parameter = -1; }), "Parameter missing"},
+        {windowed_request(1, 0, 4, 10, 16), ""},
+        {windowed_request(2, 5, 0, 10), "Incorrect frequency band specification"},
+        {windowed_request(3, 0, 4, 10), "Incorrect frequency band specification"},
+        {windowed_request(3, 6, 4, 10), "Incorrect frequency band specification"},
+        {windowed_request(4, 4, 1, 10), ""},
+        {typed_request(2, 0, 4, 0, 1), "Missing data"},
+        {typed_request(2, 0, 4, 10, -1), "Missing data"},
+        {with(typed_request(3, 1, 4, 10, 0), length(0)), ""},
+        {with(windowed_request(1, 0, 0, 0), length(2)), "Filter length too low"},
+        {windowed_request(1, 0, 0, 0, 17), "Sampling frequency missing"},
+        {windowed_request(1, 0, 5, 10, 17), "Incorrect frequency band specification"},
     };
     for (std::size_t i = 0; i < std::size(rows); ++i) {
         EXPECT_EQ(FIR_DESIGN_DLG.message(&rows[i].request), rows[i].message) << "row " << i;

@@ -1,7 +1,5 @@
 #include "workbench/start_up.h"
 
-#include <set>
-
 #include <gtest/gtest.h>
 
 #include "shell/settings.h"
@@ -124,34 +122,6 @@ TEST_F(StartUp, UnitsFormSettlesAndKeepsTheUnits) {
     dispatch_event(bench, 143);
     EXPECT_EQ(window.boxes.back(), "Error: File could not be written");
     EXPECT_EQ(bench.session.units, before);
-}
-
-// Every item of every menu: its id is its own, its labels lead to it, its command is in its Segment's table, and its
-// event is answered.
-TEST_F(StartUp, MenusAreWhole) {
-    std::set<int> ids;
-    for (std::size_t i = 0; i < segment_count; ++i) {
-        const Room& room = room_of(static_cast<SegmentId>(i));
-        for (const MenuItem& item : room.menu) {
-            EXPECT_TRUE(ids.insert(item.id).second) << item.path;
-            std::vector<std::string> labels;
-            for (int level = 0; level < path_depth(item.path); ++level) {
-                labels.push_back(plain_label(path_label(item.path, level)));
-            }
-            EXPECT_EQ(find_item(room.menu, labels), &item) << item.path;
-            labels.pop_back();
-            EXPECT_EQ(find_item(room.menu, labels), nullptr) << item.path;
-            EXPECT_TRUE(opens_submenu(room.menu, labels)) << item.path;
-            if (!item.command.empty()) {
-                EXPECT_EQ(item.command.size(), 4U) << item.path;
-                EXPECT_TRUE(match_command(CommandKeyword(item.command), room.words()).has_value()) << item.path;
-            }
-            const auto boxes = window.boxes.size();
-            window.knows_events = item.id == exit_event;
-            EXPECT_EQ(dispatch_event(bench, item.id), item.id == exit_event ? 0 : -1) << item.path;
-            EXPECT_LE(window.boxes.size(), boxes + 1) << item.path;
-        }
-    }
 }
 
 }  // namespace

@@ -1,0 +1,54 @@
+// The analysis form: a filter from outside, given by what is known of it.
+#pragma once
+
+#include <type_traits>
+
+#include "approximation/filter_spec.h"
+#include "shell/form.h"
+
+namespace kavrel {
+
+// The choices of the form, by the numbers that the record holds.
+struct AnalysisKind {
+    enum { passive_lc = 1, active_rc = 2, iir_digital = 3, microwave = 4, switched_capacitor = 5 };
+};
+struct AnalysisType {
+    enum { low_pass = 1, high_pass = 2, band_pass = 4, band_reject = 5, delay_equalizer = 6 };
+};
+struct AnalysisStructure {
+    enum { cascade = 1, follow_the_leader = 2, leapfrog = 3 };
+};
+struct AnalysisForm {
+    enum { roots = 1, factors = 2 };
+};
+
+inline constexpr int section_limit = 25;
+
+// Frequencies are in the user's frequency unit; roots are in hertz.
+struct FilterAnalysisRequest {
+    int analysis_kind = AnalysisKind::passive_lc;
+    int analysis_type = AnalysisType::low_pass;
+    int structure = AnalysisStructure::cascade;
+    int form = AnalysisForm::roots;
+    double lower_passband = 0.0;
+    double upper_passband = 0.0;              // the edge of a low-pass; the normalisation where there is none
+    double sampling_or_qw = 0.0;              // sampling frequency, microwave: quarter-wave frequency
+    FormList<finite_zero_limit, 2> TR_POLES;  // real part, imaginary part, a row for a conjugate pair
+    FormList<finite_zero_limit, 2> TR_ZEROS;
+    FormList<section_limit, 3> NUMER;  // of each section: quadratic, linear, constant coefficient
+    FormList<section_limit, 3> DENOM;
+    FormList<section_limit, 1> FEED;  // coefficient of the feedback from each section
+    int zeros_at_infinity = 0;        // 0 to 50
+    bool save_analysis = false;
+};
+
+static_assert(std::is_trivially_copyable_v<FilterAnalysisRequest>);
+
+extern const Form ANALYSIS_DLG;
+extern const Form ANALYSIS_POLES_DLG;
+extern const Form ANALYSIS_ZEROS_DLG;
+extern const Form NUMER_DLG;
+extern const Form DENOM_DLG;
+extern const Form FEED_DLG;
+
+}  // namespace kavrel

@@ -1,0 +1,93 @@
+#include "workbench/analysis_road.h"
+
+#include "passive/passive_segment.h"
+#include "workbench/analysis_input_file.h"
+#include "workbench/rooms.h"
+
+namespace kavrel {
+
+namespace {
+
+// What the form tells of a filter whose circuit is still to come: the edges are those of its type.
+FilterSpec given(const FilterAnalysisRequest& r, const UnitSet& units) {
+    const double hz = units.frequency_multiplier;
+    const bool low = r.analysis_type == AnalysisType::low_pass || r.analysis_type == AnalysisType::delay_equalizer;
+    const bool high = r.analysis_type == AnalysisType::high_pass;
+    const bool microwave_circuit = r.analysis_kind == AnalysisKind::microwave;
+    FilterSpec spec;
+    spec.filterType = r.analysis_type;
+    spec.medium = microwave_circuit ? microwave : lumped;
+    spec.implementation = microwave_circuit ? 'M' : 'P';
+    spec.lowerPassEdge = low ? 0.0 : r.lower_passband * hz;
+    spec.upperPassEdge = high ? 0.0 : r.upper_passband * hz;
+    spec.sampleFrequency = microwave_circuit ? 2.0 * r.sampling_or_qw * hz : 0.0;
+    return spec;
+}
+
+PassiveFilter empty_store(const FilterSpec& spec) {
+    PassiveFilter filter;
+    filter.spec = spec;
+    filter.circuit.kind = spec.medium == microwave ? CircuitKind::microwave : CircuitKind::lumped;
+    filter.circuit.fa = spec.lowerPassEdge;
+    filter.circuit.fb = spec.upperPassEdge;
+    filter.circuit.fnorm = spec.filterType == high_pass ? spec.lowerPassEdge : spec.upperPassEdge;
+    filter.circuit.fs = spec.sampleFrequency;
+    return filter;
+}
+
+// Nothing of a former filter's design and analysis tells of this one.
+void enter_passive(Workbench& bench) {
+    const FilterSpec spec = given(bench.analysis_request, bench.session.units);
+    bench.passive = empty_store(spec);
+    bench.design = DesignOutcome::none;
+    bench.filter_spec = {};
+    bench.filter = {};
+    bench.ladder.outcome = SynthesisOutcome::none;
+    bench.results = {};
+    bench.session.TITLE = spec.medium == microwave ? "<New Microwave Filter>" : "<New Passive Filter>";
+    bench.session.entry(SegmentId::passive) = passive_entry::analysis;
+    bench.session.word(SegmentId::passive) = "show";
+    enter_segment(bench, SegmentId::passive);
+}
+
+bool save(Workbench& bench) {
+    const auto is_own = [](std::string_view bytes) {
+        FilterAnalysisRequest request;
+        return read_analysis_input(bytes, request);
+    };
+    return save_design_input(bench, analysis_input_bytes(bench.analysis_request), is_own, analysis_files);
+}
+
+bool save_fir(Workbench& bench) {
+    const auto is_own = [](std::string_view bytes) {
+        FirAnalysisRequest request;
+        return read_fir_analysis_input(bytes, request);
+    };
+    return save_design_input(bench, fir_analysis_input_bytes(bench.fir_analysis_request), is_own, analysis_files);
+}
+
+}  // namespace
+
+void analysis_road(Workbench& bench, FormStart start) {
+    FilterAnalysisRequest& request = bench.analysis_request;
+    const auto take = [&](std::string_view bytes) { return read_analysis_input(bytes, request); };
+    if (start == FormStart::stored_data && !recall_design_input(bench, take, analysis_files)) return;
+    if (!run_form(ANALYSIS_DLG, &request, bench.session.units, bench.reporter)) return;
+    if (request.save_analysis && !save(bench)) return;
+    switch (request.analysis_kind) {
+        case AnalysisKind::passive_lc:
+        case AnalysisKind::microwave: enter_passive(bench); break;
+        default: not_implemented(bench); break;
+    }
+}
+
+void fir_analysis_road(Workbench& bench, FormStart start) {
+    FirAnalysisRequest& request = bench.fir_analysis_request;
+    const auto take = [&](std::string_view bytes) { return read_fir_analysis_input(bytes, request); };
+    if (start == FormStart::stored_data && !recall_design_input(bench, take, analysis_files)) return;
+    if (!run_form(ANALYSIS_FIR_DLG, &request, bench.session.units, bench.reporter)) return;
+    if (request.save_analysis_data && !save_fir(bench)) return;
+    not_implemented(bench);
+}
+
+}  // namespace kavrel

@@ -1,0 +1,79 @@
+#include "workbench/circuit_json.h"
+
+#include "circuit/branch_elements.h"
+#include "circuit/branch_kinds.h"
+#include "circuit/parts_list.h"
+#include "shell/edit.h"
+
+namespace kavrel {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const char* kind_name(CircuitKind kind) {
+    switch (kind) {
+        case CircuitKind::lumped: break;
+        case CircuitKind::wave_digital: return "wave_digital";
+        case CircuitKind::microwave: return "microwave";
+    }
+    return "lumped";
+}
+
+// The keyword where there is one; kinds that only transformations and synthesis make have the name of their structure.
+std::string type_name(int id) {
+    const BranchKind& kind = branch_kinds[id];
+    if (!kind.keyword.empty()) return std::string(kind.keyword);
+    if (id < unit_element_id) return "compound";
+    if (kind.structure == Structure::lattice) return "lattice";
+    return id == quadruplet_id ? "quadruplet" : "triplet";
+}
+
+Json values_of(const Circuit& circuit, const Branch& branch) {
+    Json values = Json::array();
+    const BranchElements elements = branch_elements(circuit, branch);
+    for (int i = 0; i < elements.count; ++i) values.push_back(elements.cells[static_cast<std::size_t>(i)].value);
+    return values;
+}
+
+const char* unit_of(char letter, bool impedances) {
+    if (impedances || letter == 'r') return "ohm";
+    return letter == 'l' ? "H" : "F";
+}
+
+}  // namespace
+
+Json synthesis_part(const LadderWork& work) {
+    if (work.outcome != SynthesisOutcome::done) return {};
+    return {{"direction", work.state.direction()},
+            {"arithmetic", work.state.arithmetic()},
+            {"loss_error", work.state.loss_error}};
+}
+
+Json circuit_part(const Circuit& circuit) {
+    if (circuit.klast == 0) return {};
+    Json branches = Json::array();
+    for (int k = 1; k != 0;) {
+        const Branch branch = unpackBranch(circuit, k);
+        branches.push_back({{"branch", k},
+                            {"id", branch.id},
+                            {"type", type_name(branch.id)},
+                            {"series", branch_kinds[branch.id].slot_element && k % 2 == 0},
+                            {"values", values_of(circuit, branch)}});
+        k = branch.kn;
+    }
+    return {{"kind", kind_name(circuit.kind)}, {"r1", circuit.R1}, {"r2", circuit.R2},
+            {"fnorm", circuit.fnorm},          {"fs", circuit.fs}, {"branches", branches}};
+}
+
+Json parts_part(const Circuit& circuit) {
+    Json parts = Json::array();
+    for (const CircuitPart& part : list_parts(circuit, false)) {
+        parts.push_back({{"name", part.letter + edit_i(part.number, 2, 2)},
+                         {"value", part.value},
+                         {"unit", unit_of(part.letter, circuit.kind == CircuitKind::microwave)}});
+    }
+    return parts;
+}
+
+}  // namespace kavrel

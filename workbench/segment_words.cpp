@@ -1,0 +1,30 @@
+#include "workbench/segment_words.h"
+
+namespace kavrel {
+
+namespace {
+
+// clang-format off
+constexpr CommandKeyword active_table[] = {
+    "time", "pltf", "show", "perm", "resc", "equ ", "freq", "fs  ", "add ", "del ", "read", "save",
+    "des ", "mult", "bzt ", "sto ", "rcl ", "fq  ", "disp", "lbl ", "text", "undo", "tabf", "plpr",
+    "file", "func", "pltt", "tabt", "pz  ", "pri ", "redo",
+};
+constexpr CommandKeyword iir_table[] = {
+    "freq", "time", "asci", "flat", "add ", "del ", "trun", "read", "show", "perm", "ord ", "lim ",
+    "scal", "save", "equ ", "sto ", "rcl ", "prog", "par ", "des ", "disp", "lbl ", "dir ", "tabf",
+    "pz  ", "undo", "lat ", "swc ", "allp", "pltf", "plpr", "func", "pltt", "tabt", "pri ", "fs  ",
+    "redo", "conv",
+};
+constexpr CommandKeyword lattice_table[] = {
+    "file", "text", "disp", "show", "lbl ", "pri ", "plot", "freq", "tab ", "func", "plpr",
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const CommandKeyword> active_words() { return active_table; }
+std::span<const CommandKeyword> iir_words() { return iir_table; }
+std::span<const CommandKeyword> lattice_words() { return lattice_table; }
+
+}  // namespace kavrel

@@ -1,6 +1,7 @@
 // The program itself: options, exit status, the examples, and a person at a terminal.
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <pty.h>
 #include <sys/wait.h>
 #include <thread>
@@ -42,14 +43,25 @@ std::vector<std::string> example_files() {
     return files;
 }
 
-TEST_P(Examples, RunsToItsEnd) {
+// An example that opens a stored filter comes with it and stands on standard input. Reports are golden:
+// KAVREL_WRITE_GOLDEN=1 writes them anew.
+TEST_P(Examples, RunsToItsEndWithItsReport) {
     const ScratchFolder folder;
-    const Ended ended = run_program("--json state.json --date 2026-01-01 " EXAMPLES "/" + GetParam() + ".kav");
+    const std::string name = GetParam();
+    const std::string stored = EXAMPLES "/" + name + ".qfp";
+    const std::string script = EXAMPLES "/" + name + ".kav";
+    const bool opens = std::filesystem::exists(stored);
+    if (opens) std::filesystem::copy_file(stored, name + ".qfp");
+    const Ended ended =
+        run_program("--json state.json -o report.txt --date 2026-01-01 " + (opens ? name + ".qfp" : script),
+                    opens ? read_text(script) : "");
     EXPECT_EQ(ended.status, 0) << ended.output;
     const auto state = nlohmann::json::parse(read_text("state.json"));
     EXPECT_EQ(state["format"], 1);
-    EXPECT_EQ(state["design"], "done");
-    EXPECT_FALSE(state["report"].empty());
+    EXPECT_NE(state["design"], "discontinued");
+    const std::string golden = TEST_DATA "/console/" + name + ".txt";
+    if (std::getenv("KAVREL_WRITE_GOLDEN") != nullptr) write_text(golden, read_text("report.txt"));
+    EXPECT_EQ(read_text("report.txt"), read_text(golden));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Examples, testing::ValuesIn(example_files()),

@@ -214,6 +214,8 @@ bool Way::run() {
         return false;
     }
     report();
+    design_.request = request_;
+    design_.notes = notes_;
     return true;
 }
 

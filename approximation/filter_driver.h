@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "approximation/approximate.h"
 #include "approximation/filter_spec.h"
 #include "approximation/x_plane.h"
 #include "shell/reporter.h"
@@ -15,6 +16,8 @@ struct FilterDesign {
     FilterSpec worked;  // as the approximation left it: edges of the normalised problem, a high-pass turned over
     XPlane x_plane;
     TransferFunction transfer;
+    FilterSpec request;        // as the approximation was asked, which the report tells of beside what was found
+    ApproximationNotes notes;  // what it did on the way
 };
 
 enum class FilterDesignVerdict {

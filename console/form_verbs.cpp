@@ -125,7 +125,7 @@ std::string form_text(const FormSheet& sheet) {
     for (std::size_t i = 0; i < sheet.size(); ++i) {
         const Field& field = sheet.field(i);
         if (field.kind == FieldKind::heading) {
-            text += fmt::format("  -- {} --\n", field.label);
+            text += fmt::format("  -- {} --\n", sheet.label(i));
             continue;
         }
         text += fmt::format("  {:<20} {:<36} {:<16}", field.name, sheet.label(i), sheet.shown(i));

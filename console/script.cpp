@@ -5,13 +5,13 @@
 #include <fstream>
 
 #include "shell/fixed_text.h"
+#include "shell/utf8.h"
 
 namespace kavrel {
 
 namespace {
 
 constexpr std::size_t include_depth = 50;
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 

@@ -92,17 +92,18 @@ void NgspiceText::source() {
     }
 }
 
+// A zero, as at frequency 0, has no decibels, and ngspice would give up the whole column for it: so it has 4000.
 void NgspiceText::output() {
-    const std::string voltage = fmt::format("vdb({0}) vp({0})", net_.first);
-    const std::string current = "db(i(vout)) ph(i(vout))";
+    const std::string voltage = fmt::format("db(v({0})+1e-200) vp({0})", net_.first);
+    const std::string current = "db(i(vout)+1e-200) ph(i(vout))";
     if (net_.R2 != 0) {
-        add("* transducer loss in dB is -vdb");
+        add("* transducer loss in dB is -db(v)");
         add(".print ac " + voltage);
     } else if (net_.series_end) {
-        add("* voltage loss in dB is -vdb");
+        add("* voltage loss in dB is -db(v)");
         add(".print ac " + voltage + " " + current);
     } else {
-        add("* current loss in dB is -db(i(vout))");
+        add("* current loss in dB is -db(i)");
         add(".print ac " + current + " " + voltage);
     }
 }

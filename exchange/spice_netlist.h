@@ -20,12 +20,13 @@ namespace kavrel {
 
 // The text for ngspice: a source at the last branch, branch 1 as the load, so that the printed dB are -loss and the
 // printed degrees the phase of the analysis:
-//     doubly terminated   2 sqrt(R2/R1) volts behind R2 (1 V across the load when matched), vdb of the load
-//     driven by a voltage 1 V, vdb of the load
+//     doubly terminated   2 sqrt(R2/R1) volts behind R2 (1 V across the load when matched), dB of the load's voltage
+//     driven by a voltage 1 V, dB of the load's voltage
 //     driven by a current 1 A, dB of the load's current
 // The current of a singly terminated circuit's load flows through the source vout of zero volts. Elements bear the
 // names of the parts list. In a microwave circuit unit elements and stubs are lossless lines. Lattices and
-// half-lattices have ideal transformers made of two controlled sources.
+// half-lattices have ideal transformers made of two controlled sources. Where nothing at all comes through, as at
+// frequency 0 of a high-pass, it prints -4000 dB.
 [[nodiscard]] bool ngspice_netlist(const Circuit& circuit, std::string_view title, bool half_lattices,
                                    const Sweep& sweep, std::vector<std::string>& lines);
 

@@ -1,7 +1,6 @@
 #include "exchange/transfer_file.h"
 
 #include <algorithm>
-#include <charconv>
 #include <numbers>
 
 #include "exchange/pcfilt_list.h"
@@ -19,7 +18,6 @@ constexpr int default_points = 100;
 
 const TransferTypeRow* row_of(int file_type);
 bool in_modern_dialect(const TransferTypeRow& row, const TransferRequest& request);
-double as_entered(float value);
 Sweep sweep_of(std::span<const double> frequencies);
 TransferVerdict write_lines(const TransferInput& input, const TransferRequest& request,
                             std::span<const double> frequencies, std::vector<std::string>& lines);
@@ -65,10 +63,10 @@ std::string transfer_file_name(std::string_view stem, const TransferRequest& req
     return file_name(stem, row->slot);
 }
 
-std::vector<double> analysis_frequencies(const AnalysisResult& result) {
+std::vector<double> frequencies_in_hertz(const FrequencyGrid& grid) {
+    const double per_hertz = grid.radians ? 2 * std::numbers::pi : 1;
     std::vector<double> frequencies;
-    const double per_hertz = result.radians ? 2 * std::numbers::pi : 1;
-    for (int i = 1; i <= result.frequency_count; ++i) frequencies.push_back(as_entered(result.FREQ(i)) / per_hertz);
+    for (const double frequency : grid.values()) frequencies.push_back(frequency / per_hertz);
     return frequencies;
 }
 
@@ -107,15 +105,6 @@ const TransferTypeRow* row_of(int file_type) {
 
 bool in_modern_dialect(const TransferTypeRow& row, const TransferRequest& request) {
     return request.dialect == TransferDialect::modern && !row.modern.empty();
-}
-
-// The decimal number of least digits that the single-precision value stands for: 1000.1, not 1000.0999755859375.
-double as_entered(float value) {
-    std::array<char, 32> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value);
-    double number = value;
-    std::from_chars(digits.data(), end.ptr, number);
-    return number;
 }
 
 Sweep sweep_of(std::span<const double> frequencies) {

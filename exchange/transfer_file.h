@@ -19,7 +19,7 @@
 #include "approximation/filter_spec.h"
 #include "circuit/chain_analysis.h"
 #include "circuit/circuit.h"
-#include "shell/analysis_result.h"
+#include "shell/frequency_request.h"
 #include "shell/stored_files.h"
 
 namespace kavrel {
@@ -59,7 +59,7 @@ struct TransferInput {
     const Circuit& circuit;
     std::string_view title{};
     const TransferFunction* transfer = nullptr;  // of the design
-    std::span<const double> frequencies{};       // Hz, of the last analysis; empty: see default_frequencies
+    std::span<const double> frequencies{};       // Hz, that the last analysis was asked for; empty: default_frequencies
     ElementLoss loss{};                          // of the last analysis; S-parameters alone take it
 };
 
@@ -100,8 +100,8 @@ inline constexpr std::string_view file_not_opened = "File could not be opened";
 // The name of the file: the stem with the extension of the type, ".ckt" or ".m"; S-parameters take ".s2p".
 [[nodiscard]] std::string transfer_file_name(std::string_view stem, const TransferRequest& request);
 
-// The frequencies of the last frequency analysis in Hz, as they were asked for; empty when there is none.
-[[nodiscard]] std::vector<double> analysis_frequencies(const AnalysisResult& result);
+// The frequencies of a grid in Hz.
+[[nodiscard]] std::vector<double> frequencies_in_hertz(const FrequencyGrid& grid);
 
 // What stands in for them when there was none: 100 points up to twice the upper edge of the band, in a microwave
 // circuit up to the quarter-wave frequency.

@@ -42,6 +42,7 @@ void analyse_frequency(PassiveDesk& desk) {
     const ChainVerdict verdict = analyzeCircuit(circuit, analysis_request(desk, grid), performance);
     if (verdict != ChainVerdict::done) return refuse(desk, message_of(verdict));
     store_performance(performance, desk.results);
+    desk.state.analysed = grid;
     desk.results.TITLE = title_of(desk);
     if (wants_table(desk)) report_lines(desk, performance_lines(performance, title_of(desk)));
     tell_done(desk);

@@ -18,6 +18,7 @@ using Slots = std::bitset<max_quadruplets + 1>;
 
 bool within(int value, int low, int high) { return value >= low && value <= high; }
 bool canonical(std::int32_t word);
+bool sound_spec(const FilterSpec& spec);
 bool take_cells(const Circuit& circuit, const Branch& branch, Cells& taken);
 bool take_quadruplet(const Circuit& circuit, const Branch& branch, Slots& taken);
 
@@ -75,17 +76,10 @@ bool sound_store(const Circuit& circuit) {
     return std::ranges::count_if(circuit.INDX1, [](std::int32_t word) { return word != 0; }) == linked;
 }
 
-bool sound_design(const FilterSpec& spec, const TransferFunction& transfer) {
-    constexpr std::string_view implementations = "PMAI";
-    const bool choices =
-        within(spec.filterType, low_pass, band_pass) && within(spec.passbandType, maximally_flat, sloping_passband) &&
-        within(spec.bandpassType, conventional, impedance_matching) &&
-        within(spec.stopbandType, monotonic_stopband, functional_stopband) && within(spec.medium, lumped, microwave) &&
-        implementations.find(spec.implementation) != std::string_view::npos;
-    const bool counts = within(spec.zeroCount, 0, finite_zero_limit) && within(spec.numeratorDegree, 0, factor_limit) &&
-                        within(spec.denominatorDegree, 0, factor_limit) && within(spec.degree, 0, max_degree) &&
-                        within(transfer.zeroCount, 0, max_degree) && within(transfer.poleCount, 0, max_degree);
-    return choices && counts;
+bool sound_design(const PassiveFilter& filter) {
+    const TransferFunction& transfer = filter.transfer;
+    return sound_spec(filter.spec) && sound_spec(filter.background.request) &&
+           within(transfer.zeroCount, 0, max_degree) && within(transfer.poleCount, 0, max_degree);
 }
 
 bool all_finite(const PassiveFilter& filter) {
@@ -94,6 +88,10 @@ bool all_finite(const PassiveFilter& filter) {
     finite(c.VALUE, c.QUADRUPLETS, c.R1, c.R2, c.fa, c.fb, c.fnorm, c.fs, c.MODE_RE, c.MODE_IM, filter.mod);
     items_of(filter.spec, finite);
     items_of(filter.transfer, finite);
+    const DesignBackground& background = filter.background;
+    items_of(background.request, finite);
+    items_of(background.notes, finite);
+    finite(background.worked_lower_edge, background.worked_upper_edge);
     return finite.good && !std::isnan(c.termination_ratio);
 }
 
@@ -102,6 +100,18 @@ namespace {
 // Whether the word is what its fields are packed into: not negative, the topmost field within its range.
 bool canonical(std::int32_t word) {
     return word > 0 && branch_of_word(word).kn <= max_branches && branch_of_word(word).id < branch_kind_count;
+}
+
+bool sound_spec(const FilterSpec& spec) {
+    constexpr std::string_view implementations = "PMAI";
+    const bool choices =
+        within(spec.filterType, low_pass, band_pass) && within(spec.passbandType, maximally_flat, sloping_passband) &&
+        within(spec.bandpassType, conventional, impedance_matching) &&
+        within(spec.stopbandType, monotonic_stopband, functional_stopband) && within(spec.medium, lumped, microwave) &&
+        implementations.find(spec.implementation) != std::string_view::npos;
+    const bool counts = within(spec.zeroCount, 0, finite_zero_limit) && within(spec.numeratorDegree, 0, factor_limit) &&
+                        within(spec.denominatorDegree, 0, factor_limit) && within(spec.degree, 0, max_degree);
+    return choices && counts;
 }
 
 bool take_cells(const Circuit& circuit, const Branch& branch, Cells& taken) {

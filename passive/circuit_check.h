@@ -14,7 +14,7 @@ namespace kavrel {
 [[nodiscard]] bool sound_store(const Circuit& circuit);
 
 // Whether the counts and choices of a design are such as its tables can hold.
-[[nodiscard]] bool sound_design(const FilterSpec& spec, const TransferFunction& transfer);
+[[nodiscard]] bool sound_design(const PassiveFilter& filter);
 
 // Whether all numbers are finite. The ratio of terminations alone may be infinite: one of them may be 0.
 [[nodiscard]] bool all_finite(const PassiveFilter& filter);

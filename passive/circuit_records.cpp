@@ -1,5 +1,9 @@
 #include "passive/circuit_records.h"
 
+#include <cmath>
+#include <numbers>
+
+#include "circuit/branch_kinds.h"
 #include "passive/circuit_check.h"
 #include "passive/record_items.h"
 #include "shell/stored_files.h"
@@ -99,10 +103,10 @@ void store_records(File& file, Filter& filter, CircuitRecords kind) {
     record(file, kind == CircuitRecords::stored_file ? circuit.fs : circuit.fnorm);
 }
 
-// Records 9 to 15.
+// Records 9 to 17.
 template <class File, class Filter, class Mark, class Title>
 void further_records(File& file, Filter& filter, Mark& told_mark, Title& title, CircuitRecords kind) {
-    auto& [c, designed, spec, transfer, mod] = filter;
+    auto& [c, designed, spec, transfer, background, mod] = filter;
     record(file, told_mark);
     record(file, title);
     record(file, c.R1, c.R2, c.termination_ratio, c.fa, c.fb, kind == CircuitRecords::stored_file ? c.fnorm : c.fs);
@@ -114,15 +118,45 @@ void further_records(File& file, Filter& filter, Mark& told_mark, Title& title, 
     file.begin();
     items_of(transfer, file);
     file.end();
+    file.begin();
+    items_of(background.request, file);
+    file.end();
+    file.begin();
+    items_of(background.notes, file);
+    file(background.worked_lower_edge, background.worked_upper_edge);
+    file.end();
 }
 
-// What the terminations of a sound store are.
-void take_terminations(Circuit& circuit) {
+// The quarter-wave frequency of lines. Else where the reactances of coils and capacitors are, in the geometric mean,
+// the resistance of the load: within the pass band of most filters, or near it.
+double norm_frequency(const Circuit& circuit) {
+    if (circuit.kind != CircuitKind::lumped) return circuit.fs / 2;
+    double logarithms = 0;
+    int elements = 0;
+    for (int k = 2; k <= circuit.klast; ++k) {
+        if (!branchExists(circuit, k)) continue;
+        const Branch branch = unpackBranch(circuit, k);
+        const auto values = branch_values(circuit, branch);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const char letter = branch_kinds[branch.id].cells[i];
+            if (letter != 'L' && letter != 'C') continue;
+            const double omega = letter == 'L' ? circuit.R1 / values[i] : 1 / (circuit.R1 * values[i]);
+            if (omega == 0 || !std::isfinite(omega)) continue;
+            logarithms += std::log(std::fabs(omega));
+            ++elements;
+        }
+    }
+    return elements == 0 ? 1 : std::exp(logarithms / elements) / (2 * std::numbers::pi);
+}
+
+// The terminations of a sound store, and a frequency at which it is worth looking.
+void take_band(Circuit& circuit) {
     if (circuit.klast == 0) return;
     circuit.R1 = branch_values(circuit, unpackBranch(circuit, 1)).front();
     const Branch last = unpackBranch(circuit, circuit.klast);
     if (circuit.klast > 1 && last.id == 0) circuit.R2 = branch_values(circuit, last).front();
     if (circuit.R1 != 0) circuit.termination_ratio = circuit.R2 / circuit.R1;
+    if (circuit.fnorm == 0) circuit.fnorm = norm_frequency(circuit);
 }
 
 }  // namespace
@@ -145,9 +179,9 @@ bool read_circuit_records(std::string_view bytes, PassiveFilter& filter, FixedTe
         further_records(file, found, found_mark, found_title, kind);
         if (!file.finished() || found_mark.bytes != mark.bytes) return false;
     }
-    if (!sound_store(found.circuit) || !sound_design(found.spec, found.transfer)) return false;
+    if (!sound_store(found.circuit) || !sound_design(found)) return false;
     if (kind == CircuitRecords::stored_file && !all_finite(found)) return false;
-    if (ends_early) take_terminations(found.circuit);
+    if (ends_early) take_band(found.circuit);
     filter = found;
     title = found_title;
     return true;

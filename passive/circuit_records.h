@@ -11,10 +11,13 @@
 //
 //   9  "Kavrel 1"                mark and version
 //  10  title                     80 characters
-//  11  band                      R1, R2, ratio of terminations, fa, fb, and that of fnorm and fs which record 8 leaves
-//  out 12  natural modes             their count, 50 real and 50 imaginary parts 13  designed, mod             a
-//  logical (0 or 1) in 4 bytes, a single-precision number 14  FilterSpec                its fields in the order of
-//  their declaration, a logical in 4 bytes 15  TransferFunction          likewise
+//  11  band                      R1, R2, ratio of terminations, fa, fb, and that of fnorm and fs which record 8 lacks
+//  12  natural modes             their count, 50 real and 50 imaginary parts
+//  13  designed, mod             a logical (0 or 1) in 4 bytes, a single-precision number
+//  14  FilterSpec                its fields in the order of their declaration, a logical in 4 bytes
+//  15  TransferFunction          likewise
+//  16  request of the design     a FilterSpec
+//  17  notes of the design       ApproximationNotes, the edges that were worked with
 //
 // Matrices stand by columns. All numbers are binary, so that a circuit comes back as it was to the last bit.
 #pragma once
@@ -33,7 +36,9 @@ enum class CircuitRecords { stored_file, snapshot };
 // False, with the filter and the title as they were, when the bytes are not such records to their end, or hold what no
 // circuit could be (passive/circuit_check.h; a snapshot may hold numbers that are not finite, as what it is a copy of).
 // A stored file may end after record 8: it then tells of a circuit without design, its title blank, its terminations
-// those of its first and last branch, the rest of its band unknown, that is 0.
+// those of its first and last branch, its normalisation frequency that at which lines are a quarter wave long, or at
+// which coils and capacitors have, in the geometric mean, the impedance of the load. The edges of its band are unknown,
+// that is 0.
 [[nodiscard]] bool read_circuit_records(std::string_view bytes, PassiveFilter& filter, FixedText<80>& title,
                                         CircuitRecords kind);
 

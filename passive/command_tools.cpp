@@ -2,8 +2,25 @@
 
 #include "circuit/drawing.h"
 #include "circuit/performance_table.h"
+#include "shell/utf8.h"
 
 namespace kavrel {
+
+namespace {
+
+// A row of lines may tell a value, a resonance and an impedance of their equivalent, more than the report takes: then
+// the blanks between them give way, so that no number loses its end.
+std::string fitted(std::string_view row) {
+    constexpr std::size_t drawing_width = 18;
+    if (utf8_length(trim_right(row)) <= Reporter::line_limit) return std::string(row);
+    std::string text(utf8_head(row, drawing_width));
+    for (const char letter : trim_right(row.substr(text.size()))) {
+        if (letter != ' ' || text.back() != ' ') text += letter;
+    }
+    return text;
+}
+
+}  // namespace
 
 void refuse(PassiveDesk& desk, std::string_view text) { desk.reporter.message(text, "Error"); }
 
@@ -20,7 +37,9 @@ void report_lines(PassiveDesk& desk, std::span<const std::string> lines) {
 }
 
 void show_circuit(PassiveDesk& desk) {
-    report_lines(desk, showCircuit(desk.filter.circuit, desk.state.lastBranch, desk.session.units));
+    for (const std::string& row : showCircuit(desk.filter.circuit, desk.state.lastBranch, desk.session.units)) {
+        desk.reporter.report_line(fitted(row));
+    }
     desk.state.lastBranch = 1;
 }
 

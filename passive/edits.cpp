@@ -29,6 +29,7 @@ void tell_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict);
 std::string insert_keys(const InsertRequest& request, std::size_t values);
 bool in_range(int k) { return k >= 1 && k <= max_branches; }
 void keep_for_undo(PassiveDesk& desk);
+void tell_step(PassiveDesk& desk, std::string_view menu);
 void settle_terminations(Circuit& circuit);
 
 }  // namespace
@@ -122,15 +123,13 @@ void change_branch(PassiveDesk& desk) {
 void undo_edit(PassiveDesk& desk) {
     const SnapshotVerdict verdict = undo(desk.filter, desk.session.TITLE, desk.state);
     if (verdict != SnapshotVerdict::done) return refuse(desk, message_of(verdict));
-    record_macro(desk, {"Undo Undo"});
-    show_changed(desk, 1);
+    tell_step(desk, "Undo Undo");
 }
 
 void redo_edit(PassiveDesk& desk) {
     const SnapshotVerdict verdict = redo(desk.filter, desk.session.TITLE, desk.state);
     if (verdict != SnapshotVerdict::done) return refuse(desk, message_of(verdict));
-    record_macro(desk, {"Undo Redo"});
-    show_changed(desk, 1);
+    tell_step(desk, "Undo Redo");
 }
 
 void store_circuit(PassiveDesk& desk) {
@@ -222,6 +221,14 @@ std::string insert_keys(const InsertRequest& request, std::size_t values) {
 void keep_for_undo(PassiveDesk& desk) {
     const SnapshotVerdict verdict = push_undo(desk.filter, desk.session.TITLE, desk.state);
     if (verdict != SnapshotVerdict::done) desk.reporter.message(message_of(verdict), "Warning");
+}
+
+// After an "undo" or a "redo". A circuit that may be another than the one of the stored file is not saved into it
+// unasked.
+void tell_step(PassiveDesk& desk, std::string_view menu) {
+    if (desk.state.opened) desk.session.filter_file = "";
+    record_macro(desk, {menu});
+    show_changed(desk, 1);
 }
 
 void settle_terminations(Circuit& circuit) {

@@ -14,7 +14,7 @@ namespace kavrel {
 namespace {
 
 constexpr std::string_view stored_description = "Storage files";
-constexpr std::string_view stored_filter = "*.qfp";
+constexpr std::string_view stored_filter = "*.qfp; *.trf";
 constexpr std::string_view overwrite_warning = "Current network will be overwritten!";
 
 bool ask_stored_name(PassiveDesk& desk);
@@ -51,7 +51,10 @@ void read_circuit_file(PassiveDesk& desk, bool name_given) {
     FixedText<80> title;
     const FileStatus status = read_circuit(name, stored, title);
     if (status != FileStatus::done) return refuse(desk, message_of(status));
-    if (!name_given) static_cast<void>(push_undo(desk.filter, desk.session.TITLE, desk.state));
+    if (!name_given) {
+        static_cast<void>(push_undo(desk.filter, desk.session.TITLE, desk.state));
+        desk.state.opened = true;
+    }
     desk.filter = stored;
     desk.session.TITLE = title;
     desk.session.filter_file = fits(desk, name) ? std::string_view(name) : std::string_view{};
@@ -69,8 +72,7 @@ void write_text_file(PassiveDesk& desk) {
 }
 
 void write_transfer(PassiveDesk& desk) {
-    const std::vector<double> frequencies =
-        desk.results.has_immittance ? analysis_frequencies(desk.results) : std::vector<double>{};
+    const std::vector<double> frequencies = frequencies_in_hertz(desk.state.analysed);
     const TransferInput input{.circuit = desk.filter.circuit,
                               .title = desk.session.TITLE.trimmed(),
                               .transfer = desk.filter.designed ? &desk.filter.transfer : nullptr,

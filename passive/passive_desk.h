@@ -4,6 +4,7 @@
 #include "passive/passive_filter.h"
 #include "passive/passive_request.h"
 #include "shell/analysis_result.h"
+#include "shell/frequency_request.h"
 #include "shell/plot.h"
 #include "shell/reporter.h"
 #include "shell/session.h"
@@ -15,10 +16,12 @@ namespace kavrel {
 struct PassiveState {
     int undoTop = 0;            // the snapshot that the next "undo" reads
     int undoCount = 0;          // the highest one in use
+    bool opened = false;        // a stored circuit in place of another: "undo" may lead to one that is not of its file
     bool recording = false;     // of a macro, into
     FixedText<256> macro_file;  // the file of this name
     bool suppress = false;      // "*** done ***" goes to the report instead of a box, and edits show no circuit
     int lastBranch = 1;         // from which the next show starts
+    FrequencyGrid analysed;     // what the last analysis was asked for; of some it may have no row
 };
 
 struct PassiveDesk {

@@ -3,17 +3,27 @@
 
 #include <type_traits>
 
+#include "approximation/approximate.h"
 #include "approximation/filter_spec.h"
 #include "circuit/circuit.h"
 
 namespace kavrel {
+
+// What a design's report tells beside its result.
+struct DesignBackground {
+    FilterSpec request;  // as the approximation was asked
+    ApproximationNotes notes;
+    double worked_lower_edge = 0;  // Hz, of the problem that was worked on: preshifted or rescaled
+    double worked_upper_edge = 0;
+};
 
 struct PassiveFilter {
     Circuit circuit;
     bool designed = false;      // spec and transfer tell of the circuit's design
     FilterSpec spec;            // its request, with what was found for it; frequencies in Hz
     TransferFunction transfer;  // its poles and zeros
-    float mod = 0.0F;           // 1 when the circuit is no longer the designed one: set by every edit
+    DesignBackground background;
+    float mod = 0.0F;  // 1 when the circuit is no longer the designed one: set by every edit
 };
 
 static_assert(std::is_trivially_copyable_v<PassiveFilter>);

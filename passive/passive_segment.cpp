@@ -108,6 +108,7 @@ void begin_empty(PassiveFilter& filter) {
 void enter(PassiveDesk& desk, int entry) {
     desk.state.undoTop = 0;
     desk.state.undoCount = 0;
+    desk.state.opened = false;
     desk.state.lastBranch = 1;
     switch (entry) {
         case passive_entry::analysis:

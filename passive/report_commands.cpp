@@ -8,6 +8,7 @@
 #include "exchange/transfer_polynomials.h"
 #include "passive/command_tools.h"
 #include "shell/edit.h"
+#include "synthesis/synthesis_report.h"
 
 namespace kavrel {
 
@@ -47,11 +48,15 @@ void resonance(PassiveDesk& desk) {
 void display_design(PassiveDesk& desk) {
     if (!desk.filter.designed) return refuse(desk, data_unavailable);
     const FilterSpec& found = desk.filter.spec;
-    FilterSpec request = found;
-    request.degree = 0;  // it was found, not asked for
-    const FrontNotes no_notes;
-    report_filter_design({.request = request, .found = found, .worked = found, .notes = no_notes}, desk.session.units,
-                         desk.reporter);
+    const DesignBackground& background = desk.filter.background;
+    FilterSpec worked;
+    worked.lowerPassEdge = background.worked_lower_edge;
+    worked.upperPassEdge = background.worked_upper_edge;
+    report_filter_design(
+        {.request = background.request, .found = found, .worked = worked, .notes = background.notes.front},
+        desk.session.units, desk.reporter);
+    report_predistortion(background.notes.predistortion, desk.reporter);
+    report_lines(desk, termination_report(desk.filter.circuit, found));
 }
 
 void display_function(PassiveDesk& desk) {

@@ -10,6 +10,7 @@ namespace kavrel {
 
 namespace {
 
+FilePlace place_of(std::string_view name);
 FileStatus save(const FilePlace& place, std::string bytes);
 bool begins_with_records(std::string_view bytes);
 
@@ -25,23 +26,24 @@ bool read_stored_circuit(std::string_view bytes, PassiveFilter& filter, FixedTex
 }
 
 FileStatus save_circuit(std::string_view name, const PassiveFilter& filter, const FixedText<80>& title) {
-    return save({.stem = name, .slot = ExtSlot::passive_circuit}, stored_circuit_bytes(filter, title));
-}
-
-FileStatus save_circuit_text(std::string_view name, const PassiveFilter& filter, const FixedText<80>& title) {
-    return save({.stem = name, .slot = ExtSlot::transfer_text}, circuit_text(filter, title));
+    const FilePlace place = place_of(name);
+    const bool text = place.slot == ExtSlot::transfer_text;
+    return save(place, text ? circuit_text(filter, title) : stored_circuit_bytes(filter, title));
 }
 
 FileStatus read_circuit(std::string_view name, PassiveFilter& filter, FixedText<80>& title) {
-    const bool text = trim(name).ends_with(EXT(static_cast<int>(ExtSlot::transfer_text)));
-    const FilePlace place{.stem = name, .slot = text ? ExtSlot::transfer_text : ExtSlot::passive_circuit};
     std::string bytes;
-    const FileStatus status = file_operation(FileOperation::input, place, bytes);
+    const FileStatus status = file_operation(FileOperation::input, place_of(name), bytes);
     if (status != FileStatus::done) return status;
     return read_stored_circuit(bytes, filter, title) ? FileStatus::done : FileStatus::damaged;
 }
 
 namespace {
+
+FilePlace place_of(std::string_view name) {
+    const bool text = trim(name).ends_with(EXT(static_cast<int>(ExtSlot::transfer_text)));
+    return {.stem = name, .slot = text ? ExtSlot::transfer_text : ExtSlot::passive_circuit};
+}
 
 // A good file is not given up for one that cannot be read.
 FileStatus save(const FilePlace& place, std::string bytes) {

@@ -18,13 +18,10 @@ namespace kavrel {
 // neither or hold what no circuit could be.
 [[nodiscard]] bool read_stored_circuit(std::string_view bytes, PassiveFilter& filter, FixedText<80>& title);
 
-// "save": writes the circuit to the file of this name, .qfp put in place of another extension. A circuit that could not
-// be read again, having numbers that are not finite, is not written: `not_written`.
+// "save": writes the circuit to the file of this name, as text when that ends in .trf; else .qfp is put in place of
+// another extension. A circuit that could not be read again, having numbers that are not finite, is not written:
+// `not_written`.
 [[nodiscard]] FileStatus save_circuit(std::string_view name, const PassiveFilter& filter, const FixedText<80>& title);
-
-// The same as text, to a .trf file.
-[[nodiscard]] FileStatus save_circuit_text(std::string_view name, const PassiveFilter& filter,
-                                           const FixedText<80>& title);
 
 // "read": the circuit of the file of this name, which ends in .trf or is completed to .qfp. `not_found`, `not_opened`
 // or `damaged` leave the filter and the title as they were.

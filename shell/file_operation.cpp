@@ -51,6 +51,16 @@ FileStatus file_operation(FileOperation operation, const FilePlace& place, std::
     return FileStatus::not_opened;
 }
 
+void remove_temporary_files() {
+    const auto remove_file = [](const std::string& path) {
+        std::remove(path.c_str());
+        std::remove(name_beside(path).c_str());
+    };
+    remove_file(store_file);
+    // The newest of eleven has a name of its own until the others have moved.
+    for (int level = 0; level <= undo_levels; ++level) remove_file(undo_file(level));
+}
+
 std::string undo_file(int level) { return "_xxx" + std::to_string(level) + ".tmp"; }
 
 namespace {

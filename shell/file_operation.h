@@ -52,4 +52,7 @@ struct FilePlace {
 [[nodiscard]] std::string undo_file(int level);
 inline constexpr const char* store_file = "~xxx.tmp";
 
+// Removes what an earlier run left of all these files, whole or not.
+void remove_temporary_files();
+
 }  // namespace kavrel

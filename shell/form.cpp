@@ -12,6 +12,7 @@
 #include "shell/menu.h"
 #include "shell/number_text.h"
 #include "shell/reporter.h"
+#include "shell/utf8.h"
 
 namespace kavrel {
 
@@ -68,6 +69,7 @@ bool heads_list(std::string_view comment, std::string_view label) {
 std::optional<std::vector<double>> rows_of_file(std::istream& file, std::string_view label, int columns, int capacity) {
     std::vector<std::string> lines;
     for (std::string line; std::getline(file, line);) lines.push_back(line);
+    if (!lines.empty() && lines.front().starts_with(byte_order_mark)) lines.front().erase(0, byte_order_mark.size());
     const auto is_comment = [](std::string_view line) { return trim(line).starts_with('!'); };
     auto from = std::ranges::find_if(
         lines, [&](std::string_view line) { return is_comment(line) && heads_list(trim(line), label); });

@@ -35,7 +35,7 @@ bool can_be_rounded(double& lo, double& hi);
 DecimalRange decimal_range(double lo, double hi);
 NiceRange range_of(const DecimalRange& decimal);
 RoundAxis round_axis(double lo, double hi, int steps_beside);
-std::string offset_text(string_view label, double offset, bool is_x, const UnitSet& units);
+std::string offset_text(string_view label, const PlotAxis& axis, bool is_x, const UnitSet& units);
 
 // How far the ends move apart for a number of half units, by the parity of one of them.
 struct Widening {
@@ -115,7 +115,7 @@ PlotAxis scale_text(double lo, double hi, int label_count, int steps_beside) {
 std::string axis_label(string_view label, const PlotAxis& axis, bool is_x, const UnitSet& units) {
     std::string text(trim_right(label));
     if (axis.exponent != 0) text += fmt::format(" xE{}", axis.exponent);
-    if (axis.offset != 0.0) text += offset_text(trim_right(label), axis.offset, is_x, units);
+    if (axis.offset != 0.0) text += offset_text(trim_right(label), axis, is_x, units);
     return text;
 }
 
@@ -255,17 +255,27 @@ string_view offset_letter(string_view label, bool is_x) {
     return "Y0";
 }
 
+// Whether the six decimals of a chosen unit blur an offset against the deviations that it is the level of, so that a
+// smaller prefix tells more: 29 nsec in seconds are none.
+bool is_blurred(const PlotAxis& axis, double unit) {
+    return 1e-6 * unit > 0.01 * axis.amount && std::abs(axis.offset) < unit;
+}
+
 // ", L0 = 40.050000 dB": the offset by the conversion of component values. Of quantities that the conversion has no
 // unit for the unit is the one told by the label, in parentheses.
-std::string offset_text(string_view label, double offset, bool is_x, const UnitSet& units) {
+std::string offset_text(string_view label, const PlotAxis& axis, bool is_x, const UnitSet& units) {
     const string_view letter = offset_letter(label, is_x);
     int code = -1;
     if (letter == "T0" || (is_x && first_characters(label, 4) == "Time")) code = kavrel::second;
     if (letter == "F0" && first_characters(label, 4) == "Freq") code = kavrel::hertz;
     if (letter == "R0") code = kavrel::ohm;
 
-    std::string text = unit_value_text(units, offset, std::max(code, 0));
-    if (text.find('*') != std::string::npos) text = unit_value_text(UnitSet{}, offset, std::max(code, 0));  // too large
+    const double unit = unit_multiplier(units, code == kavrel::hertz    ? Unit::frequency
+                                               : code == kavrel::second ? Unit::time
+                                                                        : Unit::none);
+    std::string text = unit_value_text(units, axis.offset, std::max(code, 0));
+    const bool too_large = text.find('*') != std::string::npos;
+    if (too_large || is_blurred(axis, unit)) text = unit_value_text(UnitSet{}, axis.offset, std::max(code, 0));
     const bool prefixed = text.size() == 16 && text[11] == ' ';  // otherwise a bare number in scientific form
     if (code < 0 && prefixed) {
         text.resize(13);

@@ -34,16 +34,6 @@ bool write_stream(const std::string& path, std::string_view bytes) {
     return static_cast<bool>(file);
 }
 
-// A name beside the path that no file bears.
-std::string unused_name(const std::string& path) {
-    std::error_code unknown;
-    std::string name = path + ".new";
-    for (int i = 1; std::filesystem::exists(std::filesystem::symlink_status(name, unknown)); ++i) {
-        name = path + ".new" + std::to_string(i);
-    }
-    return name;
-}
-
 }  // namespace
 
 std::string_view EXT(int slot) { return extensions[((slot - 1) % 25 + 25) % 25]; }
@@ -72,13 +62,19 @@ bool write_whole(const std::string& path, std::string_view bytes) {
     // A link stays one: what it points to is replaced.
     const std::string target =
         std::filesystem::is_symlink(path, unknown) ? std::filesystem::canonical(path, unknown).string() : path;
-    const std::string beside = unused_name(target);
+    const std::string beside = name_beside(target);
+    std::remove(beside.c_str());  // what it may be a link to stays
     if (write_stream(beside, bytes)) {
         if (std::filesystem::exists(status)) std::filesystem::permissions(beside, status.permissions(), unknown);
         if (std::rename(beside.c_str(), target.c_str()) == 0) return true;
     }
     std::remove(beside.c_str());
     return false;
+}
+
+std::string name_beside(std::string_view path) {
+    const std::size_t name = path.find_last_of('/') + 1;
+    return std::string(path.substr(0, name)) + '~' + std::string(path.substr(name)) + ".tmp";
 }
 
 std::optional<std::string> read_whole(const std::string& path) {

@@ -53,8 +53,12 @@ enum class ExtSlot {
 [[nodiscard]] std::string_view file_stem(std::string_view name);
 
 // Writes a file beside the old one and renames it into place, so that the old one stays whole whatever happens. False
-// when it could not be written.
+// when it could not be written. A program that is killed meanwhile leaves no more than the one file of `name_beside`,
+// which the next call replaces.
 [[nodiscard]] bool write_whole(const std::string& path, std::string_view bytes);
+
+// Where `write_whole` writes: "folder/~name.tmp" for "folder/name".
+[[nodiscard]] std::string name_beside(std::string_view path);
 
 // A whole file, or none when it could not be read.
 [[nodiscard]] std::optional<std::string> read_whole(const std::string& path);

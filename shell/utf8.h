@@ -6,6 +6,9 @@
 
 namespace kavrel {
 
+// What some editors put at the head of a text file.
+inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
 [[nodiscard]] constexpr bool utf8_starts(char byte) { return (static_cast<unsigned char>(byte) & 0xC0u) != 0x80u; }
 
 [[nodiscard]] constexpr std::size_t utf8_length(std::string_view text) {

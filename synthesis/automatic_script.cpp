@@ -21,7 +21,14 @@ struct ZeroCounts {
 [[nodiscard]] PoleForms pole_forms(const LadderProblem& problem, const Selection& selection);
 void append_quadruplets(const LadderProblem& problem, Script& script, int& next, int at_most);
 void append_finite_zeros(const LadderProblem& problem, Script& script, const PoleForms& forms, ZeroCounts left);
-void append_extremes(const LadderProblem& problem, Script& script, PoleForms forms, bool with_quadruplets, int& next);
+struct ExtremeCounts {
+    int zero = 0;
+    int infinity = 0;
+};
+[[nodiscard]] ExtremeCounts extremes_before_lines(const LadderProblem& problem, const Selection& selection,
+                                                  ExtremeSide hidden);
+void append_extremes(const LadderProblem& problem, Script& script, PoleForms forms, ExtremeCounts left,
+                     bool with_quadruplets, int& next);
 [[nodiscard]] bool put_in_zeros(const LadderProblem& problem, Script& script, const LadderState& state);
 
 }  // namespace
@@ -46,7 +53,7 @@ void append_step(Script& script, StepKind kind, int m, int n) {
 }
 
 Script automatic_script(const LadderProblem& problem, const Selection& selection, int& last_stage,
-                        QuadrupletPlace place) {
+                        QuadrupletPlace place, ExtremeSide hidden) {
     Script script;
     script.append(selection.output_side ? "out" : "in");
     script.append(word_of(selection.numerator));
@@ -60,7 +67,8 @@ Script automatic_script(const LadderProblem& problem, const Selection& selection
     int next = 1;  // zero from which on quadruplets are left
     if (place == QuadrupletPlace::first) append_quadruplets(problem, script, next, finite_zero_limit);
     append_finite_zeros(problem, script, forms, counts);
-    append_extremes(problem, script, forms, place == QuadrupletPlace::behind_shunts, next);
+    append_extremes(problem, script, forms, extremes_before_lines(problem, selection, hidden),
+                    place == QuadrupletPlace::behind_shunts, next);
     append_quadruplets(problem, script, next, finite_zero_limit);
     last_stage = script.count + 1;
     for (int i = 1; i <= problem.unit_elements; ++i) script.append("ue");
@@ -112,17 +120,28 @@ void append_finite_zeros(const LadderProblem& problem, Script& script, const Pol
     }
 }
 
-void append_extremes(const LadderProblem& problem, Script& script, PoleForms forms, bool with_quadruplets, int& next) {
+ExtremeCounts extremes_before_lines(const LadderProblem& problem, const Selection& selection, ExtremeSide hidden) {
+    ExtremeCounts counts{problem.zeros_at_zero, problem.zeros_at_infinity};
+    int& count = hidden == ExtremeSide::zero ? counts.zero : counts.infinity;
+    WorkingFunction f;
+    const bool hides = formWorkingFunction(problem, selection, f) && reactance_degree(f) < problem.polynomials.degree;
+    if (hides && problem.unit_elements > 0 && count > 0) --count;
+    return counts;
+}
+
+void append_extremes(const LadderProblem& problem, Script& script, PoleForms forms, ExtremeCounts left,
+                     bool with_quadruplets, int& next) {
     const auto remove = [&](int& form, StepKind on_impedance, StepKind on_admittance) {
         append_step(script, form == impedance ? on_impedance : on_admittance);
         if (with_quadruplets && form == admittance) append_quadruplets(problem, script, next, 1);
         form = form == impedance ? admittance : impedance;
     };
-    int nz = problem.zeros_at_zero;
-    int ni = problem.zeros_at_infinity;
-    while (nz > 0 || ni > 0) {
-        if (nz > 0) remove(forms.zero, StepKind::impedance_zero, StepKind::admittance_zero), --nz;
-        if (ni > 0) remove(forms.infinity, StepKind::impedance_infinity, StepKind::admittance_infinity), --ni;
+    while (left.zero > 0 || left.infinity > 0) {
+        if (left.zero > 0) remove(forms.zero, StepKind::impedance_zero, StepKind::admittance_zero), --left.zero;
+        if (left.infinity > 0) {
+            remove(forms.infinity, StepKind::impedance_infinity, StepKind::admittance_infinity);
+            --left.infinity;
+        }
     }
 }
 

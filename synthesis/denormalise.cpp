@@ -15,7 +15,8 @@ namespace {
 [[nodiscard]] bool rest_immittance(const LadderProblem& problem, const LadderState& state, double own,
                                    Complex<long double>& rest, long double& w);
 void compound_values(const LadderState& state, int index, long double r, long double w, DenormalisedBranch& branch);
-[[nodiscard]] CircuitVerdict append(Circuit& circuit, const DenormalisedBranch& branch);
+[[nodiscard]] bool driven_by_voltage(const LadderState& state);
+[[nodiscard]] CircuitVerdict append(Circuit& circuit, const DenormalisedBranch& branch, bool open_end);
 
 }  // namespace
 
@@ -74,7 +75,9 @@ CircuitVerdict storeResult(const LadderProblem& problem, const LadderState& stat
         const bool after_part = merged_before;
         merged_before = branch.merges;
         branch.merges = branch.merges || after_part;
-        if (const CircuitVerdict v = append(circuit, branch); v != CircuitVerdict::done) return v;
+        const bool open_end = last == 0 && i == state.record_count;
+        if (open_end && branch.id > 3) branch.series = driven_by_voltage(state);
+        if (const CircuitVerdict v = append(circuit, branch, open_end); v != CircuitVerdict::done) return v;
     }
     if (last == 0) return CircuitVerdict::done;
     k = circuit.klast + 1;
@@ -176,12 +179,21 @@ bool merge_into_last(Circuit& circuit, const DenormalisedBranch& branch) {
     return true;
 }
 
-CircuitVerdict append(Circuit& circuit, const DenormalisedBranch& branch) {
+// What is left behind the last branch: a short is a source of voltage at rest, an open end one of current.
+bool driven_by_voltage(const LadderState& state) {
+    const bool zero = state.F.ANUMR.multiplier.sign() == 0;
+    return zero == (state.form == impedance);
+}
+
+// The number of a two-port tells nothing but at an open end: even, it is driven by a voltage, odd by a current.
+CircuitVerdict append(Circuit& circuit, const DenormalisedBranch& branch, bool open_end) {
     if (branch.merges && merge_into_last(circuit, branch)) return CircuitVerdict::done;
     int k = circuit.klast + 1;
     if (branch.id <= 3 && (k % 2 == 0) != branch.series) ++k;
     const std::span<const double> values(branch.values.data(), static_cast<std::size_t>(branch.count));
-    return insert_values(circuit, k, branch.id, values);
+    const CircuitVerdict verdict = insert_values(circuit, k, branch.id, values);
+    if (verdict != CircuitVerdict::done || !open_end || (k % 2 == 0) == branch.series) return verdict;
+    return shiftBranches(circuit, k, 1);
 }
 
 }  // namespace

@@ -102,7 +102,12 @@ bool choose_at(const LadderProblem& problem, bool port_b, const Sight& sight, bo
     if (!choose_of_port(problem, port_b, sight, input)) return false;
     const bool turn = (input.form != first_shunt_form(problem, input)) != dual;
     if (output_side) {
-        if (problem.single_termination || !choose_of_port(problem, !port_b, sight, output)) return false;
+        // The output may hide a branch of a network that its input shows whole.
+        const Sight clouded{1, sight.other};
+        if (problem.single_termination ||
+            !(choose_of_port(problem, !port_b, sight, output) || choose_of_port(problem, !port_b, clouded, output))) {
+            return false;
+        }
         output.output_side = true;
     }
     selection = output_side ? output : input;

@@ -20,8 +20,8 @@ enum class SynthesisOutcome {
 struct LadderWork {
     SynthesisForm form;
     SynthesisOutcome outcome = SynthesisOutcome::none;
-    SynthesisState state;
-    Circuit circuit;
+    SynthesisState state;  // of the last run that led to a circuit
+    Circuit circuit;       // empty before the first one
 };
 
 struct LadderDesk {

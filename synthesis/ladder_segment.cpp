@@ -45,12 +45,14 @@ SynthesisOutcome synthesise_design(LadderDesk& desk) {
     }
     const std::string title = desk.session.TITLE.text();
     if (work.form.print_polynomials) report(desk, polynomial_report(title, desk.design.x_plane, desk.design.worked));
+    SynthesisState state;
     const SynthesisVerdict verdict =
-        synthesise(desk.design.x_plane, desk.design.worked, request_of(work.form), work.state, work.circuit);
+        synthesise(desk.design.x_plane, desk.design.worked, request_of(work.form), state, work.circuit);
     if (!verdict.good()) {
-        report(desk, failure_report(verdict, work.state));
+        report(desk, failure_report(verdict, state));
         return SynthesisOutcome::failed;
     }
+    work.state = state;
     report(desk, result_report(title, work.state));
     return SynthesisOutcome::done;
 }

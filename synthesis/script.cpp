@@ -282,8 +282,9 @@ ScriptFault Interpreter::partial_both_extremes(int zero1, int zero2) {
     WideReal at_zero, at_infinity;
     const RemovalFault fault = doubleSame(now_.F, problem_.zero_x(zero1), problem_.zero_x(zero2), at_zero, at_infinity);
     if (fault != RemovalFault::none) return fault_of(fault, true);
-    record(at_infinity, 0, 0, 0);
-    record(0, at_zero, 0, -1);
+    // Of two zeros at one place the pole at zero alone makes the one.
+    if (at_infinity != 0) record(at_infinity, 0, 0, 0);
+    record(0, at_zero, 0, at_infinity != 0 ? -1 : 0);
     prepare(zero1);
     prepare(zero2);
     now_.chosen_zero = zero1;

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "circuit/branch_kinds.h"
+#include "circuit/branch_elements.h"
 #include "shell/edit.h"
 
 namespace kavrel {
@@ -13,6 +13,7 @@ void report_polynomial(std::string_view name, const WideRootSet& set, const XPla
                        std::vector<std::string>& lines);
 void report_record(const SynthesisState& state, int k, std::vector<std::string>& lines);
 [[nodiscard]] int missing_parity(const LadderState& ladder);
+std::vector<std::string> termination_lines(double input, double output, double requested, double available);
 
 constexpr int number_width = 15;
 constexpr int number_digits = 7;
@@ -32,6 +33,7 @@ std::vector<std::string> result_report(std::string_view title, const SynthesisSt
     std::vector<std::string> lines = {std::string(title)};
     const bool output = state.ladder.selection.output_side;
     lines.push_back(line().a(" Results of the synthesis from the ").a(output ? "out" : "in").a("put side"));
+    if (state.problem.microwave()) lines.emplace_back(all_values_impedances);
     lines.push_back(line().x(5).a("normalized").x(20).a("denormalized"));
     const auto termination = [&](double resistance) {
         lines.push_back(line()
@@ -61,15 +63,12 @@ std::vector<std::string> termination_report(const SynthesisState& state) {
     const bool output = state.ladder.selection.output_side;
     const double input = output ? state.terminations.far : state.terminations.own;
     const double far = output ? state.terminations.own : state.terminations.far;
-    constexpr std::size_t column = 37;
-    const auto row = [&](std::string_view label, double value) {
-        std::string text = " " + std::string(label);
-        text.resize(column, ' ');
-        return text + "=" + edit_1pd(value, number_width, number_digits);
-    };
-    return {row("Input termination", input), row("Output termination", far),
-            row("Requested termination ratio", state.requested_ratio),
-            row("Nearest available termination ratio", state.available_ratio)};
+    return termination_lines(input, far, state.requested_ratio, state.available_ratio);
+}
+
+std::vector<std::string> termination_report(const Circuit& circuit, const FilterSpec& spec) {
+    return termination_lines(circuit.R1, circuit.R2, spec.loadResistance / spec.sourceResistance,
+                             circuit.R1 != 0 ? circuit.R2 / circuit.R1 : 0);
 }
 
 std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const SynthesisState& state) {
@@ -94,6 +93,17 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
 }
 
 namespace {
+
+std::vector<std::string> termination_lines(double input, double output, double requested, double available) {
+    constexpr std::size_t column = 37;
+    const auto row = [&](std::string_view label, double value) {
+        std::string text = " " + std::string(label);
+        text.resize(column, ' ');
+        return text + "=" + edit_1pd(value, number_width, number_digits);
+    };
+    return {row("Input termination", input), row("Output termination", output),
+            row("Requested termination ratio", requested), row("Nearest available termination ratio", available)};
+}
 
 // Of the slot behind the last branch: 0 a series branch, 1 a shunt branch.
 int missing_parity(const LadderState& ladder) {
@@ -138,15 +148,17 @@ void report_record(const SynthesisState& state, int k, std::vector<std::string>&
     const double r = state.terminations.own;
     const double w =
         state.problem.microwave() ? state.problem.norm_frequency : 2 * std::numbers::pi * state.problem.norm_frequency;
+    const CircuitKind kind = state.problem.microwave() ? CircuitKind::microwave : CircuitKind::lumped;
     const std::string_view cells = branch_kind_rows[static_cast<std::size_t>(branch.id)].cells;
     const auto row = [&](int i, std::string_view drawing) {
         const char letter = cells[static_cast<std::size_t>(i - 1)];
         const double scale = letter == 'L' ? r / w : letter == 'C' ? 1 / (r * w) : r;
+        const auto shown = [&](double value) { return shown_value(kind, letter, value); };
         return line()
-            .pd(branch.values(i) / scale, number_width, number_digits)
+            .pd(shown(branch.values(i) / scale), number_width, number_digits)
             .x(2)
             .a(drawing)
-            .pd(branch.values(i), number_width, number_digits);
+            .pd(shown(branch.values(i)), number_width, number_digits);
     };
     const auto zero_frequency = [&](Line text) {
         if (ladder.SFR(k) != 0 && branch.id <= 3)

@@ -13,12 +13,14 @@ namespace kavrel {
 [[nodiscard]] std::vector<std::string> polynomial_report(std::string_view title, const XPlane& xp,
                                                          const FilterSpec& spec);
 
-// The ladder in the order of extraction, normalised to the own end's resistor at the left, in base units at the right;
-// then what is to be told of negative elements and of the loss.
+// The ladder in the order of extraction, normalised to the own end's resistor at the left, in base units at the right
+// (of stubs the impedances); then what is to be told of negative elements and of the loss.
 [[nodiscard]] std::vector<std::string> result_report(std::string_view title, const SynthesisState& state);
 
-// Terminations: as they are, and their ratio as asked for and as it can be had.
+// Terminations: as they are, and their ratio as asked for and as it can be had. Of a circuit as it stands and the
+// request of its design.
 [[nodiscard]] std::vector<std::string> termination_report(const SynthesisState& state);
+[[nodiscard]] std::vector<std::string> termination_report(const Circuit& circuit, const FilterSpec& spec);
 
 // Lines of a failed run: the reason where one is known, then " **** Synthesis failed ****".
 [[nodiscard]] std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const SynthesisState& state);

@@ -12,12 +12,16 @@ struct Road {
     bool output_side = false;
     bool dual = false;
     QuadrupletPlace quadruplets = QuadrupletPlace::first;
-    bool other = false;     // of two immittances that hide a branch the second
+    bool other = false;                          // of two immittances that hide a branch the second
+    ExtremeSide hidden = ExtremeSide::infinity;  // with lines, the kind of the hidden branch
     bool searched = false;  // no fixed order of removals: one that leaves all elements positive is looked for
 };
 
 [[nodiscard]] SynthesisFault build(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request, Road road,
                                    SynthesisState& state, Circuit& circuit);
+[[nodiscard]] SynthesisFault build_with_hidden_branch(const XPlane& xp, const FilterSpec& spec,
+                                                      const SynthesisRequest& request, Road road, SynthesisState& state,
+                                                      Circuit& circuit);
 [[nodiscard]] SynthesisFault extract(const SynthesisRequest& request, const Road& road, SynthesisState& state);
 [[nodiscard]] SynthesisFault choose(const LadderProblem& problem, const SynthesisRequest& request, const Road& road,
                                     Selection& selection);
@@ -56,13 +60,8 @@ SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const Synt
             if (found && state.negative_elements == 0) break;
             SynthesisState trial = start;
             Circuit made = circuit;
-            Road road{.output_side = output_side, .dual = request.dual, .quadruplets = place};
-            SynthesisFault fault = build(xp, spec, request, road, trial, made);
-            if (fault == SynthesisFault::loss_differs || fault == SynthesisFault::element_missing) {
-                road.other = true;
-                trial = start;
-                fault = build(xp, spec, request, road, trial, made);
-            }
+            const Road road{.output_side = output_side, .dual = request.dual, .quadruplets = place};
+            const SynthesisFault fault = build_with_hidden_branch(xp, spec, request, road, trial, made);
             if (fault != SynthesisFault::none) {
                 if (first_fault == SynthesisFault::none) {
                     first_fault = fault;
@@ -77,7 +76,7 @@ SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const Synt
         }
     }
     const bool to_be_searched = found ? state.negative_elements > 0 : first_fault == SynthesisFault::script_refused;
-    if (to_be_searched && !request.manual_selection && state.problem.zero_count > 0) {
+    if (to_be_searched && state.problem.zero_count > 0) {
         search_positive(xp, spec, request, start, found, state, best);
         found = found || state.search == SearchVerdict::found;
     }
@@ -106,13 +105,41 @@ SynthesisFault build(const XPlane& xp, const FilterSpec& spec, const SynthesisRe
     return state.loss_error <= loss_failure_limit ? SynthesisFault::none : SynthesisFault::loss_differs;
 }
 
+// What kind of branch an immittance hides, if any, and which of two immittances to take, shows in the circuit only.
+SynthesisFault build_with_hidden_branch(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                                        Road road, SynthesisState& state, Circuit& circuit) {
+    const SynthesisState start = state;
+    SynthesisState first_failure;
+    SynthesisFault first_fault = SynthesisFault::none;
+    for (const ExtremeSide hidden : {ExtremeSide::infinity, ExtremeSide::zero}) {
+        if (hidden == ExtremeSide::zero && start.problem.unit_elements == 0) break;
+        for (const bool other : {false, true}) {
+            road.hidden = hidden;
+            road.other = other;
+            state = start;
+            const SynthesisFault fault = build(xp, spec, request, road, state, circuit);
+            if (fault == SynthesisFault::none) return fault;
+            if (first_fault == SynthesisFault::none) {
+                first_fault = fault;
+                first_failure = state;
+            }
+            const bool may_be_hidden = fault == SynthesisFault::loss_differs ||
+                                       fault == SynthesisFault::element_missing ||
+                                       (fault == SynthesisFault::script_refused && start.problem.unit_elements > 0);
+            if (!may_be_hidden) break;
+        }
+    }
+    state = first_failure;
+    return first_fault;
+}
+
 // From one end: every order from the other end is one from this end backwards. The dual network has the same losses;
 // its terminations are the same when they are equal.
 void search_positive(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                      const SynthesisState& start, bool found, SynthesisState& state, Circuit& circuit) {
     SearchVerdict verdict = SearchVerdict::none_exists;
     for (const bool turned : {false, true}) {
-        if (turned && spec.sourceResistance != spec.loadResistance) break;
+        if (turned && (request.manual_selection || spec.sourceResistance != spec.loadResistance)) break;
         SynthesisState trial = start;
         Circuit made = circuit;
         const Road road{
@@ -155,13 +182,15 @@ SynthesisFault extract(const SynthesisRequest& request, const Road& road, Synthe
         if (state.search != SearchVerdict::found) return SynthesisFault::script_refused;
         state.last_stage = state.script.count - state.problem.unit_elements;
     } else {
-        state.script = automatic_script(state.problem, selection, state.last_stage, road.quadruplets);
+        state.script = automatic_script(state.problem, selection, state.last_stage, road.quadruplets, road.hidden);
         state.ladder = start_state(state.problem, selection);
         state.script_verdict = run_automatic(state.problem, state.script, state.ladder);
         if (!state.script_verdict.good()) {
             if (!state.ladder.F.vanished()) return SynthesisFault::script_refused;
             if (!record_hidden_branch(state.problem, state.ladder)) return SynthesisFault::element_missing;
             state.script_verdict = {};
+        } else if (state.ladder.nz + state.ladder.ni > 0 && !record_hidden_branch(state.problem, state.ladder)) {
+            return SynthesisFault::element_missing;
         }
     }
 

@@ -44,7 +44,7 @@ const char* unit_of(char letter, bool impedances) {
 }  // namespace
 
 Json synthesis_part(const LadderWork& work) {
-    if (work.outcome != SynthesisOutcome::done) return {};
+    if (work.circuit.klast == 0) return {};
     return {{"direction", work.state.direction()},
             {"arithmetic", work.state.arithmetic()},
             {"loss_error", work.state.loss_error}};

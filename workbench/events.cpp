@@ -242,7 +242,13 @@ void open_stored_filter(Workbench& bench, std::string_view name) {
         not_implemented(bench);
         return;
     }
-    bench.session.filter_file.assign(name);
+    const auto kept = decltype(bench.session.filter_file)(name);
+    const std::string_view refusal = room->file_refusal == nullptr ? "" : room->file_refusal(kept.trimmed());
+    if (!refusal.empty()) {
+        bench.reporter.message(refusal, "Error");
+        return;
+    }
+    bench.session.filter_file = kept;
     enter_segment(bench, room->id);
     bench.session.entry(room->id) = room->recall_entry;
     send_command(bench, *room, "read", nullptr);

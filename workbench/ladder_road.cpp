@@ -12,7 +12,11 @@ void hand_over(Workbench& bench) {
     bench.passive = {.circuit = bench.ladder.circuit,
                      .designed = true,
                      .spec = bench.filter_spec,
-                     .transfer = bench.filter.transfer};
+                     .transfer = bench.filter.transfer,
+                     .background = {.request = bench.filter.request,
+                                    .notes = bench.filter.notes,
+                                    .worked_lower_edge = bench.filter.worked.lowerPassEdge,
+                                    .worked_upper_edge = bench.filter.worked.upperPassEdge}};
     bench.session.entry(SegmentId::passive) = passive_entry::synthesised;
     bench.session.word(SegmentId::passive) = "show";
     enter_segment(bench, SegmentId::passive);

@@ -1,9 +1,11 @@
 #include "workbench/rooms.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "fir/fir_segment.h"
 #include "passive/passive_segment.h"
+#include "passive/stored_circuit.h"
 #include "synthesis/ladder_segment.h"
 #include "workbench/menus.h"
 #include "workbench/segment_words.h"
@@ -24,6 +26,13 @@ void run_passive(Workbench& bench) {
     passiveSegment(desk);
 }
 
+// Read for a trial, before the Segment is entered and gives up what it has.
+std::string_view passive_file_refusal(std::string_view name) {
+    const auto filter = std::make_unique<PassiveFilter>();
+    FixedText<80> title;
+    return message_of(read_circuit(name, *filter, title));
+}
+
 void run_ladder(Workbench& bench) {
     LadderDesk desk = ladder_desk(bench);
     ladderSegment(desk);
@@ -42,7 +51,8 @@ constexpr Room rooms[] = {
      .command_request = passive_command_request,
      .performs = passive_performs,
      .run = run_passive,
-     .recall_entry = passive_entry::stored_circuit},
+     .recall_entry = passive_entry::stored_circuit,
+     .file_refusal = passive_file_refusal},
     {.id = SegmentId::active,
      .name = "active",
      .title = "Kavrel - ACTIVE RC MENU",

@@ -19,6 +19,7 @@ struct Room {
     bool (*performs)(const CommandKeyword& word) = nullptr;  // whether a word has a routine
     void (*run)(Workbench& bench) = nullptr;                 // performs the command in the Segment's cell
     int recall_entry = 0;                                    // entry code of "read" for a file whose name is given
+    std::string_view (*file_refusal)(std::string_view name) = nullptr;  // why a stored filter is not read, or blank
 };
 
 [[nodiscard]] const Room& room_of(SegmentId id);

@@ -1,8 +1,8 @@
 #include "workbench/start_up.h"
 
-#include <cstdio>
 #include <string>
 
+#include "shell/file_operation.h"
 #include "shell/settings.h"
 #include "workbench/events.h"
 #include "workbench/menus.h"
@@ -11,14 +11,6 @@
 namespace kavrel {
 
 namespace {
-
-// What an earlier run left of its store and undo files, so that no stale chain of them is taken up.
-void delete_temporary_files() {
-    std::remove("~xxx.tmp");
-    for (char digit = '0'; digit <= '9'; ++digit) {
-        std::remove(("_xxx" + std::string(1, digit) + ".tmp").c_str());
-    }
-}
 
 std::string_view folder_of(std::string_view path) { return path.substr(0, path.find_last_of('/') + 1); }
 
@@ -30,7 +22,7 @@ bool names_stored_filter(std::string_view name) { return name.size() > 4 && name
 void main_program(Workbench& bench, std::string_view command_line, std::string_view executable) {
     Session& session = bench.session;
     session.command_line.assign(command_line);
-    delete_temporary_files();
+    remove_temporary_files();  // so that no stale chain of undo files is taken up
     session.program_directory.assign(folder_of(executable));
     const SettingsStatus settings = read_settings(settings_file, session.units);
     if (settings == SettingsStatus::missing) {

@@ -1,5 +1,6 @@
 // The classic texts: word for word, and as the circuits that they describe.
 #include <map>
+#include <numbers>
 
 #include <gtest/gtest.h>
 
@@ -270,10 +271,12 @@ TEST(TransferFile, NamesAndFrequencies) {
     EXPECT_EQ(
         transfer_file_name("lp.ckt", {.file_type = TransferFileType::scompact, .dialect = TransferDialect::modern}),
         "lp.s2p");
-    AnalysisResult result;
-    result.frequency_count = 2;
-    result.FREQ(1) = 1000.1F, result.FREQ(2) = 3e9F;
-    EXPECT_EQ(analysis_frequencies(result), (std::vector<double>{1000.1, 3e9}));
+    FrequencyGrid grid;
+    grid.count = 2;
+    grid.radians = true;
+    grid.frequencies(1) = 1000.1, grid.frequencies(2) = 3e9;
+    const double turn = 2 * std::numbers::pi;
+    EXPECT_EQ(frequencies_in_hertz(grid), (std::vector<double>{1000.1 / turn, 3e9 / turn}));
 }
 
 }  // namespace

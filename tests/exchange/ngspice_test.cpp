@@ -126,6 +126,37 @@ TEST(Ngspice, RunsTheNetlistAndAgreesWithTheAnalysis) {
     RecordProperty("worst_phase_degrees", std::to_string(worst_phase));
 }
 
+TEST(Ngspice, ASweepFromZeroPrintsDecibels) {
+    if (!has_program("ngspice")) GTEST_SKIP() << "ngspice is not installed";
+    const ScratchFolder folder;
+    const auto frequencies = linear_grid(0, 4e5, 5);
+    const struct {
+        int id, k;
+        double value;
+        bool blocks;
+    } nets[] = {{1, 2, 1e-4, false}, {2, 2, 1e-8, true}, {1, 3, 1e-4, true}, {2, 3, 1e-8, false}};
+    for (const auto& net : nets) {
+        Circuit circuit;
+        const double ohm = 50;
+        int k = 1;
+        ASSERT_EQ(insert_values(circuit, k, 0, {&ohm, 1}), CircuitVerdict::done);
+        k = net.k;
+        ASSERT_EQ(insert_values(circuit, k, net.id, {&net.value, 1}), CircuitVerdict::done);
+        k = 5;
+        ASSERT_EQ(insert_values(circuit, k, 0, {&ohm, 1}), CircuitVerdict::done);
+        write_file("net.cir",
+                   transfer_text({.circuit = circuit, .frequencies = frequencies},
+                                 {.file_type = TransferFileType::spice, .dialect = TransferDialect::modern}));
+        const auto rows = printed_rows(run_program("ngspice -b net.cir").output);
+        ASSERT_EQ(rows.size(), frequencies.size()) << net.id << ' ' << net.k;
+        EXPECT_EQ(rows[0].decibels < -1000, net.blocks);
+        for (std::size_t i = 1; i < rows.size(); ++i) {
+            EXPECT_DOUBLE_EQ(rows[i].f, frequencies[i]);
+            EXPECT_GT(rows[i].decibels, -40);
+        }
+    }
+}
+
 TEST(Ngspice, ElementsBearTheNamesOfThePartsList) {
     CircuitMaker maker(5);
     const Circuit circuit = maker.circuit({1, 3, 9, 11, 15, 16, 17, quadruplet_id}, 8, true);

@@ -36,6 +36,10 @@ TEST_F(FileCommands, SaveStartAnewRead) {
     EXPECT_EQ(read_text("second.qfp"), bytes);
     EXPECT_EQ(session.filter_file, std::string_view("second.qfp"));
 
+    window.files = {"third.trf"};
+    save_circuit_as(desk);
+    EXPECT_EQ(read_text("third.trf").substr(0, 10), "Ladder    ") << "the text twin";
+
     filter = {};
     session.TITLE = "";
     session.filter_file = "ladder.qfp";
@@ -79,6 +83,10 @@ TEST_F(FileCommands, OpenWithinTheSegment) {
     EXPECT_EQ(filter.circuit.klast, 7);
     send("undo");
     EXPECT_TRUE(filter.circuit == edited);
+    const std::string stored = read_text("ladder.qfp");
+    send("save");
+    EXPECT_EQ(boxes(), "Warning: CANCEL") << "its name is asked for";
+    EXPECT_EQ(read_text("ladder.qfp"), stored) << "the file that was opened is not overwritten by another circuit";
 }
 
 TEST_F(FileCommands, TextOfCircuitAndParts) {
@@ -139,6 +147,20 @@ TEST_F(FileCommands, TransferFilesByTypeAndDialect) {
     for (const char* type : {"Spice", "SStar"}) {
         EXPECT_EQ(write({{"file_type", type}}), "Error: Microwave filter, file type is not available");
     }
+}
+
+// A point on a pole has no row, but a simulator runs the frequencies that were asked for.
+TEST_F(FileCommands, NetlistsSweepWhatTheAnalysisWasAskedFor) {
+    insert("r", 1, 1);
+    insert("lc", 4, 1, 1);
+    insert("r", 7, 1);
+    send("freq", PASSIVE_FREQUENCY_DLG,
+         {{"start", "0.5"}, {"end", "2"}, {"increment", "0.5"}, {"frequency_unit", "rad/sec"}});
+    ASSERT_EQ(results.frequency_count, 3) << "all but the trap's";
+    window.files = {"trap"};
+    send("file", PASSIVE_TRANSFER_DLG, {{"file_type", "Spice"}, {"dialect", "ngspice"}});
+    const std::string text = read_text("trap.ckt");
+    EXPECT_NE(text.find(".ac lin 4 7.957747154594767e-02 3.183098861837907e-01\n"), std::string::npos) << text;
 }
 
 TEST_F(FileCommands, LatticesAreAskedFor) {

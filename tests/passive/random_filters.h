@@ -24,13 +24,16 @@ struct FieldBytes {
 
 inline std::string bytes_of(const PassiveFilter& filter) {
     FieldBytes all;
-    const auto& [circuit, designed, spec, transfer, mod] = filter;
+    const auto& [circuit, designed, spec, transfer, background, mod] = filter;
     const auto& [VALUE, INDX1, klast, ilast, QUADRUPLETS, quadruplet_count, kind, R1, R2, termination_ratio, fa, fb,
                  fnorm, fs, mode_count, MODE_RE, MODE_IM] = circuit;
     all(VALUE, INDX1, klast, ilast, QUADRUPLETS, quadruplet_count, kind, R1, R2, termination_ratio, fa, fb, fnorm, fs,
         mode_count, MODE_RE, MODE_IM, designed, mod);
     items_of(spec, all);
     items_of(transfer, all);
+    items_of(background.request, all);
+    items_of(background.notes, all);
+    all(background.worked_lower_edge, background.worked_upper_edge);
     return all.bytes;
 }
 
@@ -73,7 +76,14 @@ struct FilterMaker : CircuitMaker {
         made.mod = static_cast<float>(whole(0, 1));
         items_of(made.spec, *this);
         items_of(made.transfer, *this);
-        settle(made);
+        DesignBackground& background = made.background;
+        items_of(background.request, *this);
+        items_of(background.notes, *this);
+        (*this)(background.worked_lower_edge, background.worked_upper_edge);
+        settle(made.spec);
+        settle(background.request);
+        made.transfer.zeroCount = whole(0, max_degree);
+        made.transfer.poleCount = whole(0, max_degree);
         return made;
     }
 
@@ -97,8 +107,7 @@ private:
         for (T& cell : item) fill(cell);
     }
 
-    void settle(PassiveFilter& made) {
-        FilterSpec& s = made.spec;
+    void settle(FilterSpec& s) {
         s.filterType = whole(1, 4);
         s.passbandType = whole(0, 3);
         s.bandpassType = whole(1, 3);
@@ -108,8 +117,6 @@ private:
         s.numeratorDegree = whole(0, factor_limit);
         s.denominatorDegree = whole(0, factor_limit);
         s.degree = whole(0, max_degree);
-        made.transfer.zeroCount = whole(0, max_degree);
-        made.transfer.poleCount = whole(0, max_degree);
     }
 };
 

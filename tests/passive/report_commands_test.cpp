@@ -1,4 +1,7 @@
 // What the commands without traces tell.
+#include <algorithm>
+#include <span>
+
 #include "tests/passive/passive_room.h"
 
 namespace kavrel {
@@ -12,6 +15,14 @@ struct Reports : testing::Test, PassiveRoom {
         filter.spec.stopbandLoss = 10;
         filter.spec.degree = 1;
         filter.spec.zerosAtInfinity = 1;
+        filter.spec.sourceResistance = 50;
+        filter.spec.loadResistance = 100;
+        filter.background.request = filter.spec;
+        filter.background.request.degree = 0;
+        filter.background.notes.front.upper_loss_reached = 12.5;
+        filter.background.notes.predistortion = {.requested = true, .requested_q = 150, .minimum_q = 100};
+        filter.circuit.R1 = 50;
+        filter.circuit.R2 = 75;
         TransferFunction& t = filter.transfer;
         t.poleCount = 1;
         t.POLES_RE(1) = -6283.1853071795865;
@@ -51,6 +62,18 @@ TEST_F(Reports, Resonances) {
     }
 }
 
+// A row of the report has 81 characters.
+TEST_F(Reports, RowsOfLinesAreNotCutOff) {
+    filter.circuit.kind = CircuitKind::microwave;
+    filter.circuit.fs = 4e9;
+    insert("r", 1, 50);
+    insert("lcc", 3, 40, 70, 1100);
+    insert("lc", 4, 140, 70);
+    send("show");
+    EXPECT_TRUE(reported("70.000000 1.175851 GHz res. frequency z3 = 131.823214 K")) << window.lines[3];
+    EXPECT_TRUE(reported(" res. frequency z1 = 46.666667")) << window.lines[4];
+}
+
 TEST_F(Reports, DesignAndFunction) {
     send("disp");
     EXPECT_EQ(boxes(), "Error: Data is unavailable");
@@ -61,6 +84,16 @@ TEST_F(Reports, DesignAndFunction) {
     EXPECT_TRUE(reported("Low-pass filter"));
     EXPECT_TRUE(reported("Overall filter degree"));
     EXPECT_FALSE(reported("Degree was specified"));
+    EXPECT_TRUE(reported("Stop band loss reached                   =  12.500000E+00 dB."));
+    EXPECT_TRUE(reported("requested Q = 150.000000E+00"));
+    const std::vector<std::string> terminations = {" Input termination                   =  5.0000000D+01",
+                                                   " Output termination                  =  7.5000000D+01",
+                                                   " Requested termination ratio         =  2.0000000D+00",
+                                                   " Nearest available termination ratio =  1.5000000D+00"};
+    EXPECT_TRUE(std::ranges::equal(std::span(window.lines).last(4), terminations)) << window.lines.back();
+    filter.background.request.degree = 1;
+    send("disp");
+    EXPECT_TRUE(reported("Degree was specified"));
     send("prf ");
     EXPECT_TRUE(reported("-6.2831853E+03"));
     EXPECT_TRUE(reported("******* Transfer function polynomials *******"));

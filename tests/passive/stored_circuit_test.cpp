@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <limits>
+#include <numbers>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -88,7 +89,7 @@ TEST(StoredCircuit, RecordsHaveTheirLengthsAndPlaces) {
     std::vector<std::size_t> sizes;
     for (const auto record : records) sizes.push_back(record.size());
     const std::vector<std::size_t> told = {1200, 400, 2688, 516, 4, 4, 4, 8, 8, 80, 48, 804, 8};
-    ASSERT_EQ(records.size(), told.size() + 2);
+    ASSERT_EQ(records.size(), told.size() + 4);
     EXPECT_TRUE(std::equal(told.begin(), told.end(), sizes.begin()));
     const Circuit& c = filter.circuit;
     EXPECT_EQ(number_at<double>(records[0], 0), c.VALUE(1));
@@ -136,6 +137,7 @@ TEST(StoredCircuit, AFileOfTheToldRecordsOrLinesAloneIsReadToo) {
     ASSERT_EQ(read_circuit(folder + "told_records.qfp", filter, title), FileStatus::done);
     expect_circuit_from_elsewhere(filter, 0);
     EXPECT_TRUE(title.is_blank());
+    EXPECT_EQ(filter.circuit.fnorm, 1.5e9) << "lines are a quarter wave long";
 
     filter = FilterMaker(3).filter();
     ASSERT_EQ(read_circuit(folder + "told_lines.trf", filter, title), FileStatus::done);
@@ -145,6 +147,29 @@ TEST(StoredCircuit, AFileOfTheToldRecordsOrLinesAloneIsReadToo) {
     EXPECT_EQ(filter.circuit.mode_count, 2);
     EXPECT_EQ(filter.circuit.MODE_IM(2), -1e-120);
     EXPECT_EQ(circuit_text(filter, title), read_text(folder + "told_lines.trf")) << "written as Fortran does";
+}
+
+// Losses by Q at the normalisation frequency, and sweeps, have something to go by.
+TEST(StoredCircuit, ToldRecordsAloneGetANormalisationFrequency) {
+    PassiveFilter filter;
+    Circuit& c = filter.circuit;
+    const double w = 2 * std::numbers::pi * 1e6;
+    const double elements[] = {2 / (w * 50), 50 / w / 2};  // of 25 and 25 ohm at 1 MHz
+    int k = 1;
+    for (const double value : {50.0, elements[0], elements[1]}) {
+        ASSERT_EQ(insert_values(c, k, k == 1 ? 0 : k == 3 ? 2 : 1, {&value, 1}), CircuitVerdict::done);
+        k = k == 1 ? 3 : 4;
+    }
+    PassiveFilter found;
+    FixedText<80> title;
+    ASSERT_TRUE(reads(stored_circuit_bytes(filter, "").substr(0, told_size), found, title));
+    EXPECT_NEAR(found.circuit.fnorm, 1e6, 1e-6) << "halfway between 500 kHz and 2 MHz";
+    filter = {};
+    double load = 50;
+    k = 1;
+    ASSERT_EQ(insert_values(filter.circuit, k, 0, {&load, 1}), CircuitVerdict::done);
+    ASSERT_TRUE(reads(stored_circuit_bytes(filter, "").substr(0, told_size), found, title));
+    EXPECT_EQ(found.circuit.fnorm, 1);
 }
 
 TEST(StoredCircuit, EveryTruncationIsRefused) {
@@ -263,6 +288,10 @@ constexpr Damage damages[] = {
     {"mod", [](PassiveFilter& f) { f.mod = std::numeric_limits<float>::infinity(); }},
     {"band edge", [](PassiveFilter& f) { f.spec.lowerPassEdge = nan_value; }},
     {"pole", [](PassiveFilter& f) { f.transfer.POLES_RE(1) = nan_value; }},
+    {"asked loss", [](PassiveFilter& f) { f.background.request.stopbandLoss = nan_value; }},
+    {"count of asked zeros", [](PassiveFilter& f) { f.background.request.zeroCount = -1; }},
+    {"loss reached", [](PassiveFilter& f) { f.background.notes.front.upper_loss_reached = infinite; }},
+    {"edge worked with", [](PassiveFilter& f) { f.background.worked_upper_edge = nan_value; }},
     {"filter type", [](PassiveFilter& f) { f.spec.filterType = 5; }},
     {"implementation", [](PassiveFilter& f) { f.spec.implementation = 'X'; }},
     {"count of zeros", [](PassiveFilter& f) { f.spec.zeroCount = 26; }},
@@ -275,6 +304,7 @@ bool sound_in_text(const PassiveFilter& damaged) {
     PassiveFilter rest = damaged;
     rest.spec = {};
     rest.transfer = {};
+    rest.background = {};
     rest.circuit.termination_ratio = 1;
     return sound_store(rest.circuit) && all_finite(rest);
 }
@@ -286,6 +316,14 @@ TEST(StoredCircuit, WhatNoCircuitCouldBeIsRefused) {
         damage.make(filter);
         EXPECT_FALSE(reads(stored_circuit_bytes(filter, ""))) << damage.what;
         EXPECT_EQ(reads(circuit_text(filter, "")), sound_in_text(filter)) << damage.what;
+    }
+    for (int id = branch_kind_count; id <= 50; ++id) {
+        for (int further = 0; further <= 10; ++further) {
+            PassiveFilter filter = six_branches();
+            change(filter.circuit, 2, &Branch::id, id);
+            change(filter.circuit, 2, &Branch::in, further);
+            EXPECT_FALSE(reads(stored_circuit_bytes(filter, ""))) << id << ' ' << further;
+        }
     }
     std::string bytes = stored_circuit_bytes(six_branches(), "");
     bytes[told_size + 4 + 7] = '2';
@@ -307,7 +345,7 @@ TEST(StoredCircuit, TextKeepsEightDigits) {
         c.MODE_IM.fill(maker.value() * 1e-7);
         PassiveFilter found = maker.filter();
         FixedText<80> title;
-        ASSERT_EQ(save_circuit_text("some", filter, "a\ttitle\n"), FileStatus::done);
+        ASSERT_EQ(save_circuit("some.trf", filter, "a\ttitle\n"), FileStatus::done);
         ASSERT_EQ(read_circuit("some.trf", found, title), FileStatus::done);
         EXPECT_EQ(title, std::string_view("a title"));
         EXPECT_EQ(found.circuit.INDX1, c.INDX1);
@@ -340,7 +378,7 @@ TEST(StoredCircuit, FilesAreNamedAndRefusedAsTold) {
     EXPECT_EQ(save_circuit("one", filter, "t"), FileStatus::done);
     EXPECT_EQ(save_circuit("two.dat", filter, "t"), FileStatus::done);
     EXPECT_EQ(save_circuit("three.qfp", filter, "t"), FileStatus::done);
-    EXPECT_EQ(save_circuit_text("four.qfp", filter, "t"), FileStatus::done);
+    EXPECT_EQ(save_circuit("four.trf", filter, "t"), FileStatus::done);
     for (const char* name : {"one.qfp", "two.qfp", "three.qfp", "four.trf"}) {
         EXPECT_TRUE(std::filesystem::exists(name)) << name;
         EXPECT_EQ(read_circuit(name, found, title), FileStatus::done) << name;
@@ -417,6 +455,9 @@ TEST(StoredCircuit, AKilledSaveLeavesTheOldOrTheNewCircuit) {
     }
     EXPECT_GT(seen[0], 0);
     EXPECT_GT(seen[1], 0);
+    // What a kill leaves is at most the one file beside, and the next save takes it away.
+    ASSERT_EQ(save_circuit("both", filters[0], "0"), FileStatus::done);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 1);
 }
 
 }  // namespace

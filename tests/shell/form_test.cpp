@@ -149,6 +149,13 @@ TEST_F(Forms, ListsAreReadFromAFileThatFitsWhole) {
     EXPECT_EQ(request.points.rows, 2);
     EXPECT_EQ(request.points(2, 1), 3500.0);
     EXPECT_EQ(request.points(2, 2), -4.0);
+    write_text("marked.dat",
+               "\xEF\xBB\xBF"
+               "5 6\n");
+    window.files = {"marked.dat"};
+    FormSheet(points_form, &request, units, reporter).read_rows(0);
+    EXPECT_EQ(request.points.rows, 1) << "a byte order mark is no part of the first row";
+    EXPECT_EQ(request.points(1, 1), 5.0);
 }
 
 TEST_F(Forms, CommentsOfAFilePassAndHeadItsLists) {

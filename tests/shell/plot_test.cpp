@@ -234,6 +234,16 @@ TEST(AxisLabel, ScaleFactorAndOffset) {
               "Frequency Hz xE3, F0 = 1000.000000 KHz");
     EXPECT_EQ(axis_label("Time (sec)", delay, true, {}), "Time (sec) xE-9, F0 = 1.230000 usec");
     EXPECT_EQ(axis_label("Delay (sec)", delay, false, {}), "Delay (sec) xE-9, T0 = 1.230000 usec");
+    UnitSet fixed;
+    fixed.frequency_index = 3;
+    fixed.capacitor_index = 5;
+    settle_units(fixed);
+    EXPECT_EQ(axis_label("Delay (sec)", delay, false, fixed), "Delay (sec) xE-9, T0 = 1.230000 usec")
+        << "not 0.000001 sec";
+    EXPECT_EQ(axis_label("Frequency Hz", band, true, fixed), "Frequency Hz xE3, F0 = 10.700000 MHz");
+    EXPECT_EQ(axis_label("Frequency Hz", scale_text(0.49e6, 0.51e6), true, fixed),
+              "Frequency Hz xE3, F0 = 0.500000 MHz");
+    EXPECT_EQ(axis_label("Frequency Hz", scale_text(1000, 1001), true, fixed), "Frequency Hz xE-3, F0 = 1.000500 KHz");
     for (const char* label : {"Loss", "Return loss", "Transd. loss", "Current loss", "Voltage loss"}) {
         EXPECT_EQ(axis_label(std::string(label) + " (dB)", level, false, {}),
                   std::string(label) + " (dB) xE-3, L0 = 40.050000 dB");

@@ -94,6 +94,54 @@ TEST(BandPass, Parametric) {
     EXPECT_LT(even.with_negative_elements, 25);
 }
 
+// The output may hide the branch at the input.
+TEST(BandPass, ParametricFromTheOutput) {
+    Tally tally;
+    for (const int passband : {maximally_flat, equal_ripple}) {
+        for (int nz = 1; nz <= 5; ++nz) {
+            for (int ni = 1; ni <= 6; ++ni) {
+                FilterSpec s = all_pole(band_pass, passband, nz + ni);
+                s.bandpassType = parametric;
+                s.zerosAtZero = nz, s.zerosAtInfinity = ni;
+                auto run = std::make_unique<LadderRun>();
+                run->request.direction = Direction::reverse;
+                run->run(s);
+                tally.take(s, "reverse", *run);
+                EXPECT_TRUE(run->state.ladder.selection.output_side);
+            }
+        }
+    }
+    tally.tell();
+    EXPECT_EQ(tally.requests, 60);
+}
+
+// Behind lines, too, stands the stub that no port sees.
+TEST(BandPass, ParametricWithLines) {
+    Tally tally;
+    for (const Direction direction : {Direction::forward, Direction::reverse}) {
+        for (int nz = 1; nz <= 4; ++nz) {
+            for (int ni = 1; ni <= 4; ++ni) {
+                for (int lines = 1; lines <= 3; ++lines) {
+                    FilterSpec s = all_pole(band_pass, equal_ripple, nz + ni + lines);
+                    s.bandpassType = parametric;
+                    s.medium = microwave;
+                    s.implementation = 'M';
+                    s.sampleFrequency = 20000;
+                    s.zerosAtZero = nz, s.zerosAtInfinity = ni, s.unitElements = lines;
+                    auto run = std::make_unique<LadderRun>();
+                    run->request.direction = direction;
+                    run->run(s);
+                    tally.take(s, "lines", *run);
+                    if (!run->approximated) continue;
+                    EXPECT_EQ(run->state.negative_elements, 0) << run->words();
+                }
+            }
+        }
+    }
+    tally.tell();
+    EXPECT_EQ(tally.requests, 96);
+}
+
 // A low zero without a zero at the origin: shifted from infinity, and the direct current still passes.
 TEST(BandPass, LowZeroWithoutOneAtTheOrigin) {
     FilterSpec s = all_pole(band_pass, equal_ripple, 2);

@@ -80,5 +80,39 @@ TEST(Microwave, ManyLines) {
     EXPECT_EQ(failure_report(run->verdict, run->state)[0], "Storage is full");
 }
 
+// With one termination the source is of voltage or of current, as the function asks: the number of the last line tells.
+TEST(Microwave, LinesAtAnOpenEnd) {
+    Tally tally;
+    for (const int type : {low_pass, high_pass, band_pass}) {
+        for (int stubs = type == band_pass ? 1 : 0; stubs <= 4; ++stubs) {
+            for (int lines = 1; lines <= 5; ++lines) {
+                tally.take(line_filter(type, stubs % 2 == 0 ? equal_ripple : maximally_flat, stubs, lines, 0),
+                           "single termination");
+            }
+        }
+    }
+    tally.tell();
+    EXPECT_EQ(tally.requests, 70);
+}
+
+// Stubs are told as impedances: what the first branch of a low-pass is, an open stub across the rails.
+TEST(Microwave, ResultReportTellsImpedances) {
+    auto run = std::make_unique<LadderRun>();
+    run->run(line_filter(low_pass, equal_ripple, 2, 1));
+    ASSERT_TRUE(run->verdict.good());
+    const std::vector<std::string> lines = result_report("", run->state);
+    EXPECT_EQ(lines[2], " **** All values are impedances ****");
+    const double stub = 1 / run->circuit.VALUE(2);
+    const double edge = std::tan(std::numbers::pi * 3000 / 20000);
+    std::istringstream row(lines[5]);
+    std::string normalised, drawing, denormalised;
+    row >> normalised >> drawing >> denormalised;
+    EXPECT_EQ(drawing, "├───c───┤");
+    const auto value = [](std::string text) { return std::stod(text.replace(text.find('D'), 1, "e")); };
+    EXPECT_NEAR(value(denormalised), stub, stub * 1e-7);
+    // The normalised susceptance at the edge is that of s = j.
+    EXPECT_NEAR(value(normalised), stub / (50 * edge), stub * 1e-8);
+}
+
 }  // namespace
 }  // namespace kavrel::test

@@ -102,6 +102,10 @@ TEST(Script, EveryRefusalIsReached) {
     EXPECT_EQ(three.run("adm s p i 1").fault, ScriptFault::extreme_impossible);
     EXPECT_EQ(three.run("imp s p i 1 adm s p 1 2").fault, ScriptFault::zero_missing);
     Bench band(band_pass_with_zeros());
+    // Both numbers the same: one zero, and one branch that makes it.
+    const auto twice = [&](const std::string& form) { return band.run(form + " d p z i 1 1 end"); };
+    EXPECT_TRUE(twice("imp").good() || twice("adm").good());
+    EXPECT_EQ(band.state.record_count, 1);
     EXPECT_EQ(band.run("adm s p z 3 adm d p z i 4 2 adm d p z i 1 1").fault, ScriptFault::records_full);
     // Both zeros are there already.
     ASSERT_TRUE(band.run("end").good());
@@ -121,6 +125,14 @@ TEST(Script, ComplexZerosAndLinesAreNotForShifting) {
     s.zerosAtInfinity = 4;
     Bench bench(s);
     EXPECT_EQ(bench.run("adm s p i 1").fault, ScriptFault::complex_zero);
+    EXPECT_EQ(bench.run("adm d c i 1 adm d c i 1").fault, ScriptFault::zero_not_available);
+    // More of them than the function has.
+    bench.problem.zero_count = 3;
+    for (const int i : {2, 3}) {
+        bench.problem.zero_x(i) = bench.problem.zero_x(1);
+        bench.problem.zero_x_im(i) = bench.problem.zero_x_im(1);
+    }
+    EXPECT_EQ(bench.run("adm d c i 1 adm d c i 2 adm d c i 3").fault, ScriptFault::quadruplet_error);
 
     // A line that is not there: the reactance has no common factor to lose.
     FilterSpec lines = all_pole(low_pass, equal_ripple, 3);

@@ -151,6 +151,23 @@ TEST(SynthesisProperty, SelectionByHand) {
     EXPECT_GE(tally.requests, 80);
 }
 
+// An order without negative elements is looked for whoever chose the immittance.
+TEST(SynthesisProperty, SelectionByHandIsSearched) {
+    FilterSpec s = all_pole(high_pass, maximally_flat, 5);
+    s.bandEdgeLoss = 1;
+    s.sourceResistance = 600, s.loadResistance = 0;
+    s.zerosAtZero = 3, s.zeroCount = 1, s.FZI(1) = 1400;
+    for (const int form : {impedance, admittance}) {
+        auto run = std::make_unique<LadderRun>();
+        run->request.manual_selection = true;
+        run->request.form = form;
+        run->run(s);
+        ASSERT_TRUE(run->approximated && run->verdict.good());
+        EXPECT_EQ(run->state.negative_elements, 0) << form;
+        EXPECT_TRUE(run->state.searched);
+    }
+}
+
 // A circuit that is wrong is not shown: the former one stays.
 TEST(SynthesisProperty, WrongCircuitLeavesTheFormerOne) {
     auto run = std::make_unique<LadderRun>();

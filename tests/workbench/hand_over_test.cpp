@@ -19,6 +19,7 @@ using namespace testing;
 constexpr int new_item = 166;
 constexpr int frequency_item = 343;
 constexpr int transfer_item = 334;
+constexpr int display_item = 336;
 constexpr int points = 200;
 constexpr double decibel_bar = 1e-4;
 constexpr double degree_bar = 1e-3;
@@ -80,7 +81,7 @@ const Design designs[] = {
     {"elliptic", 3e3, [](FilterRequest& r) { low_pass(r, ripple, 1e3, 0.1, 1.2e3, 60, minima); }},
     {"elliptic, driven by one end", 3e3,
      [](FilterRequest& r) {
-         low_pass(r, ripple, 1e3, 0.1, 1.4e3, 50, minima);
+         low_pass(r, ripple, 1e3, 0.1, 1.4e3, 60, minima);
          r.r2 = 0;
      }},
     {"Butterworth, driven by one end", 3e3,
@@ -153,6 +154,7 @@ struct HandOver : ::testing::Test {
         window.forms = {accept, accept};
         dispatch_event(bench, new_item);
         ASSERT_TRUE(window.boxes.empty()) << design.name << window.boxes.front();
+        ASSERT_EQ(bench.ladder.outcome, SynthesisOutcome::done) << design.name << window.lines.back();
         ASSERT_EQ(bench.session.segment, SegmentId::passive) << design.name << window.lines.back();
         FrequencyRequest& grid = bench.passive_command.frequency;
         grid = {.start = design.last / points, .end = design.last, .increment = 0, .count = points};
@@ -173,6 +175,23 @@ struct HandOver : ::testing::Test {
         return transfer_file_name(stem, request);
     }
 };
+
+// The report of the design again, and the terminations.
+TEST_F(HandOver, DisplayTellsWhatTheDesignTold) {
+    for (const Design& design : designs) {
+        window.lines.clear();
+        run(design);
+        const std::vector<std::string> told = window.lines;
+        window.lines.clear();
+        dispatch_event(bench, display_item);
+        constexpr std::size_t terminations = 4;
+        ASSERT_GT(window.lines.size(), 10 + terminations) << design.name;
+        EXPECT_TRUE(window.lines[window.lines.size() - terminations].starts_with(" Input termination")) << design.name;
+        for (std::size_t i = 0; i + terminations < window.lines.size(); ++i) {
+            EXPECT_EQ(window.lines[i], told[i]) << design.name;
+        }
+    }
+}
 
 TEST_F(HandOver, NgspiceAgreesWithTheAnalysis) {
     if (!has_program("ngspice")) GTEST_SKIP() << "ngspice is not installed";

@@ -110,8 +110,11 @@ TEST_F(LadderRoad, TheFormIsFollowed) {
 TEST_F(LadderRoad, WhatCannotBeBuiltLeavesTheFormerCircuitAndMenu) {
     design();
     const Circuit former = bench.passive.circuit;
+    const auto synthesis = state()["synthesis"];
+    ASSERT_FALSE(synthesis.is_null());
     const auto keeps = [&](const char* what) {
         EXPECT_TRUE(former == bench.passive.circuit) << what;
+        EXPECT_EQ(synthesis, state()["synthesis"]) << what;
         EXPECT_EQ(bench.session.segment, SegmentId::passive) << what;
         EXPECT_EQ(window.menu.data(), room_of(SegmentId::passive).menu.data()) << what;
     };

@@ -56,6 +56,37 @@ TEST_F(PassiveEvents, ACircuitIsTypedInSavedAndRecalled) {
     EXPECT_TRUE(bench.passive.circuit == typed);
 }
 
+// Neither the Segment nor what is in it is given up for a file that cannot be read.
+TEST_F(PassiveEvents, AStoredFileThatCannotBeReadChangesNothing) {
+    insert(InsertChoice::r, 1, 50);
+    insert(InsertChoice::l, 2, 1e-6);
+    window.files = {"good"};
+    dispatch_event(bench, save_item);
+    insert(InsertChoice::r, 3, 50);
+    write_text("damaged.qfp", "noise");
+    const std::size_t titles = window.titles.size();
+    const struct {
+        const char* name;
+        const char* box;
+    } rows[] = {{"missing.qfp", "Error: File was not found"},
+                {"damaged.qfp", "Error: Error encountered in reading the file"}};
+    for (const auto& row : rows) {
+        window.files = {row.name};
+        dispatch_event(bench, recall_filter_event);
+        EXPECT_EQ(window.boxes.back(), row.box);
+        EXPECT_EQ(window.titles.size(), titles) << "the main window's title and menu stay";
+        EXPECT_EQ(bench.passive.circuit.klast, 3);
+        EXPECT_EQ(bench.passive_state.undoTop, 3);
+        EXPECT_EQ(bench.session.filter_file, std::string_view("good"));
+
+        Workbench other{window};
+        main_program(other, row.name, "x");
+        EXPECT_EQ(window.boxes.back(), row.box);
+        EXPECT_EQ(other.session.segment, SegmentId::main);
+        window.titles.resize(titles);
+    }
+}
+
 TEST_F(PassiveEvents, RefusalsOfAFormKeepIt) {
     int opened = 0;
     const auto press_ok = [&](FormSheet&) { return ++opened > 0; };

@@ -1,0 +1,36 @@
+# What is installed, and the Debian packages: kavrel-cli, which needs no Qt, and kavrel, the program with windows.
+#   cmake --install BUILD [--component console|desktop]
+#   cpack --config BUILD/CPackConfig.cmake
+
+include(GNUInstallDirs)
+
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kavrel COMPONENT console
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.txt")
+install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kavrel/examples COMPONENT console
+  FILES_MATCHING PATTERN "*.kav")
+set(CPACK_COMPONENTS_ALL console)
+
+if(TARGET kavrel)
+  install(FILES packaging/kavrel.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT desktop)
+  install(FILES packaging/kavrel.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT desktop)
+  install(FILES packaging/kavrel-mime.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages
+    RENAME kavrel.xml COMPONENT desktop)
+  list(APPEND CPACK_COMPONENTS_ALL desktop)
+endif()
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME kavrel)
+set(CPACK_PACKAGE_CONTACT "The Kavrel developers <kavrel@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION electronics)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_COMPONENT_CONSOLE_DESCRIPTION "The workbench without a screen: scripts, pipes, terminals; and the manual")
+set(CPACK_DEBIAN_CONSOLE_PACKAGE_NAME kavrel-cli)
+set(CPACK_COMPONENT_DESKTOP_DESCRIPTION "The workbench in a window")
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME kavrel)
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "kavrel-cli (= ${PROJECT_VERSION}), fonts-dejavu-core")
+include(CPack)

@@ -1,0 +1,52 @@
+// One field of an open form on the screen, by the field's kind.
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <memory>
+
+#include "shell/form.h"
+
+namespace kavrel {
+
+// An editor writes into the form's record as the user works, and tells that the rules are to be looked at again.
+class FieldEditor : public QObject {
+    Q_OBJECT
+
+public:
+    FieldEditor(FormSheet& sheet, std::size_t field, QObject* parent) : QObject(parent), sheet_(sheet), field_(field) {}
+
+    // What stands in the form, and what in it takes the keys.
+    [[nodiscard]] virtual QWidget* widget() const = 0;
+    [[nodiscard]] virtual QWidget* focus_widget() const { return widget(); }
+
+    // Shows value, label and state as the form has them now. What the user is typing stays.
+    virtual void refresh() = 0;
+
+    // What is wrong with the entry, or blank: such a form cannot be left with OK.
+    [[nodiscard]] virtual QString wrong() const { return {}; }
+
+    // Whether the label stands beside it (or else on it).
+    [[nodiscard]] virtual bool wants_label() const { return true; }
+    virtual void set_mnemonic(QChar) {}
+
+    [[nodiscard]] std::size_t field_number() const { return field_; }
+    [[nodiscard]] const Field& field() const { return sheet_.field(field_); }
+    [[nodiscard]] bool is_on() const { return sheet_.is_on(field_); }
+    [[nodiscard]] QString label() const;
+
+signals:
+    void changed();
+
+protected:
+    // Hands a value to the form; what is wrong with it, or blank.
+    QString enter(const std::string& value);
+
+    FormSheet& sheet_;
+    std::size_t field_;
+};
+
+// The editor for a field; null for a heading.
+[[nodiscard]] FieldEditor* make_field_editor(FormSheet& sheet, std::size_t field, QWidget* parent);
+
+}  // namespace kavrel

@@ -1,0 +1,233 @@
+#include "desktop/help_viewer.h"
+
+#include <QLineEdit>
+#include <QListWidget>
+#include <QShortcut>
+#include <QSplitter>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextTable>
+#include <QToolBar>
+
+#include "desktop/icons.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr std::size_t most_hits = 200;
+constexpr int page_role = Qt::UserRole;
+constexpr int line_role = Qt::UserRole + 1;
+constexpr int list_width = 230;
+
+QAction* add_button(QToolBar& bar, const QString& text, const QString& tip) {
+    QAction* action = bar.addAction(text);
+    action->setToolTip(tip);
+    return action;
+}
+
+}  // namespace
+
+HelpViewer::HelpViewer(const Manual& manual, WindowSettings& settings)
+    : manual_(manual), settings_(settings), list_(new QListWidget), browser_(new QTextBrowser) {
+    setObjectName("help_window");
+    setWindowTitle(tr("Kavrel manual"));
+    setWindowIcon(program_icon());
+    auto* splitter = new QSplitter(this);
+    splitter->addWidget(list_);
+    splitter->addWidget(browser_);
+    splitter->setSizes({list_width, 700});
+    splitter->setStretchFactor(1, 1);
+    splitter->setChildrenCollapsible(false);
+    setCentralWidget(splitter);
+    list_->setWordWrap(true);
+    list_->setFrameShape(QFrame::NoFrame);
+    list_->setSpacing(2);
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    browser_->setFrameShape(QFrame::NoFrame);
+    browser_->setSearchPaths({manual.folder()});
+    browser_->setOpenExternalLinks(true);
+    browser_->document()->setDocumentMargin(16);
+    connect(browser_, &QTextBrowser::sourceChanged, this, &HelpViewer::went_to_page);
+    connect(list_, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
+        show_place({.page = item->data(page_role).toString(), .heading = {}});
+        mark_words(item->data(line_role).toString());
+    });
+    make_toolbar();
+    list_pages();
+    if (!settings_.restore("help", *this)) resize(980, 720);
+}
+
+HelpViewer::~HelpViewer() { settings_.keep("help", *this); }
+
+void HelpViewer::show_place(const ManualPlace& place) {
+    const QUrl page(place.page + ".md");
+    if (browser_->source() != page) browser_->setSource(page);
+    scroll_to_heading(place.heading);
+    show();
+    raise();
+    activateWindow();
+}
+
+QString HelpViewer::shown_page() const { return browser_->source().path().chopped(3); }
+
+bool HelpViewer::event(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange && browser_ != nullptr) dress_page();
+    return QMainWindow::event(event);
+}
+
+void HelpViewer::make_toolbar() {
+    QToolBar* bar = addToolBar(tr("Manual"));
+    bar->setMovable(false);
+    bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    QAction* back = add_button(*bar, tr("◀ Back"), tr("The page before (Alt+Left)"));
+    QAction* forward = add_button(*bar, tr("Forward ▶"), tr("Forward again (Alt+Right)"));
+    QAction* home = add_button(*bar, tr("Contents"), tr("The first page of the manual"));
+    back->setEnabled(false);
+    forward->setEnabled(false);
+    connect(back, &QAction::triggered, browser_, &QTextBrowser::backward);
+    connect(forward, &QAction::triggered, browser_, &QTextBrowser::forward);
+    connect(home, &QAction::triggered, this, [this] {
+        words_->clear();
+        show_place({.page = "index", .heading = {}});
+    });
+    connect(browser_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
+    connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
+    auto* room = new QWidget(bar);
+    room->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    bar->addWidget(room);
+    words_ = new QLineEdit(bar);
+    words_->setObjectName("help_words");
+    words_->setPlaceholderText(tr("Search the manual (Ctrl+F)"));
+    words_->setClearButtonEnabled(true);
+    words_->setMaximumWidth(300);
+    bar->addWidget(words_);
+    connect(words_, &QLineEdit::textChanged, this, &HelpViewer::list_hits);
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, words_, [this] {
+        words_->setFocus();
+        words_->selectAll();
+    });
+    connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this, &QWidget::close);
+}
+
+void HelpViewer::list_pages() {
+    list_->clear();
+    for (const ManualPage& page : manual_.pages()) {
+        auto* item = new QListWidgetItem(page.title, list_);
+        item->setData(page_role, page.name);
+        if (page.name == shown_page()) list_->setCurrentItem(item);
+    }
+}
+
+void HelpViewer::list_hits(const QString& words) {
+    if (words.simplified().isEmpty()) {
+        list_pages();
+        return;
+    }
+    list_->clear();
+    QString title;
+    for (const ManualHit& hit : manual_.find(words, most_hits)) {
+        if (hit.title != title) {
+            title = hit.title;
+            auto* head = new QListWidgetItem(title, list_);
+            QFont bold = head->font();
+            bold.setBold(true);
+            head->setFont(bold);
+            head->setData(page_role, hit.page);
+        }
+        auto* item = new QListWidgetItem(hit.line.left(90), list_);
+        item->setToolTip(hit.line);
+        item->setData(page_role, hit.page);
+        item->setData(line_role, words.simplified().section(' ', 0, 0) + '\n' + hit.line);
+    }
+}
+
+// The browser names the page that it leaves until this is over.
+void HelpViewer::went_to_page(const QUrl& page) {
+    dress_page();
+    if (!words_->text().simplified().isEmpty()) return;
+    for (int i = 0; i < list_->count(); ++i) {
+        if (list_->item(i)->data(page_role).toString() + ".md" == page.path()) list_->setCurrentRow(i);
+    }
+}
+
+// Tables get lines, code its paper; the palette of the window colours both.
+void HelpViewer::dress_page() {
+    const QPalette colours = palette();
+    const QColor line = colours.color(QPalette::Mid);
+    const QColor paper = colours.color(QPalette::AlternateBase);
+    QTextDocument& page = *browser_->document();
+    page.setDocumentMargin(16);
+    QTextCursor cursor(&page);
+    cursor.beginEditBlock();
+    for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {
+        QTextCursor here(block);
+        QTextBlockFormat format = block.blockFormat();
+        const bool is_code = format.hasProperty(QTextFormat::BlockCodeFence) ||
+                             format.hasProperty(QTextFormat::BlockCodeLanguage) || format.nonBreakableLines();
+        if (is_code) {
+            format.setBackground(paper);
+            format.setLeftMargin(12);
+            here.setBlockFormat(format);
+        } else if (here.currentTable() == nullptr && format.headingLevel() == 0 && block.textList() == nullptr) {
+            format.setLineHeight(112, QTextBlockFormat::ProportionalHeight);
+            here.setBlockFormat(format);
+        }
+        QTextTable* table = here.currentTable();
+        if (table == nullptr || here.position() != table->firstPosition()) continue;
+        QTextTableFormat frame = table->format();
+        frame.setBorder(1);
+        frame.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+        frame.setBorderBrush(line);
+        frame.setBorderCollapse(true);
+        frame.setCellPadding(5);
+        frame.setCellSpacing(0);
+        frame.setTopMargin(6);
+        frame.setBottomMargin(10);
+        table->setFormat(frame);
+        for (int column = 0; column < table->columns(); ++column) {
+            QTextTableCell head = table->cellAt(0, column);
+            QTextCharFormat format_of_head = head.format();
+            format_of_head.setBackground(paper);
+            head.setFormat(format_of_head);
+        }
+    }
+    cursor.endEditBlock();
+    page.setModified(false);
+}
+
+void HelpViewer::scroll_to_heading(const QString& heading) {
+    if (heading.isEmpty()) return;
+    const QTextDocument& page = *browser_->document();
+    for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {
+        if (block.blockFormat().headingLevel() == 0 || block.text().compare(heading, Qt::CaseInsensitive) != 0)
+            continue;
+        QTextCursor end(browser_->document());
+        end.movePosition(QTextCursor::End);
+        browser_->setTextCursor(end);  // so that the heading comes to stand at the top
+        browser_->setTextCursor(QTextCursor(block));
+        return;
+    }
+}
+
+// The place of a hit: its first word, in the block whose text holds the line's beginning.
+void HelpViewer::mark_words(const QString& line) {
+    if (line.isEmpty()) return;
+    const QString word = line.section('\n', 0, 0);
+    const QStringList wanted = line.section('\n', 1).split(' ');
+    QTextCursor best;
+    qsizetype most = -1;
+    for (QTextCursor at = browser_->document()->find(word, 0); !at.isNull();
+         at = browser_->document()->find(word, at)) {
+        const QString text = at.block().text();
+        const auto held =
+            std::count_if(wanted.begin(), wanted.end(), [&](const QString& one) { return text.contains(one); });
+        if (held > most) {
+            most = held;
+            best = at;
+        }
+    }
+    if (!best.isNull()) browser_->setTextCursor(best);
+}
+
+}  // namespace kavrel

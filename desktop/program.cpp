@@ -1,0 +1,72 @@
+#include "desktop/program.h"
+
+#include <QFileInfo>
+
+#include "desktop/text.h"
+#include "shell/units.h"
+#include "workbench/events.h"
+#include "workbench/rooms.h"
+#include "workbench/start_up.h"
+
+namespace kavrel {
+
+namespace {
+
+// "PASSIVE LC/MICROWAVE MENU" of "Kavrel - PASSIVE LC/MICROWAVE MENU".
+QString segment_text(const Session& session) { return qt_text(room_of(session.segment).title).section(" - ", 1); }
+
+// "KHz, mH, nF, usec", or the frequency unit alone where the others are those of the SI.
+QString units_text(const UnitSet& units) {
+    const auto bare = [&](Unit unit) { return qt_text(unit_suffix(units, unit)).remove('(').remove(')').simplified(); };
+    QStringList names{bare(Unit::frequency)};
+    if (units.fixed_units == 3) names << bare(Unit::inductor) << bare(Unit::capacitor) << bare(Unit::time);
+    names.removeAll(QString());
+    return names.join(", ");
+}
+
+}  // namespace
+
+Program::Program(DesktopWindow& window) : window_(window), bench_(window) {
+    connect(&window.main(), &MainWindow::item_chosen, this, &Program::send);
+    connect(&window.main(), &MainWindow::close_wanted, this, &Program::leave);
+}
+
+void Program::start(const std::string& argument, const std::string& executable) {
+    busy_ = true;
+    window_.begin_work();
+    main_program(bench_, argument, executable);
+    window_.end_work();
+    busy_ = false;
+    show_status();
+}
+
+void Program::send(int item_id) {
+    if (busy_ || window_.is_closed()) return;
+    busy_ = true;
+    window_.begin_work();
+    dispatch_event(bench_, item_id);
+    window_.end_work();
+    busy_ = false;
+    if (bench_.session.stopped) {
+        window_.close();
+    } else {
+        show_status();
+    }
+}
+
+void Program::leave() {
+    if (busy_) {
+        emit window_.main().stop_wanted();
+        return;
+    }
+    const int exit = window_.main().item_labelled("Exit");
+    send(exit != 0 ? exit : exit_event);
+}
+
+void Program::show_status() {
+    const Session& session = bench_.session;
+    const QString file = qt_text(session.filter_file.trimmed());
+    window_.main().set_status(segment_text(session), units_text(session.units), QFileInfo(file).fileName());
+}
+
+}  // namespace kavrel

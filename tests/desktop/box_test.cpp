@@ -1,0 +1,195 @@
+// Boxes, selectors, printing, long work.
+#include <QFileDialog>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <chrono>
+#include <cstring>
+
+#include "desktop/file_selector.h"
+#include "desktop/message_boxes.h"
+#include "tests/desktop/desktop_run.h"
+
+namespace kavrel {
+namespace {
+
+TEST(Boxes, CaptionsSetTheIcons) {
+    EXPECT_EQ(icon_of("Error"), QMessageBox::Critical);
+    EXPECT_EQ(icon_of("Default"), QMessageBox::Critical);
+    EXPECT_EQ(icon_of("Plot data Error"), QMessageBox::Critical);
+    EXPECT_EQ(icon_of("Warning"), QMessageBox::Warning);
+    EXPECT_EQ(icon_of("Question"), QMessageBox::Question);
+    EXPECT_EQ(icon_of("Advice"), QMessageBox::Information);
+    EXPECT_EQ(icon_of("Success"), QMessageBox::Information);
+}
+
+TEST(Boxes, AnswersByKeys) {
+    DesktopRun run;
+    const auto ask = [&](std::string_view caption, Buttons buttons, int key, Qt::KeyboardModifiers modifiers = {}) {
+        run.hands.then([=](QDialog& box) {
+            EXPECT_EQ(utf8_text(box.windowTitle()), caption);
+            EXPECT_EQ(static_cast<QMessageBox&>(box).text(), "<b>Tabulate?");
+            press(box, key, modifiers);
+        });
+        return run.window.message("<b>Tabulate?", caption, buttons);
+    };
+    EXPECT_EQ(ask("Success", Buttons::ok, Qt::Key_Return), Answer::ok);
+    EXPECT_EQ(ask("Error", Buttons::ok, Qt::Key_Escape), Answer::ok);
+    EXPECT_EQ(ask("Question", Buttons::yes_no, Qt::Key_Return), Answer::yes);
+    EXPECT_EQ(ask("Warning", Buttons::yes_no, Qt::Key_Return), Answer::no) << "a hasty Enter overwrites nothing";
+    EXPECT_EQ(ask("Warning", Buttons::yes_no, Qt::Key_Y, Qt::AltModifier), Answer::yes);
+    EXPECT_EQ(ask("Question", Buttons::yes_no, Qt::Key_Escape), Answer::no);
+}
+
+TEST(Boxes, ChoicesAreButtons) {
+    DesktopRun run;
+    constexpr std::string_view labels[] = {"Series", "Shunt", "Skip"};
+    const ChoiceBox box{.text = "Which branch?", .caption = "Question", .choices = labels};
+    const auto choose = [&](int key, Qt::KeyboardModifiers modifiers) {
+        run.hands.then([=](QDialog& dialog) { press(dialog, key, modifiers); });
+        return run.window.choose(box);
+    };
+    EXPECT_EQ(choose(Qt::Key_S, Qt::AltModifier), 1);
+    EXPECT_EQ(choose(Qt::Key_H, Qt::AltModifier), 2) << "S is taken";
+    EXPECT_EQ(choose(Qt::Key_K, Qt::AltModifier), 3);
+    EXPECT_EQ(choose(Qt::Key_C, Qt::AltModifier), 0);
+    EXPECT_EQ(choose(Qt::Key_Escape, Qt::NoModifier), 0);
+}
+
+TEST(FileSelector, CaptionsFiltersAndNames) {
+    DesktopRun run;
+    std::filesystem::create_directory("sub");
+    write_text("old.qfp", "");
+    write_text("sub/other.qfp", "");
+    const FileQuery open{
+        .caption = "Recall a saved filter file", .description = "Storage files", .filter = "*.qfp;*.qfa"};
+    const auto select = [&](const FileQuery& query, const QString& name) {
+        run.hands.then([=](QDialog& dialog) {
+            auto& selector = static_cast<QFileDialog&>(dialog);
+            EXPECT_EQ(utf8_text(selector.windowTitle()), query.caption);
+            EXPECT_EQ(selector.nameFilters().first(), selector_filter(query));
+            name.isEmpty() ? selector.reject() : pick_file(selector, name);
+        });
+        return run.window.choose_file(query);
+    };
+    EXPECT_EQ(selector_filter(open), "Storage files (*.qfp *.qfa)");
+    EXPECT_EQ(select(open, "old.qfp"), "old.qfp");
+    EXPECT_EQ(select(open, "sub/other.qfp"), "sub/other.qfp");
+    EXPECT_EQ(select(open, ""), "");
+    const FileQuery save{
+        .caption = "Select a file name", .description = "Text files", .filter = "*.txt", .to_write = true};
+    EXPECT_EQ(select(save, "new"), "new.txt");
+    EXPECT_EQ(select(save, "/tmp/elsewhere.dat"), "/tmp/elsewhere.dat");
+}
+
+TEST(Printing, PagesKeepTheirLinesAndGoToTheFileNamed) {
+    DesktopRun run;
+    run.window.printing().use_pdf("pages");
+    const std::vector<std::string> lines{" ┌──┐", " │R1│ 50.0", " └──┘"};
+    const PrintPage page{.job = "Printing", .quality = 1024, .font = "MS LineDraw", .lines = lines};
+    EXPECT_TRUE(run.window.print_page(page));
+    EXPECT_TRUE(run.window.print_page(page));
+    for (const char* name : {"pages.pdf", "pages-2.pdf"}) {
+        const std::string pdf = read_text(name);
+        EXPECT_TRUE(pdf.starts_with("%PDF")) << name;
+        EXPECT_NE(pdf.find("DejaVuSansMono"), std::string::npos) << "the font is embedded";
+    }
+    run.window.printing().use_pdf("missing/pages");
+    EXPECT_FALSE(run.window.print_page(page));
+}
+
+TEST(LongWork, LinesAppearAsTheyAreWrittenAndTheUserCanStop) {
+    DesktopRun run;
+    auto* stop = run.window.main().findChild<QPushButton*>("stop");
+    auto* bar = run.window.main().findChild<QProgressBar*>();
+    run.window.begin_work();
+    int done = 0;
+    bool shown = false;
+    const auto started = std::chrono::steady_clock::now();
+    while (run.window.progress("Searching", done, 1000000)) {
+        ++done;
+        if (std::chrono::steady_clock::now() - started > std::chrono::seconds(30)) break;
+        if (!stop->isVisible()) continue;
+        shown = true;
+        EXPECT_EQ(bar->maximum(), 1000000);
+        EXPECT_FALSE(run.window.main().menuBar()->isEnabled()) << "one event at a time";
+        QTimer::singleShot(0, stop, [stop] { stop->click(); });
+    }
+    EXPECT_TRUE(shown);
+    run.window.end_work();
+    EXPECT_FALSE(stop->isVisible());
+    EXPECT_TRUE(run.window.main().menuBar()->isEnabled());
+    run.window.begin_work();
+    EXPECT_TRUE(run.window.progress("Searching", 1, 0)) << "what was pressed stops no later work";
+}
+
+TEST(LongWork, AStoppedDesignLeavesTheStateAsItWas) {
+    DesktopRun run;
+    FirRequest& request = run.bench().fir_request;
+    request.filter_length = 301;
+    request.specification_type = 2;
+    request.QUADRUPLETS.rows = 2;
+    const double bands[] = {0, 1000, 1, 1, 1010, 5000, 0, 1};
+    std::copy(std::begin(bands), std::end(bands), request.QUADRUPLETS.cells);
+    run.hands.then([&](QDialog& form) {
+        form.accept();
+        emit run.window.main().stop_wanted();
+    });
+    run.hands.always([](QDialog& box) { box.accept(); });
+    run.program->send(1031);
+    EXPECT_EQ(run.bench().design, DesignOutcome::discontinued);
+    EXPECT_EQ(run.bench().session.segment, SegmentId::main);
+    EXPECT_NE(run.report().find("**** design discontinued ****"), std::string::npos);
+}
+
+struct StoredFile {
+    const char* name;
+    const char* bytes;  // or null: there is no such file
+};
+
+class StoredFiles : public testing::TestWithParam<StoredFile> {};
+
+TEST_P(StoredFiles, ABoxComesUpAndTheWindowIsUsable) {
+    DesktopRun run(false);
+    if (GetParam().bytes != nullptr) write_text(GetParam().name, GetParam().bytes);
+    int boxes = 0;
+    run.hands.always([&](QDialog& box) {
+        ++boxes;
+        box.accept();
+    });
+    run.start(GetParam().name);
+    EXPECT_GT(boxes, 0);
+    EXPECT_TRUE(run.window.main().isVisible());
+    EXPECT_NE(run.report().find(GetParam().name), std::string::npos);
+    QString shown;
+    run.hands.then([&](QDialog& form) {
+        shown = form.windowTitle();
+        form.reject();
+    });
+    run.program->send(143);
+    EXPECT_EQ(shown, "Select preferred units");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, StoredFiles,
+                         testing::Values(StoredFile{"damaged.qfp", "no records"}, StoredFile{"missing.qff", nullptr},
+                                         StoredFile{"strange.qfz", "?"}, StoredFile{"empty.qff", ""}),
+                         [](const auto& test) {
+                             return std::string(test.param.name, std::strchr(test.param.name, '.'));
+                         });
+
+TEST(Start, AFolderThatCannotBeWrittenToIsToldWhenItMatters) {
+    DesktopRun run(false);
+    std::filesystem::current_path("/proc");  // not even by root
+    run.start({});
+    EXPECT_TRUE(run.window.main().isVisible());
+    run.hands.then([](QDialog& form) { form.accept(); }).then([](QDialog& box) {
+        EXPECT_EQ(static_cast<QMessageBox&>(box).text(), "File could not be written");
+        box.accept();
+    });
+    run.program->send(143);
+    EXPECT_TRUE(run.hands.are_done());
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,118 @@
+// The manual: every page opens, every form and item has its page, links and search lead somewhere.
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <fstream>
+
+#include "desktop/help_viewer.h"
+#include "tests/desktop/desktop_run.h"
+
+namespace kavrel {
+namespace {
+
+const std::vector<std::string> docs{TEST_DATA "/../../docs"};
+
+TEST(Manual, PlacesOfItemsAndFormsExist) {
+    const Manual manual(docs);
+    ASSERT_GT(manual.pages().size(), 5U);
+    EXPECT_EQ(manual.pages().front().name, "index");
+    for (std::size_t i = 0; i < segment_count; ++i) {
+        for (const MenuItem& item : room_of(static_cast<SegmentId>(i)).menu) {
+            const ManualPlace place = manual.place_of(item.id);
+            EXPECT_TRUE(manual.has_page(place.page)) << item.path;
+            if (item.form != nullptr) {
+                EXPECT_TRUE(manual.has_page(manual.place_of(qt_text(item.form->name)).page)) << item.form->name;
+            }
+        }
+    }
+    for (const char* form : {"DESIGN_FILTER_DLG", "PLACER_DLG", "DOUBLETS_DLG", "FIR_DESIGN_DLG", "FIR_QUADS_DLG",
+                             "FIR_TWIN_DLG", "MENU2_DLG"}) {
+        EXPECT_FALSE(manual.place_of(QString(form)).heading.isEmpty()) << form;
+    }
+    EXPECT_EQ(manual.place_of(999999).page, "menus_and_forms");
+    EXPECT_EQ(Manual({"/nowhere"}).pages().size(), 0U);
+}
+
+TEST(Manual, HeadingsThatPlacesNameAreOnTheirPages) {
+    DesktopRun run;
+    std::ifstream index(docs.front() + "/help_index.txt");
+    int checked = 0;
+    for (std::string line; std::getline(index, line);) {
+        const QStringList words = qt_text(line).split(' ', Qt::SkipEmptyParts);
+        if (line.starts_with('#') || words.size() < 2) continue;
+        const std::string page = read_text(docs.front() + "/" + utf8_text(words[1]) + ".md");
+        EXPECT_FALSE(page.empty()) << line;
+        if (words.size() == 2) continue;
+        EXPECT_NE(page.find("# " + utf8_text(words.mid(2).join(' ')) + "\n"), std::string::npos) << line;
+        ++checked;
+    }
+    EXPECT_GT(checked, 0);
+}
+
+TEST(Help, OpensFromMenuFormAndKey) {
+    DesktopRun run;
+    ASSERT_TRUE(wait_for(run.window.main()));
+    press(run.window.main(), Qt::Key_F1);
+    EXPECT_EQ(run.window.help().shown_page(), "index");
+    run.program->send(141);
+    EXPECT_EQ(run.window.help().shown_page(), "help");
+    run.hands.then([&](QDialog& form) {
+        press(form, Qt::Key_F1);
+        EXPECT_TRUE(run.window.help().isVisible());
+        EXPECT_EQ(run.window.help().shown_page(), "fir_design") << "on the form's own";
+        press(form, Qt::Key_Escape);
+    });
+    run.program->send(1031);
+    run.window.main().activateWindow();
+    ASSERT_TRUE(wait_for(run.window.main()));
+    press(run.window.main(), Qt::Key_F, Qt::AltModifier);
+    QWidget* menu = QApplication::activePopupWidget();
+    ASSERT_NE(menu, nullptr);
+    press(*menu, Qt::Key_Down);
+    press(*menu, Qt::Key_Down);
+    press(*menu, Qt::Key_Down);
+    press(*menu, Qt::Key_F1);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_EQ(run.window.help().shown_page(), "units_and_files");
+}
+
+TEST(Help, SearchListsLinesAndOpensTheirPage) {
+    DesktopRun run;
+    HelpViewer& help = run.window.help();
+    help.show_place({.page = "index", .heading = {}});
+    auto* words = help.findChild<QLineEdit*>("help_words");
+    auto* list = help.findChild<QListWidget*>();
+    const int all = list->count();
+    help.show_place({.page = "fir_design", .heading = {}});
+    ASSERT_NE(list->currentItem(), nullptr);
+    EXPECT_EQ(list->currentItem()->text(), "FIR filters");
+    QTest::keyClicks(words, "hilbert");
+    ASSERT_GT(list->count(), 1);
+    EXPECT_TRUE(list->item(1)->toolTip().contains("hilbert", Qt::CaseInsensitive));
+    emit list->itemClicked(list->item(1));
+    EXPECT_TRUE(help.browser().textCursor().selectedText().contains("hilbert", Qt::CaseInsensitive));
+    words->clear();
+    EXPECT_EQ(list->count(), all);
+}
+
+TEST(Help, EveryPageHasATextAndItsLinksLeadToPages) {
+    DesktopRun run;
+    const Manual manual(docs);
+    for (const ManualPage& page : manual.pages()) {
+        run.window.help().show_place({.page = page.name, .heading = {}});
+        EXPECT_GT(run.window.help().browser().document()->characterCount(), 50) << utf8_text(page.name);
+        for (QTextBlock block = run.window.help().browser().document()->begin(); block.isValid();
+             block = block.next()) {
+            for (auto at = block.begin(); !at.atEnd(); ++at) {
+                const QString link = at.fragment().charFormat().anchorHref();
+                if (!link.endsWith(".md")) continue;
+                EXPECT_TRUE(manual.has_page(link.chopped(3))) << utf8_text(page.name + ": " + link);
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,176 @@
+// Menus: every item of every table by pointer, by its access keys and by its accelerator.
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QToolBar>
+
+#include "tests/desktop/desktop_run.h"
+
+namespace kavrel {
+namespace {
+
+struct Table {
+    const char* name;
+    std::span<const MenuItem> items;
+};
+
+const Table tables[] = {{"main", main_menu}, {"passive", passive_menu}, {"active", active_menu},  {"iir", iir_menu},
+                        {"fir", fir_menu},   {"ladder", ladder_menu},   {"lattice", lattice_menu}};
+
+class MenuTables : public testing::TestWithParam<Table> {
+protected:
+    MenuTables() {
+        QObject::connect(&window, &MainWindow::item_chosen, &window, [this](int id) { chosen.push_back(id); });
+        window.set_menu(GetParam().items, "Kavrel");
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(wait_for(window));
+    }
+
+    WindowSettings settings;
+    MainWindow window{settings};
+    std::vector<int> chosen;
+};
+
+TEST_P(MenuTables, EveryItemStandsWhereTheTableSaysAndSendsItsEvent) {
+    for (const MenuItem& item : GetParam().items) {
+        QAction* action = action_of(window.menuBar()->actions(), item.id);
+        ASSERT_NE(action, nullptr) << item.path;
+        std::string path = utf8_text(action->text());
+        for (auto* menu = qobject_cast<QMenu*>(action->parent()); menu != nullptr;
+             menu = qobject_cast<QMenu*>(menu->parentWidget())) {
+            path = utf8_text(menu->title()) + " > " + path;
+        }
+        EXPECT_EQ(path, item.path);
+        EXPECT_EQ(utf8_text(action->statusTip()), item.hint);
+        chosen.clear();
+        action->trigger();
+        EXPECT_EQ(chosen, std::vector<int>{item.id}) << item.path;
+    }
+}
+
+TEST_P(MenuTables, AcceleratorsSendTheFirstItemThatHasThem) {
+    int keys_of_later_items = 0;
+    for (const MenuItem& item : GetParam().items) {
+        if (item.accelerator.empty()) continue;
+        const auto keys = QKeySequence::fromString(qt_text(item.accelerator))[0];
+        chosen.clear();
+        press(window, keys.key(), keys.keyboardModifiers());
+        const int owner = accelerator_owner(GetParam().items, item.accelerator)->id;
+        EXPECT_EQ(chosen, std::vector<int>{owner}) << item.path << ' ' << item.accelerator;
+        keys_of_later_items += owner == item.id ? 0 : 1;
+    }
+    // Of the IIR menu "Program" and "Permute", "Limit cycle" and "Allpass"; of the passive one "Combine" and "Stop".
+    const std::string name = GetParam().name;
+    EXPECT_EQ(keys_of_later_items, name == "iir" ? 2 : name == "passive" ? 1 : 0);
+}
+
+char key_of(std::string_view label) {
+    const auto at = label.find('&');
+    return at == std::string_view::npos ? '\0' : static_cast<char>(std::toupper(label[at + 1]));
+}
+
+// Whether the keys along a path lead to just this item.
+bool has_own_keys(std::span<const MenuItem> items, const MenuItem& item) {
+    for (int level = 0; level < path_depth(item.path); ++level) {
+        const char key = key_of(path_label(item.path, level));
+        if (key == '\0') return false;
+        if (level == 0 && accelerator_owner(items, std::string("alt+") + key) != nullptr) return false;
+        for (const MenuItem& other : items) {
+            bool same_parent = path_depth(other.path) > level;
+            for (int k = 0; same_parent && k < level; ++k) {
+                same_parent = path_label(other.path, k) == path_label(item.path, k);
+            }
+            if (same_parent && path_label(other.path, level) != path_label(item.path, level) &&
+                key_of(path_label(other.path, level)) == key) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+TEST_P(MenuTables, AccessKeysLeadToTheItem) {
+    int walked = 0;
+    for (const MenuItem& item : GetParam().items) {
+        if (!has_own_keys(GetParam().items, item)) continue;
+        chosen.clear();
+        press(window, key_of(path_label(item.path, 0)), Qt::AltModifier);
+        for (int level = 1; level < path_depth(item.path); ++level) {
+            QWidget* menu = QApplication::activePopupWidget();
+            ASSERT_NE(menu, nullptr) << item.path;
+            press(*menu, key_of(path_label(item.path, level)));
+        }
+        EXPECT_EQ(chosen, std::vector<int>{item.id}) << item.path;
+        ++walked;
+    }
+    EXPECT_GT(walked, static_cast<int>(GetParam().items.size()) / 2);
+}
+
+TEST_P(MenuTables, HintsStandInTheStatusLine) {
+    const MenuItem& item = GetParam().items.front();
+    press(window, key_of(path_label(item.path, 0)), Qt::AltModifier);
+    QWidget* menu = QApplication::activePopupWidget();
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(utf8_text(window.statusBar()->currentMessage()), item.hint) << "of the item under the cursor";
+    menu->close();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, MenuTables, testing::ValuesIn(tables), [](const auto& test) { return test.param.name; });
+
+TEST(MainWindow, OwnKeysYieldToTheMenus) {
+    WindowSettings settings;
+    MainWindow window(settings);
+    const auto keys_of = [&](const QString& text) {
+        for (QAction* menu : window.menuBar()->actions()) {
+            if (menu->menu() == nullptr) continue;
+            for (QAction* action : menu->menu()->actions()) {
+                if (action->text().remove('&') == text) return action->shortcuts();
+            }
+        }
+        return QList<QKeySequence>{};
+    };
+    window.set_menu(main_menu, "Kavrel");
+    EXPECT_EQ(keys_of("Find...").size(), 2);
+    window.set_menu(fir_menu, "Kavrel");
+    EXPECT_EQ(keys_of("Find..."), QList<QKeySequence>{QKeySequence("Ctrl+Shift+F")}) << "Ctrl+F is the analysis";
+    EXPECT_EQ(window.menuBar()->actions().size(), 8) << "the former menus are gone, the window's own is there once";
+}
+
+TEST(MainWindow, ToolbarSendsItsItemsAndCarriesItsTips) {
+    DesktopRun run;
+    auto* toolbar = run.window.main().findChild<QToolBar*>();
+    ASSERT_EQ(toolbar->actions().size(), 6);
+    EXPECT_EQ(toolbar->actions()[2]->toolTip(), "Kavrel for Windows V. 1.70");
+    run.hands.then([](QDialog& box) {
+        EXPECT_EQ(box.windowTitle(), "Advice");
+        box.accept();
+    });
+    toolbar->actions()[2]->trigger();
+    EXPECT_TRUE(run.hands.are_done());
+}
+
+TEST(MainWindow, TitleStatusAndExit) {
+    DesktopRun run;
+    EXPECT_EQ(run.window.main().windowTitle(), "Kavrel - MAIN MENU");
+    enter_segment(run.bench(), SegmentId::fir);
+    EXPECT_EQ(run.window.main().windowTitle(), "Kavrel - FIR DIGITAL MENU");
+    run.hands.then([](QDialog& box) {
+        EXPECT_EQ(box.windowTitle(), "Warning");
+        press(box, Qt::Key_Escape);
+    });
+    run.window.main().close();
+    EXPECT_TRUE(run.window.main().isVisible()) << "not sure";
+    run.hands.then([](QDialog& box) { press(box, Qt::Key_Y, Qt::AltModifier); });
+    run.window.main().close();
+    EXPECT_FALSE(run.window.main().isVisible());
+    EXPECT_TRUE(run.bench().session.stopped);
+}
+
+TEST(MainWindow, ExitOfTheMainMenuAsksNothing) {
+    DesktopRun run;
+    action_of(run.window.main().menuBar()->actions(), 16385)->trigger();
+    EXPECT_FALSE(run.window.main().isVisible());
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -5,9 +5,9 @@
 include(GNUInstallDirs)
 
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kavrel COMPONENT console
-  FILES_MATCHING PATTERN "*.md" PATTERN "*.txt")
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.txt" PATTERN "*.png")
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kavrel/examples COMPONENT console
-  FILES_MATCHING PATTERN "*.kav")
+  FILES_MATCHING PATTERN "*.kav" PATTERN "*.qfp")
 set(CPACK_COMPONENTS_ALL console)
 
 if(TARGET kavrel)

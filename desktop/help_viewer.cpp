@@ -26,10 +26,74 @@ QAction* add_button(QToolBar& bar, const QString& text, const QString& tip) {
     return action;
 }
 
+void dress_table(QTextTable& table, const QColor& line, const QColor& paper) {
+    QTextTableFormat frame = table.format();
+    frame.setBorder(1);
+    frame.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+    frame.setBorderBrush(line);
+    frame.setBorderCollapse(true);
+    frame.setCellPadding(5);
+    frame.setCellSpacing(0);
+    frame.setTopMargin(6);
+    frame.setBottomMargin(10);
+    table.setFormat(frame);
+    for (int column = 0; column < table.columns(); ++column) {
+        QTextTableCell head = table.cellAt(0, column);
+        QTextCharFormat format = head.format();
+        format.setBackground(paper);
+        head.setFormat(format);
+    }
+}
+
+void dress_block(const QTextBlock& block, const QColor& paper) {
+    QTextBlockFormat format = block.blockFormat();
+    const bool is_code = format.hasProperty(QTextFormat::BlockCodeFence) ||
+                         format.hasProperty(QTextFormat::BlockCodeLanguage) || format.nonBreakableLines();
+    if (is_code) {
+        format.setBackground(paper);
+        format.setLeftMargin(12);
+    } else if (format.headingLevel() == 0 && block.textList() == nullptr) {
+        format.setLineHeight(112, QTextBlockFormat::ProportionalHeight);
+    }
+    QTextCursor(block).setBlockFormat(format);
+}
+
+// Tables get lines, code its paper; the palette of the window colours both.
+void dress_page(QTextDocument& page, const QPalette& colours) {
+    const QColor paper = colours.color(QPalette::AlternateBase);
+    for (auto part = page.rootFrame()->begin(); !part.atEnd(); ++part) {
+        if (auto* table = qobject_cast<QTextTable*>(part.currentFrame())) {
+            dress_table(*table, colours.color(QPalette::Mid), paper);
+        } else if (part.currentBlock().isValid()) {
+            dress_block(part.currentBlock(), paper);
+        }
+    }
+}
+
+// A page is read and dressed apart and then shown as a whole: a document on the screen is laid out anew with each of
+// its blocks.
+class ManualBrowser final : public QTextBrowser {
+public:
+    QVariant loadResource(int type, const QUrl& name) override {
+        const QVariant found = QTextBrowser::loadResource(type, name);
+        if (!name.path().endsWith(".md")) return found;
+        QTextDocument page;
+        page.setDefaultFont(font());
+        page.setMarkdown(QString::fromUtf8(found.toByteArray()));
+        dress_page(page, palette());
+        return page.toHtml();
+    }
+
+protected:
+    void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override {
+        QTextBrowser::doSetSource(name, name.path().endsWith(".md") ? QTextDocument::HtmlResource : type);
+    }
+};
+
 }  // namespace
 
 HelpViewer::HelpViewer(const Manual& manual, WindowSettings& settings)
-    : manual_(manual), settings_(settings), list_(new QListWidget), browser_(new QTextBrowser) {
+    : manual_(manual), settings_(settings), list_(new QListWidget), browser_(new ManualBrowser) {
     setObjectName("help_window");
     setWindowTitle(tr("Kavrel manual"));
     setWindowIcon(program_icon());
@@ -63,16 +127,16 @@ HelpViewer::~HelpViewer() { settings_.keep("help", *this); }
 void HelpViewer::show_place(const ManualPlace& place) {
     const QUrl page(place.page + ".md");
     if (browser_->source() != page) browser_->setSource(page);
-    scroll_to_heading(place.heading);
     show();
     raise();
     activateWindow();
+    scroll_to_heading(place.heading);
 }
 
 QString HelpViewer::shown_page() const { return browser_->source().path().chopped(3); }
 
 bool HelpViewer::event(QEvent* event) {
-    if (event->type() == QEvent::PaletteChange && browser_ != nullptr) dress_page();
+    if (event->type() == QEvent::PaletteChange && !browser_->source().isEmpty()) browser_->reload();
     return QMainWindow::event(event);
 }
 
@@ -144,56 +208,10 @@ void HelpViewer::list_hits(const QString& words) {
 
 // The browser names the page that it leaves until this is over.
 void HelpViewer::went_to_page(const QUrl& page) {
-    dress_page();
     if (!words_->text().simplified().isEmpty()) return;
     for (int i = 0; i < list_->count(); ++i) {
         if (list_->item(i)->data(page_role).toString() + ".md" == page.path()) list_->setCurrentRow(i);
     }
-}
-
-// Tables get lines, code its paper; the palette of the window colours both.
-void HelpViewer::dress_page() {
-    const QPalette colours = palette();
-    const QColor line = colours.color(QPalette::Mid);
-    const QColor paper = colours.color(QPalette::AlternateBase);
-    QTextDocument& page = *browser_->document();
-    page.setDocumentMargin(16);
-    QTextCursor cursor(&page);
-    cursor.beginEditBlock();
-    for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {
-        QTextCursor here(block);
-        QTextBlockFormat format = block.blockFormat();
-        const bool is_code = format.hasProperty(QTextFormat::BlockCodeFence) ||
-                             format.hasProperty(QTextFormat::BlockCodeLanguage) || format.nonBreakableLines();
-        if (is_code) {
-            format.setBackground(paper);
-            format.setLeftMargin(12);
-            here.setBlockFormat(format);
-        } else if (here.currentTable() == nullptr && format.headingLevel() == 0 && block.textList() == nullptr) {
-            format.setLineHeight(112, QTextBlockFormat::ProportionalHeight);
-            here.setBlockFormat(format);
-        }
-        QTextTable* table = here.currentTable();
-        if (table == nullptr || here.position() != table->firstPosition()) continue;
-        QTextTableFormat frame = table->format();
-        frame.setBorder(1);
-        frame.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
-        frame.setBorderBrush(line);
-        frame.setBorderCollapse(true);
-        frame.setCellPadding(5);
-        frame.setCellSpacing(0);
-        frame.setTopMargin(6);
-        frame.setBottomMargin(10);
-        table->setFormat(frame);
-        for (int column = 0; column < table->columns(); ++column) {
-            QTextTableCell head = table->cellAt(0, column);
-            QTextCharFormat format_of_head = head.format();
-            format_of_head.setBackground(paper);
-            head.setFormat(format_of_head);
-        }
-    }
-    cursor.endEditBlock();
-    page.setModified(false);
 }
 
 void HelpViewer::scroll_to_heading(const QString& heading) {

@@ -32,7 +32,6 @@ private:
     void list_pages();
     void list_hits(const QString& words);
     void went_to_page(const QUrl& page);
-    void dress_page();
     void scroll_to_heading(const QString& heading);
     void mark_words(const QString& line);
 

@@ -10,6 +10,9 @@ target_compile_options(house_options INTERFACE
   -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion $<$<CXX_COMPILER_ID:GNU>:-Wshadow;-Werror>
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)  # g++ 12 sees overlaps in std::string at -O3 where there are none (PR 105651)
 
+# Test code runs once: what counts is how soon it is compiled.
+set(TEST_FLAGS -O1;-g1 CACHE STRING "Compile options of test code, behind those of the build type")
+
 if(BUILD_TESTING)
   enable_testing()
   find_package(GTest REQUIRED)
@@ -47,6 +50,7 @@ function(subsystem name)
       set(test_main GTest::gtest_main)
     endif()
     target_link_libraries(${name}_tests PRIVATE house_options ${name} ${test_main})
+    target_compile_options(${name}_tests PRIVATE ${TEST_FLAGS})
     target_compile_definitions(${name}_tests PRIVATE
       TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" EXAMPLES="${PROJECT_SOURCE_DIR}/examples")
     if(arg_PROGRAM)

@@ -184,7 +184,8 @@ TEST(DelayForm, RefusalsKeepWhatWasEntered) {
     PrintState print;
     Reporter reporter(window, journal, print);
     R r = request_of(T::equalizer, I::lc);
-    FormSheet sheet(DELAY_DESIGN_DLG, &r, {}, reporter);
+    const UnitSet units;
+    FormSheet sheet(DELAY_DESIGN_DLG, &r, units, reporter);
     const auto add_rows = [](int count) {
         return [count](FormSheet& list) {
             for (int i = 1; i <= count; ++i) EXPECT_EQ(list.append_row(0, std::array{1.0 * i, 1e-3}), "");

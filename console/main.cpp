@@ -69,7 +69,7 @@ int run(const ConsoleOptions& options) {
     const std::string program = own_path();
     window->set_manual_folders(manual_folders(program));
     const auto bench = std::make_unique<Workbench>(*window);
-    Runner runner(*bench, *window, script);
+    Runner runner(*bench, *window);
     main_program(*bench, stored ? options.argument : std::string{}, program);
     if (interactive) {
         static_cast<Terminal&>(*window).converse(*bench, runner);

@@ -9,8 +9,7 @@ namespace kavrel {
 
 class Runner {
 public:
-    Runner(Workbench& bench, ConsoleWindow& window, ConsoleScript& script)
-        : bench_(bench), window_(window), script_(script) {}
+    Runner(Workbench& bench, ConsoleWindow& window) : bench_(bench), window_(window) {}
 
     // Runs the script to its end, to its first failure, or to the end of the program.
     void run();
@@ -44,7 +43,6 @@ private:
 
     Workbench& bench_;
     ConsoleWindow& window_;
-    ConsoleScript& script_;
     std::size_t first_line_ = 0;  // of the journal since the last `choose` or `do`
     std::size_t first_box_ = 0;
 };

@@ -21,6 +21,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ConsoleWindow window(script, {.report = told, .screen = told, .out = told, .errors = told, .options = options});
     const auto bench = std::make_unique<Workbench>(window);
     script.push("fuzz", std::make_unique<std::istringstream>(text));
-    Runner(*bench, window, script).run();
+    Runner(*bench, window).run();
     return 0;
 }

@@ -22,7 +22,7 @@ struct ScriptRun {
     ConsoleWindow window{script,
                          {.report = report, .screen = screen, .out = out, .errors = errors, .options = options}};
     Workbench bench{window};
-    Runner runner{bench, window, script};
+    Runner runner{bench, window};
 
     explicit ScriptRun(const std::string& text, bool keep_going = false) {
         options.keep_going = keep_going;

@@ -258,7 +258,11 @@ TEST_F(InputFiles, NoNumberThatTheFormCouldNotHoldIsTaken) {
         EXPECT_TRUE(refused(4, std::numeric_limits<double>::infinity())) << "the first number";
         EXPECT_TRUE(refused(4, std::numeric_limits<double>::quiet_NaN()));
         if (form.has_units) {
-            EXPECT_TRUE(refused(good.size() - 4 - 16 - 32, 500.0)) << "no unit of frequency";
+            const std::size_t multipliers = good.size() - 4 - 16 - 32;
+            EXPECT_TRUE(refused(multipliers, 500.0)) << "no unit of frequency";
+            EXPECT_TRUE(refused(multipliers + 8, 1e3)) << "no unit of an inductor";
+            EXPECT_TRUE(refused(multipliers + 16, 1e-13)) << "no unit of a capacitor";
+            EXPECT_TRUE(refused(multipliers + 24, 2e-6)) << "no unit of time";
         } else {
             EXPECT_TRUE(refused(good.size() - 8, 5000)) << "the last choice";
         }

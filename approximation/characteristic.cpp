@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include "approximation/angle_sum.h"
+#include "approximation/decibel.h"
 #include "approximation/frequency_variable.h"
 #include "numeric/guarded.h"
 
@@ -14,9 +14,6 @@ using Real = XPlane::Real;
 
 namespace {
 
-Real unit_element_root(const FilterSpec& spec, const XPlane& xp) {
-    return spec.filterType == high_pass ? 1 - xp.ueX : xp.ueX;
-}
 bool is_parametric(const FilterSpec& spec) { return spec.filterType == band_pass && spec.bandpassType != conventional; }
 int parametric_weight(const FilterSpec& spec) { return is_parametric(spec) ? 2 - spec.degreeParity : 0; }
 bool shifts_pass_band(const FilterSpec& spec, const XPlane& xp) {
@@ -35,10 +32,10 @@ FrontVerdict buildQ(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     if (spec.filterType == linear_phase_low_pass && xp.upper_stop > 0) return {};
     spec.degree = overall_degree(spec, xp);
     spec.degreeParity = spec.degree % 2;
-    if (spec.degree > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, spec.degree);
-    if (spec.degree < 1) return refuse(spec, FrontFault::StopbandIncorrect);
+    if (spec.degree > max_degree) return refuse(spec, FrontFault::degree_too_high, spec.degree);
+    if (spec.degree < 1) return refuse(spec, FrontFault::stopband_incorrect);
     if (spec.filterType == band_pass && xp.a == 0 && spec.zerosAtZero > 0) {
-        return refuse(spec, FrontFault::CutoffMissing);
+        return refuse(spec, FrontFault::cutoff_missing);
     }
 
     fillQ(spec, xp);
@@ -76,7 +73,7 @@ FrontVerdict maxFlatF(FilterSpec& spec, XPlane& xp) {
         } else {
             d = std::pow(product, 1 / static_cast<Real>(loose));
         }
-        if (loose > 0 && !(d > xp.a && d < 1)) return refuse(spec, FrontFault::ParametricRootOutOfRange);
+        if (loose > 0 && !(d > xp.a && d < 1)) return refuse(spec, FrontFault::parametric_root_out_of_range);
     }
     WideRootSet roots;
     for (int i = 1; i <= m / 2; ++i) roots.append({-g, 0});
@@ -92,9 +89,9 @@ FrontVerdict equalRippleF(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     AngleSum angles;
     Real unit_element = unit_element_root(spec, xp);
     if (shifts_pass_band(spec, xp) && !shifted_unit_element(spec, xp, unit_element)) {
-        return refuse(spec, FrontFault::RippleRootsMissing);
+        return refuse(spec, FrontFault::ripple_roots_missing);
     }
-    if (!collect_angles(spec, xp, unit_element, angles)) return refuse(spec, FrontFault::RippleRootsMissing);
+    if (!collect_angles(spec, xp, unit_element, angles)) return refuse(spec, FrontFault::ripple_roots_missing);
 
     // cos theta = 0 at the odd multiples of pi/2; sin theta = 0 of odd low-pass and high-pass at the even ones.
     const int total = spec.degree - parametric_weight(spec);
@@ -112,7 +109,7 @@ FrontVerdict equalRippleF(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
         Real product = 1;
         for (int i = 1; i <= roots.count; ++i) product *= -roots.re(i);
         d = spec.degreeParity == 1 ? product_of_q(xp) / (product * product) : std::sqrt(product_of_q(xp)) / product;
-        if (!(d > xp.a && d < 1)) return refuse(spec, FrontFault::ParametricRootOutOfRange);
+        if (!(d > xp.a && d < 1)) return refuse(spec, FrontFault::parametric_root_out_of_range);
     }
     if (shifts_pass_band(spec, xp)) shift_pass_band(spec, xp, roots, notes);
     set_root_factors(spec, xp, roots, d);
@@ -135,7 +132,7 @@ Real loss_at(const XPlane& xp, Real w) {
     for (int i = 1; i <= xp.QS.count; ++i) {
         if (xp.QS.re(i) == x && xp.QS.im(i) == 0) return static_cast<Real>(infinite_part);
     }
-    return 10 * std::log1p(squared_characteristic(xp, x)) / std::numbers::ln10_v<Real>;
+    return loss_of(squared_characteristic(xp, x));
 }
 
 namespace {

@@ -27,7 +27,7 @@ namespace kavrel {
 
 // Fills QS from the counts and ARR, ARI, sets degree, degreeParity, and calls the builder of F for maximally flat,
 // equal ripple and sloping (taken as equal ripple); a functional pass band gets Q alone. Of linear-phase filters with
-// an upper stop edge nothing is built. Fault: DegreeTooHigh above 50, and those of the builders.
+// an upper stop edge nothing is built. Fault: degree_too_high above 50, and those of the builders.
 FrontVerdict buildQ(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
 // QS alone, of multiplier 1: zerosAtZero times a, zerosAtInfinity times 1, each finite zero twice with conjugates next
@@ -36,13 +36,14 @@ void fillQ(const FilterSpec& spec, XPlane& xp);
 
 // FS, fEven, fOdd and termRatioLimit of a maximally flat function: low-pass and high-pass eps2 x^n, band-pass
 // eps2 (x + g)^m with the other roots at xReal. Needs QS.
-// Fault: ParametricRootOutOfRange where no root is left for the flat point and the edges ask for one outside (a, 1).
+// Fault: parametric_root_out_of_range where no root is left for the flat point and the edges ask for one outside (a,
+// 1).
 FrontVerdict maxFlatF(FilterSpec& spec, XPlane& xp);
 
 // The same of an equal ripple function. Even low-pass and high-pass with symmetryFlag 1: x goes to (x + p)/(1 + p),
 // which puts the lowest root of F to 0; finite zeros in ARR, QS and FZR, FZI move along, unit elements stay where they
-// are. A second call would move the zeros again. Faults: RippleRootsMissing for a zero of transmission in the pass
-// band, ParametricRootOutOfRange.
+// are. A second call would move the zeros again. Faults: ripple_roots_missing for a zero of transmission in the pass
+// band, parametric_root_out_of_range.
 FrontVerdict equalRippleF(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
 // F/Q at x, from the root sets.

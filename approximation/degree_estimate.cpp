@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "approximation/characteristic.h"
+#include "approximation/decibel.h"
 #include "approximation/frequency_variable.h"
 
 namespace kavrel {
@@ -28,11 +29,6 @@ struct StopLosses {
     Real upper = 0;
 };
 
-Real power_excess(double loss) { return std::expm1(static_cast<Real>(loss) * std::numbers::ln10_v<Real> / 10); }
-Real loss_of(Real squared) { return 10 * std::log1p(squared) / std::numbers::ln10_v<Real>; }
-Real unit_element_root(const FilterSpec& spec, const XPlane& xp) {
-    return spec.filterType == high_pass ? 1 - xp.ueX : xp.ueX;
-}
 // An estimate in whole numbers; sums of a few of them stay within an int.
 int whole(Real estimate) {
     constexpr int limit = std::numeric_limits<int>::max() / 4;
@@ -64,14 +60,14 @@ FrontVerdict estimateMonotonicDegree(FilterSpec& spec, XPlane& xp, FrontNotes& n
     } else {
         const bool edges = xp.upper_stop > 1 && (!band || (xp.lower_stop > 0 && xp.lower_stop * xp.lower_stop < xp.a));
         const bool losses = spec.stopbandLoss > 0 && (!band || spec.upperStopLoss > 0);
-        if (!edges || !losses) return refuse(spec, FrontFault::StopbandIncorrect);
+        if (!edges || !losses) return refuse(spec, FrontFault::stopband_incorrect);
         const FrontVerdict verdict = band ? estimate_band_pass(spec, xp, counts) : estimate_low_pass(spec, xp, counts);
         if (!verdict.good()) return verdict;
         notes.degree_estimated = true;
     }
     spec.zerosAtZero = counts.at_zero;
     spec.zerosAtInfinity = counts.at_infinity;
-    if (counts.degree() > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
+    if (counts.degree() > max_degree) return refuse(spec, FrontFault::degree_too_high, counts.degree());
 
     const StopLosses reached = stop_losses(spec, xp, counts);
     notes.lower_loss_reached = static_cast<double>(reached.lower);
@@ -81,7 +77,7 @@ FrontVerdict estimateMonotonicDegree(FilterSpec& spec, XPlane& xp, FrontNotes& n
 
 FrontVerdict estimateMatching(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     const Real r1 = spec.sourceResistance, r2 = spec.loadResistance;
-    if (!(r1 > 0 && r2 > 0) || r1 == r2) return refuse(spec, FrontFault::TerminationsUnfit);
+    if (!(r1 > 0 && r2 > 0) || r1 == r2) return refuse(spec, FrontFault::terminations_unfit);
     const Real mismatch = (r2 - r1) * (r2 - r1) / (4 * r1 * r2);  // c^2
 
     const bool alone = unit_elements_alone(spec);
@@ -99,7 +95,7 @@ FrontVerdict estimateMatching(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     if (spec.stopbandType == specified_zeros) {
         zerosToX(spec, xp);
     } else {
-        if (mismatch <= xp.eps2) return refuse(spec, FrontFault::MatchingNotNeeded);
+        if (mismatch <= xp.eps2) return refuse(spec, FrontFault::matching_not_needed);
         const FrontVerdict verdict =
             alone ? count_sections(spec, xp, mismatch) : count_matching_zeros(spec, xp, mismatch);
         if (!verdict.good()) return verdict;
@@ -176,7 +172,7 @@ FrontVerdict estimate_low_pass(FilterSpec& spec, const XPlane& xp, Counts& count
         return stop_losses(spec, xp, {0, n, counts.unit_elements}).upper >= spec.stopbandLoss - loss_tolerance;
     };
     while (counts.degree() <= max_degree && !meets(counts.at_infinity)) ++counts.at_infinity;
-    if (counts.degree() > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
+    if (counts.degree() > max_degree) return refuse(spec, FrontFault::degree_too_high, counts.degree());
     return {};
 }
 
@@ -184,7 +180,7 @@ FrontVerdict estimate_low_pass(FilterSpec& spec, const XPlane& xp, Counts& count
 // factors is arcosh sqrt L, each zero at infinity giving arcosh omega.
 int prototype_estimate(const FilterSpec& spec, const XPlane& xp) {
     const Real omega = xp.upper_stop, ue = unit_element_root(spec, xp);
-    const Real ratio = std::max<Real>(1, power_excess(spec.stopbandLoss) / xp.eps2);  // L
+    const Real ratio = std::max<Real>(1, squared_of(spec.stopbandLoss) / xp.eps2);  // L
     const Real nue = spec.unitElements;
     Real n = 0;
     if (is_flat(spec)) {
@@ -205,14 +201,14 @@ FrontVerdict estimate_band_pass(FilterSpec& spec, const XPlane& xp, Counts& coun
     if (counts.degree() < 2 + parity) counts.at_infinity += 2;  // a parametric band-pass has a root besides the point
 
     Real margin = 0;
-    if (counts.degree() > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
+    if (counts.degree() > max_degree) return refuse(spec, FrontFault::degree_too_high, counts.degree());
     counts = best_parting(spec, xp, counts, margin);
     while (margin < -loss_tolerance && counts.degree() <= max_degree) {
         ++(counts.at_zero < counts.at_infinity ? counts.at_zero : counts.at_infinity);
         ++(counts.at_zero < counts.at_infinity ? counts.at_zero : counts.at_infinity);
         counts = best_parting(spec, xp, counts, margin);
     }
-    if (counts.degree() > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, counts.degree());
+    if (counts.degree() > max_degree) return refuse(spec, FrontFault::degree_too_high, counts.degree());
 
     while (counts.degree() >= 4 + parity && counts.at_zero + counts.at_infinity >= 2) {
         Counts fewer = counts;
@@ -253,8 +249,8 @@ Counts best_parting(const FilterSpec& spec, const XPlane& xp, Counts counts, Rea
 Counts bandpass_estimate(const FilterSpec& spec, const XPlane& xp) {
     const Real log_eps = std::log(xp.eps2);
     const Real ripple = is_flat(spec) ? 0 : 2 * std::numbers::ln2_v<Real>;
-    const Real b_lower = std::log(power_excess(spec.stopbandLoss)) - log_eps + ripple;
-    const Real b_upper = std::log(power_excess(spec.upperStopLoss)) - log_eps + ripple;
+    const Real b_lower = std::log(squared_of(spec.stopbandLoss)) - log_eps + ripple;
+    const Real b_upper = std::log(squared_of(spec.upperStopLoss)) - log_eps + ripple;
     const Real x_lower = x_of_frequency(xp.lower_stop, xp.a), x_upper = x_of_frequency(xp.upper_stop, xp.a);
     const Real nue = spec.unitElements;
     Real flat_point = std::sqrt(xp.a);
@@ -292,7 +288,7 @@ FrontVerdict count_sections(FilterSpec& spec, const XPlane& xp, Real mismatch) {
     const Real n = is_flat(spec) ? std::log(asked) / std::log(b) : std::acosh(asked) / std::acosh(b);
     spec.unitElements = std::max(1, whole(n + 0.9999L));
     spec.zerosAtInfinity = 0;
-    if (spec.unitElements > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, spec.unitElements);
+    if (spec.unitElements > max_degree) return refuse(spec, FrontFault::degree_too_high, spec.unitElements);
     return {};
 }
 
@@ -301,9 +297,9 @@ FrontVerdict count_sections(FilterSpec& spec, const XPlane& xp, Real mismatch) {
 FrontVerdict count_matching_zeros(FilterSpec& spec, const XPlane& xp, Real mismatch) {
     const bool stop = xp.upper_stop > 0;
     if (spec.upperStopEdge > 0 && !(xp.upper_stop > 1 && spec.upperStopLoss > 0)) {
-        return refuse(spec, FrontFault::StopbandIncorrect);
+        return refuse(spec, FrontFault::stopband_incorrect);
     }
-    const Real wanted = stop ? power_excess(spec.upperStopLoss) : 0;
+    const Real wanted = stop ? squared_of(spec.upperStopLoss) : 0;
     const Real x_stop = stop ? x_of_frequency(xp.upper_stop, xp.a) : 0;
     const auto part = [&](int n) {
         Real best = -1e-12L;  // logarithm of what is in hand, less rounding
@@ -329,7 +325,7 @@ FrontVerdict count_matching_zeros(FilterSpec& spec, const XPlane& xp, Real misma
         const int middle = (low + high) / 4 * 2;
         (part(middle) ? high : low) = middle;
     }
-    return refuse(spec, FrontFault::DegreeTooHigh, high);
+    return refuse(spec, FrontFault::degree_too_high, high);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace kavrel {
 // Monotonic stopband: sets zerosAtInfinity (low-pass and high-pass) or both counts (band-pass), so that the losses at
 // the stop edges are reached and no lower degree of the kind reaches them, unit elements as given. The closed forms are
 // a start: the loss is then evaluated from Q and F. A degree given is taken as it is, the band-pass parted evenly.
-// Losses reached stand in the notes. Faults: StopbandIncorrect, DegreeTooHigh.
+// Losses reached stand in the notes. Faults: stopband_incorrect, degree_too_high.
 // Source: asymptotes of the Chebyshev and the binomial function in the variable x.
 FrontVerdict estimateMonotonicDegree(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
@@ -19,7 +19,7 @@ FrontVerdict estimateMonotonicDegree(FilterSpec& spec, XPlane& xp, FrontNotes& n
 // edge the stopband loss too. Leaves bandpassType conventional, stopbandType specified, xp.matched, and in bandEdgeLoss
 // and eps2 the loss that the terminations enforce. Microwave with unit elements alone becomes a high-pass whose pass
 // band reaches from the lower edge to its mirror image at the quarter-wave frequency. Calls normaliseEdges itself.
-// Faults: TerminationsUnfit, MatchingNotNeeded (designError 2), StopbandIncorrect, DegreeTooHigh, those of
+// Faults: terminations_unfit, matching_not_needed (designError 2), stopband_incorrect, degree_too_high, those of
 // normaliseEdges.
 FrontVerdict estimateMatching(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 

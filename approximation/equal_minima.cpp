@@ -7,6 +7,7 @@
 
 #include "approximation/angle_sum.h"
 #include "approximation/characteristic.h"
+#include "approximation/decibel.h"
 #include "approximation/frequency_variable.h"
 #include "approximation/stopband_floor.h"
 #include "numeric/guarded.h"
@@ -55,7 +56,7 @@ FrontVerdict find_stretch(const WideRootSet& E, Real omega2, FilterSpec& spec, R
 
 FrontVerdict equalMinimaZeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     const bool loss_missing = spec.degree == 0 && !(spec.stopbandLoss > 0);
-    if (!(xp.upper_stop > 1) || loss_missing) return refuse(spec, FrontFault::StopbandIncorrect);
+    if (!(xp.upper_stop > 1) || loss_missing) return refuse(spec, FrontFault::stopband_incorrect);
     Prototype p = prototype_of(spec, xp, spec.stopbandLoss, spec.degree - spec.unitElements);
     p.omega = xp.upper_stop;
     return find_zeros(p, {.upper = spec.stopbandLoss}, spec, xp, notes);
@@ -64,19 +65,19 @@ FrontVerdict equalMinimaZeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
 FrontVerdict bandpassEqualMinimaZeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     const bool edges = xp.lower_stop > 0 && xp.upper_stop > 0 && xp.a > 0;
     const double loss = std::max(spec.stopbandLoss, spec.upperStopLoss);
-    if (!edges || (spec.degree == 0 && !(loss > 0))) return refuse(spec, FrontFault::StopbandIncorrect);
+    if (!edges || (spec.degree == 0 && !(loss > 0))) return refuse(spec, FrontFault::stopband_incorrect);
 
     // The low-pass frequency of u = f/sqrt(fl fu) is (u - 1/u) sqrt r/(1 - r).
     const Real r = std::sqrt(xp.a);
     Prototype p = prototype_of(spec, xp, loss, (spec.degree - spec.unitElements) / 2);
     p.symmetry = std::min(p.symmetry, 0);
     p.omega = std::min(xp.upper_stop - r / xp.upper_stop, r / xp.lower_stop - xp.lower_stop) / (1 - r);
-    if (!(p.omega > 1)) return refuse(spec, FrontFault::BandpassStopbandIncorrect);
+    if (!(p.omega > 1)) return refuse(spec, FrontFault::bandpass_stopband_incorrect);
     return find_zeros(p, {.lower = spec.stopbandLoss, .upper = spec.upperStopLoss}, spec, xp, notes);
 }
 
 FrontVerdict equalMinimaIteration(const WideRootSet& E, FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
-    if (!(xp.upper_stop > 0) || spec.unitElements > 0) return refuse(spec, FrontFault::StopbandIncorrect);
+    if (!(xp.upper_stop > 0) || spec.unitElements > 0) return refuse(spec, FrontFault::stopband_incorrect);
     const Real omega2 = xp.upper_stop * xp.upper_stop;
     const int parity = E.count % 2;
     const bool two_at_infinity = parity == 0 && spec.symmetryFlag >= 0;
@@ -86,7 +87,7 @@ FrontVerdict equalMinimaIteration(const WideRootSet& E, FilterSpec& spec, XPlane
         if (const FrontVerdict verdict = find_stretch(E, omega2, spec, stretch); !verdict.good()) return verdict;
     }
     AngleSum angles;
-    if (!collect_poles(E, omega2, stretch, angles)) return refuse(spec, FrontFault::MinimaRootsMissing);
+    if (!collect_poles(E, omega2, stretch, angles)) return refuse(spec, FrontFault::minima_roots_missing);
 
     // With x' = 1 + z the zeros are at x = omega^2 x'/(stretch + x' (omega^2 - 1)).
     xp.zeroCount = 0;
@@ -142,7 +143,7 @@ Prototype prototype_of(const FilterSpec& spec, const XPlane& xp, double loss, in
     Prototype p;
     p.flat = spec.passbandType == maximally_flat;
     p.symmetry = spec.symmetryFlag;
-    p.discrimination = std::expm1(static_cast<Real>(loss) * std::numbers::ln10_v<Real> / 10) / xp.eps2;
+    p.discrimination = squared_of(loss) / xp.eps2;
     p.estimate = spec.degree == 0;
     p.degree = degree;
     return p;
@@ -152,13 +153,13 @@ Prototype prototype_of(const FilterSpec& spec, const XPlane& xp, double loss, in
 // is raised then until the losses are there.
 FrontVerdict find_zeros(Prototype& p, StopbandFloor wanted, FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     constexpr Real loss_tolerance = 1e-9L;
-    if (!p.estimate && p.degree < 1) return refuse(spec, FrontFault::StopbandIncorrect);
+    if (!p.estimate && p.degree < 1) return refuse(spec, FrontFault::stopband_incorrect);
     const int times = spec.filterType == band_pass ? 2 : 1;
     const bool exact = spec.unitElements == 0 && (times == 1 || spec.bandpassType == conventional);
     find_prototype(p);
     for (;; ++p.degree, place_zeros(p)) {
         const int needed = times * p.degree + spec.unitElements;
-        if (needed > max_degree) return refuse(spec, FrontFault::DegreeTooHigh, needed);
+        if (needed > max_degree) return refuse(spec, FrontFault::degree_too_high, needed);
         take_zeros(p, spec, xp);
         const StopbandFloor floor = floor_of(p, spec, xp);
         notes.lower_loss_reached = static_cast<double>(floor.lower);
@@ -196,7 +197,7 @@ void take_zeros(const Prototype& p, FilterSpec& spec, XPlane& xp) {
 StopbandFloor floor_of(const Prototype& p, const FilterSpec& spec, const XPlane& xp) {
     const bool band = spec.filterType == band_pass;
     if (spec.unitElements == 0 && !(band && spec.bandpassType != conventional)) {
-        const Real loss = 10 * std::log1p(xp.eps2 * p.reached) / std::numbers::ln10_v<Real>;
+        const Real loss = loss_of(xp.eps2 * p.reached);
         return {band ? loss : 0, loss};
     }
     FilterSpec trial = spec;
@@ -241,8 +242,7 @@ bool keeps_two_at_infinity(const Prototype& p) { return p.degree % 2 == 0 && p.s
 
 // Stop edge of the function with all its zeros finite from which the one with two zeros at infinity is made.
 //   elliptic  x -> z x puts the last zero, 1/z, to infinity, and the stop edge from omega' to omega; with equal
-//   terminations
-//             the first root of F, at omega'^2 (1 - z), goes to 0 besides:
+//             terminations the first root of F, at omega'^2 (1 - z), goes to 0 besides:
 //             omega'^2 (1 - z) omega + omega' z - omega = 0
 //   flat      omega'^2 = omega^2 cos^2 theta + sin^2 theta, theta = pi/(2n)
 Real original_edge(const Prototype& p) {
@@ -335,7 +335,7 @@ FrontVerdict find_stretch(const WideRootSet& E, Real omega2, FilterSpec& spec, R
     Real before = 0, excess_before = 0, excess = 0;
     for (int turn = 1; turn <= tries; ++turn) {
         AngleSum angles;
-        if (!collect_poles(E, omega2, stretch, angles)) return refuse(spec, FrontFault::MinimaRootsMissing);
+        if (!collect_poles(E, omega2, stretch, angles)) return refuse(spec, FrontFault::minima_roots_missing);
         excess = 1 + smallest_zero(angles, E.count) - stretch;
         if (std::fabs(excess) <= wide_tolerance * stretch) return {};
         const bool secant = turn > 1 && excess != excess_before;
@@ -345,7 +345,7 @@ FrontVerdict find_stretch(const WideRootSet& E, Real omega2, FilterSpec& spec, R
         stretch += step;
         if (!(stretch >= 1)) stretch = 1 + (before - 1) / 2;
     }
-    return std::fabs(excess) <= tolerance * stretch ? FrontVerdict{} : refuse(spec, FrontFault::MinimaNotSettled);
+    return std::fabs(excess) <= tolerance * stretch ? FrontVerdict{} : refuse(spec, FrontFault::minima_not_settled);
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 // Transmission zeros of equal minima stopbands. After normaliseEdges; low-pass like w, omega = upper_stop > 1.
 //
-// symmetryFlag -1: no zero need lie at infinity; 0: unequal terminations, even degree has two zeros at infinity; 1:
-// equal terminations, as 0, and the shift of equalRippleF is allowed for, so that the stop edge is met after it.
+// symmetryFlag -1: no zero need lie at infinity; 0: unequal terminations or one alone, even degree has two zeros at
+// infinity; 1: equal terminations, as 0, and the shift of equalRippleF is allowed for, so that the stop edge is met
+// after it.
 #pragma once
 
 #include "approximation/filter_spec.h"
@@ -14,20 +15,20 @@ namespace kavrel {
 // Low-pass and high-pass: fills ARR (ARI 0), zeroCount, zerosAtInfinity, degree, for an equal ripple pass band
 // (elliptic) or a maximally flat one (inverse Chebyshev). spec.degree 0 asks for the least degree that gives
 // stopbandLoss; unit elements come on top of a degree estimated and are part of one given. The notes tell the loss
-// reached. Faults: StopbandIncorrect, DegreeTooHigh. Source: descending Landen transformation of the Jacobian elliptic
-// functions; W. Cauer's rational functions.
+// reached. Faults: stopband_incorrect, degree_too_high. Source: descending Landen transformation of the Jacobian
+// elliptic functions; W. Cauer's rational functions.
 FrontVerdict equalMinimaZeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
 // Band-pass, from the low-pass of half the degree: each zero gives two, and both counts take what the low-pass leaves
-// at infinity. The larger of both losses rules. Faults: BandpassStopbandIncorrect (box), StopbandIncorrect,
-// DegreeTooHigh.
+// at infinity. The larger of both losses rules. Faults: bandpass_stopband_incorrect (box), stopband_incorrect,
+// degree_too_high.
 FrontVerdict bandpassEqualMinimaZeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
 // Zeros that give equal minima with a denominator E known by its roots in x (functional input, delay), low-pass and
 // high-pass: fills ARR, zeroCount, zerosAtInfinity and QS. A numerator F may stand in place of E, since E/Q and F/Q
 // have their minima at the same places. Of even degree with symmetryFlag >= 0 two zeros lie at infinity, found by
-// iteration. Faults: MinimaRootsMissing for a pole on the stopband, MinimaNotSettled, StopbandIncorrect without a stop
-// edge or with unit elements, for which the rule does not hold.
+// iteration. Faults: minima_roots_missing for a pole on the stopband, minima_not_settled, stopband_incorrect without a
+// stop edge or with unit elements, for which the rule does not hold.
 FrontVerdict equalMinimaIteration(const WideRootSet& E, FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
 inline FrontVerdict equalMinimaIteration(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {

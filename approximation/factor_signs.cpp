@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "approximation/frequency_variable.h"
 #include "approximation/hurwitz_factors.h"
 #include "numeric/guarded.h"
 #include "numeric/scaled_value.h"
@@ -112,7 +113,7 @@ WideRootSet evenPartOfQ(const FilterSpec& spec, const XPlane& xp) {
             q.multiplier = -q.multiplier;
         }
     }
-    const Real unit_root = spec.filterType == high_pass ? 1 - xp.ueX : xp.ueX;
+    const Real unit_root = unit_element_root(spec, xp);
     for (int i = 1; i <= spec.unitElements / 2; ++i) {
         q.append({unit_root, 0});
         if (unit_root > 1) q.multiplier = -q.multiplier;

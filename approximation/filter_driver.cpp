@@ -136,9 +136,11 @@ void settle_terminations(FilterSpec& spec) {
     }
 }
 
+// A ladder ends in a branch for a zero at infinity, at zero or of a unit element; cascades and digital filters do not
+// ask for one.
 void settle_symmetry(FilterSpec& spec) {
     if (spec.symmetryFlag != 0) return;
-    if (spec.loadResistance == 0.0) {
+    if (spec.implementation == 'A' || spec.implementation == 'I') {
         spec.symmetryFlag = -1;
         return;
     }
@@ -255,13 +257,13 @@ void Way::refuse(const ApproximationVerdict& verdict) {
 void Way::refuse(FrontVerdict verdict) {
     const FrontMessage& message = messageOf(verdict.fault);
     const std::string text = with_number(lines_of(message.first, message.second, message.third), verdict.number);
-    if (message.place == MessagePlace::Box) {
+    if (message.place == MessagePlace::box) {
         reporter_.message(text, "Error");
     } else {
         reporter_.report_line(text);
         if (text.find("discontinued") == std::string::npos) reporter_.report_line(report_discontinued);
     }
-    if (verdict.fault == FrontFault::MatchingNotNeeded) reporter_.message("Program terminating", "Fatal error");
+    if (verdict.fault == FrontFault::matching_not_needed) reporter_.message("Program terminating", "Fatal error");
 }
 
 // The low-pass in `design`, moved to its centre and designed once more by its poles. Its gain is that at the centre.

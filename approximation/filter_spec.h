@@ -54,7 +54,7 @@ struct FilterSpec {
     Table<double, finite_zero_limit> FZI;  // [i] imaginary part, Hz
     int degree = 0;                        // 0 asks for the estimate; at most 50
     int degreeParity = 0;                  // 0 even, 1 odd
-    int symmetryFlag = 0;                  // 1 equal terminations, 0 two unequal ones, -1 no zero need lie at infinity
+    int symmetryFlag = 0;                  // 1 equal terminations, 0 others, -1 no zero need lie at infinity
     int runFlag = 0;                       // -1 while a placed design is fed in
     int designError = 0;                   // 0 good, 1 discontinued, 2 and 3 for the matching estimate
     double centerFrequency = 0.0;          // of a shifted band-pass, 0 when none

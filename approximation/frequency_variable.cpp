@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "approximation/decibel.h"
 #include "numeric/guarded.h"
 
 namespace kavrel {
@@ -35,23 +36,21 @@ void rescale_factors(Table<double, factor_limit>& factors, int degree, Real p);
 }  // namespace
 
 FrontVerdict normaliseEdges(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
-    if (const FrontFault fault = fault_of_request(spec); fault != FrontFault::None) return refuse(spec, fault);
+    if (const FrontFault fault = fault_of_request(spec); fault != FrontFault::none) return refuse(spec, fault);
     if (spec.medium != microwave || spec.unitElements < 0) spec.unitElements = 0;
 
     xp.lower_stop = xp.upper_stop = 0;
     const FrontFault fault = spec.filterType == high_pass   ? normalise_high_pass(spec, xp)
                              : spec.filterType == band_pass ? normalise_band_pass(spec, xp, notes)
                                                             : normalise_low_pass(spec, xp);
-    if (fault != FrontFault::None) return refuse(spec, fault);
+    if (fault != FrontFault::none) return refuse(spec, fault);
 
     const Real theta = pi * xp.normFrequency / static_cast<Real>(spec.sampleFrequency);
     xp.warp = is_warped(spec) ? std::tan(theta) / xp.normFrequency : 0;
     // Q has the unit element at S^2 = 1, s^2 = 1/tan^2 theta: x = (1 + a tan^2)/(1 + tan^2).
     const Real c = std::cos(theta), s = std::sin(theta);
     xp.ueX = spec.medium == microwave ? c * c + xp.a * s * s : 0;
-    xp.eps2 = wants_band_edge_loss(spec) || spec.bandEdgeLoss > 0
-                  ? std::expm1(static_cast<Real>(spec.bandEdgeLoss) * std::numbers::ln10_v<Real> / 10)
-                  : 0;
+    xp.eps2 = wants_band_edge_loss(spec) || spec.bandEdgeLoss > 0 ? squared_of(spec.bandEdgeLoss) : 0;
     set_xreal(spec, xp);
     return {};
 }
@@ -141,6 +140,10 @@ Complex<Real> rescaledRoot(Complex<Real> x, Real p, Real a) {
     return cdiv(numerator, denominator, solver_decades);
 }
 
+Real unit_element_root(const FilterSpec& spec, const XPlane& xp) {
+    return spec.filterType == high_pass ? 1 - xp.ueX : xp.ueX;
+}
+
 Real x_of_frequency(Real w, Real a) {
     if (w == 1) return static_cast<Real>(infinite_part);
     return (a - w * w) / ((1 - w) * (1 + w));
@@ -164,31 +167,31 @@ bool wants_band_edge_loss(const FilterSpec& spec) {
 }
 
 FrontFault fault_of_request(const FilterSpec& spec) {
-    if (spec.filterType < low_pass || spec.filterType > band_pass) return FrontFault::FilterTypeIncorrect;
-    if (const FrontFault fault = fault_of_edges(spec); fault != FrontFault::None) return fault;
+    if (spec.filterType < low_pass || spec.filterType > band_pass) return FrontFault::filter_type_incorrect;
+    if (const FrontFault fault = fault_of_edges(spec); fault != FrontFault::none) return fault;
     if (spec.passbandType < maximally_flat || spec.passbandType > sloping_passband)
-        return FrontFault::PassbandIncorrect;
-    if (wants_band_edge_loss(spec) && !(spec.bandEdgeLoss > 0)) return FrontFault::BandEdgeLossMissing;
+        return FrontFault::passband_incorrect;
+    if (wants_band_edge_loss(spec) && !(spec.bandEdgeLoss > 0)) return FrontFault::band_edge_loss_missing;
     const bool known_stopband = spec.stopbandType >= monotonic_stopband && spec.stopbandType <= functional_stopband &&
                                 spec.stopbandType != functional_stopband - 1;
-    if (!known_stopband) return FrontFault::StopbandIncorrect;
+    if (!known_stopband) return FrontFault::stopband_incorrect;
     return fault_of_polynomials(spec);
 }
 
 FrontFault fault_of_polynomials(const FilterSpec& spec) {
-    if (spec.passbandType != functional_passband || spec.filterType == linear_phase_low_pass) return FrontFault::None;
+    if (spec.passbandType != functional_passband || spec.filterType == linear_phase_low_pass) return FrontFault::none;
     const int degree = spec.functionMultiplier != 0 ? spec.numeratorDegree : spec.denominatorDegree;
-    return degree > 0 && degree <= factor_limit ? FrontFault::None : FrontFault::PolynomialIncomplete;
+    return degree > 0 && degree <= factor_limit ? FrontFault::none : FrontFault::polynomial_incomplete;
 }
 
 FrontFault fault_of_edges(const FilterSpec& spec) {
     const double edge = spec.filterType == high_pass ? spec.lowerPassEdge : spec.upperPassEdge;
-    if (!(edge > 0)) return FrontFault::CutoffMissing;
-    if (is_warped(spec) && !(spec.sampleFrequency > 2 * edge)) return FrontFault::CutoffMissing;
-    if (spec.filterType != band_pass) return FrontFault::None;
-    if (spec.lowerPassEdge == spec.upperPassEdge) return FrontFault::EdgesEqual;
-    return spec.lowerPassEdge >= 0 && spec.lowerPassEdge < spec.upperPassEdge ? FrontFault::None
-                                                                              : FrontFault::CutoffMissing;
+    if (!(edge > 0)) return FrontFault::cutoff_missing;
+    if (is_warped(spec) && !(spec.sampleFrequency > 2 * edge)) return FrontFault::cutoff_missing;
+    if (spec.filterType != band_pass) return FrontFault::none;
+    if (spec.lowerPassEdge == spec.upperPassEdge) return FrontFault::edges_equal;
+    return spec.lowerPassEdge >= 0 && spec.lowerPassEdge < spec.upperPassEdge ? FrontFault::none
+                                                                              : FrontFault::cutoff_missing;
 }
 
 // f/N or tan(pi f/fs)/tan(pi N/fs); 0 for an edge at or beyond half the sampling frequency, which no stopband can have.
@@ -205,12 +208,12 @@ FrontFault normalise_low_pass(FilterSpec& spec, XPlane& xp) {
     spec.zerosAtZero = 0;
     xp.upper_stop = ratio_to_norm(spec, spec.upperStopEdge, xp.normFrequency);
     spec.upperStopEdge = static_cast<double>(xp.normFrequency * xp.upper_stop);
-    return FrontFault::None;
+    return FrontFault::none;
 }
 
 FrontFault normalise_high_pass(FilterSpec& spec, XPlane& xp) {
     if (spec.passbandType == functional_passband && !invert_given_function(spec))
-        return FrontFault::PolynomialIncomplete;
+        return FrontFault::polynomial_incomplete;
     xp.normFrequency = spec.lowerPassEdge;
     xp.a = 0;
     spec.upperPassEdge = spec.lowerPassEdge;
@@ -220,7 +223,7 @@ FrontFault normalise_high_pass(FilterSpec& spec, XPlane& xp) {
     const Real ratio = ratio_to_norm(spec, spec.lowerStopEdge, xp.normFrequency);
     xp.upper_stop = ratio > 0 ? 1 / ratio : 0;
     spec.upperStopEdge = static_cast<double>(xp.normFrequency * xp.upper_stop);
-    return FrontFault::None;
+    return FrontFault::none;
 }
 
 FrontFault normalise_band_pass(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
@@ -233,7 +236,7 @@ FrontFault normalise_band_pass(FilterSpec& spec, XPlane& xp, FrontNotes& notes) 
     spec.lowerStopEdge = static_cast<double>(xp.lower_stop * xp.normFrequency);
     spec.upperStopEdge = static_cast<double>(xp.upper_stop * xp.normFrequency);
     if (!edges_given_warped(spec)) notes.preshifted = true;
-    return FrontFault::None;
+    return FrontFault::none;
 }
 
 // s^2 + b s + c = (c/s'^2)(s'^2 + (b/c) s' + 1/c) at s = 1/s', s + c = (c/s')(s' + 1/c). Returns the product of the c,

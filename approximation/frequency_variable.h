@@ -22,13 +22,12 @@ namespace kavrel {
 
 // Checks the request and fills the variable: normFrequency, warp, a, xReal, ueX, eps2, lower_stop, upper_stop.
 //   low-pass   upperStopEdge is left as N w, w the normalised stop edge.
-//   high-pass  the edge goes to upperPassEdge, lowerPassEdge to 0; zerosAtZero and zerosAtInfinity change places; the
-//   stop
-//              edge becomes upperStopEdge = N w; given factors and functionMultiplier are inverted.
+//   high-pass  the edge goes to upperPassEdge, lowerPassEdge to 0; zerosAtZero and zerosAtInfinity change places;
+//              the stop edge becomes upperStopEdge = N w; given factors and functionMultiplier are inverted.
 //   band-pass  lowerPassEdge becomes N sqrt(a), the stop edges N w; notes.preshifted under a sampled medium.
 // With runFlag -1 (a placed design) the edges are taken as mapped already.
-// Faults: FilterTypeIncorrect, CutoffMissing, EdgesEqual, PassbandIncorrect, BandEdgeLossMissing, StopbandIncorrect,
-// PolynomialIncomplete, TerminationsUnfit.
+// Faults: filter_type_incorrect, cutoff_missing, edges_equal, passband_incorrect, band_edge_loss_missing,
+// stopband_incorrect, polynomial_incomplete, terminations_unfit.
 FrontVerdict normaliseEdges(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
 // Finite zeros FZR, FZI (Hz) to ARR, ARI, real ones with an imaginary part of exact 0, complex ones once, the imaginary
@@ -53,6 +52,9 @@ bool rescaleForPrecision(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
 // x of the same point after s' = s/sqrt p.
 [[nodiscard]] Complex<XPlane::Real> rescaledRoot(Complex<XPlane::Real> x, XPlane::Real p, XPlane::Real a);
+
+// Root of Q that a unit element stands for: ueX, for high-pass 1 - ueX.
+[[nodiscard]] XPlane::Real unit_element_root(const FilterSpec& spec, const XPlane& xp);
 
 // Value of x at the normalised frequency s = jw; w = 1 gives 1e38, as cdiv does.
 [[nodiscard]] XPlane::Real x_of_frequency(XPlane::Real w, XPlane::Real a);

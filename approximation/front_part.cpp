@@ -40,7 +40,7 @@ namespace {
 FrontVerdict place_zeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     const bool equal = spec.stopbandType == equal_minima && spec.passbandType != sloping_passband;
     if (equal && has_given_function(spec)) {
-        if (spec.filterType == band_pass || !(xp.upper_stop > 1)) return refuse(spec, FrontFault::StopbandIncorrect);
+        if (spec.filterType == band_pass || !(xp.upper_stop > 1)) return refuse(spec, FrontFault::stopband_incorrect);
         xp.equal_minima_due = true;
         return {};
     }

@@ -11,44 +11,44 @@
 namespace kavrel {
 
 enum class FrontFault {
-    None,
+    none,
     // the request
-    CutoffMissing,
-    EdgesEqual,
-    FilterTypeIncorrect,
-    BandEdgeLossMissing,
-    PassbandIncorrect,
-    StopbandIncorrect,
-    PolynomialIncomplete,
-    Unrealistic,        // estimated degree of a delay filter
-    TerminationsUnfit,  // of a matching network
+    cutoff_missing,
+    edges_equal,
+    filter_type_incorrect,
+    band_edge_loss_missing,
+    passband_incorrect,
+    stopband_incorrect,
+    polynomial_incomplete,
+    unrealistic,         // estimated degree of a delay filter
+    terminations_unfit,  // of a matching network
     // degree and zeros
-    DegreeTooHigh,  // number: the degree
-    BandpassStopbandIncorrect,
-    MatchingNotNeeded,
-    MinimaRootsMissing,
-    MinimaNotSettled,
+    degree_too_high,  // number: the degree
+    bandpass_stopband_incorrect,
+    matching_not_needed,
+    minima_roots_missing,
+    minima_not_settled,
     // the characteristic function
-    RippleRootsMissing,
-    ParametricRootOutOfRange,
+    ripple_roots_missing,
+    parametric_root_out_of_range,
 };
 
 struct [[nodiscard]] FrontVerdict {
-    FrontFault fault = FrontFault::None;
+    FrontFault fault = FrontFault::none;
     int number = 0;  // the value in the line, where it has one
 
-    [[nodiscard]] constexpr bool good() const { return fault == FrontFault::None; }
+    [[nodiscard]] constexpr bool good() const { return fault == FrontFault::none; }
     [[nodiscard]] constexpr int status() const { return good() ? 0 : -1; }
 };
 
 // Sets spec.designError, to 2 for a matching network that is not needed and to 1 for the rest, and answers the verdict.
 inline FrontVerdict refuse(FilterSpec& spec, FrontFault fault, int number = 0) {
-    spec.designError = fault == FrontFault::MatchingNotNeeded ? 2 : 1;
+    spec.designError = fault == FrontFault::matching_not_needed ? 2 : 1;
     return {fault, number};
 }
 
 // Lines of a fault, in a box with caption "Error" or on the report; in place of "{}" stands the number.
-enum class MessagePlace { Box, Report };
+enum class MessagePlace { box, report };
 struct FrontMessage {
     FrontFault fault;
     MessagePlace place;
@@ -61,30 +61,31 @@ inline constexpr std::string_view box_discontinued = "design discontinued";
 inline constexpr std::string_view report_discontinued = " **** design discontinued ****";
 
 inline constexpr std::array<FrontMessage, 16> front_messages = {{
-    {FrontFault::CutoffMissing, MessagePlace::Box, "Cut-off frequency(ies) not specified,", box_discontinued},
-    {FrontFault::EdgesEqual, MessagePlace::Box, "Passband edge frequencies equal,", box_discontinued},
-    {FrontFault::FilterTypeIncorrect, MessagePlace::Box, "Filter type is incorrect,", box_discontinued},
-    {FrontFault::BandEdgeLossMissing, MessagePlace::Box, "Band-edge loss is not specified,", box_discontinued},
-    {FrontFault::PassbandIncorrect, MessagePlace::Box, "Pass-band specification incorrect,", box_discontinued},
-    {FrontFault::StopbandIncorrect, MessagePlace::Box, "Incorrect stop band specification,", box_discontinued},
-    {FrontFault::PolynomialIncomplete, MessagePlace::Box, "Incomplete polynomial specification,", box_discontinued},
-    {FrontFault::Unrealistic, MessagePlace::Box, "Requirements are unrealistic,", box_discontinued},
-    {FrontFault::TerminationsUnfit, MessagePlace::Box, "Terminations may not be equal or zero"},
-    {FrontFault::DegreeTooHigh, MessagePlace::Report, " **** Required degree {} is too high, design discontinued ****"},
-    {FrontFault::BandpassStopbandIncorrect, MessagePlace::Box, "Incorrect stopband specification"},
-    {FrontFault::MatchingNotNeeded, MessagePlace::Report, "Matching network is not needed",
+    {FrontFault::cutoff_missing, MessagePlace::box, "Cut-off frequency(ies) not specified,", box_discontinued},
+    {FrontFault::edges_equal, MessagePlace::box, "Passband edge frequencies equal,", box_discontinued},
+    {FrontFault::filter_type_incorrect, MessagePlace::box, "Filter type is incorrect,", box_discontinued},
+    {FrontFault::band_edge_loss_missing, MessagePlace::box, "Band-edge loss is not specified,", box_discontinued},
+    {FrontFault::passband_incorrect, MessagePlace::box, "Pass-band specification incorrect,", box_discontinued},
+    {FrontFault::stopband_incorrect, MessagePlace::box, "Incorrect stop band specification,", box_discontinued},
+    {FrontFault::polynomial_incomplete, MessagePlace::box, "Incomplete polynomial specification,", box_discontinued},
+    {FrontFault::unrealistic, MessagePlace::box, "Requirements are unrealistic,", box_discontinued},
+    {FrontFault::terminations_unfit, MessagePlace::box, "Terminations may not be equal or zero"},
+    {FrontFault::degree_too_high, MessagePlace::report,
+     " **** Required degree {} is too high, design discontinued ****"},
+    {FrontFault::bandpass_stopband_incorrect, MessagePlace::box, "Incorrect stopband specification"},
+    {FrontFault::matching_not_needed, MessagePlace::report, "Matching network is not needed",
      "or is incorrectly specified"},
-    {FrontFault::MinimaRootsMissing, MessagePlace::Report, " Root extraction did not converge in finding zeros for",
+    {FrontFault::minima_roots_missing, MessagePlace::report, " Root extraction did not converge in finding zeros for",
      " equal minima stop band", report_discontinued},
-    {FrontFault::MinimaNotSettled, MessagePlace::Report,
+    {FrontFault::minima_not_settled, MessagePlace::report,
      " **** Iteration for equal minima stop band did not converge in 10 tries ****", report_discontinued},
-    {FrontFault::RippleRootsMissing, MessagePlace::Report,
+    {FrontFault::ripple_roots_missing, MessagePlace::report,
      " Roots of equal ripple characteristic function numerator have not been found", report_discontinued},
-    {FrontFault::ParametricRootOutOfRange, MessagePlace::Report, " **** Parametric function root is out of range ****",
-     report_discontinued},
+    {FrontFault::parametric_root_out_of_range, MessagePlace::report,
+     " **** Parametric function root is out of range ****", report_discontinued},
 }};
 
-// The message of a fault other than None.
+// The message of a fault other than none.
 [[nodiscard]] constexpr const FrontMessage& messageOf(FrontFault fault) {
     for (const FrontMessage& message : front_messages) {
         if (message.fault == fault) return message;
@@ -101,13 +102,11 @@ struct FrontNotes {
     bool rescaled = false;             // edges and factors of a functional input
     bool degree_estimated = false;     // from the losses
     bool zeros_found = false;          // FZR, FZI hold the zeros of an equal minima stopband
-    double lower_loss_reached =
-        0.0;  // dB at the stop edges, or the equal minima; low-pass and high-pass have the upper
-    double upper_loss_reached = 0.0;  // one alone; 0 not known
+    double lower_loss_reached = 0.0;   // dB at the stop edges, or the equal minima; 0 not known
+    double upper_loss_reached = 0.0;   // the only one of low-pass and high-pass
 };
 
 inline constexpr std::string_view freal_modified_line = "Freal is modified to";
-inline constexpr std::string_view preshifted_word = "Preshifted";
 inline constexpr std::string_view rescaled_line = "cutoff frequencies rescaled for better precision";
 inline constexpr std::string_view zeros_shifted_line = "transmission zeros have been shifted, new values are";
 inline constexpr std::array<std::string_view, 2> reset_to_parametric_box = {

@@ -174,7 +174,7 @@ FunctionalFault numeratorFromFactors(const FilterSpec& spec, XPlane& x, Extracti
         x.FS.append(root);
         x.FS.append(root);
     }
-    sortConjugates(x.FS, Reals::Last);
+    sortConjugates(x.FS, Reals::last);
 
     return FunctionalFault::none;
 }

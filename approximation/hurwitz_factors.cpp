@@ -17,7 +17,7 @@ FactorVerdict factor_of_single(Real x, Real a, Real& c);
 
 SolveVerdict solve(const WideRootSet& A, const WideRootSet& B, WideRootSet& R, ExtractionWorkspace& ws) {
     const SolveVerdict verdict = solveSum(A, B, R, ws.sum);
-    if (verdict.good()) sortConjugates(R, Reals::Last);
+    if (verdict.good()) sortConjugates(R, Reals::last);
     return verdict;
 }
 
@@ -32,7 +32,7 @@ SolveVerdict characteristicFromE(XPlane& x, ExtractionWorkspace& ws) {
 }
 
 FactorVerdict toFactors(WideRootSet& set, long double a, WidePseudoPolynomial& p) {
-    sortConjugates(set, Reals::Last);
+    sortConjugates(set, Reals::last);
     p.degree = set.count;
     p.multiplier = std::sqrt(std::fabs(set.multiplier));
     for (int i = 1; i <= p.pairs(); ++i) {

@@ -1,7 +1,7 @@
 // Even and odd part of a Hurwitz polynomial, from its angle.
 #pragma once
 
-#include "approximation/x_plane.h"
+#include "numeric/pseudo_polynomial.h"
 
 namespace kavrel {
 

@@ -57,7 +57,7 @@ SolveVerdict sum_and_difference(const XPlane& x, const WideRootSet& e, const Wid
 // are real in x (Hermite-Biehler). A double one may have come out as a conjugate pair.
 void make_real(WideRootSet& R) {
     for (int i = 1; i <= R.count; ++i) R.im(i) = 0;
-    sortConjugates(R, Reals::Last);
+    sortConjugates(R, Reals::last);
 }
 
 // Two roots so close that the wide type does not part them were found one by one and do not belong together. With C the

@@ -15,7 +15,7 @@ namespace kavrel {
 // All roots are real. In the stopband e + f or e - f is the small difference of large numbers: maximally flat functions
 // of high degree (from 25 on, ratio of terminations 2) have pairs of roots there that lie closer than the wide type can
 // part: such a pair is taken from a quadratic about it, sum and product as one, its distance is open. Fault:
-// NoConvergence; the sets are unfinished then.
+// no_convergence; the sets are unfinished then.
 SolveVerdict immittancePolynomials(XPlane& x, ExtractionWorkspace& ws);
 
 // Single termination: the parts of e alone.

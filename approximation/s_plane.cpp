@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "approximation/frequency_variable.h"
 #include "approximation/hurwitz_factors.h"
 #include "numeric/guarded.h"
 
@@ -70,7 +71,7 @@ void place_zeros(const FilterSpec& spec, const XPlane& x, bool inverted, Real un
 
     for (int i = 1; i <= t.zerosAtZero; ++i) add({0, 0});
     for (int i = 1; i <= spec.unitElements; ++i) {
-        const Complex<Real> s = zero_of_x({inverted ? 1 - x.ueX : x.ueX, 0});
+        const Complex<Real> s = zero_of_x({unit_element_root(spec, x), 0});
         add(i % 2 == 1 ? s : Complex<Real>{-s.re, -s.im});
     }
     for (int i = 1; i <= x.zeroCount; ++i) {

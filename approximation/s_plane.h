@@ -10,9 +10,8 @@ namespace kavrel {
 // s = -|u| + j|v|, u + jv = sqrt((x - a)/(1 - x)), inverted for high-pass. Zeros: those at zero, then unit elements
 // (+ and - the value where a unit element's S = 1 lies), then the finite ones: real and imaginary ones as a pair,
 // complex ones as four. Lumped media: rad/s. Sampled and microwave: the plane of the warped variable, 1 at the edge.
-//   gainConstant  sum over the poles minus sum over the zeros of 10 log10 |jw - root|^2 at w = 2 pi centerFrequency if
-//   that
-//                 is above 0, else at 0 for low-pass and at normFrequency for band-pass; 1 for high-pass
+//   gainConstant  sum over the poles minus sum over the zeros of 10 log10 |jw - root|^2 at w = 2 pi centerFrequency
+//                 if that is above 0, else at 0 for low-pass and at normFrequency for band-pass; 1 for high-pass
 //   lossConstant  the same sum at normFrequency (linear phase: 0), less bandEdgeLoss; 0 within 1e-8
 // `spec` as `approximate` leaves it.
 [[nodiscard]] TransferFunction xToFrequencyPlane(const FilterSpec& spec, const XPlane& x);

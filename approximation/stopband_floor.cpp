@@ -1,10 +1,10 @@
 #include "approximation/stopband_floor.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numbers>
 
 #include "approximation/characteristic.h"
+#include "approximation/decibel.h"
 #include "approximation/frequency_variable.h"
 
 namespace kavrel {
@@ -43,7 +43,7 @@ Real least_loss(const XPlane& xp, Real edge, Real end) {
     Real least = squared_characteristic(xp, edge);
     if (!is_zero(xp, end)) least = std::min(least, squared_characteristic(xp, end));
     for (int i = 1; i < count; ++i) least = std::min(least, least_between(xp, border(i), border(i + 1)));
-    return 10 * std::log1p(least) / std::numbers::ln10_v<Real>;
+    return loss_of(least);
 }
 
 bool is_zero(const XPlane& xp, Real x) {

@@ -7,6 +7,7 @@
 
 #include "fir/exchange.h"
 #include "fir/fir_grid.h"
+#include "fir/impulse_response.h"
 
 namespace kavrel {
 namespace {
@@ -28,7 +29,7 @@ void design(benchmark::State& state) {
             state.SkipWithError("no convergence");
             break;
         }
-        benchmark::DoNotOptimize(impulse_response(plan, result));
+        benchmark::DoNotOptimize(impulse_response(plan, result.ALPHA));
     }
     state.counters["passes"] = result.iterations;
     state.counters["deviation"] = result.DEV;

@@ -1,21 +1,19 @@
 #include "fir/exchange.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstddef>
-#include <cstring>
-#include <eigen3/Eigen/QR>
-#include <limits>
-#include <numbers>
+#include <span>
 #include <type_traits>
 #include <vector>
+
+#include "fir/cosine_series.h"
+#include "fir/interpolant.h"
 
 namespace kavrel {
 
 namespace {
 
-constexpr int max_extrema = max_fir_functions + 1;
+using Wide = long double;
 
 // Passes in which the points climb to the next peak only; after them the whole grid is looked at.
 constexpr int climbing_passes = 20;
@@ -26,58 +24,14 @@ constexpr int double_passes = 30;
 // Below this part of the scale of the task a deviation leaves double too few digits: the pass is made in long double.
 constexpr double deep_deviation = 1e-8;
 
-// Rounding of a tap, over its size.
-constexpr double tap_rounding = std::numeric_limits<double>::epsilon();
-
 // Measured error over deviation from which on the taps are said to miss the best approximation.
 constexpr double missed = 1.1;
 
-// Sums over the extrema run in two lanes where the hardware has them, in every build the same.
-template <class Real>
-struct LanesOf {
-    using Type = Real;
-    static constexpr std::size_t count = 1;
-    static Real sum(Type a) { return a; }
-    static Type load(const Real* at) { return *at; }
-};
-template <>
-struct LanesOf<double> {
-    using Type = double __attribute__((vector_size(16)));
-    static constexpr std::size_t count = 2;
-    static double sum(Type a) { return a[0] + a[1]; }
-    static Type load(const double* at) { return Type{at[0], at[1]}; }
-};
-
 struct Extrema {
-    Table<int, max_extrema + 1> at;  // [j] grid index, ascending; [count+1] = NGRID + 1, a sentinel
-    int count = 0;                   // NFCNS + 1
-};
+    Table<int, max_fir_extrema + 1> at;  // [j] grid index, ascending; [count+1] = NGRID + 1, a sentinel
+    int count = 0;                       // NFCNS + 1
 
-// A(x) by its values at the extremal abscissae.
-template <class Real>
-class Interpolant {
-public:
-    // Deviation and interpolant with equal alternating error on `extrema`. False when points coincide.
-    [[nodiscard]] bool fit(const FirGrid& grid, const Extrema& extrema);
-    [[nodiscard]] Real operator()(Real x) const;
-
-    [[nodiscard]] Real deviation() const { return dev; }
-    [[nodiscard]] int first_sign() const { return nu; }  // sign of the error A - DES at the first point
-    [[nodiscard]] int count() const { return nodes; }
-    [[nodiscard]] Real abscissa(int j) const { return x_node[static_cast<std::size_t>(j - 1)]; }
-    [[nodiscard]] Real ordinate(int j) const { return y[static_cast<std::size_t>(j - 1)]; }
-
-private:
-    using Lanes = LanesOf<Real>;
-    using Row = std::array<Real, (max_extrema + Lanes::count - 1) / Lanes::count * Lanes::count>;
-
-    void lagrange_weights();
-    [[nodiscard]] Real at_node(Real x) const;
-
-    int nodes = 0, nu = 1;
-    std::size_t padded = 0;
-    Real dev = 0;
-    alignas(16) Row x_node{}, ad{}, y{};  // abscissae, Lagrange weights, ordinates; the padding has weight 0
+    [[nodiscard]] std::span<const int> points() const { return {at.data(), static_cast<std::size_t>(count)}; }
 };
 
 // One pass in the arithmetic of Real: deviation and interpolant on the extremal points, then the search for the next.
@@ -91,7 +45,7 @@ public:
           nz(extrema.count),
           flat(static_cast<Real>(scale * (std::is_same_v<Real, double> ? 4 : 0.5) * tap_rounding)) {}
 
-    [[nodiscard]] bool fit() { return interpolant.fit(grid, points); }
+    [[nodiscard]] bool fit() { return interpolant.fit(grid, points.points()); }
     [[nodiscard]] bool improve(bool whole_grid);  // false when no error exceeds the deviation
     [[nodiscard]] const Interpolant<Real>& approximation() const { return interpolant; }
     [[nodiscard]] Real rounding() const { return static_cast<Real>(nz) * flat; }  // uncertainty of the deviation
@@ -121,7 +75,7 @@ private:
 
     const FirGrid& grid;
     Extrema& points;
-    Table<int, max_extrema + 1>& iext;
+    Table<int, max_fir_extrema + 1>& iext;
     const int nz;
     const Real flat;  // differences of the error up to this size are rounding
     Interpolant<Real> interpolant;
@@ -130,28 +84,6 @@ private:
 double scale_of(const FirGrid& grid);
 Extrema spread_evenly(const FirGrid& grid, int nfcns);
 Extrema spread_well(const FirGrid& grid, int nfcns);
-
-using Wide = long double;
-template <class Real>
-using Series = std::array<Real, max_fir_functions + 2>;
-
-struct Variable {  // x' = aa x + bb runs over -1 to 1 where x runs over the grid
-    double aa = 1, bb = 0;
-};
-template <class Real>
-void cosine_series(const FirGrid& grid, const Interpolant<Real>& a, double scale, ExchangeResult& result);
-Variable choose_variable(const FirGrid& grid, int nfcns);
-template <class Real>
-void sample(const Interpolant<Real>& a, Variable v, const Series<Real>& cosine, int nfcns, Series<Real>& values);
-template <class Real>
-void inverse_transform(const Series<Real>& cosine, const Series<Real>& values, int nfcns, Series<Real>& coefficients);
-template <class Real>
-void back_to_cosines(Variable v, int nfcns, Series<Real>& coefficients);
-template <class Real>
-bool reproduces(const FirGrid& grid, const Interpolant<Real>& a, const ExchangeResult& result, double scale);
-Series<Wide> least_squares(const Interpolant<Wide>& a);
-template <class Real>
-Real largest_error(const FirGrid& grid, const ExchangeResult& result, int nfcns);
 
 }  // namespace
 
@@ -166,6 +98,10 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher
     Extrema extrema = spread_evenly(grid, nfcns);
     Search<double> narrow(grid, extrema, scale);
     Search<Wide> wide(grid, extrema, scale);
+    const auto series = [&](const auto& search) {
+        const std::span<const int> fitted{result.IEXT.data(), static_cast<std::size_t>(extrema.count)};
+        return cosine_series(grid, fitted, search.approximation(), scale);
+    };
     ExchangeStatus status = ExchangeStatus::limit_reached;
     bool distrusted = false, deep = false;  // double found too short, for all passes and for this one
     Wide previous = -1;
@@ -185,9 +121,11 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher
         if (deep && !wide.fit()) return ends_as(ExchangeStatus::degenerate);
         if (deep && previous < 0 && wide.approximation().deviation() < tap_rounding * scale) {
             // nothing to level: taken as it stands if it is good to a few roundings
-            cosine_series(grid, wide.approximation(), scale, result);
-            result.measured = static_cast<double>(largest_error<Wide>(grid, result, nfcns));
-            if (result.measured < 100 * tap_rounding * scale) {
+            const CosineSeries alpha = series(wide);
+            const auto measured = static_cast<double>(largest_error<Wide>(grid, alpha, nfcns));
+            if (measured < 100 * tap_rounding * scale) {
+                result.ALPHA = alpha;
+                result.measured = measured;
                 result.DEV = static_cast<double>(wide.approximation().deviation());
                 return ends_as(ExchangeStatus::deviation_fell);
             }
@@ -210,11 +148,11 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher
 
     result.DEV = static_cast<double>(previous);
     if (deep) {
-        cosine_series(grid, wide.approximation(), scale, result);
-        result.measured = static_cast<double>(largest_error<Wide>(grid, result, nfcns));
+        result.ALPHA = series(wide);
+        result.measured = static_cast<double>(largest_error<Wide>(grid, result.ALPHA, nfcns));
     } else {
-        cosine_series(grid, narrow.approximation(), scale, result);
-        result.measured = largest_error<double>(grid, result, nfcns);
+        result.ALPHA = series(narrow);
+        result.measured = largest_error<double>(grid, result.ALPHA, nfcns);
     }
     if (!std::isfinite(result.measured)) {
         result.ALPHA = {};
@@ -224,23 +162,6 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher
         status = ExchangeStatus::deviation_fell;
     }
     return ends_as(status);
-}
-
-HalfResponse impulse_response(const FirPlan& plan, const ExchangeResult& result) {
-    const auto& alpha = result.ALPHA;
-    const int nfcns = plan.NFCNS, nz = nfcns + 1;
-    const auto above = [&](int i) { return i <= nfcns ? alpha(i) : 0.0; };
-    HalfResponse h;
-    if (plan.NEG == 0 && plan.NODD == 1) {
-        for (int j = 1; j < nfcns; ++j) h(j) = 0.5 * alpha(nz - j);
-        h(nfcns) = alpha(1);
-        return h;
-    }
-    const double sign = plan.NEG == 0 ? 1 : -1;
-    const int apart = plan.NEG == 1 && plan.NODD == 1 ? 2 : 1;
-    for (int j = 1; j < nfcns; ++j) h(j) = 0.25 * (alpha(nz - j) + sign * above(nz - j + apart));
-    h(nfcns) = 0.5 * alpha(1) + sign * 0.25 * above(1 + apart);
-    return h;
 }
 
 namespace {
@@ -287,73 +208,7 @@ Extrema spread_well(const FirGrid& grid, int nfcns) {
     return extrema;
 }
 
-// ---------------------------------------------------------------------------------------------------- interpolation
-
-template <class Real>
-bool Interpolant<Real>::fit(const FirGrid& grid, const Extrema& extrema) {
-    nodes = extrema.count;
-    const auto n = static_cast<std::size_t>(nodes);
-    padded = (n + Lanes::count - 1) / Lanes::count * Lanes::count;
-    for (std::size_t j = 0; j < n; ++j) x_node[j] = grid.X(extrema.at(static_cast<int>(j) + 1));
-    for (std::size_t j = n; j < padded; ++j) x_node[j] = 4, ad[j] = 0, y[j] = 0;
-    lagrange_weights();
-
-    // DES + alternating DEV / WT is a polynomial of degree nodes - 2: its divided difference over all nodes is zero
-    Real dnum = 0, dden = 0, sign = 1;
-    for (std::size_t j = 0; j < n; ++j, sign = -sign) {
-        const int k = extrema.at(static_cast<int>(j) + 1);
-        dnum += ad[j] * static_cast<Real>(grid.DES(k));
-        dden += sign * ad[j] / static_cast<Real>(grid.WT(k));
-    }
-    dev = dnum / dden;
-    nu = dev > 0 ? -1 : 1;
-    dev = -static_cast<Real>(nu) * dev;
-    sign = static_cast<Real>(nu);
-    for (std::size_t j = 0; j < n; ++j, sign = -sign) {
-        const int k = extrema.at(static_cast<int>(j) + 1);
-        y[j] = static_cast<Real>(grid.DES(k)) + sign * dev / static_cast<Real>(grid.WT(k));
-    }
-    return std::isfinite(dev);
-}
-
-// ad(k) = 1 / prod 2 (x(k) - x(j)), j not k. The factors are taken in strides, so that near and far ones mix and no
-// partial product runs out of range; the factor 2 balances the capacity 1/2 of the interval -1 to 1.
-template <class Real>
-void Interpolant<Real>::lagrange_weights() {
-    const auto n = static_cast<std::size_t>(nodes);
-    const std::size_t jet = (n - 2) / 15 + 1;
-    std::fill_n(ad.begin(), n, Real{1});
-    for (std::size_t first = 0; first < jet; ++first) {
-        for (std::size_t j = first; j < n; j += jet) {
-            const Real xj = x_node[j];
-            for (std::size_t k = 0; k < j; ++k) ad[k] *= 2 * (x_node[k] - xj);
-            for (std::size_t k = j + 1; k < n; ++k) ad[k] *= 2 * (x_node[k] - xj);
-        }
-    }
-    for (std::size_t k = 0; k < n; ++k) ad[k] = 1 / ad[k];
-}
-
-// A(x) = sum (ad y / (x - x_node)) / sum (ad / (x - x_node))
-template <class Real>
-Real Interpolant<Real>::operator()(Real x) const {
-    typename Lanes::Type num{}, den{};
-    for (std::size_t j = 0; j < padded; j += Lanes::count) {
-        const auto term = Lanes::load(&ad[j]) / (x - Lanes::load(&x_node[j]));
-        den += term;
-        num += term * Lanes::load(&y[j]);
-    }
-    const Real a = Lanes::sum(num) / Lanes::sum(den);
-    return std::isfinite(a) ? a : at_node(x);
-}
-
-template <class Real>
-Real Interpolant<Real>::at_node(Real x) const {
-    const auto end = x_node.begin() + nodes;
-    const auto node = std::find(x_node.begin(), end, x);
-    return node == end ? std::numeric_limits<Real>::quiet_NaN() : y[static_cast<std::size_t>(node - x_node.begin())];
-}
-
-// --------------------------------------------------------------------------------------------------------- search
+// ---------------------------------------------------------------------------------------------------------------------
 
 // The points climb to peaks nearby, which costs little. Where that gains nothing, or has gone on for long, the whole
 // grid decides.
@@ -468,177 +323,6 @@ auto Search<Real>::first_above(Real level, int from, int step, int stop, int sig
         if (there - level > 0) return climb(k, there, step, stop, sign);
     }
     return {0, level};
-}
-
-// --------------------------------------------------------------------------------------------------- coefficients
-
-// A is sampled at the NFCNS abscissae x' = cos(2 pi i / n), n = 2 NFCNS - 1, and transformed. Where the grid covers
-// only a part of 0 to 0.5, A may be huge in the rest: there x' is the grid's own variable, and its series is rewritten
-// in x. Samples between the bands lose as many digits as the attenuation has: what does not lead back to A on the
-// extremal points is solved for on them.
-template <class Real>
-void cosine_series(const FirGrid& grid, const Interpolant<Real>& a, double scale, ExchangeResult& result) {
-    const int nfcns = a.count() - 1, n = 2 * nfcns - 1;
-    Series<Real> cosine{}, values{}, coefficients{};
-    for (int i = 0; i < nfcns; ++i) {
-        cosine[static_cast<std::size_t>(i)] = std::cos(2 * std::numbers::pi_v<Real> * static_cast<Real>(i) / n);
-    }
-    const Variable v = choose_variable(grid, nfcns);
-    sample(a, v, cosine, nfcns, values);
-    inverse_transform(cosine, values, nfcns, coefficients);
-    if (v.aa != 1 || v.bb != 0) back_to_cosines(v, nfcns, coefficients);
-    const auto take = [&](const auto& series) {
-        for (int i = 1; i <= nfcns; ++i) {
-            result.ALPHA(i) = static_cast<double>(series[static_cast<std::size_t>(i - 1)]);
-        }
-    };
-    take(coefficients);
-    if (reproduces(grid, a, result, scale)) return;
-    if constexpr (std::is_same_v<Real, Wide>) {
-        take(least_squares(a));
-    } else {
-        Extrema extrema{.at = {}, .count = a.count()};
-        std::copy_n(result.IEXT.begin(), extrema.count, extrema.at.begin());
-        Interpolant<Wide> wide;
-        if (wide.fit(grid, extrema)) cosine_series(grid, wide, scale, result);
-    }
-}
-
-Variable choose_variable(const FirGrid& grid, int nfcns) {
-    if (nfcns < 4 || (grid.GRID(1) < 0.01 && grid.GRID(grid.NGRID) > 0.49)) return {};
-    const double high = grid.X(1), low = grid.X(grid.NGRID);
-    return {.aa = 2 / (high - low), .bb = -(high + low) / (high - low)};
-}
-
-// The samples and the extremal abscissae both descend.
-template <class Real>
-void sample(const Interpolant<Real>& a, Variable v, const Series<Real>& cosine, int nfcns, Series<Real>& values) {
-    constexpr Real coincidence = static_cast<Real>(1.0e-12);
-    int j = 1;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(nfcns); ++i) {
-        const Real x = (cosine[i] - static_cast<Real>(v.bb)) / static_cast<Real>(v.aa);
-        while (j < a.count() && a.abscissa(j) - x >= coincidence) ++j;
-        values[i] = std::abs(a.abscissa(j) - x) < coincidence ? a.ordinate(j) : a(x);
-    }
-}
-
-// c(k) = (2 / n) (v(0) + 2 sum of v(i) cos(2 pi i k / n), i = 1..NFCNS-1), half of it for k = 0
-template <class Real>
-void inverse_transform(const Series<Real>& cosine, const Series<Real>& values, int nfcns, Series<Real>& coefficients) {
-    const int n = 2 * nfcns - 1;
-    for (int k = 0; k < nfcns; ++k) {
-        Real sum = 0;
-        for (int i = 1, m = k; i < nfcns; ++i) {  // m = i k modulo n; cos(2 pi m / n) is even about n / 2
-            sum += values[static_cast<std::size_t>(i)] * cosine[static_cast<std::size_t>(std::min(m, n - m))];
-            m += k;
-            if (m >= n) m -= n;
-        }
-        const Real scale = k == 0 ? 1 : 2;
-        coefficients[static_cast<std::size_t>(k)] = scale * (2 * sum + values[0]) / static_cast<Real>(n);
-    }
-}
-
-// Clenshaw's recurrence b(k) = c(k) + 2 x' b(k+1) - b(k+2) with x' = aa x + bb and the b held as cosine series in x,
-// where x cos(i w) = (cos((i+1) w) + cos((i-1) w)) / 2. The sum is c(0) + x' b(1) - b(2).
-template <class Real>
-void back_to_cosines(Variable v, int nfcns, Series<Real>& coefficients) {
-    const Real aa = static_cast<Real>(v.aa), bb = static_cast<Real>(v.bb), half = static_cast<Real>(0.5);
-    Series<Real> b1{}, b2{}, b{};
-    for (int k = nfcns - 1; k >= 0; --k) {
-        const Real twice = k == 0 ? 1 : 2;
-        const auto degree = static_cast<std::size_t>(nfcns - 1 - k);  // of the new b; b1 and b2 are 0 from there on
-        for (std::size_t i = 0; i <= degree; ++i) {
-            const Real lower = i == 0 ? 0 : (i == 1 ? 2 : 1) * b1[i - 1];
-            b[i] = twice * (half * aa * (lower + b1[i + 1]) + bb * b1[i]) - b2[i];
-        }
-        b[0] += coefficients[static_cast<std::size_t>(k)];
-        b2 = b1;
-        b1 = b;
-    }
-    coefficients = b1;
-}
-
-// --------------------------------------------------------------------------------------------------- verification
-
-// sum of ALPHA(i) cos((i-1) w) at x = cos w, by Clenshaw's recurrence, for several abscissae side by side
-template <class Real, std::size_t count>
-std::array<Real, count> evaluate(const ExchangeResult& result, int nfcns, const std::array<Real, count>& x) {
-    using Lanes = LanesOf<Real>;
-    using Row = std::array<typename Lanes::Type, count / Lanes::count>;
-    Row at{}, twice{}, b1{}, b2{};
-    for (std::size_t m = 0; m < at.size(); ++m) at[m] = Lanes::load(&x[m * Lanes::count]), twice[m] = at[m] + at[m];
-    for (int i = nfcns; i > 1; --i) {
-        const Real c = static_cast<Real>(result.ALPHA(i));
-#pragma GCC unroll 4
-        for (std::size_t m = 0; m < at.size(); ++m) {
-            const auto b = twice[m] * b1[m] + (c - b2[m]);
-            b2[m] = b1[m];
-            b1[m] = b;
-        }
-    }
-    const Real first = static_cast<Real>(result.ALPHA(1));
-    for (std::size_t m = 0; m < at.size(); ++m) b1[m] = first + at[m] * b1[m] - b2[m];
-    std::array<Real, count> sums{};
-    std::memcpy(sums.data(), b1.data(), sizeof sums);
-    return sums;
-}
-
-// Do the coefficients lead back to A on the extremal points, as closely as doubles can? Then they do everywhere.
-template <class Real>
-bool reproduces(const FirGrid& grid, const Interpolant<Real>& a, const ExchangeResult& result, double scale) {
-    constexpr std::size_t block = 8;
-    const double tolerance = std::max(1e-6 * static_cast<double>(a.deviation()), 2 * tap_rounding * scale);
-    for (int j = 1; j <= a.count(); j += static_cast<int>(block)) {
-        std::array<Real, block> x{};
-        const auto node = [&](std::size_t m) { return std::min(j + static_cast<int>(m), a.count()); };
-        for (std::size_t m = 0; m < block; ++m) x[m] = a.abscissa(node(m));
-        const auto at = evaluate<Real, block>(result, a.count() - 1, x);
-        for (std::size_t m = 0; m < block; ++m) {
-            const Real off = std::abs(at[m] - a.ordinate(node(m))) * static_cast<Real>(grid.WT(result.IEXT(node(m))));
-            if (!(off <= static_cast<Real>(tolerance))) return false;
-        }
-    }
-    return true;
-}
-
-// The coefficients of smallest norm that meet A on the extremal points. The points lie in the bands; a combination of
-// cosines that lives between the bands only is not determined by them in finite arithmetic, and is left out.
-Series<Wide> least_squares(const Interpolant<Wide>& a) {
-    using Matrix = Eigen::Matrix<Wide, Eigen::Dynamic, Eigen::Dynamic>;
-    using Vector = Eigen::Matrix<Wide, Eigen::Dynamic, 1>;
-    Matrix cosines(a.count(), a.count() - 1);
-    Vector y(a.count());
-    for (int j = 0; j < a.count(); ++j) {
-        const Wide w = std::acos(a.abscissa(j + 1));
-        y(j) = a.ordinate(j + 1);
-        for (int k = 0; k < a.count() - 1; ++k) cosines(j, k) = std::cos(static_cast<Wide>(k) * w);
-    }
-    Eigen::CompleteOrthogonalDecomposition<Matrix> decomposition(a.count(), a.count() - 1);
-    decomposition.setThreshold(1e-18L);
-    decomposition.compute(cosines);
-    const Vector c = decomposition.solve(y);
-    Series<Wide> coefficients{};
-    std::copy(c.begin(), c.end(), coefficients.begin());
-    return coefficients;
-}
-
-// Largest weighted error of ALPHA on the grid; not a number when one of them is none.
-template <class Real>
-Real largest_error(const FirGrid& grid, const ExchangeResult& result, int nfcns) {
-    constexpr std::size_t block = 8;
-    Real worst = 0;
-    for (int k = 1; k <= grid.NGRID; k += static_cast<int>(block)) {
-        std::array<Real, block> x{};
-        for (std::size_t m = 0; m < block; ++m) x[m] = grid.X(std::min(k + static_cast<int>(m), grid.NGRID));
-        const auto a = evaluate<Real, block>(result, nfcns, x);
-        for (std::size_t m = 0; m < block; ++m) {
-            const int at = std::min(k + static_cast<int>(m), grid.NGRID);
-            const Real e = std::abs(a[m] - static_cast<Real>(grid.DES(at))) * static_cast<Real>(grid.WT(at));
-            if (!(e <= worst)) worst = e;
-        }
-        if (std::isnan(worst)) break;
-    }
-    return worst;
 }
 
 }  // namespace

@@ -1,18 +1,17 @@
-// Best approximation on a grid by the exchange algorithm, and the impulse response that follows from it.
+// Best approximation on a grid by the exchange algorithm.
 //
 // The best approximation A by NFCNS cosines is the one whose weighted error takes its largest value, with alternating
 // signs, at NFCNS + 1 points of the grid (alternation theorem of Chebyshev). From a guess of these points, each pass
 // finds the A with equal alternating error on them and moves every point to the next larger error nearby; where that
 // gains nothing, and after 20 passes, to the largest error of one sign around it on the whole grid, until no error
-// exceeds the deviation. A is held by its values at NFCNS + 1 abscissae x = cos(2 pi f) in barycentric Lagrange form.
+// exceeds the deviation. Meanwhile A is held by its values at these points (fir/interpolant.h), at the end as a cosine
+// series (fir/cosine_series.h).
 //
 // Deviations below 1e-8 of the response leave double too few digits: their passes are made in long double and begin
-// from points between which a polynomial cannot rise (Leja). Coefficients that do not lead back to A on the extremal
-// points, because A between the bands is not determined by double, are replaced by the least squares solution of
-// smallest norm on these points.
+// from points between which a polynomial cannot rise (Leja).
 //
 // Sources: E. Ya. Remez, 1934 (exchange); T. W. Parks and J. H. McClellan, IEEE Trans. Circuit Theory CT-19, 1972
-// (linear phase filters); C. W. Clenshaw, 1955 (recurrence for the change of variable).
+// (linear phase filters).
 #pragma once
 
 #include <type_traits>
@@ -36,17 +35,14 @@ enum class ExchangeStatus {
 
 struct ExchangeResult {
     ExchangeStatus status = ExchangeStatus::not_run;
-    int iterations = 0;                          // passes begun
-    double DEV = 0;                              // deviation: weighted error at the extremal points, 0 or above
-    double measured = 0;                         // largest weighted error of ALPHA on the grid
-    Table<double, max_fir_functions + 1> ALPHA;  // [i] coefficient of cos(2 pi (i-1) f), i <= NFCNS; 0 above
-    Table<int, max_fir_functions + 1> IEXT;      // [j] grid index of extremal point j, j <= NFCNS + 1, ascending
+    int iterations = 0;                      // passes begun
+    double DEV = 0;                          // deviation: weighted error at the extremal points, 0 or above
+    double measured = 0;                     // largest weighted error of ALPHA on the grid
+    CosineSeries ALPHA;                      // of the best approximation
+    Table<int, max_fir_functions + 1> IEXT;  // [j] grid index of extremal point j, j <= NFCNS + 1, ascending
 };
 
 static_assert(std::is_trivially_copyable_v<ExchangeResult>);
-
-// [j] outer end of the half impulse response at 1, centre at NFCNS (NFCNS + 1 for odd antisymmetric filters, always 0)
-using HalfResponse = Table<double, 514>;
 
 // Is told each pass, 1, 2, ..., before it is made. False ends the exchange.
 class ExchangeWatcher {
@@ -71,15 +67,5 @@ public:
 // operations (the last ones 32 times that); long double ones some ten times as long. A least squares solution takes
 // nfcns^3.
 [[nodiscard]] ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher, ExchangeResult& result);
-
-// Half impulse response of Q(f) A(f), outer end first:
-//
-//     NEG 0, odd    H(j) = ALPHA(nz-j) / 2,                         H(NFCNS) = ALPHA(1)
-//     NEG 0, even   H(j) = (ALPHA(nz-j) + ALPHA(nz+1-j)) / 4,       H(NFCNS) = ALPHA(1) / 2 + ALPHA(2) / 4
-//     NEG 1, odd    H(j) = (ALPHA(nz-j) - ALPHA(nz+2-j)) / 4,       H(NFCNS) = ALPHA(1) / 2 - ALPHA(3) / 4, H(nz) = 0
-//     NEG 1, even   H(j) = (ALPHA(nz-j) - ALPHA(nz+1-j)) / 4,       H(NFCNS) = ALPHA(1) / 2 - ALPHA(2) / 4
-//
-// with nz = NFCNS + 1, j < NFCNS, and ALPHA taken as 0 above NFCNS. `plan` comes from plan_fir. The rest of H is 0.
-[[nodiscard]] HalfResponse impulse_response(const FirPlan& plan, const ExchangeResult& result);
 
 }  // namespace kavrel

@@ -7,7 +7,8 @@
 
 #include "fir/exchange.h"
 #include "fir/fir_report.h"
-#include "fir/fir_segment.h"
+#include "fir/fir_time_response.h"
+#include "fir/impulse_response.h"
 #include "shell/edit.h"
 
 namespace kavrel {
@@ -39,6 +40,96 @@ private:
 };
 
 bool is_filter(const FirTask& task) { return task.JTYPE == jtype_filter; }
+
+const char* take_request(const FirRequest& request, FirDraft& draft);
+void bands_of_table(const FirRequest& request, FirDraft& draft);
+void band_of_frequencies(const FirRequest& request, FirDraft& draft);
+void take_shape(const FirRequest& request, double sampling_frequency, ShapeTable& shape);
+void weights_of_ripples(FirDraft& draft);
+const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter);
+void report_failure_to_converge(int iterations, Reporter& reporter);
+void fill_filter(FirDraft& draft, double frequency_scale);
+void fill_figures(FirDraft& draft);
+
+}  // namespace
+
+FirDesignVerdict remez_design(FirDesk& desk) {
+    FirRequest& request = desk.request;
+    const auto refuse = [&](std::string_view text) {
+        desk.reporter.message(text, "Error");
+        return FirDesignVerdict::refused;
+    };
+    if (request.design_method == static_cast<int>(FirMethod::windowed)) return FirDesignVerdict::unbuilt;
+    if (request.design_method != static_cast<int>(FirMethod::equal_ripple)) return refuse("Error in specification");
+
+    const auto draft = std::make_unique<FirDraft>();
+    if (const char* wrong = take_request(request, *draft)) return refuse(wrong);
+    if (draft->task.NFILT == 0) {
+        if (const char* wrong = estimate_length(request, *draft, desk.reporter)) return refuse(wrong);
+    }
+    draft->figures.taps = draft->task.NFILT;
+    if (!plan_fir(draft->task.JTYPE, draft->task.NFILT, draft->figures.plan)) return refuse(bad_input);
+    if (!make_grid(draft->task, draft->figures.plan, draft->grid)) return refuse(bad_input);
+
+    ExchangeProgress progress(desk.reporter.window());
+    switch (exchange(draft->grid, draft->figures.plan.NFCNS, progress, draft->exchange)) {
+        case ExchangeStatus::stopped: return FirDesignVerdict::stopped;
+        case ExchangeStatus::not_run:
+        case ExchangeStatus::degenerate: return refuse(bad_input);
+        case ExchangeStatus::deviation_fell:
+            report_failure_to_converge(draft->exchange.iterations, desk.reporter);
+            break;
+        case ExchangeStatus::converged:
+        case ExchangeStatus::limit_reached: break;
+    }
+
+    fill_filter(*draft, desk.session.frequency_scale);
+    fill_figures(*draft);
+    desk.filter = draft->filter;
+    desk.session.TITLE = "<New Filter>";
+    request.filter_length = draft->task.NFILT;
+    report_fir_design(draft->task, draft->figures, desk.filter, desk.session.TITLE.trimmed(), desk.reporter);
+    desk.results = {};
+    if (draft->figures.taps <= analysis_points) fir_time_response(desk.filter, 1, desk.results);
+    desk.results.TITLE = desk.session.TITLE.trimmed();
+    return FirDesignVerdict::designed;
+}
+
+double estimated_fir_length(double passband_ripple_db, double stopband_loss_db, double transition) {
+    const double x = std::pow(10.0, passband_ripple_db / 20.0);
+    const double L1 = std::log10((x - 1.0) / (x + 1.0));
+    const double L2 = -stopband_loss_db / 20.0;
+    // Single-precision values of the published constants.
+    const double f = 11.01216983795166 + 0.512440025806427 * (L1 - L2);
+    const double D = (0.0053090001456439495 * L1 * L1 + 0.07113999873399734 * L1 - 0.47609999775886536) * L2 -
+                     (0.0026599999982863665 * L1 * L1 + 0.5940999984741211 * L1 + 0.4277999997138977);
+    return D / transition + 1.0 - f * transition;
+}
+
+namespace {
+
+// Fills the task but for its length; what is wrong, or null.
+const char* take_request(const FirRequest& request, FirDraft& draft) {
+    FirTask& task = draft.task;
+    task.JTYPE = request.fir_type;
+    task.NFILT = request.filter_length;
+    if (is_filter(task)) {
+        bands_of_table(request, draft);
+    } else {
+        band_of_frequencies(request, draft);
+    }
+    BandTable& bands = task.BANDS;
+    if (bands.NBANDS == 0 || !(draft.sampling_frequency > 0.0)) return bad_input;
+    for (int i = 2; i <= 2 * bands.NBANDS; ++i) {
+        if (!(bands.EDGE(i) >= bands.EDGE(i - 1))) return bad_input;
+    }
+    for (int i = 1; i <= 2 * bands.NBANDS; ++i) bands.EDGE(i) /= draft.sampling_frequency;
+    if (is_filter(task)) {
+        take_shape(request, draft.sampling_frequency, task.SHAPE);
+        if (request.specification_type == static_cast<int>(FirSpecification::ripple_in_db)) weights_of_ripples(draft);
+    }
+    return nullptr;
+}
 
 // Bands of a filter: the rows of the table up to the first whose upper edge is 0. The last edge is half the sampling
 // frequency.
@@ -94,29 +185,6 @@ void weights_of_ripples(FirDraft& draft) {
     }
 }
 
-// Fills the task but for its length; what is wrong, or null.
-const char* take_request(const FirRequest& request, FirDraft& draft) {
-    FirTask& task = draft.task;
-    task.JTYPE = request.fir_type;
-    task.NFILT = request.filter_length;
-    if (is_filter(task)) {
-        bands_of_table(request, draft);
-    } else {
-        band_of_frequencies(request, draft);
-    }
-    BandTable& bands = task.BANDS;
-    if (bands.NBANDS == 0 || !(draft.sampling_frequency > 0.0)) return bad_input;
-    for (int i = 2; i <= 2 * bands.NBANDS; ++i) {
-        if (!(bands.EDGE(i) >= bands.EDGE(i - 1))) return bad_input;
-    }
-    for (int i = 1; i <= 2 * bands.NBANDS; ++i) bands.EDGE(i) /= draft.sampling_frequency;
-    if (is_filter(task)) {
-        take_shape(request, draft.sampling_frequency, task.SHAPE);
-        if (request.specification_type == static_cast<int>(FirSpecification::ripple_in_db)) weights_of_ripples(draft);
-    }
-    return nullptr;
-}
-
 // Sets the length of a low pass from its ripples and tells it; what is wrong, or null.
 const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter) {
     FirTask& task = draft.task;
@@ -152,7 +220,7 @@ void report_failure_to_converge(int iterations, Reporter& reporter) {
 void fill_filter(FirDraft& draft, double frequency_scale) {
     FirFilter& filter = draft.filter;
     const FirPlan& plan = draft.figures.plan;
-    const HalfResponse H = impulse_response(plan, draft.exchange);
+    const HalfResponse H = impulse_response(plan, draft.exchange.ALPHA);
     filter.functions = 1;
     filter.NFCNS = plan.NFCNS;
     filter.NODD = plan.NODD;
@@ -183,58 +251,5 @@ void fill_figures(FirDraft& draft) {
 }
 
 }  // namespace
-
-double estimated_fir_length(double passband_ripple_db, double stopband_loss_db, double transition) {
-    const double x = std::pow(10.0, passband_ripple_db / 20.0);
-    const double L1 = std::log10((x - 1.0) / (x + 1.0));
-    const double L2 = -stopband_loss_db / 20.0;
-    // Single-precision values of the published constants.
-    const double f = 11.01216983795166 + 0.512440025806427 * (L1 - L2);
-    const double D = (0.0053090001456439495 * L1 * L1 + 0.07113999873399734 * L1 - 0.47609999775886536) * L2 -
-                     (0.0026599999982863665 * L1 * L1 + 0.5940999984741211 * L1 + 0.4277999997138977);
-    return D / transition + 1.0 - f * transition;
-}
-
-FirDesignVerdict remez_design(FirDesk& desk) {
-    FirRequest& request = desk.request;
-    const auto refuse = [&](std::string_view text) {
-        desk.reporter.message(text, "Error");
-        return FirDesignVerdict::refused;
-    };
-    if (request.design_method == static_cast<int>(FirMethod::windowed)) return FirDesignVerdict::unbuilt;
-    if (request.design_method != static_cast<int>(FirMethod::equal_ripple)) return refuse("Error in specification");
-
-    const auto draft = std::make_unique<FirDraft>();
-    if (const char* wrong = take_request(request, *draft)) return refuse(wrong);
-    if (draft->task.NFILT == 0) {
-        if (const char* wrong = estimate_length(request, *draft, desk.reporter)) return refuse(wrong);
-    }
-    draft->figures.taps = draft->task.NFILT;
-    if (!plan_fir(draft->task.JTYPE, draft->task.NFILT, draft->figures.plan)) return refuse(bad_input);
-    if (!make_grid(draft->task, draft->figures.plan, draft->grid)) return refuse(bad_input);
-
-    ExchangeProgress progress(desk.reporter.window());
-    switch (exchange(draft->grid, draft->figures.plan.NFCNS, progress, draft->exchange)) {
-        case ExchangeStatus::stopped: return FirDesignVerdict::stopped;
-        case ExchangeStatus::not_run:
-        case ExchangeStatus::degenerate: return refuse(bad_input);
-        case ExchangeStatus::deviation_fell:
-            report_failure_to_converge(draft->exchange.iterations, desk.reporter);
-            break;
-        case ExchangeStatus::converged:
-        case ExchangeStatus::limit_reached: break;
-    }
-
-    fill_filter(*draft, desk.session.frequency_scale);
-    fill_figures(*draft);
-    desk.filter = draft->filter;
-    desk.session.TITLE = "<New Filter>";
-    request.filter_length = draft->task.NFILT;
-    report_fir_design(draft->task, draft->figures, desk.filter, desk.session.TITLE.trimmed(), desk.reporter);
-    desk.results = {};
-    if (draft->figures.taps <= analysis_points) fir_time_response(desk.filter, 1, desk.results);
-    desk.results.TITLE = desk.session.TITLE.trimmed();
-    return FirDesignVerdict::designed;
-}
 
 }  // namespace kavrel

@@ -33,6 +33,9 @@ inline constexpr int jtype_filter = 1;
 inline constexpr int jtype_differentiator = 2;
 inline constexpr int jtype_hilbert = 3;
 
+// [i] coefficient ALPHA(i) of cos(2 pi (i-1) f), i <= NFCNS; 0 above
+using CosineSeries = Table<double, max_fir_functions + 1>;
+
 // The bands of a request, lowest first.
 struct BandTable {
     int NBANDS = 0;                         // 1 to 10
@@ -87,9 +90,8 @@ static_assert(std::is_trivially_copyable_v<FirTask> && std::is_trivially_copyabl
 // Desired response of band `band` at the frequency `f`, not folded.
 //   differentiator              f FX
 //   no shape, or FX = 0         FX
-//   shape                       FX times the polygon; its last value, without FX, from the last point on; f FX below
-//   the
-//                               first point
+//   shape                       FX times the polygon; f FX below its first point; its last value, without FX, from its
+//                               last point on
 [[nodiscard]] double desired(const FirTask& task, double f, int band);
 
 // Weight of band `band` at `f` (above 0 for a differentiator), not folded.

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "fir/exchange.h"
 #include "fir/fir_filter.h"
+#include "fir/fir_grid.h"
 #include "shell/reporter.h"
 
 namespace kavrel {

@@ -20,7 +20,4 @@ extern const Form FIR_PRINT_DLG;     // "Printing to"
 // Performs the one command in the Segment's cell, then clears the cell. A word that is in no table is ignored.
 void firSegment(FirDesk& desk);
 
-// Impulse and step response of a function as time results, up to 501 samples: t = (i - 1)/fs in seconds.
-void fir_time_response(const FirFilter& filter, int function, AnalysisResult& results);
-
 }  // namespace kavrel

@@ -10,7 +10,7 @@
 namespace kavrel {
 namespace {
 
-enum class Part { Even, Odd };
+enum class Part { even, odd };
 
 template <class Work>
 void sort_factors(PseudoPolynomialOf<Work>& p);
@@ -26,7 +26,7 @@ template <class Work>
 template <class Real, class Work>
 SolveVerdict solveEvenOdd(const PseudoPolynomialOf<Real>& p, Real a, bool reactance, RootSetOf<Real>& even,
                           RootSetOf<Real>& odd, EvenOddWorkspace<Work>& ws, const SolveOptions& options) {
-    if (p.degree > max_degree) return {SolveFault::DegreeTooHigh};
+    if (p.degree > max_degree) return {SolveFault::degree_too_high};
     ws.tol = toleranceOf<Work>(options);
     ws.a = static_cast<Work>(a);
     ws.p.multiplier = static_cast<Work>(p.multiplier);
@@ -43,10 +43,10 @@ SolveVerdict solveEvenOdd(const PseudoPolynomialOf<Real>& p, Real a, bool reacta
         ws.rough.d(i) = static_cast<double>(ws.p.d(i));
     }
     find_degrees(ws);
-    for (const Part part : {Part::Even, Part::Odd}) {
-        if (!find_part_roots(ws, part, options)) return {SolveFault::PartNoConvergence};
+    for (const Part part : {Part::even, Part::odd}) {
+        if (!find_part_roots(ws, part, options)) return {SolveFault::part_no_convergence};
     }
-    if (reactance && (has_complex_root(ws.even) || has_complex_root(ws.odd))) return {SolveFault::RootOffAxis};
+    if (reactance && (has_complex_root(ws.even) || has_complex_root(ws.odd))) return {SolveFault::root_off_axis};
     copyRootSet(ws.even, even);
     copyRootSet(ws.odd, odd);
     return {};
@@ -99,7 +99,7 @@ struct PartFunction {
         const PseudoValue<Real> v = evalPseudo(p, a, x);
         const Real size = std::max(cabs(v.plus), cabs(v.minus)) / 2;
         constexpr Real half = 0.5;
-        if (part == Part::Even) {
+        if (part == Part::even) {
             return {half * (v.plus + v.minus), half * (v.plus_derivative + v.minus_derivative), size, v.exponent};
         }
         // Od' = (P+' - P-' - 2 Od root')/(2 root)
@@ -137,7 +137,7 @@ void set_multiplier(RootSetOf<Work>& set, const PartFunction<Work>& function) {
 
 template <class Work>
 bool find_part_roots(EvenOddWorkspace<Work>& ws, Part part, const SolveOptions& options) {
-    RootSetOf<Work>& set = part == Part::Even ? ws.even : ws.odd;
+    RootSetOf<Work>& set = part == Part::even ? ws.even : ws.odd;
     const int degree = std::exchange(set.count, 0);
     if (set.multiplier == 0) return true;
     if (!std::isfinite(set.multiplier)) return false;

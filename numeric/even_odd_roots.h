@@ -23,7 +23,7 @@ static_assert(std::is_trivially_copyable_v<EvenOddWorkspace<double>>);
 // Roots and multipliers of Ev and Od, 0 <= a < 1, in the order they were found. A part whose leading coefficients
 // vanish loses degree; one that vanishes altogether has count 0 and multiplier 0. When all factors are Hurwitz, the
 // roots are taken as the real numbers that they are. With `reactance` a complex root is refused.
-// Faults: DegreeTooHigh above 50, PartNoConvergence, RootOffAxis; the sets are as before then.
+// Faults: degree_too_high above 50, part_no_convergence, root_off_axis; the sets are as before then.
 template <class Real, class Work>
 SolveVerdict solveEvenOdd(const PseudoPolynomialOf<Real>& p, Real a, bool reactance, RootSetOf<Real>& even,
                           RootSetOf<Real>& odd, EvenOddWorkspace<Work>& ws, const SolveOptions& options = {});

@@ -30,7 +30,7 @@ template <class Real, class Work>
 SolveVerdict solveRealSum(const RealRootSetOf<Real>& A, const RealRootSetOf<Real>& B, RealRootSetOf<Real>& R,
                           RealSumWorkspace<Work>& ws, const SolveOptions& options) {
     const int n = std::max(A.count, B.count);
-    if (n > max_real_degree) return {SolveFault::RealDegreeTooHigh, n};
+    if (n > max_real_degree) return {SolveFault::real_degree_too_high, n};
     ws.tol = toleranceOf<Work>(options);
     copy_roots(A, ws.A);
     copy_roots(B, ws.B);
@@ -52,12 +52,12 @@ SolveVerdict solveRealSum(const RealRootSetOf<Real>& A, const RealRootSetOf<Real
         return {};
     }
     if (!std::isfinite(evalRealRoots(ws.A, Work{0}) + evalRealRoots(ws.B, Work{0}))) {
-        return {SolveFault::RealNoConvergence, ws.common.count + 1};
+        return {SolveFault::real_no_convergence, ws.common.count + 1};
     }
     if (ws.degree > 0 && vanishes_at_zero(ws)) ws.R.append(0);
     while (ws.R.count < ws.degree) {
         Work x = 0;
-        if (!find_root(ws, options, x)) return {SolveFault::RealNoConvergence, ws.common.count + ws.R.count + 1};
+        if (!find_root(ws, options, x)) return {SolveFault::real_no_convergence, ws.common.count + ws.R.count + 1};
         ws.R.append(x);
     }
     for (int i = 1; i <= ws.common.count; ++i) ws.R.append(ws.common.root(i));
@@ -71,7 +71,7 @@ SolveVerdict createRealRoot(RealRootSetOf<Real>& A, const RealRootSetOf<Real>& B
                             RealSumWorkspace<Work>& ws, int rootMatchDigits, const SolveOptions& options) {
     const Real at_a = evalRealRoots(A, point);
     const Real at_b = evalRealRoots(B, point);
-    if (at_a == 0 || at_b == 0) return {SolveFault::CreatedRootMissing};
+    if (at_a == 0 || at_b == 0) return {SolveFault::created_root_missing};
     A.multiplier *= -at_b / at_a;
 
     RealRootSetOf<Real> roots;
@@ -84,7 +84,7 @@ SolveVerdict createRealRoot(RealRootSetOf<Real>& A, const RealRootSetOf<Real>& B
         R = roots;
         return {};
     }
-    return {SolveFault::CreatedRootMissing};
+    return {SolveFault::created_root_missing};
 }
 
 template <class Real>

@@ -36,15 +36,15 @@ static_assert(std::is_trivially_copyable_v<RealSumWorkspace<double>>);
 // Roots of A + B, ascending, with the leading coefficient of the sum as multiplier; R may be one of A and B. Leading
 // terms of equal degree that cancel lower the degree by one, to -(kA sum of A's roots + kB sum of B's roots). An A + B
 // that vanishes altogether gives count 0 and multiplier 0; a multiplier 0 leaves the other product alone.
-// Faults: RealDegreeTooHigh above 25 with the degree, RealNoConvergence with the number of the root, as happens when
-// the sum has complex roots; R is as before then.
-// Source: Newton's iteration on the value with the found roots divided out.
+// Faults: real_degree_too_high above 25 with the degree, real_no_convergence with the number of the root, as happens
+// when the sum has complex roots; R is as before then. Source: Newton's iteration on the value with the found roots
+// divided out.
 template <class Real, class Work>
 SolveVerdict solveRealSum(const RealRootSetOf<Real>& A, const RealRootSetOf<Real>& B, RealRootSetOf<Real>& R,
                           RealSumWorkspace<Work>& ws, const SolveOptions& options = {});
 
 // Makes `point` a root of A + B by scaling A's multiplier with -B(point)/A(point), then finds the other roots: R is the
-// sum divided by (x - point). Fault CreatedRootMissing when the root does not come out, or A or B vanishes there.
+// sum divided by (x - point). Fault created_root_missing when the root does not come out, or A or B vanishes there.
 template <class Real, class Work>
 SolveVerdict createRealRoot(RealRootSetOf<Real>& A, const RealRootSetOf<Real>& B, Real point, RealRootSetOf<Real>& R,
                             RealSumWorkspace<Work>& ws, int rootMatchDigits = root_match_digits,

@@ -28,7 +28,7 @@ int order_conjugates(RootSetOf<Real>& set, Reals place, Exchange exchange) {
     sort_range(set, 1, set.count, real_before_complex, exchange);
     sort_range(set, 1, reals, smaller_value, exchange);
     sort_range(set, reals + 1, set.count, smaller_magnitude, exchange);
-    if (place == Reals::Last) sort_range(set, 1, set.count, complex_before_real, exchange);
+    if (place == Reals::last) sort_range(set, 1, set.count, complex_before_real, exchange);
     return reals;
 }
 

@@ -12,7 +12,7 @@ namespace kavrel {
 // Sign indicators that travel with the roots: [i] belongs to root i.
 using RootSigns = Table<int, max_degree>;
 
-enum class Reals { First, Last };
+enum class Reals { first, last };
 
 // By magnitude, ascending.
 template <class Real>
@@ -23,7 +23,7 @@ template <class Real>
 void sortRealsDescendingMagnitude(RootSetOf<Real>& set);
 
 // The order after every extraction: real roots by value, ascending, then conjugate pairs by magnitude, ascending;
-// with Reals::Last the real roots follow the pairs. Returns the number of real roots. The second form carries the
+// with Reals::last the real roots follow the pairs. Returns the number of real roots. The second form carries the
 // sign indicator of each root along.
 template <class Real>
 int sortConjugates(RootSetOf<Real>& set, Reals place);

@@ -47,7 +47,7 @@ template <class Real>
 QuadraticFactorsOf<Real> factorsOf(const RootSetOf<Real>& set) {
     RootSetOf<Real> roots = set;
     sortRealsDescendingMagnitude(roots);
-    sortConjugates(roots, Reals::Last);
+    sortConjugates(roots, Reals::last);
 
     QuadraticFactorsOf<Real> factors;
     factors.multiplier = roots.multiplier;

@@ -8,21 +8,21 @@
 namespace kavrel {
 
 enum class SolveFault {
-    None,
-    DegreeTooHigh,       // a sum or a pseudo-polynomial of degree above 50
-    NoConvergence,       // a root of a sum
-    RealDegreeTooHigh,   // a real sum of degree above 25; number: the degree
-    RealNoConvergence,   // a root of a real sum; number: which one
-    PartNoConvergence,   // a root of an even or odd part
-    RootOffAxis,         // a complex root of a part that has to be a reactance
-    CreatedRootMissing,  // a root put in on purpose did not come out
+    none,
+    degree_too_high,       // a sum or a pseudo-polynomial of degree above 50
+    no_convergence,        // a root of a sum
+    real_degree_too_high,  // a real sum of degree above 25; number: the degree
+    real_no_convergence,   // a root of a real sum; number: which one
+    part_no_convergence,   // a root of an even or odd part
+    root_off_axis,         // a complex root of a part that has to be a reactance
+    created_root_missing,  // a root put in on purpose did not come out
 };
 
 struct [[nodiscard]] SolveVerdict {
-    SolveFault fault = SolveFault::None;
+    SolveFault fault = SolveFault::none;
     int number = 0;  // the value in the line, where it has one
 
-    [[nodiscard]] constexpr bool good() const { return fault == SolveFault::None; }
+    [[nodiscard]] constexpr bool good() const { return fault == SolveFault::none; }
     [[nodiscard]] constexpr int status() const { return good() ? 0 : -1; }
 };
 
@@ -36,29 +36,29 @@ struct SolveMessage {
 };
 
 inline constexpr std::array<SolveMessage, 7> solve_messages = {{
-    {.fault = SolveFault::DegreeTooHigh, .first = " **** Polynomial is of too high degree ****"},
-    {.fault = SolveFault::NoConvergence, .first = " **** No convergence ****"},
-    {.fault = SolveFault::RealDegreeTooHigh,
+    {.fault = SolveFault::degree_too_high, .first = " **** Polynomial is of too high degree ****"},
+    {.fault = SolveFault::no_convergence, .first = " **** No convergence ****"},
+    {.fault = SolveFault::real_degree_too_high,
      .first = " **** Polynomial is of degree ",
      .has_number = true,
      .after_number = " which is too high ****"},
-    {.fault = SolveFault::RealNoConvergence,
+    {.fault = SolveFault::real_no_convergence,
      .first = " **** No convergence of root no.",
      .has_number = true,
      .after_number = " ****"},
-    {.fault = SolveFault::PartNoConvergence,
+    {.fault = SolveFault::part_no_convergence,
      .first = " Pseudo-polynomial root extraction did not converge",
      .second = " **** design discontinued ****"},
-    {.fault = SolveFault::RootOffAxis,
+    {.fault = SolveFault::root_off_axis,
      .first = " **** Root is not on imaginary axis, function will not",
      .second = " be a reactance"},
-    {.fault = SolveFault::CreatedRootMissing, .first = " **** Created roots weren't found ****"},
+    {.fault = SolveFault::created_root_missing, .first = " **** Created roots weren't found ****"},
 }};
 
 // Head of the line that announces a root to be put in; its value follows.
 inline constexpr std::string_view root_to_be_created = " root to be created = ";
 
-// The message of a fault other than None.
+// The message of a fault other than none.
 [[nodiscard]] constexpr const SolveMessage& messageOf(SolveFault fault) {
     for (const SolveMessage& message : solve_messages) {
         if (message.fault == fault) return message;

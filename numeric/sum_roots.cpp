@@ -30,7 +30,7 @@ void average_clusters(RootSetOf<Work>& R);
 template <class Real, class Work>
 SolveVerdict solveSum(const RootSetOf<Real>& A, const RootSetOf<Real>& B, RootSetOf<Real>& R, SumWorkspace<Work>& ws,
                       const SolveOptions& options) {
-    if (std::max(A.count, B.count) > max_degree) return {SolveFault::DegreeTooHigh};
+    if (std::max(A.count, B.count) > max_degree) return {SolveFault::degree_too_high};
     ws.tol = toleranceOf<Work>(options);
     copyRootSet(A, ws.A);
     copyRootSet(B, ws.B);
@@ -51,9 +51,9 @@ SolveVerdict solveSum(const RootSetOf<Real>& A, const RootSetOf<Real>& B, RootSe
         return {};
     }
     const Work trailing = count_roots_at_zero(ws);
-    if (!std::isfinite(trailing / ws.R.multiplier)) return {SolveFault::NoConvergence};
+    if (!std::isfinite(trailing / ws.R.multiplier)) return {SolveFault::no_convergence};
     rescale(ws, trailing);
-    if (!find_other_roots(ws, options)) return {SolveFault::NoConvergence};
+    if (!find_other_roots(ws, options)) return {SolveFault::no_convergence};
     collect(ws);
     if (options.symmetrize) average_clusters(ws.R);
     copyRootSet(ws.R, R);

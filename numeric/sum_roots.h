@@ -39,7 +39,7 @@ static_assert(std::is_trivially_copyable_v<SumWorkspace<double>>);
 // leading coefficient of the sum as multiplier; R may be one of A and B. Leading terms that cancel lower the degree,
 // down to the set of count 0; of an A + B that vanishes altogether the multiplier is 0 as well. A multiplier 0 leaves
 // the other product alone.
-// Faults: DegreeTooHigh above 50, NoConvergence; R is as before then.
+// Faults: degree_too_high above 50, no_convergence; R is as before then.
 // Source: Muller's iteration on the deflated value (root_hunt.h), Newton's correction for the polish.
 template <class Real, class Work>
 SolveVerdict solveSum(const RootSetOf<Real>& A, const RootSetOf<Real>& B, RootSetOf<Real>& R, SumWorkspace<Work>& ws,

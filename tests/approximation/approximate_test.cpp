@@ -117,7 +117,7 @@ TEST(Approximate, faults_of_the_front_part_come_through) {
     s.upperPassEdge = 0;
     const auto d = run(s);
     EXPECT_EQ(d->verdict.fault, ApproximationFault::front);
-    EXPECT_EQ(d->verdict.front.fault, FrontFault::CutoffMissing);
+    EXPECT_EQ(d->verdict.front.fault, FrontFault::cutoff_missing);
     EXPECT_EQ(d->spec.designError, 1);
 }
 

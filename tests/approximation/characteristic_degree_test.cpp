@@ -61,7 +61,7 @@ TEST(DegreeEstimate, MonotonicIsTheLeastThatMeets) {
                                         << " medium " << request.medium << " ue " << request.unitElements
                                         << " parametric " << request.bandpassType);
         const Built b = build(request);
-        if (b.verdict.fault == FrontFault::DegreeTooHigh) {
+        if (b.verdict.fault == FrontFault::degree_too_high) {
             EXPECT_GT(b.verdict.number, 50);
             continue;
         }
@@ -99,7 +99,7 @@ TEST(DegreeEstimate, DegreeFiftyIsTheLast) {
     ASSERT_TRUE(b.verdict.good());
     EXPECT_EQ(b.spec.degree, 50);
     b = build(steep(10 * std::log10(1 + std::pow(4.0, 50)) + 0.01));
-    EXPECT_EQ(b.verdict.fault, FrontFault::DegreeTooHigh);
+    EXPECT_EQ(b.verdict.fault, FrontFault::degree_too_high);
     EXPECT_EQ(b.verdict.number, 51);
     EXPECT_EQ(messageOf(b.verdict.fault).first, " **** Required degree {} is too high, design discontinued ****");
 
@@ -121,13 +121,13 @@ TEST(DegreeEstimate, DegreeFiftyIsTheLast) {
 
     FilterSpec s = steep(40);
     s.upperStopEdge = 0.5;
-    EXPECT_EQ(build(s).verdict.fault, FrontFault::StopbandIncorrect);
+    EXPECT_EQ(build(s).verdict.fault, FrontFault::stopband_incorrect);
     s = steep(0);
-    EXPECT_EQ(build(s).verdict.fault, FrontFault::StopbandIncorrect);
+    EXPECT_EQ(build(s).verdict.fault, FrontFault::stopband_incorrect);
     s = steep(40), s.degree = 5;
     EXPECT_EQ(build(s).spec.zerosAtInfinity, 5) << "a degree given";
     s.filterType = band_pass, s.lowerPassEdge = 0.5, s.lowerStopEdge = 0.6, s.degree = 0, s.upperStopLoss = 40;
-    EXPECT_EQ(build(s).verdict.fault, FrontFault::StopbandIncorrect);
+    EXPECT_EQ(build(s).verdict.fault, FrontFault::stopband_incorrect);
 }
 
 FilterSpec matching_request(int passband) {
@@ -211,20 +211,20 @@ TEST(Matching, SteppedLine) {
 TEST(Matching, Refusals) {
     FilterSpec s = matching_request(equal_ripple);
     s.loadResistance = 1;
-    EXPECT_EQ(build(s).verdict.fault, FrontFault::TerminationsUnfit);
+    EXPECT_EQ(build(s).verdict.fault, FrontFault::terminations_unfit);
     s.loadResistance = 0;
-    EXPECT_EQ(build(s).verdict.fault, FrontFault::TerminationsUnfit);
+    EXPECT_EQ(build(s).verdict.fault, FrontFault::terminations_unfit);
     s.loadResistance = 1.01;
     const Built b = build(s);
-    EXPECT_EQ(b.verdict.fault, FrontFault::MatchingNotNeeded) << "the mismatch alone loses less";
+    EXPECT_EQ(b.verdict.fault, FrontFault::matching_not_needed) << "the mismatch alone loses less";
     EXPECT_EQ(b.spec.designError, 2);
     s = matching_request(maximally_flat);
     s.loadResistance = 1e4, s.lowerPassEdge = 50;
-    EXPECT_EQ(build(s).verdict.fault, FrontFault::DegreeTooHigh);
+    EXPECT_EQ(build(s).verdict.fault, FrontFault::degree_too_high);
     s.medium = microwave, s.sampleFrequency = 4000;
-    EXPECT_EQ(build(s).verdict.fault, FrontFault::DegreeTooHigh);
+    EXPECT_EQ(build(s).verdict.fault, FrontFault::degree_too_high);
     s.upperStopEdge = 1400, s.upperStopLoss = 20;
-    EXPECT_EQ(build(s).verdict.fault, FrontFault::StopbandIncorrect);
+    EXPECT_EQ(build(s).verdict.fault, FrontFault::stopband_incorrect);
 }
 
 }  // namespace

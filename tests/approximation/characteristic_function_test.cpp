@@ -202,19 +202,19 @@ TEST(CharacteristicFunction, WhatIsRefused) {
     FilterSpec s = low_pass_of(3, equal_ripple);
     s.zeroCount = 1, s.FZI(1) = 500;
     Built b = build(s);
-    EXPECT_EQ(b.verdict.fault, FrontFault::RippleRootsMissing);
+    EXPECT_EQ(b.verdict.fault, FrontFault::ripple_roots_missing);
     EXPECT_EQ(b.spec.designError, 1);
 
     // On an edge, within the rounding of its frequency, and just off it.
     const struct {
         double zero;
         FrontFault fault;
-    } beside_edges[] = {{1000, FrontFault::RippleRootsMissing},
-                        {std::nextafter(1000.0, 2000.0), FrontFault::RippleRootsMissing},
-                        {1000.000001, FrontFault::None},
-                        {700, FrontFault::RippleRootsMissing},
-                        {std::nextafter(700.0, 0.0), FrontFault::RippleRootsMissing},
-                        {699.999999, FrontFault::None}};
+    } beside_edges[] = {{1000, FrontFault::ripple_roots_missing},
+                        {std::nextafter(1000.0, 2000.0), FrontFault::ripple_roots_missing},
+                        {1000.000001, FrontFault::none},
+                        {700, FrontFault::ripple_roots_missing},
+                        {std::nextafter(700.0, 0.0), FrontFault::ripple_roots_missing},
+                        {699.999999, FrontFault::none}};
     for (const int medium : {lumped, sampled_data}) {
         FilterSpec near = s;
         near.filterType = band_pass, near.lowerPassEdge = 700, near.zerosAtZero = 3;
@@ -226,7 +226,7 @@ TEST(CharacteristicFunction, WhatIsRefused) {
     }
 
     b = build(low_pass_of(51, equal_ripple));
-    EXPECT_EQ(b.verdict.fault, FrontFault::DegreeTooHigh);
+    EXPECT_EQ(b.verdict.fault, FrontFault::degree_too_high);
     EXPECT_EQ(b.verdict.number, 51);
     EXPECT_TRUE(build(low_pass_of(50, maximally_flat)).verdict.good());
 
@@ -235,11 +235,11 @@ TEST(CharacteristicFunction, WhatIsRefused) {
     band.zerosAtZero = 1, band.zerosAtInfinity = 0;
     for (const int passband : {maximally_flat, equal_ripple}) {
         band.passbandType = passband;
-        EXPECT_EQ(build(band).verdict.fault, FrontFault::ParametricRootOutOfRange)
+        EXPECT_EQ(build(band).verdict.fault, FrontFault::parametric_root_out_of_range)
             << "one zero alone cannot have two edges";
     }
     band.lowerPassEdge = 0, band.zerosAtInfinity = 3;
-    EXPECT_EQ(build(band).verdict.fault, FrontFault::CutoffMissing) << "a zero on the band edge";
+    EXPECT_EQ(build(band).verdict.fault, FrontFault::cutoff_missing) << "a zero on the band edge";
 
     // The largest parametric band-passes.
     band.lowerPassEdge = 900, band.bandpassType = parametric;

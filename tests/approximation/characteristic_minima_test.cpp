@@ -148,18 +148,18 @@ TEST(EqualMinima, LossesHoldBesideUnitElements) {
 TEST(EqualMinima, Refusals) {
     FilterSpec s = low_pass_request(equal_ripple, 0, 1.0001, 0.0001, 200);
     Built b = build(s);
-    EXPECT_EQ(b.verdict.fault, FrontFault::DegreeTooHigh);
+    EXPECT_EQ(b.verdict.fault, FrontFault::degree_too_high);
     EXPECT_GT(b.verdict.number, 50);
     EXPECT_EQ(build(low_pass_request(equal_ripple, 0, 1.3, 0.1, 1, 51)).verdict.number, 51);
-    EXPECT_EQ(build(low_pass_request(equal_ripple, 0, 0.9, 0.1, 40)).verdict.fault, FrontFault::StopbandIncorrect);
-    EXPECT_EQ(build(low_pass_request(equal_ripple, 0, 1.3, 0.1, 0)).verdict.fault, FrontFault::StopbandIncorrect);
+    EXPECT_EQ(build(low_pass_request(equal_ripple, 0, 0.9, 0.1, 40)).verdict.fault, FrontFault::stopband_incorrect);
+    EXPECT_EQ(build(low_pass_request(equal_ripple, 0, 1.3, 0.1, 0)).verdict.fault, FrontFault::stopband_incorrect);
 
     s = low_pass_request(equal_ripple, 0, 1200, 0.1, 40);
     s.filterType = band_pass, s.lowerPassEdge = 900, s.upperPassEdge = 1000, s.lowerStopEdge = 950;
-    EXPECT_EQ(build(s).verdict.fault, FrontFault::BandpassStopbandIncorrect);
+    EXPECT_EQ(build(s).verdict.fault, FrontFault::bandpass_stopband_incorrect);
     s.lowerStopEdge = 899.9, s.stopbandLoss = 150;
     b = build(s);
-    EXPECT_EQ(b.verdict.fault, FrontFault::DegreeTooHigh);
+    EXPECT_EQ(b.verdict.fault, FrontFault::degree_too_high);
     EXPECT_EQ(b.verdict.number % 2, 0) << "the degree of the band-pass, not of its low-pass";
 }
 
@@ -205,17 +205,17 @@ TEST(EqualMinima, IterationRefusals) {
     xp.upper_stop = 1.25L;
     xp.ES.multiplier = 1;
     for (const Real x : {1.5L, 1.2L, -0.5L, 0.4L}) xp.ES.append({x, 0});
-    EXPECT_EQ(equalMinimaIteration(s, xp, notes).fault, FrontFault::MinimaRootsMissing) << "a pole at w = sqrt 3";
+    EXPECT_EQ(equalMinimaIteration(s, xp, notes).fault, FrontFault::minima_roots_missing) << "a pole at w = sqrt 3";
     EXPECT_EQ(s.designError, 1);
     xp.upper_stop = 0;
-    EXPECT_EQ(equalMinimaIteration(s, xp, notes).fault, FrontFault::StopbandIncorrect);
+    EXPECT_EQ(equalMinimaIteration(s, xp, notes).fault, FrontFault::stopband_incorrect);
 
     // Poles beside the stopband's axis, where the extremum hardly moves with the zero at infinity.
     xp.upper_stop = 1.0028748L;
     xp.ES.count = 0;
     for (const Real im : {4.46316e-3L, -4.46316e-3L}) xp.ES.append({1.07001L, im});
     for (const Real im : {1.62353e-3L, -1.62353e-3L}) xp.ES.append({-0.0746473L, im});
-    EXPECT_EQ(equalMinimaIteration(s, xp, notes).fault, FrontFault::MinimaNotSettled);
+    EXPECT_EQ(equalMinimaIteration(s, xp, notes).fault, FrontFault::minima_not_settled);
 }
 
 }  // namespace

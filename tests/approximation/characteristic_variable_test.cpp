@@ -181,7 +181,7 @@ TEST(FrequencyVariable, HighPassInvertsGivenFactors) {
     EXPECT_NEAR(static_cast<double>(std::abs(original / turned)), 1, 1e-14);
 
     s = before, s.numeratorFactors(2) = 0;
-    EXPECT_EQ(build(s).verdict.fault, FrontFault::PolynomialIncomplete) << "a root at zero would lower the degree";
+    EXPECT_EQ(build(s).verdict.fault, FrontFault::polynomial_incomplete) << "a root at zero would lower the degree";
 }
 
 TEST(FrequencyVariable, RescalingMovesPolesAndEdgesAlike) {
@@ -217,17 +217,17 @@ TEST(FrequencyVariable, ChecksOfTheRequest) {
         change(s);
         return build(s).verdict.fault;
     };
-    EXPECT_EQ(fault([](FilterSpec& s) { s.filterType = 5; }), FrontFault::FilterTypeIncorrect);
-    EXPECT_EQ(fault([](FilterSpec& s) { s.upperPassEdge = 0; }), FrontFault::CutoffMissing);
-    EXPECT_EQ(fault([](FilterSpec& s) { s.lowerPassEdge = 0; }), FrontFault::None);
-    EXPECT_EQ(fault([](FilterSpec& s) { s.lowerPassEdge = 1000; }, band_pass), FrontFault::EdgesEqual);
-    EXPECT_EQ(fault([](FilterSpec& s) { s.lowerPassEdge = 1100; }, band_pass), FrontFault::CutoffMissing);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.filterType = 5; }), FrontFault::filter_type_incorrect);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.upperPassEdge = 0; }), FrontFault::cutoff_missing);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.lowerPassEdge = 0; }), FrontFault::none);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.lowerPassEdge = 1000; }, band_pass), FrontFault::edges_equal);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.lowerPassEdge = 1100; }, band_pass), FrontFault::cutoff_missing);
     EXPECT_EQ(fault([](FilterSpec& s) { s.medium = sampled_data, s.sampleFrequency = 1900; }),
-              FrontFault::CutoffMissing);
-    EXPECT_EQ(fault([](FilterSpec& s) { s.bandEdgeLoss = 0; }), FrontFault::BandEdgeLossMissing);
-    EXPECT_EQ(fault([](FilterSpec& s) { s.passbandType = 4; }), FrontFault::PassbandIncorrect);
-    EXPECT_EQ(fault([](FilterSpec& s) { s.stopbandType = 3; }), FrontFault::StopbandIncorrect);
-    EXPECT_EQ(fault([](FilterSpec& s) { s.passbandType = functional_passband; }), FrontFault::PolynomialIncomplete);
+              FrontFault::cutoff_missing);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.bandEdgeLoss = 0; }), FrontFault::band_edge_loss_missing);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.passbandType = 4; }), FrontFault::passband_incorrect);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.stopbandType = 3; }), FrontFault::stopband_incorrect);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.passbandType = functional_passband; }), FrontFault::polynomial_incomplete);
     for (const FrontMessage& m : front_messages) EXPECT_EQ(&messageOf(m.fault), &m) << "each fault has one row";
 }
 

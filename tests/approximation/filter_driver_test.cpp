@@ -60,9 +60,9 @@ TEST_F(FilterDriver, TerminationsAndSymmetryFollowTheImplementation) {
     } rows[] = {
         {EntryCode::passive_lc, 50, 50, 0, low_pass, 50, 50, 1, 'P'},
         {EntryCode::passive_lc, 50, 75, 0, low_pass, 50, 75, 0, 'P'},
-        {EntryCode::passive_lc, 0, 0, 0, low_pass, 50, 0, -1, 'P'},
-        {EntryCode::passive_lc, 0, 75, 0, low_pass, 75, 0, -1, 'P'},
-        {EntryCode::passive_lc, 75, 0, 0, low_pass, 75, 0, -1, 'P'},
+        {EntryCode::passive_lc, 0, 0, 0, low_pass, 50, 0, 0, 'P'},
+        {EntryCode::passive_lc, 0, 75, 0, low_pass, 75, 0, 0, 'P'},
+        {EntryCode::passive_lc, 75, 0, 0, low_pass, 75, 0, 0, 'P'},
         {EntryCode::passive_lc, 50, 50, 100, low_pass, 50, 50.05, 0, 'P'},
         {EntryCode::active_rc, 50, 50, 0, low_pass, 1, 0, -1, 'A'},
         {EntryCode::iir_digital, 0, 0, 0, low_pass, 1, 0, -1, 'I'},
@@ -224,10 +224,41 @@ TEST_F(FilterDriver, EveryRefusalIsToldAndLeavesTheFormerDesign) {
 
 // No request of a filter asks for it, only one of a delay.
 TEST(FrontMessages, RequirementsAreUnrealistic) {
-    const FrontMessage& message = messageOf(FrontFault::Unrealistic);
-    EXPECT_EQ(message.place, MessagePlace::Box);
+    const FrontMessage& message = messageOf(FrontFault::unrealistic);
+    EXPECT_EQ(message.place, MessagePlace::box);
     EXPECT_EQ(message.first, "Requirements are unrealistic,");
     EXPECT_EQ(message.second, "design discontinued");
+}
+
+// A ladder with one termination needs zeros at its ends as one with two does; an active filter takes them all finite.
+TEST_F(FilterDriver, EqualMinimaOfALadderLeaveZerosAtItsEnds) {
+    for (const int type : {low_pass, high_pass, band_pass}) {
+        for (const int passband : {maximally_flat, equal_ripple}) {
+            const auto request = [&] {
+                FilterSpec spec = low_pass_request();
+                spec.filterType = type;
+                spec.passbandType = passband;
+                spec.stopbandType = equal_minima;
+                spec.bandEdgeLoss = 0.1;
+                spec.lowerPassEdge = type == low_pass ? 0.0 : 800.0;
+                spec.lowerStopEdge = type == low_pass ? 0.0 : 600.0;
+                spec.upperStopEdge = type == band_pass ? 1300.0 : 1500.0;
+                spec.stopbandLoss = spec.upperStopLoss = 40.0;
+                spec.loadResistance = 0.0;
+                return spec;
+            };
+            FilterSpec active = request(), ladder = request();
+            ASSERT_EQ(run(active, EntryCode::active_rc), FilterDesignVerdict::designed);
+            ASSERT_EQ(run(ladder), FilterDesignVerdict::designed);
+            const int prototype = type == band_pass ? ladder.degree / 2 : ladder.degree;
+            const int at_each_end = prototype % 2 == 0 ? 2 : 1;
+            EXPECT_EQ(ladder.zerosAtZero, type == low_pass ? 0 : at_each_end);
+            EXPECT_EQ(ladder.zerosAtInfinity, type == high_pass ? 0 : at_each_end);
+            EXPECT_GE(design->notes.front.upper_loss_reached, 40.0);
+            EXPECT_GE(ladder.degree, active.degree);
+            EXPECT_LE(active.zerosAtInfinity, 1);
+        }
+    }
 }
 
 // All zeros of a matching network lie at infinity.

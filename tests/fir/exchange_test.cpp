@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "fir/fir_grid.h"
+#include "fir/impulse_response.h"
 
 namespace kavrel {
 namespace {
@@ -29,7 +30,7 @@ struct Design {
         Unwatched unwatched;
         if (!plan_fir(task.JTYPE, task.NFILT, plan) || !make_grid(task, plan, grid)) return false;
         const auto status = exchange(grid, plan.NFCNS, unwatched, result);
-        H = impulse_response(plan, result);
+        H = impulse_response(plan, result.ALPHA);
         return status == ExchangeStatus::converged;
     }
 
@@ -391,15 +392,24 @@ TEST(Exchange, GridOutOfRangeOrNotANumberIsDegenerate) {
 
 TEST(Exchange, WatcherStopsIt) {
     struct StopAt final : ExchangeWatcher {
-        int last = 0;
-        bool pass(int iteration) override { return (last = iteration) < 3; }
-    } watcher;
+        explicit StopAt(int pass) : at(pass) {}
+        int at, last = 0;
+        bool pass(int iteration) override { return (last = iteration) < at; }
+    } watcher(3);
     auto d = design_of(1, 101, {0, 0.2, 0.23, 0.5}, {1, 0}, {1, 1});
     ASSERT_TRUE(d->run());
     EXPECT_EQ(exchange(d->grid, d->plan.NFCNS, watcher, d->result), ExchangeStatus::stopped);
     EXPECT_EQ(watcher.last, 3);
     EXPECT_EQ(d->result.iterations, 3);
     EXPECT_EQ(d->result.ALPHA(1), 0);
+
+    // The first pass tries what the well spread points give, and is not content with it.
+    auto deep = design_of(1, 466, {0, 6.045386 / 48, 8.138967 / 48, 0.5}, {1, 0}, {1, 1});
+    deep->run();
+    ASSERT_GT(deep->result.iterations, 1);
+    StopAt second(2);
+    EXPECT_EQ(exchange(deep->grid, deep->plan.NFCNS, second, deep->result), ExchangeStatus::stopped);
+    EXPECT_EQ(deep->result.ALPHA(1), 0);
 }
 
 }  // namespace

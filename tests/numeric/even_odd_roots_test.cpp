@@ -21,7 +21,7 @@ struct Parts {
 };
 
 template <class Work = long double>
-Parts parts_of(const PseudoPolynomial& p, double a, SolveFault fault = SolveFault::None, bool reactance = false) {
+Parts parts_of(const PseudoPolynomial& p, double a, SolveFault fault = SolveFault::none, bool reactance = false) {
     Parts parts;
     EvenOddWorkspace<Work> ws;
     EXPECT_EQ(solveEvenOdd(p, a, reactance, parts.even, parts.odd, ws).fault, fault);
@@ -163,24 +163,24 @@ TEST(SolveEvenOdd, DegreesFallWithTheirLeadingTerms) {
 TEST(SolveEvenOdd, RefusesWhatIsNoReactance) {
     RandomNumbers random(5);
     PseudoPolynomial hurwitz = random_pseudo(random, 11, 0.3, false);
-    parts_of(hurwitz, 0.3, SolveFault::None, true);
+    parts_of(hurwitz, 0.3, SolveFault::none, true);
 
     // Even part of (s^2 + s/2 + 1.2)(s^2 - s/4 + 0.6): s^4 + 1.675 s^2 + 0.72, complex in s^2
     PseudoPolynomial mixed;
     mixed.multiplier = 1;
     append_pair(mixed, 0.5, 1.2, 0.3);
     append_pair(mixed, -0.25, 0.6, 0.3);
-    parts_of(mixed, 0.3, SolveFault::None, false);
+    parts_of(mixed, 0.3, SolveFault::none, false);
     Parts kept;
     kept.even.multiplier = 7;
     EvenOddWorkspace<double> ws;
-    EXPECT_EQ(solveEvenOdd(mixed, 0.3, true, kept.even, kept.odd, ws).fault, SolveFault::RootOffAxis);
-    EXPECT_EQ(messageOf(SolveFault::RootOffAxis).second, " be a reactance");
+    EXPECT_EQ(solveEvenOdd(mixed, 0.3, true, kept.even, kept.odd, ws).fault, SolveFault::root_off_axis);
+    EXPECT_EQ(messageOf(SolveFault::root_off_axis).second, " be a reactance");
 
     hurwitz.c(3) = std::nan("");
-    EXPECT_EQ(solveEvenOdd(hurwitz, 0.3, false, kept.even, kept.odd, ws).fault, SolveFault::PartNoConvergence);
+    EXPECT_EQ(solveEvenOdd(hurwitz, 0.3, false, kept.even, kept.odd, ws).fault, SolveFault::part_no_convergence);
     hurwitz.degree = 51;
-    EXPECT_EQ(solveEvenOdd(hurwitz, 0.3, false, kept.even, kept.odd, ws).fault, SolveFault::DegreeTooHigh);
+    EXPECT_EQ(solveEvenOdd(hurwitz, 0.3, false, kept.even, kept.odd, ws).fault, SolveFault::degree_too_high);
     EXPECT_EQ(kept.even.multiplier, 7);
 }
 

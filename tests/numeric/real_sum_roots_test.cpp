@@ -104,11 +104,11 @@ TEST(SolveRealSum, RefusesHighDegreeAndComplexRoots) {
     large.multiplier = 1;
     large.count = 26;
     SolveVerdict verdict = solveRealSum(large, R, R, ws);
-    EXPECT_EQ(verdict.fault, SolveFault::RealDegreeTooHigh);
+    EXPECT_EQ(verdict.fault, SolveFault::real_degree_too_high);
     EXPECT_EQ(verdict.number, 26);
     // (x + 2)(x^2 + 1), the first root being common
     verdict = solveRealSum(set_of(1, {-2, 0, 0}), set_of(1, {-2}), R, ws);
-    EXPECT_EQ(verdict.fault, SolveFault::RealNoConvergence);
+    EXPECT_EQ(verdict.fault, SolveFault::real_no_convergence);
     EXPECT_EQ(verdict.number, 2);
     EXPECT_EQ(R.root(1), 6);
     const SolveMessage& message = messageOf(verdict.fault);
@@ -134,7 +134,7 @@ TEST(CreateRealRoot, PutsARootWhereItIsWanted) {
     RealRootSet A = set_of(1, {-1, -3});
     RealRootSet R;
     RealSumWorkspace<double> ws;
-    EXPECT_EQ(createRealRoot(A, set_of(1, {-2, -4}), -3.0, R, ws).fault, SolveFault::CreatedRootMissing);
+    EXPECT_EQ(createRealRoot(A, set_of(1, {-2, -4}), -3.0, R, ws).fault, SolveFault::created_root_missing);
 }
 
 }  // namespace

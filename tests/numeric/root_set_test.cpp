@@ -96,7 +96,7 @@ TEST(RootSet, ProductsBeyondTheRangeOfDoublesKeepTheirDigits) {
 
 TEST(RootOrder, MovesRealsAndKeepsPairs) {
     RootSet set = set_of(2, {{3, 4}, {3, -4}, {1, 0}, {0, 2}, {0, -2}, {-7, 0}, {-1, 0}});
-    EXPECT_EQ(sortConjugates(set, Reals::First), 3);
+    EXPECT_EQ(sortConjugates(set, Reals::first), 3);
     EXPECT_EQ(set.root(1), (Z{-7, 0}));
     EXPECT_EQ(set.root(3), (Z{1, 0}));
     EXPECT_EQ(set.root(4), (Z{0, 2}));
@@ -104,7 +104,7 @@ TEST(RootOrder, MovesRealsAndKeepsPairs) {
 
     RootSigns LARR;
     for (int i = 1; i <= 7; ++i) LARR(i) = i;
-    EXPECT_EQ(sortConjugates(set, Reals::Last, LARR), 3);
+    EXPECT_EQ(sortConjugates(set, Reals::last, LARR), 3);
     EXPECT_EQ(set.root(1), (Z{0, 2}));
     EXPECT_EQ(set.root(5), (Z{-7, 0}));
     const int want[] = {4, 5, 6, 7, 1, 2, 3};
@@ -128,10 +128,10 @@ TEST(RootOrder, KeepsPairsOfEqualMagnitudeTogether) {
         }
         sortByMagnitude(set);
         for (int i = 2; i <= set.count; ++i) EXPECT_LE(cabs(set.root(i - 1)), cabs(set.root(i)));
-        const int reals = sortConjugates(set, Reals::First);
+        const int reals = sortConjugates(set, Reals::first);
         for (int i = 2; i <= reals; ++i) EXPECT_LE(set.re(i - 1), set.re(i));
         expect_pairs_together(set, reals + 1);
-        sortConjugates(set, Reals::Last);
+        sortConjugates(set, Reals::last);
         expect_pairs_together(set, 1);
     }
 }

@@ -23,7 +23,7 @@ RootSet set_of(double multiplier, std::initializer_list<Z> roots) {
 }
 
 template <class Work = long double>
-RootSet sum_of(const RootSet& A, const RootSet& B, SolveFault fault = SolveFault::None, SolveOptions options = {}) {
+RootSet sum_of(const RootSet& A, const RootSet& B, SolveFault fault = SolveFault::none, SolveOptions options = {}) {
     RootSet R;
     SumWorkspace<Work> ws;
     EXPECT_EQ(solveSum(A, B, R, ws, options).fault, fault);
@@ -76,7 +76,7 @@ TEST(SolveSum, AgreesWithManyDigits) {
         }
         {
             SCOPED_TRACE("19 digits");
-            expect_golden(sum_of<long double>(sets[0], sets[1], SolveFault::None, {.precisionDigits = 19}), golden,
+            expect_golden(sum_of<long double>(sets[0], sets[1], SolveFault::none, {.precisionDigits = 19}), golden,
                           2e-18L);
         }
         {
@@ -223,7 +223,7 @@ TEST(SolveSum, AveragesNearPairsOnRequest) {
     const RootSet A = set_of(1, {{0, 1}, {0, -1}, {1e-4, 1}, {1e-4, -1}, {-5, 0}});
     const RootSet B = set_of(1e-12, {{2, 0}});
     const RootSet apart = sum_of(A, B);
-    const RootSet together = sum_of(A, B, SolveFault::None, {.precisionDigits = 14, .symmetrize = true});
+    const RootSet together = sum_of(A, B, SolveFault::none, {.precisionDigits = 14, .symmetrize = true});
     ASSERT_EQ(together.count, 5);
     EXPECT_GT(std::fabs(apart.re(1) - apart.re(3)), 0.9e-4);
     EXPECT_EQ(together.root(1), together.root(3));
@@ -239,19 +239,19 @@ TEST(SolveSum, RefusesWhatItCannotSolveAndLeavesTheResultAlone) {
     RootSet large;
     large.multiplier = 1;
     large.count = 51;
-    EXPECT_EQ(solveSum(large, R, R, ws).fault, SolveFault::DegreeTooHigh);
+    EXPECT_EQ(solveSum(large, R, R, ws).fault, SolveFault::degree_too_high);
     EXPECT_EQ(solveSum(R, large, R, ws).status(), -1);
 
     // x - j + 1: a complex root without its conjugate
-    EXPECT_EQ(solveSum(set_of(1, {{0, 1}}), set_of(1, {}), R, ws).fault, SolveFault::NoConvergence);
+    EXPECT_EQ(solveSum(set_of(1, {{0, 1}}), set_of(1, {}), R, ws).fault, SolveFault::no_convergence);
     const double nan = std::nan("");
-    EXPECT_EQ(solveSum(set_of(1, {{nan, 0}, {2, 0}}), set_of(1, {{3, 0}}), R, ws).fault, SolveFault::NoConvergence);
-    EXPECT_EQ(solveSum(set_of(nan, {{1, 0}}), set_of(1, {{3, 0}}), R, ws).fault, SolveFault::NoConvergence);
+    EXPECT_EQ(solveSum(set_of(1, {{nan, 0}, {2, 0}}), set_of(1, {{3, 0}}), R, ws).fault, SolveFault::no_convergence);
+    EXPECT_EQ(solveSum(set_of(nan, {{1, 0}}), set_of(1, {{3, 0}}), R, ws).fault, SolveFault::no_convergence);
     EXPECT_EQ(solveSum(set_of(1e308, {{1e300, 0}, {-1e305, 0}}), set_of(1, {{3, 0}}), R, ws).fault,
-              SolveFault::NoConvergence);
+              SolveFault::no_convergence);
     EXPECT_EQ(R.multiplier, 9);
     EXPECT_EQ(R.count, 1);
-    EXPECT_EQ(messageOf(SolveFault::NoConvergence).first, " **** No convergence ****");
+    EXPECT_EQ(messageOf(SolveFault::no_convergence).first, " **** No convergence ****");
 }
 
 }  // namespace

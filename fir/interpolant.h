@@ -1,0 +1,48 @@
+// A(x) by its values at NFCNS + 1 abscissae x = cos(2 pi f), in barycentric Lagrange form:
+//
+//     A(x) = sum of ad(j) y(j) / (x - x(j)) over sum of ad(j) / (x - x(j)),   ad(j) = 1 / prod 2 (x(j) - x(k)), k not j
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <span>
+
+#include "fir/fir_grid.h"
+#include "fir/lanes.h"
+
+namespace kavrel {
+
+inline constexpr int max_fir_extrema = max_fir_functions + 1;
+
+// For Real = double and long double.
+template <class Real>
+class Interpolant {
+public:
+    // The A whose weighted error on the grid points `extremal`, ascending, is the deviation with alternating signs.
+    // False when points coincide.
+    [[nodiscard]] bool fit(const FirGrid& grid, std::span<const int> extremal);
+    [[nodiscard]] Real operator()(Real x) const;
+
+    [[nodiscard]] Real deviation() const { return dev; }  // 0 or above
+    [[nodiscard]] int first_sign() const { return nu; }   // sign of the error A - DES at the first point
+    [[nodiscard]] int count() const { return nodes; }     // of the extremal points: NFCNS + 1
+    [[nodiscard]] Real abscissa(int j) const { return x_node[static_cast<std::size_t>(j - 1)]; }
+    [[nodiscard]] Real ordinate(int j) const { return y[static_cast<std::size_t>(j - 1)]; }
+
+private:
+    using Lanes = LanesOf<Real>;
+    using Row = std::array<Real, (max_fir_extrema + Lanes::count - 1) / Lanes::count * Lanes::count>;
+
+    void lagrange_weights();
+    [[nodiscard]] Real at_node(Real x) const;
+
+    int nodes = 0, nu = 1;
+    std::size_t padded = 0;
+    Real dev = 0;
+    alignas(16) Row x_node{}, ad{}, y{};  // abscissae, Lagrange weights, ordinates; the padding has weight 0
+};
+
+extern template class Interpolant<double>;
+extern template class Interpolant<long double>;
+
+}  // namespace kavrel

@@ -43,19 +43,27 @@ void DesktopWindow::show_line(std::string_view line) {
 }
 
 Answer DesktopWindow::message(std::string_view text, std::string_view caption, Buttons buttons) {
+    main_.end_progress();
     return show_message(text, caption, buttons, front());
 }
 
-int DesktopWindow::choose(const ChoiceBox& box) { return show_choices(box, front()); }
+int DesktopWindow::choose(const ChoiceBox& box) {
+    main_.end_progress();
+    return show_choices(box, front());
+}
 
 bool DesktopWindow::edit_form(FormSheet& sheet) {
+    main_.end_progress();
     FormDialog dialog(sheet, settings_, front());
     QObject::connect(&dialog, &FormDialog::help_wanted, &main_,
                      [this](const QString& form) { show_place(manual_.place_of(form)); });
     return dialog.exec() == QDialog::Accepted;
 }
 
-std::string DesktopWindow::choose_file(const FileQuery& query) { return select_file(query, front()); }
+std::string DesktopWindow::choose_file(const FileQuery& query) {
+    main_.end_progress();
+    return select_file(query, front());
+}
 
 void DesktopWindow::set_menu(std::span<const MenuItem> menu, std::string_view title) {
     main_.set_menu(menu, qt_text(title));
@@ -68,7 +76,10 @@ void DesktopWindow::show_plot(const PlotWindow& window) { plot().show_plot(windo
 
 bool DesktopWindow::print_page(const PrintPage& page) { return printing_.print_page(page, front()); }
 
-bool DesktopWindow::print_plot(const PlotWindow& window) { return printing_.print_plot(window, front()); }
+bool DesktopWindow::print_plot(const PlotWindow& window) {
+    QWidget* wished_here = plot_ && plot_->isActiveWindow() ? plot_.get() : front();
+    return printing_.print_plot(window, wished_here);
+}
 
 void DesktopWindow::copy_text() { main_.report().copy(); }
 

@@ -27,12 +27,24 @@ namespace {
 
 constexpr int entry_width = 112;  // of number boxes, so that those of a form stand in line
 
-QString choice_label(const Choice& choice) { return qt_text(trim(choice.label)); }
+QString choice_label(const FormSheet& sheet, const Choice& choice) { return qt_text(trim(sheet.choice_label(choice))); }
+
+// A line to type into. A letter with Alt is an access key, never text, also where no field has that key.
+class EntryLine final : public QLineEdit {
+public:
+    using QLineEdit::QLineEdit;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool is_access_key = event->modifiers() == Qt::AltModifier && !event->text().isEmpty();
+        is_access_key ? event->ignore() : QLineEdit::keyPressEvent(event);
+    }
+};
 
 class NumberEditor final : public FieldEditor {
 public:
     NumberEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
-        : FieldEditor(sheet, field, parent), box_(new QLineEdit(parent)) {
+        : FieldEditor(sheet, field, parent), box_(new EntryLine(parent)) {
         box_->setAlignment(Qt::AlignRight);
         box_->setFixedWidth(entry_width);
         connect(box_, &QLineEdit::textEdited, this, &NumberEditor::take);
@@ -52,7 +64,9 @@ public:
 
 private:
     void take(const QString& typed) {
-        mark(enter(typed_number(typed)));
+        QString wrong = enter(typed_number(typed));
+        if (typed.contains(',')) wrong.replace(qt_text(typed_number(typed)), typed.trimmed());  // named as it was typed
+        mark(wrong);
         shown_ = sheet_.shown(field_);
         emit changed();
     }
@@ -111,7 +125,7 @@ public:
         const int columns = column_count(choices);
         const int rows = (static_cast<int>(choices.size()) + columns - 1) / columns;
         for (std::size_t k = 0; k < choices.size(); ++k) {
-            auto* button = new QRadioButton(with_mnemonic(choice_label(choices[k]), {}), box_);
+            auto* button = new QRadioButton(with_mnemonic(choice_label(sheet_, choices[k]), {}), box_);
             button->setObjectName(qt_text(this->field().name) + '=' + QString::number(choices[k].value));
             buttons_->addButton(button, choices[k].value);
             const int place = static_cast<int>(k);
@@ -145,7 +159,7 @@ public:
         for (const Choice& choice : field().choices) {
             QAbstractButton* button = buttons_->button(choice.value);
             button->setEnabled(sheet_.choice_is_on(field_, choice.value));
-            if (choice.label == shown) button->setChecked(true);
+            if (sheet_.choice_label(choice) == shown) button->setChecked(true);
         }
         // The tab key comes to the chosen one, or to the first where that is off or nothing is chosen.
         const auto buttons = buttons_->buttons();
@@ -194,7 +208,7 @@ class ChoiceEditor final : public FieldEditor {
 public:
     ChoiceEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
         : FieldEditor(sheet, field, parent), box_(new QComboBox(parent)) {
-        for (const Choice& choice : this->field().choices) box_->addItem(choice_label(choice), choice.value);
+        for (const Choice& choice : this->field().choices) box_->addItem(choice_label(sheet_, choice), choice.value);
         box_->setMinimumWidth(entry_width);
         connect(box_, &QComboBox::currentIndexChanged, this, [this] {
             static_cast<void>(enter(std::to_string(box_->currentData().toInt())));
@@ -211,7 +225,7 @@ public:
         for (int k = 0; k < box_->count(); ++k) {
             const Choice& choice = field().choices[static_cast<std::size_t>(k)];
             if (model != nullptr) model->item(k)->setEnabled(sheet_.choice_is_on(field_, choice.value));
-            if (choice.label == sheet_.shown(field_)) current = k;
+            if (sheet_.choice_label(choice) == sheet_.shown(field_)) current = k;
         }
         box_->setCurrentIndex(current);
     }
@@ -247,7 +261,7 @@ private:
 class TextEditor final : public FieldEditor {
 public:
     TextEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
-        : FieldEditor(sheet, field, parent), box_(new QLineEdit(parent)) {
+        : FieldEditor(sheet, field, parent), box_(new EntryLine(parent)) {
         box_->setMinimumWidth(3 * entry_width);
         connect(box_, &QLineEdit::textEdited, this, [this](const QString& typed) {
             static_cast<void>(enter(utf8_text(typed)));
@@ -275,6 +289,7 @@ public:
     ButtonEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
         : FieldEditor(sheet, field, parent), button_(new QPushButton(parent)) {
         button_->setAutoDefault(false);
+        button_->setMinimumWidth(entry_width);  // those below each other stand in line
         connect(button_, &QPushButton::clicked, this, [this] {
             sheet_.press(field_);
             emit changed();
@@ -286,7 +301,8 @@ public:
     void set_mnemonic(QChar key) override { key_ = key; }
 
     void refresh() override {
-        button_->setText(with_mnemonic(label() + "...", key_));
+        const QString dots = label().endsWith('.') ? "" : "...";
+        button_->setText(with_mnemonic(label() + dots, key_));
         button_->setEnabled(is_on());
     }
 

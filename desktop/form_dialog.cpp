@@ -1,18 +1,53 @@
 #include "desktop/form_dialog.h"
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QShortcut>
+#include <QStyle>
 #include <QToolTip>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "desktop/mnemonics.h"
 #include "desktop/text.h"
+#include "desktop/window_fit.h"
 #include "desktop/window_settings.h"
 
 namespace kavrel {
+
+namespace {
+
+constexpr int field_margin = 12;  // kept in sight around the field that has the keys
+
+// The fields of a form. Where the screen is too small for all of them they can be scrolled, and the field that has the
+// keys is in sight.
+class FormBody final : public QScrollArea {
+public:
+    explicit FormBody(QWidget* parent) : QScrollArea(parent) {
+        setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus);
+        setWidgetResizable(true);
+        connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+            if (now != nullptr && widget() != nullptr && widget()->isAncestorOf(now)) bring_into_sight(*now);
+        });
+    }
+    QSize sizeHint() const override { return widget()->sizeHint().expandedTo(widget()->minimumSizeHint()); }
+    QSize minimumSizeHint() const override { return sizeHint().boundedTo({240, 120}); }
+
+private:
+    // All of the field, not only the place of its text cursor.
+    void bring_into_sight(const QWidget& field) {
+        const QPoint middle = field.mapTo(widget(), field.rect().center());
+        const QSize margins = (field.size() / 2 + QSize(field_margin, field_margin)).boundedTo(viewport()->size() / 2);
+        ensureVisible(middle.x(), middle.y(), margins.width(), margins.height());
+    }
+};
+
+}  // namespace
 
 FormDialog::FormDialog(FormSheet& sheet, WindowSettings& settings, QWidget* parent)
     : QDialog(parent), sheet_(sheet), settings_(settings) {
@@ -24,7 +59,7 @@ FormDialog::FormDialog(FormSheet& sheet, WindowSettings& settings, QWidget* pare
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 12, 12, 12);
     layout->setSpacing(12);
-    auto* body = new QWidget(this);
+    auto* body = new QWidget;
     std::vector<FieldEditor*> editors;
     for (std::size_t i = 0; i < sheet.size(); ++i) {
         editors.push_back(make_field_editor(sheet, i, body));
@@ -44,12 +79,14 @@ FormDialog::FormDialog(FormSheet& sheet, WindowSettings& settings, QWidget* pare
     }
     Mnemonics mnemonics("och");
     fields_ = lay_out_form(sheet, editors, mnemonics, *body);
-    layout->addWidget(body, 1);
+    auto* area = new FormBody(this);
+    area->setWidget(body);
+    layout->addWidget(area, 1);
     layout->addWidget(buttons);
     order_tabs();
     refresh();
     static_cast<void>(settings_.restore(name, *this));
-    resize(size().expandedTo(sizeHint()));
+    fit_screen();
     focus_field(settings_.form_field(name));
 }
 
@@ -73,6 +110,16 @@ void FormDialog::reject() {
 void FormDialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     activateWindow();
+}
+
+// As large as its fields, or as it was left, but no larger than the screen.
+void FormDialog::fit_screen() {
+    const QSize most = most_of_screen(*this);
+    QSize wanted = size().expandedTo(sizeHint());
+    wanted.setWidth(std::max(wanted.width(), title_bar_width(*this)));
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    if (sizeHint().height() > most.height()) wanted.rwidth() = std::max(wanted.width(), sizeHint().width() + bar);
+    resize(wanted.boundedTo(most));
 }
 
 void FormDialog::refresh() {

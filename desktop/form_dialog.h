@@ -27,6 +27,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    void fit_screen();
     void refresh();
     void order_tabs();
     void keep_field();

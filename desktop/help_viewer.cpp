@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QSplitter>
 #include <QTextBlock>
@@ -10,6 +11,7 @@
 #include <QToolBar>
 
 #include "desktop/icons.h"
+#include "desktop/window_fit.h"
 
 namespace kavrel {
 
@@ -52,7 +54,8 @@ void dress_block(const QTextBlock& block, const QColor& paper) {
     if (is_code) {
         format.setBackground(paper);
         format.setLeftMargin(12);
-    } else if (format.headingLevel() == 0 && block.textList() == nullptr) {
+    } else if (format.headingLevel() == 0 && block.textList() == nullptr &&
+               !block.text().contains(QChar::ObjectReplacementCharacter)) {  // no share of a picture's height
         format.setLineHeight(112, QTextBlockFormat::ProportionalHeight);
     }
     QTextCursor(block).setBlockFormat(format);
@@ -76,12 +79,26 @@ class ManualBrowser final : public QTextBrowser {
 public:
     QVariant loadResource(int type, const QUrl& name) override {
         const QVariant found = QTextBrowser::loadResource(type, name);
+        if (type == QTextDocument::ImageResource) return fitted(found.toByteArray());
         if (!name.path().endsWith(".md")) return found;
         QTextDocument page;
         page.setDefaultFont(font());
         page.setMarkdown(QString::fromUtf8(found.toByteArray()));
         dress_page(page, palette());
         return page.toHtml();
+    }
+
+private:
+    // A picture that is wider than the page is made to fit.
+    [[nodiscard]] QImage fitted(const QByteArray& bytes) const {
+        QImage picture = QImage::fromData(bytes);
+        const double ratio = devicePixelRatioF();
+        const int bar = verticalScrollBar()->sizeHint().width();  // which most pages have
+        const int room = contentsRect().width() - bar - 2 * qRound(document()->documentMargin()) - 2;
+        if (room <= 0 || picture.width() <= room) return picture;
+        picture = picture.scaledToWidth(qRound(room * ratio), Qt::SmoothTransformation);
+        picture.setDevicePixelRatio(ratio);
+        return picture;
     }
 
 protected:
@@ -113,21 +130,19 @@ HelpViewer::HelpViewer(const Manual& manual, WindowSettings& settings)
     browser_->setOpenExternalLinks(true);
     browser_->document()->setDocumentMargin(16);
     connect(browser_, &QTextBrowser::sourceChanged, this, &HelpViewer::went_to_page);
-    connect(list_, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
-        show_place({.page = item->data(page_role).toString(), .heading = {}});
-        mark_words(item->data(line_role).toString());
-    });
+    connect(list_, &QListWidget::itemClicked, this, &HelpViewer::open_item);
+    connect(list_, &QListWidget::itemActivated, this, &HelpViewer::open_item);
     make_toolbar();
     list_pages();
-    if (!settings_.restore("help", *this)) resize(980, 720);
+    if (!settings_.restore("help", *this)) resize(QSize(980, 720).boundedTo(most_of_screen(*this)));
 }
 
 HelpViewer::~HelpViewer() { settings_.keep("help", *this); }
 
 void HelpViewer::show_place(const ManualPlace& place) {
     const QUrl page(place.page + ".md");
+    show();  // first, for the page is made to its width
     if (browser_->source() != page) browser_->setSource(page);
-    show();
     raise();
     activateWindow();
     scroll_to_heading(place.heading);
@@ -147,6 +162,8 @@ void HelpViewer::make_toolbar() {
     QAction* back = add_button(*bar, tr("◀ Back"), tr("The page before (Alt+Left)"));
     QAction* forward = add_button(*bar, tr("Forward ▶"), tr("Forward again (Alt+Right)"));
     QAction* home = add_button(*bar, tr("Contents"), tr("The first page of the manual"));
+    back->setShortcut(QKeySequence::Back);
+    forward->setShortcut(QKeySequence::Forward);
     back->setEnabled(false);
     forward->setEnabled(false);
     connect(back, &QAction::triggered, browser_, &QTextBrowser::backward);
@@ -167,6 +184,7 @@ void HelpViewer::make_toolbar() {
     words_->setMaximumWidth(300);
     bar->addWidget(words_);
     connect(words_, &QLineEdit::textChanged, this, &HelpViewer::list_hits);
+    connect(words_, &QLineEdit::returnPressed, this, &HelpViewer::open_next_hit);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, words_, [this] {
         words_->setFocus();
         words_->selectAll();
@@ -203,6 +221,22 @@ void HelpViewer::list_hits(const QString& words) {
         item->setToolTip(hit.line);
         item->setData(page_role, hit.page);
         item->setData(line_role, words.simplified().section(' ', 0, 0) + '\n' + hit.line);
+    }
+}
+
+void HelpViewer::open_item(const QListWidgetItem* item) {
+    show_place({.page = item->data(page_role).toString(), .heading = {}});
+    mark_words(item->data(line_role).toString());
+}
+
+// Enter in the search line goes from hit to hit, round at the end; the keys stay there.
+void HelpViewer::open_next_hit() {
+    for (int step = 1; step <= list_->count(); ++step) {
+        const int row = (list_->currentRow() + step) % list_->count();
+        if (!list_->item(row)->data(line_role).isValid()) continue;
+        list_->setCurrentRow(row);
+        open_item(list_->item(row));
+        return;
     }
 }
 

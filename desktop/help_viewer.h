@@ -31,6 +31,8 @@ private:
     void make_toolbar();
     void list_pages();
     void list_hits(const QString& words);
+    void open_item(const QListWidgetItem* item);
+    void open_next_hit();
     void went_to_page(const QUrl& page);
     void scroll_to_heading(const QString& heading);
     void mark_words(const QString& line);

@@ -1,14 +1,13 @@
 // kavrel: the workbench in a window.
 
 #include <QApplication>
-#include <QFileInfo>
-#include <QStyleFactory>
 #include <clocale>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
 
 #include "desktop/program.h"
+#include "desktop/window_style.h"
 
 namespace kavrel {
 namespace {
@@ -41,7 +40,7 @@ int run(int argc, char** argv) {
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName("kavrel");
     QApplication::setDesktopFileName("kavrel");
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setStyle(new WindowStyle);
 
     const QStringList arguments = QApplication::arguments();
     const std::string argument = arguments.size() > 1 ? arguments[1].toStdString() : std::string{};

@@ -17,6 +17,7 @@
 #include "desktop/icons.h"
 #include "desktop/report_view.h"
 #include "desktop/text.h"
+#include "desktop/window_fit.h"
 
 namespace kavrel {
 
@@ -71,7 +72,7 @@ MainWindow::MainWindow(WindowSettings& settings)
     }
     make_own_actions();
     qApp->installEventFilter(this);
-    if (!settings_.restore("main", *this)) resize(usual_size);
+    if (!settings_.restore("main", *this)) resize(usual_size.boundedTo(most_of_screen(*this)));
 }
 
 MainWindow::~MainWindow() { settings_.keep("main", *this); }
@@ -79,6 +80,7 @@ MainWindow::~MainWindow() { settings_.keep("main", *this); }
 void MainWindow::set_menu(std::span<const MenuItem> table, const QString& title) {
     table_ = table;
     setWindowTitle(title);
+    segment_->setText(title.section(" - ", 1));  // "PASSIVE LC/MICROWAVE MENU" of "Kavrel - PASSIVE LC/MICROWAVE MENU"
     // The menu that is left may be the one whose item was chosen: it goes when all is done.
     const auto former = menuBar()->actions();
     menuBar()->removeAction(own_menu_->menuAction());
@@ -104,16 +106,14 @@ void MainWindow::set_toolbar(std::span<const ToolbarItem> toolbar) {
     }
 }
 
-void MainWindow::set_status(const QString& segment, const QString& units, const QString& file) {
-    segment_->setText(segment);
+void MainWindow::set_status(const QString& units, const QString& file) {
     units_->setText(units);
     file_->setText(file);
     file_->setVisible(!file.isEmpty());
-    setWindowFilePath({});
 }
 
 void MainWindow::show_progress(const QString& work, int done, int total) {
-    work_->setText(work);
+    work_->setText(total > 0 || done <= 0 ? work : tr("%1, step %2").arg(work).arg(done));
     bar_->setRange(0, total);
     bar_->setValue(done);
     bar_->setTextVisible(total > 0);

@@ -26,9 +26,10 @@ public:
 
     void set_menu(std::span<const MenuItem> table, const QString& title);
     void set_toolbar(std::span<const ToolbarItem> toolbar);
-    void set_status(const QString& segment, const QString& units, const QString& file);
+    void set_status(const QString& units, const QString& file);
 
-    // Long work: a bar (without an end when `total` is 0) and a button to stop it, while the menus wait.
+    // Long work: a bar (without an end, but with a count, when `total` is 0) and a button to stop it, while the menus
+    // wait. It is over, or waits itself for an answer, when the bar is gone.
     void show_progress(const QString& work, int done, int total);
     void end_progress();
 

@@ -85,7 +85,8 @@ void Manual::read_places() {
 
 ManualPlace Manual::place_of(const QString& form) const {
     const auto found = std::ranges::find(entries_, form, &Entry::form);
-    return form.isEmpty() || found == entries_.end() ? place_of_the_rest() : found->place;
+    if (!form.isEmpty() && found != entries_.end()) return found->place;
+    return {.page = place_of_the_rest().page, .heading = form};
 }
 
 ManualPlace Manual::place_of(int item_id) const {

@@ -40,7 +40,8 @@ public:
     // In the order in which the index names them, the index first; what it does not name last.
     [[nodiscard]] const std::vector<ManualPage>& pages() const { return pages_; }
 
-    // Where "help_index.txt" puts a form's name, or a menu item's id.
+    // Where "help_index.txt" puts a form's name, or a menu item's id. A form that it does not name has a heading of its
+    // own on the page of what stands nowhere.
     [[nodiscard]] ManualPlace place_of(const QString& form) const;
     [[nodiscard]] ManualPlace place_of(int item_id) const;
 

@@ -1,11 +1,13 @@
 #include "desktop/message_boxes.h"
 
 #include <QAbstractButton>
+#include <QGridLayout>
 #include <QPushButton>
 #include <algorithm>
 
 #include "desktop/mnemonics.h"
 #include "desktop/text.h"
+#include "desktop/window_fit.h"
 #include "shell/fixed_text.h"
 
 namespace kavrel {
@@ -32,6 +34,14 @@ void furnish(QMessageBox& box, std::string_view text, std::string_view caption) 
     box.setWindowModality(Qt::WindowModal);
 }
 
+// A box is as wide as its text and buttons: this makes it wide enough for its caption, too.
+void make_room_for_caption(QMessageBox& box) {
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (grid == nullptr) return;
+    auto* room = new QSpacerItem(title_bar_width(box), 0, QSizePolicy::Minimum, QSizePolicy::Fixed);
+    grid->addItem(room, grid->rowCount(), 0, 1, grid->columnCount());
+}
+
 }  // namespace
 
 QMessageBox::Icon icon_of(std::string_view caption) {
@@ -44,6 +54,7 @@ Answer show_message(std::string_view text, std::string_view caption, Buttons but
     furnish(box, text, caption);
     if (buttons == Buttons::ok) {
         box.setStandardButtons(QMessageBox::Ok);
+        make_room_for_caption(box);
         box.exec();
         return Answer::ok;
     }
@@ -51,6 +62,7 @@ Answer show_message(std::string_view text, std::string_view caption, Buttons but
     // Nothing is overwritten or ended by a hasty Enter.
     box.setDefaultButton(icon_of(caption) == QMessageBox::Question ? QMessageBox::Yes : QMessageBox::No);
     box.setEscapeButton(QMessageBox::No);
+    make_room_for_caption(box);
     return box.exec() == QMessageBox::Yes ? Answer::yes : Answer::no;
 }
 
@@ -65,6 +77,7 @@ int show_choices(const ChoiceBox& choices, QWidget* parent) {
     }
     box.setEscapeButton(box.addButton(QObject::tr("&Cancel"), QMessageBox::RejectRole));
     if (!buttons.isEmpty()) box.setDefaultButton(static_cast<QPushButton*>(buttons.first()));
+    make_room_for_caption(box);
     box.exec();
     return static_cast<int>(buttons.indexOf(box.clickedButton())) + 1;
 }

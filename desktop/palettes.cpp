@@ -2,15 +2,11 @@
 
 namespace kavrel {
 
-namespace {
-
 bool is_dark(const QPalette& palette) { return palette.color(QPalette::Base).lightness() < 128; }
-
-}  // namespace
 
 QPalette window_palette(Shade shade) {
     const bool dark = shade == Shade::dark;
-    const QColor window(dark ? 0x26292d : 0xf0f1f3);
+    const QColor window(dark ? 0x2a2d32 : 0xf0f1f3);
     const QColor base(dark ? 0x1b1d20 : 0xffffff);
     const QColor text(dark ? 0xdfe2e6 : 0x1a1d21);
     const QColor faint(dark ? 0x7c828a : 0x9299a2);
@@ -22,6 +18,7 @@ QPalette window_palette(Shade shade) {
         palette.setColor(group, QPalette::Window, window);
         palette.setColor(group, QPalette::Base, off ? window : base);
         palette.setColor(group, QPalette::AlternateBase, QColor(dark ? 0x212428 : 0xf6f7f9));
+        if (dark) palette.setColor(group, QPalette::Mid, QColor(off ? 0x4a4f55 : 0x7d848c));
         palette.setColor(group, QPalette::ToolTipBase, QColor(dark ? 0x33373c : 0xfffbe6));
         palette.setColor(group, QPalette::ToolTipText, text);
         palette.setColor(group, QPalette::PlaceholderText, faint);

@@ -9,6 +9,7 @@ namespace kavrel {
 enum class Shade { light, dark };
 
 [[nodiscard]] QPalette window_palette(Shade shade);
+[[nodiscard]] bool is_dark(const QPalette& palette);
 
 // Colours and line widths (pixels of a screen of 96 dots an inch) of a plot.
 struct PlotColours {

@@ -38,6 +38,7 @@ PlotViewer::PlotViewer(WindowSettings& settings)
     connect(print, &QAction::triggered, this, [this] { emit print_wanted(print_id_); });
     make_toolbar();
     auto* title = new QLabel(qt_text(cursor_box_title) + ':', this);
+    title->setContentsMargins(6, 0, 0, 0);
     statusBar()->addWidget(title);
     statusBar()->addWidget(cursor_);
     statusBar()->addPermanentWidget(difference_);

@@ -1,5 +1,6 @@
 #include "desktop/printing.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QFontMetricsF>
 #include <QPainter>
@@ -24,6 +25,12 @@ constexpr double page_margin = 15.0;   // millimetres
 
 void furnish(QPrinter& printer) {
     printer.setPageMargins(QMarginsF(page_margin, page_margin, page_margin, page_margin), QPageLayout::Millimeter);
+}
+
+// Where there is no printer the dialog offers a file beside the others of the work.
+void offer_file(QPrinter& printer) {
+    if (QPrinterInfo::availablePrinterNames().isEmpty())
+        printer.setOutputFileName(QDir::current().filePath("kavrel.pdf"));
 }
 
 // Text lines on a page, each character in a cell of its own.
@@ -100,7 +107,7 @@ bool Printing::print_page(const PrintPage& page, QWidget* parent) {
 }
 
 bool Printing::print_plot(const PlotWindow& plot, QWidget* parent) {
-    if (!is_ready(parent)) return false;
+    if (!is_ready(parent)) return true;  // the user thought better of it
     printer_->setDocName(qt_text(plot_window_title));
     const auto orientation = printer_->pageLayout().orientation();
     printer_->setPageOrientation(QPageLayout::Landscape);
@@ -118,6 +125,7 @@ bool Printing::print_plot(const PlotWindow& plot, QWidget* parent) {
 bool Printing::print_report(const QStringList& lines, QWidget* parent) {
     QPrinter printer(QPrinter::HighResolution);
     furnish(printer);
+    offer_file(printer);
     QPrintDialog dialog(&printer, parent);
     return dialog.exec() == QDialog::Accepted && print_lines(printer, lines);
 }
@@ -143,6 +151,7 @@ bool Printing::is_ready(QWidget* parent) {
     if (ready_) return true;
     printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
     furnish(*printer_);
+    offer_file(*printer_);
     QPrintDialog dialog(printer_.get(), parent);
     if (dialog.exec() != QDialog::Accepted) return false;
     const QString file = printer_->outputFileName();

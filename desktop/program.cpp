@@ -5,15 +5,11 @@
 #include "desktop/text.h"
 #include "shell/units.h"
 #include "workbench/events.h"
-#include "workbench/rooms.h"
 #include "workbench/start_up.h"
 
 namespace kavrel {
 
 namespace {
-
-// "PASSIVE LC/MICROWAVE MENU" of "Kavrel - PASSIVE LC/MICROWAVE MENU".
-QString segment_text(const Session& session) { return qt_text(room_of(session.segment).title).section(" - ", 1); }
 
 // "KHz, mH, nF, usec", or the frequency unit alone where the others are those of the SI.
 QString units_text(const UnitSet& units) {
@@ -66,7 +62,7 @@ void Program::leave() {
 void Program::show_status() {
     const Session& session = bench_.session;
     const QString file = qt_text(session.filter_file.trimmed());
-    window_.main().set_status(segment_text(session), units_text(session.units), QFileInfo(file).fileName());
+    window_.main().set_status(units_text(session.units), QFileInfo(file).fileName());
 }
 
 }  // namespace kavrel

@@ -6,6 +6,7 @@
 #include "desktop/find_bar.h"
 #include "desktop/icons.h"
 #include "desktop/report_view.h"
+#include "desktop/window_fit.h"
 
 namespace kavrel {
 
@@ -26,7 +27,7 @@ TextViewer::TextViewer(WindowSettings& settings) : settings_(settings), view_(ne
     connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this, &QWidget::close);
     connect(view_, &ReportView::zoom_wanted, this,
             [this](int steps) { view_->set_font(view_->family(), view_->points() + steps); });
-    if (!settings_.restore("text", *this)) resize(820, 640);
+    if (!settings_.restore("text", *this)) resize(QSize(820, 640).boundedTo(most_of_screen(*this)));
 }
 
 TextViewer::~TextViewer() { settings_.keep("text", *this); }

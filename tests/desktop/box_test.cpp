@@ -1,14 +1,17 @@
 // Boxes, selectors, printing, long work.
 #include <QFileDialog>
+#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 
 #include "desktop/file_selector.h"
 #include "desktop/message_boxes.h"
+#include "desktop/window_fit.h"
 #include "tests/desktop/desktop_run.h"
 
 namespace kavrel {
@@ -40,6 +43,24 @@ TEST(Boxes, AnswersByKeys) {
     EXPECT_EQ(ask("Warning", Buttons::yes_no, Qt::Key_Return), Answer::no) << "a hasty Enter overwrites nothing";
     EXPECT_EQ(ask("Warning", Buttons::yes_no, Qt::Key_Y, Qt::AltModifier), Answer::yes);
     EXPECT_EQ(ask("Question", Buttons::yes_no, Qt::Key_Escape), Answer::no);
+}
+
+TEST(Boxes, CaptionsAndTitlesFitTheirWindows) {
+    DesktopRun run;
+    for (const auto buttons : {Buttons::ok, Buttons::yes_no}) {
+        run.hands.then([](QDialog& box) {
+            EXPECT_GE(box.width(), title_bar_width(box));
+            box.accept();
+        });
+        static_cast<void>(run.window.message("!", "Plot data Error", buttons));
+    }
+    for (const int id : {143, 166, 1031}) {
+        run.hands.then([](QDialog& form) {
+            EXPECT_GE(form.width(), std::min(title_bar_width(form), most_of_screen(form).width()));
+            form.reject();
+        });
+        run.program->send(id);
+    }
 }
 
 TEST(Boxes, ChoicesAreButtons) {
@@ -95,6 +116,8 @@ TEST(Printing, PagesKeepTheirLinesAndGoToTheFileNamed) {
         EXPECT_TRUE(pdf.starts_with("%PDF")) << name;
         EXPECT_NE(pdf.find("DejaVuSansMono"), std::string::npos) << "the font is embedded";
     }
+    run.hands.then([](QDialog& dialog) { dialog.reject(); });
+    EXPECT_TRUE(DesktopWindow({}).print_plot({})) << "who cancels has nothing to be told";
     run.window.printing().use_pdf("missing/pages");
     EXPECT_FALSE(run.window.print_page(page));
 }
@@ -117,6 +140,17 @@ TEST(LongWork, LinesAppearAsTheyAreWrittenAndTheUserCanStop) {
         QTimer::singleShot(0, stop, [stop] { stop->click(); });
     }
     EXPECT_TRUE(shown);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        static_cast<void>(run.window.progress("Searching", 7, 0));
+        const auto labels = run.window.main().findChildren<QLabel*>();
+        return std::ranges::any_of(labels, [](QLabel* label) { return label->text() == "Searching, step 7"; });
+    }));
+    EXPECT_TRUE(stop->isVisible());
+    run.hands.then([&](QDialog& box) {
+        EXPECT_FALSE(stop->isVisible()) << "the work waits for an answer";
+        box.accept();
+    });
+    static_cast<void>(run.window.message("Which one?", "Question", Buttons::ok));
     run.window.end_work();
     EXPECT_FALSE(stop->isVisible());
     EXPECT_TRUE(run.window.main().menuBar()->isEnabled());

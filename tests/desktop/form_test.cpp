@@ -16,6 +16,8 @@
 
 #include "desktop/form_dialog.h"
 #include "desktop/number_entry.h"
+#include "desktop/palettes.h"
+#include "desktop/window_fit.h"
 #include "shell/number_text.h"
 #include "synthesis/synthesis_form.h"
 #include "tests/desktop/desktop_run.h"
@@ -272,6 +274,45 @@ TEST(Forms, EntriesThatAreNoNumbersKeepTheFormOpen) {
     EXPECT_FALSE(dialog.isVisible());
 }
 
+TEST(Forms, ALetterWithAltIsNeverText) {
+    DesktopRun run;
+    WindowSettings settings;
+    FormSheet sheet(DESIGN_FILTER_DLG, &run.bench().filter_request, run.bench().session.units, run.bench().reporter);
+    FormDialog dialog(sheet, settings, &run.window.main());
+    dialog.show();
+    ASSERT_TRUE(wait_for(dialog));
+    auto* box = dialog.findChild<QLineEdit*>("upper_passband");
+    type_over(*box, "4k");
+    press(*box, Qt::Key_S, Qt::AltModifier);  // the key of a field that is off
+    EXPECT_EQ(box->text(), "4k");
+    type_over(*box, "2,5x");
+    EXPECT_EQ(box->toolTip(), "'2,5x' is not a number") << "as it was typed";
+}
+
+TEST(Forms, TheFieldThatHasTheKeysIsInSightOnASmallScreen) {
+    DesktopRun run;
+    WindowSettings settings;
+    FormSheet sheet(DESIGN_FILTER_DLG, &run.bench().filter_request, run.bench().session.units, run.bench().reporter);
+    FormDialog dialog(sheet, settings, &run.window.main());
+    EXPECT_EQ(dialog.size(), dialog.size().boundedTo(most_of_screen(dialog)));
+    dialog.resize(420, 300);
+    run.hands.then([](QDialog&) {});  // stays open
+    dialog.show();
+    ASSERT_TRUE(wait_for(dialog));
+    EXPECT_EQ(dialog.size(), QSize(420, 300));
+    auto* first = dialog.findChild<QWidget*>("filter_kind=1");
+    auto* last = dialog.findChild<QWidget*>("center_frequency");
+    for (QWidget* field : {last, first, last}) {
+        field->setFocus();
+        EXPECT_EQ(field->visibleRegion().boundingRect(), field->rect()) << utf8_text(field->objectName());
+    }
+    auto* ok = button_of(dialog, "OK");
+    EXPECT_FALSE(ok->visibleRegion().isEmpty());
+    dialog.resize(dialog.sizeHint());
+    QApplication::processEvents();
+    EXPECT_FALSE(first->visibleRegion().isEmpty() || last->visibleRegion().isEmpty()) << "room for all";
+}
+
 TEST(Forms, ARefusedFormTellsWhyAndComesBackWithWhatWasEntered) {
     DesktopRun run;
     run.hands
@@ -328,6 +369,22 @@ TEST(Forms, NumbersReadBackAsTheSameNumbers) {
     EXPECT_EQ(short_number(1e-8), "10n");
     EXPECT_EQ(short_number(-4.7e6), "-4.7M");
     EXPECT_EQ(short_number(0.0), "0");
+}
+
+TEST(Palettes, WhatIsToBeTickedStandsOutFromADarkWindow) {
+    for (QAbstractButton* made :
+         {static_cast<QAbstractButton*>(new QRadioButton), static_cast<QAbstractButton*>(new QCheckBox)}) {
+        const std::unique_ptr<QAbstractButton> button(made);
+        button->setPalette(window_palette(Shade::dark));
+        button->resize(40, 24);
+        const QImage drawn = button->grab().toImage();
+        int lightest = 0;
+        for (int x = 0; x < drawn.width(); ++x) {
+            for (int y = 0; y < drawn.height(); ++y) lightest = std::max(lightest, drawn.pixelColor(x, y).lightness());
+        }
+        const int paper = drawn.pixelColor(drawn.width() - 1, 0).lightness();
+        EXPECT_GT(lightest, paper + 60) << button->metaObject()->className();
+    }
 }
 
 TEST(FormLayout, ColumnsAreAsEvenAsTheBlocksAllow) {

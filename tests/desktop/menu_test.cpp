@@ -1,7 +1,9 @@
 // Menus: every item of every table by pointer, by its access keys and by its accelerator.
+#include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QToolBar>
+#include <algorithm>
 
 #include "tests/desktop/desktop_run.h"
 
@@ -154,6 +156,8 @@ TEST(MainWindow, TitleStatusAndExit) {
     EXPECT_EQ(run.window.main().windowTitle(), "Kavrel - MAIN MENU");
     enter_segment(run.bench(), SegmentId::fir);
     EXPECT_EQ(run.window.main().windowTitle(), "Kavrel - FIR DIGITAL MENU");
+    const auto labels = run.window.main().statusBar()->findChildren<QLabel*>();
+    EXPECT_TRUE(std::ranges::any_of(labels, [](QLabel* one) { return one->text() == "FIR DIGITAL MENU"; }));
     run.hands.then([](QDialog& box) {
         EXPECT_EQ(box.windowTitle(), "Warning");
         press(box, Qt::Key_Escape);

@@ -22,6 +22,7 @@ Sweep sweep_of(std::span<const double> frequencies);
 TransferVerdict write_lines(const TransferInput& input, const TransferRequest& request,
                             std::span<const double> frequencies, std::vector<std::string>& lines);
 bool overflows(std::string_view line, std::string_view title);
+std::string_view without_mark(std::string_view line);
 
 }  // namespace
 
@@ -147,11 +148,19 @@ TransferVerdict write_lines(const TransferInput& input, const TransferRequest& r
     return TransferVerdict::internal_error;
 }
 
-// A field that its number does not fit into is full of asterisks; a title may have some of its own.
+// A field that its number does not fit into is full of asterisks; the line of the title may have some of its own.
 bool overflows(std::string_view line, std::string_view title) {
     const std::string words = trimmed_title(title);
-    if (!words.empty() && line.find(words) != std::string_view::npos) return false;
+    if (!words.empty() && without_mark(line) == words) return false;
     return line.find("**") != std::string_view::npos;
+}
+
+// What stands behind the mark of a comment line.
+std::string_view without_mark(std::string_view line) {
+    for (const std::string_view mark : {"! ", "* ", " %"}) {
+        if (line.starts_with(mark)) return trim(line.substr(mark.size()));
+    }
+    return {};
 }
 
 }  // namespace

@@ -27,6 +27,13 @@ std::vector<double> coefficients(int count, const Roots& re, const Roots& im, lo
     return ascending;
 }
 
+// Factors s - a of unit elements stand for a - s.
+int turned_factors(const TransferFunction& t) {
+    int count = 0;
+    for (int i = 1; i <= t.zeroCount; ++i) count += t.ZEROS_RE(i) > 0 && t.ZEROS_IM(i) == 0 ? 1 : 0;
+    return count;
+}
+
 void add_rows(const std::vector<double>& ascending, std::vector<std::string>& lines) {
     for (auto order = ascending.size(); order-- > 0;) {
         lines.push_back(line().x(2).pe(ascending[order], 23, 13).a("   % order=").i(static_cast<long long>(order), 2));
@@ -40,7 +47,8 @@ TransferPolynomials transfer_polynomials(const TransferFunction& t, bool warped)
     constexpr long double two_pi = 2 * std::numbers::pi_v<long double>;
     const long double unit = warped ? 1 : t.normFrequency;
     const long double level = std::pow(10.0L, static_cast<long double>(t.lossConstant) / 20);
-    const long double multiplier = t.multiplier * level * std::pow(unit, t.zeroCount - t.poleCount);
+    const long double sign = warped && turned_factors(t) % 2 != 0 ? -1 : 1;
+    const long double multiplier = sign * t.multiplier * level * std::pow(unit, t.zeroCount - t.poleCount);
     return {.numerator = coefficients(t.zeroCount, t.ZEROS_RE, t.ZEROS_IM, unit, multiplier),
             .denominator = coefficients(t.poleCount, t.POLES_RE, t.POLES_IM, unit, 1),
             .fnorm = static_cast<double>(t.normFrequency / two_pi)};

@@ -261,7 +261,11 @@ TEST(TransferFile, NodesBeyondTheirFieldAreAnInternalErrorAndStarsInATitleAreNot
     for (int i = 0; i < max_quadruplets; ++i) ASSERT_EQ(append(quadruplet_id), CircuitVerdict::done);
     EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::written) << "elements have four digits";
     ASSERT_EQ(append(3), CircuitVerdict::done);
-    EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::internal_error) << "pairs have two";
+    for (const char* words : {"** mine **", "", "c", "***", "C **"}) {
+        EXPECT_EQ(write_transfer_file({.circuit = circuit, .title = words}, request, text),
+                  TransferVerdict::internal_error)
+            << "pairs have two, whatever the title: " << words;
+    }
 }
 
 TEST(TransferFile, NamesAndFrequencies) {

@@ -97,6 +97,21 @@ TEST(TransferPolynomials, OfKnownRootsOnScreenAndAsMatlabText) {
         expected);
 }
 
+// Two unit elements of impedance Z between resistors of 1 ohm: with cos = 1/sqrt(1 - s^2) and j sin = s cos the chain
+// matrix gives h = (1 - s^2)/((s + Z)(s + 1/Z)). The roots do not tell its sign.
+TEST(TransferPolynomials, HaveTheSignOfLines) {
+    const double Z = 3;
+    TransferFunction t;
+    t.zeroCount = t.poleCount = 2;
+    t.ZEROS_RE(1) = 1, t.ZEROS_RE(2) = -1;
+    t.POLES_RE(1) = -Z, t.POLES_RE(2) = -1 / Z;
+    t.normFrequency = 1;
+    EXPECT_EQ(transfer_polynomials(t, true).numerator, (std::vector<double>{1, 0, -1}));
+    t.zeroCount = t.poleCount = 1;  // of one of them in place of sqrt(1 - s^2)
+    EXPECT_EQ(transfer_polynomials(t, true).numerator, (std::vector<double>{1, -1}));
+    EXPECT_EQ(transfer_polynomials(t, false).numerator, (std::vector<double>{-1, 1}));
+}
+
 // A band-pass of degree 20 whose roots lie around 1 GHz: denormalised coefficients would not fit a double.
 TEST(TransferPolynomials, OctaveEvaluatesTheMatlabTextAsTheRoots) {
     if (!has_program("octave-cli")) GTEST_SKIP() << "octave-cli is not installed";
@@ -135,6 +150,7 @@ TEST(TransferPolynomials, OctaveEvaluatesTheMatlabTextAsTheRoots) {
 
 struct RootsRequest {
     FormList<25, 2> zeros, poles;
+    int unit = 1;
 };
 constexpr Column root_columns[] = {{"Real Part"}, {"Imaginary Part"}};
 constexpr Field root_fields[] = {{.name = "zeros",
@@ -147,6 +163,21 @@ constexpr Field root_fields[] = {{.name = "zeros",
                                   .kind = FieldKind::list,
                                   .columns = root_columns,
                                   .list = list_of<&RootsRequest::poles, 25, 2>}};
+
+// Forms that count in the user's unit, by their columns or by a choice.
+constexpr Column unit_columns[] = {{"Real Part", Unit::frequency}, {"Imaginary Part", Unit::frequency}};
+constexpr Field column_fields[] = {{.name = "zeros",
+                                    .label = "Zeros",
+                                    .kind = FieldKind::list,
+                                    .columns = unit_columns,
+                                    .list = list_of<&RootsRequest::zeros, 25, 2>}};
+constexpr Choice unit_choices[] = {{"in  Hz", 1, Unit::frequency}, {"rad/sec", 2}};
+constexpr Field choice_fields[] = {{.name = "unit",
+                                    .label = "Unit",
+                                    .kind = FieldKind::radio,
+                                    .choices = unit_choices,
+                                    .cell = cell_of<&RootsRequest::unit>},
+                                   root_fields[0]};
 
 TEST(PoleZeroText, IsReadByListForms) {
     const ScratchFolder folder;
@@ -189,6 +220,22 @@ TEST(PoleZeroText, IsReadByListForms) {
     EXPECT_EQ(request.zeros(1, 2), 2e6);
     EXPECT_EQ(request.poles.rows, 2);
     EXPECT_EQ(request.poles(2, 1), -2.5e5);
+
+    UnitSet megahertz;
+    megahertz.frequency_index = 3;
+    settle_units(megahertz);
+    const auto zero_read_by = [&](std::span<const Field> fields, std::size_t list, int unit) {
+        RootsRequest found;
+        found.unit = unit;
+        const Form rows = form_of<RootsRequest>("ROWS_DLG", "Rows", fields, true);
+        window.files = {"lp.pz"};
+        FormSheet(rows, &found, megahertz, reporter).read_rows(list);
+        return found.zeros(1, 2);
+    };
+    EXPECT_EQ(zero_read_by(root_fields, 0, 1), 2e6) << "in Hz whatever the unit";
+    EXPECT_EQ(zero_read_by(column_fields, 0, 1), 2);
+    EXPECT_EQ(zero_read_by(choice_fields, 1, 1), 2);
+    EXPECT_DOUBLE_EQ(zero_read_by(choice_fields, 1, 2), 2e6 * 2 * pi);
 }
 
 // A reader of two-port files of its own: columns f, S11, S21, S12, S22 after the option line.

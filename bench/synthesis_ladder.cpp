@@ -1,4 +1,5 @@
-// Ladder synthesis, polynomials to checked circuit, by degree; and what share of it the removals take.
+// Ladder synthesis, polynomials to checked circuit, by degree, from one end and from both; and what share of it the
+// removals take.
 #include <memory>
 
 #include <benchmark/benchmark.h>
@@ -16,19 +17,25 @@ FilterSpec request(int n, bool elliptic) {
     return s;
 }
 
+// Third argument: 0 from the input, 1 from both ends.
 void synthesis(benchmark::State& state) {
     auto design = std::make_unique<test::Design>();
     design->spec = request(static_cast<int>(state.range(0)), state.range(1) != 0);
     design->run();
     auto left = std::make_unique<SynthesisState>();
     auto circuit = std::make_unique<Circuit>();
+    SynthesisRequest asked;
+    asked.direction = state.range(2) != 0 ? Direction::two_way : Direction::forward;
     for (auto _ : state) {
-        const SynthesisVerdict verdict = synthesise(design->xp, design->spec, {}, *left, *circuit);
+        const SynthesisVerdict verdict = synthesise(design->xp, design->spec, asked, *left, *circuit);
         if (!verdict.good()) state.SkipWithError("synthesis failed");
     }
     state.counters["loss_error_dB"] = left->loss_error;
 }
-BENCHMARK(synthesis)->ArgsProduct({{10, 20, 30, 50}, {0, 1}})->Unit(benchmark::kMillisecond);
+BENCHMARK(synthesis)
+    ->ArgNames({"degree", "elliptic", "two_way"})
+    ->ArgsProduct({{10, 20, 30, 50}, {0, 1}, {0, 1}})
+    ->Unit(benchmark::kMillisecond);
 
 void removals(benchmark::State& state) {
     auto design = std::make_unique<test::Design>();

@@ -7,18 +7,11 @@
 namespace kavrel {
 namespace {
 
-// Where the poles of the remainder stand; each complete removal turns one of them.
-struct PoleForms {
-    int zero = impedance;
-    int infinity = impedance;
-};
-
 struct ZeroCounts {
     int low = 0;
     int high = 0;
 };
 
-[[nodiscard]] PoleForms pole_forms(const LadderProblem& problem, const Selection& selection);
 void append_quadruplets(const LadderProblem& problem, Script& script, int& next, int at_most);
 void append_finite_zeros(const LadderProblem& problem, Script& script, const PoleForms& forms, ZeroCounts left);
 struct ExtremeCounts {
@@ -76,6 +69,13 @@ Script automatic_script(const LadderProblem& problem, const Selection& selection
     return script;
 }
 
+PoleForms pole_forms(const LadderProblem& problem, const Selection& selection) {
+    WorkingFunction f;
+    if (!formWorkingFunction(problem, selection, f)) return {};
+    const int other = selection.form == impedance ? admittance : impedance;
+    return {has_pole_at_zero(f) ? selection.form : other, has_pole_at_infinity(f) ? selection.form : other};
+}
+
 ScriptVerdict run_automatic(const LadderProblem& problem, Script& script, LadderState& state) {
     for (;;) {
         const ScriptVerdict verdict = runScript(problem, script, state);
@@ -85,13 +85,6 @@ ScriptVerdict run_automatic(const LadderProblem& problem, Script& script, Ladder
 }
 
 namespace {
-
-PoleForms pole_forms(const LadderProblem& problem, const Selection& selection) {
-    WorkingFunction f;
-    if (!formWorkingFunction(problem, selection, f)) return {};
-    const int other = selection.form == impedance ? admittance : impedance;
-    return {has_pole_at_zero(f) ? selection.form : other, has_pole_at_infinity(f) ? selection.form : other};
-}
 
 void append_quadruplets(const LadderProblem& problem, Script& script, int& next, int at_most) {
     const bool at_zero = case_number(problem) == 2;
@@ -123,9 +116,7 @@ void append_finite_zeros(const LadderProblem& problem, Script& script, const Pol
 ExtremeCounts extremes_before_lines(const LadderProblem& problem, const Selection& selection, ExtremeSide hidden) {
     ExtremeCounts counts{problem.zeros_at_zero, problem.zeros_at_infinity};
     int& count = hidden == ExtremeSide::zero ? counts.zero : counts.infinity;
-    WorkingFunction f;
-    const bool hides = formWorkingFunction(problem, selection, f) && reactance_degree(f) < problem.polynomials.degree;
-    if (hides && problem.unit_elements > 0 && count > 0) --count;
+    if (problem.unit_elements > 0 && count > 0 && hides_branch(problem, selection)) --count;
     return counts;
 }
 

@@ -25,6 +25,13 @@ enum class StepKind {
 // Appends the words of a step. m, n: numbers of zeros, 0 for the program's own choice.
 void append_step(Script& script, StepKind kind, int m = 0, int n = 0);
 
+// Where the poles of a selection's remainder at 0 and infinity stand; each complete removal turns one of them.
+struct PoleForms {
+    int zero = impedance;
+    int infinity = impedance;
+};
+[[nodiscard]] PoleForms pole_forms(const LadderProblem& problem, const Selection& selection);
+
 // Where complex quadruplets are removed: before all else, each behind a shunt branch of an extreme zero, which the
 // negative element beside the compound branch can merge with, or behind all of these.
 enum class QuadrupletPlace { first, behind_shunts, last };

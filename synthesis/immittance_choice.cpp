@@ -52,6 +52,11 @@ ChoiceFault chooseImmittance(const LadderProblem& problem, bool output_side, boo
     return ChoiceFault::not_found;
 }
 
+bool hides_branch(const LadderProblem& problem, const Selection& selection) {
+    WorkingFunction f;
+    return formWorkingFunction(problem, selection, f) && reactance_degree(f) < problem.polynomials.degree;
+}
+
 // With Ev and Od of the selection and their partners Ev', Od': (Ev + Od')/(Ev' + Od), odd parts times s for odd degree
 // and s (1 - x) for even degree.
 Complex<long double> input_impedance(const LadderProblem& problem, const Selection& selection, long double w) {

@@ -32,6 +32,9 @@ inline constexpr std::string_view immittance_not_found_text = " **** An appropri
 [[nodiscard]] ChoiceFault chooseImmittance(const LadderProblem& problem, bool output_side, bool dual,
                                            Selection& selection, bool other = false);
 
+// Whether the immittance of a selection does not see all branches.
+[[nodiscard]] bool hides_branch(const LadderProblem& problem, const Selection& selection);
+
 // Input immittance of the terminated network at s = j w, w > 0, at the end of the selection, in units of its own
 // resistance. In the variable of the approximation.
 [[nodiscard]] Complex<long double> input_impedance(const LadderProblem& problem, const Selection& selection,

@@ -64,6 +64,8 @@ LossDifference compare_loss(const XPlane& xp, const FilterSpec& spec, const Circ
         note(out.passband, found);
         ++out.points;
     }
+    // A circuit with a value that is no number has no loss anywhere.
+    if (out.points == 0) out.passband = std::numeric_limits<double>::infinity();
     for (int i = 1; i <= stopband_points; ++i) {
         const Real away = std::pow(farthest, static_cast<Real>(i) / stopband_points);
         for (const Real w : {away, lower / away}) {

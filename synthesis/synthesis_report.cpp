@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "circuit/branch_elements.h"
+#include "circuit/branch_kinds.h"
 #include "shell/edit.h"
 
 namespace kavrel {
@@ -11,7 +12,11 @@ namespace {
 
 void report_polynomial(std::string_view name, const WideRootSet& set, const XPlane& xp, const FilterSpec& spec,
                        std::vector<std::string>& lines);
-void report_record(const SynthesisState& state, int k, std::vector<std::string>& lines);
+[[nodiscard]] std::string termination_line(double resistance, double unit);
+void report_side(const SynthesisState& state, bool output, double resistance, int first, int last,
+                 std::vector<std::string>& lines);
+void report_record(const SynthesisState& state, int k, double r, std::vector<std::string>& lines);
+[[nodiscard]] std::string in_small(std::string_view drawing, char letter);
 [[nodiscard]] int missing_parity(const LadderState& ladder);
 std::vector<std::string> termination_lines(double input, double output, double requested, double available);
 
@@ -32,21 +37,15 @@ std::vector<std::string> polynomial_report(std::string_view title, const XPlane&
 std::vector<std::string> result_report(std::string_view title, const SynthesisState& state) {
     std::vector<std::string> lines = {std::string(title)};
     const bool output = state.ladder.selection.output_side;
-    lines.push_back(line().a(" Results of the synthesis from the ").a(output ? "out" : "in").a("put side"));
-    if (state.problem.microwave()) lines.emplace_back(all_values_impedances);
-    lines.push_back(line().x(5).a("normalized").x(20).a("denormalized"));
-    const auto termination = [&](double resistance) {
-        lines.push_back(line()
-                            .pd(resistance / state.terminations.own, number_width, number_digits)
-                            .x(2)
-                            .a("├───r───┤")
-                            .pd(resistance, number_width, number_digits)
-                            .x(2)
-                            .a("termination"));
-    };
-    termination(state.terminations.own);
-    for (int k = 1; k <= state.ladder.record_count; ++k) report_record(state, k, lines);
-    if (state.terminations.far != 0) termination(state.terminations.far);
+    const Terminations& ends = state.terminations;
+    const int records = state.ladder.record_count;
+    if (state.two_way) {
+        report_side(state, false, ends.own, 1, state.join.forward_records, lines);
+        report_side(state, true, ends.far, records, state.join.forward_records + 1, lines);
+    } else {
+        report_side(state, output, ends.own, 1, records, lines);
+        if (ends.far != 0) lines.push_back(termination_line(ends.far, ends.own));
+    }
     if (state.termination_is_extreme()) lines.emplace_back(extreme_termination_text);
     if (state.negative_elements > 0 && state.searched) {
         const bool none = state.search == SearchVerdict::none_exists;
@@ -85,6 +84,8 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
             lines.push_back(line().a("parity =").i(missing_parity(state.ladder), 2));
             break;
         case SynthesisFault::script_refused: lines.emplace_back(messageOf(state.script_verdict.fault)); break;
+        case SynthesisFault::no_two_way:
+        case SynthesisFault::runs_differ: lines.emplace_back(element_missing_text); break;
         case SynthesisFault::storage_full: lines.emplace_back(message_of(CircuitVerdict::storage_full)); break;
         case SynthesisFault::loss_differs: break;
     }
@@ -140,52 +141,70 @@ void report_polynomial(std::string_view name, const WideRootSet& set, const XPla
     }
 }
 
-// The rows of a branch: a value or two, the drawing between them.
-void report_record(const SynthesisState& state, int k, std::vector<std::string>& lines) {
+std::string termination_line(double resistance, double unit) {
+    return line()
+        .pd(resistance / unit, number_width, number_digits)
+        .x(2)
+        .a("├───r───┤")
+        .pd(resistance, number_width, number_digits)
+        .x(2)
+        .a("termination");
+}
+
+// Records `first` to `last` in the order of extraction from one side, normalised to its resistor.
+void report_side(const SynthesisState& state, bool output, double resistance, int first, int last,
+                 std::vector<std::string>& lines) {
+    lines.push_back(line().a(" Results of the synthesis from the ").a(output ? "out" : "in").a("put side"));
+    if (state.problem.microwave()) lines.emplace_back(all_values_impedances);
+    lines.push_back(line().x(5).a("normalized").x(20).a("denormalized"));
+    lines.push_back(termination_line(resistance, resistance));
+    const int step = first <= last ? 1 : -1;
+    for (int k = first; k != last + step; k += step) report_record(state, k, resistance, lines);
+}
+
+// The rows of a branch as it is drawn, in small letters: what stands beside a letter is its value, normalised at the
+// left.
+void report_record(const SynthesisState& state, int k, double r, std::vector<std::string>& lines) {
     const LadderState& ladder = state.ladder;
     const DenormalisedBranch branch = denormalised(state.problem, ladder, k, state.terminations.own);
-    // Scales of L and C of this request: a normalised value is the denormalised one over its scale.
-    const double r = state.terminations.own;
+    // Scales of L and C of this side: a normalised value is the denormalised one over its scale.
     const double w =
         state.problem.microwave() ? state.problem.norm_frequency : 2 * std::numbers::pi * state.problem.norm_frequency;
-    const CircuitKind kind = state.problem.microwave() ? CircuitKind::microwave : CircuitKind::lumped;
-    const std::string_view cells = branch_kind_rows[static_cast<std::size_t>(branch.id)].cells;
-    const auto row = [&](int i, std::string_view drawing) {
-        const char letter = cells[static_cast<std::size_t>(i - 1)];
+    const CircuitKind circuit_kind = state.problem.microwave() ? CircuitKind::microwave : CircuitKind::lumped;
+    const BranchKind& kind = branch_kinds[branch.id];
+    const int slot = branch.series ? 2 : 3;
+    for (const DrawingRow& row : drawing_of(kind, slot)) {
+        const bool valued = row.cell >= 0;
+        const char letter = valued ? kind.cells[static_cast<std::size_t>(row.cell)] : ' ';
         const double scale = letter == 'L' ? r / w : letter == 'C' ? 1 / (r * w) : r;
-        const auto shown = [&](double value) { return shown_value(kind, letter, value); };
-        return line()
-            .pd(shown(branch.values(i) / scale), number_width, number_digits)
-            .x(2)
-            .a(drawing)
-            .pd(shown(branch.values(i)), number_width, number_digits);
-    };
-    const auto zero_frequency = [&](Line text) {
-        if (ladder.SFR(k) != 0 && branch.id <= 3)
+        const double value = valued ? branch.values(row.cell + 1) : 0;
+        Line text;
+        if (valued)
+            text.pd(shown_value(circuit_kind, letter, value / scale), number_width, number_digits);
+        else
+            text.x(number_width);
+        text.x(2).a(in_small(row.text, letter));
+        if (valued) text.pd(shown_value(circuit_kind, letter, value), number_width, number_digits);
+        if (row.note == Note::resonance && ladder.SFR(k) != 0)
             text.x(2).a("zero frequency").pd(ladder.SFR(k), number_width, number_digits);
         lines.push_back(text);
-    };
-    if (branch.id == 10) {
-        lines.push_back(row(1, "*  u e  *"));
-    } else if (branch.id >= 4) {
-        for (int i = 1; i <= branch.count; ++i) {
-            lines.push_back(row(i, cells[static_cast<std::size_t>(i - 1)] == 'L' ? "├─L─┤   │" : "├─C─┤   │"));
-        }
-        const QuadrupletRecord& section = ladder.QUADS(static_cast<int>(ladder.SVAL1(k).rounded()));
-        lines.push_back(line()
-                            .a(" zero frequency  real")
-                            .pd(section.SFZR, number_width, number_digits)
-                            .a("  imaginary")
-                            .pd(section.SFZI, number_width, number_digits));
-    } else if (branch.id == 3) {
-        lines.push_back(row(1, branch.series ? "│      ┌L" : "├──L─C──┤"));
-        zero_frequency(row(2, branch.series ? "│      └C" : "│       │"));
-    } else {
-        const char letter = branch.id == 1 ? 'l' : 'c';
-        const std::string drawing =
-            branch.series ? std::string("│       ") + letter : std::string("├───") + letter + "───┤";
-        zero_frequency(row(1, drawing));
     }
+    if (branch.id < 4 || branch.id == unit_element_id) return;
+    const QuadrupletRecord& section = ladder.QUADS(static_cast<int>(ladder.SVAL1(k).rounded()));
+    lines.push_back(line()
+                        .a(" zero frequency  real")
+                        .pd(section.SFZR, number_width, number_digits)
+                        .a("  imaginary")
+                        .pd(section.SFZI, number_width, number_digits));
+}
+
+std::string in_small(std::string_view drawing, char letter) {
+    std::string text(drawing);
+    for (char& c : text) {
+        if (c == 'X') c = letter;
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return text;
 }
 
 }  // namespace

@@ -14,7 +14,8 @@ namespace kavrel {
                                                          const FilterSpec& spec);
 
 // The ladder in the order of extraction, normalised to the own end's resistor at the left, in base units at the right
-// (of stubs the impedances); then what is to be told of negative elements and of the loss.
+// (of stubs the impedances), of a two-way run from either side up to the join; then what is to be told of negative
+// elements and of the loss.
 [[nodiscard]] std::vector<std::string> result_report(std::string_view title, const SynthesisState& state);
 
 // Terminations: as they are, and their ratio as asked for and as it can be had. Of a circuit as it stands and the

@@ -15,7 +15,19 @@ struct Road {
     bool other = false;                          // of two immittances that hide a branch the second
     ExtremeSide hidden = ExtremeSide::infinity;  // with lines, the kind of the hidden branch
     bool searched = false;  // no fixed order of removals: one that leaves all elements positive is looked for
+    bool two_way = false;   // from both ends; `other` is of the input then
+    bool other_output = false;
 };
+
+constexpr double same_ratio = 1e-9;  // of terminations, as difference of logarithms
+
+[[nodiscard]] bool begins_at_both_ends(const LadderProblem& problem, const SynthesisRequest& request);
+[[nodiscard]] bool order_sets_level(const LadderProblem& problem);
+[[nodiscard]] double distance_of_ratio(const SynthesisState& state);
+[[nodiscard]] SynthesisFault build_two_way(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                                           SynthesisState& state, Circuit& circuit);
+[[nodiscard]] SynthesisFault build_one_way(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                                           SynthesisState& state, Circuit& circuit);
 
 [[nodiscard]] SynthesisFault build(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request, Road road,
                                    SynthesisState& state, Circuit& circuit);
@@ -23,6 +35,7 @@ struct Road {
                                                       const SynthesisRequest& request, Road road, SynthesisState& state,
                                                       Circuit& circuit);
 [[nodiscard]] SynthesisFault extract(const SynthesisRequest& request, const Road& road, SynthesisState& state);
+[[nodiscard]] SynthesisFault extract_two_way(const Road& road, SynthesisState& state);
 [[nodiscard]] SynthesisFault choose(const LadderProblem& problem, const SynthesisRequest& request, const Road& road,
                                     Selection& selection);
 void search_positive(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
@@ -34,19 +47,76 @@ void describe(const XPlane& xp, const FilterSpec& spec, Circuit& circuit);
 
 }  // namespace
 
-// The first road that needs no negative element is taken. Where none of the fixed ones does, an order of removals is
-// looked for; without one, the road that needs least negative elements is taken.
+// The first road that needs no negative element is taken, that from both ends first. Where none of the fixed ones does,
+// an order of removals is looked for; without one, the road that needs least negative elements is taken.
 SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                             SynthesisState& state, Circuit& circuit) {
     state = {};
     if (!ladder_problem(xp, spec, state.problem)) return {SynthesisFault::polynomials_missing};
+    const LadderProblem& problem = state.problem;
+    for (int i = 1; i <= problem.zero_count; ++i) {
+        if (problem.is_complex(i) && problem.zero_x_im(i).sign() == 0) return {SynthesisFault::real_zero};
+    }
+
+    SynthesisState both = state;
+    Circuit joined = circuit;
+    SynthesisFault fault = SynthesisFault::no_two_way;
+    if (begins_at_both_ends(problem, request)) fault = build_two_way(xp, spec, request, both, joined);
+    if (request.direction != Direction::two_way) {
+        const bool two_way =
+            fault == SynthesisFault::none && both.negative_elements == 0 && both.loss_error <= two_way_loss;
+        if (!two_way || order_sets_level(problem)) {
+            fault = build_one_way(xp, spec, request, state, circuit);
+            const bool good = fault == SynthesisFault::none && state.negative_elements == 0;
+            if (!two_way || (good && distance_of_ratio(state) < distance_of_ratio(both) - same_ratio)) return {fault};
+        }
+        fault = SynthesisFault::none;
+    }
+    state = both;
+    if (fault == SynthesisFault::none) circuit = joined;
+    return {fault};
+}
+
+namespace {
+
+bool begins_at_both_ends(const LadderProblem& problem, const SynthesisRequest& request) {
+    if (request.direction == Direction::two_way) return true;
+    return request.direction == Direction::automatic && !request.manual_selection && !problem.single_termination &&
+           problem.polynomials.degree >= two_way_degree;
+}
+
+// With poles at zero and at infinity to shift from, ladders with different orders of zeros have different terminations.
+bool order_sets_level(const LadderProblem& problem) {
+    return problem.zero_count > 0 && problem.zeros_at_zero > 0 && problem.zeros_at_infinity > 0;
+}
+
+double distance_of_ratio(const SynthesisState& state) {
+    return std::fabs(std::log(std::fabs(state.available_ratio / state.requested_ratio)));
+}
+
+// Where each end hides a branch, which of its two immittances belong to one network shows in the circuit only.
+SynthesisFault build_two_way(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                             SynthesisState& state, Circuit& circuit) {
+    const SynthesisState start = state;
+    SynthesisFault fault = SynthesisFault::none;
+    for (const bool other_input : {false, true}) {
+        for (const bool other_output : {false, true}) {
+            const Road road{.dual = request.dual, .other = other_input, .two_way = true, .other_output = other_output};
+            state = start;
+            fault = build(xp, spec, request, road, state, circuit);
+            if (fault == SynthesisFault::none || !hides_branch(state.problem, state.ladder.selection)) return fault;
+        }
+    }
+    return fault;
+}
+
+SynthesisFault build_one_way(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                             SynthesisState& state, Circuit& circuit) {
     const SynthesisState start = state;
     bool complex_zeros = false;
     for (int i = 1; i <= state.problem.zero_count; ++i) {
         complex_zeros = complex_zeros || state.problem.is_complex(i);
-        if (state.problem.is_complex(i) && state.problem.zero_x_im(i).sign() == 0) return {SynthesisFault::real_zero};
     }
-
     SynthesisFault first_fault = SynthesisFault::none;
     bool found = false;
     Circuit best = circuit;
@@ -80,12 +150,10 @@ SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const Synt
         search_positive(xp, spec, request, start, found, state, best);
         found = found || state.search == SearchVerdict::found;
     }
-    if (!found) return {first_fault};
+    if (!found) return first_fault;
     circuit = best;
-    return {};
+    return SynthesisFault::none;
 }
-
-namespace {
 
 SynthesisFault build(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request, Road road,
                      SynthesisState& state, Circuit& circuit) {
@@ -173,6 +241,7 @@ SynthesisFault choose(const LadderProblem& problem, const SynthesisRequest& requ
 }
 
 SynthesisFault extract(const SynthesisRequest& request, const Road& road, SynthesisState& state) {
+    if (road.two_way) return extract_two_way(road, state);
     Selection selection;
     if (const SynthesisFault fault = choose(state.problem, request, road, selection); fault != SynthesisFault::none) {
         return fault;
@@ -211,13 +280,38 @@ SynthesisFault extract(const SynthesisRequest& request, const Road& road, Synthe
     return SynthesisFault::none;
 }
 
+// Both selections belong to one network. The level at which its halves fit is the ratio of its terminations.
+SynthesisFault extract_two_way(const Road& road, SynthesisState& state) {
+    const LadderProblem& problem = state.problem;
+    state.two_way = false;
+    Selection input, output;
+    if (chooseImmittance(problem, false, road.dual, input, road.other) != ChoiceFault::none ||
+        chooseImmittance(problem, true, road.dual, output, road.other_output) != ChoiceFault::none) {
+        return SynthesisFault::immittance_missing;
+    }
+    TwoWayScripts scripts;
+    if (!two_way_scripts(problem, input, output, scripts)) return SynthesisFault::no_two_way;
+    LadderState forward = start_state(problem, input);
+    LadderState reverse = start_state(problem, output);
+    state.script_verdict = run_two_way(problem, scripts, forward, reverse);
+    state.script = scripts.JCONF;
+    state.JREV = scripts.JREV;
+    state.last_stage = scripts.prin;
+    state.ladder = forward;
+    if (!state.script_verdict.good()) return SynthesisFault::script_refused;
+    if (!join_runs(problem, forward, reverse, state.ladder, state.join)) return SynthesisFault::runs_differ;
+    state.two_way = true;
+    state.requested_ratio = problem.other_resistance / problem.own_resistance;
+    state.available_ratio = static_cast<double>(state.join.RATIO(1).rounded());
+    return SynthesisFault::none;
+}
+
 // The dual network has the inverse ratio of terminations.
 bool nearer_as_dual(const SynthesisState& state) {
     if (state.problem.single_termination) return false;
     const double wanted = std::log(state.requested_ratio);
     const double found = std::log(std::fabs(state.available_ratio));
-    constexpr double alike = 1e-9;
-    return std::fabs(found + wanted) < std::fabs(found - wanted) - alike;
+    return std::fabs(found + wanted) < std::fabs(found - wanted) - same_ratio;
 }
 
 // R1 is the one asked for, R2 follows.

@@ -9,13 +9,14 @@
 #include "synthesis/denormalise.h"
 #include "synthesis/loss_check.h"
 #include "synthesis/positive_search.h"
+#include "synthesis/two_way.h"
 
 namespace kavrel {
 
-// The end that the extraction begins at: the input, the output, or (automatic) the input, and the output where that
-// leaves fewer negative elements. Either way the whole ladder comes from one end: the removals run in long numbers, and
-// need no second run for their accuracy.
-enum class Direction { automatic, forward, reverse };
+// The end that the extraction begins at: the input, the output, or both of them. Automatic: both from two_way_degree on
+// where there is a resistor at either end and the circuit comes out without negative elements; else the input, and the
+// output where that leaves fewer negative elements. Two-way alone is what nobody but a test asks for.
+enum class Direction { automatic, forward, reverse, two_way };
 
 // As the form asks. Automatic configuration; the immittance may be chosen by hand.
 struct SynthesisRequest {
@@ -38,6 +39,8 @@ enum class SynthesisFault {
     element_missing,    // the reactance is used up, and zeros of transmission are left
     script_refused,     // SynthesisState::script_verdict tells
     storage_full,
+    no_two_way,    // both ends were asked for, and the filter has no such scripts
+    runs_differ,   // the forward and the reverse run do not fit
     loss_differs,  // the circuit does not have the loss of the transfer function
 };
 
@@ -64,9 +67,12 @@ struct [[nodiscard]] SynthesisVerdict {
 struct SynthesisState {
     LadderProblem problem;
     Script script;
-    int last_stage = 0;  // position of its first "ue"
+    int last_stage = 0;  // position of its first "ue", of "prin" when there is a second run
     ScriptVerdict script_verdict;
-    LadderState ladder;
+    LadderState ladder;  // of both runs where there are two
+    bool two_way = false;
+    Script JREV;  // of the reverse run that followed the forward one
+    Join join;    // of both
     Terminations terminations;
     double requested_ratio = 1;  // R2/R1
     double available_ratio = 1;  // of the circuit
@@ -78,9 +84,12 @@ struct SynthesisState {
     LossDifference loss;
     double loss_error = 0;  // dB, the largest difference
 
-    // The end that the ladder was extracted from, and the arithmetic: all removals run in one type.
-    [[nodiscard]] std::string_view direction() const { return ladder.selection.output_side ? "reverse" : "forward"; }
-    [[nodiscard]] std::string_view arithmetic() const { return "512 bit, one way"; }
+    // The ends that the ladder was extracted from, and the arithmetic: all removals run in one type.
+    [[nodiscard]] std::string_view direction() const {
+        if (two_way) return "two-way";
+        return ladder.selection.output_side ? "reverse" : "forward";
+    }
+    [[nodiscard]] std::string_view arithmetic() const { return two_way ? "512 bit, two-way" : "512 bit, one way"; }
     [[nodiscard]] bool loss_to_be_told() const { return loss_error > loss_note_limit; }
     [[nodiscard]] bool termination_is_extreme() const {
         if (problem.single_termination) return false;

@@ -301,6 +301,12 @@ TEST(Script, OneFilterBySeveralRoads) {
         const LossDifference loss = compare_loss(bench.design.xp, bench.design.spec, circuit);
         EXPECT_LT(loss.passband, 1e-8) << road;
         EXPECT_LT(loss.stopband_relative, 1e-8) << road;
+
+        // A value that is no number, or none of any size, is never taken for the right one.
+        for (const double value : {std::nan(""), HUGE_VAL}) {
+            circuit.VALUE(2) = value;
+            EXPECT_FALSE(compare_loss(bench.design.xp, bench.design.spec, circuit).largest() < loss_failure_limit);
+        }
     }
 }
 

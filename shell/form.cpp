@@ -1,9 +1,12 @@
 #include "shell/form.h"
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <numbers>
 
 #include <fmt/format.h>
 
@@ -52,6 +55,29 @@ void assign_text(TextView cell, std::string_view text) {
     std::memcpy(cell.bytes, kept.data(), kept.size());
 }
 
+// A label as a field's name: "No. of sections" is "no_of_sections".
+std::string name_of_label(std::string_view label) {
+    std::string name;
+    for (const char c : label) {
+        if (std::isalnum(static_cast<unsigned char>(c)) != 0) {
+            name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        } else if (!name.empty() && name.back() != '_') {
+            name += '_';
+        }
+    }
+    if (name.ends_with('_')) name.pop_back();
+    return name;
+}
+
+// By its name in any case, or by its label, the one it has at the moment or the one it always has, with and without
+// the unit, as it reads or made a name.
+bool is_called(const FormSheet& sheet, std::size_t i, std::string_view text) {
+    if (same_label(sheet.field(i).name, text) || same_label(sheet.label(i), text)) return true;
+    return std::ranges::any_of(std::array{sheet.field(i).label, sheet.bare_label(i)}, [&](std::string_view label) {
+        return same_label(label, text) || name_of_label(label) == text;
+    });
+}
+
 // Whether a comment line, "! Zeros (in Hz):", bears the name of a list, "Transmission zeros": both name their rows by
 // the same word, the first here and the last there.
 bool heads_list(std::string_view comment, std::string_view label) {
@@ -63,10 +89,15 @@ bool heads_list(std::string_view comment, std::string_view label) {
                       label.substr(blank == std::string_view::npos ? 0 : blank + 1));
 }
 
+struct FileRows {
+    std::vector<double> cells;
+    bool in_hertz = false;  // their heading says "(in Hz)"
+};
+
 // The rows of a data file, a row a line, in free format; none when a line does not hold just a row of numbers or when
 // there are too many. Empty lines and comments, which begin with "!", pass; but in a file that holds several lists
 // under comments as their headings, the rows are those from the heading with the list's name to the next comment.
-std::optional<std::vector<double>> rows_of_file(std::istream& file, std::string_view label, int columns, int capacity) {
+std::optional<FileRows> rows_of_file(std::istream& file, std::string_view label, int columns, int capacity) {
     std::vector<std::string> lines;
     for (std::string line; std::getline(file, line);) lines.push_back(line);
     if (!lines.empty() && lines.front().starts_with(byte_order_mark)) lines.front().erase(0, byte_order_mark.size());
@@ -74,13 +105,15 @@ std::optional<std::vector<double>> rows_of_file(std::istream& file, std::string_
     auto from = std::ranges::find_if(
         lines, [&](std::string_view line) { return is_comment(line) && heads_list(trim(line), label); });
     auto to = lines.end();
+    FileRows rows;
     if (from == lines.end()) {
         from = lines.begin();
     } else {
+        rows.in_hertz = from->find("(in Hz)") != std::string::npos;
         to = std::find_if(++from, lines.end(), is_comment);
     }
 
-    std::vector<double> cells;
+    std::vector<double>& cells = rows.cells;
     for (; from != to; ++from) {
         if (is_comment(*from)) continue;
         const auto row = parse_free_format(*from);
@@ -91,7 +124,20 @@ std::optional<std::vector<double>> rows_of_file(std::istream& file, std::string_
         if (static_cast<int>(cells.size()) > columns * capacity) return std::nullopt;
     }
     if (cells.empty()) return std::nullopt;
-    return cells;
+    return rows;
+}
+
+// What 1 in a row stands for: by the list's columns, or by the form's choice between the unit of frequency and radians
+// a second.
+double hertz_of_rows(const Form& form, const Field& list, void* record, const UnitSet& units) {
+    const double unit = unit_multiplier(units, Unit::frequency);
+    if (list.columns.front().unit == Unit::frequency) return unit;
+    for (const Field& field : form.fields) {
+        if (std::ranges::find(field.choices, Unit::frequency, &Choice::unit) == field.choices.end()) continue;
+        const auto chosen = std::ranges::find(field.choices, *static_cast<int*>(field.cell(record)), &Choice::value);
+        return chosen != field.choices.end() && chosen->unit == Unit::none ? 0.5 / std::numbers::pi : unit;
+    }
+    return 1.0;
 }
 
 }  // namespace
@@ -138,6 +184,15 @@ std::string FormSheet::label(std::size_t i) const {
     return std::string(states_.label_at(i)) + unit_suffix(units_, field(i).unit);
 }
 
+std::string FormSheet::choice_label(const Choice& choice) const {
+    std::string label(choice.label);
+    if (choice.unit == Unit::none) return label;
+    const std::string suffix = unit_suffix(units_, choice.unit);  // " (KHz)"
+    const auto name = label.rfind(suffix.substr(3, suffix.size() - 4));
+    if (name != std::string::npos && name > 0) label[name - 1] = suffix[2];
+    return label;
+}
+
 std::string FormSheet::column_label(std::size_t i, int column) const {
     const Column& head = field(i).columns[static_cast<std::size_t>(column) - 1];
     return std::string(head.label) + unit_suffix(units_, head.unit);
@@ -151,7 +206,7 @@ std::string FormSheet::shown(std::size_t i) const {
         case FieldKind::radio:
         case FieldKind::choice: {
             const auto chosen = std::ranges::find(f.choices, whole(i), &Choice::value);
-            return chosen == f.choices.end() ? "" : std::string(chosen->label);
+            return chosen == f.choices.end() ? "" : choice_label(*chosen);
         }
         case FieldKind::flag: return *static_cast<bool*>(f.cell(record_)) ? "yes" : "no";
         case FieldKind::text: {
@@ -175,12 +230,13 @@ std::string FormSheet::enter(std::size_t i, std::string_view typed) {
         case FieldKind::choice: {
             const auto number = parse_integer(typed);
             const auto chosen = std::ranges::find_if(f.choices, [&](const Choice& choice) {
-                return number ? choice.value == *number : same_label(choice.label, typed);
+                if (number) return choice.value == *number;
+                return same_label(choice.label, typed) || same_label(choice_label(choice), typed);
             });
             if (chosen == f.choices.end()) {
                 wrong = fmt::format("'{}' is none of its choices", typed);
             } else if (!choice_is_on(i, chosen->value)) {
-                wrong = fmt::format("'{}' cannot be chosen here", chosen->label);
+                wrong = fmt::format("'{}' cannot be chosen here", choice_label(*chosen));
             } else {
                 whole(i) = chosen->value;
             }
@@ -192,8 +248,24 @@ std::string FormSheet::enter(std::size_t i, std::string_view typed) {
         case FieldKind::list: return "is a list; its rows are given one by one";
         case FieldKind::heading: return "is a heading";
     }
+    if (wrong.empty()) clear_other(i);
     apply_rules();
     return wrong;
+}
+
+void FormSheet::clear_other(std::size_t i) {
+    const Field& f = field(i);
+    if (f.instead_of.empty()) return;
+    if (f.kind == FieldKind::integer ? whole(i) == 0 : *static_cast<double*>(f.cell(record_)) == 0) return;
+    for (std::size_t k = 0; k < size(); ++k) {
+        const Field& other = field(k);
+        if (other.name != f.instead_of) continue;
+        if (other.kind == FieldKind::integer) {
+            whole(k) = 0;
+        } else {
+            *static_cast<double*>(other.cell(record_)) = 0;
+        }
+    }
 }
 
 std::string FormSheet::append_row(std::size_t i, std::span<const double> row) {
@@ -239,8 +311,9 @@ void FormSheet::read_rows(std::size_t i) {
         return;
     }
     clear_rows(i);
-    std::ranges::copy(*rows, view.cells);
-    *view.rows = static_cast<int>(rows->size()) / view.columns;
+    const double unit = rows->in_hertz ? hertz_of_rows(form_, field(i), record_, units_) : 1.0;
+    std::ranges::transform(rows->cells, view.cells, [&](double cell) { return cell / unit; });
+    *view.rows = static_cast<int>(rows->cells.size()) / view.columns;
     apply_rules();
     reporter_.message(" *** Done ***", "Success");
 }
@@ -263,7 +336,7 @@ int find_field(const FormSheet& sheet, std::string_view name_or_label) {
     int found = -1;
     for (std::size_t i = 0; i < sheet.size(); ++i) {
         if (sheet.field(i).name == name_or_label) return static_cast<int>(i);
-        if (!same_label(sheet.field(i).label, name_or_label) && !same_label(sheet.label(i), name_or_label)) continue;
+        if (!is_called(sheet, i, name_or_label)) continue;
         found = found == -1 ? static_cast<int>(i) : -2;
     }
     return found;

@@ -39,6 +39,7 @@ enum class FieldKind {
 struct Choice {
     std::string_view label;
     int value;
+    Unit unit = Unit::none;  // whose prefix goes before the unit's name in the label: "in  Hz"
 };
 
 struct Column {
@@ -84,6 +85,7 @@ struct Field {
     TextView (*text)(void* record) = nullptr;            // of a text
     ListView (*list)(void* record) = nullptr;            // of a list
     const Form* (*opens)(const void* record) = nullptr;  // of a button
+    std::string_view instead_of = {};                    // the number that becomes 0 when this one is given
 };
 
 // What the rules make of a form's fields at the moment; everything is on until a rule turns it off.
@@ -185,6 +187,8 @@ public:
     [[nodiscard]] bool is_on(std::size_t i) const { return states_.is_on(i); }
     [[nodiscard]] bool choice_is_on(std::size_t i, int value) const { return states_.is_on(i, value); }
     [[nodiscard]] std::string label(std::size_t i) const;  // with the unit
+    [[nodiscard]] std::string_view bare_label(std::size_t i) const { return states_.label_at(i); }
+    [[nodiscard]] std::string choice_label(const Choice& choice) const;
     [[nodiscard]] std::string column_label(std::size_t i, int column) const;
 
     // The value as it is shown: "1.000000E+03", the label of a choice, "yes" or "no", "3 rows".
@@ -212,6 +216,7 @@ private:
     friend bool run_form(const Form&, void*, const UnitSet&, Reporter&);
 
     void apply_rules();
+    void clear_other(std::size_t i);
     [[nodiscard]] int& whole(std::size_t i) const { return *static_cast<int*>(field(i).cell(record_)); }
 
     const Form& form_;
@@ -227,8 +232,8 @@ private:
 // what was entered.
 [[nodiscard]] bool run_form(const Form& form, void* record, const UnitSet& units, Reporter& reporter);
 
-// The number of the field with this name or, failing that, with this label: -1 when there is none, -2 when the label is
-// that of several.
+// The number of the field with this name or, failing that, with this label, as it reads or made a name ("Fixed zeros",
+// "fixed_zeros"): -1 when there is none, -2 when the label is that of several.
 [[nodiscard]] int find_field(const FormSheet& sheet, std::string_view name_or_label);
 
 }  // namespace kavrel

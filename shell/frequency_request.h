@@ -15,7 +15,7 @@ inline constexpr Choice frequency_unit_choices[] = {{"Hz", FrequencyUnitChoice::
                                                     {"rad/sec", FrequencyUnitChoice::radians}};
 
 // From `start` to `end` in steps of `increment`, or, with an increment of 0, `count` frequencies at equal distances; in
-// the user's frequency unit, or in rad/sec.
+// the user's frequency unit, or in rad/sec. In the form the one of the two that is given takes the other's place.
 struct FrequencyRequest {
     double start = 0;
     double end = 0;
@@ -40,13 +40,15 @@ inline constexpr std::array<Field, 5> frequency_fields = {{
     {.name = "increment",
      .label = "Increment",
      .unit = Unit::frequency,
-     .cell = nested_cell<Member, &FrequencyRequest::increment>},
+     .cell = nested_cell<Member, &FrequencyRequest::increment>,
+     .instead_of = "count"},
     {.name = "count",
      .label = "or no. of frequencies",
      .kind = FieldKind::integer,
      .low = 0,
      .high = analysis_points,
-     .cell = nested_cell<Member, &FrequencyRequest::count>},
+     .cell = nested_cell<Member, &FrequencyRequest::count>,
+     .instead_of = "increment"},
     {.name = "frequency_unit",
      .label = "Frequency in",
      .kind = FieldKind::radio,

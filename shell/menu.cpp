@@ -13,6 +13,8 @@ constexpr std::string_view separator = " > ";
 
 std::string folded(std::string_view text) {
     std::string plain = plain_label(trim(text));
+    const auto runs = std::ranges::unique(plain, [](char a, char b) { return a == ' ' && b == ' '; });
+    plain.erase(runs.begin(), runs.end());
     std::ranges::transform(plain, plain.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return plain;
 }

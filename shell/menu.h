@@ -33,7 +33,7 @@ struct ToolbarItem {
 // A label as it reads: without ampersands.
 [[nodiscard]] std::string plain_label(std::string_view label);
 
-// Two texts alike but for case, ampersands and blanks at their ends.
+// Two texts alike but for case, ampersands, blanks at their ends and the length of runs of blanks.
 [[nodiscard]] bool same_label(std::string_view a, std::string_view b);
 
 // The item whose path has just these labels, or null. Whether labels lead only to a submenu tells `opens_submenu`.

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include <fmt/format.h>
@@ -368,9 +369,8 @@ double fitted_height(const PlotSurface& surface, string_view text, double height
 
 // ---- steps of the legend ----
 
-// How much of the curves runs through a box: the number of places, at most a two-hundredth of the window apart, in it.
-int curve_places(const PlotWindow& window, const PlotArea& box) {
-    int places = 0;
+// Whether a curve runs through a box, by its places at most a two-hundredth of the window apart.
+bool curves_cross(const PlotWindow& window, const PlotArea& box) {
     for (const bool is_y2 : {false, true}) {
         const auto& values = is_y2 ? window.Y2_DATA : window.Y1_DATA;
         const PlotAxis& axis = is_y2 ? window.y2 : window.y1;
@@ -385,35 +385,43 @@ int curve_places(const PlotWindow& window, const PlotArea& box) {
                 const double t = static_cast<double>(k) / parts;
                 const double x = before.x + t * (here.x - before.x);
                 const double y = before.y + t * (here.y - before.y);
-                places += x >= box.left && x <= box.right && y >= box.top && y <= box.bottom ? 1 : 0;
+                if (x >= box.left && x <= box.right && y >= box.top && y <= box.bottom) return true;
             }
             before = here;
         }
     }
-    return places;
+    return false;
 }
 
-// The corner or edge of the plot area that the curves leave free, or nearly so.
-PlotArea legend_box(const PlotWindow& window, TextSize size) {
+// The first corner or edge of the plot area that the curves leave free, or none.
+std::optional<PlotArea> legend_box(const PlotWindow& window, TextSize size) {
     const PlotArea& area = window.area;
     const double inset = 2.0 * tick_length;
     const double rights[] = {area.right - inset, area.left + inset + size.width,
                              0.5 * (area.left + area.right + size.width)};
     const double tops[] = {area.top + inset, area.bottom - inset - size.height,
                            0.5 * (area.top + area.bottom - size.height)};
-    PlotArea best{};
-    int least = std::numeric_limits<int>::max();
     for (const double top : tops) {
         for (const double right : rights) {
             const PlotArea box{right - size.width, right, top, top + size.height};
-            const int places = curve_places(window, box);
-            if (places < least) {
-                least = places;
-                best = box;
-            }
+            if (!curves_cross(window, box)) return box;
         }
     }
-    return best;
+    return std::nullopt;
+}
+
+// Below each label of the y axes the line of its curve, where the label leaves room for it.
+void draw_samples_at_labels(PlotSurface& surface, const PlotWindow& window) {
+    const PlotArea& area = window.area;
+    const double column = surface.text_size("Trial legend", label_height).height / surface.aspect();
+    const auto draw = [&](string_view label, double x, PlotPen pen) {
+        const double text = surface.text_size(label, label_height).width * surface.aspect();
+        const double top = 0.5 * (area.top + area.bottom + text) + 2.0 * gap;
+        const double bottom = top + legend_sample * surface.aspect();
+        if (bottom <= area.bottom) surface.line({x, top}, {x, bottom}, pen);
+    };
+    draw(window.y1.label.trimmed(), margin + 0.5 * column, PlotPen::y1);
+    draw(window.y2.label.trimmed(), 1.0 - margin - 0.5 * column, PlotPen::y2);
 }
 
 void draw_legend(PlotSurface& surface, const PlotWindow& window) {
@@ -429,18 +437,22 @@ void draw_legend(PlotSurface& surface, const PlotWindow& window) {
     const double text_width =
         std::max(surface.text_size(names[0], height).width, surface.text_size(names[1], height).width);
     const double line_height = surface.text_size("Trial legend", height).height + gap;
-    const PlotArea box = legend_box(window, {beside + text_width, 2.0 * line_height + 2.0 * gap});
+    const auto box = legend_box(window, {beside + text_width, 2.0 * line_height + 2.0 * gap});
+    if (!box) {
+        draw_samples_at_labels(surface, window);
+        return;
+    }
 
-    surface.clear(box);
-    const std::array<PlotPoint, 5> border{{{box.left, box.top},
-                                           {box.right, box.top},
-                                           {box.right, box.bottom},
-                                           {box.left, box.bottom},
-                                           {box.left, box.top}}};
+    surface.clear(*box);
+    const std::array<PlotPoint, 5> border{{{box->left, box->top},
+                                           {box->right, box->top},
+                                           {box->right, box->bottom},
+                                           {box->left, box->bottom},
+                                           {box->left, box->top}}};
     surface.polyline(border, PlotPen::tick);
     for (std::size_t i = 0; i < 2; ++i) {
-        const double y = box.top + gap + (static_cast<double>(i) + 0.5) * line_height;
-        const double x = box.left + pad;
+        const double y = box->top + gap + (static_cast<double>(i) + 0.5) * line_height;
+        const double x = box->left + pad;
         surface.line({x, y}, {x + legend_sample, y}, pens[i]);
         surface.text({.text = names[i],
                       .at = {x + legend_sample + pad, y},

@@ -142,9 +142,8 @@ struct PlotRequest {
     std::string_view owner{};  // by its first letter: see plot_print_id
 };
 
-// The event id of the window's item "&Print": 160 passive (blank), 161 IIR digital ("d"), 162 FIR digital ("f"), 163
-// active
-// ("a"), 168 lattice ("l"), 154 phase nonlinearity ("n").
+// The event id of the window's item "&Print": 160 passive (blank), 161 IIR digital ("d"), 162 FIR digital ("f"),
+// 163 active ("a"), 168 lattice ("l"), 154 phase nonlinearity ("n").
 [[nodiscard]] int plot_print_id(std::string_view owner);
 
 // Opens the window with new curves of equally many points, 2 to 1002. Values that are not finite have no share in the

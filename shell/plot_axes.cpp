@@ -24,17 +24,11 @@ struct DecimalRange {
     int p = 0;
 };
 
-// The ends of an axis and the steps between its labels.
-struct RoundAxis {
-    NiceRange range;
-    int steps = 0;
-};
-
 double decimal_power(int p);
 bool can_be_rounded(double& lo, double& hi);
 DecimalRange decimal_range(double lo, double hi);
 NiceRange range_of(const DecimalRange& decimal);
-RoundAxis round_axis(double lo, double hi, int steps_beside);
+int round_steps(const NiceRange& range, int steps_beside);
 std::string offset_text(string_view label, const PlotAxis& axis, bool is_x, const UnitSet& units);
 
 // How far the ends move apart for a number of half units, by the parity of one of them.
@@ -81,9 +75,7 @@ double PlotAxis::shown(double value) const {
 }
 
 PlotAxis scale_text(double lo, double hi, int label_count, int steps_beside) {
-    const RoundAxis round =
-        label_count == 0 ? round_axis(lo, hi, steps_beside) : RoundAxis{nice_range(lo, hi), label_count - 1};
-    const NiceRange& range = round.range;
+    const NiceRange range = nice_range(lo, hi);
     PlotAxis axis;
     axis.lo = range.lo;
     axis.hi = range.hi;
@@ -100,7 +92,8 @@ PlotAxis scale_text(double lo, double hi, int label_count, int steps_beside) {
     axis.first = axis.shown(deviation ? -range.amount : range.lo);
     axis.last = axis.shown(deviation ? range.amount : range.hi);
 
-    axis.label_count = std::min(round.steps + 1, tick_label_bound);
+    axis.label_count =
+        label_count == 0 ? round_steps(range, steps_beside) + 1 : std::min(label_count, tick_label_bound);
     const long largest = std::lround(std::max(std::abs(axis.first), std::abs(axis.last)));
     const int decimals = largest >= 100 ? 1 : largest >= 10 ? 2 : largest >= 1 ? 3 : 4;
     for (int i = 0; i < axis.label_count; ++i) {
@@ -187,7 +180,6 @@ constexpr std::array<StepRow, 10> step_rows = {
 constexpr double cost_not_round = 60;
 constexpr double cost_off_multiples = 20;  // labels are not multiples of the step: 0 has none
 constexpr double cost_crowded = 30;
-constexpr double cost_blank = 60;        // of an axis twice as long as need be
 constexpr double cost_other_steps = 12;  // than the axis beside, whose grid is drawn
 
 // `first` to `last` in so many steps.
@@ -208,33 +200,17 @@ double cost_of(double first, double last, int steps, int steps_beside) {
     return cost + std::abs(steps - wanted) + (steps > crowded ? cost_crowded : 0);
 }
 
-// The ends of the data, moved outwards by some half units where the steps become rounder by it. Where nice_range shows
-// no deviation none is shown here, and the other way round.
-RoundAxis round_axis(double lo, double hi, int steps_beside) {
-    if (!can_be_rounded(lo, hi)) return {{lo, hi, 0.0, 0.0}, 8};
-    const DecimalRange data = decimal_range(lo, hi);
-    const auto units = data.ends.high - data.ends.low;
-    const bool deviation = nice_range(lo, hi).offset != 0.0;
-    RoundAxis best{range_of(data), 8};
+// The number of steps that gives the best labels between the ends of a range.
+int round_steps(const NiceRange& range, int steps_beside) {
+    const bool deviation = range.offset != 0.0;
+    const double first = deviation ? -range.amount : range.lo;
+    const double last = deviation ? range.amount : range.hi;
+    int best = 0;
     double least = std::numeric_limits<double>::infinity();
-    for (long long below = 0; below <= 4; ++below) {
-        for (long long above = 0; above <= 4; ++above) {
-            DecimalRange wider = data;
-            wider.ends.low -= below;
-            wider.ends.high += above;
-            const NiceRange range = range_of(wider);
-            if ((range.offset != 0.0) != deviation) continue;
-            const double half = 0.5 * static_cast<double>(wider.ends.high - wider.ends.low);
-            const double first = deviation ? -half : static_cast<double>(wider.ends.low);
-            const double last = deviation ? half : static_cast<double>(wider.ends.high);
-            for (int steps = tick_label_bound - 1; steps >= 3; --steps) {
-                const double cost = cost_of(0.5 * first, 0.5 * last, steps, steps_beside) +
-                                    cost_blank * static_cast<double>(below + above) / static_cast<double>(units);
-                if (cost < least) {
-                    least = cost;
-                    best = {range, steps};
-                }
-            }
+    for (int steps = tick_label_bound - 1; steps >= 3; --steps) {
+        if (const double cost = cost_of(first, last, steps, steps_beside); cost < least) {
+            least = cost;
+            best = steps;
         }
     }
     return best;

@@ -64,11 +64,10 @@ struct PlotAxis {
     [[nodiscard]] double tick(int i) const { return lo + span * i / (label_count - 1); }
 };
 
-// The axis for data from lo to hi: its ends, its exponent and its tick labels in fields of six characters. With a
-// label_count the ends are those of nice_range; more than 26 labels count as 26. With label_count 0 the ends are the
-// half units that hold the data, moved outwards where that gives rounder steps, which need not be as far as nice_range
-// goes; steps are round, fall on multiples of themselves, are some eight, and as many as those of the axis beside
-// (steps_beside, 0 for none) where that can be had.
+// The axis for data from lo to hi: its ends as nice_range gives them, its exponent and its tick labels in fields of six
+// characters; more than 26 labels count as 26. With label_count 0 their number is chosen: steps are round, fall on
+// multiples of themselves, are some eight, and as many as those of the axis beside (steps_beside, 0 for none) where
+// that can be had.
 [[nodiscard]] PlotAxis scale_text(double lo, double hi, int label_count = 0, int steps_beside = 0);
 
 // The label behind an axis: "Frequency Hz xE3"; on a narrow axis also the offset, ", F0 = 1.000000 KHz" on the x axis,

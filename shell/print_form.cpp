@@ -1,5 +1,7 @@
 #include "shell/print_form.h"
 
+#include <fstream>
+
 namespace kavrel {
 
 bool choose_print_mode(PrintTarget target, Reporter& reporter) {
@@ -10,6 +12,10 @@ bool choose_print_mode(PrintTarget target, Reporter& reporter) {
             const std::string name = reporter.window().choose_file(
                 {.caption = "Select a file name", .description = "Text files", .filter = "*.txt", .to_write = true});
             if (name.empty()) return false;
+            if (!std::ofstream(name, std::ios::app)) {
+                reporter.message("File could not be written", "Error");
+                return false;
+            }
             reporter.set_print_mode(PrintMode::file, name);
             break;
         }

@@ -18,7 +18,8 @@ inline constexpr Field print_field{.name = "printing_to",
                                    .choices = print_targets,
                                    .cell = cell_of<Member>};
 
-// Sets the print mode at once; for a file asks for its name first, and without a name leaves all as it is: false.
+// Sets the print mode at once; for a file asks for its name first, and without a name, or when it cannot be written,
+// leaves all as it is: false.
 bool choose_print_mode(PrintTarget target, Reporter& reporter);
 
 }  // namespace kavrel

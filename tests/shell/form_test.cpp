@@ -105,6 +105,12 @@ TEST_F(Forms, RulesLabelsAndUnitsShow) {
     EXPECT_EQ(find_field(on, "kept"), 3);
     EXPECT_EQ(find_field(on, "COUNT"), 1) << "labels in any case";
     EXPECT_EQ(find_field(on, "nothing"), -1);
+    EXPECT_EQ(find_field(on, "Edge"), 0) << "the label it always has";
+    EXPECT_EQ(find_field(on, "stop  EDGE"), 0) << "the label it has now, without the unit";
+    EXPECT_EQ(find_field(on, "stop_edge"), 0) << "a name made from it";
+    EXPECT_EQ(find_field(on, "Second_Kept"), 6) << "names in any case";
+    EXPECT_EQ(find_field(on, "stop_edge"), 0) << "a name made from the label";
+    EXPECT_EQ(find_field(on, " stop   edge (MHz)"), 0) << "one blank or several";
 }
 
 TEST_F(Forms, RefusalKeepsTheFormOpenAndCancelRestores) {

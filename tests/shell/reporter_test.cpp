@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "shell/print_form.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
 
@@ -67,6 +68,15 @@ TEST_F(Reports, FileModeAppendsAndTellsWhenItCannot) {
     reporter.set_print_mode(PrintMode::file, "missing/out.txt");
     report(3);
     EXPECT_EQ(window.boxes, std::vector<std::string>{"Error: File could not be written"});
+
+    window.files = {"other.txt", "missing/out.txt"};
+    EXPECT_TRUE(choose_print_mode(PrintTarget::file, reporter));
+    EXPECT_FALSE(choose_print_mode(PrintTarget::file, reporter)) << "told when it is chosen";
+    EXPECT_FALSE(choose_print_mode(PrintTarget::file, reporter)) << "no name";
+    EXPECT_EQ(window.boxes.size(), 2U);
+    EXPECT_EQ(window.boxes.back(), "Error: File could not be written");
+    report(1);
+    EXPECT_EQ(read_text("other.txt"), "line 1\n") << "all stays as it was";
 }
 
 TEST_F(Reports, TheJournalKeepsBoxesWithTheirAnswers) {

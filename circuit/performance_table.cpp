@@ -11,7 +11,9 @@ namespace {
 constexpr double fine_step = 0.001;
 constexpr std::size_t title_width = 68;  // 17 words of four characters
 
-void add_head(const Performance& performance, std::string_view title, std::vector<std::string>& lines);
+void add_head(const Performance& performance, std::string_view title, ImmittanceHead immittance_head,
+              std::vector<std::string>& lines);
+std::string immittance_text(bool admittance, ImmittanceHead head);
 std::string row_text(const PerformanceRow& row, bool fine, bool return_loss);
 
 }  // namespace
@@ -27,10 +29,12 @@ std::string_view loss_label(LossClass loss_class) {
 
 std::string_view immittance_label(bool admittance) { return admittance ? "admittance" : "impedance"; }
 
-std::vector<std::string> performance_lines(const Performance& performance, std::string_view title) {
+std::vector<std::string> performance_lines(const Performance& performance, std::string_view title,
+                                           ImmittanceHead immittance_head) {
     std::vector<std::string> lines;
     for (int i = 1; i <= performance.count; ++i) {
-        if ((i - 1) % static_cast<int>(Reporter::page_full) == 0) add_head(performance, title, lines);
+        const bool page_begins = (i - 1) % static_cast<int>(Reporter::page_full) == 0;
+        if (page_begins) add_head(performance, title, immittance_head, lines);
         lines.push_back(row_text(performance.rows(i), performance.step < fine_step, performance.doubly_terminated));
     }
     return lines;
@@ -39,22 +43,34 @@ std::vector<std::string> performance_lines(const Performance& performance, std::
 namespace {
 
 // Columns end at 13 (frequency), 24 (loss), 33 (phase), 45 (delay), 58 and 71 (immittance) and 80 (return loss).
-void add_head(const Performance& performance, std::string_view title, std::vector<std::string>& lines) {
+void add_head(const Performance& performance, std::string_view title, ImmittanceHead immittance_head,
+              std::vector<std::string>& lines) {
     lines.emplace_back("");
     lines.emplace_back(trim_right(head_of(title, title_width)));
     lines.emplace_back("");
     lines.emplace_back("******* Computed performance *******");
     lines.emplace_back("");
+    constexpr int from_delay_to_end = 33;  // from the end of "Delay" to that of "Ret. loss"
+    const std::string immittance = immittance_text(performance.admittance, immittance_head);
+    const int before = immittance_head == ImmittanceHead::output ? 6 : 10;
+    const int behind = from_delay_to_end - before - static_cast<int>(immittance.size());
     Line words = line().a("Frequency", 11).x(2).a(loss_label(performance.loss_class)).a(" loss  Phase").a("Delay", 10);
-    words.x(6).a("Output ").a(immittance_label(performance.admittance));
+    words.x(before).a(immittance);
     Line units = line().x(2).a(performance.radians ? "  rad/sec " : "   in Hz  ").a("in dB", 11).a("in deg", 10);
     units.a("in sec", 10).a("real", 11).a("imaginary", 14);
     if (performance.doubly_terminated) {
-        words.a("Ret. loss", performance.admittance ? 10 : 11);
+        words.a("Ret. loss", behind);
         units.a("in dB", 10);
     }
     lines.emplace_back(words);
     lines.emplace_back(units);
+}
+
+std::string immittance_text(bool admittance, ImmittanceHead head) {
+    std::string text(immittance_label(admittance));
+    if (head == ImmittanceHead::output) return "Output " + text;
+    text.front() = admittance ? 'A' : 'I';
+    return text;
 }
 
 // (1x,1p,d12.5,2x,0p,f9.4,2x,f7.2,1p,d12.4,1p,2d13.5,1x,0p,f8.4), or (1x,1p,d13.6,1x, ...

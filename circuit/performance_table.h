@@ -13,9 +13,13 @@ namespace kavrel {
 [[nodiscard]] std::string_view loss_label(LossClass loss_class);
 [[nodiscard]] std::string_view immittance_label(bool admittance);
 
+// How the head of a table names the immittance: "Output impedance", or "Impedance" alone.
+enum class ImmittanceHead { output, bare };
+
 // Frequency, loss, phase, delay, immittance and (doubly terminated) return loss of each row, with a head before every
 // page of rows. A step of less than 0.001 takes one more digit of frequency.
-[[nodiscard]] std::vector<std::string> performance_lines(const Performance& performance, std::string_view title);
+[[nodiscard]] std::vector<std::string> performance_lines(const Performance& performance, std::string_view title,
+                                                         ImmittanceHead immittance_head = ImmittanceHead::output);
 
 // What stands below a table: as a report line, or in a box with this caption.
 inline constexpr std::string_view analysis_done = "*** done ***";

@@ -72,7 +72,8 @@ void analyse_time(PassiveDesk& desk) {
 
 void tabulate_frequency(PassiveDesk& desk) {
     if (desk.results.frequency_count == 0 || !desk.results.has_immittance) return refuse(desk, no_analysis_results);
-    const auto lines = performance_lines(performance_of(desk.results), desk.results.TITLE.trimmed());
+    const Performance performance = performance_of(desk.results);
+    const auto lines = performance_lines(performance, desk.results.TITLE.trimmed(), ImmittanceHead::bare);
     write_lines(desk, lines, ExtSlot::results_table);
 }
 

@@ -29,7 +29,8 @@ void tell_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict);
 std::string insert_keys(const InsertRequest& request, std::size_t values);
 bool in_range(int k) { return k >= 1 && k <= max_branches; }
 void keep_for_undo(PassiveDesk& desk);
-void tell_step(PassiveDesk& desk, std::string_view menu);
+using Step = SnapshotVerdict (*)(PassiveFilter& filter, FixedText<80>& title, PassiveState& state);
+void take_step(PassiveDesk& desk, Step step, std::string_view menu);
 void settle_terminations(Circuit& circuit);
 
 }  // namespace
@@ -120,25 +121,18 @@ void change_branch(PassiveDesk& desk) {
     take_edit(desk, edited, request.branch, {"Branch Change", keys});
 }
 
-void undo_edit(PassiveDesk& desk) {
-    const SnapshotVerdict verdict = undo(desk.filter, desk.session.TITLE, desk.state);
-    if (verdict != SnapshotVerdict::done) return refuse(desk, message_of(verdict));
-    tell_step(desk, "Undo Undo");
-}
+void undo_edit(PassiveDesk& desk) { take_step(desk, undo, "Undo Undo"); }
 
-void redo_edit(PassiveDesk& desk) {
-    const SnapshotVerdict verdict = redo(desk.filter, desk.session.TITLE, desk.state);
-    if (verdict != SnapshotVerdict::done) return refuse(desk, message_of(verdict));
-    tell_step(desk, "Undo Redo");
-}
+void redo_edit(PassiveDesk& desk) { take_step(desk, redo, "Undo Redo"); }
 
 void store_circuit(PassiveDesk& desk) {
     const SnapshotVerdict verdict = store(desk.filter, desk.session.TITLE);
-    if (verdict == SnapshotVerdict::done) {
-        tell_done(desk);
-    } else {
+    if (verdict != SnapshotVerdict::done) {
         desk.reporter.message(message_of(verdict), "Warning");
+        return;
     }
+    desk.state.stored_for = desk.session.filter_file;
+    tell_done(desk);
 }
 
 void recall_circuit(PassiveDesk& desk) {
@@ -149,6 +143,9 @@ void recall_circuit(PassiveDesk& desk) {
     keep_for_undo(desk);
     desk.filter = stored;
     desk.session.TITLE = title;
+    desk.state.opened = true;
+    // What was stored of another file's circuit is not saved into this file unasked.
+    if (!(desk.session.filter_file == desk.state.stored_for)) desk.session.filter_file = "";
     show_changed(desk, 1);
 }
 
@@ -223,10 +220,16 @@ void keep_for_undo(PassiveDesk& desk) {
     if (verdict != SnapshotVerdict::done) desk.reporter.message(message_of(verdict), "Warning");
 }
 
-// After an "undo" or a "redo". A circuit that may be another than the one of the stored file is not saved into it
-// unasked.
-void tell_step(PassiveDesk& desk, std::string_view menu) {
-    if (desk.state.opened) desk.session.filter_file = "";
+// An "undo" or a "redo". No edit changes the title: one that was typed in meanwhile stays. Where the step may have led
+// to another circuit the title is that one's, and it is not saved into the stored file unasked.
+void take_step(PassiveDesk& desk, Step step, std::string_view menu) {
+    FixedText<80> title = desk.session.TITLE;
+    const SnapshotVerdict verdict = step(desk.filter, title, desk.state);
+    if (verdict != SnapshotVerdict::done) return refuse(desk, message_of(verdict));
+    if (desk.state.opened) {
+        desk.session.TITLE = title;
+        desk.session.filter_file = "";
+    }
     record_macro(desk, {menu});
     show_changed(desk, 1);
 }

@@ -41,7 +41,7 @@ void close_macro(PassiveDesk& desk) {
 
 }  // namespace
 
-std::string macro_branch(int branch) { return edit_i(branch, 2); }
+std::string macro_branch(int branch) { return edit_i(branch, branch < 100 ? 2 : 3); }
 std::string macro_value_d(double value) { return edit_1pd(value, 14, 6); }
 std::string macro_value_e(double value) { return edit_1pe(value, 14, 6); }
 

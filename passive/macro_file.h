@@ -7,7 +7,8 @@
 //     WinWaitExist ("<New Passive", 2)            only where a form has to be filled in:
 //     SendKey (" 4 ~")                            "~" is the return key, "{TAB}" goes to the next field
 //
-// Keys are put together from fixed texts, branch numbers in I2 and values as they were typed, in 1P,D14.6 or 1P,E14.6.
+// Keys are put together from fixed texts, branch numbers in I2 (100 as it is) and values as they were typed, in
+// 1P,D14.6 or 1P,E14.6.
 #pragma once
 
 #include <string>

@@ -16,7 +16,8 @@ namespace kavrel {
 struct PassiveState {
     int undoTop = 0;            // the snapshot that the next "undo" reads
     int undoCount = 0;          // the highest one in use
-    bool opened = false;        // a stored circuit in place of another: "undo" may lead to one that is not of its file
+    bool opened = false;        // a circuit was opened or recalled: "undo" may lead to one of another file and title
+    FixedText<256> stored_for;  // the session's stored file when "sto " was given
     bool recording = false;     // of a macro, into
     FixedText<256> macro_file;  // the file of this name
     bool suppress = false;      // "*** done ***" goes to the report instead of a box, and edits show no circuit

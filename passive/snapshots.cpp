@@ -15,11 +15,12 @@ struct SnapshotMessage {
     SnapshotVerdict verdict;
     std::string_view text;
 };
-constexpr std::array<SnapshotMessage, 7> snapshot_messages = {{
+constexpr std::array<SnapshotMessage, 8> snapshot_messages = {{
     {SnapshotVerdict::done, ""},
     {SnapshotVerdict::nothing_to_undo, "Nothing to undo"},
     {SnapshotVerdict::nothing_to_redo, "Nothing to redo"},
-    {SnapshotVerdict::undo_not_read, "File could not be read"},
+    {SnapshotVerdict::undo_not_read, "Nothing stored\nor error reading data file"},
+    {SnapshotVerdict::redo_not_read, "File could not be read"},
     {SnapshotVerdict::not_kept, "Data could not be stored"},
     {SnapshotVerdict::not_recalled, "Data could not be read"},
     {SnapshotVerdict::nothing_stored, "Data was not stored"},
@@ -33,7 +34,7 @@ bool take_snapshot(std::string_view bytes, PassiveFilter& filter, FixedText<80>&
     return read_circuit_records(bytes, filter, title, CircuitRecords::snapshot);
 }
 
-SnapshotVerdict exchange(int level, PassiveFilter& filter, FixedText<80>& title);
+SnapshotVerdict exchange(int level, PassiveFilter& filter, FixedText<80>& title, SnapshotVerdict not_read);
 
 }  // namespace
 
@@ -55,14 +56,14 @@ SnapshotVerdict push_undo(const PassiveFilter& filter, const FixedText<80>& titl
 
 SnapshotVerdict undo(PassiveFilter& filter, FixedText<80>& title, PassiveState& state) {
     if (state.undoTop < 1) return SnapshotVerdict::nothing_to_undo;
-    const SnapshotVerdict verdict = exchange(state.undoTop - 1, filter, title);
+    const SnapshotVerdict verdict = exchange(state.undoTop - 1, filter, title, SnapshotVerdict::undo_not_read);
     if (verdict == SnapshotVerdict::done) --state.undoTop;
     return verdict;
 }
 
 SnapshotVerdict redo(PassiveFilter& filter, FixedText<80>& title, PassiveState& state) {
     if (state.undoTop >= state.undoCount) return SnapshotVerdict::nothing_to_redo;
-    const SnapshotVerdict verdict = exchange(state.undoTop, filter, title);
+    const SnapshotVerdict verdict = exchange(state.undoTop, filter, title, SnapshotVerdict::redo_not_read);
     if (verdict == SnapshotVerdict::done) ++state.undoTop;
     return verdict;
 }
@@ -83,14 +84,15 @@ SnapshotVerdict recall(PassiveFilter& filter, FixedText<80>& title) {
 
 namespace {
 
-// The state in the file becomes the current one, and that goes into the file.
-SnapshotVerdict exchange(int level, PassiveFilter& filter, FixedText<80>& title) {
+// The state in the file becomes the current one, and that goes into the file; `not_read` is what is answered where
+// the file cannot be used.
+SnapshotVerdict exchange(int level, PassiveFilter& filter, FixedText<80>& title, SnapshotVerdict not_read) {
     PassiveFilter other;
     FixedText<80> other_title;
     std::string bytes;
     if (file_operation(FileOperation::undo, {.undo_count = level}, bytes) != FileStatus::done ||
         !take_snapshot(bytes, other, other_title)) {
-        return SnapshotVerdict::undo_not_read;
+        return not_read;
     }
     if (!write_whole(undo_file(level), snapshot_of(filter, title))) return SnapshotVerdict::not_kept;
     filter = other;

@@ -19,6 +19,7 @@ enum class SnapshotVerdict {
     nothing_to_undo,
     nothing_to_redo,
     undo_not_read,   // the undo file is missing or damaged
+    redo_not_read,   // likewise for a redo
     not_kept,        // a snapshot could not be written
     not_recalled,    // the stored one is damaged
     nothing_stored,  // there is none
@@ -36,7 +37,7 @@ enum class SnapshotVerdict {
 // kept for a redo.
 [[nodiscard]] SnapshotVerdict undo(PassiveFilter& filter, FixedText<80>& title, PassiveState& state);
 
-// Makes again the edit that was undone last; `nothing_to_redo`, else as undo.
+// Makes again the edit that was undone last; `nothing_to_redo`, `redo_not_read`, `not_kept`.
 [[nodiscard]] SnapshotVerdict redo(PassiveFilter& filter, FixedText<80>& title, PassiveState& state);
 
 // "sto ": keeps the state in place of the one stored before; `not_kept`.

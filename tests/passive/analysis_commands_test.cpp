@@ -57,8 +57,12 @@ TEST_F(Analyses, QAndUnits) {
     }
     EXPECT_TRUE(reported("Voltage  loss")) << window.lines.at(5);
     EXPECT_TRUE(reported("1.00000D+03"));
-    frequency({{"increment", "0"}, {"count", "3"}, {"inductor_q", "0"}});
-    EXPECT_EQ(results.frequency_count, 3) << "start and end are those of the last time";
+    frequency({{"count", "3"}, {"inductor_q", "0"}});
+    EXPECT_EQ(results.frequency_count, 3) << "start and end are those of the last time, the increment is not";
+    frequency({{"increment", "9"}});
+    EXPECT_EQ(results.frequency_count, 12);
+    frequency({{"count", "0"}});
+    EXPECT_EQ(results.frequency_count, 12) << "no count takes nothing's place";
 }
 
 TEST_F(Analyses, WhatCannotBeAnalysedIsTold) {
@@ -124,6 +128,10 @@ TEST_F(Analyses, TablesGoToFiles) {
     frequency({{"start", "1"}, {"end", "2"}, {"increment", "1"}, {"frequency_unit", "rad/sec"}}, Answer::yes);
     std::string shown;
     for (const std::string& line : window.lines) shown += line + '\n';
+    const std::string_view in_report = "  Output impedance  Ret. loss", in_file = "      Impedance     Ret. loss";
+    const auto head = shown.find(in_report);
+    ASSERT_NE(head, std::string::npos);
+    shown.replace(head, in_report.size(), in_file);
     send("tabf");
     EXPECT_EQ(boxes(), "Warning: CANCEL");
     window.files = {"ladder"};

@@ -217,8 +217,42 @@ TEST_F(Edits, UndoAndStoreHaveTheirMessages) {
     EXPECT_EQ(boxes(), "Warning: Data could not be stored");
     write_text("_xxx0.tmp", "no snapshot");
     send("undo");
+    EXPECT_EQ(boxes(), "Error: Nothing stored\nor error reading data file");
+    EXPECT_TRUE(filter.circuit == deleted);
+    write_text("_xxx1.tmp", "no snapshot");
+    send("redo");
     EXPECT_EQ(boxes(), "Error: File could not be read");
     EXPECT_TRUE(filter.circuit == deleted);
+}
+
+TEST_F(Edits, ATitleThatWasTypedMeanwhileStays) {
+    const auto entitle = [&](std::string_view title) { send("lbl ", PASSIVE_TITLE_DLG, {{"title", title}}); };
+    butterworth();
+    entitle("first");
+    insert("c", 9, 1);
+    entitle("second");
+    send("undo");
+    EXPECT_EQ(session.TITLE, std::string_view("second")) << "no edit changes the title";
+    send("redo");
+    EXPECT_EQ(session.TITLE, std::string_view("second"));
+    send("sto ");
+    entitle("third");
+    send("rcl ");
+    EXPECT_EQ(session.TITLE, std::string_view("second"));
+    send("undo");
+    EXPECT_EQ(session.TITLE, std::string_view("third")) << "that of the circuit before the recall";
+}
+
+// One that was stored while another file was open goes into no file unasked.
+TEST_F(Edits, ARecalledCircuitGoesIntoItsOwnFileAlone) {
+    butterworth();
+    session.filter_file = "a.qfp";
+    send("sto ");
+    send("rcl ");
+    EXPECT_EQ(session.filter_file, std::string_view("a.qfp"));
+    session.filter_file = "b.qfp";
+    send("rcl ");
+    EXPECT_TRUE(session.filter_file.is_blank());
 }
 
 TEST_F(Edits, EntriesStartAnew) {

@@ -63,6 +63,18 @@ TEST_F(Macros, StartAndPlay) {
     EXPECT_EQ(window.boxes.back(), "Error: File was not found");
 }
 
+// Two digits do not take the number of the last slot.
+TEST_F(Macros, NoNumberBecomesStars) {
+    window.files = {"hundred"};
+    send("writ");
+    insert("r", 1, 50);
+    insert("l", 100, 1);
+    send("ins ", PASSIVE_INSERT_DLG, {{"element", "copy"}, {"branch", "100"}, {"copy_of", "1"}});
+    const std::string text = read_text("hundred.wbt");
+    EXPECT_NE(text.find("\"{UP 9} {DOWN} {TAB} 100 {TAB}   1.000000E+00 ~\""), std::string::npos) << text;
+    EXPECT_NE(text.find("\"{DOWN 9} {TAB} 100 {TAB}  1 ~\""), std::string::npos) << text;
+}
+
 TEST_F(Macros, AFileThatCannotBeWrittenEndsTheRecording) {
     window.files = {"gone.wbt"};
     send("writ");

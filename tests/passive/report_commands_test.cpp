@@ -70,8 +70,8 @@ TEST_F(Reports, RowsOfLinesAreNotCutOff) {
     insert("lcc", 3, 40, 70, 1100);
     insert("lc", 4, 140, 70);
     send("show");
-    EXPECT_TRUE(reported("70.000000 1.175851 GHz res. frequency z3 = 131.823214 K")) << window.lines[3];
-    EXPECT_TRUE(reported(" res. frequency z1 = 46.666667")) << window.lines[4];
+    EXPECT_TRUE(reported("  70.000000   1.175851 GHz  res. frequency   z3 = 131.823214 K")) << window.lines[3];
+    EXPECT_TRUE(reported(" res. frequency   z1 =  46.666667")) << window.lines[4];
 }
 
 TEST_F(Reports, DesignAndFunction) {

@@ -168,8 +168,9 @@ void block(const char* name) {
 }
 
 constexpr Failure failures[] = {
-    {"undo, file missing", [] { std::filesystem::remove("_xxx1.tmp"); }, try_undo, "File could not be read"},
-    {"undo, file damaged", [] { cut_in_half("_xxx1.tmp"); }, try_undo, "File could not be read"},
+    {"undo, file missing", [] { std::filesystem::remove("_xxx1.tmp"); }, try_undo,
+     "Nothing stored\nor error reading data file"},
+    {"undo, file damaged", [] { cut_in_half("_xxx1.tmp"); }, try_undo, "Nothing stored\nor error reading data file"},
     {"redo, file missing", [] { std::filesystem::remove("_xxx2.tmp"); }, try_redo, "File could not be read"},
     {"redo, file damaged", [] { cut_in_half("_xxx2.tmp"); }, try_redo, "File could not be read"},
     {"push", [] { block("_xxx2.tmp"); }, try_push, "Data could not be stored"},

@@ -166,10 +166,14 @@ bool ConsoleWindow::include(const ScriptLine& line) {
         fail(Failure::script, missing_quote);
     } else if (line.words.size() < 2) {
         fail(Failure::script, "'include' needs more words");
-    } else if (!script_.include(line, line.rest())) {
-        fail(Failure::file, fmt::format("'{}' could not be read", line.rest()));
     } else {
-        return true;
+        switch (script_.include(line, line.rest())) {
+            case Included::done: return true;
+            case Included::unreadable: fail(Failure::file, fmt::format("'{}' could not be read", line.rest())); break;
+            case Included::too_deep:
+                fail(Failure::script, fmt::format("'{}' is included by too many files within files", line.rest()));
+                break;
+        }
     }
     return false;
 }

@@ -115,7 +115,7 @@ std::string choices_text(const FormSheet& sheet, std::size_t field) {
     for (const Choice& choice : sheet.field(field).choices) {
         if (!sheet.choice_is_on(field, choice.value)) continue;
         if (!text.empty()) text += ", ";
-        text += fmt::format("{} {}", choice.value, choice.label);
+        text += fmt::format("{} {}", choice.value, sheet.choice_label(choice));
     }
     return text;
 }

@@ -52,6 +52,7 @@ int run(const ConsoleOptions& options) {
         script.push("<stdin>", std::make_unique<std::istream>(std::cin.rdbuf()));
     }
     if (!options.folder.empty() && chdir(options.folder.c_str()) != 0) return file_trouble(options.folder, "entered");
+    if (stored && open_text(options.argument) == nullptr) return file_trouble(options.argument, "read");
     std::ofstream report_file;
     if (!options.report_file.empty()) {
         report_file.open(options.report_file);

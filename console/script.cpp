@@ -70,12 +70,13 @@ ScriptLine split_line(std::string file, int number, std::string_view text) {
 std::vector<std::string> path_of(const ScriptLine& line) {
     std::vector<std::string> labels(1);
     const auto append = [&](std::string_view text) {
+        text = trim(text);
         if (!labels.back().empty() && !text.empty()) labels.back() += ' ';
         labels.back() += text;
     };
     for (std::size_t i = 1; i < line.words.size(); ++i) {
         std::string_view text = line.words[i].text;
-        if (!line.words[i].quoted) {
+        if (!line.words[i].quoted || line.words.size() == 2) {
             for (auto at = text.find('>'); at != std::string_view::npos; at = text.find('>')) {
                 append(text.substr(0, at));
                 labels.emplace_back();
@@ -119,15 +120,15 @@ std::optional<ScriptLine> ConsoleScript::next() {
     return std::nullopt;
 }
 
-bool ConsoleScript::include(const ScriptLine& line, const std::string& file) {
-    if (sources_.size() >= include_depth) return false;
+Included ConsoleScript::include(const ScriptLine& line, const std::string& file) {
+    if (sources_.size() >= include_depth) return Included::too_deep;
     for (const auto& path : {std::filesystem::path(line.folder) / file, std::filesystem::path(file)}) {
         auto lines = open_text(path.string());
         if (lines == nullptr) continue;
         push(file, std::move(lines), std::filesystem::absolute(path).parent_path().string());
-        return true;
+        return Included::done;
     }
-    return false;
+    return Included::unreadable;
 }
 
 }  // namespace kavrel

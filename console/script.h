@@ -34,11 +34,13 @@ struct ScriptLine {
 
 [[nodiscard]] ScriptLine split_line(std::string file, int number, std::string_view text);
 
-// The labels of `choose A > B > C`: words between the unquoted '>'.
+// The labels of `choose A > B > C`: words between the unquoted '>', or of a path that is quoted as a whole.
 [[nodiscard]] std::vector<std::string> path_of(const ScriptLine& line);
 
 // A file opened to be read, or null; a folder is no file.
 [[nodiscard]] std::unique_ptr<std::istream> open_text(const std::string& name);
+
+enum class Included { done, unreadable, too_deep };
 
 class ConsoleScript {
 public:
@@ -51,8 +53,8 @@ public:
     // The line stays the next one.
     void hand_back(ScriptLine line) { handed_back_ = std::move(line); }
 
-    // Reads a file's lines before those that follow; false when it cannot be opened.
-    [[nodiscard]] bool include(const ScriptLine& line, const std::string& file);
+    // Reads a file's lines before those that follow.
+    [[nodiscard]] Included include(const ScriptLine& line, const std::string& file);
 
     void end() { sources_.clear(), handed_back_.reset(); }
 

@@ -75,6 +75,7 @@ bool read_analysis_input(std::string_view bytes, FilterAnalysisRequest& request)
     for (const auto member : analysis_numbers) file.take(found.*member);
     for (const auto member : analysis_integers) file.take(found.*member);
     file.end();
+    for (int* group : {&found.form, &found.structure}) settle_choice(*group);
     if (!file.finished() || !settle(found)) return false;
     request = found;
     return true;
@@ -111,6 +112,7 @@ bool read_fir_analysis_input(std::string_view bytes, FirAnalysisRequest& request
     file.take(spare_bands);
     for (int* choice : {&found.filter_data, &found.filter_symmetry, &found.filter_length}) file.take(*choice);
     file.end();
+    settle_choice(found.filter_symmetry);
     if (!file.finished() || !settle(found)) return false;
     request = found;
     return true;

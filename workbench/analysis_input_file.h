@@ -3,11 +3,9 @@
 //
 // A filter:
 //   1  doubles: 25 poles and 25 zeros (real and imaginary part each), 25 numerator and 25 denominator factors
-//   (quadratic,
-//      linear, constant), 25 feedback coefficients; then the five row counts as integers
+//      (quadratic, linear, constant), 25 feedback coefficients; then the five row counts as integers
 //   2  lower_passband, upper_passband, sampling_or_qw as doubles; analysis_kind, analysis_type, zeros_at_infinity,
-//   form,
-//      structure as integers
+//      form, structure as integers
 // A FIR filter:
 //   1  1026 coefficients and 512 quadratics (linear, quadratic term) as doubles; the two row counts
 //   2  the sampling frequency and two spare band values as doubles; filter_data, filter_symmetry, filter_length as

@@ -50,6 +50,18 @@ void enter_passive(Workbench& bench) {
     enter_segment(bench, SegmentId::passive);
 }
 
+bool recall(Workbench& bench) {
+    const auto take = [&](std::string_view bytes) { return read_analysis_input(bytes, bench.analysis_request); };
+    return recall_design_input(bench, take, analysis_files);
+}
+
+bool recall_fir(Workbench& bench) {
+    const auto take = [&](std::string_view bytes) {
+        return read_fir_analysis_input(bytes, bench.fir_analysis_request);
+    };
+    return recall_design_input(bench, take, analysis_files);
+}
+
 bool save(Workbench& bench) {
     const auto is_own = [](std::string_view bytes) {
         FilterAnalysisRequest request;
@@ -70,9 +82,7 @@ bool save_fir(Workbench& bench) {
 
 void analysis_road(Workbench& bench, FormStart start) {
     FilterAnalysisRequest& request = bench.analysis_request;
-    const auto take = [&](std::string_view bytes) { return read_analysis_input(bytes, request); };
-    if (start == FormStart::stored_data && !recall_design_input(bench, take, analysis_files)) return;
-    if (!run_form(ANALYSIS_DLG, &request, bench.session.units, bench.reporter)) return;
+    if (!ask_for_design(bench, start, ANALYSIS_DLG, request, recall)) return;
     if (request.save_analysis && !save(bench)) return;
     switch (request.analysis_kind) {
         case AnalysisKind::passive_lc:
@@ -83,9 +93,7 @@ void analysis_road(Workbench& bench, FormStart start) {
 
 void fir_analysis_road(Workbench& bench, FormStart start) {
     FirAnalysisRequest& request = bench.fir_analysis_request;
-    const auto take = [&](std::string_view bytes) { return read_fir_analysis_input(bytes, request); };
-    if (start == FormStart::stored_data && !recall_design_input(bench, take, analysis_files)) return;
-    if (!run_form(ANALYSIS_FIR_DLG, &request, bench.session.units, bench.reporter)) return;
+    if (!ask_for_design(bench, start, ANALYSIS_FIR_DLG, request, recall_fir)) return;
     if (request.save_analysis_data && !save_fir(bench)) return;
     not_implemented(bench);
 }

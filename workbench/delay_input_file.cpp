@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "shell/stored_files.h"
+#include "workbench/stored_list.h"
 #include "workbench/units_record.h"
 
 namespace kavrel {
@@ -145,6 +146,7 @@ bool read_delay_input(std::string_view bytes, DelayRequest& request, UnitSet& un
     file.end();
 
     const auto found_units = take_units_record(file);
+    for (int* group : {&found.network_type, &found.hurwitz, &found.selection, &found.stopband}) settle_choice(*group);
     if (!file.finished() || !found_units || !form_could_hold(found) || !take_signs(signs, found)) return false;
     take_spares(delay_type, odd_parametric, table.rows > 0, found);
     found.DELAY_DATA = {};

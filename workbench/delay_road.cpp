@@ -27,8 +27,7 @@ bool save(Workbench& bench) {
 }  // namespace
 
 void delay_design_road(Workbench& bench, FormStart start) {
-    if (start == FormStart::stored_data && !recall(bench)) return;
-    if (!run_form(DELAY_DESIGN_DLG, &bench.delay_request, bench.session.units, bench.reporter)) return;
+    if (!ask_for_design(bench, start, DELAY_DESIGN_DLG, bench.delay_request, recall)) return;
     bench.session.design_class = "delay";
     if (bench.delay_request.save_design && !save(bench)) return;
     not_implemented(bench);

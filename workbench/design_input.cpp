@@ -4,6 +4,15 @@
 
 namespace kavrel {
 
+namespace {
+
+// A name that is cut would be that of another file.
+bool fits(const Workbench& bench, std::string_view name) {
+    return name.size() <= bench.session.input_file.bytes.size();
+}
+
+}  // namespace
+
 void take_units(const UnitSet& units, Session& session) {
     session.units = units;
     session.frequency_scale = units.frequency_multiplier;
@@ -26,7 +35,7 @@ bool recall_design_input(Workbench& bench, const std::function<bool(std::string_
         bench.reporter.message("File contains incorrect data", "Error");
         return false;
     }
-    bench.session.input_file.assign(name);
+    bench.session.input_file = fits(bench, name) ? std::string_view(name) : std::string_view{};
     return true;
 }
 
@@ -39,8 +48,13 @@ bool save_design_input(Workbench& bench, std::string_view bytes,
                                                            .filter = kind.filter,
                                                            .to_write = true});
         if (name.empty()) return true;
-        bench.session.input_file.assign(
-            name.ends_with(kind.extension) ? name : std::string(file_stem(name)) + std::string(kind.extension));
+        const std::string whole =
+            name.ends_with(kind.extension) ? name : std::string(file_stem(name)) + std::string(kind.extension);
+        if (!fits(bench, whole)) {
+            bench.reporter.message("File could not be written", "Error");
+            return false;
+        }
+        bench.session.input_file.assign(whole);
     }
     if (write_whole(bench.session.input_file.text(), bytes)) return true;
     bench.session.input_file = {};

@@ -35,6 +35,22 @@ void take_units(const UnitSet& units, Session& session);
 [[nodiscard]] bool recall_design_input(Workbench& bench, const std::function<bool(std::string_view bytes)>& take,
                                        const InputFileKind& kind = design_files);
 
+// Opens a design form, on stored data after `recall` took them in. False when no file was taken or the form was
+// cancelled: request, units and current file are as they were before either.
+template <class Request>
+[[nodiscard]] bool ask_for_design(Workbench& bench, FormStart start, const Form& form, Request& request,
+                                  bool (*recall)(Workbench& bench)) {
+    const Request before = request;
+    const UnitSet units = bench.session.units;
+    const auto file = bench.session.input_file;
+    if (start == FormStart::stored_data && !recall(bench)) return false;
+    if (run_form(form, &request, bench.session.units, bench.reporter)) return true;
+    request = before;
+    take_units(units, bench.session);
+    bench.session.input_file = file;
+    return false;
+}
+
 // Writes the bytes to the current input file, after asking for its name when there is none or when the current file is
 // another form's (`is_own` answers for its bytes). False when that went wrong; a selector that is left saves nothing,
 // which is no failure.

@@ -230,7 +230,8 @@ std::string_view estimated_stopband_test(const FilterRequest& r, const Chosen& i
     bool stopband = true;
     bool passband = true;
     if (is.low || is.band) {
-        stopband = stopband && is_stopband(r.upper_stopband > r.upper_passband, r.upper_stop_loss);
+        const bool given = r.upper_stopband > 0.0 || !is.band;
+        stopband = stopband && is_stopband(given && r.upper_stopband > r.upper_passband, r.upper_stop_loss);
         passband = passband && r.upper_passband > 0.0;
     }
     if (is.high || is.band) {
@@ -300,7 +301,8 @@ constexpr Choice bandpasses[] = {{"Conventional", BandpassChoice::conventional},
                                  {"Matching", BandpassChoice::matching}};
 constexpr Choice predistortions[] = {{"Passband only", PredistortionMode::passband_only},
                                      {"Pass/stop bands", PredistortionMode::pass_and_stop_bands}};
-constexpr Choice zero_units[] = {{"in  Hz", ZeroUnitChoice::hertz}, {"rad/sec", ZeroUnitChoice::radians}};
+constexpr Choice zero_units[] = {{"in  Hz", ZeroUnitChoice::hertz, Unit::frequency},
+                                 {"rad/sec", ZeroUnitChoice::radians}};
 
 constexpr Column root_columns[] = {{"Real Part"}, {"Imaginary Part"}};
 constexpr Column requirement_columns[] = {{"Frequency", Unit::frequency}, {"Loss (dB)"}};

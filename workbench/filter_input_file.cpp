@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "shell/stored_files.h"
+#include "workbench/stored_list.h"
 #include "workbench/units_record.h"
 
 namespace kavrel {
@@ -50,7 +51,7 @@ struct StoredInteger {
     int FilterRequest::*member;
     int low, high;
 };
-constexpr StoredInteger leading_integers[] = {{&FilterRequest::filter_kind, 1, 4},
+constexpr StoredInteger leading_integers[] = {{&FilterRequest::filter_kind, 0, 4},  // 0 while nothing is chosen
                                               {&FilterRequest::filter_type, 1, 3},
                                               {&FilterRequest::passband_type, 1, 4},
                                               {&FilterRequest::function_type, 1, 2}};
@@ -190,6 +191,7 @@ bool read_filter_input(std::string_view bytes, FilterRequest& request, UnitSet& 
 
     // 4 is how it is stored, and the form never stores 3.
     if (found.filter_type == stored_band_pass) found.filter_type = TypeChoice::band_pass;
+    for (int* group : {&found.function_type, &found.stopband_type, &found.bandpass_form}) settle_choice(*group);
     if (!file.finished() || !found_units || !form_could_hold(found, lists)) return false;
     found.odd_parametric = odd_parametric != 0;
     take_lists(lists, function_rows, found);

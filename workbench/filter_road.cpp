@@ -172,8 +172,7 @@ FilterSpec spec_of(const FilterRequest& r, const UnitSet& units) {
 }
 
 void filter_design_road(Workbench& bench, FormStart start) {
-    if (start == FormStart::stored_data && !recall(bench)) return;
-    if (!run_form(DESIGN_FILTER_DLG, &bench.filter_request, bench.session.units, bench.reporter)) return;
+    if (!ask_for_design(bench, start, DESIGN_FILTER_DLG, bench.filter_request, recall)) return;
     settle(bench.filter_request, bench.session);
     if (bench.filter_request.save_design && !save(bench)) return;
     design(bench);

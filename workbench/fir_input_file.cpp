@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "shell/stored_files.h"
+#include "workbench/stored_list.h"
 
 namespace kavrel {
 
@@ -24,6 +26,12 @@ bool form_could_hold(const FirRequest& r) {
                std::array{r.lower_frequency, r.upper_frequency, r.sampling_frequency, r.parameter, r.slope}, finite);
 }
 
+// The nearest single-precision number.
+float single(double value) {
+    constexpr double largest = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(value, -largest, largest));
+}
+
 // A row with upper edge 0 ends the band table.
 int band_rows(const FirRequest& r) {
     int rows = 0;
@@ -37,8 +45,8 @@ std::string fir_input_bytes(const FirRequest& request) {
     ShapeColumn frequency{};
     ShapeColumn value{};
     for (int row = 1; row <= request.shape.rows; ++row) {
-        frequency[static_cast<std::size_t>(row) - 1] = static_cast<float>(request.shape(row, 1));
-        value[static_cast<std::size_t>(row) - 1] = static_cast<float>(request.shape(row, 2));
+        frequency[static_cast<std::size_t>(row) - 1] = single(request.shape(row, 1));
+        value[static_cast<std::size_t>(row) - 1] = single(request.shape(row, 2));
     }
     RecordWriter file;
     file.begin();
@@ -81,6 +89,9 @@ bool read_fir_input(std::string_view bytes, FirRequest& request) {
         file.take(*number);
     }
     file.end();
+    for (int* group : {&found.fir_type, &found.filter_type, &found.specification_type, &found.window_type}) {
+        settle_choice(*group);
+    }
     for (int row = 1; row <= max_shape_points; ++row) {
         found.shape(row, 1) = static_cast<double>(frequency[static_cast<std::size_t>(row) - 1]);
         found.shape(row, 2) = static_cast<double>(value[static_cast<std::size_t>(row) - 1]);

@@ -9,6 +9,11 @@ namespace kavrel {
 
 namespace {
 
+bool recall(Workbench& bench) {
+    const auto take = [&](std::string_view bytes) { return read_fir_input(bytes, bench.fir_request); };
+    return recall_design_input(bench, take);
+}
+
 void design_fir(Workbench& bench) {
     FirDesk desk = fir_desk(bench);
     switch (remez_design(desk)) {
@@ -29,9 +34,7 @@ void design_fir(Workbench& bench) {
 }  // namespace
 
 void fir_design_road(Workbench& bench, FormStart start) {
-    const auto take = [&](std::string_view bytes) { return read_fir_input(bytes, bench.fir_request); };
-    if (start == FormStart::stored_data && !recall_design_input(bench, take)) return;
-    if (!run_form(FIR_DESIGN_DLG, &bench.fir_request, bench.session.units, bench.reporter)) return;
+    if (!ask_for_design(bench, start, FIR_DESIGN_DLG, bench.fir_request, recall)) return;
     bench.session.design_class = "filter";
     const auto is_own = [](std::string_view bytes) {
         FirRequest request;

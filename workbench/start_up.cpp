@@ -3,6 +3,7 @@
 #include <string>
 
 #include "shell/file_operation.h"
+#include "shell/fixed_text.h"
 #include "shell/settings.h"
 #include "workbench/events.h"
 #include "workbench/menus.h"
@@ -35,7 +36,7 @@ void main_program(Workbench& bench, std::string_view command_line, std::string_v
     if (settings == SettingsStatus::damaged) {
         bench.reporter.message("Settings file q_qxz is damaged, units are Hz, H, F, sec", "Warning");
     }
-    const std::string argument = session.command_line.text();
+    const std::string argument(trim(command_line));  // whole, also where the session's copy is cut
     if (names_stored_filter(argument)) {
         session.filter_file.assign(argument);
         session.recall_from_command_line = true;

@@ -1,4 +1,4 @@
-// A list of a form as stored input data hold it: room for all its rows, those beyond the rows in use 0.
+// Parts of a form as stored input data hold them. Of a list there is room for all rows, those beyond the rows in use 0.
 #pragma once
 
 #include <algorithm>
@@ -15,6 +15,11 @@ void put_cells(RecordWriter& file, const FormList<Rows, Columns>& list) {
     FormList<Rows, Columns> stored;
     std::copy_n(list.cells, list.rows * Columns, stored.cells);
     file.put(stored.cells);
+}
+
+// A group that is off may have been stored with nothing chosen: then its first choice stands.
+inline void settle_choice(int& choice) {
+    if (choice == 0) choice = 1;
 }
 
 // Whether the form could hold what was taken into a list; what lies beyond its rows is dropped.

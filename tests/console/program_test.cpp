@@ -43,18 +43,11 @@ std::vector<std::string> example_files() {
     return files;
 }
 
-// An example that opens a stored filter comes with it and stands on standard input. Reports are golden:
-// KAVREL_WRITE_GOLDEN=1 writes them anew.
+// Reports are golden: KAVREL_WRITE_GOLDEN=1 writes them anew.
 TEST_P(Examples, RunsToItsEndWithItsReport) {
     const ScratchFolder folder;
     const std::string name = GetParam();
-    const std::string stored = EXAMPLES "/" + name + ".qfp";
-    const std::string script = EXAMPLES "/" + name + ".kav";
-    const bool opens = std::filesystem::exists(stored);
-    if (opens) std::filesystem::copy_file(stored, name + ".qfp");
-    const Ended ended =
-        run_program("--json state.json -o report.txt --date 2026-01-01 " + (opens ? name + ".qfp" : script),
-                    opens ? read_text(script) : "");
+    const Ended ended = run_program("--json state.json -o report.txt --date 2026-01-01 " EXAMPLES "/" + name + ".kav");
     EXPECT_EQ(ended.status, 0) << ended.output;
     const auto state = nlohmann::json::parse(read_text("state.json"));
     EXPECT_EQ(state["format"], 1);
@@ -84,6 +77,8 @@ TEST(Program, OptionsAndStatus) {
               "== Kavrel - MAIN MENU\n> frobnicate\n<stdin>:1: unknown verb 'frobnicate'\n");
     EXPECT_EQ(run_program("", "choose #195\n").status, 1);
     EXPECT_EQ(run_program("filter.dat", "").status, 3) << "any other argument is a script";
+    EXPECT_EQ(run_program("filter.qfp", "").status, 3);
+    write_text("filter.qff", "");
     EXPECT_EQ(run_program("filter.qff", "").status, 1) << "stored FIR filters are not read yet";
     EXPECT_NE(run_program("filter.qff --quiet", "").output.find("filter.qff"), std::string::npos);
 }
@@ -106,6 +101,21 @@ TEST(Program, ReportGoesToAFileAndTheStateToStandardOutput) {
     EXPECT_EQ(read_text("work/report.txt"), report);
     EXPECT_TRUE(std::filesystem::exists("work/q_qxz"));
     EXPECT_NE(ended.output.find("\"fs\": 10000,"), std::string::npos);
+}
+
+TEST(Program, AStoredFilterOpensFromTheCommandLine) {
+    const ScratchFolder folder;
+    std::filesystem::create_directory("work");
+    std::filesystem::copy_file(EXAMPLES "/stored_lowpass.qfp", "work/a.qfp");
+    const Ended ended = run_program("-C work -o report.txt --json - --quiet a.qfp 2>errors",
+                                    "choose View > Spread\nexpect Inductors\n");
+    EXPECT_EQ(ended.status, 0) << read_text("errors");
+    const auto state = nlohmann::json::parse(ended.output);
+    EXPECT_EQ(state["segment"], "passive");
+    EXPECT_EQ(state["circuit"]["branches"].size(), 9U);
+    const auto report = state["report"].get<std::vector<std::string>>();
+    EXPECT_NE(std::ranges::find(report, "a.qfp"), report.end());
+    EXPECT_NE(report.back().find("Capacitors:"), std::string::npos);
 }
 
 TEST(Program, FoldersOfScriptsAndStatesOnStandardOutput) {

@@ -161,6 +161,31 @@ TEST_F(FilterForm, LabelsFollowTheKindAndTheUnit) {
     EXPECT_EQ(label(of_kind(K::iir_digital), "fq_or_fs"), "Sampling frequency (KHz)");
     EXPECT_EQ(label(of_kind(K::active_rc), "zeros_at_infinity"), "# of zeros at infinity");
     EXPECT_EQ(label(of_kind(K::iir_digital), "zeros_at_infinity"), "# of zeros at FQ or FS/2");
+
+    FilterRequest zeros;
+    FormSheet sheet(SPECIFIED_ZEROS_DLG, &zeros, units, reporter);
+    const auto unit = static_cast<std::size_t>(find_field(sheet, "frequency_unit"));
+    EXPECT_EQ(sheet.shown(unit), "in KHz");
+    for (const char* label : {"rad/sec", "in  Hz", "rad/sec", "in KHz", "rad/sec", "in Hz"}) {
+        EXPECT_EQ(sheet.enter(unit, label), "") << label;
+        EXPECT_EQ(sheet.shown(unit), label[0] == 'r' ? "rad/sec" : "in KHz") << label;
+    }
+}
+
+TEST_F(FilterForm, ListsAreFoundByLabelOrByTheNameMadeOfIt) {
+    FilterRequest r;
+    const FormSheet doublets(DOUBLETS_DLG, &r, units, reporter);
+    for (const char* name : {"DOUBLETS", "doublets", "Function zeros", "function_zeros"}) {
+        EXPECT_EQ(find_field(doublets, name), 1) << name;
+    }
+    EXPECT_EQ(find_field(doublets, "transmission_zeros"), 2);
+    const FormSheet placer(PLACER_DLG, &r, units, reporter);
+    EXPECT_EQ(find_field(placer, "requirements"), 0);
+    EXPECT_EQ(find_field(placer, "fixed_zeros"), 1);
+    EXPECT_EQ(find_field(placer, "movable zeros"), 2);
+    const FormSheet filter(DESIGN_FILTER_DLG, &r, units, reporter);
+    EXPECT_EQ(find_field(filter, "Loss (dB)"), -2);
+    EXPECT_EQ(find_field(filter, "detail_parameters"), find_field(filter, "Detail Parameters"));
 }
 
 TEST_F(FilterForm, DetailParametersAskForWhatTheCaseNeeds) {
@@ -327,6 +352,10 @@ TEST(FilterValidator, GoodAndBadRequests) {
         {changed(good_high_pass(), [](R& r) { r.lower_stopband = 0.0; }), "Stopband not specified or incorrect"},
         {changed(good_band_pass(), [](R& r) { r.lower_stop_loss = 0.0; }), "Stopband not specified or incorrect"},
         {changed(good_band_pass(), [](R& r) { r.upper_stopband = 2000.0; }), "Stopband not specified or incorrect"},
+        {changed(good_band_pass(), [](R& r) { r.upper_passband = -2.0, r.upper_stopband = -1.0; }),
+         "Stopband not specified or incorrect"},
+        {changed(good_low_pass(), [](R& r) { r.upper_passband = -2.0, r.upper_stopband = -1.0; }),
+         "Passband not specified or incorrect"},
         {changed(good_band_pass(), [](R& r) { r.stopband_type = S::equal_min, r.upper_stopband = 0.0; }),
          "Stopband not specified or incorrect"},
         {changed(good_band_pass(), [](R& r) { r.stopband_type = S::specified, r.lower_stopband = 0.0; }), ""},

@@ -118,6 +118,19 @@ TEST(FilterInputFile, TheSpareIntegerIsARowCountIfItCanBe) {
     }
 }
 
+// Files of writers that store a group that is off with nothing chosen.
+TEST(FilterInputFile, GroupsWithNothingChosenComeBackAtTheirFirstChoice) {
+    std::string bytes = filter_input_bytes(full_request(), kilohertz());
+    for (const std::size_t group : {0U, 3U, 5U, 6U}) std::memset(bytes.data() + record_2 + 4 * group, 0, 4);
+    FilterRequest read;
+    UnitSet units;
+    ASSERT_TRUE(read_filter_input(bytes, read, units));
+    EXPECT_EQ(read.filter_kind, 0) << "a kind that is not chosen is asked for";
+    EXPECT_EQ(read.function_type, FunctionChoice::e);
+    EXPECT_EQ(read.stopband_type, StopbandChoice::monotonic);
+    EXPECT_EQ(read.bandpass_form, BandpassChoice::conventional);
+}
+
 TEST(FilterInputFile, ZerosInRadiansAreStoredInTheFrequencyUnit) {
     FilterRequest written = full_request();
     written.zero_unit = ZeroUnitChoice::radians;

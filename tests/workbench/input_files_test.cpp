@@ -269,6 +269,43 @@ TEST_F(InputFiles, NoNumberThatTheFormCouldNotHoldIsTaken) {
     }
 }
 
+TEST(FirInputFile, NumbersBeyondSinglePrecisionAreStoredAsItsLargest) {
+    FirRequest request, again;
+    request.shape.rows = 2;
+    request.shape(1, 1) = 0.1, request.shape(1, 2) = -1e39;
+    request.shape(2, 1) = 1e300, request.shape(2, 2) = 1e-60;
+    ASSERT_TRUE(read_fir_input(fir_input_bytes(request), again));
+    const double largest = std::numeric_limits<float>::max();
+    EXPECT_EQ(again.shape(1, 1), static_cast<double>(0.1F));
+    EXPECT_EQ(again.shape(1, 2), -largest);
+    EXPECT_EQ(again.shape(2, 1), largest);
+    EXPECT_EQ(again.shape(2, 2), 0);
+}
+
+// A cut name would be that of another file.
+TEST_F(InputFiles, ANameTooLongToBeKeptIsReadButNotWrittenTo) {
+    std::string path;
+    while (path.size() <= sizeof(Session::input_file)) path += "./";
+    for (const InputForm& form : input_forms) {
+        SCOPED_TRACE(form.name);
+        const std::string file = std::string("stored") + form.extension;
+        const auto stored = filled(form);
+        write_text(file, form.bytes(*stored));
+        const auto bench = std::make_unique<Workbench>(window);
+        window.files = {path + file, path + "other"};
+        window.forms = {[&](FormSheet& sheet) {
+            const int save = std::max(find_field(sheet, "Save design data"), find_field(sheet, "Save analysis data"));
+            return sheet.enter(static_cast<std::size_t>(save), "yes").empty();
+        }};
+        window.boxes.clear();
+        dispatch_event(*bench, form.recall_event);
+        EXPECT_EQ(form.bytes(*bench), form.bytes(*stored));
+        EXPECT_EQ(window.boxes.front(), "Error: File could not be written");
+        EXPECT_TRUE(bench->session.input_file.is_blank());
+        EXPECT_EQ(read_text(std::string("other") + form.extension), "");
+    }
+}
+
 TEST_F(InputFiles, ARefusedFileIsToldAndChangesNothing) {
     for (const InputForm& form : input_forms) {
         SCOPED_TRACE(form.name);
@@ -292,6 +329,27 @@ TEST_F(InputFiles, ARefusedFileIsToldAndChangesNothing) {
         window.files = {"missing.qfi"};
         dispatch_event(*bench, form.recall_event);
         EXPECT_EQ(window.boxes.back(), "Error: File was not found");
+    }
+}
+
+TEST_F(InputFiles, ARecalledFormThatIsCancelledChangesNothing) {
+    for (const InputForm& form : input_forms) {
+        SCOPED_TRACE(form.name);
+        const std::string file = std::string("stored") + form.extension;
+        const auto stored = filled(form);
+        write_text(file, form.bytes(*stored));
+        const auto bench = std::make_unique<Workbench>(window);
+        const std::string before = form.bytes(*bench);
+        window.files = {file};
+        window.forms = {[&](FormSheet&) {
+            EXPECT_EQ(form.bytes(*bench), form.bytes(*stored)) << "the form shows what is stored";
+            return false;
+        }};
+        dispatch_event(*bench, form.recall_event);
+        EXPECT_EQ(form.bytes(*bench), before);
+        EXPECT_EQ(bench->session.units, UnitSet{});
+        EXPECT_EQ(bench->session.frequency_scale, 1.0);
+        EXPECT_TRUE(bench->session.input_file.is_blank());
     }
 }
 

@@ -72,6 +72,11 @@ TEST_F(StartUp, OnlyANameOfAStoredFilterIsOpened) {
     EXPECT_EQ(window.lines, std::vector<std::string>{"a.qfq"});
     EXPECT_EQ(bench.session.filter_file.trimmed(), "a.qfq");
     EXPECT_FALSE(bench.session.recall_from_command_line);
+
+    const std::string deep = std::string(140, 'd') + "/a.qfp";
+    start(deep);
+    EXPECT_EQ(window.boxes.back(), "Error: File was not found") << "a name longer than the session's copy";
+    EXPECT_EQ(bench.session.filter_file.trimmed(), deep);
 }
 
 TEST_F(StartUp, EventsAreSentOn) {

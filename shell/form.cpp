@@ -7,6 +7,7 @@
 #include <cstring>
 #include <fstream>
 #include <numbers>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -94,44 +95,63 @@ struct FileRows {
     bool in_hertz = false;  // their heading says "(in Hz)"
 };
 
+// Whether a list of zeros with their mirror images does without a root of a pole-zero file, which tells all of the
+// upper half plane: of re + j im and -re + j im the list has the first, and zeros at the origin are counted elsewhere.
+bool goes_without_saying(double re, double im, std::vector<std::pair<double, double>>& without_image) {
+    if (re == 0 && im == 0) return true;
+    if (re == 0) return false;
+    const auto image = std::ranges::find(without_image, std::pair{-re, im});
+    if (image == without_image.end()) {
+        without_image.emplace_back(re, im);
+        return false;
+    }
+    without_image.erase(image);
+    return true;
+}
+
 // The rows of a data file, a row a line, in free format; none when a line does not hold just a row of numbers or when
 // there are too many. Empty lines and comments, which begin with "!", pass; but in a file that holds several lists
 // under comments as their headings, the rows are those from the heading with the list's name to the next comment.
-std::optional<FileRows> rows_of_file(std::istream& file, std::string_view label, int columns, int capacity) {
+std::optional<FileRows> rows_of_file(std::istream& file, const Field& list, const ListView& view) {
     std::vector<std::string> lines;
     for (std::string line; std::getline(file, line);) lines.push_back(line);
     if (!lines.empty() && lines.front().starts_with(byte_order_mark)) lines.front().erase(0, byte_order_mark.size());
     const auto is_comment = [](std::string_view line) { return trim(line).starts_with('!'); };
     auto from = std::ranges::find_if(
-        lines, [&](std::string_view line) { return is_comment(line) && heads_list(trim(line), label); });
+        lines, [&](std::string_view line) { return is_comment(line) && heads_list(trim(line), list.label); });
     auto to = lines.end();
     FileRows rows;
-    if (from == lines.end()) {
-        from = lines.begin();
-    } else {
+    const bool headed = from != lines.end();
+    if (headed) {
         rows.in_hertz = from->find("(in Hz)") != std::string::npos;
         to = std::find_if(++from, lines.end(), is_comment);
+    } else {
+        from = lines.begin();
     }
 
     std::vector<double>& cells = rows.cells;
+    std::vector<std::pair<double, double>> without_image;
+    bool any = false;
     for (; from != to; ++from) {
         if (is_comment(*from)) continue;
         const auto row = parse_free_format(*from);
         if (!row) return std::nullopt;
         if (row->empty()) continue;
-        if (row->size() != static_cast<std::size_t>(columns)) return std::nullopt;
+        if (row->size() != static_cast<std::size_t>(view.columns)) return std::nullopt;
+        any = true;
+        if (headed && list.mirrored && goes_without_saying(row->front(), row->back(), without_image)) continue;
         cells.insert(cells.end(), row->begin(), row->end());
-        if (static_cast<int>(cells.size()) > columns * capacity) return std::nullopt;
+        if (static_cast<int>(cells.size()) > view.columns * view.capacity) return std::nullopt;
     }
-    if (cells.empty()) return std::nullopt;
+    if (!any) return std::nullopt;
     return rows;
 }
 
-// What 1 in a row stands for: by the list's columns, or by the form's choice between the unit of frequency and radians
-// a second.
-double hertz_of_rows(const Form& form, const Field& list, void* record, const UnitSet& units) {
+// What 1 in a column of frequencies stands for: by the column's unit, or by the form's choice between the unit of
+// frequency and radians a second.
+double hertz_of_column(const Form& form, const Column& column, void* record, const UnitSet& units) {
     const double unit = unit_multiplier(units, Unit::frequency);
-    if (list.columns.front().unit == Unit::frequency) return unit;
+    if (column.unit != Unit::none) return column.unit == Unit::frequency ? unit : 1.0;
     for (const Field& field : form.fields) {
         if (std::ranges::find(field.choices, Unit::frequency, &Choice::unit) == field.choices.end()) continue;
         const auto chosen = std::ranges::find(field.choices, *static_cast<int*>(field.cell(record)), &Choice::value);
@@ -305,15 +325,21 @@ void FormSheet::read_rows(std::size_t i) {
         return;
     }
     const ListView view = list(i);
-    const auto rows = rows_of_file(file, field(i).label, view.columns, view.capacity);
+    const auto rows = rows_of_file(file, field(i), view);
     if (!rows) {
         reporter_.message("File contains incorrect data", "Error");
         return;
     }
     clear_rows(i);
-    const double unit = rows->in_hertz ? hertz_of_rows(form_, field(i), record_, units_) : 1.0;
-    std::ranges::transform(rows->cells, view.cells, [&](double cell) { return cell / unit; });
     *view.rows = static_cast<int>(rows->cells.size()) / view.columns;
+    for (int column = 1; column <= view.columns; ++column) {
+        const Column& head = field(i).columns[static_cast<std::size_t>(column) - 1];
+        const double unit = rows->in_hertz ? hertz_of_column(form_, head, record_, units_) : 1.0;
+        for (int row = 1; row <= *view.rows; ++row) {
+            const int cell = (row - 1) * view.columns + column - 1;
+            view(row, column) = rows->cells[static_cast<std::size_t>(cell)] / unit;
+        }
+    }
     apply_rules();
     reporter_.message(" *** Done ***", "Success");
 }

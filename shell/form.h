@@ -86,6 +86,7 @@ struct Field {
     ListView (*list)(void* record) = nullptr;            // of a list
     const Form* (*opens)(const void* record) = nullptr;  // of a button
     std::string_view instead_of = {};                    // the number that becomes 0 when this one is given
+    bool mirrored = false;                               // of a list: a row stands for a root and its mirror images
 };
 
 // What the rules make of a form's fields at the moment; everything is on until a rule turns it off.

@@ -118,7 +118,8 @@ constexpr Field zero_fields[] = {{.name = "TR_ZEROS",
                                   .label = "Transmission zeros",
                                   .kind = FieldKind::list,
                                   .columns = zero_columns,
-                                  .list = list_of<&DelayRequest::TR_ZEROS, finite_zero_limit, 2>}};
+                                  .list = list_of<&DelayRequest::TR_ZEROS, finite_zero_limit, 2>,
+                                  .mirrored = true}};
 constexpr Field sign_fields[] = {{.name = "PLUS_MIN",
                                   .label = "Indicators",
                                   .kind = FieldKind::list,

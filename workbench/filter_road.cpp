@@ -102,12 +102,17 @@ void take_losses(const FilterRequest& r, FilterSpec& spec) {
     spec.bandEdgeLoss = -10.0 * std::log1p(-rho2) / std::numbers::ln10;
 }
 
+// A row of zeros is a blank one: zeros at the origin are counted in zeros_at_zero.
 void take_transmission_zeros(const FilterRequest& r, double scale, FilterSpec& spec) {
     const bool given = r.stopband_type == StopbandChoice::specified && r.passband_type != PassbandChoice::sloping;
-    spec.zeroCount = given ? r.TR_ZEROS.rows : 0;
-    for (int i = 1; i <= spec.zeroCount; ++i) {
-        spec.FZR(i) = r.TR_ZEROS(i, 1) * scale;
-        spec.FZI(i) = r.TR_ZEROS(i, 2) * scale;
+    spec.zeroCount = 0;
+    for (int i = 1; given && i <= r.TR_ZEROS.rows; ++i) {
+        const double re = r.TR_ZEROS(i, 1) * scale;
+        const double im = r.TR_ZEROS(i, 2) * scale;
+        if (re == 0.0 && im == 0.0) continue;
+        ++spec.zeroCount;
+        spec.FZR(spec.zeroCount) = re;
+        spec.FZI(spec.zeroCount) = im;
     }
 }
 

@@ -178,6 +178,12 @@ TEST_F(Forms, CommentsOfAFilePassAndHeadItsLists) {
         EXPECT_EQ(request.points.rows, rows) << file;
         EXPECT_EQ(request.points(1, 1), first) << file;
     }
+    units.frequency_index = 2;
+    settle_units(units);
+    window.files = {"lists.dat"};
+    sheet.read_rows(0);
+    EXPECT_EQ(request.points(1, 1), 0.005) << "from Hz";
+    EXPECT_EQ(request.points(1, 2), 6.0) << "no frequency";
     write_text("empty.dat", "! " + name + "\n! Others\n1 2\n");
     window.files = {"empty.dat"};
     sheet.read_rows(0);

@@ -6,9 +6,12 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "exchange/pole_zero_text.h"
+#include "shell/stored_files.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
 #include "workbench/events.h"
+#include "workbench/filter_form.h"
 #include "workbench/filter_input_file.h"
 #include "workbench/fir_input_file.h"
 #include "workbench/start_up.h"
@@ -93,6 +96,39 @@ void ask_for_band_pass(FilterRequest& request) {
     request.upper_stopband = 1800.0;
     request.lower_stop_loss = request.upper_stop_loss = 40.0;
     request.fq_or_fs = 8000.0;
+}
+
+// The file tells every zero of the upper half plane, those at the origin too, the list a row for a pair or a quadruple.
+TEST_F(FilterRoad, AListOfZerosReadFromAPoleZeroFileIsTheDesignAgain) {
+    ask_for_band_pass(request);
+    request.stopband_type = StopbandChoice::specified;
+    request.zeros_at_zero = 3;
+    request.zeros_at_infinity = 1;
+    request.TR_ZEROS.rows = 4;
+    request.TR_ZEROS(1, 2) = 700.0;
+    request.TR_ZEROS(2, 1) = 300.0, request.TR_ZEROS(2, 2) = 1150.0;
+    request.TR_ZEROS(4, 1) = 900.0;  // behind a blank row
+    design();
+    ASSERT_EQ(bench.design, DesignOutcome::done);
+    EXPECT_EQ(bench.filter_spec.zeroCount, 3);
+    EXPECT_EQ(bench.filter_spec.degree, 12);
+    const auto poles = state()["transfer"]["poles"];
+
+    std::string text;
+    for (const std::string& line : pole_zero_lines(bench.filter.transfer, false, "")) text += line + '\n';
+    write_text("band.pz", text);
+    FormSheet sheet(SPECIFIED_ZEROS_DLG, &request, bench.session.units, bench.reporter);
+    window.files = {"band.pz"};
+    sheet.read_rows(1);
+    EXPECT_EQ(window.boxes.back(), "Success:  *** Done ***");
+    EXPECT_EQ(request.TR_ZEROS.rows, 3);
+    design();
+    const auto again = state()["transfer"]["poles"];
+    ASSERT_EQ(again.size(), poles.size());
+    for (std::size_t i = 0; i < poles.size(); ++i) {
+        EXPECT_NEAR(again[i][0].get<double>(), poles[i][0].get<double>(), 1e-6 * 8e3) << "of ten digits in the file";
+        EXPECT_NEAR(again[i][1].get<double>(), poles[i][1].get<double>(), 1e-6 * 8e3);
+    }
 }
 
 // Whether the count is odd or not the estimate tells, not the counts of the form, which are off.

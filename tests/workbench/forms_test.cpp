@@ -91,6 +91,20 @@ TEST_F(Forms, AFreshFormHoldsNoughtsAndFirstChoices) {
     EXPECT_EQ(DESIGN_FILTER_DLG.message(&bench->filter_request), "Stopband not specified or incorrect");
 }
 
+TEST_F(Forms, FieldsAreFoundByNameAndByLabelUnlessAnotherHasIt) {
+    for (const OwnedForm& owned : design_forms(*bench)) {
+        const FormSheet sheet(*owned.form, owned.record, bench->session.units, bench->reporter);
+        for (std::size_t i = 0; i < sheet.size(); ++i) {
+            const std::string where = fmt::format("{} {}", owned.form->name, sheet.field(i).name);
+            EXPECT_EQ(find_field(sheet, sheet.field(i).name), static_cast<int>(i)) << where;
+            int sharers = 0;
+            for (std::size_t k = 0; k < sheet.size(); ++k)
+                sharers += same_label(sheet.label(k), sheet.label(i)) ? 1 : 0;
+            EXPECT_EQ(find_field(sheet, sheet.label(i)), sharers > 1 ? -2 : static_cast<int>(i)) << where;
+        }
+    }
+}
+
 TEST_F(Forms, EveryRefusalKeepsWhatWasEntered) {
     for (const OwnedForm& owned : design_forms(*bench)) {
         if (owned.form->message == nullptr || owned.form->message(owned.record).empty()) continue;

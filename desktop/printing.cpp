@@ -142,7 +142,7 @@ void Printing::use_pdf(const QString& stem) {
     printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
     printer_->setOutputFormat(QPrinter::PdfFormat);
     furnish(*printer_);
-    pdf_stem_ = stem;
+    pdf_file_ = stem + ".pdf";
     pdf_pages_ = 0;
     ready_ = true;
 }
@@ -154,17 +154,20 @@ bool Printing::is_ready(QWidget* parent) {
     offer_file(*printer_);
     QPrintDialog dialog(printer_.get(), parent);
     if (dialog.exec() != QDialog::Accepted) return false;
-    const QString file = printer_->outputFileName();
-    if (!file.isEmpty()) pdf_stem_ = QFileInfo(file).path() + '/' + QFileInfo(file).completeBaseName();
+    pdf_file_ = printer_->outputFileName();
     ready_ = true;
     return true;
 }
 
+// Whether the file that was named may take another's place, the dialog has asked; any other name passes over those that
+// are there.
 void Printing::next_file() {
-    if (pdf_stem_.isEmpty()) return;
+    if (pdf_file_.isEmpty()) return;
+    const QString stem = pdf_file_.endsWith(".pdf", Qt::CaseInsensitive) ? pdf_file_.chopped(4) : pdf_file_;
+    const auto name = [&] { return pdf_pages_ == 1 ? stem + ".pdf" : QString("%1-%2.pdf").arg(stem).arg(pdf_pages_); };
     ++pdf_pages_;
-    printer_->setOutputFileName(pdf_pages_ == 1 ? pdf_stem_ + ".pdf"
-                                                : QString("%1-%2.pdf").arg(pdf_stem_).arg(pdf_pages_));
+    while (name() != pdf_file_ && QFileInfo::exists(name())) ++pdf_pages_;
+    printer_->setOutputFileName(name());
 }
 
 }  // namespace kavrel

@@ -30,7 +30,7 @@ public:
     bool print_report(const QStringList& lines, QWidget* parent);
     [[nodiscard]] bool report_to_pdf(const QStringList& lines, const QString& name);
 
-    // Pages go to files of this stem, "stem.pdf", "stem-2.pdf", ...
+    // Pages go to files of this stem, "stem.pdf", "stem-2.pdf", ...; the first alone takes another's place.
     void use_pdf(const QString& stem);
 
 private:
@@ -39,7 +39,7 @@ private:
 
     std::unique_ptr<QPrinter> printer_;
     bool ready_ = false;
-    QString pdf_stem_;  // of the files that pages go to, or blank
+    QString pdf_file_;  // the first that pages go to, or blank
     int pdf_pages_ = 0;
 };
 

@@ -1,6 +1,8 @@
 // Boxes, selectors, printing, long work.
+#include <QDir>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QProgressBar>
@@ -107,15 +109,23 @@ TEST(FileSelector, CaptionsFiltersAndNames) {
 TEST(Printing, PagesKeepTheirLinesAndGoToTheFileNamed) {
     DesktopRun run;
     run.window.printing().use_pdf("pages");
+    write_text("pages-2.pdf", "of another day");
     const std::vector<std::string> lines{" ┌──┐", " │R1│ 50.0", " └──┘"};
     const PrintPage page{.job = "Printing", .quality = 1024, .font = "MS LineDraw", .lines = lines};
     EXPECT_TRUE(run.window.print_page(page));
     EXPECT_TRUE(run.window.print_page(page));
-    for (const char* name : {"pages.pdf", "pages-2.pdf"}) {
+    EXPECT_EQ(read_text("pages-2.pdf"), "of another day");
+    for (const char* name : {"pages.pdf", "pages-3.pdf"}) {
         const std::string pdf = read_text(name);
         EXPECT_TRUE(pdf.starts_with("%PDF")) << name;
         EXPECT_NE(pdf.find("DejaVuSansMono"), std::string::npos) << "the font is embedded";
     }
+    run.hands.then([](QDialog& dialog) {
+        dialog.findChild<QLineEdit*>("filename")->setText(QDir::current().filePath("pages.v2"));
+        dialog.accept();
+    });
+    EXPECT_TRUE(DesktopWindow({}).print_page(page));
+    EXPECT_TRUE(read_text("pages.v2.pdf").starts_with("%PDF")) << "no other file's name";
     run.hands.then([](QDialog& dialog) { dialog.reject(); });
     EXPECT_TRUE(DesktopWindow({}).print_plot({})) << "who cancels has nothing to be told";
     run.window.printing().use_pdf("missing/pages");

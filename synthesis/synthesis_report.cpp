@@ -17,6 +17,7 @@ void report_side(const SynthesisState& state, bool output, double resistance, in
                  std::vector<std::string>& lines);
 void report_record(const SynthesisState& state, int k, double r, std::vector<std::string>& lines);
 [[nodiscard]] std::string in_small(std::string_view drawing, char letter);
+[[nodiscard]] std::string loss_line(const SynthesisState& state);
 [[nodiscard]] int missing_parity(const LadderState& ladder);
 std::vector<std::string> termination_lines(double input, double output, double requested, double available);
 
@@ -46,13 +47,14 @@ std::vector<std::string> result_report(std::string_view title, const SynthesisSt
         report_side(state, output, ends.own, 1, records, lines);
         if (ends.far != 0) lines.push_back(termination_line(ends.far, ends.own));
     }
+    if (state.script_verdict.storage_low) lines.emplace_back(storage_warning);
     if (state.termination_is_extreme()) lines.emplace_back(extreme_termination_text);
     if (state.negative_elements > 0 && state.searched) {
         const bool none = state.search == SearchVerdict::none_exists;
         lines.emplace_back(none ? negative_elements_text : search_given_up_text);
     }
     if (state.loss_to_be_told()) {
-        lines.push_back(line().a(" Largest difference of loss =").pd(state.loss_error, 13, 5).a(" db"));
+        lines.push_back(loss_line(state));
     }
     lines.emplace_back(" *** Done ***");
     return lines;
@@ -87,7 +89,9 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
         case SynthesisFault::no_two_way:
         case SynthesisFault::runs_differ: lines.emplace_back(element_missing_text); break;
         case SynthesisFault::storage_full: lines.emplace_back(message_of(CircuitVerdict::storage_full)); break;
-        case SynthesisFault::loss_differs: break;
+        case SynthesisFault::loss_differs:
+            if (state.loss_to_be_told()) lines.push_back(loss_line(state));
+            break;
     }
     lines.emplace_back(synthesis_failed_text);
     return lines;
@@ -104,6 +108,10 @@ std::vector<std::string> termination_lines(double input, double output, double r
     };
     return {row("Input termination", input), row("Output termination", output),
             row("Requested termination ratio", requested), row("Nearest available termination ratio", available)};
+}
+
+std::string loss_line(const SynthesisState& state) {
+    return line().a(" Largest difference of loss =").pd(state.loss_error, 13, 5).a(" db");
 }
 
 // Of the slot behind the last branch: 0 a series branch, 1 a shunt branch.

@@ -24,6 +24,7 @@ constexpr double same_ratio = 1e-9;  // of terminations, as difference of logari
 [[nodiscard]] bool begins_at_both_ends(const LadderProblem& problem, const SynthesisRequest& request);
 [[nodiscard]] bool order_sets_level(const LadderProblem& problem);
 [[nodiscard]] double distance_of_ratio(const SynthesisState& state);
+[[nodiscard]] bool is_better(const SynthesisState& trial, const SynthesisState& former, bool nearest);
 [[nodiscard]] SynthesisFault build_two_way(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                                            SynthesisState& state, Circuit& circuit);
 [[nodiscard]] SynthesisFault build_one_way(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
@@ -47,8 +48,9 @@ void describe(const XPlane& xp, const FilterSpec& spec, Circuit& circuit);
 
 }  // namespace
 
-// The first road that needs no negative element is taken, that from both ends first. Where none of the fixed ones does,
-// an order of removals is looked for; without one, the road that needs least negative elements is taken.
+// The first road that needs no negative element is taken, that from both ends first; of these the one with the nearest
+// terminations where both ends are begun at. Where none of the fixed ones does, an order of removals is looked for;
+// without one, the road that needs least negative elements is taken.
 SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                             SynthesisState& state, Circuit& circuit) {
     state = {};
@@ -64,10 +66,11 @@ SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const Synt
     if (begins_at_both_ends(problem, request)) fault = build_two_way(xp, spec, request, both, joined);
     if (request.direction != Direction::two_way) {
         const bool two_way =
-            fault == SynthesisFault::none && both.negative_elements == 0 && both.loss_error <= two_way_loss;
+            fault == SynthesisFault::none && both.negative_elements == 0 && both.loss_error <= trusted_loss;
         if (!two_way || order_sets_level(problem)) {
             fault = build_one_way(xp, spec, request, state, circuit);
-            const bool good = fault == SynthesisFault::none && state.negative_elements == 0;
+            const bool good =
+                fault == SynthesisFault::none && state.negative_elements == 0 && state.loss_error <= trusted_loss;
             if (!two_way || (good && distance_of_ratio(state) < distance_of_ratio(both) - same_ratio)) return {fault};
         }
         fault = SynthesisFault::none;
@@ -85,9 +88,10 @@ bool begins_at_both_ends(const LadderProblem& problem, const SynthesisRequest& r
            problem.polynomials.degree >= two_way_degree;
 }
 
-// With poles at zero and at infinity to shift from, ladders with different orders of zeros have different terminations.
+// Where neither frequency zero nor infinity passes a signal, which would tell the ratio of the terminations, ladders
+// with different orders of removals have different ones. Lines are a quarter wave long at infinity.
 bool order_sets_level(const LadderProblem& problem) {
-    return problem.zero_count > 0 && problem.zeros_at_zero > 0 && problem.zeros_at_infinity > 0;
+    return problem.zeros_at_zero > 0 && (problem.zeros_at_infinity > 0 || problem.unit_elements > 0);
 }
 
 double distance_of_ratio(const SynthesisState& state) {
@@ -120,14 +124,16 @@ SynthesisFault build_one_way(const XPlane& xp, const FilterSpec& spec, const Syn
     SynthesisFault first_fault = SynthesisFault::none;
     bool found = false;
     Circuit best = circuit;
+    const bool nearest = begins_at_both_ends(state.problem, request) && order_sets_level(state.problem);
     for (const bool output_side : {false, true}) {
         const bool asked = request.direction == Direction::reverse;
         if (request.direction != Direction::automatic && output_side != asked) continue;
         if (output_side && state.problem.single_termination && !asked) continue;
+        bool positive = false;  // a ladder from this end
         for (const QuadrupletPlace place :
              {QuadrupletPlace::first, QuadrupletPlace::behind_shunts, QuadrupletPlace::last}) {
             if (place != QuadrupletPlace::first && !complex_zeros) continue;
-            if (found && state.negative_elements == 0) break;
+            if (positive || (found && state.negative_elements == 0 && !nearest)) break;
             SynthesisState trial = start;
             Circuit made = circuit;
             const Road road{.output_side = output_side, .dual = request.dual, .quadruplets = place};
@@ -139,7 +145,8 @@ SynthesisFault build_one_way(const XPlane& xp, const FilterSpec& spec, const Syn
                 }
                 continue;
             }
-            if (found && trial.negative_elements >= state.negative_elements) continue;
+            positive = trial.negative_elements == 0;
+            if (found && !is_better(trial, state, nearest)) continue;
             found = true;
             state = trial;
             best = made;
@@ -153,6 +160,14 @@ SynthesisFault build_one_way(const XPlane& xp, const FilterSpec& spec, const Syn
     if (!found) return first_fault;
     circuit = best;
     return SynthesisFault::none;
+}
+
+// Fewer negative elements, then, where `nearest` is asked for, terminations nearer to the request.
+bool is_better(const SynthesisState& trial, const SynthesisState& former, bool nearest) {
+    if (trial.negative_elements != former.negative_elements) {
+        return trial.negative_elements < former.negative_elements;
+    }
+    return nearest && distance_of_ratio(trial) < distance_of_ratio(former) - same_ratio;
 }
 
 SynthesisFault build(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request, Road road,
@@ -173,20 +188,31 @@ SynthesisFault build(const XPlane& xp, const FilterSpec& spec, const SynthesisRe
     return state.loss_error <= loss_failure_limit ? SynthesisFault::none : SynthesisFault::loss_differs;
 }
 
-// What kind of branch an immittance hides, if any, and which of two immittances to take, shows in the circuit only.
+// What kind of branch an immittance hides, if any, and which of two immittances to take, shows in the circuit only: of
+// those that come near the loss, as both do in a narrow band, the nearest one is right.
 SynthesisFault build_with_hidden_branch(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                                         Road road, SynthesisState& state, Circuit& circuit) {
     const SynthesisState start = state;
-    SynthesisState first_failure;
+    SynthesisState first_failure, best;
     SynthesisFault first_fault = SynthesisFault::none;
+    Circuit made = circuit;
+    bool found = false;
     for (const ExtremeSide hidden : {ExtremeSide::infinity, ExtremeSide::zero}) {
         if (hidden == ExtremeSide::zero && start.problem.unit_elements == 0) break;
         for (const bool other : {false, true}) {
             road.hidden = hidden;
             road.other = other;
             state = start;
-            const SynthesisFault fault = build(xp, spec, request, road, state, circuit);
-            if (fault == SynthesisFault::none) return fault;
+            const SynthesisFault fault = build(xp, spec, request, road, state, made);
+            if (fault == SynthesisFault::none) {
+                if (!found || state.loss_error < best.loss_error) {
+                    found = true;
+                    best = state;
+                    circuit = made;
+                }
+                if (best.loss_error <= trusted_loss || !hides_branch(start.problem, state.ladder.selection)) break;
+                continue;
+            }
             if (first_fault == SynthesisFault::none) {
                 first_fault = fault;
                 first_failure = state;
@@ -196,30 +222,38 @@ SynthesisFault build_with_hidden_branch(const XPlane& xp, const FilterSpec& spec
                                        (fault == SynthesisFault::script_refused && start.problem.unit_elements > 0);
             if (!may_be_hidden) break;
         }
+        if (found && best.loss_error <= trusted_loss) break;
     }
-    state = first_failure;
-    return first_fault;
+    state = found ? best : first_failure;
+    return found ? SynthesisFault::none : first_fault;
 }
 
-// From one end: every order from the other end is one from this end backwards. The dual network has the same losses;
-// its terminations are the same when they are equal.
+// From one end: every order from the other end is one from this end backwards. But where the work runs out, it may be
+// met sooner from there. The dual network has the same losses; its terminations are the same when they are equal.
 void search_positive(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                      const SynthesisState& start, bool found, SynthesisState& state, Circuit& circuit) {
+    const bool either_end = request.direction == Direction::automatic && !start.problem.single_termination;
+    const bool asked = request.direction == Direction::reverse;
     SearchVerdict verdict = SearchVerdict::none_exists;
     for (const bool turned : {false, true}) {
         if (turned && (request.manual_selection || spec.sourceResistance != spec.loadResistance)) break;
-        SynthesisState trial = start;
-        Circuit made = circuit;
-        const Road road{
-            .output_side = request.direction == Direction::reverse, .dual = request.dual != turned, .searched = true};
-        const SynthesisFault fault = build(xp, spec, request, road, trial, made);
-        if (fault == SynthesisFault::none && (!found || trial.negative_elements < state.negative_elements)) {
-            state = trial;
-            circuit = made;
-            verdict = SearchVerdict::found;
-            break;
+        bool given_up = false;
+        for (const bool output_side : {asked, !asked}) {
+            if (output_side != asked && !(either_end && given_up)) break;
+            SynthesisState trial = start;
+            Circuit made = circuit;
+            const Road road{.output_side = output_side, .dual = request.dual != turned, .searched = true};
+            const SynthesisFault fault = build(xp, spec, request, road, trial, made);
+            if (fault == SynthesisFault::none && (!found || trial.negative_elements < state.negative_elements)) {
+                state = trial;
+                circuit = made;
+                state.searched = true;
+                state.search = SearchVerdict::found;
+                return;
+            }
+            given_up = trial.search == SearchVerdict::given_up;
+            if (given_up) verdict = trial.search;
         }
-        if (trial.search == SearchVerdict::given_up) verdict = trial.search;
     }
     state.searched = true;
     state.search = verdict;
@@ -299,7 +333,7 @@ SynthesisFault extract_two_way(const Road& road, SynthesisState& state) {
     state.last_stage = scripts.prin;
     state.ladder = forward;
     if (!state.script_verdict.good()) return SynthesisFault::script_refused;
-    if (!join_runs(problem, forward, reverse, state.ladder, state.join)) return SynthesisFault::runs_differ;
+    if (!join_runs(forward, reverse, state.ladder, state.join)) return SynthesisFault::runs_differ;
     state.two_way = true;
     state.requested_ratio = problem.other_resistance / problem.own_resistance;
     state.available_ratio = static_cast<double>(state.join.RATIO(1).rounded());

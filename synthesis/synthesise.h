@@ -14,8 +14,9 @@
 namespace kavrel {
 
 // The end that the extraction begins at: the input, the output, or both of them. Automatic: both from two_way_degree on
-// where there is a resistor at either end and the circuit comes out without negative elements; else the input, and the
-// output where that leaves fewer negative elements. Two-way alone is what nobody but a test asks for.
+// where there is a resistor at either end, the circuit comes out without negative elements, and no ladder from one end
+// has nearer terminations; else the input, and the output where that leaves fewer negative elements or, from that
+// degree on, nearer terminations. Two-way alone is what nobody but a test asks for.
 enum class Direction { automatic, forward, reverse, two_way };
 
 // As the form asks. Automatic configuration; the immittance may be chosen by hand.
@@ -54,6 +55,7 @@ inline constexpr std::string_view search_given_up_text =
 inline constexpr std::string_view element_missing_text = " **** Element(s) missing ****";
 inline constexpr std::string_view extreme_termination_text = "*** termination is extreme ***";
 inline constexpr double extreme_termination = 1000;  // how far a ratio may be from the one asked for without a word
+inline constexpr double trusted_loss = 1e-9;         // dB, up to which a circuit is beyond doubt
 inline constexpr double loss_note_limit = 0.001;     // dB, above which a line tells of the difference
 inline constexpr double loss_failure_limit = 0.1;
 

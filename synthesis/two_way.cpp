@@ -27,11 +27,10 @@ void leave_out(const LadderProblem& problem, const LadderState& taken, LadderSta
 void cut_to_preparation(StepKind kind, Script& script);
 void put_in_middle(const Table<StepZeros, 2>& last, TwoWayScripts& scripts, LadderState& forward);
 
-void level_ratios(const LadderProblem& problem, const LadderState& forward, const LadderState& reverse,
-                  bool output_open, bool input_open, Join& join);
+void level_ratios(const LadderState& forward, const LadderState& reverse, bool output_open, bool input_open,
+                  Join& join);
 [[nodiscard]] WideReal remainder_impedance(const LadderState& state, const WideReal& s);
-[[nodiscard]] WideReal branch_impedance(const LadderProblem& problem, const LadderState& state, bool open,
-                                        const WideReal& s);
+[[nodiscard]] WideReal branch_impedance(const LadderState& state, bool open, const WideReal& s);
 void append_record(const LadderState& from, int k, const WideReal& level, LadderState& joined);
 
 }  // namespace
@@ -94,17 +93,21 @@ ScriptVerdict run_two_way(const LadderProblem& problem, TwoWayScripts& scripts, 
     return verdict.good() ? runScript(problem, scripts.JCONF, forward) : verdict;
 }
 
-bool join_runs(const LadderProblem& problem, const LadderState& forward, const LadderState& reverse,
-               LadderState& joined, Join& join) {
+bool join_runs(const LadderState& forward, const LadderState& reverse, LadderState& joined, Join& join) {
     join = {};
     if (forward.quadruplet_count > 0 || reverse.quadruplet_count > 0) return false;
     if (forward.record_count + reverse.record_count > record_limit) return false;
+    for (const LadderState* run : {&forward, &reverse}) {
+        for (int k = 1; k <= run->record_count; ++k) {
+            if (run->SVAL2(k) == WideReal{unit_element_mark}) return false;
+        }
+    }
     // Either far end is open or short: as all points agree best.
     bool found = false;
     for (const bool output_open : {true, false}) {
         for (const bool input_open : {true, false}) {
             Join trial;
-            level_ratios(problem, forward, reverse, output_open, input_open, trial);
+            level_ratios(forward, reverse, output_open, input_open, trial);
             if (!(trial.difference <= same_level) || (found && trial.difference >= join.difference)) continue;
             found = true;
             join = trial;
@@ -250,13 +253,11 @@ void put_in_middle(const Table<StepZeros, 2>& last, TwoWayScripts& scripts, Ladd
 }
 
 // What a run leaves is the other run's ladder seen from the join.
-void level_ratios(const LadderProblem& problem, const LadderState& forward, const LadderState& reverse,
-                  bool output_open, bool input_open, Join& join) {
+void level_ratios(const LadderState& forward, const LadderState& reverse, bool output_open, bool input_open,
+                  Join& join) {
     for (const long double s : {0.5L, 2.0L}) {
-        join.RATIO(++join.ratio_count) =
-            remainder_impedance(forward, s) / branch_impedance(problem, reverse, output_open, s);
-        join.RATIO(++join.ratio_count) =
-            branch_impedance(problem, forward, input_open, s) / remainder_impedance(reverse, s);
+        join.RATIO(++join.ratio_count) = remainder_impedance(forward, s) / branch_impedance(reverse, output_open, s);
+        join.RATIO(++join.ratio_count) = branch_impedance(forward, input_open, s) / remainder_impedance(reverse, s);
     }
     for (int i = 2; i <= join.ratio_count; ++i) {
         const auto off = static_cast<double>(abs(join.RATIO(i) / join.RATIO(1) - 1).rounded());
@@ -273,18 +274,12 @@ WideReal remainder_impedance(const LadderState& state, const WideReal& s) {
 }
 
 // Of the branches alone, from the port that the run began at.
-WideReal branch_impedance(const LadderProblem& problem, const LadderState& state, bool open, const WideReal& s) {
+WideReal branch_impedance(const LadderState& state, bool open, const WideReal& s) {
     WideReal value = 0;
     int form = open ? admittance : impedance;
     for (int k = 1; k <= state.record_count; ++k) {
         const WideReal v1 = state.SVAL1(k);
         const WideReal v2 = state.SVAL2(k);
-        if (v2 == WideReal{unit_element_mark}) {
-            const WideReal own = form == impedance ? v1 : 1 / v1;
-            const WideReal t = s / sqrt(problem.unit_s2);
-            value = own * (value + own * t) / (own + value * t);
-            continue;
-        }
         const int of_branch = state.MIND(k) % 2 == 1 ? impedance : admittance;
         if (of_branch != form) {
             if (value.sign() == 0) continue;  // in series with an open end, across a short
@@ -304,10 +299,9 @@ WideReal branch_impedance(const LadderProblem& problem, const LadderState& state
 // Normalised to R2 there, to R1 here.
 void append_record(const LadderState& from, int k, const WideReal& level, LadderState& joined) {
     const int to = ++joined.record_count;
-    const bool line = from.SVAL2(k) == WideReal{unit_element_mark};
-    const bool like_impedance = from.MIND(k) % 2 == 1 || line;
-    joined.SVAL1(to) = like_impedance ? from.SVAL1(k) * level : from.SVAL1(k) / level;
-    joined.SVAL2(to) = line ? from.SVAL2(k) : like_impedance ? from.SVAL2(k) / level : from.SVAL2(k) * level;
+    const bool series = from.MIND(k) % 2 == 1;
+    joined.SVAL1(to) = series ? from.SVAL1(k) * level : from.SVAL1(k) / level;
+    joined.SVAL2(to) = series ? from.SVAL2(k) / level : from.SVAL2(k) * level;
     joined.SFR(to) = from.SFR(k);
     joined.MIND(to) = from.MIND(k);
     joined.SIMP(to) = from.SIMP(k);

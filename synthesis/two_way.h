@@ -22,9 +22,8 @@
 
 namespace kavrel {
 
-inline constexpr int two_way_degree = 12;     // from which on both ends are begun at unasked
-inline constexpr double two_way_loss = 1e-9;  // dB, the difference up to which a joined circuit is taken unasked
-inline constexpr double same_level = 1e-9;    // relative difference of RATIO above which two runs do not fit
+inline constexpr int two_way_degree = 12;   // from which on both ends are begun at unasked
+inline constexpr double same_level = 1e-9;  // relative difference of RATIO above which two runs do not fit
 inline constexpr int ratio_limit = 30;
 
 // The removals of a filter, shared among both runs.
@@ -61,9 +60,8 @@ ScriptVerdict run_two_way(const LadderProblem& problem, TwoWayScripts& scripts, 
                           LadderState& reverse);
 
 // The ladder of both runs in the order from the input, normalised to R1, in `joined`; `join` tells how well they fit.
-// False when they are no two parts of one network, when a compound branch was removed (it is not joined), or when there
-// are too many records.
-[[nodiscard]] bool join_runs(const LadderProblem& problem, const LadderState& forward, const LadderState& reverse,
-                             LadderState& joined, Join& join);
+// False when they are no two parts of one network, when a compound branch or a line was removed (neither is joined), or
+// when there are too many records.
+[[nodiscard]] bool join_runs(const LadderState& forward, const LadderState& reverse, LadderState& joined, Join& join);
 
 }  // namespace kavrel

@@ -112,14 +112,14 @@ Json immittance_part(const XPlane& x_plane) {
             {"od", root_set(x_plane.od)}};
 }
 
-// The loss at frequency zero (high-pass: infinity) bounds the ratio. A band-pass has none there that counts, and a
-// matching network is made for its ratio.
+// Of a circuit the ratios R2/R1; before there is one the larger resistance over the smaller. The loss at frequency zero
+// (high-pass: infinity) bounds it. A band-pass has none there that counts, and a matching network is made for its
+// ratio.
 Json terminations_part(const FilterSpec& worked, const XPlane& x_plane, const LadderWork& ladder) {
     if (is_empty(x_plane.ES) || worked.sourceResistance == 0.0 || worked.loadResistance == 0.0) return {};
     Json part{{"requested_ratio", static_cast<double>(x_plane.requested_ratio)}};
     if (ladder.outcome == SynthesisOutcome::done) {
-        part["nearest_ratio"] = ladder.state.available_ratio;
-        return part;
+        return {{"requested_ratio", ladder.state.requested_ratio}, {"nearest_ratio", ladder.state.available_ratio}};
     }
     const bool bound = worked.filterType != band_pass && !x_plane.matched;
     if (bound) part["nearest_ratio"] = static_cast<double>(x_plane.termRatioLimit);

@@ -168,14 +168,31 @@ TEST(SynthesisProperty, SelectionByHandIsSearched) {
     }
 }
 
-// A circuit that is wrong is not shown: the former one stays.
+// A circuit that is wrong is not shown: the former one stays. An element spread of 1e40 is more than doubles hold.
 TEST(SynthesisProperty, WrongCircuitLeavesTheFormerOne) {
     auto run = std::make_unique<LadderRun>();
     run->run(all_pole(low_pass, equal_ripple, 5));
     ASSERT_TRUE(run->verdict.good());
     const Circuit former = run->circuit;
+    FilterSpec s = all_pole(band_pass, equal_ripple, 26);
+    s.bandpassType = parametric;
+    s.lowerPassEdge = 900, s.upperPassEdge = 920;
+    s.bandEdgeLoss = 0.01;
+    s.loadResistance = 50;
+    s.zerosAtZero = 1, s.zerosAtInfinity = 5;
+    for (const double hz : {306.85, 300.39, 1344.05, 1314.45, 333.23, 343.6, 316.95, 455.45, 534.11, 496.78}) {
+        s.FZI(++s.zeroCount) = hz;
+    }
+    run->run(s);
+    ASSERT_EQ(run->verdict.fault, SynthesisFault::loss_differs);
+    EXPECT_EQ(run->circuit, former);
+    const std::vector<std::string> lines = failure_report(run->verdict, run->state);
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[0].find(" Largest difference of loss ="), 0U);
+    // Polynomials of another filter.
+    run->run(all_pole(low_pass, equal_ripple, 5));
     XPlane xp = run->design.xp;
-    for (int i = 1; i <= xp.QS.count; ++i) xp.QS.re(i) = 1.2L;  // another filter's loss
+    for (int i = 1; i <= xp.QS.count; ++i) xp.QS.re(i) = 1.2L;
     EXPECT_FALSE(synthesise(xp, run->design.spec, {}, run->state, run->circuit).good());
     EXPECT_EQ(run->circuit, former);
     // An immittance chosen by hand that does not see the last two branches.
@@ -188,7 +205,7 @@ TEST(SynthesisProperty, WrongCircuitLeavesTheFormerOne) {
     EXPECT_EQ(run->circuit, former);
     run->request = {};
     // No transmission zero at 0, infinity or of a line.
-    FilterSpec s = with_minima(low_pass, equal_ripple, 6, -1);
+    s = with_minima(low_pass, equal_ripple, 6, -1);
     s.loadResistance = 50;
     run->run(s);
     ASSERT_TRUE(run->approximated);

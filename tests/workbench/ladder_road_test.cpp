@@ -86,6 +86,13 @@ TEST_F(LadderRoad, ADesignEndsInThePassiveSegmentWithItsCircuitDrawn) {
     EXPECT_EQ(now["parts"][2]["name"], "l01");
     EXPECT_EQ(now["parts"][2]["unit"], "H");
     EXPECT_NEAR(now["terminations"]["nearest_ratio"].get<double>(), 1.0, 1e-12);
+
+    request.r2 = 200.0;
+    design();
+    const auto unequal = state()["terminations"];
+    EXPECT_DOUBLE_EQ(unequal["requested_ratio"].get<double>(), 200.0 / 600.0) << "R2/R1, as the nearest one";
+    EXPECT_DOUBLE_EQ(unequal["nearest_ratio"].get<double>(),
+                     bench.passive.circuit.VALUE(bench.passive.circuit.ilast) / 600.0);
 }
 
 TEST_F(LadderRoad, TheFormIsFollowed) {

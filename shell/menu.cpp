@@ -13,8 +13,8 @@ constexpr std::string_view separator = " > ";
 
 std::string folded(std::string_view text) {
     std::string plain = plain_label(trim(text));
-    const auto runs = std::ranges::unique(plain, [](char a, char b) { return a == ' ' && b == ' '; });
-    plain.erase(runs.begin(), runs.end());
+    const auto both_blank = [](char a, char b) { return a == ' ' && b == ' '; };
+    plain.erase(std::unique(plain.begin(), plain.end(), both_blank), plain.end());
     std::ranges::transform(plain, plain.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return plain;
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -12,7 +13,6 @@ namespace {
 constexpr int outer_margin = 7;
 constexpr int inner_margin = 10;
 constexpr std::size_t equals_column = 51;  // characters before the equals sign
-constexpr int count_width = 5;
 
 constexpr std::string_view type_names[] = {"Low-pass filter", "High-pass filter", "Linear phase low-pass filter",
                                            "Band-pass filter"};
@@ -32,19 +32,17 @@ public:
         valued(label, unit_value_text(units_, hertz_value, hertz), margin);
     }
     void number(std::string_view label, double value, std::string_view unit, int margin = inner_margin) {
-        valued(label, edit_en(value, 15, 6) + std::string(unit), margin);
+        valued(label, edited<"(EN15.6,A)">(value, unit), margin);
     }
-    void count(std::string_view label, int n) { valued(label, edit_i(n, count_width), inner_margin); }
+    void count(std::string_view label, int n) { valued(label, edited<"(I5)">(n), inner_margin); }
     void valued(std::string_view label, std::string_view value, int margin) {
         std::string text = edit_x(margin) + std::string(label);
         if (text.size() < equals_column) text.resize(equals_column, ' ');
         reporter_.report_line(trim_right(text + '=' + std::string(value)));
     }
-    void two_columns(std::string_view first, std::string_view second) {
-        reporter_.report_line(edit_a(first, 20) + edit_a(second, 20));
-    }
+    void root_head() { reporter_.report_line(edited<"(2A20)">("real part", "imaginary part")); }
     // 0.0 added: no zero with a sign.
-    void root(double re, double im) { reporter_.report_line(edit_1pe(re + 0.0, 20, 7) + edit_1pe(im + 0.0, 20, 7)); }
+    void root(double re, double im) { reporter_.report_line(edited<"(1P,2E20.7)">(re + 0.0, im + 0.0)); }
     [[nodiscard]] const UnitSet& units() const { return units_; }
 
 private:
@@ -90,7 +88,7 @@ void tell_passband(const DesignFacts& facts, Sheet& sheet) {
         sheet.number("Additional flat loss", spec.flatLoss, " dB.");
     }
     if (spec.medium == microwave) {
-        sheet.valued("Max. passband vswr", edit_f(standing_wave_ratio(spec.bandEdgeLoss), 11, 2), inner_margin);
+        sheet.valued("Max. passband vswr", edited<"(F11.2)">(standing_wave_ratio(spec.bandEdgeLoss)), inner_margin);
     }
 }
 
@@ -159,7 +157,7 @@ void tell_counts(const FilterSpec& spec, Sheet& sheet) {
 }
 
 void tell_zeros(const FilterSpec& spec, Sheet& sheet) {
-    sheet.two_columns("real part", "imaginary part");
+    sheet.root_head();
     const double unit = sheet.units().frequency_multiplier;
     for (int i = 1; i <= spec.zeroCount; ++i) {
         const double re = spec.FZR(i) / unit;
@@ -196,7 +194,7 @@ void report_predistortion(const PredistortionNotes& notes, Reporter& reporter) {
     const UnitSet si;
     Sheet sheet(si, reporter);
     const auto tell = [&](std::string_view label, double q) {
-        sheet.heading(std::string(label) + edit_en(q, 15, 6), inner_margin);
+        sheet.heading(edited<"(A,EN15.6)">(label, q), inner_margin);
     };
     sheet.heading(predistortion_head);
     tell(requested_q_label, notes.requested_q);
@@ -213,7 +211,7 @@ void report_transfer_function(const TransferFunction& transfer, int medium, Repo
     const auto tell = [&](std::string_view name, int count, const auto& re, const auto& im) {
         sheet.heading(name, inner_margin);
         if (count == 0) return;
-        sheet.two_columns("real part", "imaginary part");
+        sheet.root_head();
         for (int i = 1; i <= count; ++i) sheet.root(re(i), im(i));
     };
     tell(transfer.zeroCount > 0 ? "Zeros" : "No finite zeros", transfer.zeroCount, transfer.ZEROS_RE,

@@ -9,8 +9,11 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <gtest/gtest.h>
+
+#include "shell/edited.h"
 
 namespace kavrel {
 namespace {
@@ -31,16 +34,21 @@ bool read_case(const std::string& row, Case& golden) {
                 .fail();
 }
 
-std::string edited(const Case& c) {
-    if (c.kind == "A") return edit_a(c.value, c.width);
-    if (c.kind == "I") return edit_i(std::stoll(c.value), c.width, c.decimals);
+std::string edited_text(std::string_view format, const std::vector<FormatValue>& values) {
+    const Format read = FormatReader(format).format();
+    if (!read.good || read.values != std::ssize(values)) return "no format: " + std::string(format);
+    return edit_values(read, format, values.data());
+}
+
+std::string edited_text(const Case& c) {
+    const auto number = [](int n) { return std::to_string(n); };
+    const auto field = c.kind + number(c.width);
+    if (c.kind == "A") return edited_text("(" + field + ")", {format_value(c.value)});
+    const auto decimals = "." + number(c.decimals);
+    if (c.kind == "I") return edited_text("(" + field + decimals + ")", {format_value(std::stoll(c.value))});
     const auto value = std::bit_cast<double>(std::uint64_t{std::stoull(c.value, nullptr, 16)});
-    if (c.kind == "F") return edit_f(value, c.width, c.decimals, c.scale);
-    if (c.kind == "E") return edit_e(value, c.width, c.decimals, c.exp_digits, c.scale);
-    if (c.kind == "D") return edit_d(value, c.width, c.decimals, c.scale);
-    if (c.kind == "EN") return edit_en(value, c.width, c.decimals);
-    if (c.kind == "G") return edit_g(value, c.width, c.decimals, c.scale);
-    return "unknown descriptor " + c.kind;
+    const auto exponent = c.exp_digits > 0 ? "E" + number(c.exp_digits) : "";
+    return edited_text("(" + number(c.scale) + "P," + field + decimals + exponent + ")", {format_value(value)});
 }
 
 // Where gfortran 12 leaves the exact value of the double, which these fields keep.
@@ -67,7 +75,7 @@ TEST(Edit, EqualsGfortranToTheByte) {
             EXPECT_NE(golden.field, exception.field) << "this gfortran is exact: drop the exception";
             golden.field = exception.field;
         }
-        const auto text = edited(golden);
+        const auto text = edited_text(golden);
         if (text != golden.field && ++wrong <= 10) ADD_FAILURE() << row << "\n  but |" << text << '|';
     }
     EXPECT_EQ(wrong, 0) << "of " << cases;
@@ -89,6 +97,36 @@ TEST(Edit, TextCountsCharactersNotBytes) {
     EXPECT_EQ(edit_a("│Ω", 0), "");
     EXPECT_EQ(edit_a("│Ω"), "│Ω");
 }
+
+TEST(Edited, ReadsFormatsAsFortranDoes) {
+    const struct {
+        std::string_view format, line;
+    } cases[] = {
+        {"(1X,A,X,A3,3X,A)", " R  dB   12"},
+        {" ( 2( A, ',' ) , A ) ", "R,dB,12"},
+        {"('don''t',A,\"\"\"\",A,' \"',A,'')", "don'tR\"dB \"12"},
+        {"(1P2(A,2('-',1X)),A)", "R- - dB- - 12"},
+    };
+    for (const auto& [format, line] : cases) {
+        EXPECT_EQ(edited_text(format, {format_value('R'), format_value("dB"), format_value(std::string("12"))}), line);
+    }
+    EXPECT_EQ((edited<"(E10.3,1P,2E10.3,F6.1,0P2(F6.1,I),I3.2)">(0.5, 0.5, 0.5F, 0.5, 0.5, 7L, 0.5, 8U, 9)),
+              " 0.500E+00 5.000E-01 5.000E-01   5.0   0.57   0.58 09");
+    for (const std::string_view bad :
+         {"",        "A",   "(A",   "(A))",  "()",  "(A,)", "(A I3)", "(A5.2)", "(F10)",     "(E.)",
+          "(E9.2E)", "(Q)", "(0X)", "(-1X)", "(P)", "('a)", "(2(A)",  "(65A)",  "(EN9.2E2)", "(1X)A"}) {
+        EXPECT_FALSE(FormatReader(bad).format().good) << bad;
+    }
+}
+
+template <class... Values>
+constexpr int mismatch(std::string_view format) {
+    constexpr char kinds[] = {format_kind<Values>()...};
+    return first_mismatch(FormatReader(format).format(), {kinds, sizeof...(Values)});
+}
+static_assert(mismatch<std::string, char, int, double>("(2A,'x',I3,1P,E9.2)") == 0);
+static_assert(mismatch<int>("(A)") == 1 && mismatch<char, char>("(A,I)") == 2 && mismatch<bool>("(I)") == 1);
+static_assert(mismatch<double, int>("(F4.1,EN9.2)") == 2 && mismatch<double, long double>("(2D9.2)") == 2);
 
 TEST(Edit, LineReadsLikeItsFormat) {
     const std::string text =

@@ -9,7 +9,7 @@
 #include "fir/fir_report.h"
 #include "fir/fir_time_response.h"
 #include "fir/impulse_response.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -196,12 +196,11 @@ const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter
     if (!std::isfinite(length)) return bad_input;  // no transition band, or a ripple of 0 dB
     if (length < max_fir_taps + 1) {
         task.NFILT = static_cast<int>(std::max(length, 0.0));
-        reporter.report_line(" Estimated degree = " + edit_i(task.NFILT, 4));
+        reporter.report_line(edited<"(' Estimated degree = ',I4)">(task.NFILT));
     } else {
         task.NFILT = max_fir_taps;
         const int told = static_cast<int>(std::min(length, 1.0e9));
-        reporter.report_line(" Estimated degree: " + edit_i(told, 4) +
-                             " is too high. reset to: " + edit_i(max_fir_taps, 4));
+        reporter.report_line(edited<"(' Estimated degree: ',I4,' is too high. reset to: ',I4)">(told, max_fir_taps));
     }
     draft.figures.length_estimated = true;
     return nullptr;
@@ -210,7 +209,7 @@ const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter
 void report_failure_to_converge(int iterations, Reporter& reporter) {
     reporter.report_line(" **** Failure to converge ****");
     reporter.report_line(" Probable cause is machine rounding error");
-    reporter.report_line(" number of iterations = " + edit_i(iterations, 4));
+    reporter.report_line(edited<"(' number of iterations = ',I4)">(iterations));
     reporter.report_line(" If the number of iterations exceeds 3,");
     reporter.report_line(" the impulse response may be correct,");
     reporter.report_line(" check with a frequency response");

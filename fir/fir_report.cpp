@@ -4,6 +4,7 @@
 
 #include "fir/fir_request.h"
 #include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -30,7 +31,7 @@ std::string labelled(std::string_view label) {
 template <class Value>
 std::string band_row(std::string_view label, int first, int last, Value value) {
     std::string text = labelled(label);
-    for (int j = first; j <= last; ++j) text += edit_f(value(j), 15, 9);
+    for (int j = first; j <= last; ++j) text += edited<"(F15.9)">(value(j));
     return text;
 }
 
@@ -38,7 +39,7 @@ std::string band_row(std::string_view label, int first, int last, Value value) {
 
 void report_fir_design(const FirTask& task, const FirDesignFigures& figures, const FirFilter& filter,
                        std::string_view title, Reporter& reporter) {
-    const auto indented = [&](std::string_view text) { reporter.report_line(edit_x(20) + std::string(text)); };
+    const auto indented = [&](std::string_view text) { reporter.report_line(edited<"(20X,A)">(text)); };
     reporter.report_line(stars());
     indented("Finite impulse response (FIR)");
     indented("Linear phase digital filter design");
@@ -46,7 +47,7 @@ void report_fir_design(const FirTask& task, const FirDesignFigures& figures, con
     indented("Remez exchange algorithm");
     reporter.report_line(stars());
     indented(type_text(task, figures.length_estimated));
-    indented("Filter length = " + edit_i(figures.taps, 3));
+    indented(edited<"('Filter length = ',I3)">(figures.taps));
     if (figures.length_estimated) indented("Filter length determined by approximation");
 
     report_impulse_response(filter, 1, reporter);
@@ -56,7 +57,7 @@ void report_fir_design(const FirTask& task, const FirDesignFigures& figures, con
     for (int first = 1; first <= bands.NBANDS; first += columns_of_a_group) {
         const int last = std::min(first + columns_of_a_group - 1, bands.NBANDS);
         std::string head = edit_x(label_width);
-        for (int j = first; j <= last; ++j) head += edit_x(8) + "band" + edit_i(j, 3);
+        for (int j = first; j <= last; ++j) head += edited<"(8X,'band',I3)">(j);
         reporter.report_line("");
         reporter.report_line(head);
         const auto row = [&](std::string_view label, auto value) {
@@ -77,15 +78,15 @@ void report_fir_design(const FirTask& task, const FirDesignFigures& figures, con
 void report_impulse_response(const FirFilter& filter, int function, Reporter& reporter) {
     const int half = filter.LENGTH(function);
     const int taps = fir_taps(half, filter.NODD, filter.NEG);
-    const auto tap = [](int i) { return "H(" + edit_i(i, 3) + ")"; };
+    const auto tap = [](int i) { return edited<"('H(',I3,')')">(i); };
     const std::string mirrored = filter.NEG == 1 ? " = -" : " = ";
     const auto tell = [&](int i, double value) {
-        std::string text = edit_x(13) + tap(i) + " = " + edit_1pe(value, 17, 9);
+        std::string text = edited<"(13X,A,' = ',1P,E17.9)">(tap(i), value);
         if (taps + 1 - i != i) text += mirrored + tap(taps + 1 - i);
         reporter.report_line(text);
     };
     reporter.report_line("");
-    reporter.report_line(edit_x(18) + "***** Impulse response *****");
+    reporter.report_line(edited<"(18X,'***** Impulse response *****')">());
     for (int i = 1; i <= half; ++i) tell(i, filter.X(filter.IST(function) + i - 1));
     if (filter.NEG == 1 && filter.NODD == 1) tell(half + 1, 0.0);
 }

@@ -4,6 +4,7 @@
 
 #include "passive/command_tools.h"
 #include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -42,8 +43,8 @@ void close_macro(PassiveDesk& desk) {
 }  // namespace
 
 std::string macro_branch(int branch) { return edit_i(branch, branch < 100 ? 2 : 3); }
-std::string macro_value_d(double value) { return edit_1pd(value, 14, 6); }
-std::string macro_value_e(double value) { return edit_1pe(value, 14, 6); }
+std::string macro_value_d(double value) { return edited<"(1P,D14.6)">(value); }
+std::string macro_value_e(double value) { return edited<"(1P,E14.6)">(value); }
 
 std::string macro_lines(const MacroStep& step) {
     std::string lines = std::string(wait_for_segment) + send_menus(step.menu);

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -61,23 +61,19 @@ bool fit_phase_line(const AnalysisResult& results, PhaseLine& line) {
     return true;
 }
 
-std::vector<std::string> phase_line_lines(const PhaseLine& line_of, bool radians, std::string_view title) {
+std::vector<std::string> phase_line_lines(const PhaseLine& line, bool radians, std::string_view title) {
     std::vector<std::string> lines{"", std::string(title), "", "******* Phase nonlinearity *******", ""};
-    lines.emplace_back(line().a("Frequency", 11).a("Phase", 14).a("Straight line", 15).a("Deviation", 13));
-    lines.emplace_back(line().a(radians ? "rad/sec" : "in Hz", 10).a("in deg", 15).a("in deg", 14).a("in deg", 14));
-    for (int i = 1; i <= line_of.count; ++i) {
-        const double phase = line_of.phase(i);
-        const double deviation = line_of.deviation(i);
-        lines.emplace_back(line()
-                               .x(1)
-                               .pd(line_of.frequency(i), 13, 6)
-                               .f(phase, 12, 4)
-                               .f(phase - deviation, 14, 4)
-                               .f(deviation, 14, 6));
+    lines.push_back(edited<"(A11,A14,A15,A13)">("Frequency", "Phase", "Straight line", "Deviation"));
+    lines.push_back(edited<"(A10,A15,2A14)">(radians ? "rad/sec" : "in Hz", "in deg", "in deg", "in deg"));
+    for (int i = 1; i <= line.count; ++i) {
+        const double phase = line.phase(i);
+        const double deviation = line.deviation(i);
+        lines.push_back(
+            edited<"(1X,1P,D13.6,0P,F12.4,F14.4,F14.6)">(line.frequency(i), phase, phase - deviation, deviation));
     }
-    lines.emplace_back("");
-    lines.emplace_back(line().a(" Delay of the straight line =").pd(line_of.delay, 15, 7).a(" sec"));
-    lines.emplace_back(line().a(" Largest deviation          =").pd(line_of.largest, 15, 7).a(" deg"));
+    lines.emplace_back();
+    lines.push_back(edited<"(' Delay of the straight line =',1P,D15.7,' sec')">(line.delay));
+    lines.push_back(edited<"(' Largest deviation          =',1P,D15.7,' deg')">(line.largest));
     return lines;
 }
 

@@ -7,7 +7,7 @@
 #include "circuit/listing.h"
 #include "exchange/transfer_polynomials.h"
 #include "passive/command_tools.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 #include "synthesis/synthesis_report.h"
 
 namespace kavrel {
@@ -37,11 +37,11 @@ void resonance(PassiveDesk& desk) {
     const int k2 = desk.command.resonant_branch2;
     const auto resonances = k2 == 0 ? resonances_of(circuit, k1) : resonances_of(circuit, k1, k2);
     if (resonances.empty()) return refuse(desk, no_resonance);
-    const Line place = k2 == 0 ? line().a(" Resonant frequency of branch ").i(k1, 3)
-                               : line().a(" Resonant frequency of branches ").i(k1, 3).a(" and ").i(k2, 3);
+    const std::string place = k2 == 0 ? edited<"(' Resonant frequency of branch ',I3)">(k1)
+                                      : edited<"(' Resonant frequency of branches ',I3,' and ',I3)">(k1, k2);
     for (const double frequency : resonances) {
         const std::string value = unit_value_text(desk.session.units, frequency, hertz);
-        desk.reporter.report_line(line().a(place.text()).a(" =").a(trim_right(value)));
+        desk.reporter.report_line(edited<"(A,' =',A)">(place, trim_right(value)));
     }
 }
 

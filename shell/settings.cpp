@@ -3,7 +3,7 @@
 #include <cmath>
 #include <fstream>
 
-#include "shell/edit.h"
+#include "shell/edited.h"
 #include "shell/number_text.h"
 #include "shell/stored_files.h"
 
@@ -49,16 +49,11 @@ SettingsStatus read_settings(const std::string& path, UnitSet& units) {
 }
 
 bool write_settings(const std::string& path, const UnitSet& units) {
-    std::string text;
-    for (const double m :
-         {units.frequency_multiplier, units.inductor_multiplier, units.capacitor_multiplier, units.time_multiplier}) {
-        text += edit_x(2) + edit_1pe(m, 15, 8);
-    }
+    std::string text = edited<"(1P,4(2X,E15.8))">(units.frequency_multiplier, units.inductor_multiplier,
+                                                  units.capacitor_multiplier, units.time_multiplier);
     text += '\n';
-    for (const int i : {units.frequency_index, units.inductor_index, units.capacitor_index, units.time_index,
-                        units.fixed_units, units.frequency_in_unit}) {
-        text += edit_x(6) + edit_i(i, 2);
-    }
+    text += edited<"(6(6X,I2))">(units.frequency_index, units.inductor_index, units.capacitor_index, units.time_index,
+                                 units.fixed_units, units.frequency_in_unit);
     text += '\n';
     return write_whole(path, text);
 }

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -35,8 +35,7 @@ int exponent_of(double multiplier) {
 }
 
 std::string number_with_prefix(double number, int exponent, int unit_code) {
-    std::string text = edit_f(number, 11, 6);
-    text += unit_texts[unit_code];
+    std::string text = edited<"(F11.6,A)">(number, unit_texts[unit_code]);
     text[12] = prefix_at(value_prefixes, exponent + 5);
     return text;
 }
@@ -65,13 +64,7 @@ void settle_units(UnitSet& units) {
 }
 
 std::string unit_suffix(const UnitSet& units, Unit unit) {
-    const auto suffix = [](char prefix, std::string_view name) {
-        std::string text = " (";
-        text += prefix;
-        text += name;
-        text += ')';
-        return text;
-    };
+    const auto suffix = [](char prefix, std::string_view name) { return edited<"(' (',2A,')')">(prefix, name); };
     switch (unit) {
         case Unit::frequency: return suffix(prefix_at(frequency_prefixes, units.frequency_index - 1), "Hz");
         case Unit::time: return suffix(prefix_at(element_prefixes, units.time_index - 1), "sec");
@@ -103,7 +96,7 @@ std::string unit_value_text(const UnitSet& units, double value, int unit_code) {
     // The prefix is chosen for what the number rounds to; the number itself is left alone.
     double v = std::abs(value) * prefix_margin;
     if (v == 0.0) return number_with_prefix(value, 0, unit_code);
-    if (!(v > 1.0e-15 && v < 1.0e15)) return edit_1pe(value, 16, 9);
+    if (!(v > 1.0e-15 && v < 1.0e15)) return edited<"(1P,E16.9)">(value);
     int exponent = 0;
     for (; v >= 1000.0 && exponent < 4; ++exponent) v /= 1000.0;
     for (; v < 1.0 && exponent > -5; --exponent) v *= 1000.0;

@@ -3,7 +3,7 @@
 #include "circuit/branch_elements.h"
 #include "circuit/branch_kinds.h"
 #include "circuit/parts_list.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -69,7 +69,7 @@ Json circuit_part(const Circuit& circuit) {
 Json parts_part(const Circuit& circuit) {
     Json parts = Json::array();
     for (const CircuitPart& part : list_parts(circuit, false)) {
-        parts.push_back({{"name", part.letter + edit_i(part.number, 2, 2)},
+        parts.push_back({{"name", edited<"(A,I2.2)">(part.letter, part.number)},
                          {"value", part.value},
                          {"unit", unit_of(part.letter, circuit.kind == CircuitKind::microwave)}});
     }

@@ -7,6 +7,7 @@
 #include "approximation/filter_spec.h"
 #include "approximation/front_verdict.h"
 #include "approximation/x_plane.h"
+#include "shell/fields.h"
 
 namespace kavrel {
 
@@ -75,6 +76,15 @@ struct PredistortionNotes {
     double minimum_q = 0.0;
     double used_q = 0.0;  // 0: none, the poles are unchanged
 };
+template <ListedAs<PredistortionNotes> Record, class Visit>
+constexpr void fields_of(Record& notes, Visit&& visit) {
+    visit("requested", notes.requested);
+    visit("not_possible", notes.not_possible);
+    visit("requested_q", notes.requested_q);
+    visit("minimum_q", notes.minimum_q);
+    visit("used_q", notes.used_q);
+}
+static_assert(lists_each_field<PredistortionNotes>);
 inline constexpr std::string_view predistortion_head = "Predistortion requested";
 inline constexpr std::string_view requested_q_label = "requested Q =";
 inline constexpr std::string_view minimum_q_label = "minimum Q   =";
@@ -85,6 +95,13 @@ struct ApproximationNotes {
     PredistortionNotes predistortion;
     bool has_pole_chains = false;  // LARR is set: an allpass form exists
 };
+template <ListedAs<ApproximationNotes> Record, class Visit>
+constexpr void fields_of(Record& notes, Visit&& visit) {
+    visit("front", notes.front);
+    visit("predistortion", notes.predistortion);
+    visit("has_pole_chains", notes.has_pole_chains);
+}
+static_assert(lists_each_field<ApproximationNotes>);
 
 // The one question of the calculation.
 enum class PredistortionChoice { no_q = 0, minimum_q = 1, cancel = 2 };

@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "numeric/root_set.h"
+#include "shell/fields.h"
 #include "shell/fixed_text.h"
 #include "shell/table.h"
 
@@ -60,6 +61,49 @@ struct FilterSpec {
     double centerFrequency = 0.0;          // of a shifted band-pass, 0 when none
     bool odd_parametric = false;           // of a shifted band-pass
 };
+template <ListedAs<FilterSpec> Record, class Visit>
+constexpr void fields_of(Record& spec, Visit&& visit) {
+    visit("title", spec.title);
+    visit("filterType", spec.filterType);
+    visit("passbandType", spec.passbandType);
+    visit("bandpassType", spec.bandpassType);
+    visit("stopbandType", spec.stopbandType);
+    visit("medium", spec.medium);
+    visit("implementation", spec.implementation);
+    visit("lowerPassEdge", spec.lowerPassEdge);
+    visit("upperPassEdge", spec.upperPassEdge);
+    visit("lowerStopEdge", spec.lowerStopEdge);
+    visit("upperStopEdge", spec.upperStopEdge);
+    visit("bandEdgeLoss", spec.bandEdgeLoss);
+    visit("stopbandLoss", spec.stopbandLoss);
+    visit("upperStopLoss", spec.upperStopLoss);
+    visit("sourceResistance", spec.sourceResistance);
+    visit("loadResistance", spec.loadResistance);
+    visit("predistortionQ", spec.predistortionQ);
+    visit("freal", spec.freal);
+    visit("functionMultiplier", spec.functionMultiplier);
+    visit("numeratorFactors", spec.numeratorFactors, spec.numeratorDegree);
+    visit("denominatorFactors", spec.denominatorFactors, spec.denominatorDegree);
+    visit("numeratorDegree", spec.numeratorDegree);
+    visit("denominatorDegree", spec.denominatorDegree);
+    visit("reflectionInput", spec.reflectionInput);
+    visit("flatLoss", spec.flatLoss);
+    visit("sampleFrequency", spec.sampleFrequency);
+    visit("zerosAtZero", spec.zerosAtZero);
+    visit("zerosAtInfinity", spec.zerosAtInfinity);
+    visit("unitElements", spec.unitElements);
+    visit("zeroCount", spec.zeroCount);
+    visit("FZR", spec.FZR, spec.zeroCount);
+    visit("FZI", spec.FZI, spec.zeroCount);
+    visit("degree", spec.degree);
+    visit("degreeParity", spec.degreeParity);
+    visit("symmetryFlag", spec.symmetryFlag);
+    visit("runFlag", spec.runFlag);
+    visit("designError", spec.designError);
+    visit("centerFrequency", spec.centerFrequency);
+    visit("odd_parametric", spec.odd_parametric);
+}
+static_assert(lists_each_field<FilterSpec>);
 
 // Poles and zeros as they stand in the s plane, complete with conjugates. Lumped: rad/s. Sampled data and microwave:
 // the plane of the warped variable tan(pi f/fs), in units of its value at the band edge, so that the edge is 1.
@@ -77,6 +121,22 @@ struct TransferFunction {
     int zerosAtZero = 0;
     int zerosAtInfinity = 0;
 };
+template <ListedAs<TransferFunction> Record, class Visit>
+constexpr void fields_of(Record& transfer, Visit&& visit) {
+    visit("zeroCount", transfer.zeroCount);
+    visit("poleCount", transfer.poleCount);
+    visit("ZEROS_RE", transfer.ZEROS_RE, transfer.zeroCount);
+    visit("ZEROS_IM", transfer.ZEROS_IM, transfer.zeroCount);
+    visit("POLES_RE", transfer.POLES_RE, transfer.poleCount);
+    visit("POLES_IM", transfer.POLES_IM, transfer.poleCount);
+    visit("multiplier", transfer.multiplier);
+    visit("normFrequency", transfer.normFrequency);
+    visit("gainConstant", transfer.gainConstant);
+    visit("lossConstant", transfer.lossConstant);
+    visit("zerosAtZero", transfer.zerosAtZero);
+    visit("zerosAtInfinity", transfer.zerosAtInfinity);
+}
+static_assert(lists_each_field<TransferFunction>);
 
 static_assert(std::is_trivially_copyable_v<FilterSpec> && std::is_trivially_copyable_v<TransferFunction>);
 

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "approximation/filter_spec.h"
+#include "shell/fields.h"
 
 namespace kavrel {
 
@@ -105,6 +106,19 @@ struct FrontNotes {
     double lower_loss_reached = 0.0;   // dB at the stop edges, or the equal minima; 0 not known
     double upper_loss_reached = 0.0;   // the only one of low-pass and high-pass
 };
+template <ListedAs<FrontNotes> Record, class Visit>
+constexpr void fields_of(Record& notes, Visit&& visit) {
+    visit("preshifted", notes.preshifted);
+    visit("freal_modified", notes.freal_modified);
+    visit("reset_to_parametric", notes.reset_to_parametric);
+    visit("zeros_shifted", notes.zeros_shifted);
+    visit("rescaled", notes.rescaled);
+    visit("degree_estimated", notes.degree_estimated);
+    visit("zeros_found", notes.zeros_found);
+    visit("lower_loss_reached", notes.lower_loss_reached);
+    visit("upper_loss_reached", notes.upper_loss_reached);
+}
+static_assert(lists_each_field<FrontNotes>);
 
 inline constexpr std::string_view freal_modified_line = "Freal is modified to";
 inline constexpr std::string_view rescaled_line = "cutoff frequencies rescaled for better precision";

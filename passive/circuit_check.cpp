@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "circuit/branch_kinds.h"
-#include "passive/record_items.h"
+#include "shell/fields.h"
 
 namespace kavrel {
 
@@ -22,6 +22,16 @@ bool sound_spec(const FilterSpec& spec);
 bool take_cells(const Circuit& circuit, const Branch& branch, Cells& taken);
 bool take_quadruplet(const Circuit& circuit, const Branch& branch, Slots& taken);
 
+// Whether no table has more cells in use than it has.
+template <Listed Record>
+bool counts_fit(const Record& record) {
+    bool good = true;
+    fields_of(record, [&](const char*, const auto& field, auto... count) {
+        good = good && (within(count, 0, field.bound) && ...);
+    });
+    return good;
+}
+
 // Says of any items whether their numbers are finite.
 struct FiniteNumbers {
     bool good = true;
@@ -34,6 +44,10 @@ struct FiniteNumbers {
 private:
     void look(double number) { good = good && std::isfinite(number); }
     void look(float number) { good = good && std::isfinite(number); }
+    template <Listed Record>
+    void look(const Record& record) {
+        for_each_field(record, [&](const auto& field) { look(field); });
+    }
     template <class T, int N>
     void look(const Table<T, N>& table) {
         for (const T& cell : table) look(cell);
@@ -77,21 +91,15 @@ bool sound_store(const Circuit& circuit) {
 }
 
 bool sound_design(const PassiveFilter& filter) {
-    const TransferFunction& transfer = filter.transfer;
-    return sound_spec(filter.spec) && sound_spec(filter.background.request) &&
-           within(transfer.zeroCount, 0, max_degree) && within(transfer.poleCount, 0, max_degree);
+    return sound_spec(filter.spec) && sound_spec(filter.background.request) && counts_fit(filter.transfer);
 }
 
 bool all_finite(const PassiveFilter& filter) {
     FiniteNumbers finite;
     const Circuit& c = filter.circuit;
     finite(c.VALUE, c.QUADRUPLETS, c.R1, c.R2, c.fa, c.fb, c.fnorm, c.fs, c.MODE_RE, c.MODE_IM, filter.mod);
-    items_of(filter.spec, finite);
-    items_of(filter.transfer, finite);
-    const DesignBackground& background = filter.background;
-    items_of(background.request, finite);
-    items_of(background.notes, finite);
-    finite(background.worked_lower_edge, background.worked_upper_edge);
+    const auto& [request, notes, worked_lower_edge, worked_upper_edge] = filter.background;
+    finite(filter.spec, filter.transfer, request, notes, worked_lower_edge, worked_upper_edge);
     return finite.good && !std::isnan(c.termination_ratio);
 }
 
@@ -109,9 +117,7 @@ bool sound_spec(const FilterSpec& spec) {
         within(spec.bandpassType, conventional, impedance_matching) &&
         within(spec.stopbandType, monotonic_stopband, functional_stopband) && within(spec.medium, lumped, microwave) &&
         implementations.find(spec.implementation) != std::string_view::npos;
-    const bool counts = within(spec.zeroCount, 0, finite_zero_limit) && within(spec.numeratorDegree, 0, factor_limit) &&
-                        within(spec.denominatorDegree, 0, factor_limit) && within(spec.degree, 0, max_degree);
-    return choices && counts;
+    return choices && counts_fit(spec) && within(spec.degree, 0, max_degree);
 }
 
 bool take_cells(const Circuit& circuit, const Branch& branch, Cells& taken) {

@@ -5,7 +5,6 @@
 
 #include "circuit/branch_kinds.h"
 #include "passive/circuit_check.h"
-#include "passive/record_items.h"
 #include "shell/stored_files.h"
 
 namespace kavrel {
@@ -14,78 +13,23 @@ namespace {
 
 constexpr FixedText<8> mark = "Kavrel 1";
 
-// The two directions, alike to those that name the items.
-class Storing {
-public:
-    void begin() { file_.begin(); }
-    void end() { file_.end(); }
-    template <class... Items>
-    void operator()(const Items&... items) {
-        (put(items), ...);
-    }
-    [[nodiscard]] const std::string& bytes() const { return file_.bytes(); }
-
-private:
-    template <class T>
-    void put(const T& item) {
-        file_.put(item);
-    }
-    void put(bool item) { file_.put(std::int32_t{item}); }
-
-    RecordWriter file_;
-};
-
-class Taking {
-public:
-    explicit Taking(std::string_view bytes) : file_(bytes) {}
-    void begin() { file_.begin(); }
-    void end() { file_.end(); }
-    template <class... Items>
-    void operator()(Items&... items) {
-        (take(items), ...);
-    }
-    [[nodiscard]] bool finished() const { return logicals_good_ && file_.finished(); }
-
-private:
-    template <class T>
-    void take(T& item) {
-        file_.take(item);
-    }
-    void take(bool& item) {
-        std::int32_t logical = 0;
-        file_.take(logical);
-        logicals_good_ = logicals_good_ && (logical == 0 || logical == 1);
-        item = logical == 1;
-    }
-
-    RecordReader file_;
-    bool logicals_good_ = true;
-};
-
-template <class File, class... Items>
-void record(File& file, Items&... items) {
-    file.begin();
-    file(items...);
-    file.end();
-}
-
 // `Quadruplets` is the table of a circuit, const or not.
 template <class File, class Quadruplets>
 void first_quadruplet_record(File& file, Quadruplets& quadruplets) {
     file.begin();
-    for (auto& q : quadruplets) file(q.XK.cells);
-    for (auto& q : quadruplets) file(q.XC.cells);
-    for (auto& q : quadruplets) file(q.YK);
-    for (auto& q : quadruplets) file(q.YC);
-    for (auto& q : quadruplets) file(q.FRES);
+    for (auto& q : quadruplets) file.items(q.XK.cells);
+    for (auto& q : quadruplets) file.items(q.XC.cells);
+    for (auto& q : quadruplets) file.items(q.YK);
+    for (auto& q : quadruplets) file.items(q.YC);
+    for (auto& q : quadruplets) file.items(q.FRES);
     file.end();
 }
 
 template <class File, class Quadruplets, class Count>
 void second_quadruplet_record(File& file, Quadruplets& quadruplets, Count& count) {
     file.begin();
-    for (auto& q : quadruplets) file(q.M.cells);
-    file(count);
+    for (auto& q : quadruplets) file.items(q.M.cells);
+    file.items(count);
     file.end();
 }
 
@@ -93,38 +37,30 @@ void second_quadruplet_record(File& file, Quadruplets& quadruplets, Count& count
 template <class File, class Filter>
 void store_records(File& file, Filter& filter, CircuitRecords kind) {
     auto& circuit = filter.circuit;
-    record(file, circuit.VALUE);
-    record(file, circuit.INDX1);
+    file.record(circuit.VALUE);
+    file.record(circuit.INDX1);
     first_quadruplet_record(file, circuit.QUADRUPLETS);
     second_quadruplet_record(file, circuit.QUADRUPLETS, circuit.quadruplet_count);
-    record(file, circuit.klast);
-    record(file, circuit.ilast);
-    record(file, circuit.kind);
-    record(file, kind == CircuitRecords::stored_file ? circuit.fs : circuit.fnorm);
+    file.record(circuit.klast);
+    file.record(circuit.ilast);
+    file.record(circuit.kind);
+    file.record(kind == CircuitRecords::stored_file ? circuit.fs : circuit.fnorm);
 }
 
 // Records 9 to 17.
 template <class File, class Filter, class Mark, class Title>
 void further_records(File& file, Filter& filter, Mark& told_mark, Title& title, CircuitRecords kind) {
     auto& [c, designed, spec, transfer, background, mod] = filter;
-    record(file, told_mark);
-    record(file, title);
-    record(file, c.R1, c.R2, c.termination_ratio, c.fa, c.fb, kind == CircuitRecords::stored_file ? c.fnorm : c.fs);
-    record(file, c.mode_count, c.MODE_RE, c.MODE_IM);
-    record(file, designed, mod);
-    file.begin();
-    items_of(spec, file);
-    file.end();
-    file.begin();
-    items_of(transfer, file);
-    file.end();
-    file.begin();
-    items_of(background.request, file);
-    file.end();
-    file.begin();
-    items_of(background.notes, file);
-    file(background.worked_lower_edge, background.worked_upper_edge);
-    file.end();
+    file.record(told_mark);
+    file.record(title);
+    file.record(c.R1, c.R2, c.termination_ratio, c.fa, c.fb, kind == CircuitRecords::stored_file ? c.fnorm : c.fs);
+    file.record(c.mode_count, c.MODE_RE, c.MODE_IM);
+    file.record(designed, mod);
+    file.record(spec);
+    file.record(transfer);
+    auto& [request, notes, worked_lower_edge, worked_upper_edge] = background;
+    file.record(request);
+    file.record(notes, worked_lower_edge, worked_upper_edge);
 }
 
 // The quarter-wave frequency of lines. Else where the reactances of coils and capacitors are, in the geometric mean,
@@ -162,7 +98,7 @@ void take_band(Circuit& circuit) {
 }  // namespace
 
 std::string circuit_records(const PassiveFilter& filter, const FixedText<80>& title, CircuitRecords kind) {
-    Storing file;
+    RecordWriter file;
     store_records(file, filter, kind);
     further_records(file, filter, mark, title, kind);
     return file.bytes();
@@ -171,7 +107,7 @@ std::string circuit_records(const PassiveFilter& filter, const FixedText<80>& ti
 bool read_circuit_records(std::string_view bytes, PassiveFilter& filter, FixedText<80>& title, CircuitRecords kind) {
     PassiveFilter found;
     FixedText<80> found_title;
-    Taking file(bytes);
+    RecordReader file(bytes);
     store_records(file, found, kind);
     const bool ends_early = kind == CircuitRecords::stored_file && file.finished();
     if (!ends_early) {

@@ -5,6 +5,7 @@
 // characters padded with blanks.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -14,6 +15,8 @@
 #include <string_view>
 #include <type_traits>
 #include <vector>
+
+#include "shell/fields.h"
 
 namespace kavrel {
 
@@ -63,16 +66,36 @@ enum class ExtSlot {
 // A whole file, or none when it could not be read.
 [[nodiscard]] std::optional<std::string> read_whole(const std::string& path);
 
+// The two directions of a file of records. A routine that lists the items of a file serves both, being given the one or
+// the other: `items` one behind the other, `record` a record of its own. A logical (0 or 1) takes 4 bytes, a record
+// that lists its fields takes them (shell/fields.h), anything else is stored as it is.
+//
 // Gathers the records of an unformatted file.
 class RecordWriter {
 public:
     void begin() { payload_.clear(); }
     void end();
+    template <class... Items>
+    void items(const Items&... items) {
+        (put(items), ...);
+    }
+    template <class... Items>
+    void record(const Items&... items) {
+        begin();
+        (put(items), ...);
+        end();
+    }
 
     template <class T>
-    void put(const T& value) {
+    void put(const T& item) {
         static_assert(std::is_trivially_copyable_v<T>);
-        payload_.append(reinterpret_cast<const char*>(&value), sizeof value);
+        if constexpr (std::same_as<T, bool>) {
+            put(std::int32_t{item});
+        } else if constexpr (Listed<T>) {
+            for_each_field(item, [&](const auto& field) { put(field); });
+        } else {
+            payload_.append(reinterpret_cast<const char*>(&item), sizeof item);
+        }
     }
 
     [[nodiscard]] const std::string& bytes() const { return bytes_; }
@@ -83,25 +106,44 @@ private:
 };
 
 // Takes the records of an unformatted file apart. What does not fit (a record that is shorter or longer than what is
-// taken from it, bytes that are no record) turns `good` off for good, and whatever is taken then stays unchanged: so a
-// caller reads all into a record of its own and looks at the end once.
+// taken from it, bytes that are no record, a logical that is none) turns `good` off for good, and whatever is taken
+// then stays unchanged: so a caller reads all into a record of its own and looks at the end once.
 class RecordReader {
 public:
     explicit RecordReader(std::string_view bytes) : rest_(bytes) {}
 
     void begin();
     void end() { good_ = good_ && payload_.empty(); }
+    template <class... Items>
+    void items(Items&... items) {
+        (take(items), ...);
+    }
+    template <class... Items>
+    void record(Items&... items) {
+        begin();
+        (take(items), ...);
+        end();
+    }
     [[nodiscard]] bool good() const { return good_; }
     // Whether all was good and nothing is left.
     [[nodiscard]] bool finished() const { return good_ && rest_.empty(); }
 
     template <class T>
-    void take(T& value) {
+    void take(T& item) {
         static_assert(std::is_trivially_copyable_v<T>);
-        if (payload_.size() < sizeof value) good_ = false;
-        if (!good_) return;
-        std::memcpy(&value, payload_.data(), sizeof value);
-        payload_.remove_prefix(sizeof value);
+        if constexpr (std::same_as<T, bool>) {
+            auto logical = std::int32_t{item};
+            take(logical);
+            good_ = good_ && (logical == 0 || logical == 1);
+            item = logical == 1;
+        } else if constexpr (Listed<T>) {
+            for_each_field(item, [&](auto& field) { take(field); });
+        } else {
+            if (payload_.size() < sizeof item) good_ = false;
+            if (!good_) return;
+            std::memcpy(&item, payload_.data(), sizeof item);
+            payload_.remove_prefix(sizeof item);
+        }
     }
 
 private:

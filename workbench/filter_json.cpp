@@ -6,9 +6,18 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// The first `count` cells of a table.
+// Fields of a record: texts, letters, numbers, logicals, and the cells of a table that are in use.
+template <std::size_t N>
+Json json_of(const FixedText<N>& text) {
+    return text.text();
+}
+Json json_of(char letter) { return std::string(1, letter); }
+template <class T>
+Json json_of(const T& value) {
+    return value;
+}
 template <class T, int N>
-Json cells(const Table<T, N>& table, int count) {
+Json json_of(const Table<T, N>& table, int count) {
     Json list = Json::array();
     for (int i = 1; i <= count; ++i) list.push_back(table(i));
     return list;
@@ -38,45 +47,9 @@ bool is_empty(const WideRootSet& set) { return set.count == 0 && set.multiplier 
 
 Json spec_part(const FilterSpec& spec) {
     if (spec.title.is_blank()) return {};
-    return {{"title", spec.title.text()},
-            {"filterType", spec.filterType},
-            {"passbandType", spec.passbandType},
-            {"bandpassType", spec.bandpassType},
-            {"stopbandType", spec.stopbandType},
-            {"medium", spec.medium},
-            {"implementation", std::string(1, spec.implementation)},
-            {"lowerPassEdge", spec.lowerPassEdge},
-            {"upperPassEdge", spec.upperPassEdge},
-            {"lowerStopEdge", spec.lowerStopEdge},
-            {"upperStopEdge", spec.upperStopEdge},
-            {"bandEdgeLoss", spec.bandEdgeLoss},
-            {"stopbandLoss", spec.stopbandLoss},
-            {"upperStopLoss", spec.upperStopLoss},
-            {"sourceResistance", spec.sourceResistance},
-            {"loadResistance", spec.loadResistance},
-            {"predistortionQ", spec.predistortionQ},
-            {"freal", spec.freal},
-            {"functionMultiplier", spec.functionMultiplier},
-            {"numeratorFactors", cells(spec.numeratorFactors, spec.numeratorDegree)},
-            {"denominatorFactors", cells(spec.denominatorFactors, spec.denominatorDegree)},
-            {"numeratorDegree", spec.numeratorDegree},
-            {"denominatorDegree", spec.denominatorDegree},
-            {"reflectionInput", spec.reflectionInput},
-            {"flatLoss", spec.flatLoss},
-            {"sampleFrequency", spec.sampleFrequency},
-            {"zerosAtZero", spec.zerosAtZero},
-            {"zerosAtInfinity", spec.zerosAtInfinity},
-            {"unitElements", spec.unitElements},
-            {"zeroCount", spec.zeroCount},
-            {"FZR", cells(spec.FZR, spec.zeroCount)},
-            {"FZI", cells(spec.FZI, spec.zeroCount)},
-            {"degree", spec.degree},
-            {"degreeParity", spec.degreeParity},
-            {"symmetryFlag", spec.symmetryFlag},
-            {"runFlag", spec.runFlag},
-            {"designError", spec.designError},
-            {"centerFrequency", spec.centerFrequency},
-            {"odd_parametric", spec.odd_parametric}};
+    Json part;
+    fields_of(spec, [&](const char* name, const auto&... field) { part[name] = json_of(field...); });
+    return part;
 }
 
 Json transfer_part(const TransferFunction& transfer) {

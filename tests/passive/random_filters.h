@@ -7,18 +7,27 @@
 #include <string>
 
 #include "passive/passive_filter.h"
-#include "passive/record_items.h"
 #include "tests/circuit/random_circuits.h"
 
 namespace kavrel::testing {
 
-// Every field of the records that it visits, byte for byte.
+// Every field, byte for byte.
 struct FieldBytes {
     std::string bytes;
 
     template <class... Items>
     void operator()(const Items&... items) {
-        (bytes.append(reinterpret_cast<const char*>(&items), sizeof items), ...);
+        (add(items), ...);
+    }
+
+private:
+    template <class T>
+    void add(const T& item) {
+        if constexpr (Listed<T>) {
+            for_each_field(item, [&](const auto& field) { add(field); });
+        } else {
+            bytes.append(reinterpret_cast<const char*>(&item), sizeof item);
+        }
     }
 };
 
@@ -28,12 +37,8 @@ inline std::string bytes_of(const PassiveFilter& filter) {
     const auto& [VALUE, INDX1, klast, ilast, QUADRUPLETS, quadruplet_count, kind, R1, R2, termination_ratio, fa, fb,
                  fnorm, fs, mode_count, MODE_RE, MODE_IM] = circuit;
     all(VALUE, INDX1, klast, ilast, QUADRUPLETS, quadruplet_count, kind, R1, R2, termination_ratio, fa, fb, fnorm, fs,
-        mode_count, MODE_RE, MODE_IM, designed, mod);
-    items_of(spec, all);
-    items_of(transfer, all);
-    items_of(background.request, all);
-    items_of(background.notes, all);
-    all(background.worked_lower_edge, background.worked_upper_edge);
+        mode_count, MODE_RE, MODE_IM, designed, mod, spec, transfer, background.request, background.notes,
+        background.worked_lower_edge, background.worked_upper_edge);
     return all.bytes;
 }
 
@@ -48,12 +53,6 @@ struct FilterMaker : CircuitMaker {
             if (whole(0, 20) == 0) return std::copysign(0.0, number);
             if (std::isfinite(number)) return number;
         }
-    }
-
-    // As a visitor of items_of.
-    template <class... Items>
-    void operator()(Items&... items) {
-        (fill(items), ...);
     }
 
     PassiveFilter filter() {
@@ -71,17 +70,13 @@ struct FilterMaker : CircuitMaker {
         }
         if (whole(0, 1) == 1) compactValues(c);
         c.kind = static_cast<CircuitKind>(whole(0, 2));
-        (*this)(c.R1, c.R2, c.termination_ratio, c.fa, c.fb, c.fnorm, c.fs, c.MODE_RE, c.MODE_IM, made.designed);
+        fill_all(c.R1, c.R2, c.termination_ratio, c.fa, c.fb, c.fnorm, c.fs, c.MODE_RE, c.MODE_IM, made.designed);
         c.mode_count = whole(0, max_natural_modes);
         made.mod = static_cast<float>(whole(0, 1));
-        items_of(made.spec, *this);
-        items_of(made.transfer, *this);
-        DesignBackground& background = made.background;
-        items_of(background.request, *this);
-        items_of(background.notes, *this);
-        (*this)(background.worked_lower_edge, background.worked_upper_edge);
+        auto& [request, notes, worked_lower_edge, worked_upper_edge] = made.background;
+        fill_all(made.spec, made.transfer, request, notes, worked_lower_edge, worked_upper_edge);
         settle(made.spec);
-        settle(background.request);
+        settle(request);
         made.transfer.zeroCount = whole(0, max_degree);
         made.transfer.poleCount = whole(0, max_degree);
         return made;
@@ -94,6 +89,14 @@ struct FilterMaker : CircuitMaker {
     }
 
 private:
+    template <class... Items>
+    void fill_all(Items&... items) {
+        (fill(items), ...);
+    }
+    template <Listed Record>
+    void fill(Record& record) {
+        for_each_field(record, [&](auto& field) { fill(field); });
+    }
     void fill(double& item) { item = any_double(); }
     void fill(int& item) { item = static_cast<int>(engine()); }
     void fill(bool& item) { item = whole(0, 1) == 1; }

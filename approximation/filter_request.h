@@ -2,7 +2,7 @@
 #pragma once
 
 #include "approximation/filter_spec.h"
-#include "shell/form.h"
+#include "shell/form_list.h"
 
 namespace kavrel {
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "fir/fir_grid.h"
-#include "shell/form.h"
+#include "shell/form_list.h"
 
 namespace kavrel {
 

@@ -5,6 +5,7 @@
 #include "fir/fir_report.h"
 #include "fir/fir_time_response.h"
 #include "shell/edit.h"
+#include "shell/field_table.h"
 
 namespace kavrel {
 
@@ -69,12 +70,8 @@ constexpr auto words = [] {
     return table;
 }();
 
-constexpr Field function_fields[] = {{.name = "function_number",
-                                      .label = "Function number",
-                                      .kind = FieldKind::integer,
-                                      .low = 1,
-                                      .high = fir_function_limit,
-                                      .cell = cell_of<&FirCommandRequest::function_number>}};
+constexpr Field function_fields[] = {
+    integer<&FirCommandRequest::function_number>("function_number", "Function number", 1, fir_function_limit)};
 constexpr Field print_fields[] = {print_field<&FirCommandRequest::printing_to>};
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "shell/form.h"
+#include "shell/field_table.h"
 #include "shell/reporter.h"
 #include "shell/settings.h"
 #include "tests/support/fake_window.h"
@@ -17,11 +17,7 @@ struct Rows {
     kavrel::FormList<5, 2> list;
 };
 constexpr kavrel::Column columns[] = {{"Frequency"}, {"Loss (dB)"}};
-constexpr kavrel::Field fields[] = {{.name = "list",
-                                     .label = "List",
-                                     .kind = kavrel::FieldKind::list,
-                                     .columns = columns,
-                                     .list = kavrel::list_of<&Rows::list, 5, 2>}};
+constexpr kavrel::Field fields[] = {kavrel::list<&Rows::list>("list", "List", columns)};
 constexpr kavrel::Form form = kavrel::form_of<Rows>("ROWS_DLG", "Rows", fields, true);
 
 }  // namespace

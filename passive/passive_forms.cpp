@@ -3,10 +3,13 @@
 #include <algorithm>
 
 #include "exchange/transfer_file.h"
+#include "shell/field_table.h"
 
 namespace kavrel {
 
 namespace {
+
+using R = PassiveRequest;
 
 // Macros wait for a form by the head of its title.
 constexpr std::string_view insert_title = "<New Passive> Insert a branch";
@@ -15,32 +18,17 @@ constexpr std::string_view change_title = "<New Passive> Change a branch";
 
 constexpr int highest_number = 999;  // that can be typed: whether a branch has it, the command tells
 
-template <auto Member>
-constexpr Field branch_field(std::string_view name, std::string_view label) {
-    return {.name = name,
-            .label = label,
-            .kind = FieldKind::integer,
-            .low = 0,
-            .high = highest_number,
-            .cell = cell_of<Member>};
-}
-template <auto Outer, auto Inner>
-constexpr Field branch_field_of(std::string_view name, std::string_view label) {
-    return {.name = name,
-            .label = label,
-            .kind = FieldKind::integer,
-            .low = 0,
-            .high = highest_number,
-            .cell = nested_cell<Outer, Inner>};
+template <auto... Path>
+constexpr Field branch_number(std::string_view name, std::string_view label) {
+    return integer<Path...>(name, label, 0, highest_number);
 }
 
 // Frequency and time analysis.
 
 constexpr std::array<Field, 2> q_fields = {
-    {{.name = "inductor_q", .label = "Inductor Q", .cell = cell_of<&PassiveRequest::inductor_q>},
-     {.name = "capacitor_q", .label = "Capacitor Q", .cell = cell_of<&PassiveRequest::capacitor_q>}}};
-constexpr auto frequency_form_fields = joined(frequency_fields<&PassiveRequest::frequency>, q_fields);
-constexpr auto& time_form_fields = time_fields<&PassiveRequest::time>;
+    {real<&R::inductor_q>("inductor_q", "Inductor Q"), real<&R::capacitor_q>("capacitor_q", "Capacitor Q")}};
+constexpr auto frequency_form_fields = joined(frequency_fields<&R::frequency>, q_fields);
+constexpr auto& time_form_fields = time_fields<&R::time>;
 
 std::string_view frequency_form_message(const PassiveRequest& request) { return frequency_message(request.frequency); }
 std::string_view time_form_message(const PassiveRequest& request) { return time_message(request.time); }
@@ -63,10 +51,10 @@ constexpr std::span<const Choice> first_curves(std::span<const Choice> curves) {
 constexpr std::span<const Choice> second_curves(std::span<const Choice> curves) {
     return curves.first(curves.size() - 1);
 }
-constexpr auto plot_frequency_fields = plot_fields<&PassiveRequest::frequency_plot>(
-    first_curves(frequency_curves), second_curves(frequency_curves), Unit::frequency);
+constexpr auto plot_frequency_fields =
+    plot_fields<&R::frequency_plot>(first_curves(frequency_curves), second_curves(frequency_curves), Unit::frequency);
 constexpr auto plot_time_fields =
-    plot_fields<&PassiveRequest::time_plot>(first_curves(time_curves), second_curves(time_curves), Unit::time);
+    plot_fields<&R::time_plot>(first_curves(time_curves), second_curves(time_curves), Unit::time);
 
 // Branches.
 
@@ -76,16 +64,12 @@ constexpr Choice insert_choices[] = {
     {"eqb", InsertChoice::eqb}, {"copy", InsertChoice::copy}};
 
 constexpr Field insert_fields[] = {
-    {.name = "element",
-     .label = "Element",
-     .kind = FieldKind::choice,
-     .choices = insert_choices,
-     .cell = nested_cell<&PassiveRequest::insert, &InsertRequest::element>},
-    branch_field_of<&PassiveRequest::insert, &InsertRequest::branch>("branch", "Branch number"),
-    {.name = "value1", .label = "Value", .cell = nested_cell<&PassiveRequest::insert, &InsertRequest::value1>},
-    {.name = "value2", .label = "Second value", .cell = nested_cell<&PassiveRequest::insert, &InsertRequest::value2>},
-    {.name = "value3", .label = "Third value", .cell = nested_cell<&PassiveRequest::insert, &InsertRequest::value3>},
-    branch_field_of<&PassiveRequest::insert, &InsertRequest::copy_of>("copy_of", "Copy of branch"),
+    choice<&R::insert, &InsertRequest::element>("element", "Element", insert_choices),
+    branch_number<&R::insert, &InsertRequest::branch>("branch", "Branch number"),
+    real<&R::insert, &InsertRequest::value1>("value1", "Value"),
+    real<&R::insert, &InsertRequest::value2>("value2", "Second value"),
+    real<&R::insert, &InsertRequest::value3>("value3", "Third value"),
+    branch_number<&R::insert, &InsertRequest::copy_of>("copy_of", "Copy of branch"),
 };
 
 // What the values of each choice are; a blank label turns the field off.
@@ -120,30 +104,25 @@ void insert_rules(const PassiveRequest& request, FieldStates& states) {
     states.off("copy_of", request.insert.element != InsertChoice::copy);
 }
 
-constexpr Field delete_fields[] = {branch_field<&PassiveRequest::deleted_branch>("branch", "Branch number")};
+constexpr Field delete_fields[] = {branch_number<&R::deleted_branch>("branch", "Branch number")};
 
 constexpr Field change_fields[] = {
-    branch_field_of<&PassiveRequest::change, &ChangeRequest::branch>("branch", "Branch number"),
-    {.name = "first", .label = "R, L or Z", .cell = nested_cell<&PassiveRequest::change, &ChangeRequest::first>},
-    {.name = "second", .label = "C", .cell = nested_cell<&PassiveRequest::change, &ChangeRequest::second>},
+    branch_number<&R::change, &ChangeRequest::branch>("branch", "Branch number"),
+    real<&R::change, &ChangeRequest::first>("first", "R, L or Z"),
+    real<&R::change, &ChangeRequest::second>("second", "C"),
 };
 
 constexpr Field resonance_fields[] = {
-    branch_field<&PassiveRequest::resonant_branch>("branch", "Branch number"),
-    branch_field<&PassiveRequest::resonant_branch2>("branch2", "with branch number (0: alone)"),
+    branch_number<&R::resonant_branch>("branch", "Branch number"),
+    branch_number<&R::resonant_branch2>("branch2", "with branch number (0: alone)"),
 };
 
 // The rest.
 
 constexpr Choice display_choices[] = {{"Off", DisplayChoice::off}, {"On", DisplayChoice::on}};
-constexpr Field suppress_fields[] = {{.name = "display",
-                                      .label = "Display of intermediate results",
-                                      .kind = FieldKind::radio,
-                                      .choices = display_choices,
-                                      .cell = cell_of<&PassiveRequest::display>}};
+constexpr Field suppress_fields[] = {radio<&R::display>("display", "Display of intermediate results", display_choices)};
 
-constexpr Field title_fields[] = {
-    {.name = "title", .label = "Enter new title", .kind = FieldKind::text, .text = text_of<&PassiveRequest::title>}};
+constexpr Field title_fields[] = {text<&R::title>("title", "Enter new title")};
 
 constexpr auto file_types = [] {
     std::array<Choice, transfer_types.size()> choices{};
@@ -154,16 +133,8 @@ constexpr auto file_types = [] {
 constexpr Choice dialects[] = {{"Classic", DialectChoice::classic},
                                {"ngspice", DialectChoice::ngspice},
                                {"S-parameters", DialectChoice::s_parameters}};
-constexpr Field transfer_fields[] = {{.name = "file_type",
-                                      .label = "File type",
-                                      .kind = FieldKind::radio,
-                                      .choices = file_types,
-                                      .cell = cell_of<&PassiveRequest::file_type>},
-                                     {.name = "dialect",
-                                      .label = "Dialect",
-                                      .kind = FieldKind::radio,
-                                      .choices = dialects,
-                                      .cell = cell_of<&PassiveRequest::dialect>}};
+constexpr Field transfer_fields[] = {radio<&R::file_type>("file_type", "File type", file_types),
+                                     radio<&R::dialect>("dialect", "Dialect", dialects)};
 
 void transfer_rules(const PassiveRequest& request, FieldStates& states) {
     for (const Choice& dialect : dialects) {
@@ -172,27 +143,25 @@ void transfer_rules(const PassiveRequest& request, FieldStates& states) {
     }
 }
 
-constexpr Field print_fields[] = {print_field<&PassiveRequest::printing_to>};
+constexpr Field print_fields[] = {print_field<&R::printing_to>};
 
 }  // namespace
 
-constexpr Form PASSIVE_FREQUENCY_DLG = form_of<PassiveRequest, nullptr, frequency_form_message>(
-    "FREQUENCY_DLG", "Frequency domain analysis", frequency_form_fields);
+constexpr Form PASSIVE_FREQUENCY_DLG =
+    form_of<R, nullptr, frequency_form_message>("FREQUENCY_DLG", "Frequency domain analysis", frequency_form_fields);
 constexpr Form PASSIVE_TIME_DLG =
-    form_of<PassiveRequest, nullptr, time_form_message>("TIME_DLG", "Time domain analysis", time_form_fields);
+    form_of<R, nullptr, time_form_message>("TIME_DLG", "Time domain analysis", time_form_fields);
 constexpr Form PASSIVE_PLOT_FREQUENCY_DLG =
-    form_of<PassiveRequest>("PLOT_FREQUENCY_DLG", "Plot of frequency domain results", plot_frequency_fields);
-constexpr Form PASSIVE_PLOT_TIME_DLG =
-    form_of<PassiveRequest>("PLOT_TIME_DLG", "Plot of time domain results", plot_time_fields);
-constexpr Form PASSIVE_INSERT_DLG = form_of<PassiveRequest, insert_rules>("INSERT_DLG", insert_title, insert_fields);
-constexpr Form PASSIVE_DELETE_DLG = form_of<PassiveRequest>("DELETE_DLG", delete_title, delete_fields);
-constexpr Form PASSIVE_CHANGE_DLG = form_of<PassiveRequest>("CHANGE_DLG", change_title, change_fields);
-constexpr Form PASSIVE_RESONANCE_DLG = form_of<PassiveRequest>("RESONANCE_DLG", "Resonant frequency", resonance_fields);
-constexpr Form PASSIVE_SUPPRESS_DLG = form_of<PassiveRequest>("SUPPRESS_DLG", "Suppress display", suppress_fields);
-constexpr Form PASSIVE_TITLE_DLG = form_of<PassiveRequest>("TITLE_DLG", "Title", title_fields);
-constexpr Form PASSIVE_TRANSFER_DLG =
-    form_of<PassiveRequest, transfer_rules>("TRANSFER_DLG", "Transfer file", transfer_fields);
-constexpr Form PASSIVE_PRINT_DLG = form_of<PassiveRequest>("PRINT_DLG", "Printing to", print_fields);
+    form_of<R>("PLOT_FREQUENCY_DLG", "Plot of frequency domain results", plot_frequency_fields);
+constexpr Form PASSIVE_PLOT_TIME_DLG = form_of<R>("PLOT_TIME_DLG", "Plot of time domain results", plot_time_fields);
+constexpr Form PASSIVE_INSERT_DLG = form_of<R, insert_rules>("INSERT_DLG", insert_title, insert_fields);
+constexpr Form PASSIVE_DELETE_DLG = form_of<R>("DELETE_DLG", delete_title, delete_fields);
+constexpr Form PASSIVE_CHANGE_DLG = form_of<R>("CHANGE_DLG", change_title, change_fields);
+constexpr Form PASSIVE_RESONANCE_DLG = form_of<R>("RESONANCE_DLG", "Resonant frequency", resonance_fields);
+constexpr Form PASSIVE_SUPPRESS_DLG = form_of<R>("SUPPRESS_DLG", "Suppress display", suppress_fields);
+constexpr Form PASSIVE_TITLE_DLG = form_of<R>("TITLE_DLG", "Title", title_fields);
+constexpr Form PASSIVE_TRANSFER_DLG = form_of<R, transfer_rules>("TRANSFER_DLG", "Transfer file", transfer_fields);
+constexpr Form PASSIVE_PRINT_DLG = form_of<R>("PRINT_DLG", "Printing to", print_fields);
 
 std::string_view dialect_name(int dialect) {
     const auto found = std::ranges::find(dialects, dialect, &Choice::value);

@@ -22,32 +22,40 @@ namespace kavrel {
 
 namespace {
 
-std::string enter_number(double& cell, std::string_view typed) {
-    const auto number = parse_number(typed);
-    if (!number) return fmt::format("'{}' is not a number", typed);
-    cell = *number;
-    return {};
+// What was typed for a field, as the number that it holds, or what is wrong with it.
+struct Entry {
+    double value = 0;
+    std::string wrong = {};
+};
+
+Entry real_entry(std::string_view typed) {
+    if (const auto number = parse_number(typed)) return {*number};
+    return {.wrong = fmt::format("'{}' is not a number", typed)};
 }
 
-std::string enter_integer(int& cell, const Field& field, std::string_view typed) {
+Entry integer_entry(const Field& field, std::string_view typed) {
     const auto number = parse_integer(typed);
-    if (!number) return fmt::format("'{}' is not a whole number", typed);
-    if (*number < field.low || *number > field.high) {
-        return fmt::format("{} is outside {} to {}", *number, field.low, field.high);
-    }
-    cell = *number;
-    return {};
+    if (!number) return {.wrong = fmt::format("'{}' is not a whole number", typed)};
+    if (*number >= field.low && *number <= field.high) return {static_cast<double>(*number)};
+    return {.wrong = fmt::format("{} is outside {} to {}", *number, field.low, field.high)};
 }
 
-std::string enter_flag(bool& cell, std::string_view typed) {
-    if (same_label(typed, "yes") || typed == "1") {
-        cell = true;
-    } else if (same_label(typed, "no") || typed == "0") {
-        cell = false;
-    } else {
-        return fmt::format("'{}' is neither yes nor no", typed);
-    }
-    return {};
+Entry choice_entry(const FormSheet& sheet, std::size_t i, std::string_view typed) {
+    const auto number = parse_integer(typed);
+    const auto choices = sheet.field(i).choices;
+    const auto chosen = std::ranges::find_if(choices, [&](const Choice& choice) {
+        if (number) return choice.value == *number;
+        return same_label(choice.label, typed) || same_label(sheet.choice_label(choice), typed);
+    });
+    if (chosen == choices.end()) return {.wrong = fmt::format("'{}' is none of its choices", typed)};
+    if (sheet.choice_is_on(i, chosen->value)) return {static_cast<double>(chosen->value)};
+    return {.wrong = fmt::format("'{}' cannot be chosen here", sheet.choice_label(*chosen))};
+}
+
+Entry flag_entry(std::string_view typed) {
+    if (same_label(typed, "yes") || typed == "1") return {1};
+    if (same_label(typed, "no") || typed == "0") return {0};
+    return {.wrong = fmt::format("'{}' is neither yes nor no", typed)};
 }
 
 void assign_text(TextView cell, std::string_view text) {
@@ -154,7 +162,7 @@ double hertz_of_column(const Form& form, const Column& column, void* record, con
     if (column.unit != Unit::none) return column.unit == Unit::frequency ? unit : 1.0;
     for (const Field& field : form.fields) {
         if (std::ranges::find(field.choices, Unit::frequency, &Choice::unit) == field.choices.end()) continue;
-        const auto chosen = std::ranges::find(field.choices, *static_cast<int*>(field.cell(record)), &Choice::value);
+        const auto chosen = std::ranges::find(field.choices, static_cast<int>(field.get(record)), &Choice::value);
         return chosen != field.choices.end() && chosen->unit == Unit::none ? 0.5 / std::numbers::pi : unit;
     }
     return 1.0;
@@ -221,14 +229,14 @@ std::string FormSheet::column_label(std::size_t i, int column) const {
 std::string FormSheet::shown(std::size_t i) const {
     const Field& f = field(i);
     switch (f.kind) {
-        case FieldKind::real: return std::string(trim(edit_en(*static_cast<double*>(f.cell(record_)), 15, 6)));
+        case FieldKind::real: return std::string(trim(edit_en(number(i), 15, 6)));
         case FieldKind::integer: return std::to_string(whole(i));
         case FieldKind::radio:
         case FieldKind::choice: {
             const auto chosen = std::ranges::find(f.choices, whole(i), &Choice::value);
             return chosen == f.choices.end() ? "" : choice_label(*chosen);
         }
-        case FieldKind::flag: return *static_cast<bool*>(f.cell(record_)) ? "yes" : "no";
+        case FieldKind::flag: return number(i) != 0 ? "yes" : "no";
         case FieldKind::text: {
             const TextView view = f.text(record_);
             return std::string(trim_right({view.bytes, view.size}));
@@ -242,49 +250,29 @@ std::string FormSheet::shown(std::size_t i) const {
 
 std::string FormSheet::enter(std::size_t i, std::string_view typed) {
     const Field& f = field(i);
-    std::string wrong;
+    Entry entry;
     switch (f.kind) {
-        case FieldKind::real: wrong = enter_number(*static_cast<double*>(f.cell(record_)), typed); break;
-        case FieldKind::integer: wrong = enter_integer(whole(i), f, typed); break;
+        case FieldKind::real: entry = real_entry(typed); break;
+        case FieldKind::integer: entry = integer_entry(f, typed); break;
         case FieldKind::radio:
-        case FieldKind::choice: {
-            const auto number = parse_integer(typed);
-            const auto chosen = std::ranges::find_if(f.choices, [&](const Choice& choice) {
-                if (number) return choice.value == *number;
-                return same_label(choice.label, typed) || same_label(choice_label(choice), typed);
-            });
-            if (chosen == f.choices.end()) {
-                wrong = fmt::format("'{}' is none of its choices", typed);
-            } else if (!choice_is_on(i, chosen->value)) {
-                wrong = fmt::format("'{}' cannot be chosen here", choice_label(*chosen));
-            } else {
-                whole(i) = chosen->value;
-            }
-            break;
-        }
-        case FieldKind::flag: wrong = enter_flag(*static_cast<bool*>(f.cell(record_)), typed); break;
+        case FieldKind::choice: entry = choice_entry(*this, i, typed); break;
+        case FieldKind::flag: entry = flag_entry(typed); break;
         case FieldKind::text: assign_text(f.text(record_), typed); break;
         case FieldKind::button: return "is a button";
         case FieldKind::list: return "is a list; its rows are given one by one";
         case FieldKind::heading: return "is a heading";
     }
-    if (wrong.empty()) clear_other(i);
+    if (entry.wrong.empty() && f.set != nullptr) {
+        f.set(record_, entry.value);
+        if (entry.value != 0) clear_other(f.instead_of);
+    }
     apply_rules();
-    return wrong;
+    return entry.wrong;
 }
 
-void FormSheet::clear_other(std::size_t i) {
-    const Field& f = field(i);
-    if (f.instead_of.empty()) return;
-    if (f.kind == FieldKind::integer ? whole(i) == 0 : *static_cast<double*>(f.cell(record_)) == 0) return;
-    for (std::size_t k = 0; k < size(); ++k) {
-        const Field& other = field(k);
-        if (other.name != f.instead_of) continue;
-        if (other.kind == FieldKind::integer) {
-            whole(k) = 0;
-        } else {
-            *static_cast<double*>(other.cell(record_)) = 0;
-        }
+void FormSheet::clear_other(std::string_view name) {
+    for (const Field& other : form_.fields) {
+        if (other.name == name) other.set(record_, 0);
     }
 }
 

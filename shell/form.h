@@ -1,16 +1,9 @@
 // Forms as data: a request record, a table of fields, a rule routine that answers which fields are on, and a validator
-// that answers a message. Console and desktop live off this description alone, so that a field is written once.
-//
-//     constexpr Field fields[] = {
-//         {.name = "filter_length", .label = "Filter length", .kind = FieldKind::integer, .low = 0, .high = 512,
-//          .cell = cell_of<&FirRequest::filter_length>},
-//         ...};
-//     const Form FIR_DESIGN_DLG = form_of<FirRequest, fir_rules, fir_message>("FIR_DESIGN_DLG", "Design", fields);
+// that answers a message. Console and desktop live off this description alone, so that a field is written once. A table
+// is written with the makers of shell/field_table.h, a row a field.
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -25,21 +18,36 @@ class Reporter;
 struct Form;
 
 enum class FieldKind {
-    real,     // double, an edit box
-    integer,  // int, a spinner from low to high
-    radio,    // int, one of the choices as buttons; 0 while nothing is chosen
-    choice,   // int, one of the choices as a list to drop down
-    flag,     // bool, a tick box
-    text,     // FixedText, an edit box
+    real,     // an edit box
+    integer,  // a spinner from low to high
+    radio,    // one of the choices as buttons; 0 while nothing is chosen
+    choice,   // one of the choices as a list to drop down
+    flag,     // a tick box
+    text,     // an edit box
     button,   // opens another form on the same record
     list,     // a table of numbers, a row each
     heading,  // a text above a group
 };
 
+// One address for each type, to compare types by.
+template <class T>
+inline constexpr char type_tag = 0;
+using TypeTag = const char*;
+
+// An enumerator (or, where the choices are numbered rows of a table, an int) and how it reads.
 struct Choice {
     std::string_view label;
-    int value;
+    int value = 0;
     Unit unit = Unit::none;  // whose prefix goes before the unit's name in the label: "in  Hz"
+    TypeTag type = nullptr;  // of the value
+
+    constexpr Choice() = default;
+    template <class Value>
+    constexpr Choice(std::string_view text, Value enumerator, Unit prefix = Unit::none)
+        : label(text),
+          value(static_cast<int>(enumerator)),
+          unit(prefix),
+          type(&type_tag<std::conditional_t<std::is_convertible_v<Value, int>, int, Value>>) {}
 };
 
 struct Column {
@@ -57,36 +65,28 @@ struct ListView {
     [[nodiscard]] double& operator()(int row, int column) const { return cells[(row - 1) * columns + column - 1]; }
 };
 
-// What a record holds for a list field: up to `Rows` rows of `Columns` numbers.
-template <int Rows, int Columns>
-struct FormList {
-    int rows = 0;
-    double cells[static_cast<std::size_t>(Rows * Columns)] = {};
-
-    [[nodiscard]] double operator()(int row, int column) const { return cells[(row - 1) * Columns + column - 1]; }
-    [[nodiscard]] double& operator()(int row, int column) { return cells[(row - 1) * Columns + column - 1]; }
-    friend bool operator==(const FormList&, const FormList&) = default;
-};
-
 struct TextView {
     char* bytes;
     std::size_t size;
 };
 
+// Made by the makers of shell/field_table.h, which know the member that a field stands for.
 struct Field {
     std::string_view name;   // of the record's member, or made from the label
     std::string_view label;  // the unit in parentheses is added to it
-    FieldKind kind = FieldKind::real;
+    FieldKind kind = FieldKind::heading;
     Unit unit = Unit::none;
     int low = 0, high = 0;                               // of an integer
     std::span<const Choice> choices = {};                // of a radio or choice
     std::span<const Column> columns = {};                // of a list
-    void* (*cell)(void* record) = nullptr;               // double*, int* or bool*, by the kind
+    double (*get)(const void* record) = nullptr;         // a real, integer, radio, choice, or flag (1 yes, 0 no)
+    void (*set)(void* record, double value) = nullptr;   // the same; what it is given, the member can hold
     TextView (*text)(void* record) = nullptr;            // of a text
     ListView (*list)(void* record) = nullptr;            // of a list
     const Form* (*opens)(const void* record) = nullptr;  // of a button
     std::string_view instead_of = {};                    // the number that becomes 0 when this one is given
     bool mirrored = false;                               // of a list: a row stands for a root and its mirror images
+    TypeTag record = nullptr;                            // whose field it is; none of a heading or a plain button
 };
 
 // What the rules make of a form's fields at the moment; everything is on until a rule turns it off.
@@ -98,6 +98,10 @@ public:
     void off(std::string_view name, bool when = true);
     void off(std::initializer_list<std::string_view> names, bool when = true);
     void choice_off(std::string_view name, int value, bool when = true);
+    template <class Value>
+    void choice_off(std::string_view name, Value value, bool when = true) {
+        choice_off(name, static_cast<int>(value), when);
+    }
     void label(std::string_view name, std::string_view text);
 
     [[nodiscard]] bool is_on(std::size_t i) const { return states_[i].on; }
@@ -120,60 +124,13 @@ struct Form {
     std::string_view name;   // "FIR_DESIGN_DLG"
     std::string_view title;  // of its window
     std::span<const Field> fields;
+    TypeTag record;
     std::size_t record_size;
     void (*rules)(const void* record, FieldStates& states) = nullptr;
     std::string_view (*message)(const void* record) = nullptr;  // what is wrong with the record, or blank
     bool reads_file = false;                                    // its lists have a button "Read from file"
     std::string_view caption = "Error";                         // of the box that tells what is wrong
 };
-
-template <class T>
-struct MemberOf;
-template <class Record, class Value>
-struct MemberOf<Value Record::*> {
-    using record = Record;
-};
-
-template <auto Member>
-constexpr void* cell_of(void* record) {
-    return &(static_cast<typename MemberOf<decltype(Member)>::record*>(record)->*Member);
-}
-
-template <auto Member>
-constexpr TextView text_of(void* record) {
-    auto& text = static_cast<typename MemberOf<decltype(Member)>::record*>(record)->*Member;
-    return {text.bytes.data(), text.bytes.size()};
-}
-
-template <auto Member, int Rows, int Columns>
-constexpr ListView list_of(void* record) {
-    FormList<Rows, Columns>& list = static_cast<typename MemberOf<decltype(Member)>::record*>(record)->*Member;
-    return {&list.rows, list.cells, Rows, Columns};
-}
-
-// A form over the record type `Record`, whose rules and validator take the record itself.
-template <class Record, auto Rules = nullptr, auto Message = nullptr>
-constexpr Form form_of(std::string_view name, std::string_view title, std::span<const Field> fields,
-                       bool reads_file = false, std::string_view caption = "Error") {
-    static_assert(std::is_trivially_copyable_v<Record>);
-    Form form{.name = name,
-              .title = title,
-              .fields = fields,
-              .record_size = sizeof(Record),
-              .reads_file = reads_file,
-              .caption = caption};
-    if constexpr (!std::is_null_pointer_v<decltype(Rules)>) {
-        form.rules = [](const void* record, FieldStates& states) {
-            Rules(*static_cast<const Record*>(record), states);
-        };
-    }
-    if constexpr (!std::is_null_pointer_v<decltype(Message)>) {
-        form.message = [](const void* record) -> std::string_view {
-            return Message(*static_cast<const Record*>(record));
-        };
-    }
-    return form;
-}
 
 // A form while it is open: what a window layer reads, shows and changes. Field numbers count from 0.
 class FormSheet {
@@ -217,8 +174,9 @@ private:
     friend bool run_form(const Form&, void*, const UnitSet&, Reporter&);
 
     void apply_rules();
-    void clear_other(std::size_t i);
-    [[nodiscard]] int& whole(std::size_t i) const { return *static_cast<int*>(field(i).cell(record_)); }
+    void clear_other(std::string_view name);
+    [[nodiscard]] double number(std::size_t i) const { return field(i).get(record_); }
+    [[nodiscard]] int whole(std::size_t i) const { return static_cast<int>(number(i)); }
 
     const Form& form_;
     void* record_;

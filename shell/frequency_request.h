@@ -29,31 +29,12 @@ inline constexpr std::string_view frequency_incorrect = "Frequency specification
 // The fields of a FrequencyRequest that is the member `Member` of a form's record.
 template <auto Member>
 inline constexpr std::array<Field, 5> frequency_fields = {{
-    {.name = "start",
-     .label = "Start frequency",
-     .unit = Unit::frequency,
-     .cell = nested_cell<Member, &FrequencyRequest::start>},
-    {.name = "end",
-     .label = "End frequency",
-     .unit = Unit::frequency,
-     .cell = nested_cell<Member, &FrequencyRequest::end>},
-    {.name = "increment",
-     .label = "Increment",
-     .unit = Unit::frequency,
-     .cell = nested_cell<Member, &FrequencyRequest::increment>,
-     .instead_of = "count"},
-    {.name = "count",
-     .label = "or no. of frequencies",
-     .kind = FieldKind::integer,
-     .low = 0,
-     .high = analysis_points,
-     .cell = nested_cell<Member, &FrequencyRequest::count>,
-     .instead_of = "increment"},
-    {.name = "frequency_unit",
-     .label = "Frequency in",
-     .kind = FieldKind::radio,
-     .choices = frequency_unit_choices,
-     .cell = nested_cell<Member, &FrequencyRequest::frequency_unit>},
+    real<Member, &FrequencyRequest::start>("start", "Start frequency", Unit::frequency),
+    real<Member, &FrequencyRequest::end>("end", "End frequency", Unit::frequency),
+    real<Member, &FrequencyRequest::increment>("increment", "Increment", Unit::frequency, InsteadOf{"count"}),
+    integer<Member, &FrequencyRequest::count>("count", "or no. of frequencies", 0, analysis_points,
+                                              InsteadOf{"increment"}),
+    radio<Member, &FrequencyRequest::frequency_unit>("frequency_unit", "Frequency in", frequency_unit_choices),
 }};
 
 // Ascending, in Hz, or in rad/sec with `radians`.

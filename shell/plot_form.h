@@ -30,18 +30,10 @@ struct PlotChoice {
 template <auto Member>
 constexpr std::array<Field, 4> plot_fields(std::span<const Choice> first, std::span<const Choice> second, Unit unit) {
     return {{
-        {.name = "y1",
-         .label = "First curve",
-         .kind = FieldKind::radio,
-         .choices = first,
-         .cell = nested_cell<Member, &PlotChoice::y1>},
-        {.name = "y2",
-         .label = "Second curve",
-         .kind = FieldKind::radio,
-         .choices = second,
-         .cell = nested_cell<Member, &PlotChoice::y2>},
-        {.name = "lower", .label = "Lower limit", .unit = unit, .cell = nested_cell<Member, &PlotChoice::lower>},
-        {.name = "upper", .label = "Upper limit", .unit = unit, .cell = nested_cell<Member, &PlotChoice::upper>},
+        radio<Member, &PlotChoice::y1>("y1", "First curve", first),
+        radio<Member, &PlotChoice::y2>("y2", "Second curve", second),
+        real<Member, &PlotChoice::lower>("lower", "Lower limit", unit),
+        real<Member, &PlotChoice::upper>("upper", "Upper limit", unit),
     }};
 }
 

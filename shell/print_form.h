@@ -1,7 +1,7 @@
 // "Printing to": what stands behind the item "&Print" of every Segment.
 #pragma once
 
-#include "shell/form.h"
+#include "shell/field_table.h"
 #include "shell/reporter.h"
 
 namespace kavrel {
@@ -12,11 +12,7 @@ inline constexpr Choice print_targets[] = {{"Printer", 1}, {"File", 2}, {"None",
 
 // The field of the form, over the member of a Segment's request that holds the target.
 template <auto Member>
-inline constexpr Field print_field{.name = "printing_to",
-                                   .label = "Printing to",
-                                   .kind = FieldKind::radio,
-                                   .choices = print_targets,
-                                   .cell = cell_of<Member>};
+inline constexpr Field print_field = radio<Member>("printing_to", "Printing to", print_targets);
 
 // Sets the print mode at once; for a file asks for its name first, and without a name, or when it cannot be written,
 // leaves all as it is: false.

@@ -20,9 +20,9 @@ inline constexpr std::string_view time_incorrect = "Incorrect time specification
 // The fields of a TimeRequest that is the member `Member` of a form's record.
 template <auto Member>
 inline constexpr std::array<Field, 3> time_fields = {{
-    {.name = "start", .label = "Start time", .unit = Unit::time, .cell = nested_cell<Member, &TimeRequest::start>},
-    {.name = "stop", .label = "Stop time", .unit = Unit::time, .cell = nested_cell<Member, &TimeRequest::stop>},
-    {.name = "step", .label = "Time step", .unit = Unit::time, .cell = nested_cell<Member, &TimeRequest::step>},
+    real<Member, &TimeRequest::start>("start", "Start time", Unit::time),
+    real<Member, &TimeRequest::stop>("stop", "Stop time", Unit::time),
+    real<Member, &TimeRequest::step>("step", "Time step", Unit::time),
 }};
 
 // Ascending, in seconds.

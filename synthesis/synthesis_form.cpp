@@ -1,8 +1,12 @@
 #include "synthesis/synthesis_form.h"
 
+#include "shell/field_table.h"
+
 namespace kavrel {
 
 namespace {
+
+using R = SynthesisForm;
 
 constexpr Choice forms[] = {{"Lattice", FormChoice::lattice}, {"Ladder", FormChoice::ladder}};
 constexpr Choice auto_or_manual[] = {{"Auto", AutoChoice::automatic}, {"Manual", AutoChoice::manual}};
@@ -13,51 +17,16 @@ constexpr Choice immittances[] = {{"Impedance", 1}, {"Admittance", 2}};
 constexpr Choice formats[] = {{"Decimal", 1}, {"Hexadecimal", 2}};
 
 constexpr Field fields[] = {
-    {.name = "form",
-     .label = "Form",
-     .kind = FieldKind::radio,
-     .choices = forms,
-     .cell = cell_of<&SynthesisForm::form>},
-    {.name = "configuration",
-     .label = "Configuration",
-     .kind = FieldKind::radio,
-     .choices = auto_or_manual,
-     .cell = cell_of<&SynthesisForm::configuration>},
-    {.name = "direction",
-     .label = "Direction",
-     .kind = FieldKind::radio,
-     .choices = directions,
-     .cell = cell_of<&SynthesisForm::direction>},
-    {.name = "impedance_selection",
-     .label = "Impedance selection",
-     .kind = FieldKind::radio,
-     .choices = auto_or_manual,
-     .cell = cell_of<&SynthesisForm::impedance_selection>},
-    {.name = "numerator",
-     .label = "Numerator",
-     .kind = FieldKind::radio,
-     .choices = numerators,
-     .cell = cell_of<&SynthesisForm::numerator>},
-    {.name = "denominator",
-     .label = "Denominator",
-     .kind = FieldKind::radio,
-     .choices = denominators,
-     .cell = cell_of<&SynthesisForm::denominator>},
-    {.name = "this_is_an",
-     .label = "This is an",
-     .kind = FieldKind::radio,
-     .choices = immittances,
-     .cell = cell_of<&SynthesisForm::this_is_an>},
-    {.name = "existing_polynomials", .label = "Existing polynomials:", .kind = FieldKind::heading},
-    {.name = "print_polynomials",
-     .label = "Print polynomials",
-     .kind = FieldKind::flag,
-     .cell = cell_of<&SynthesisForm::print_polynomials>},
-    {.name = "format",
-     .label = "Format",
-     .kind = FieldKind::radio,
-     .choices = formats,
-     .cell = cell_of<&SynthesisForm::format>},
+    radio<&R::form>("form", "Form", forms),
+    radio<&R::configuration>("configuration", "Configuration", auto_or_manual),
+    radio<&R::direction>("direction", "Direction", directions),
+    radio<&R::impedance_selection>("impedance_selection", "Impedance selection", auto_or_manual),
+    radio<&R::numerator>("numerator", "Numerator", numerators),
+    radio<&R::denominator>("denominator", "Denominator", denominators),
+    radio<&R::this_is_an>("this_is_an", "This is an", immittances),
+    heading("existing_polynomials", "Existing polynomials:"),
+    flag<&R::print_polynomials>("print_polynomials", "Print polynomials"),
+    radio<&R::format>("format", "Format", formats),
 };
 
 // A ladder chosen by hand needs its immittance; coefficients are those of wave digital forms.
@@ -86,7 +55,7 @@ std::string_view message(const SynthesisForm& form) {
 
 }  // namespace
 
-constexpr Form SYNTHESIS_DLG = form_of<SynthesisForm, rules, message>("SYNTHESIS_DLG", "Synthesis", fields);
+constexpr Form SYNTHESIS_DLG = form_of<R, rules, message>("SYNTHESIS_DLG", "Synthesis", fields);
 
 void describe_design(const XPlane& x_plane, const FilterSpec& worked, SynthesisForm& form) {
     form.has_es = x_plane.es.multiplier != 0;

@@ -1,8 +1,12 @@
 #include "workbench/analysis_form.h"
 
+#include "shell/field_table.h"
+
 namespace kavrel {
 
 namespace {
+
+using R = FilterAnalysisRequest;
 
 void analysis_rules(const FilterAnalysisRequest& r, FieldStates& states) {
     const bool circuit = r.analysis_kind == AnalysisKind::passive_lc || r.analysis_kind == AnalysisKind::microwave;
@@ -52,100 +56,37 @@ constexpr Column root_columns[] = {{"Real Part"}, {"Imaginary Part"}};
 constexpr Column factor_columns[] = {{"Quadratic"}, {"Linear"}, {"Constant"}};
 constexpr Column feedback_columns[] = {{"Coefficients"}};
 
-constexpr Field pole_fields[] = {{.name = "TR_POLES",
-                                  .label = "Poles",
-                                  .kind = FieldKind::list,
-                                  .columns = root_columns,
-                                  .list = list_of<&FilterAnalysisRequest::TR_POLES, finite_zero_limit, 2>}};
-constexpr Field zero_fields[] = {{.name = "TR_ZEROS",
-                                  .label = "Zeros",
-                                  .kind = FieldKind::list,
-                                  .columns = root_columns,
-                                  .list = list_of<&FilterAnalysisRequest::TR_ZEROS, finite_zero_limit, 2>}};
-constexpr Field numerator_fields[] = {{.name = "NUMER",
-                                       .label = "Specified numerator factors",
-                                       .kind = FieldKind::list,
-                                       .columns = factor_columns,
-                                       .list = list_of<&FilterAnalysisRequest::NUMER, section_limit, 3>}};
-constexpr Field denominator_fields[] = {{.name = "DENOM",
-                                         .label = "Specified denominator factors",
-                                         .kind = FieldKind::list,
-                                         .columns = factor_columns,
-                                         .list = list_of<&FilterAnalysisRequest::DENOM, section_limit, 3>}};
-constexpr Field feedback_fields[] = {{.name = "FEED",
-                                      .label = "Feedback structure",
-                                      .kind = FieldKind::list,
-                                      .columns = feedback_columns,
-                                      .list = list_of<&FilterAnalysisRequest::FEED, section_limit, 1>}};
-
-const Form* opens_poles(const void*) { return &ANALYSIS_POLES_DLG; }
-const Form* opens_zeros(const void*) { return &ANALYSIS_ZEROS_DLG; }
-const Form* opens_numerator(const void*) { return &NUMER_DLG; }
-const Form* opens_denominator(const void*) { return &DENOM_DLG; }
-const Form* opens_feedback(const void*) { return &FEED_DLG; }
+constexpr Field pole_fields[] = {list<&R::TR_POLES>("TR_POLES", "Poles", root_columns)};
+constexpr Field zero_fields[] = {list<&R::TR_ZEROS>("TR_ZEROS", "Zeros", root_columns)};
+constexpr Field numerator_fields[] = {list<&R::NUMER>("NUMER", "Specified numerator factors", factor_columns)};
+constexpr Field denominator_fields[] = {list<&R::DENOM>("DENOM", "Specified denominator factors", factor_columns)};
+constexpr Field feedback_fields[] = {list<&R::FEED>("FEED", "Feedback structure", feedback_columns)};
 
 constexpr Field fields[] = {
-    {.name = "analysis_kind",
-     .label = "Filter kind",
-     .kind = FieldKind::radio,
-     .choices = kinds,
-     .cell = cell_of<&FilterAnalysisRequest::analysis_kind>},
-    {.name = "analysis_type",
-     .label = "Filter type",
-     .kind = FieldKind::radio,
-     .choices = types,
-     .cell = cell_of<&FilterAnalysisRequest::analysis_type>},
-    {.name = "structure",
-     .label = "Structure",
-     .kind = FieldKind::radio,
-     .choices = structures,
-     .cell = cell_of<&FilterAnalysisRequest::structure>},
-    {.name = "form",
-     .label = "Form",
-     .kind = FieldKind::radio,
-     .choices = forms,
-     .cell = cell_of<&FilterAnalysisRequest::form>},
-    {.name = "lower_passband",
-     .label = "Lower passband freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FilterAnalysisRequest::lower_passband>},
-    {.name = "upper_passband",
-     .label = "Upper passband freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FilterAnalysisRequest::upper_passband>},
-    {.name = "sampling_or_qw",
-     .label = "Sampling/Q.W. freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FilterAnalysisRequest::sampling_or_qw>},
-    {.name = "poles", .label = "Poles", .kind = FieldKind::button, .opens = opens_poles},
-    {.name = "zeros", .label = "Zeros", .kind = FieldKind::button, .opens = opens_zeros},
-    {.name = "numerator", .label = "Numerator", .kind = FieldKind::button, .opens = opens_numerator},
-    {.name = "denominator", .label = "Denominator", .kind = FieldKind::button, .opens = opens_denominator},
-    {.name = "feedback_coeff", .label = "Feedback coeff.", .kind = FieldKind::button, .opens = opens_feedback},
-    {.name = "zeros_at_infinity",
-     .label = "No. of zeros at infinity",
-     .kind = FieldKind::integer,
-     .low = 0,
-     .high = max_degree,
-     .cell = cell_of<&FilterAnalysisRequest::zeros_at_infinity>},
-    {.name = "save_analysis",
-     .label = "Save analysis data",
-     .kind = FieldKind::flag,
-     .cell = cell_of<&FilterAnalysisRequest::save_analysis>},
+    radio<&R::analysis_kind>("analysis_kind", "Filter kind", kinds),
+    radio<&R::analysis_type>("analysis_type", "Filter type", types),
+    radio<&R::structure>("structure", "Structure", structures),
+    radio<&R::form>("form", "Form", forms),
+    real<&R::lower_passband>("lower_passband", "Lower passband freq", Unit::frequency),
+    real<&R::upper_passband>("upper_passband", "Upper passband freq", Unit::frequency),
+    real<&R::sampling_or_qw>("sampling_or_qw", "Sampling/Q.W. freq", Unit::frequency),
+    button<ANALYSIS_POLES_DLG>("poles", "Poles"),
+    button<ANALYSIS_ZEROS_DLG>("zeros", "Zeros"),
+    button<NUMER_DLG>("numerator", "Numerator"),
+    button<DENOM_DLG>("denominator", "Denominator"),
+    button<FEED_DLG>("feedback_coeff", "Feedback coeff."),
+    integer<&R::zeros_at_infinity>("zeros_at_infinity", "No. of zeros at infinity", 0, max_degree),
+    flag<&R::save_analysis>("save_analysis", "Save analysis data"),
 };
 
 }  // namespace
 
 constexpr Form ANALYSIS_DLG =
-    form_of<FilterAnalysisRequest, analysis_rules, analysis_message>("ANALYSIS_DLG", "Entering filter data", fields);
-constexpr Form ANALYSIS_POLES_DLG =
-    form_of<FilterAnalysisRequest>("ANALYSIS_POLES_DLG", "Specified poles in Hz", pole_fields, true);
-constexpr Form ANALYSIS_ZEROS_DLG =
-    form_of<FilterAnalysisRequest>("ANALYSIS_ZEROS_DLG", "Specified zeros in Hz", zero_fields, true);
-constexpr Form NUMER_DLG =
-    form_of<FilterAnalysisRequest>("NUMER_DLG", "Specified numerator factors", numerator_fields, true);
-constexpr Form DENOM_DLG =
-    form_of<FilterAnalysisRequest>("DENOM_DLG", "Specified denominator factors", denominator_fields, true);
-constexpr Form FEED_DLG = form_of<FilterAnalysisRequest>("FEED_DLG", "Feedback structure", feedback_fields, true);
+    form_of<R, analysis_rules, analysis_message>("ANALYSIS_DLG", "Entering filter data", fields);
+constexpr Form ANALYSIS_POLES_DLG = form_of<R>("ANALYSIS_POLES_DLG", "Specified poles in Hz", pole_fields, true);
+constexpr Form ANALYSIS_ZEROS_DLG = form_of<R>("ANALYSIS_ZEROS_DLG", "Specified zeros in Hz", zero_fields, true);
+constexpr Form NUMER_DLG = form_of<R>("NUMER_DLG", "Specified numerator factors", numerator_fields, true);
+constexpr Form DENOM_DLG = form_of<R>("DENOM_DLG", "Specified denominator factors", denominator_fields, true);
+constexpr Form FEED_DLG = form_of<R>("FEED_DLG", "Feedback structure", feedback_fields, true);
 
 }  // namespace kavrel

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 
+#include "shell/field_table.h"
+
 namespace kavrel {
 
 namespace {
+
+using R = DelayRequest;
 
 // What the choices amount to. An equalizer is no network of its own, and a delay line has no stopband.
 struct Wanted {
@@ -109,113 +113,43 @@ constexpr Column data_columns[] = {{"Frequency", Unit::frequency}, {"Delay", Uni
 constexpr Column zero_columns[] = {{"Real Part", Unit::frequency}, {"Imaginary Part", Unit::frequency}};
 constexpr Column sign_columns[] = {{"1 or -1"}};
 
-constexpr Field data_fields[] = {{.name = "DELAY_DATA",
-                                  .label = "Input data",
-                                  .kind = FieldKind::list,
-                                  .columns = data_columns,
-                                  .list = list_of<&DelayRequest::DELAY_DATA, delay_row_limit, 2>}};
-constexpr Field zero_fields[] = {{.name = "TR_ZEROS",
-                                  .label = "Transmission zeros",
-                                  .kind = FieldKind::list,
-                                  .columns = zero_columns,
-                                  .list = list_of<&DelayRequest::TR_ZEROS, finite_zero_limit, 2>,
-                                  .mirrored = true}};
-constexpr Field sign_fields[] = {{.name = "PLUS_MIN",
-                                  .label = "Indicators",
-                                  .kind = FieldKind::list,
-                                  .columns = sign_columns,
-                                  .list = list_of<&DelayRequest::PLUS_MIN, sign_limit, 1>}};
-
-const Form* opens_data(const void*) { return &ZEROS_DLG; }
-const Form* opens_zeros(const void*) { return &POLES_DLG; }
-const Form* opens_signs(const void*) { return &INDICATORS_DLG; }
+constexpr Field data_fields[] = {list<&R::DELAY_DATA>("DELAY_DATA", "Input data", data_columns)};
+constexpr Field zero_fields[] = {
+    list<&R::TR_ZEROS>("TR_ZEROS", "Transmission zeros", zero_columns, ListRows::mirrored)};
+constexpr Field sign_fields[] = {list<&R::PLUS_MIN>("PLUS_MIN", "Indicators", sign_columns)};
 
 constexpr Field fields[] = {
-    {.name = "delay_type",
-     .label = "Delay type",
-     .kind = FieldKind::radio,
-     .choices = delay_types,
-     .cell = cell_of<&DelayRequest::delay_type>},
-    {.name = "implementation",
-     .label = "Implementation",
-     .kind = FieldKind::radio,
-     .choices = implementations,
-     .cell = cell_of<&DelayRequest::implementation>},
-    {.name = "data", .label = "Data", .kind = FieldKind::button, .opens = opens_data},
-    {.name = "fq_or_fs", .label = "FQ or FS", .unit = Unit::frequency, .cell = cell_of<&DelayRequest::fq_or_fs>},
-    {.name = "normalization_freq",
-     .label = "Normalization freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&DelayRequest::normalization_freq>},
-    {.name = "network_type",
-     .label = "Network type",
-     .kind = FieldKind::radio,
-     .choices = networks,
-     .cell = cell_of<&DelayRequest::network_type>},
-    {.name = "delay", .label = "Delay", .unit = Unit::time, .cell = cell_of<&DelayRequest::delay>},
-    {.name = "stopband",
-     .label = "Stopband",
-     .kind = FieldKind::radio,
-     .choices = stopbands,
-     .cell = cell_of<&DelayRequest::stopband>},
-    {.name = "end_of_passband",
-     .label = "End of passband",
-     .unit = Unit::frequency,
-     .cell = cell_of<&DelayRequest::end_of_passband>},
-    {.name = "start_of_stopband",
-     .label = "Start of stopband",
-     .unit = Unit::frequency,
-     .cell = cell_of<&DelayRequest::start_of_stopband>},
-    {.name = "degree",
-     .label = "Degree",
-     .kind = FieldKind::integer,
-     .low = least_delay_degree,
-     .high = delay_degree_limit,
-     .cell = cell_of<&DelayRequest::degree>},
-    {.name = "zeros_at_infinity",
-     .label = "Zeros at infinity",
-     .kind = FieldKind::integer,
-     .low = least_delay_degree,
-     .high = delay_degree_limit,
-     .cell = cell_of<&DelayRequest::zeros_at_infinity>},
-    {.name = "transm_zeros", .label = "Transm. zeros", .kind = FieldKind::button, .opens = opens_zeros},
-    {.name = "terminations", .label = "Terminations", .kind = FieldKind::heading},
-    {.name = "r1", .label = "R1", .cell = cell_of<&DelayRequest::r1>},
-    {.name = "r2", .label = "R2", .cell = cell_of<&DelayRequest::r2>},
-    {.name = "q_value", .label = "Q-value", .cell = cell_of<&DelayRequest::q_value>},
-    {.name = "hurwitz",
-     .label = "Hurwitz type",
-     .kind = FieldKind::radio,
-     .choices = hurwitz_types,
-     .cell = cell_of<&DelayRequest::hurwitz>},
-    {.name = "selection",
-     .label = "Selection",
-     .kind = FieldKind::radio,
-     .choices = selections,
-     .cell = cell_of<&DelayRequest::selection>},
-    {.name = "indicators", .label = "Indicators", .kind = FieldKind::button, .opens = opens_signs},
-    {.name = "shifted_bandpass_trans", .label = "Shifted bandpass trans.", .kind = FieldKind::heading},
-    {.name = "center_frequency",
-     .label = "Center frequency",
-     .unit = Unit::frequency,
-     .cell = cell_of<&DelayRequest::center_frequency>},
-    {.name = "odd_parametric",
-     .label = "Odd parametric",
-     .kind = FieldKind::flag,
-     .cell = cell_of<&DelayRequest::odd_parametric>},
-    {.name = "save_design",
-     .label = "Save design data",
-     .kind = FieldKind::flag,
-     .cell = cell_of<&DelayRequest::save_design>},
+    radio<&R::delay_type>("delay_type", "Delay type", delay_types),
+    radio<&R::implementation>("implementation", "Implementation", implementations),
+    button<ZEROS_DLG>("data", "Data"),
+    real<&R::fq_or_fs>("fq_or_fs", "FQ or FS", Unit::frequency),
+    real<&R::normalization_freq>("normalization_freq", "Normalization freq", Unit::frequency),
+    radio<&R::network_type>("network_type", "Network type", networks),
+    real<&R::delay>("delay", "Delay", Unit::time),
+    radio<&R::stopband>("stopband", "Stopband", stopbands),
+    real<&R::end_of_passband>("end_of_passband", "End of passband", Unit::frequency),
+    real<&R::start_of_stopband>("start_of_stopband", "Start of stopband", Unit::frequency),
+    integer<&R::degree>("degree", "Degree", least_delay_degree, delay_degree_limit),
+    integer<&R::zeros_at_infinity>("zeros_at_infinity", "Zeros at infinity", least_delay_degree, delay_degree_limit),
+    button<POLES_DLG>("transm_zeros", "Transm. zeros"),
+    heading("terminations", "Terminations"),
+    real<&R::r1>("r1", "R1"),
+    real<&R::r2>("r2", "R2"),
+    real<&R::q_value>("q_value", "Q-value"),
+    radio<&R::hurwitz>("hurwitz", "Hurwitz type", hurwitz_types),
+    radio<&R::selection>("selection", "Selection", selections),
+    button<INDICATORS_DLG>("indicators", "Indicators"),
+    heading("shifted_bandpass_trans", "Shifted bandpass trans."),
+    real<&R::center_frequency>("center_frequency", "Center frequency", Unit::frequency),
+    flag<&R::odd_parametric>("odd_parametric", "Odd parametric"),
+    flag<&R::save_design>("save_design", "Save design data"),
 };
 
 }  // namespace
 
-constexpr Form DELAY_DESIGN_DLG =
-    form_of<DelayRequest, delay_rules, delay_message>("DELAY_DESIGN_DLG", "Delay design", fields);
-constexpr Form ZEROS_DLG =
-    form_of<DelayRequest, nullptr, data_message>("ZEROS_DLG", "Input data", data_fields, true, "Warning");
-constexpr Form POLES_DLG = form_of<DelayRequest>("POLES_DLG", "Transmission zeros", zero_fields, true);
-constexpr Form INDICATORS_DLG = form_of<DelayRequest>("INDICATORS_DLG", "Indicators", sign_fields, true);
+constexpr Form DELAY_DESIGN_DLG = form_of<R, delay_rules, delay_message>("DELAY_DESIGN_DLG", "Delay design", fields);
+constexpr Form ZEROS_DLG = form_of<R, nullptr, data_message>("ZEROS_DLG", "Input data", data_fields, true, "Warning");
+constexpr Form POLES_DLG = form_of<R>("POLES_DLG", "Transmission zeros", zero_fields, true);
+constexpr Form INDICATORS_DLG = form_of<R>("INDICATORS_DLG", "Indicators", sign_fields, true);
 
 }  // namespace kavrel

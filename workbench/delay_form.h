@@ -5,6 +5,7 @@
 
 #include "approximation/filter_spec.h"
 #include "shell/form.h"
+#include "shell/form_list.h"
 
 namespace kavrel {
 

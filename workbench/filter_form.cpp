@@ -4,10 +4,13 @@
 #include <cmath>
 
 #include "approximation/filter_driver.h"
+#include "shell/field_table.h"
 
 namespace kavrel {
 
 namespace {
+
+using R = FilterRequest;
 
 // The choices that hold, by name. A group that is off and a stopband that cannot be had with a functional pass band
 // give way.
@@ -308,59 +311,25 @@ constexpr Column root_columns[] = {{"Real Part"}, {"Imaginary Part"}};
 constexpr Column requirement_columns[] = {{"Frequency", Unit::frequency}, {"Loss (dB)"}};
 constexpr Column placed_columns[] = {{"Frequency", Unit::frequency}, {"Multiplicity"}};
 
-constexpr Field zero_unit_field{.name = "frequency_unit",
-                                .label = "Frequency unit",
-                                .kind = FieldKind::radio,
-                                .choices = zero_units,
-                                .cell = cell_of<&FilterRequest::zero_unit>};
-constexpr Field transmission_zeros_field{.name = "TR_ZEROS",
-                                         .label = "Transmission zeros",
-                                         .kind = FieldKind::list,
-                                         .columns = root_columns,
-                                         .list = list_of<&FilterRequest::TR_ZEROS, finite_zero_limit, 2>,
-                                         .mirrored = true};
-constexpr Field function_zeros_field{.name = "DOUBLETS",
-                                     .label = "Function zeros",
-                                     .kind = FieldKind::list,
-                                     .columns = root_columns,
-                                     .list = list_of<&FilterRequest::DOUBLETS, finite_zero_limit, 2>};
+constexpr Field zero_unit_field = radio<&R::zero_unit>("frequency_unit", "Frequency unit", zero_units);
+constexpr Field transmission_zeros_field =
+    list<&R::TR_ZEROS>("TR_ZEROS", "Transmission zeros", root_columns, ListRows::mirrored);
+constexpr Field function_zeros_field = list<&R::DOUBLETS>("DOUBLETS", "Function zeros", root_columns);
 
 constexpr Field specified_zeros_fields[] = {zero_unit_field, transmission_zeros_field};
 constexpr Field function_zeros_fields[] = {zero_unit_field, function_zeros_field};
 constexpr Field doublets_fields[] = {zero_unit_field, function_zeros_field, transmission_zeros_field};
 
 constexpr Field placer_fields[] = {
-    {.name = "PLACER_REQS",
-     .label = "Requirements",
-     .kind = FieldKind::list,
-     .columns = requirement_columns,
-     .list = list_of<&FilterRequest::PLACER_REQS, requirement_limit, 2>},
-    {.name = "FIXED_ZEROS",
-     .label = "Fixed zeros",
-     .kind = FieldKind::list,
-     .columns = placed_columns,
-     .list = list_of<&FilterRequest::FIXED_ZEROS, finite_zero_limit, 2>},
-    {.name = "MOVABLE_ZEROS",
-     .label = "Movable zeros",
-     .kind = FieldKind::list,
-     .columns = placed_columns,
-     .list = list_of<&FilterRequest::MOVABLE_ZEROS, finite_zero_limit, 2>},
-    {.name = "or_no_of_zeros_below_passband",
-     .label = "or no. of zeros below passband",
-     .kind = FieldKind::integer,
-     .low = 0,
-     .high = 15,
-     .cell = cell_of<&FilterRequest::lower_movable>},
-    {.name = "and_or_no_of_zeros_above_passband",
-     .label = "and/or no. of zeros above passband",
-     .kind = FieldKind::integer,
-     .low = 0,
-     .high = 15,
-     .cell = cell_of<&FilterRequest::upper_movable>},
+    list<&R::PLACER_REQS>("PLACER_REQS", "Requirements", requirement_columns),
+    list<&R::FIXED_ZEROS>("FIXED_ZEROS", "Fixed zeros", placed_columns),
+    list<&R::MOVABLE_ZEROS>("MOVABLE_ZEROS", "Movable zeros", placed_columns),
+    integer<&R::lower_movable>("or_no_of_zeros_below_passband", "or no. of zeros below passband", 0, 15),
+    integer<&R::upper_movable>("and_or_no_of_zeros_above_passband", "and/or no. of zeros above passband", 0, 15),
 };
 
-const Form* opens_details(const void* record) {
-    const Chosen is(*static_cast<const FilterRequest*>(record));
+const Form* opens_details(const R& r) {
+    const Chosen is(r);
     if (is.placer) return &PLACER_DLG;
     if (!is.functional) return &SPECIFIED_ZEROS_DLG;
     return is.equal_min ? &FUNCTION_ZEROS_DLG : &DOUBLETS_DLG;
@@ -369,121 +338,37 @@ const Form* opens_details(const void* record) {
 constexpr int zero_limit = 50;
 
 constexpr Field filter_fields[] = {
-    {.name = "filter_kind",
-     .label = "Filter kind",
-     .kind = FieldKind::radio,
-     .choices = kinds,
-     .cell = cell_of<&FilterRequest::filter_kind>},
-    {.name = "fq_or_fs",
-     .label = "Quarter-wave/Sampling freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FilterRequest::fq_or_fs>},
-    {.name = "filter_type",
-     .label = "Filter type",
-     .kind = FieldKind::radio,
-     .choices = types,
-     .cell = cell_of<&FilterRequest::filter_type>},
-    {.name = "lower_passband",
-     .label = "Lower passband freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FilterRequest::lower_passband>},
-    {.name = "upper_passband",
-     .label = "Upper passband freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FilterRequest::upper_passband>},
-    {.name = "passband_type",
-     .label = "Passband type",
-     .kind = FieldKind::radio,
-     .choices = passbands,
-     .cell = cell_of<&FilterRequest::passband_type>},
-    {.name = "band_edge_loss",
-     .label = "Band-edge loss/return loss (dB)",
-     .cell = cell_of<&FilterRequest::band_edge_loss>},
-    {.name = "loss_slope", .label = "Loss Slope (dB/oct)", .cell = cell_of<&FilterRequest::loss_slope>},
-    {.name = "flat_loss", .label = "Flat loss (dB)", .cell = cell_of<&FilterRequest::flat_loss>},
-    {.name = "function_type",
-     .label = "Function Type",
-     .kind = FieldKind::radio,
-     .choices = functions,
-     .cell = cell_of<&FilterRequest::function_type>},
-    {.name = "multiplier", .label = "Multiplier", .cell = cell_of<&FilterRequest::multiplier>},
-    {.name = "stopband_type",
-     .label = "Stopband",
-     .kind = FieldKind::radio,
-     .choices = stopbands,
-     .cell = cell_of<&FilterRequest::stopband_type>},
-    {.name = "lower_stopband",
-     .label = "Lower stopband freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FilterRequest::lower_stopband>},
-    {.name = "lower_stop_loss", .label = "Loss (dB)", .cell = cell_of<&FilterRequest::lower_stop_loss>},
-    {.name = "upper_stopband",
-     .label = "Upper stopband freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FilterRequest::upper_stopband>},
-    {.name = "upper_stop_loss", .label = "Loss (dB)", .cell = cell_of<&FilterRequest::upper_stop_loss>},
-    {.name = "detail_parameters", .label = "Detail Parameters", .kind = FieldKind::button, .opens = opens_details},
-    {.name = "zeros_at_zero",
-     .label = "# of zeros at zero",
-     .kind = FieldKind::integer,
-     .low = 0,
-     .high = zero_limit,
-     .cell = cell_of<&FilterRequest::zeros_at_zero>},
-    {.name = "zeros_at_infinity",
-     .label = "# of zeros at infinity",
-     .kind = FieldKind::integer,
-     .low = 0,
-     .high = zero_limit,
-     .cell = cell_of<&FilterRequest::zeros_at_infinity>},
-    {.name = "unit_elements",
-     .label = "# of unit elements",
-     .kind = FieldKind::integer,
-     .low = -1,
-     .high = zero_limit,
-     .cell = cell_of<&FilterRequest::unit_elements>},
-    {.name = "bandpass_form",
-     .label = "Parametric",
-     .kind = FieldKind::radio,
-     .choices = bandpasses,
-     .cell = cell_of<&FilterRequest::bandpass_form>},
-    {.name = "r1", .label = "R1", .cell = cell_of<&FilterRequest::r1>},
-    {.name = "r2", .label = "R2", .cell = cell_of<&FilterRequest::r2>},
-    {.name = "zs_parameter",
-     .label = "ZS parameter",
-     .kind = FieldKind::integer,
-     .low = -1,
-     .high = 1,
-     .cell = cell_of<&FilterRequest::zs_parameter>},
-    {.name = "q_predistortion", .label = "Q for predistortion", .cell = cell_of<&FilterRequest::q_predistortion>},
-    {.name = "predistortion",
-     .label = "Predistortion",
-     .kind = FieldKind::radio,
-     .choices = predistortions,
-     .cell = cell_of<&FilterRequest::predistortion>},
-    {.name = "shifted_bandpass_trans", .label = "Shifted bandpass trans.", .kind = FieldKind::heading},
-    {.name = "center_frequency",
-     .label = "Center frequency",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FilterRequest::center_frequency>},
-    {.name = "odd_parametric",
-     .label = "Odd parametric",
-     .kind = FieldKind::flag,
-     .cell = cell_of<&FilterRequest::odd_parametric>},
-    {.name = "save_design",
-     .label = "Save design data",
-     .kind = FieldKind::flag,
-     .cell = cell_of<&FilterRequest::save_design>},
+    radio<&R::filter_kind>("filter_kind", "Filter kind", kinds),
+    real<&R::fq_or_fs>("fq_or_fs", "Quarter-wave/Sampling freq", Unit::frequency),
+    radio<&R::filter_type>("filter_type", "Filter type", types),
+    real<&R::lower_passband>("lower_passband", "Lower passband freq", Unit::frequency),
+    real<&R::upper_passband>("upper_passband", "Upper passband freq", Unit::frequency),
+    radio<&R::passband_type>("passband_type", "Passband type", passbands),
+    real<&R::band_edge_loss>("band_edge_loss", "Band-edge loss/return loss (dB)"),
+    real<&R::loss_slope>("loss_slope", "Loss Slope (dB/oct)"),
+    real<&R::flat_loss>("flat_loss", "Flat loss (dB)"),
+    radio<&R::function_type>("function_type", "Function Type", functions),
+    real<&R::multiplier>("multiplier", "Multiplier"),
+    radio<&R::stopband_type>("stopband_type", "Stopband", stopbands),
+    real<&R::lower_stopband>("lower_stopband", "Lower stopband freq", Unit::frequency),
+    real<&R::lower_stop_loss>("lower_stop_loss", "Loss (dB)"),
+    real<&R::upper_stopband>("upper_stopband", "Upper stopband freq", Unit::frequency),
+    real<&R::upper_stop_loss>("upper_stop_loss", "Loss (dB)"),
+    button<opens_details>("detail_parameters", "Detail Parameters"),
+    integer<&R::zeros_at_zero>("zeros_at_zero", "# of zeros at zero", 0, zero_limit),
+    integer<&R::zeros_at_infinity>("zeros_at_infinity", "# of zeros at infinity", 0, zero_limit),
+    integer<&R::unit_elements>("unit_elements", "# of unit elements", -1, zero_limit),
+    radio<&R::bandpass_form>("bandpass_form", "Parametric", bandpasses),
+    real<&R::r1>("r1", "R1"),
+    real<&R::r2>("r2", "R2"),
+    integer<&R::zs_parameter>("zs_parameter", "ZS parameter", -1, 1),
+    real<&R::q_predistortion>("q_predistortion", "Q for predistortion"),
+    radio<&R::predistortion>("predistortion", "Predistortion", predistortions),
+    heading("shifted_bandpass_trans", "Shifted bandpass trans."),
+    real<&R::center_frequency>("center_frequency", "Center frequency", Unit::frequency),
+    flag<&R::odd_parametric>("odd_parametric", "Odd parametric"),
+    flag<&R::save_design>("save_design", "Save design data"),
 };
-
-// What stands in a field that is off.
-void clear(const Field& field, FilterRequest& r) {
-    switch (field.kind) {
-        case FieldKind::real: *static_cast<double*>(field.cell(&r)) = 0.0; break;
-        case FieldKind::integer: *static_cast<int*>(field.cell(&r)) = 0; break;
-        case FieldKind::flag: *static_cast<bool*>(field.cell(&r)) = false; break;
-        default: break;
-    }
-}
 
 }  // namespace
 
@@ -500,19 +385,19 @@ FilterRequest in_force(const FilterRequest& request) {
     FieldStates states(filter_fields);
     filter_rules(request, states);
     for (std::size_t i = 0; i < std::size(filter_fields); ++i) {
-        if (!states.is_on(i)) clear(filter_fields[i], r);
+        const Field& field = filter_fields[i];
+        const bool is_number = field.set != nullptr && field.kind != FieldKind::radio;
+        if (is_number && !states.is_on(i)) field.set(&r, 0.0);
     }
     if (r.q_predistortion == 0.0 || !is.placer) r.predistortion = PredistortionMode::passband_only;
     return r;
 }
 
 constexpr Form DESIGN_FILTER_DLG =
-    form_of<FilterRequest, filter_rules, filter_message>("DESIGN_FILTER_DLG", "Filter design", filter_fields);
-constexpr Form SPECIFIED_ZEROS_DLG =
-    form_of<FilterRequest>("DOUBLETS_DLG", "Filter Parameters", specified_zeros_fields, true);
-constexpr Form FUNCTION_ZEROS_DLG =
-    form_of<FilterRequest>("DOUBLETS_DLG", "Filter Parameters", function_zeros_fields, true);
-constexpr Form DOUBLETS_DLG = form_of<FilterRequest>("DOUBLETS_DLG", "Filter Parameters", doublets_fields, true);
-constexpr Form PLACER_DLG = form_of<FilterRequest>("PLACER_DLG", "Filter Parameters", placer_fields, true);
+    form_of<R, filter_rules, filter_message>("DESIGN_FILTER_DLG", "Filter design", filter_fields);
+constexpr Form SPECIFIED_ZEROS_DLG = form_of<R>("DOUBLETS_DLG", "Filter Parameters", specified_zeros_fields, true);
+constexpr Form FUNCTION_ZEROS_DLG = form_of<R>("DOUBLETS_DLG", "Filter Parameters", function_zeros_fields, true);
+constexpr Form DOUBLETS_DLG = form_of<R>("DOUBLETS_DLG", "Filter Parameters", doublets_fields, true);
+constexpr Form PLACER_DLG = form_of<R>("PLACER_DLG", "Filter Parameters", placer_fields, true);
 
 }  // namespace kavrel

@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "shell/form.h"
+#include "shell/form_list.h"
 
 namespace kavrel {
 

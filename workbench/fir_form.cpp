@@ -2,9 +2,13 @@
 
 #include <algorithm>
 
+#include "shell/field_table.h"
+
 namespace kavrel {
 
 namespace {
+
+using R = FirRequest;
 
 constexpr int first_window_with_parameter = 17;
 
@@ -76,79 +80,30 @@ constexpr Column band_columns[] = {{"Lower band-edge", Unit::frequency},
                                    {"Ripple or weight"}};
 constexpr Column shape_columns[] = {{"Frequency", Unit::frequency}, {"Loss (dB)"}};
 
-constexpr Field band_fields[] = {{.name = "QUADRUPLETS",
-                                  .label = "Band specification",
-                                  .kind = FieldKind::list,
-                                  .columns = band_columns,
-                                  .list = list_of<&FirRequest::QUADRUPLETS, max_fir_bands, 4>}};
-constexpr Field shape_fields[] = {{.name = "shape",
-                                   .label = "Specified shape",
-                                   .kind = FieldKind::list,
-                                   .columns = shape_columns,
-                                   .list = list_of<&FirRequest::shape, max_shape_points, 2>}};
-
-const Form* opens_bands(const void*) { return &FIR_QUADS_DLG; }
-const Form* opens_shape(const void*) { return &FIR_TWIN_DLG; }
+constexpr Field band_fields[] = {list<&R::QUADRUPLETS>("QUADRUPLETS", "Band specification", band_columns)};
+constexpr Field shape_fields[] = {list<&R::shape>("shape", "Specified shape", shape_columns)};
 
 constexpr Field fields[] = {
-    {.name = "filter_length",
-     .label = "Filter length",
-     .kind = FieldKind::integer,
-     .low = 0,
-     .high = max_fir_taps,
-     .cell = cell_of<&FirRequest::filter_length>},
-    {.name = "design_method",
-     .label = "Design method",
-     .kind = FieldKind::radio,
-     .choices = methods,
-     .cell = cell_of<&FirRequest::design_method>},
-    {.name = "fir_type",
-     .label = "Type",
-     .kind = FieldKind::radio,
-     .choices = types,
-     .cell = cell_of<&FirRequest::fir_type>},
-    {.name = "specification_type",
-     .label = "Specification type",
-     .kind = FieldKind::radio,
-     .choices = specifications,
-     .cell = cell_of<&FirRequest::specification_type>},
-    {.name = "details", .label = "Details", .kind = FieldKind::button, .opens = opens_bands},
-    {.name = "shaped_passband", .label = "Shaped passband", .kind = FieldKind::button, .opens = opens_shape},
-    {.name = "filter_type",
-     .label = "Filter type",
-     .kind = FieldKind::radio,
-     .choices = filter_types,
-     .cell = cell_of<&FirRequest::filter_type>},
-    {.name = "lower_frequency",
-     .label = "Lower passband freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FirRequest::lower_frequency>},
-    {.name = "upper_frequency",
-     .label = "Upper passband freq",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FirRequest::upper_frequency>},
-    {.name = "sampling_frequency",
-     .label = "Sampling frequency",
-     .unit = Unit::frequency,
-     .cell = cell_of<&FirRequest::sampling_frequency>},
-    {.name = "slope", .label = "Slope (dB/oct)", .cell = cell_of<&FirRequest::slope>},
-    {.name = "window_type",
-     .label = "Window type",
-     .kind = FieldKind::radio,
-     .choices = windows,
-     .cell = cell_of<&FirRequest::window_type>},
-    {.name = "parameter", .label = "Enter loss value or parameter", .cell = cell_of<&FirRequest::parameter>},
-    {.name = "save_design",
-     .label = "Save design data",
-     .kind = FieldKind::flag,
-     .cell = cell_of<&FirRequest::save_design>},
+    integer<&R::filter_length>("filter_length", "Filter length", 0, max_fir_taps),
+    radio<&R::design_method>("design_method", "Design method", methods),
+    radio<&R::fir_type>("fir_type", "Type", types),
+    radio<&R::specification_type>("specification_type", "Specification type", specifications),
+    button<FIR_QUADS_DLG>("details", "Details"),
+    button<FIR_TWIN_DLG>("shaped_passband", "Shaped passband"),
+    radio<&R::filter_type>("filter_type", "Filter type", filter_types),
+    real<&R::lower_frequency>("lower_frequency", "Lower passband freq", Unit::frequency),
+    real<&R::upper_frequency>("upper_frequency", "Upper passband freq", Unit::frequency),
+    real<&R::sampling_frequency>("sampling_frequency", "Sampling frequency", Unit::frequency),
+    real<&R::slope>("slope", "Slope (dB/oct)"),
+    radio<&R::window_type>("window_type", "Window type", windows),
+    real<&R::parameter>("parameter", "Enter loss value or parameter"),
+    flag<&R::save_design>("save_design", "Save design data"),
 };
 
 }  // namespace
 
-constexpr Form FIR_DESIGN_DLG =
-    form_of<FirRequest, fir_rules, fir_message>("FIR_DESIGN_DLG", "FIR filter design", fields);
-constexpr Form FIR_QUADS_DLG = form_of<FirRequest>("FIR_QUADS_DLG", "Band specification", band_fields, true);
-constexpr Form FIR_TWIN_DLG = form_of<FirRequest>("FIR_TWIN_DLG", "Specified shape", shape_fields, true);
+constexpr Form FIR_DESIGN_DLG = form_of<R, fir_rules, fir_message>("FIR_DESIGN_DLG", "FIR filter design", fields);
+constexpr Form FIR_QUADS_DLG = form_of<R>("FIR_QUADS_DLG", "Band specification", band_fields, true);
+constexpr Form FIR_TWIN_DLG = form_of<R>("FIR_TWIN_DLG", "Specified shape", shape_fields, true);
 
 }  // namespace kavrel

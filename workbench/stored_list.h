@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "shell/form.h"
+#include "shell/form_list.h"
 #include "shell/stored_files.h"
 
 namespace kavrel {

@@ -5,7 +5,7 @@
 
 #include "exchange/pole_zero_text.h"
 #include "exchange/transfer_polynomials.h"
-#include "shell/form.h"
+#include "shell/field_table.h"
 #include "shell/reporter.h"
 #include "tests/exchange/exchange_helpers.h"
 #include "tests/support/fake_window.h"
@@ -153,31 +153,14 @@ struct RootsRequest {
     int unit = 1;
 };
 constexpr Column root_columns[] = {{"Real Part"}, {"Imaginary Part"}};
-constexpr Field root_fields[] = {{.name = "zeros",
-                                  .label = "Transmission zeros",
-                                  .kind = FieldKind::list,
-                                  .columns = root_columns,
-                                  .list = list_of<&RootsRequest::zeros, 25, 2>},
-                                 {.name = "poles",
-                                  .label = "Poles",
-                                  .kind = FieldKind::list,
-                                  .columns = root_columns,
-                                  .list = list_of<&RootsRequest::poles, 25, 2>}};
+constexpr Field root_fields[] = {list<&RootsRequest::zeros>("zeros", "Transmission zeros", root_columns),
+                                 list<&RootsRequest::poles>("poles", "Poles", root_columns)};
 
 // Forms that count in the user's unit, by their columns or by a choice.
 constexpr Column unit_columns[] = {{"Real Part", Unit::frequency}, {"Imaginary Part", Unit::frequency}};
-constexpr Field column_fields[] = {{.name = "zeros",
-                                    .label = "Zeros",
-                                    .kind = FieldKind::list,
-                                    .columns = unit_columns,
-                                    .list = list_of<&RootsRequest::zeros, 25, 2>}};
+constexpr Field column_fields[] = {list<&RootsRequest::zeros>("zeros", "Zeros", unit_columns)};
 constexpr Choice unit_choices[] = {{"in  Hz", 1, Unit::frequency}, {"rad/sec", 2}};
-constexpr Field choice_fields[] = {{.name = "unit",
-                                    .label = "Unit",
-                                    .kind = FieldKind::radio,
-                                    .choices = unit_choices,
-                                    .cell = cell_of<&RootsRequest::unit>},
-                                   root_fields[0]};
+constexpr Field choice_fields[] = {radio<&RootsRequest::unit>("unit", "Unit", unit_choices), root_fields[0]};
 
 TEST(PoleZeroText, IsReadByListForms) {
     const ScratchFolder folder;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "shell/fixed_text.h"
+#include "shell/field_table.h"
 #include "shell/number_text.h"
 #include "shell/reporter.h"
 #include "tests/support/fake_window.h"
@@ -31,26 +31,16 @@ std::string_view message(const Request& r) { return r.edge > 0.0 ? "" : "Edge mi
 constexpr Choice kinds[] = {{"Low pass", 1}, {"High pass", 2}, {"Band pass", 3}};
 constexpr Column columns[] = {{"Frequency", Unit::frequency}, {"Loss (dB)"}};
 extern const Form points_form;
-const Form* opens_points(const void*) { return &points_form; }
 constexpr Field fields[] = {
-    {.name = "edge", .label = "Edge", .unit = Unit::frequency, .cell = cell_of<&Request::edge>},
-    {.name = "count",
-     .label = "Count",
-     .kind = FieldKind::integer,
-     .low = 0,
-     .high = 9,
-     .cell = cell_of<&Request::count>},
-    {.name = "kind", .label = "Kind", .kind = FieldKind::radio, .choices = kinds, .cell = cell_of<&Request::kind>},
-    {.name = "kept", .label = "Kept", .kind = FieldKind::flag, .cell = cell_of<&Request::kept>},
-    {.name = "title", .label = "Title", .kind = FieldKind::text, .text = text_of<&Request::title>},
-    {.name = "points", .label = "Points", .kind = FieldKind::button, .opens = opens_points},
-    {.name = "second_kept", .label = "Kept", .kind = FieldKind::flag, .cell = cell_of<&Request::kept>},
+    real<&Request::edge>("edge", "Edge", Unit::frequency),
+    integer<&Request::count>("count", "Count", 0, 9),
+    radio<&Request::kind>("kind", "Kind", kinds),
+    flag<&Request::kept>("kept", "Kept"),
+    text<&Request::title>("title", "Title"),
+    button<points_form>("points", "Points"),
+    flag<&Request::kept>("second_kept", "Kept"),
 };
-constexpr Field point_fields[] = {{.name = "points",
-                                   .label = "Points",
-                                   .kind = FieldKind::list,
-                                   .columns = columns,
-                                   .list = list_of<&Request::points, 3, 2>}};
+constexpr Field point_fields[] = {list<&Request::points>("points", "Points", columns)};
 constexpr Form form = form_of<Request, rules, message>("TEST_DLG", "Test", fields);
 constexpr Form points_form = form_of<Request>("POINTS_DLG", "Points", point_fields, true);
 

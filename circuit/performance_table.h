@@ -21,8 +21,4 @@ enum class ImmittanceHead { output, bare };
 [[nodiscard]] std::vector<std::string> performance_lines(const Performance& performance, std::string_view title,
                                                          ImmittanceHead immittance_head = ImmittanceHead::output);
 
-// What stands below a table: as a report line, or in a box with this caption.
-inline constexpr std::string_view analysis_done = "*** done ***";
-inline constexpr std::string_view analysis_done_caption = "Success";
-
 }  // namespace kavrel

@@ -107,8 +107,7 @@ void Runner::choose(const std::vector<std::string>& labels) {
 void Runner::do_line(const ScriptLine& line) {
     const Room& room = room_of(bench_.session.segment);
     const CommandKeyword word(line.words[1].text);
-    const bool known = room.words != nullptr && match_command(word, room.words()).has_value();
-    if (!known || line.words.size() > 2 || line.words[1].text.size() > 4) {
+    if (!room.commands().knows(word) || line.words.size() > 2 || line.words[1].text.size() > 4) {
         window_.fail(Failure::script, fmt::format("'{}' is no command of this Segment", line.rest()));
         return;
     }

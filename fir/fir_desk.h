@@ -3,10 +3,7 @@
 
 #include "fir/fir_filter.h"
 #include "fir/fir_request.h"
-#include "shell/analysis_result.h"
-#include "shell/print_form.h"
-#include "shell/reporter.h"
-#include "shell/session.h"
+#include "segment/desk.h"
 
 namespace kavrel {
 
@@ -16,13 +13,10 @@ struct FirCommandRequest {
     int printing_to = static_cast<int>(PrintTarget::none);
 };
 
-struct FirDesk {
-    Session& session;
+struct FirDesk : Desk {
     FirRequest& request;
     FirFilter& filter;
-    AnalysisResult& results;
     FirCommandRequest& command;
-    Reporter& reporter;
 };
 
 }  // namespace kavrel

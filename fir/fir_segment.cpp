@@ -1,7 +1,5 @@
 #include "fir/fir_segment.h"
 
-#include <array>
-
 #include "fir/fir_report.h"
 #include "fir/fir_time_response.h"
 #include "shell/edit.h"
@@ -12,13 +10,6 @@ namespace kavrel {
 namespace {
 
 constexpr int ordinary_command = 1;
-
-using Command = void (*)(FirDesk& desk);
-
-struct WordRow {
-    CommandKeyword word;
-    Command perform;  // null until the command is built
-};
 
 // Whether the function that the command's form names is there; tells it if not.
 bool has_function(FirDesk& desk, std::string_view without_any) {
@@ -56,19 +47,40 @@ void time(FirDesk& desk) {
 
 void print(FirDesk& desk) { choose_print_mode(static_cast<PrintTarget>(desk.command.printing_to), desk.reporter); }
 
-constexpr WordRow rows[] = {
-    {"read", nullptr}, {"show", show},    {"time", time},    {"trun", nullptr}, {"freq", nullptr}, {"fac ", nullptr},
-    {"flip", nullptr}, {"prf ", nullptr}, {"sqr ", nullptr}, {"mult", nullptr}, {"scal", nullptr}, {"save", nullptr},
-    {"pltf", nullptr}, {"add ", nullptr}, {"del ", nullptr}, {"sto ", nullptr}, {"rcl ", nullptr}, {"ch  ", nullptr},
-    {"lbl ", nullptr}, {"file", nullptr}, {"prog", nullptr}, {"ffac", nullptr}, {"undo", nullptr}, {"pri ", print},
-    {"pltt", nullptr}, {"tabf", nullptr}, {"tabt", nullptr}, {"plpr", nullptr}, {"clr ", nullptr}, {"disp", nullptr},
-    {"redo", nullptr}, {"flat", nullptr}, {"min ", nullptr}, {"rset", nullptr}};
-
-constexpr auto words = [] {
-    std::array<CommandKeyword, std::size(rows)> table;
-    for (std::size_t i = 0; i < table.size(); ++i) table[i] = rows[i].word;
-    return table;
-}();
+constexpr CommandTable commands({Command<FirDesk>{"read"},
+                                 {"show", show},
+                                 {"time", time},
+                                 {"trun"},
+                                 {"freq"},
+                                 {"fac "},
+                                 {"flip"},
+                                 {"prf "},
+                                 {"sqr "},
+                                 {"mult"},
+                                 {"scal"},
+                                 {"save"},
+                                 {"pltf"},
+                                 {"add "},
+                                 {"del "},
+                                 {"sto "},
+                                 {"rcl "},
+                                 {"ch  "},
+                                 {"lbl "},
+                                 {"file"},
+                                 {"prog"},
+                                 {"ffac"},
+                                 {"undo"},
+                                 {"pri ", print},
+                                 {"pltt"},
+                                 {"tabf"},
+                                 {"tabt"},
+                                 {"plpr"},
+                                 {"clr "},
+                                 {"disp"},
+                                 {"redo"},
+                                 {"flat"},
+                                 {"min "},
+                                 {"rset"}});
 
 constexpr Field function_fields[] = {
     integer<&FirCommandRequest::function_number>("function_number", "Function number", 1, fir_function_limit)};
@@ -79,18 +91,10 @@ constexpr Field print_fields[] = {print_field<&FirCommandRequest::printing_to>};
 constexpr Form FIR_FUNCTION_DLG = form_of<FirCommandRequest>("FIR_FUNCTION_DLG", "Function", function_fields);
 constexpr Form FIR_PRINT_DLG = form_of<FirCommandRequest>("PRINT_DLG", "Printing to", print_fields);
 
-std::span<const CommandKeyword> fir_words() { return words; }
-
-bool fir_performs(const CommandKeyword& word) {
-    const auto place = match_command(word, words);
-    return place && rows[*place].perform != nullptr;
-}
+CommandWords fir_words() { return commands.words(); }
 
 void firSegment(FirDesk& desk) {
-    CommandKeyword& cell = desk.session.word(SegmentId::fir);
-    const auto place = match_command(cell, words);
-    if (place && rows[*place].perform != nullptr) rows[*place].perform(desk);
-    cell = {};
+    commands.run(desk, desk.session.word(SegmentId::fir));
     desk.session.entry(SegmentId::fir) = ordinary_command;
 }
 

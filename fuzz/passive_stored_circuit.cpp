@@ -54,10 +54,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     PassiveFilter filter;
     FixedText<80> title;
-    if (read_stored_circuit(bytes, filter, title)) {
+    if (take_form(circuit_forms, bytes, filter, title)) {
         const std::string stored = stored_circuit_bytes(filter, title);
         PassiveFilter again;
-        if (!read_stored_circuit(stored, again, title) || stored_circuit_bytes(again, title) != stored) std::abort();
+        if (!take_form(circuit_forms, stored, again, title) || stored_circuit_bytes(again, title) != stored)
+            std::abort();
         walk(filter, title);
     }
     if (read_circuit_records(bytes, filter, title, CircuitRecords::snapshot)) {

@@ -12,21 +12,15 @@ namespace kavrel {
 namespace {
 
 constexpr std::string_view no_analysis_data = "No analysis data";
-constexpr std::string_view nonlinearity_owner = "n";
 
 [[nodiscard]] bool settle_drive(PassiveDesk& desk);
 AnalysisRequest analysis_request(const PassiveDesk& desk, const FrequencyGrid& grid);
-bool wants_table(PassiveDesk& desk);
 Performance performance_of(const AnalysisResult& results);
 void store_time(const TimeGrid& grid, const Table<double, analysis_points>& impulse,
                 const Table<double, analysis_points>& step, AnalysisResult& results);
 std::vector<std::string> time_lines(const AnalysisResult& results, std::string_view title);
 void plot_phase_line(PassiveDesk& desk, const PhaseLine& line);
-void show_plot(PassiveDesk& desk, const PlotVerdict& verdict);
 std::string_view title_of(const PassiveDesk& desk) { return desk.session.TITLE.trimmed(); }
-std::string_view frequency_label(const AnalysisResult& results) {
-    return results.radians ? "Frequency rad/sec" : "Frequency Hz";
-}
 
 }  // namespace
 
@@ -45,7 +39,7 @@ void analyse_frequency(PassiveDesk& desk) {
     desk.state.analysed = grid;
     desk.results.TITLE = title_of(desk);
     if (wants_table(desk)) report_lines(desk, performance_lines(performance, title_of(desk)));
-    tell_done(desk);
+    report_done(desk);
 }
 
 void analyse_time(PassiveDesk& desk) {
@@ -67,23 +61,23 @@ void analyse_time(PassiveDesk& desk) {
     store_time(grid, impulse, step, desk.results);
     desk.results.TITLE = title_of(desk);
     if (wants_table(desk)) report_lines(desk, time_lines(desk.results, title_of(desk)));
-    tell_done(desk);
+    report_done(desk);
 }
 
 void tabulate_frequency(PassiveDesk& desk) {
     if (desk.results.frequency_count == 0 || !desk.results.has_immittance) return refuse(desk, no_analysis_results);
     const Performance performance = performance_of(desk.results);
     const auto lines = performance_lines(performance, desk.results.TITLE.trimmed(), ImmittanceHead::bare);
-    write_lines(desk, lines, ExtSlot::results_table);
+    if (tabulate(desk, lines)) report_done(desk);
 }
 
 void tabulate_time(PassiveDesk& desk) {
     if (desk.results.time_count == 0) return refuse(desk, no_analysis_results);
-    write_lines(desk, time_lines(desk.results, desk.results.TITLE.trimmed()), ExtSlot::results_table);
+    if (tabulate(desk, time_lines(desk.results, desk.results.TITLE.trimmed()))) report_done(desk);
 }
 
 void plot_frequency(PassiveDesk& desk) {
-    AnalysisResult& results = desk.results;
+    const AnalysisResult& results = desk.results;
     const std::string loss = std::string(loss_label(performance_of(results).loss_class)) + "loss (dB)";
     const std::string immittance = "part of " + std::string(immittance_label(results.admittance));
     const std::string real = "Real " + immittance;
@@ -95,30 +89,10 @@ void plot_frequency(PassiveDesk& desk) {
         {FrequencyCurve::return_loss, &AnalysisResult::RETUR, &AnalysisResult::has_return_loss, "Return loss (dB)"},
         {FrequencyCurve::real, &AnalysisResult::AREAL, &AnalysisResult::has_immittance, real},
         {FrequencyCurve::imaginary, &AnalysisResult::IMAG, &AnalysisResult::has_immittance, imaginary}};
-    const PlotSource source{.kind = AnalysisResult::Kind::frequency,
-                            .curves = curves,
-                            .x_label = frequency_label(results),
-                            .x_unit = results.radians ? 1.0 : desk.session.units.frequency_multiplier,
-                            .owner = ""};
-    show_plot(desk, plot_results(desk.command.frequency_plot, source, desk.session.units, results, desk.plot));
+    plot_frequency(desk, desk.command.frequency_plot, curves, passive_plot::print_analysis);
 }
 
-void plot_time(PassiveDesk& desk) {
-    constexpr CurveRow curves[] = {
-        {TimeCurve::impulse, &AnalysisResult::IMPULSE, &AnalysisResult::has_impulse, "Impulse response"},
-        {TimeCurve::step, &AnalysisResult::STEP, &AnalysisResult::has_step, "Step response"}};
-    const PlotSource source{.kind = AnalysisResult::Kind::time,
-                            .curves = curves,
-                            .x_label = "Time (sec)",
-                            .x_unit = desk.session.units.time_multiplier,
-                            .owner = ""};
-    show_plot(desk, plot_results(desk.command.time_plot, source, desk.session.units, desk.results, desk.plot));
-}
-
-void print_plot_window(PassiveDesk& desk) {
-    if (!desk.plot.open) return refuse(desk, plot_messages::nothing_selected.text);
-    if (!desk.window.print_plot(desk.plot)) refuse(desk, "Printer is not available");
-}
+void plot_time(PassiveDesk& desk) { plot_time(desk, desk.command.time_plot, passive_plot::print_analysis); }
 
 void phase_nonlinearity(PassiveDesk& desk) {
     PhaseLine line;
@@ -129,7 +103,7 @@ void phase_nonlinearity(PassiveDesk& desk) {
 }
 
 void print_phase_nonlinearity(PassiveDesk& desk) {
-    if (desk.plot.open && desk.plot.print_id == plot_print_id(nonlinearity_owner)) return print_plot_window(desk);
+    if (desk.plot.open && desk.plot.print_id == passive_plot::print_nonlinearity) return print_plot_window(desk);
     PhaseLine line;
     if (!fit_phase_line(desk.results, line)) return refuse(desk, no_analysis_data);
     plot_phase_line(desk, line);
@@ -161,10 +135,6 @@ AnalysisRequest analysis_request(const PassiveDesk& desk, const FrequencyGrid& g
     request.filter_class = spec.filterType == band_pass ? 3 : spec.filterType == high_pass ? 2 : 1;
     request.zeros_at_zero = spec.zerosAtZero;
     return request;
-}
-
-bool wants_table(PassiveDesk& desk) {
-    return desk.reporter.message("Tabulate?", "Question", Buttons::yes_no) == Answer::yes;
 }
 
 // The results as they were stored; the class of the loss follows from the columns that they have.
@@ -239,16 +209,8 @@ void plot_phase_line(PassiveDesk& desk, const PhaseLine& line) {
                               .x_label = results.x_label.trimmed(),
                               .y1_label = results.y1_label.trimmed(),
                               .title = results.TITLE.trimmed(),
-                              .owner = nonlinearity_owner},
+                              .print_id = passive_plot::print_nonlinearity},
                              desk.session.units));
-}
-
-void show_plot(PassiveDesk& desk, const PlotVerdict& verdict) {
-    if (verdict.ok()) {
-        desk.window.show_plot(desk.plot);
-    } else {
-        desk.reporter.message(verdict.text, verdict.caption);
-    }
 }
 
 }  // namespace

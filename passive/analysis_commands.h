@@ -5,10 +5,15 @@
 #pragma once
 
 #include "passive/passive_desk.h"
+#include "segment/result_commands.h"
 
 namespace kavrel {
 
-inline constexpr std::string_view no_analysis_results = "No analysis results";
+// The events of the plot window's item "&Print".
+namespace passive_plot {
+inline constexpr int print_analysis = 160;
+inline constexpr int print_nonlinearity = 154;
+}  // namespace passive_plot
 
 // Frequency analysis of the circuit as it stands. Refused: a circuit in wave digital form, a bad request, a circuit
 // that cannot be analysed. In a microwave circuit that ends in a line the user tells how it is driven; the last branch
@@ -23,9 +28,6 @@ void tabulate_time(PassiveDesk& desk);
 
 void plot_frequency(PassiveDesk& desk);
 void plot_time(PassiveDesk& desk);
-
-// The plot that is open, on the printer.
-void print_plot_window(PassiveDesk& desk);
 
 // Deviation of the phase from its straight line, as table and plot.
 void phase_nonlinearity(PassiveDesk& desk);

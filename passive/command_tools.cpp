@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "circuit/drawing.h"
-#include "circuit/performance_table.h"
 #include "shell/utf8.h"
 
 namespace kavrel {
@@ -36,56 +35,21 @@ std::string fitted(std::string_view row) {
 
 }  // namespace
 
-void refuse(PassiveDesk& desk, std::string_view text) { desk.reporter.message(text, "Error"); }
-
-void tell_done(PassiveDesk& desk) {
+void report_done(PassiveDesk& desk) {
     if (desk.state.suppress) {
-        desk.reporter.report_line(analysis_done);
+        desk.reporter.report_line(command_done);
     } else {
-        desk.reporter.message(analysis_done, analysis_done_caption);
+        report_done(static_cast<Desk&>(desk));
     }
 }
 
-void report_lines(PassiveDesk& desk, std::span<const std::string> lines) {
-    for (const std::string& line : lines) desk.reporter.report_line(line);
-}
+KeptFilter<PassiveFilter> kept(PassiveDesk& desk) { return {desk, desk.state.kept, desk.filter, circuit_keeping}; }
 
 void show_circuit(PassiveDesk& desk) {
     for (const std::string& row : showCircuit(desk.filter.circuit, desk.state.lastBranch, desk.session.units)) {
         desk.reporter.report_line(fitted(row));
     }
     desk.state.lastBranch = 1;
-}
-
-std::optional<std::string> ask_file(PassiveDesk& desk, const FileQuery& query) {
-    std::string name = desk.window.choose_file(query);
-    if (!name.empty()) return name;
-    desk.reporter.message("CANCEL", "Warning");
-    return std::nullopt;
-}
-
-void write_text(PassiveDesk& desk, const std::string& path, std::string_view text) {
-    if (write_whole(path, text)) {
-        tell_done(desk);
-    } else {
-        refuse(desk, "File could not be written");
-    }
-}
-
-void write_lines(PassiveDesk& desk, std::span<const std::string> lines, ExtSlot slot) {
-    const std::string filter = "*" + std::string(trim_right(EXT(static_cast<int>(slot))));
-    const auto name =
-        ask_file(desk, {.caption = select_file, .description = "Text files", .filter = filter, .to_write = true});
-    if (name) write_text(desk, file_name(*name, slot), joined_lines(lines));
-}
-
-std::string joined_lines(std::span<const std::string> lines) {
-    std::string text;
-    for (const std::string& line : lines) {
-        text += line;
-        text += '\n';
-    }
-    return text;
 }
 
 bool wishes_original(PassiveDesk& desk, std::string_view what) {

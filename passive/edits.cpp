@@ -5,7 +5,6 @@
 
 #include "circuit/branch_kinds.h"
 #include "passive/command_tools.h"
-#include "passive/snapshots.h"
 
 namespace kavrel {
 
@@ -25,18 +24,16 @@ int id_of_choice(int element);
 [[nodiscard]] bool cell_value(const PassiveDesk& desk, char letter, double typed, double& value);
 [[nodiscard]] bool cell_values(const PassiveDesk& desk, int id, const InsertRequest& request, std::span<double> values);
 void insert_equalizer(PassiveDesk& desk, int id);
-void tell_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict);
+void report_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict);
 std::string insert_keys(const InsertRequest& request, std::size_t values);
 bool in_range(int k) { return k >= 1 && k <= max_branches; }
-void keep_for_undo(PassiveDesk& desk);
-using Step = SnapshotVerdict (*)(PassiveFilter& filter, FixedText<80>& title, PassiveState& state);
-void take_step(PassiveDesk& desk, Step step, std::string_view menu);
+void show_step(PassiveDesk& desk, std::string_view menu);
 void settle_terminations(Circuit& circuit);
 
 }  // namespace
 
 void take_edit(PassiveDesk& desk, const Circuit& edited, int changed, const MacroStep& step) {
-    keep_for_undo(desk);
+    keep_for_undo(kept(desk));
     desk.filter.circuit = edited;
     desk.filter.mod = 1.0F;
     settle_terminations(desk.filter.circuit);
@@ -71,7 +68,7 @@ void insert_branch(PassiveDesk& desk) {
     Circuit edited = desk.filter.circuit;
     int k = request.branch;
     const CircuitVerdict verdict = insert_values(edited, k, id, values);
-    if (verdict != CircuitVerdict::done) return tell_insert_verdict(desk, verdict);
+    if (verdict != CircuitVerdict::done) return report_insert_verdict(desk, verdict);
     take_edit(desk, edited, k, {insert_menu, insert_keys(request, values.size())});
 }
 
@@ -87,7 +84,7 @@ void copy_branch(PassiveDesk& desk) {
     const CircuitVerdict verdict = source.id == quadruplet_id
                                        ? insert_quadruplet(edited, k, circuit.QUADRUPLETS(source.i1))
                                        : insert_values(edited, k, source.id, branch_values(circuit, source));
-    if (verdict != CircuitVerdict::done) return tell_insert_verdict(desk, verdict);
+    if (verdict != CircuitVerdict::done) return report_insert_verdict(desk, verdict);
     std::string keys = "{DOWN 9}";
     for (const int branch : {request.branch, request.copy_of}) keys += std::string(macro_tab) + macro_branch(branch);
     take_edit(desk, edited, k, {insert_menu, keys + std::string(macro_return)});
@@ -121,32 +118,20 @@ void change_branch(PassiveDesk& desk) {
     take_edit(desk, edited, request.branch, {"Branch Change", keys});
 }
 
-void undo_edit(PassiveDesk& desk) { take_step(desk, undo, "Undo Undo"); }
+void undo_edit(PassiveDesk& desk) {
+    if (undo(kept(desk))) show_step(desk, "Undo Undo");
+}
 
-void redo_edit(PassiveDesk& desk) { take_step(desk, redo, "Undo Redo"); }
+void redo_edit(PassiveDesk& desk) {
+    if (redo(kept(desk))) show_step(desk, "Undo Redo");
+}
 
 void store_circuit(PassiveDesk& desk) {
-    const SnapshotVerdict verdict = store(desk.filter, desk.session.TITLE);
-    if (verdict != SnapshotVerdict::done) {
-        desk.reporter.message(message_of(verdict), "Warning");
-        return;
-    }
-    desk.state.stored_for = desk.session.filter_file;
-    tell_done(desk);
+    if (store(kept(desk))) report_done(desk);
 }
 
 void recall_circuit(PassiveDesk& desk) {
-    PassiveFilter stored;
-    FixedText<80> title;
-    const SnapshotVerdict verdict = recall(stored, title);
-    if (verdict != SnapshotVerdict::done) return refuse(desk, message_of(verdict));
-    keep_for_undo(desk);
-    desk.filter = stored;
-    desk.session.TITLE = title;
-    desk.state.opened = true;
-    // What was stored of another file's circuit is not saved into this file unasked.
-    if (!(desk.session.filter_file == desk.state.stored_for)) desk.session.filter_file = "";
-    show_changed(desk, 1);
+    if (recall(kept(desk))) show_changed(desk, 1);
 }
 
 namespace {
@@ -189,12 +174,12 @@ void insert_equalizer(PassiveDesk& desk, int id) {
     }
     Circuit edited = desk.filter.circuit;
     const CircuitVerdict verdict = insertEqualizer(edited, L, R1, C, id);
-    if (verdict != CircuitVerdict::done) return tell_insert_verdict(desk, verdict);
+    if (verdict != CircuitVerdict::done) return report_insert_verdict(desk, verdict);
     constexpr int behind_load = 2;
     take_edit(desk, edited, behind_load, {insert_menu, insert_keys(request, 3)});
 }
 
-void tell_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict) {
+void report_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict) {
     if (verdict == CircuitVerdict::storage_full) {
         desk.reporter.message(storage_full_operations, "Warning");
     } else {
@@ -214,22 +199,7 @@ std::string insert_keys(const InsertRequest& request, std::size_t values) {
     return keys + std::string(macro_return);
 }
 
-// An edit that cannot be undone is made all the same.
-void keep_for_undo(PassiveDesk& desk) {
-    const SnapshotVerdict verdict = push_undo(desk.filter, desk.session.TITLE, desk.state);
-    if (verdict != SnapshotVerdict::done) desk.reporter.message(message_of(verdict), "Warning");
-}
-
-// An "undo" or a "redo". No edit changes the title: one that was typed in meanwhile stays. Where the step may have led
-// to another circuit the title is that one's, and it is not saved into the stored file unasked.
-void take_step(PassiveDesk& desk, Step step, std::string_view menu) {
-    FixedText<80> title = desk.session.TITLE;
-    const SnapshotVerdict verdict = step(desk.filter, title, desk.state);
-    if (verdict != SnapshotVerdict::done) return refuse(desk, message_of(verdict));
-    if (desk.state.opened) {
-        desk.session.TITLE = title;
-        desk.session.filter_file = "";
-    }
+void show_step(PassiveDesk& desk, std::string_view menu) {
     record_macro(desk, {menu});
     show_changed(desk, 1);
 }

@@ -6,58 +6,25 @@
 #include "exchange/transfer_file.h"
 #include "passive/command_tools.h"
 #include "passive/passive_forms.h"
-#include "passive/snapshots.h"
-#include "passive/stored_circuit.h"
 
 namespace kavrel {
 
 namespace {
 
-constexpr std::string_view stored_description = "Storage files";
-constexpr std::string_view stored_filter = "*.qfp; *.trf";
-constexpr std::string_view overwrite_warning = "Current network will be overwritten!";
-
-bool ask_stored_name(PassiveDesk& desk);
 TransferDialect dialect_of(const PassiveRequest& request);
-bool fits(const PassiveDesk& desk, std::string_view name) {
-    return name.size() <= desk.session.filter_file.bytes.size();
-}
 
 }  // namespace
 
 void save_circuit_file(PassiveDesk& desk) {
-    if (desk.filter.circuit.klast == 0) return refuse(desk, data_unavailable);
-    if (desk.session.filter_file.is_blank() && !ask_stored_name(desk)) return;
-    const FileStatus status = save_circuit(desk.session.filter_file.trimmed(), desk.filter, desk.session.TITLE);
-    if (status != FileStatus::done) return refuse(desk, message_of(status));
-    tell_done(desk);
+    if (save(kept(desk))) report_done(desk);
 }
 
 void save_circuit_as(PassiveDesk& desk) {
-    if (ask_stored_name(desk)) save_circuit_file(desk);
+    if (save_as(kept(desk))) report_done(desk);
 }
 
 void read_circuit_file(PassiveDesk& desk, bool name_given) {
-    std::string name = desk.session.filter_file.text();
-    if (!name_given) {
-        if (desk.reporter.message(overwrite_warning, "Warning", Buttons::yes_no) != Answer::yes) return;
-        const auto chosen = ask_file(
-            desk,
-            {.caption = "Open a stored filter text file", .description = stored_description, .filter = stored_filter});
-        if (!chosen) return;
-        name = *chosen;
-    }
-    PassiveFilter stored;
-    FixedText<80> title;
-    const FileStatus status = read_circuit(name, stored, title);
-    if (status != FileStatus::done) return refuse(desk, message_of(status));
-    if (!name_given) {
-        static_cast<void>(push_undo(desk.filter, desk.session.TITLE, desk.state));
-        desk.state.opened = true;
-    }
-    desk.filter = stored;
-    desk.session.TITLE = title;
-    desk.session.filter_file = fits(desk, name) ? std::string_view(name) : std::string_view{};
+    if (!read(kept(desk), name_given)) return;
     desk.state.lastBranch = 1;
     show_circuit(desk);
 }
@@ -68,7 +35,7 @@ void write_text_file(PassiveDesk& desk) {
     add(showCircuit(desk.filter.circuit, 1, desk.session.units));
     lines.emplace_back("");
     add(partsList(desk.filter.circuit, false, desk.session.units));
-    write_lines(desk, lines, ExtSlot::report);
+    if (write_lines(desk, lines, ExtSlot::report)) report_done(desk);
 }
 
 void write_transfer(PassiveDesk& desk) {
@@ -92,7 +59,7 @@ void write_transfer(PassiveDesk& desk) {
         desk, {.caption = select_file, .description = "Netlists", .filter = "*.ckt;*.s2p;*.m", .to_write = true});
     if (!name) return;
     if (!write_whole(transfer_file_name(*name, request), text)) return refuse(desk, file_not_opened);
-    tell_done(desk);
+    report_done(desk);
 }
 
 void write_pole_zero(PassiveDesk& desk) {
@@ -104,7 +71,9 @@ void write_pole_zero(PassiveDesk& desk) {
     const bool is_data = name->ends_with(EXT(static_cast<int>(ExtSlot::factored_data)));
     const auto lines =
         pole_zero_lines(desk.filter.transfer, desk.filter.spec.medium != lumped, desk.session.TITLE.trimmed());
-    write_text(desk, is_data ? *name : file_name(*name, ExtSlot::pole_zero), joined_lines(lines));
+    if (write_text(desk, is_data ? *name : file_name(*name, ExtSlot::pole_zero), joined_lines(lines))) {
+        report_done(desk);
+    }
 }
 
 namespace {
@@ -113,18 +82,6 @@ namespace {
 TransferDialect dialect_of(const PassiveRequest& request) {
     return dialect_name(request.dialect) == modern_dialect(request.file_type) ? TransferDialect::modern
                                                                               : TransferDialect::classic;
-}
-
-bool ask_stored_name(PassiveDesk& desk) {
-    const auto name = ask_file(
-        desk, {.caption = select_file, .description = stored_description, .filter = stored_filter, .to_write = true});
-    if (!name) return false;
-    if (!fits(desk, *name)) {
-        refuse(desk, "File could not be opened");
-        return false;
-    }
-    desk.session.filter_file = std::string_view(*name);
-    return true;
 }
 
 }  // namespace

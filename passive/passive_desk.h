@@ -3,21 +3,14 @@
 
 #include "passive/passive_filter.h"
 #include "passive/passive_request.h"
-#include "shell/analysis_result.h"
+#include "segment/kept_filter.h"
 #include "shell/frequency_request.h"
-#include "shell/plot.h"
-#include "shell/reporter.h"
-#include "shell/session.h"
-#include "shell/window_layer.h"
 
 namespace kavrel {
 
 // What the Segment keeps from command to command beside the filter.
 struct PassiveState {
-    int undoTop = 0;            // the snapshot that the next "undo" reads
-    int undoCount = 0;          // the highest one in use
-    bool opened = false;        // a circuit was opened or recalled: "undo" may lead to one of another file and title
-    FixedText<256> stored_for;  // the session's stored file when "sto " was given
+    KeptState kept;
     bool recording = false;     // of a macro, into
     FixedText<256> macro_file;  // the file of this name
     bool suppress = false;      // "*** done ***" goes to the report instead of a box, and edits show no circuit
@@ -25,15 +18,10 @@ struct PassiveState {
     FrequencyGrid analysed;     // what the last analysis was asked for; of some it may have no row
 };
 
-struct PassiveDesk {
-    Session& session;
+struct PassiveDesk : Desk {
     PassiveFilter& filter;
     PassiveState& state;
     PassiveRequest& command;
-    AnalysisResult& results;
-    PlotWindow& plot;
-    Reporter& reporter;
-    WindowLayer& window;
 };
 
 }  // namespace kavrel

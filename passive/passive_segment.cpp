@@ -1,7 +1,5 @@
 #include "passive/passive_segment.h"
 
-#include <array>
-
 #include "passive/analysis_commands.h"
 #include "passive/edits.h"
 #include "passive/file_commands.h"
@@ -12,13 +10,6 @@ namespace kavrel {
 
 namespace {
 
-using Command = void (*)(PassiveDesk& desk);
-
-struct WordRow {
-    CommandKeyword word;
-    Command perform;  // null until the command is built
-};
-
 constexpr int compact_from = 130;  // cells in use
 constexpr CommandKeyword read_word("read");
 constexpr CommandKeyword show_word("show");
@@ -28,70 +19,66 @@ void leave(PassiveDesk&) {}
 
 void read(PassiveDesk& desk) { read_circuit_file(desk, false); }
 
-constexpr WordRow rows[] = {{"tp  ", nullptr},
-                            {"ib  ", nullptr},
-                            {"rs  ", nullptr},
-                            {"fs  ", nullptr},
-                            {"ins ", insert_branch},
-                            {"del ", delete_branch},
-                            {"show", show},
-                            {"tr  ", nullptr},
-                            {"pri ", choose_print},
-                            {"    ", leave},
-                            {"com ", nullptr},
-                            {"pltf", plot_frequency},
-                            {"dual", nullptr},
-                            {"be  ", nullptr},
-                            {"save", save_circuit_file},
-                            {"freq", analyse_frequency},
-                            {"lat ", nullptr},
-                            {"incl", nullptr},
-                            {"squ ", nullptr},
-                            {"spl ", nullptr},
-                            {"file", write_transfer},
-                            {"text", write_text_file},
-                            {"equ ", nullptr},
-                            {"pz  ", write_pole_zero},
-                            {"flip", nullptr},
-                            {"lce ", nullptr},
-                            {"sto ", store_circuit},
-                            {"rcl ", recall_circuit},
-                            {"disp", display_design},
-                            {"ch  ", change_branch},
-                            {"lbl ", change_title},
-                            {"time", analyse_time},
-                            {"list", list},
-                            {"plpr", print_plot_window},
-                            {"sprd", spread},
-                            {"res ", resonance},
-                            {"pref", nullptr},
-                            {"tabf", tabulate_frequency},
-                            {"xr  ", nullptr},
-                            {"undo", undo_edit},
-                            {"ecm ", nullptr},
-                            {"copy", copy_branch},
-                            {"read", read},
-                            {"prf ", display_function},
-                            {"wave", nullptr},
-                            {"xch ", nullptr},
-                            {"ct  ", nullptr},
-                            {"cq  ", nullptr},
-                            {"mtr ", nullptr},
-                            {"pltt", plot_time},
-                            {"tabt", tabulate_time},
-                            {"supp", suppress},
-                            {"redo", redo_edit},
-                            {"writ", start_macro},
-                            {"clos", stop_macro},
-                            {"non ", phase_nonlinearity},
-                            {"nonp", print_phase_nonlinearity},
-                            {"conv", nullptr}};
-
-constexpr auto words = [] {
-    std::array<CommandKeyword, std::size(rows)> table;
-    for (std::size_t i = 0; i < table.size(); ++i) table[i] = rows[i].word;
-    return table;
-}();
+constexpr CommandTable commands({
+    Command<PassiveDesk>{"tp  "},
+    {"ib  "},
+    {"rs  "},
+    {"fs  "},
+    {"ins ", insert_branch},
+    {"del ", delete_branch},
+    {"show", show},
+    {"tr  "},
+    {"pri ", choose_print},
+    {"    ", leave},
+    {"com "},
+    {"pltf", plot_frequency},
+    {"dual"},
+    {"be  "},
+    {"save", save_circuit_file},
+    {"freq", analyse_frequency},
+    {"lat "},
+    {"incl"},
+    {"squ "},
+    {"spl "},
+    {"file", write_transfer},
+    {"text", write_text_file},
+    {"equ "},
+    {"pz  ", write_pole_zero},
+    {"flip"},
+    {"lce "},
+    {"sto ", store_circuit},
+    {"rcl ", recall_circuit},
+    {"disp", display_design},
+    {"ch  ", change_branch},
+    {"lbl ", change_title},
+    {"time", analyse_time},
+    {"list", list},
+    {"plpr", [](PassiveDesk& desk) { print_plot_window(desk); }},
+    {"sprd", spread},
+    {"res ", resonance},
+    {"pref"},
+    {"tabf", tabulate_frequency},
+    {"xr  "},
+    {"undo", undo_edit},
+    {"ecm "},
+    {"copy", copy_branch},
+    {"read", read},
+    {"prf ", display_function},
+    {"wave"},
+    {"xch "},
+    {"ct  "},
+    {"cq  "},
+    {"mtr "},
+    {"pltt", plot_time},
+    {"tabt", tabulate_time},
+    {"supp", suppress},
+    {"redo", redo_edit},
+    {"writ", start_macro},
+    {"clos", stop_macro},
+    {"non ", phase_nonlinearity},
+    {"nonp", print_phase_nonlinearity},
+    {"conv"},
+});
 
 // The store is empty: kind, band and quarter-wave frequency are all that is known of a circuit to be typed in.
 void begin_empty(PassiveFilter& filter) {
@@ -106,9 +93,9 @@ void begin_empty(PassiveFilter& filter) {
 
 // A circuit that comes from elsewhere: its name is not known yet, and what was done to the former one is over.
 void enter(PassiveDesk& desk, int entry) {
-    desk.state.undoTop = 0;
-    desk.state.undoCount = 0;
-    desk.state.opened = false;
+    desk.state.kept.undoTop = 0;
+    desk.state.kept.undoCount = 0;
+    desk.state.kept.opened = false;
     desk.state.lastBranch = 1;
     switch (entry) {
         case passive_entry::analysis:
@@ -125,12 +112,7 @@ void enter(PassiveDesk& desk, int entry) {
 
 }  // namespace
 
-std::span<const CommandKeyword> passive_words() { return words; }
-
-bool passive_performs(const CommandKeyword& word) {
-    const auto place = match_command(word, words);
-    return place && rows[*place].perform != nullptr;
-}
+CommandWords passive_words() { return commands.words(); }
 
 void passiveSegment(PassiveDesk& desk) {
     int& entry = desk.session.entry(SegmentId::passive);
@@ -142,13 +124,12 @@ void passiveSegment(PassiveDesk& desk) {
     entry = passive_entry::ordinary_command;
     if (desk.filter.circuit.ilast >= compact_from) compactValues(desk.filter.circuit);
 
-    const auto place = match_command(cell, words);
     if (name_given && cell == read_word) {
         read_circuit_file(desk, true);
-    } else if (place && rows[*place].perform != nullptr) {
-        rows[*place].perform(desk);
+        cell = {};
+    } else {
+        commands.run(desk, cell);
     }
-    cell = {};
     desk.command.title = desk.session.TITLE;
 }
 

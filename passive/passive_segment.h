@@ -1,11 +1,9 @@
 // The passive Segment: commands on a circuit.
 #pragma once
 
-#include <span>
-
 #include "passive/passive_desk.h"
 #include "passive/passive_forms.h"
-#include "shell/commands.h"
+#include "segment/command_table.h"
 
 namespace kavrel {
 
@@ -19,10 +17,7 @@ inline constexpr int stored_lattice = -6;  // a stored lattice is recalled, with
 }  // namespace passive_entry
 
 // The words that the Segment knows, in the order in which it looks them up.
-[[nodiscard]] std::span<const CommandKeyword> passive_words();
-
-// Whether the Segment has a routine behind a word of its table.
-[[nodiscard]] bool passive_performs(const CommandKeyword& word);
+[[nodiscard]] CommandWords passive_words();
 
 // Performs the one command in the Segment's cell, then clears the cell. A word that is in no table is ignored. An entry
 // other than an ordinary command comes first: what was to be undone is forgotten, since it belongs to another circuit.

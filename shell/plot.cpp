@@ -53,17 +53,6 @@ void PlotSurface::line(PlotPoint from, PlotPoint to, PlotPen pen) {
 
 // ---- the window ----
 
-int plot_print_id(string_view owner) {
-    switch (owner.empty() ? ' ' : owner.front()) {
-        case 'd': return 161;
-        case 'f': return 162;
-        case 'a': return 163;
-        case 'l': return 168;
-        case 'n': return 154;
-        default: return 160;
-    }
-}
-
 PlotVerdict plot_two(PlotWindow& window, const PlotRequest& request, const UnitSet& units) {
     const std::size_t n = request.x.size();
     const bool has_y2 = !request.y2.empty();
@@ -73,7 +62,7 @@ PlotVerdict plot_two(PlotWindow& window, const PlotRequest& request, const UnitS
 
     PlotWindow fresh;  // the request may look into the old one
     fresh.open = true;
-    fresh.print_id = plot_print_id(request.owner);
+    fresh.print_id = request.print_id;
     fresh.point_count = static_cast<int>(n);
     fresh.has_y2 = has_y2;
     fresh.TITLE = request.title;

@@ -139,12 +139,8 @@ struct PlotRequest {
     std::string_view y1_label{};
     std::string_view y2_label{};
     std::string_view title{};
-    std::string_view owner{};  // by its first letter: see plot_print_id
+    int print_id = 0;  // see PlotWindow
 };
-
-// The event id of the window's item "&Print": 160 passive (blank), 161 IIR digital ("d"), 162 FIR digital ("f"),
-// 163 active ("a"), 168 lattice ("l"), 154 phase nonlinearity ("n").
-[[nodiscard]] int plot_print_id(std::string_view owner);
 
 // Opens the window with new curves of equally many points, 2 to 1002. Values that are not finite have no share in the
 // axes and are not drawn. On any verdict but ok the window stays as it was.

@@ -86,7 +86,7 @@ PlotVerdict plot_results(const PlotChoice& choice, const PlotSource& source, con
                      .y1_label = results.y1_label.trimmed(),
                      .y2_label = results.y2_label.trimmed(),
                      .title = results.TITLE.trimmed(),
-                     .owner = source.owner},
+                     .print_id = source.print_id},
                     units);
 }
 

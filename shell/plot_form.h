@@ -42,8 +42,8 @@ struct PlotSource {
     AnalysisResult::Kind kind;
     std::span<const CurveRow> curves;
     std::string_view x_label;
-    double x_unit;           // of the limits, in the unit of the x column
-    std::string_view owner;  // as `plot_print_id` takes it
+    double x_unit;  // of the limits, in the unit of the x column
+    int print_id;   // see PlotWindow
 };
 
 // Copies the chosen curves, between the limits, into X_DATA, Y1_DATA and Y2_DATA, and from there into the window. Told

@@ -1,19 +1,10 @@
 #include "synthesis/ladder_segment.h"
 
-#include <array>
-
 #include "synthesis/synthesis_report.h"
 
 namespace kavrel {
 
 namespace {
-
-using Command = void (*)(LadderDesk& desk);
-
-struct WordRow {
-    CommandKeyword word;
-    Command perform;  // null until the command is built
-};
 
 void report(LadderDesk& desk, const std::vector<std::string>& lines) {
     for (const std::string& line : lines) desk.reporter.report_line(line);
@@ -25,16 +16,22 @@ void show_result(LadderDesk& desk) {
     }
 }
 
-constexpr WordRow rows[] = {{"in  ", nullptr}, {"es  ", nullptr}, {"os  ", nullptr},    {"ed  ", nullptr},
-                            {"od  ", nullptr}, {"ue  ", nullptr}, {"pri", show_result}, {"nout", nullptr},
-                            {"imp ", nullptr}, {"d   ", nullptr}, {"p   ", nullptr},    {"z   ", nullptr},
-                            {"i   ", nullptr}, {"adm ", nullptr}, {"s   ", nullptr},    {"c   ", nullptr}};
-
-constexpr auto words = [] {
-    std::array<CommandKeyword, std::size(rows)> table;
-    for (std::size_t i = 0; i < table.size(); ++i) table[i] = rows[i].word;
-    return table;
-}();
+constexpr CommandTable commands({Command<LadderDesk>{"in  "},
+                                 {"es  "},
+                                 {"os  "},
+                                 {"ed  "},
+                                 {"od  "},
+                                 {"ue  "},
+                                 {"pri", show_result},
+                                 {"nout"},
+                                 {"imp "},
+                                 {"d   "},
+                                 {"p   "},
+                                 {"z   "},
+                                 {"i   "},
+                                 {"adm "},
+                                 {"s   "},
+                                 {"c   "}});
 
 SynthesisOutcome synthesise_design(LadderDesk& desk) {
     LadderWork& work = desk.work;
@@ -59,12 +56,7 @@ SynthesisOutcome synthesise_design(LadderDesk& desk) {
 
 }  // namespace
 
-std::span<const CommandKeyword> ladder_words() { return words; }
-
-bool ladder_performs(const CommandKeyword& word) {
-    const auto place = match_command(word, words);
-    return place && rows[*place].perform != nullptr;
-}
+CommandWords ladder_words() { return commands.words(); }
 
 void ladderSegment(LadderDesk& desk) {
     int& entry = desk.session.entry(SegmentId::ladder);
@@ -72,10 +64,10 @@ void ladderSegment(LadderDesk& desk) {
     if (entry == ladder_entry::designed) {
         entry = ladder_entry::ordinary_command;
         desk.work.outcome = synthesise_design(desk);
-    } else if (const auto place = match_command(cell, words); place && rows[*place].perform != nullptr) {
-        rows[*place].perform(desk);
+        cell = {};
+    } else {
+        commands.run(desk, cell);
     }
-    cell = {};
 }
 
 }  // namespace kavrel

@@ -1,9 +1,7 @@
 // The ladder synthesis Segment: from a finished approximation to a circuit.
 #pragma once
 
-#include <span>
-
-#include "shell/commands.h"
+#include "segment/command_table.h"
 #include "synthesis/ladder_desk.h"
 
 namespace kavrel {
@@ -15,10 +13,7 @@ inline constexpr int designed = 1;  // an approximation is ready: the form comes
 }  // namespace ladder_entry
 
 // The words that the Segment knows, in the order in which it looks them up.
-[[nodiscard]] std::span<const CommandKeyword> ladder_words();
-
-// Whether the Segment has a routine behind a word of its table.
-[[nodiscard]] bool ladder_performs(const CommandKeyword& word);
+[[nodiscard]] CommandWords ladder_words();
 
 // Entered with a design: asks for the form, synthesises, and writes the report; `LadderWork::outcome` tells the rest.
 // Otherwise performs the one command in the Segment's cell. A word that is in no table is ignored.

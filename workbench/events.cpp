@@ -238,7 +238,7 @@ void open_stored_filter(Workbench& bench, std::string_view name) {
         bench.reporter.message("File is no stored filter", "Error");
         return;
     }
-    if (room->performs == nullptr || !room->performs("read")) {
+    if (!room->commands().performs("read")) {
         not_implemented(bench);
         return;
     }

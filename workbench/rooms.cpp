@@ -14,6 +14,15 @@ namespace kavrel {
 
 namespace {
 
+// What every Segment that analyses works on.
+Desk desk(Workbench& bench) {
+    return {.session = bench.session,
+            .reporter = bench.reporter,
+            .window = bench.window,
+            .results = bench.results,
+            .plot = bench.plot};
+}
+
 void run_fir(Workbench& bench) {
     FirDesk desk = fir_desk(bench);
     firSegment(desk);
@@ -30,7 +39,7 @@ void run_passive(Workbench& bench) {
 std::string_view passive_file_refusal(std::string_view name) {
     const auto filter = std::make_unique<PassiveFilter>();
     FixedText<80> title;
-    return message_of(read_circuit(name, *filter, title));
+    return message_of(read_filter(name, circuit_forms, *filter, title));
 }
 
 void run_ladder(Workbench& bench) {
@@ -49,7 +58,6 @@ constexpr Room rooms[] = {
      .menu = passive_menu,
      .words = passive_words,
      .command_request = passive_command_request,
-     .performs = passive_performs,
      .run = run_passive,
      .recall_entry = passive_entry::stored_circuit,
      .file_refusal = passive_file_refusal},
@@ -72,7 +80,6 @@ constexpr Room rooms[] = {
      .menu = fir_menu,
      .words = fir_words,
      .command_request = fir_command_request,
-     .performs = fir_performs,
      .run = run_fir},
     {.id = SegmentId::ladder,
      .name = "ladder",
@@ -80,7 +87,6 @@ constexpr Room rooms[] = {
      .file_letter = ' ',
      .menu = ladder_menu,
      .words = ladder_words,
-     .performs = ladder_performs,
      .run = run_ladder},
     {.id = SegmentId::lattice,
      .name = "lattice",
@@ -108,7 +114,7 @@ void enter_segment(Workbench& bench, SegmentId id) {
 }
 
 void send_command(Workbench& bench, const Room& room, std::string_view word, const Form* form) {
-    if (room.performs == nullptr || !room.performs(CommandKeyword(word))) {
+    if (!room.commands().performs(CommandKeyword(word))) {
         not_implemented(bench);
         return;
     }
@@ -117,24 +123,10 @@ void send_command(Workbench& bench, const Room& room, std::string_view word, con
     room.run(bench);
 }
 
-FirDesk fir_desk(Workbench& bench) {
-    return {.session = bench.session,
-            .request = bench.fir_request,
-            .filter = bench.fir,
-            .results = bench.results,
-            .command = bench.fir_command,
-            .reporter = bench.reporter};
-}
+FirDesk fir_desk(Workbench& bench) { return {desk(bench), bench.fir_request, bench.fir, bench.fir_command}; }
 
 PassiveDesk passive_desk(Workbench& bench) {
-    return {.session = bench.session,
-            .filter = bench.passive,
-            .state = bench.passive_state,
-            .command = bench.passive_command,
-            .results = bench.results,
-            .plot = bench.plot,
-            .reporter = bench.reporter,
-            .window = bench.window};
+    return {desk(bench), bench.passive, bench.passive_state, bench.passive_command};
 }
 
 LadderDesk ladder_desk(Workbench& bench) {

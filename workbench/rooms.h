@@ -3,6 +3,7 @@
 
 #include <span>
 
+#include "segment/command_table.h"
 #include "shell/menu.h"
 #include "workbench/workbench.h"
 
@@ -14,12 +15,13 @@ struct Room {
     std::string_view title;  // of the main window
     char file_letter;        // the last letter of its stored filter's extension, or blank
     std::span<const MenuItem> menu = {};
-    std::span<const CommandKeyword> (*words)() = nullptr;    // its command table
-    void* (*command_request)(Workbench& bench) = nullptr;    // the record of its commands' forms
-    bool (*performs)(const CommandKeyword& word) = nullptr;  // whether a word has a routine
-    void (*run)(Workbench& bench) = nullptr;                 // performs the command in the Segment's cell
-    int recall_entry = 0;                                    // entry code of "read" for a file whose name is given
+    CommandWords (*words)() = nullptr;                     // of its command table
+    void* (*command_request)(Workbench& bench) = nullptr;  // the record of its commands' forms
+    void (*run)(Workbench& bench) = nullptr;               // performs the command in the Segment's cell
+    int recall_entry = 0;                                  // entry code of "read" for a file whose name is given
     std::string_view (*file_refusal)(std::string_view name) = nullptr;  // why a stored filter is not read, or blank
+
+    [[nodiscard]] CommandWords commands() const { return words == nullptr ? CommandWords{} : words(); }
 };
 
 [[nodiscard]] const Room& room_of(SegmentId id);

@@ -23,8 +23,8 @@ constexpr CommandKeyword lattice_table[] = {
 
 }  // namespace
 
-std::span<const CommandKeyword> active_words() { return active_table; }
-std::span<const CommandKeyword> iir_words() { return iir_table; }
-std::span<const CommandKeyword> lattice_words() { return lattice_table; }
+CommandWords active_words() { return {.words = active_table}; }
+CommandWords iir_words() { return {.words = iir_table}; }
+CommandWords lattice_words() { return {.words = lattice_table}; }
 
 }  // namespace kavrel

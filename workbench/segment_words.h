@@ -2,14 +2,12 @@
 // looks them up. None of them has a routine yet.
 #pragma once
 
-#include <span>
-
-#include "shell/commands.h"
+#include "segment/command_table.h"
 
 namespace kavrel {
 
-[[nodiscard]] std::span<const CommandKeyword> active_words();
-[[nodiscard]] std::span<const CommandKeyword> iir_words();
-[[nodiscard]] std::span<const CommandKeyword> lattice_words();
+[[nodiscard]] CommandWords active_words();
+[[nodiscard]] CommandWords iir_words();
+[[nodiscard]] CommandWords lattice_words();
 
 }  // namespace kavrel

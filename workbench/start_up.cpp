@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "shell/file_operation.h"
+#include "segment/file_operation.h"
 #include "shell/fixed_text.h"
 #include "shell/settings.h"
 #include "workbench/events.h"

@@ -34,7 +34,7 @@ PlotWindow two_curves() {
                           .y1_label = "Loss (dB)",
                           .y2_label = "Delay (sec)",
                           .title = "<New Filter>",
-                          .owner = "f"},
+                          .print_id = 162},
                          UnitSet{})
                     .ok());
     return window;

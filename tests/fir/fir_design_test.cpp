@@ -25,7 +25,8 @@ struct FirDesign : testing::Test {
     FirFilter filter;
     AnalysisResult results;
     FirCommandRequest command;
-    FirDesk desk{session, request, filter, results, command, reporter};
+    PlotWindow plot;
+    FirDesk desk{{session, reporter, window, results, plot}, request, filter, command};
 
     void ask(int length, FirSpecification specification, std::initializer_list<std::array<double, 4>> bands) {
         request.filter_length = length;

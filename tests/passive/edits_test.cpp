@@ -70,7 +70,7 @@ TEST_F(Edits, EveryConditionHasItsMessageAndEveryGoodRowNone) {
         EXPECT_EQ(boxes(), row.box);
         if (!row.box.empty()) {
             EXPECT_TRUE(filter.circuit == before.circuit && filter.mod == before.mod) << "a refusal leaves no trace";
-            EXPECT_EQ(state.undoTop, 0);
+            EXPECT_EQ(state.kept.undoTop, 0);
             EXPECT_TRUE(window.lines.empty());
             continue;
         }
@@ -265,7 +265,7 @@ TEST_F(Edits, EntriesStartAnew) {
     session.entry(SegmentId::passive) = passive_entry::synthesised;
     send("show");
     EXPECT_EQ(filter.mod, 0.0F);
-    EXPECT_EQ(state.undoTop, 0);
+    EXPECT_EQ(state.kept.undoTop, 0);
     EXPECT_TRUE(session.filter_file.is_blank()) << "a new circuit does not overwrite the file of another";
     session.entry(SegmentId::passive) = passive_entry::analysis;
     send("list");

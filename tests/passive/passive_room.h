@@ -28,7 +28,7 @@ struct PassiveRoom {
     PassiveRequest command;
     AnalysisResult results;
     PlotWindow plot;
-    PassiveDesk desk{session, filter, state, command, results, plot, reporter, window};
+    PassiveDesk desk{{session, reporter, window, results, plot}, filter, state, command};
 
     // Fills a form in and presses OK; false when it was refused or a value does not fit.
     bool fill(const Form& form, Entries entries) {

@@ -48,7 +48,7 @@ T number_at(std::string_view bytes, std::size_t place) {
 bool reads(std::string_view bytes, PassiveFilter& found, FixedText<80>& title) {
     const std::string before = bytes_of(found);
     const std::string title_before = title.text();
-    if (read_stored_circuit(bytes, found, title)) return true;
+    if (take_form(circuit_forms, bytes, found, title)) return true;
     EXPECT_EQ(bytes_of(found), before);
     EXPECT_EQ(title.text(), title_before);
     return false;
@@ -70,8 +70,8 @@ TEST(StoredCircuit, ComesBackToTheLastBit) {
         PassiveFilter found = maker.filter();
         FixedText<80> found_title;
         ASSERT_TRUE(sound_store(filter.circuit)) << round;
-        ASSERT_EQ(save_circuit("some", filter, title), FileStatus::done) << round;
-        ASSERT_EQ(read_circuit("some", found, found_title), FileStatus::done) << round;
+        ASSERT_EQ(save_filter("some", circuit_forms, filter, title), FileStatus::done) << round;
+        ASSERT_EQ(read_filter("some", circuit_forms, found, found_title), FileStatus::done) << round;
         EXPECT_TRUE(bytes_of(found) == bytes_of(filter)) << round;
         EXPECT_EQ(found_title.bytes, title.bytes);
     }
@@ -106,6 +106,20 @@ TEST(StoredCircuit, RecordsHaveTheirLengthsAndPlaces) {
     EXPECT_EQ(number_at<double>(records[10], 5), c.fnorm);
 }
 
+// An edit may have made a value infinite: a snapshot holds it all the same. Its record 8 is the normalisation
+// frequency.
+TEST(StoredCircuit, SnapshotsHoldNumbersThatAreNotFinite) {
+    PassiveFilter filter = FilterMaker(11).filter();
+    filter.circuit.VALUE(1) = std::numeric_limits<double>::infinity();
+    const std::string bytes = circuit_keeping.snapshot.bytes(filter, "title");
+    EXPECT_EQ(number_at<double>(payloads(bytes)[7], 0), filter.circuit.fnorm);
+    EXPECT_EQ(payloads(bytes)[10].size(), 48U);
+    PassiveFilter found;
+    FixedText<80> title;
+    ASSERT_TRUE(circuit_keeping.snapshot.take(bytes, found, title));
+    EXPECT_TRUE(bytes_of(found) == bytes_of(filter));
+}
+
 void expect_circuit_from_elsewhere(const PassiveFilter& filter, double tolerance) {
     const Circuit& c = filter.circuit;
     EXPECT_FALSE(filter.designed);
@@ -134,13 +148,13 @@ TEST(StoredCircuit, AFileOfTheToldRecordsOrLinesAloneIsReadToo) {
     const std::string folder = TEST_DATA "/passive/";
     PassiveFilter filter = FilterMaker(3).filter();
     FixedText<80> title = "before";
-    ASSERT_EQ(read_circuit(folder + "told_records.qfp", filter, title), FileStatus::done);
+    ASSERT_EQ(read_filter(folder + "told_records.qfp", circuit_forms, filter, title), FileStatus::done);
     expect_circuit_from_elsewhere(filter, 0);
     EXPECT_TRUE(title.is_blank());
     EXPECT_EQ(filter.circuit.fnorm, 1.5e9) << "lines are a quarter wave long";
 
     filter = FilterMaker(3).filter();
-    ASSERT_EQ(read_circuit(folder + "told_lines.trf", filter, title), FileStatus::done);
+    ASSERT_EQ(read_filter(folder + "told_lines.trf", circuit_forms, filter, title), FileStatus::done);
     expect_circuit_from_elsewhere(filter, 5e-9);
     EXPECT_EQ(title, std::string_view("A circuit from elsewhere"));
     EXPECT_EQ(filter.circuit.fa, 1e8);
@@ -345,8 +359,8 @@ TEST(StoredCircuit, TextKeepsEightDigits) {
         c.MODE_IM.fill(maker.value() * 1e-7);
         PassiveFilter found = maker.filter();
         FixedText<80> title;
-        ASSERT_EQ(save_circuit("some.trf", filter, "a\ttitle\n"), FileStatus::done);
-        ASSERT_EQ(read_circuit("some.trf", found, title), FileStatus::done);
+        ASSERT_EQ(save_filter("some.trf", circuit_forms, filter, "a\ttitle\n"), FileStatus::done);
+        ASSERT_EQ(read_filter("some.trf", circuit_forms, found, title), FileStatus::done);
         EXPECT_EQ(title, std::string_view("a title"));
         EXPECT_EQ(found.circuit.INDX1, c.INDX1);
         EXPECT_FALSE(found.designed);
@@ -361,7 +375,7 @@ TEST(StoredCircuit, TextKeepsEightDigits) {
         }
         std::string text = circuit_text(found, title);
         PassiveFilter again;
-        ASSERT_TRUE(read_stored_circuit(text, again, title));
+        ASSERT_TRUE(take_form(circuit_forms, text, again, title));
         EXPECT_EQ(circuit_text(again, title), text) << "nothing is lost any more";
         std::ranges::replace(text, 'D', 'E');
         for (auto end = text.find('\n'); end != std::string::npos; end = text.find('\n', end + 2))
@@ -375,51 +389,51 @@ TEST(StoredCircuit, FilesAreNamedAndRefusedAsTold) {
     const PassiveFilter filter = six_branches();
     PassiveFilter found;
     FixedText<80> title = "before";
-    EXPECT_EQ(save_circuit("one", filter, "t"), FileStatus::done);
-    EXPECT_EQ(save_circuit("two.dat", filter, "t"), FileStatus::done);
-    EXPECT_EQ(save_circuit("three.qfp", filter, "t"), FileStatus::done);
-    EXPECT_EQ(save_circuit("four.trf", filter, "t"), FileStatus::done);
+    EXPECT_EQ(save_filter("one", circuit_forms, filter, "t"), FileStatus::done);
+    EXPECT_EQ(save_filter("two.dat", circuit_forms, filter, "t"), FileStatus::done);
+    EXPECT_EQ(save_filter("three.qfp", circuit_forms, filter, "t"), FileStatus::done);
+    EXPECT_EQ(save_filter("four.trf", circuit_forms, filter, "t"), FileStatus::done);
     for (const char* name : {"one.qfp", "two.qfp", "three.qfp", "four.trf"}) {
         EXPECT_TRUE(std::filesystem::exists(name)) << name;
-        EXPECT_EQ(read_circuit(name, found, title), FileStatus::done) << name;
+        EXPECT_EQ(read_filter(name, circuit_forms, found, title), FileStatus::done) << name;
     }
     std::filesystem::rename("four.trf", "five.qfp");
-    EXPECT_EQ(read_circuit("five", found, title), FileStatus::done) << "known by its first bytes";
+    EXPECT_EQ(read_filter("five", circuit_forms, found, title), FileStatus::done) << "known by its first bytes";
 
     const std::string before = bytes_of(found);
     std::filesystem::create_directory("folder.qfp");
     write_text("empty.qfp", "");
     write_text("foreign.qfp", "something else");
-    EXPECT_EQ(message_of(read_circuit("none", found, title)), "File was not found");
-    EXPECT_EQ(message_of(read_circuit("folder", found, title)), "File could not be opened");
-    EXPECT_EQ(message_of(read_circuit("empty", found, title)), "Error encountered in reading the file");
-    EXPECT_EQ(message_of(read_circuit("foreign", found, title)), "Error encountered in reading the file");
+    EXPECT_EQ(message_of(read_filter("none", circuit_forms, found, title)), "File was not found");
+    EXPECT_EQ(message_of(read_filter("folder", circuit_forms, found, title)), "File could not be opened");
+    EXPECT_EQ(message_of(read_filter("empty", circuit_forms, found, title)), "Error encountered in reading the file");
+    EXPECT_EQ(message_of(read_filter("foreign", circuit_forms, found, title)), "Error encountered in reading the file");
     EXPECT_EQ(bytes_of(found), before);
-    EXPECT_EQ(message_of(save_circuit("missing/one", filter, "t")), "File could not be written");
-    EXPECT_EQ(message_of(save_circuit("folder", filter, "t")), "File could not be written");
+    EXPECT_EQ(message_of(save_filter("missing/one", circuit_forms, filter, "t")), "File could not be written");
+    EXPECT_EQ(message_of(save_filter("folder", circuit_forms, filter, "t")), "File could not be written");
 }
 
 TEST(StoredCircuit, WhatCouldNotBeReadAgainDoesNotReplaceAGoodFile) {
     const ScratchFolder folder;
     PassiveFilter filter = six_branches();
-    ASSERT_EQ(save_circuit("good", filter, ""), FileStatus::done);
+    ASSERT_EQ(save_filter("good", circuit_forms, filter, ""), FileStatus::done);
     const std::string bytes = read_text("good.qfp");
     filter.circuit.VALUE(2) = infinite;
-    EXPECT_EQ(save_circuit("good", filter, ""), FileStatus::not_written);
+    EXPECT_EQ(save_filter("good", circuit_forms, filter, ""), FileStatus::not_written);
     EXPECT_EQ(read_text("good.qfp"), bytes);
 }
 
 // Runs in a child that is not the superuser, who may write anywhere.
 TEST(StoredCircuit, AFolderThatMayNotBeWrittenTo) {
     const ScratchFolder folder;
-    ASSERT_EQ(save_circuit("old", six_branches(), "old"), FileStatus::done);
+    ASSERT_EQ(save_filter("old", circuit_forms, six_branches(), "old"), FileStatus::done);
     const std::string bytes = read_text("old.qfp");
     std::filesystem::permissions(".", std::filesystem::perms(0555));
     const pid_t child = fork();
     if (child == 0) {
         if (geteuid() == 0 && setuid(65534) != 0) _exit(2);
-        const bool told = save_circuit("old", PassiveFilter{}, "new") == FileStatus::not_written &&
-                          save_circuit("new", PassiveFilter{}, "new") == FileStatus::not_written;
+        const bool told = save_filter("old", circuit_forms, PassiveFilter{}, "new") == FileStatus::not_written &&
+                          save_filter("new", circuit_forms, PassiveFilter{}, "new") == FileStatus::not_written;
         _exit(told ? 0 : 1);
     }
     int status = 0;
@@ -436,19 +450,19 @@ TEST(StoredCircuit, AKilledSaveLeavesTheOldOrTheNewCircuit) {
     FilterMaker maker(8);
     const PassiveFilter filters[] = {maker.filter(), maker.filter()};
     const std::string contents[] = {stored_circuit_bytes(filters[0], "0"), stored_circuit_bytes(filters[1], "1")};
-    ASSERT_EQ(save_circuit("both", filters[0], "0"), FileStatus::done);
+    ASSERT_EQ(save_filter("both", circuit_forms, filters[0], "0"), FileStatus::done);
     int seen[2] = {};
     for (int kills = 0; kills < 200; ++kills) {
         const pid_t child = fork();
         if (child == 0) {
-            for (int i = kills;; ++i) (void)save_circuit("both", filters[i % 2], i % 2 == 0 ? "0" : "1");
+            for (int i = kills;; ++i) (void)save_filter("both", circuit_forms, filters[i % 2], i % 2 == 0 ? "0" : "1");
         }
         std::this_thread::sleep_for(std::chrono::microseconds(maker.whole(0, 3000)));
         kill(child, SIGKILL);
         ASSERT_EQ(waitpid(child, nullptr, 0), child);
         PassiveFilter found;
         FixedText<80> title;
-        ASSERT_EQ(read_circuit("both", found, title), FileStatus::done) << kills;
+        ASSERT_EQ(read_filter("both", circuit_forms, found, title), FileStatus::done) << kills;
         const std::string stored = read_text("both.qfp");
         ASSERT_TRUE(stored == contents[0] || stored == contents[1]) << kills;
         ++seen[stored == contents[1] ? 1 : 0];
@@ -456,7 +470,7 @@ TEST(StoredCircuit, AKilledSaveLeavesTheOldOrTheNewCircuit) {
     EXPECT_GT(seen[0], 0);
     EXPECT_GT(seen[1], 0);
     // What a kill leaves is at most the one file beside, and the next save takes it away.
-    ASSERT_EQ(save_circuit("both", filters[0], "0"), FileStatus::done);
+    ASSERT_EQ(save_filter("both", circuit_forms, filters[0], "0"), FileStatus::done);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 1);
 }
 

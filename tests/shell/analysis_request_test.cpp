@@ -87,7 +87,7 @@ struct PlotForm : testing::Test {
         }
     }
     std::string_view plot() {
-        const PlotSource source{AnalysisResult::Kind::frequency, curves, "Frequency Hz", 1e3, "n"};
+        const PlotSource source{AnalysisResult::Kind::frequency, curves, "Frequency Hz", 1e3, 154};
         const PlotVerdict verdict = plot_results(choice, source, units, results, window);
         return verdict.text;
     }

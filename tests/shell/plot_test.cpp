@@ -48,7 +48,7 @@ PlotRequest request_of(const Curves& c) {
             .y1_label = "Loss (dB)",
             .y2_label = "Delay (sec)",
             .title = "Low-pass",
-            .owner = ""};
+            .print_id = 160};
 }
 
 TEST(PlotTwo, VerdictsLeaveTheWindowAsItWas) {
@@ -85,18 +85,12 @@ TEST(PlotTwo, VerdictsLeaveTheWindowAsItWas) {
     EXPECT_EQ(plot_svg(*window), "");
 }
 
-TEST(PlotTwo, OwnerTellsThePrintId) {
-    const std::pair<std::string_view, int> rows[] = {{"", 160},       {" ", 160},       {"digital", 161}, {"fir", 162},
-                                                     {"active", 163}, {"lattice", 168}, {"nonlin", 154}};
-    for (const auto& [owner, id] : rows) EXPECT_EQ(plot_print_id(owner), id) << owner;
-}
-
 TEST(PlotTwo, PlotsFromItsOwnArrays) {
     const auto window = std::make_unique<PlotWindow>();
     ASSERT_TRUE(plot_two(*window, request_of(low_pass(100)), {}).ok());
     const std::span<const float> x(window->X_DATA.data(), 100);
     const std::span<const float> y(window->Y2_DATA.data(), 100);
-    ASSERT_TRUE(plot_two(*window, {.x = x, .y1 = y, .y1_label = "Delay (sec)", .owner = "a"}, {}).ok());
+    ASSERT_TRUE(plot_two(*window, {.x = x, .y1 = y, .y1_label = "Delay (sec)", .print_id = 163}, {}).ok());
     EXPECT_EQ(window->Y1_DATA(34), low_pass(100).y2[33]);
     EXPECT_FALSE(window->has_y2);
     EXPECT_EQ(window->print_id, 163);

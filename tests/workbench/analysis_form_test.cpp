@@ -129,7 +129,7 @@ TEST_F(AnalysisRoad, APassiveFilterOpensItsSegmentOnAnEmptyStore) {
     bench->passive.circuit.R1 = 600.0;
     int k = 1;
     ASSERT_EQ(insertBranch(bench->passive.circuit, k, 50.0, 0.0, 0), CircuitVerdict::done);
-    bench->passive_state.undoCount = 3;
+    bench->passive_state.kept.undoCount = 3;
     bench->filter.transfer.poleCount = 5;
     bench->design = DesignOutcome::done;
     const struct {
@@ -163,7 +163,7 @@ TEST_F(AnalysisRoad, APassiveFilterOpensItsSegmentOnAnEmptyStore) {
         EXPECT_EQ(circuit.fs, row.fs);
         EXPECT_EQ(bench->passive.spec.filterType, row.type);
         EXPECT_FALSE(bench->passive.designed);
-        EXPECT_EQ(bench->passive_state.undoCount, 0);
+        EXPECT_EQ(bench->passive_state.kept.undoCount, 0);
         EXPECT_EQ(bench->filter.transfer.poleCount, 0) << "of the former design";
         EXPECT_EQ(bench->design, DesignOutcome::none);
         EXPECT_TRUE(window.boxes.empty());

@@ -53,7 +53,7 @@ TEST(Menus, TablesAreThePlan) {
         EXPECT_EQ(rows, menus[std::string(room->name)]) << room->name;
         if (room->words == nullptr) continue;
         std::string table;
-        for (const CommandKeyword& word : room->words()) {
+        for (const CommandKeyword& word : room->commands().words) {
             if (!table.empty()) table += '|';
             table += word.padded();
         }
@@ -90,9 +90,8 @@ TEST(Menus, LabelsIdsAndWordsLeadToTheirItems) {
             EXPECT_EQ(find_item(room->menu, labels), nullptr) << item.path;
             EXPECT_TRUE(opens_submenu(room->menu, labels)) << item.path;
             if (item.command.empty() || is_manual_word(*room, item.command)) continue;
-            ASSERT_NE(room->words, nullptr) << room->name;
             EXPECT_EQ(item.command.size(), 4U) << item.path;
-            EXPECT_TRUE(match_command(CommandKeyword(item.command), room->words()).has_value()) << item.path;
+            EXPECT_TRUE(room->commands().knows(CommandKeyword(item.command))) << item.path;
         }
     }
 }
@@ -236,7 +235,7 @@ TEST_F(MenuWalk, CommandsReachTheirSegmentOrAreNotImplemented) {
         for (const MenuItem& item : room->menu) {
             if (item.command.empty()) continue;
             const Told told = answer_to(item.id);
-            const bool built = room->performs != nullptr && room->performs(CommandKeyword(item.command));
+            const bool built = room->commands().performs(CommandKeyword(item.command));
             if (!built) {
                 EXPECT_EQ(told, Told{unbuilt}) << room->name << item.path;
                 continue;
@@ -261,8 +260,8 @@ TEST_F(MenuWalk, WhatThePlotWindowSendsReachesItsSegment) {
                 {168, SegmentId::lattice, "plpr"}, {154, SegmentId::passive, "nonp"}};
     for (const auto& row : rows) {
         const Room& room = room_of(row.segment);
-        EXPECT_TRUE(match_command(row.word, room.words()).has_value()) << row.id;
-        const bool built = room.performs != nullptr && room.performs(row.word);
+        EXPECT_TRUE(room.commands().knows(row.word)) << row.id;
+        const bool built = room.commands().performs(row.word);
         EXPECT_EQ(std::ranges::count(answer_to(row.id), unbuilt), built ? 0 : 1) << row.id;
     }
     for (const int nobodys : {155, 164, 167 + 4, 200}) EXPECT_EQ(answer_to(nobodys), Told{unbuilt}) << nobodys;

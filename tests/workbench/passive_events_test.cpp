@@ -76,7 +76,7 @@ TEST_F(PassiveEvents, AStoredFileThatCannotBeReadChangesNothing) {
         EXPECT_EQ(window.boxes.back(), row.box);
         EXPECT_EQ(window.titles.size(), titles) << "the main window's title and menu stay";
         EXPECT_EQ(bench.passive.circuit.klast, 3);
-        EXPECT_EQ(bench.passive_state.undoTop, 3);
+        EXPECT_EQ(bench.passive_state.kept.undoTop, 3);
         EXPECT_EQ(bench.session.filter_file, std::string_view("good"));
 
         Workbench other{window};

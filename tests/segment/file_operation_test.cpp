@@ -1,4 +1,4 @@
-#include "shell/file_operation.h"
+#include "segment/file_operation.h"
 
 #include <filesystem>
 

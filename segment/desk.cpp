@@ -1,0 +1,44 @@
+#include "segment/desk.h"
+
+namespace kavrel {
+
+void refuse(Desk& desk, std::string_view text) { desk.reporter.message(text, "Error"); }
+
+void report_done(Desk& desk) { desk.reporter.message(command_done, "Success"); }
+
+void report_lines(Desk& desk, std::span<const std::string> lines) {
+    for (const std::string& line : lines) desk.reporter.report_line(line);
+}
+
+bool wants_table(Desk& desk) { return desk.reporter.message("Tabulate?", "Question", Buttons::yes_no) == Answer::yes; }
+
+std::optional<std::string> ask_file(Desk& desk, const FileQuery& query) {
+    std::string name = desk.window.choose_file(query);
+    if (!name.empty()) return name;
+    desk.reporter.message("CANCEL", "Warning");
+    return std::nullopt;
+}
+
+bool write_text(Desk& desk, const std::string& path, std::string_view text) {
+    const bool written = write_whole(path, text);
+    if (!written) refuse(desk, "File could not be written");
+    return written;
+}
+
+bool write_lines(Desk& desk, std::span<const std::string> lines, ExtSlot slot) {
+    const std::string filter = "*" + std::string(trim_right(EXT(static_cast<int>(slot))));
+    const auto name =
+        ask_file(desk, {.caption = select_file, .description = "Text files", .filter = filter, .to_write = true});
+    return name && write_text(desk, file_name(*name, slot), joined_lines(lines));
+}
+
+std::string joined_lines(std::span<const std::string> lines) {
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line;
+        text += '\n';
+    }
+    return text;
+}
+
+}  // namespace kavrel

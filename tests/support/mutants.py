@@ -1,0 +1,274 @@
+"""Mutation testing: one small fault at a time in a copy of the product, and do the tests notice? See script/mutants."""
+
+import argparse
+import collections
+import os
+import pathlib
+import re
+import resource
+import shutil
+import subprocess
+import sys
+import time
+
+from random_requests import Draw
+
+top = pathlib.Path(__file__).resolve().parents[2]
+
+# What a mutant is told by: the line's text without its indentation finds it again after code has moved to another file.
+Mutant = collections.namedtuple("Mutant", "file place kind column old new line")
+
+operators = [
+    ("comparison", r" (<|<=|>|>=|==|!=) ", {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=="}),
+    ("operator", r" (\+|-|\*|/|\+=|-=|\*=|/=) ",
+     {"+": "-", "-": "+", "*": "/", "/": "*", "+=": "-=", "-=": "+=", "*=": "/=", "/=": "*="}),
+    ("operator", r"(\+\+|--)", {"++": "--", "--": "++"}),
+    ("operator", r" (&&|\|\|) ", {"&&": "||", "||": "&&"}),
+    ("operator", r"(?<![\w)\]])(!)(?=[\w(])", {"!": ""}),
+    ("operator", r"(?<=[=(,] |.[(\[])(-)(?=[\w(])", {"-": ""}),
+    ("constant", r"\b(true|false)\b", {"true": "false", "false": "true"}),
+    ("constant", r"(?<![\w.\"'])(\d+(?:\.\d+)?(?:e[+-]?\d+)?)(?=[UL]*\b)(?![\w.'])", None),
+]
+statement = re.compile(r"^(?!return\b|else\b|using\b|namespace\b|case\b|friend\b|delete\b)[a-z]\w*(?:(?:\.|->|::)\w+)*"
+                       r"(?:\(|\[| [-+*/]?= |\+\+|--).*;$")
+condition = re.compile(r"^(?:\} else )?(?:if|while) \((.*)\)(?: \{| return.*;| continue;| break;)$")
+
+
+def changed_number(text):
+    if re.fullmatch(r"\d+", text):
+        return str(int(text) + 1)
+    mantissa, exponent, power = text.partition("e")
+    digits = "".join(c for c in mantissa if c.isdigit())
+    return ("0.5" if not digits.strip("0") else repr(float(mantissa) * 1.25)) + exponent + power
+
+
+def without_texts(line):
+    """The line with texts, characters and comments blanked out, each column where it was."""
+    line = re.sub(r'"(?:[^"\\]|\\.)*"|\'(?:[^\'\\]|\\.)\'', lambda m: '"' + "~" * (len(m[0]) - 2) + '"', line)
+    return re.sub(r"//.*", lambda m: "~" * len(m[0]), line)
+
+
+def changes(line):
+    """Each mutation of a line without indentation: kind, column, old and new text."""
+    if re.match(r"//|#|template|static_assert|\*|/\*|namespace|using|\[\[nodiscard\]\]", line):
+        return
+    bare = without_texts(line)
+    for kind, pattern, replaced in operators:
+        for match in re.finditer(pattern, bare):
+            old = match[1]
+            yield kind, match.start(1), old, replaced[old] if replaced else changed_number(old)
+    bare_code = bare.split("~~")[0] if "//" in line else bare
+    if statement.match(bare_code.rstrip()):
+        yield "statement", 0, line, ""
+    match = condition.match(bare_code.rstrip())
+    if match and match[1].count("(") == match[1].count(")"):
+        yield "condition", match.start(1), line[match.start(1):match.end(1)], f"!({line[match.start(1):match.end(1)]})"
+
+
+def product_files(tree, folders):
+    names = subprocess.run(["git", "ls-files", "*.h", "*.cpp"], cwd=tree, capture_output=True, text=True, check=True)
+    for name in sorted(names.stdout.split()):
+        folder = name.split("/")[0]
+        if "/" in name and folder in folders and not name.endswith("/main.cpp"):
+            yield name
+
+
+def lines_of(path):
+    return path.read_text(encoding="utf-8").split("\n")
+
+
+def index_of(tree, folders):
+    """Line texts of the product to the places where they stand: file, row."""
+    places = collections.defaultdict(list)
+    for name in product_files(tree, folders):
+        for row, line in enumerate(lines_of(tree / name)):
+            places[line.strip()].append((name, row))
+    return places
+
+
+def candidates(tree, folders):
+    """Mutants of lines that say something: at least 12 characters, not the same line in three or more places."""
+    found = []
+    for line, places in index_of(tree, folders).items():
+        if len(line) >= 12 and len(places) <= 2:
+            for place, (name, _) in enumerate(places):
+                found += [Mutant(name, place, *change, line) for change in changes(line)]
+    return found
+
+
+def locate(places, mutant):
+    """Where the mutant's line stands now: in its file if it is there, else at its place among equal lines; None if it is gone."""
+    equal = places.get(mutant.line, [])
+    same_file = [place for place in equal if place[0] == mutant.file]
+    if len(same_file) == 1:
+        return same_file[0]
+    return equal[min(mutant.place, len(equal) - 1)] if equal else None
+
+
+def floors(tree):
+    """Folders from the lowest to the highest, each with the folders that it uses."""
+    rows = re.findall(r"^ *subsystem\((\w+) USES (.*)\)", (tree / "CMakeLists.txt").read_text(), re.M)
+    return {name: used.split() for name, used in rows}
+
+
+def folders_above(tree, folder):
+    uses = floors(tree)
+    above = [folder]
+    for name, used in uses.items():
+        if any(other in used for other in above):
+            above.append(name)
+    return above[1:]
+
+
+class Bench:
+    """A copy of the tree and its build, where mutants are made and tested."""
+
+    def __init__(self, source, folders):
+        self.tree = source / "build" / "mutants" / "tree"
+        self.build = self.tree / "build" / "dev"
+        self.usual = {}  # seconds of the tests of a folder, unchanged
+        self.copy(source)
+        line = ["cmake", "--preset", "dev", "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST", "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=gold",
+                f"-DBUILD_DESKTOP={'ON' if 'desktop' in folders else 'OFF'}"]
+        self.quietly(line, 600, check=True, cwd=self.tree)
+
+    def copy(self, source):
+        """What git knows of the source folder, only what differs, so that little is built anew."""
+        names = subprocess.run(["git", "ls-files"], cwd=source, capture_output=True, text=True, check=True).stdout.split("\n")
+        wanted = {name for name in names if name and (source / name).is_file()}
+        for path in list(self.tree.rglob("*")):
+            name = str(path.relative_to(self.tree))
+            if path.is_file() and name not in wanted and not name.startswith("build/"):
+                path.unlink()
+        for name in wanted:
+            to = self.tree / name
+            if not to.exists() or to.read_bytes() != (source / name).read_bytes():
+                to.parent.mkdir(parents=True, exist_ok=True)
+                shutil.copyfile(source / name, to)
+
+    def quietly(self, line, seconds, check=False, **options):
+        """Runs with a limit of time; its status, None when it took too long."""
+        try:
+            return subprocess.run(["nice", *line], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL,
+                                  timeout=seconds, check=check, **options).returncode
+        except subprocess.TimeoutExpired:
+            return None
+
+    def has_tests(self, folder):
+        return any((self.tree / "tests" / folder).glob("*.cpp"))
+
+    def builds(self, folder):
+        return self.quietly(["cmake", "--build", self.build, "-j", "1", "--target", f"{folder}_tests"], 1800) == 0
+
+    def passes(self, folder):
+        """Whether its tests pass: True, False, or None when they do not end."""
+        environment = dict(os.environ, QT_QPA_PLATFORM="offscreen")
+        status = self.quietly([self.build / f"{folder}_tests", "--gtest_brief=1", "--gtest_fail_fast"],
+                              20 + 5 * self.usual.get(folder, 300), cwd=self.build, env=environment,
+                              preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (1 << 33, 1 << 33)))
+        return None if status is None else status == 0
+
+    def measure(self, folder):
+        if folder not in self.usual:
+            if not self.builds(folder):
+                sys.exit(f"script/mutants: {folder}_tests does not build")
+            start = time.monotonic()
+            if not self.passes(folder):
+                sys.exit(f"script/mutants: {folder}_tests fails as it is")
+            self.usual[folder] = time.monotonic() - start
+
+    def verdict(self, name, row, mutant, folders):
+        """Of the tests of these folders, in this order, until one notices."""
+        path = self.tree / name
+        original = path.read_bytes()
+        try:
+            lines = lines_of(path)
+            start = len(lines[row]) - len(lines[row].lstrip()) + mutant.column
+            assert lines[row][start:start + len(mutant.old)] == mutant.old, mutant
+            lines[row] = lines[row][:start] + mutant.new + lines[row][start + len(mutant.old):]
+            changed = "\n".join(lines)
+            path.write_text(changed, encoding="utf-8")
+            for folder in folders:
+                if folder not in self.usual:
+                    path.write_bytes(original)
+                    self.measure(folder)
+                    path.write_text(changed, encoding="utf-8")
+                if not self.builds(folder):
+                    return "refused"
+                passed = self.passes(folder)
+                if not passed:
+                    return f"killed by {folder}" + (", endless" if passed is None else "")
+            return "survived"
+        finally:
+            path.write_bytes(original)
+
+
+def line_of(mutant, verdict):
+    return "\t".join([verdict, mutant.file, str(mutant.place), mutant.kind, str(mutant.column), mutant.old, mutant.new, mutant.line])
+
+
+def read_list(path):
+    for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines():
+        if line and not line.startswith("#"):
+            _, file, place, kind, column, old, new, text = line.split("\t")
+            yield Mutant(file, int(place), kind, int(column), old, new, text)
+
+
+def shown(mutant, name, row):
+    what = "without" if mutant.kind == "statement" else f"'{mutant.old}' -> '{mutant.new}' in"
+    return f"{name}:{row + 1}: {what} {mutant.line}"
+
+
+def main():
+    parse = argparse.ArgumentParser(prog="script/mutants")
+    parse.add_argument("count", nargs="?", type=int, default=60, help="mutants that are tested (60)")
+    parse.add_argument("seed", nargs="?", type=int, default=11, help="of the draw (11)")
+    parse.add_argument("--folders", help="only these, between commas; all but desktop unless told")
+    parse.add_argument("--tree", type=pathlib.Path, default=top, help="the repository that is tested; this one unless told")
+    parse.add_argument("--save", help="appends each mutant with its verdict to this file")
+    parse.add_argument("--replay", help="tests the mutants of such a file, instead of drawing")
+    parse.add_argument("--own", action="store_true", help="tests of the own folder alone")
+    options = parse.parse_args()
+
+    every = list(floors(options.tree))
+    folders = options.folders.split(",") if options.folders else [name for name in every if name != "desktop"]
+    options.tree = options.tree.resolve()
+    bench = Bench(options.tree, folders)
+    places = index_of(options.tree, every)
+    draw = Draw(options.seed, 0)
+
+    def wanted():
+        if options.replay:
+            yield from read_list(options.replay)
+            return
+        found = candidates(options.tree, folders)
+        while found:
+            yield found.pop(int(draw.random() * len(found)))
+
+    tally = collections.Counter()
+    survivors = []
+    for mutant in wanted():
+        place = locate(places, mutant)
+        if place is None:
+            verdict = "gone"
+        else:
+            name, row = place
+            own = name.split("/")[0]
+            tested = [folder for folder in [own, *folders_above(options.tree, own)]
+                      if bench.has_tests(folder) and (folder == own or folder != "desktop")]
+            verdict = bench.verdict(name, row, mutant, tested[:1] if options.own else tested)
+        print(f"{verdict:28} {shown(mutant, *place) if place else mutant.line}", flush=True)
+        if options.save:
+            with open(options.save, "a", encoding="utf-8") as file:
+                file.write(line_of(mutant, verdict) + "\n")
+        tally[verdict] += 1
+        if verdict == "survived":
+            survivors.append(shown(mutant, name, row))
+        if not options.replay and sum(tally.values()) - tally["refused"] >= options.count:
+            break
+    print("\n" + ", ".join(f"{verdict} {times}" for verdict, times in sorted(tally.items())))
+    for line in survivors:
+        print(f"  survived: {line}")
+
+
+main()

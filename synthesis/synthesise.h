@@ -13,10 +13,8 @@
 
 namespace kavrel {
 
-// The end that the extraction begins at: the input, the output, or both of them. Automatic: both from two_way_degree on
-// where there is a resistor at either end, the circuit comes out without negative elements, and no ladder from one end
-// has nearer terminations; else the input, and the output where that leaves fewer negative elements or, from that
-// degree on, nearer terminations. Two-way alone is what nobody but a test asks for.
+// The end that the extraction begins at: the input, the output, or both of them. Automatic: as the rule of choice has
+// it (synthesise.cpp), both from two_way_degree on. Two-way alone is what nobody but a test asks for.
 enum class Direction { automatic, forward, reverse, two_way };
 
 // As the form asks. Automatic configuration; the immittance may be chosen by hand.

@@ -14,8 +14,8 @@ namespace kavrel {
 
 // What the extractions of a design work on; between calls it holds nothing of use.
 struct ExtractionWorkspace {
-    SumWorkspace<long double> sum;
-    EvenOddWorkspace<long double> parts;
+    SumWorkspace sum;
+    EvenOddWorkspace parts;
 };
 
 // E = F + Q: fills ES, sorted in conjugate order with the real roots last.

@@ -58,7 +58,7 @@ void set_levels(const WidePseudoPolynomial& e, Real a, WideRootSet& even, WideRo
     even.multiplier = odd.multiplier = 1;
     Real best_even = -1, best_odd = -1;
     Real level_even = 0, level_odd = 0;
-    for (const double place : {-0.05, -0.4, -3.0}) {
+    for (const double place : pass_band_places) {
         const Complex<Real> x{static_cast<Real>(place), 0};
         const PseudoValue<Real> p = evalPseudo(e, a, x);  // Ev + root Od, root imaginary
         const auto take = [&](const WideRootSet& set, Real value, Real standing, Real& best, Real& level) {

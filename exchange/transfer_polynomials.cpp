@@ -21,7 +21,7 @@ std::vector<double> coefficients(int count, const Roots& re, const Roots& im, lo
     WideRootSet set;
     set.multiplier = multiplier;
     for (int i = 1; i <= count; ++i) set.append({re(i) / unit, im(i) / unit});
-    const PolynomialOf<long double> expanded = expandRoots(set);
+    const Polynomial expanded = expandRoots(set);
     std::vector<double> ascending;
     for (int i = expanded.degree + 1; i >= 1; --i) ascending.push_back(static_cast<double>(expanded.re(i)));
     return ascending;

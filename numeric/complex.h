@@ -8,6 +8,9 @@
 
 namespace kavrel {
 
+// The type of all extractions; only their approach to a root runs in double.
+using Wide = long double;
+
 template <class Real>
 struct Complex {
     Real re{};

@@ -12,28 +12,23 @@ namespace {
 
 enum class Part { even, odd };
 
-template <class Work>
-void sort_factors(PseudoPolynomialOf<Work>& p);
-template <class Work>
-void find_degrees(EvenOddWorkspace<Work>& ws);
-template <class Work>
-[[nodiscard]] bool find_part_roots(EvenOddWorkspace<Work>& ws, Part part, const SolveOptions& options);
-template <class Work>
-[[nodiscard]] bool has_complex_root(const RootSetOf<Work>& set);
+void sort_factors(WidePseudoPolynomial& p);
+void find_degrees(EvenOddWorkspace& ws);
+[[nodiscard]] bool find_part_roots(EvenOddWorkspace& ws, Part part, const SolveOptions& options);
+[[nodiscard]] bool has_complex_root(const WideRootSet& set);
 
 }  // namespace
 
-template <class Real, class Work>
-SolveVerdict solveEvenOdd(const PseudoPolynomialOf<Real>& p, Real a, bool reactance, RootSetOf<Real>& even,
-                          RootSetOf<Real>& odd, EvenOddWorkspace<Work>& ws, const SolveOptions& options) {
+SolveVerdict solveEvenOdd(const WidePseudoPolynomial& p, Wide a, bool reactance, WideRootSet& even, WideRootSet& odd,
+                          EvenOddWorkspace& ws, const SolveOptions& options) {
     if (p.degree > max_degree) return {SolveFault::degree_too_high};
-    ws.tol = toleranceOf<Work>(options);
-    ws.a = static_cast<Work>(a);
-    ws.p.multiplier = static_cast<Work>(p.multiplier);
+    ws.tol = toleranceOf<Wide>(options);
+    ws.a = static_cast<Wide>(a);
+    ws.p.multiplier = static_cast<Wide>(p.multiplier);
     ws.p.degree = p.degree;
     for (int i = 1; i <= p.factors(); ++i) {
-        ws.p.c(i) = static_cast<Work>(p.c(i));
-        ws.p.d(i) = i <= p.pairs() ? static_cast<Work>(p.d(i)) : Work{0};
+        ws.p.c(i) = static_cast<Wide>(p.c(i));
+        ws.p.d(i) = i <= p.pairs() ? static_cast<Wide>(p.d(i)) : Wide{0};
     }
     sort_factors(ws.p);
     ws.rough.degree = ws.p.degree;
@@ -55,8 +50,7 @@ SolveVerdict solveEvenOdd(const PseudoPolynomialOf<Real>& p, Real a, bool reacta
 namespace {
 
 // Pairs by |c|, ascending; the last factor of odd degree keeps its place.
-template <class Work>
-void sort_factors(PseudoPolynomialOf<Work>& p) {
+void sort_factors(WidePseudoPolynomial& p) {
     for (int i = 2; i <= p.pairs(); ++i) {
         for (int j = i; j > 1 && std::fabs(p.c(j)) < std::fabs(p.c(j - 1)); --j) {
             std::swap(p.c(j), p.c(j - 1));
@@ -67,15 +61,14 @@ void sort_factors(PseudoPolynomialOf<Work>& p) {
 
 // Degree and leading coefficient of each part. For large x, w = j x, so that |k product (d_i + j)| (c_n + j) measures
 // both leading coefficients: what is small beside it is the rounding of a coefficient that vanishes.
-template <class Work>
-void find_degrees(EvenOddWorkspace<Work>& ws) {
+void find_degrees(EvenOddWorkspace& ws) {
     ws.coefficients = evenOddCoefficients(ws.p, ws.a);
-    Work scale = std::fabs(ws.p.multiplier);
-    for (int i = 1; i <= ws.p.pairs(); ++i) scale *= cabs(ws.p.d(i), Work{1});
-    if (ws.p.degree % 2 == 1) scale *= cabs(ws.p.c(ws.p.factors()), Work{1});
-    const Work least = 10 * ws.tol * scale;
+    Wide scale = std::fabs(ws.p.multiplier);
+    for (int i = 1; i <= ws.p.pairs(); ++i) scale *= cabs(ws.p.d(i), Wide{1});
+    if (ws.p.degree % 2 == 1) scale *= cabs(ws.p.c(ws.p.factors()), Wide{1});
+    const Wide least = 10 * ws.tol * scale;
 
-    const auto lead = [&](const Table<Work, max_part_coefficients>& coefficient, int degree, RootSetOf<Work>& set) {
+    const auto lead = [&](const Table<Wide, max_part_coefficients>& coefficient, int degree, WideRootSet& set) {
         while (degree > 0 && std::fabs(coefficient(degree + 1)) <= least) --degree;
         set.count = 0;
         set.multiplier = coefficient(degree + 1);
@@ -117,34 +110,33 @@ hunt::Points startingPoints(const PseudoPolynomial& p, int r) {
     return {{{{x1, 0}, {x2, 0}, {(x1 + x2) / 2, 0}}}};
 }
 
-// The multiplier from the value of the part at that one of a few points in the pass band where it stands out best.
-template <class Work>
-void set_multiplier(RootSetOf<Work>& set, const PartFunction<Work>& function) {
-    Work best = -1;
+// The multiplier from the value of the part at that one of a few places in the pass band where it is largest beside the
+// terms that it is made of.
+void set_multiplier(WideRootSet& set, const PartFunction<Wide>& function) {
+    Wide best = -1;
     set.multiplier = 1;
-    Work multiplier = 0;
-    for (const double place : {-0.05, -0.4, -3.0}) {
-        const Complex<Work> x{static_cast<Work>(place), 0};
-        const FunctionSample<Work> s = function(x, false);
-        const Work standing = cabs(s.value) / s.size;
+    Wide multiplier = 0;
+    for (const double place : pass_band_places) {
+        const Complex<Wide> x{static_cast<Wide>(place), 0};
+        const FunctionSample<Wide> s = function(x, false);
+        const Wide standing = cabs(s.value) / s.size;
         if (!(standing > best)) continue;
         best = standing;
-        const ScaledValue<Work> product = scaledProduct(set, x);
+        const ScaledValue<Wide> product = scaledProduct(set, x);
         multiplier = shifted(cdiv(s.value, product.value, solver_decades), s.exponent - product.exponent).re;
     }
     set.multiplier = multiplier;
 }
 
-template <class Work>
-bool find_part_roots(EvenOddWorkspace<Work>& ws, Part part, const SolveOptions& options) {
-    RootSetOf<Work>& set = part == Part::even ? ws.even : ws.odd;
+bool find_part_roots(EvenOddWorkspace& ws, Part part, const SolveOptions& options) {
+    WideRootSet& set = part == Part::even ? ws.even : ws.odd;
     const int degree = std::exchange(set.count, 0);
     if (set.multiplier == 0) return true;
     if (!std::isfinite(set.multiplier)) return false;
 
     const PartFunction<double> rough{ws.rough, static_cast<double>(ws.a), part};
-    const PartFunction<Work> fine{ws.p, ws.a, part};
-    HuntRules rules = huntRules<Work>(options, degree, 75);
+    const PartFunction<Wide> fine{ws.p, ws.a, part};
+    HuntRules rules = huntRules(options, degree, 75);
     rules.real_only = isHurwitz(ws.p, ws.a);
     if (!huntRoots(
             rough, fine, [&] { return startingPoints(ws.rough, set.count + 1); }, rules, set))
@@ -153,8 +145,7 @@ bool find_part_roots(EvenOddWorkspace<Work>& ws, Part part, const SolveOptions& 
     return true;
 }
 
-template <class Work>
-bool has_complex_root(const RootSetOf<Work>& set) {
+bool has_complex_root(const WideRootSet& set) {
     for (int i = 1; i <= set.count; ++i) {
         if (set.im(i) != 0) return true;
     }
@@ -162,13 +153,5 @@ bool has_complex_root(const RootSetOf<Work>& set) {
 }
 
 }  // namespace
-
-#define KAVREL_SOLVE_EVEN_ODD(Real, Work)                                                             \
-    template SolveVerdict solveEvenOdd(const PseudoPolynomialOf<Real>&, Real, bool, RootSetOf<Real>&, \
-                                       RootSetOf<Real>&, EvenOddWorkspace<Work>&, const SolveOptions&);
-KAVREL_SOLVE_EVEN_ODD(double, double)
-KAVREL_SOLVE_EVEN_ODD(double, long double)
-KAVREL_SOLVE_EVEN_ODD(long double, long double)
-#undef KAVREL_SOLVE_EVEN_ODD
 
 }  // namespace kavrel

@@ -7,18 +7,17 @@
 
 namespace kavrel {
 
-template <class Real>
-PartCoefficients<Real> evenOddCoefficients(const PseudoPolynomialOf<Real>& p, Real a) {
-    PartCoefficients<Real> t;
+PartCoefficients evenOddCoefficients(const WidePseudoPolynomial& p, Wide a) {
+    PartCoefficients t;
     t.CE(1) = p.multiplier;
-    const auto cell = [](const Table<Real, max_part_coefficients>& table, int i) {
-        return i >= 1 ? table(i) : Real{0};
+    const auto cell = [](const Table<Wide, max_part_coefficients>& table, int i) {
+        return i >= 1 ? table(i) : Wide{0};
     };
 
     for (int i = 1; i <= p.pairs(); ++i) {
-        const Real c = p.c(i);
-        const Real d = p.d(i);
-        const PartCoefficients<Real> old = t;
+        const Wide c = p.c(i);
+        const Wide d = p.d(i);
+        const PartCoefficients old = t;
         for (int j = 1; j <= i + 1; ++j) {
             t.CE(j) = c * old.CE(j) + d * cell(old.CE, j - 1) - cell(old.CO, j - 2) - a * old.CO(j) +
                       (1 + a) * cell(old.CO, j - 1);
@@ -26,8 +25,8 @@ PartCoefficients<Real> evenOddCoefficients(const PseudoPolynomialOf<Real>& p, Re
         }
     }
     if (p.degree % 2 == 1) {
-        const Real c = p.c(p.factors());
-        const PartCoefficients<Real> old = t;
+        const Wide c = p.c(p.factors());
+        const PartCoefficients old = t;
         for (int j = 1; j <= p.factors(); ++j) {
             t.CE(j) = c * old.CE(j) - a * old.CO(j) + cell(old.CO, j - 1);
             t.CO(j) = (old.CO(j) - cell(old.CO, j - 1)) * c + old.CE(j);
@@ -36,8 +35,7 @@ PartCoefficients<Real> evenOddCoefficients(const PseudoPolynomialOf<Real>& p, Re
     return t;
 }
 
-template <class Real>
-bool isHurwitz(const PseudoPolynomialOf<Real>& p, Real a) {
+bool isHurwitz(const WidePseudoPolynomial& p, Wide a) {
     for (int i = 1; i <= p.pairs(); ++i) {
         if (!(p.c(i) + p.d(i) > 0 && p.c(i) + a * p.d(i) > 0)) return false;
     }
@@ -88,12 +86,7 @@ PseudoValue<Real> evalPseudo(const PseudoPolynomialOf<Real>& p, Real a, Complex<
             e};
 }
 
-#define KAVREL_PSEUDO(Real)                                                                     \
-    template PartCoefficients<Real> evenOddCoefficients(const PseudoPolynomialOf<Real>&, Real); \
-    template bool isHurwitz(const PseudoPolynomialOf<Real>&, Real);                             \
-    template PseudoValue<Real> evalPseudo(const PseudoPolynomialOf<Real>&, Real, Complex<Real>);
-KAVREL_PSEUDO(double)
-KAVREL_PSEUDO(long double)
-#undef KAVREL_PSEUDO
+template PseudoValue<double> evalPseudo(const PseudoPolynomial&, double, Complex<double>);
+template PseudoValue<Wide> evalPseudo(const WidePseudoPolynomial&, Wide, Complex<Wide>);
 
 }  // namespace kavrel

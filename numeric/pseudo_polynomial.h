@@ -33,22 +33,23 @@ static_assert(std::is_trivially_copyable_v<PseudoPolynomial>);
 inline constexpr int max_part_coefficients = 26;
 
 // Coefficients of the two parts, constant term first: CE(j + 1) and CO(j + 1) belong to x^j.
-template <class Real>
 struct PartCoefficients {
-    Table<Real, max_part_coefficients> CE;
-    Table<Real, max_part_coefficients> CO;
+    Table<Wide, max_part_coefficients> CE;
+    Table<Wide, max_part_coefficients> CO;
 };
 
 // Factor by factor, from Ev + w Od times (c + d x + w) with w^2 = -a + (1 + a) x - x^2:
 //   Ev' = (c + d x) Ev + w^2 Od,  Od' = (c + d x) Od + Ev,
 // and for the last factor of odd degree Ev' = c Ev + (x - a) Od, Od' = Ev + c (1 - x) Od.
-template <class Real>
-[[nodiscard]] PartCoefficients<Real> evenOddCoefficients(const PseudoPolynomialOf<Real>& p, Real a);
+[[nodiscard]] PartCoefficients evenOddCoefficients(const WidePseudoPolynomial& p, Wide a);
 
 // Whether all zeros in s lie left of the imaginary axis: every b = (1 - a)/(c + d), c0 = (c + a d)/(c + d) and c_n
 // above 0. The zeros in x of both parts are real and simple then (Hermite-Biehler).
-template <class Real>
-[[nodiscard]] bool isHurwitz(const PseudoPolynomialOf<Real>& p, Real a);
+[[nodiscard]] bool isHurwitz(const WidePseudoPolynomial& p, Wide a);
+
+// Places spread over the pass band x < 0: at one of them at least neither part is near one of its zeros, so that its
+// level can be read off there.
+inline constexpr double pass_band_places[] = {-0.05, -0.4, -3.0};
 
 // P with w and s as they stand (plus) and with both reversed (minus), each divided by sqrt(x - a) -> s, sqrt(1 - x) ->
 // 1 for odd degree, from which Ev = (plus + minus)/2 and Od = (plus - minus)/(2 root), root being w for even and s for

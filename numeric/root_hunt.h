@@ -68,10 +68,9 @@ template <class Real>
 }
 
 // Newton's correction for the deflated function: S R/(S' R - S R').
-template <class Real>
-[[nodiscard]] Complex<Real> newtonCorrection(const FunctionSample<Real>& s, const RootSetOf<Real>& found,
-                                             Complex<Real> x) {
-    const ScaledPair<Real> r = scaledProductAndDerivative(found, x);
+[[nodiscard]] inline Complex<Wide> newtonCorrection(const FunctionSample<Wide>& s, const WideRootSet& found,
+                                                    Complex<Wide> x) {
+    const ScaledPair<Wide> r = scaledProductAndDerivative(found, x);
     return cdiv(s.value * r.value, s.derivative * r.value - s.value * r.derivative, solver_decades);
 }
 
@@ -93,12 +92,11 @@ template <class Real>
     return digits;
 }
 
-// The rules of a hunt in `Work` for the roots of a function of degree n.
-template <class Work>
-[[nodiscard]] HuntRules huntRules(const SolveOptions& options, int n, int turns) {
+// The rules of a hunt for the roots of a function of degree n.
+[[nodiscard]] inline HuntRules huntRules(const SolveOptions& options, int n, int turns) {
     return {.degree = n,
             .approach = targetDigits<double>(options, n),
-            .target = targetDigits<Work>(options, n),
+            .target = targetDigits<Wide>(options, n),
             .turns = turns,
             .clean = 16 * toleranceOf<double>(options)};
 }
@@ -106,9 +104,9 @@ template <class Work>
 // Finds the roots of `fine` until `found` holds rules.degree of them; found.multiplier is kR, found.count the number
 // known beforehand. `rough` is the same function in double. `start()` gives three starting points at each call. False
 // when a root does not converge.
-template <class Work, class Rough, class Fine, class Start>
+template <class Rough, class Fine, class Start>
 [[nodiscard]] bool huntRoots(const Rough& rough, const Fine& fine, Start start, const HuntRules& rules,
-                             RootSetOf<Work>& found);
+                             WideRootSet& found);
 
 // ---------------------------------------------------------------------------------------------------------------------
 
@@ -140,20 +138,20 @@ void move_off_found(PointsOf<Real>& x, const RootSetOf<Real>& found) {
 
 // Newton corrections from y on. Below the target every step is taken; from there on only steps that shrink, until they
 // are at the level of rounding.
-template <class Real, class Function>
-bool polish(const Function& function, const HuntRules& rules, const RootSetOf<Real>& found, Complex<Real>& y) {
-    FunctionSample<Real> s = function(y, true);
+template <class Function>
+bool polish(const Function& function, const HuntRules& rules, const WideRootSet& found, Complex<Wide>& y) {
+    FunctionSample<Wide> s = function(y, true);
     int digits = correctDigits(s, y);
-    Real last = digits >= rules.target ? cabs(y) / 50 : std::numeric_limits<Real>::infinity();
+    Wide last = digits >= rules.target ? cabs(y) / 50 : std::numeric_limits<Wide>::infinity();
     for (int i = 1; i <= rules.turns; ++i) {
-        const Complex<Real> delta = newtonCorrection(s, found, y);
-        const Real step = cabs(delta);
+        const Complex<Wide> delta = newtonCorrection(s, found, y);
+        const Wide step = cabs(delta);
         if (digits >= rules.target && !(step < last / 2)) return true;
         y -= delta;
         if (step == 0) return digits >= rules.target;
         last = step;
         s = function(y, true);
-        const int moved = wholeDigits(-std::log10(step / cabs(y) + static_cast<Real>(1e-25)));
+        const int moved = wholeDigits(-std::log10(step / cabs(y) + static_cast<Wide>(1e-25)));
         digits = std::max(correctDigits(s, y), moved);
     }
     return digits >= rules.target;
@@ -214,15 +212,15 @@ Complex<Real> approach(const Function& function, int digits, int turns, const Ro
 }
 
 // Moves a root that lies on an axis, or at 0, within the told reach onto it, provided that it is a root there as well.
-template <class Real, class Function>
-Complex<Real> cleaned(const Function& function, const HuntRules& rules, Complex<Real> root) {
-    const auto take = [&](Complex<Real> z) {
-        const FunctionSample<Real> s = function(z, true);
-        const Real level = std::fmax(s.size, cabs(root) * cabs(s.derivative));
-        if (cabs(s.value) <= static_cast<Real>(rules.clean) * level) root = z;
+template <class Function>
+Complex<Wide> cleaned(const Function& function, const HuntRules& rules, Complex<Wide> root) {
+    const auto take = [&](Complex<Wide> z) {
+        const FunctionSample<Wide> s = function(z, true);
+        const Wide level = std::fmax(s.size, cabs(root) * cabs(s.derivative));
+        if (cabs(s.value) <= static_cast<Wide>(rules.clean) * level) root = z;
     };
-    constexpr auto aside = static_cast<Real>(1e-8);
-    constexpr auto floor = static_cast<Real>(1e-10);
+    constexpr auto aside = static_cast<Wide>(1e-8);
+    constexpr auto floor = static_cast<Wide>(1e-10);
     if (root.re != 0 && std::fabs(root.re) < std::fabs(root.im) * aside) take({0, root.im});
     if (root.im != 0 && (std::fabs(root.im) < std::fabs(root.re) * aside || std::fabs(root.im) < floor))
         take({root.re, 0});
@@ -231,25 +229,23 @@ Complex<Real> cleaned(const Function& function, const HuntRules& rules, Complex<
 }
 
 // One more root, from the approach in double or, where that leads nowhere, in the type of the work.
-template <class Work, class Rough, class Fine>
-bool find_root(const Rough& rough, const Fine& fine, const HuntRules& rules, const RootSetOf<Work>& found,
-               const Points& start, Complex<Work>& root) {
+template <class Rough, class Fine>
+bool find_root(const Rough& rough, const Fine& fine, const HuntRules& rules, const WideRootSet& found,
+               const Points& start, Complex<Wide>& root) {
     RootSet rounded;
     copyRootSet(found, rounded);
     const Complex<double> near = approach(rough, rules.approach, rules.turns, rounded, start);
     root = {near.re, rules.real_only ? 0 : near.im};
     if (polish(fine, rules, found, root)) return true;
-    if (std::is_same_v<Work, double>) return false;
 
-    PointsOf<Work> x;
+    PointsOf<Wide> x;
     for (int i = 1; i <= 3; ++i) x(i) = {start(i).re, start(i).im};
     root = approach(fine, rules.target, rules.turns, found, x);
     if (rules.real_only) root.im = 0;
     return polish(fine, rules, found, root);
 }
 
-template <class Real>
-void delete_real_roots(RootSetOf<Real>& found) {
+inline void delete_real_roots(WideRootSet& found) {
     int kept = 0;
     for (int i = 1; i <= found.count; ++i) {
         if (found.im(i) != 0) found.set_root(++kept, found.root(i));
@@ -259,12 +255,12 @@ void delete_real_roots(RootSetOf<Real>& found) {
 
 }  // namespace hunt
 
-template <class Work, class Rough, class Fine, class Start>
-bool huntRoots(const Rough& rough, const Fine& fine, Start start, const HuntRules& rules, RootSetOf<Work>& found) {
+template <class Rough, class Fine, class Start>
+bool huntRoots(const Rough& rough, const Fine& fine, Start start, const HuntRules& rules, WideRootSet& found) {
     // A complex root without room for its conjugate sends the real ones back; the budget ends a search in circles.
     for (int budget = 3 * rules.degree + 3; found.count < rules.degree; --budget) {
         if (budget == 0) return false;
-        Complex<Work> root;
+        Complex<Wide> root;
         if (!hunt::find_root(rough, fine, rules, found, start(), root)) return false;
         root = hunt::cleaned(fine, rules, root);
         if (root.im == 0) {

@@ -9,25 +9,16 @@
 
 namespace kavrel {
 
-// Sign indicators that travel with the roots: [i] belongs to root i.
-using RootSigns = Table<int, max_degree>;
-
 enum class Reals { first, last };
 
 // By magnitude, ascending.
-template <class Real>
-void sortByMagnitude(RootSetOf<Real>& set);
+void sortByMagnitude(WideRootSet& set);
 
 // By the magnitude of the real part, descending.
-template <class Real>
-void sortRealsDescendingMagnitude(RootSetOf<Real>& set);
+void sortRealsDescendingMagnitude(WideRootSet& set);
 
 // The order after every extraction: real roots by value, ascending, then conjugate pairs by magnitude, ascending;
-// with Reals::last the real roots follow the pairs. Returns the number of real roots. The second form carries the
-// sign indicator of each root along.
-template <class Real>
-int sortConjugates(RootSetOf<Real>& set, Reals place);
-template <class Real>
-int sortConjugates(RootSetOf<Real>& set, Reals place, RootSigns& LARR);
+// with Reals::last the real roots follow the pairs. Returns the number of real roots.
+int sortConjugates(WideRootSet& set, Reals place);
 
 }  // namespace kavrel

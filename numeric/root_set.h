@@ -34,23 +34,19 @@ struct RootSetOf {
 using RootSet = RootSetOf<double>;
 using WideRootSet = RootSetOf<long double>;
 
-template <class Real>
-struct PolynomialOf {
+struct Polynomial {
     int degree = 0;
-    Table<Real, max_coefficients> re;  // [i] 1 <= i <= degree + 1: real part of the coefficient of x^(degree + 1 - i)
-    Table<Real, max_coefficients> im;  // [i] imaginary part
+    Table<Wide, max_coefficients> re;  // [i] 1 <= i <= degree + 1: real part of the coefficient of x^(degree + 1 - i)
+    Table<Wide, max_coefficients> im;  // [i] imaginary part
 };
-using Polynomial = PolynomialOf<double>;
 
 // Product of second-order factors x^2 + a1 x + a0. A last first-order factor, for odd degree, has a1 = -root, a0 = 0.
-template <class Real>
-struct QuadraticFactorsOf {
-    Real multiplier{};  // of the whole product
+struct QuadraticFactor {
+    Wide multiplier{};  // of the whole product
     int count = 0;      // factors, the first-order one included
-    Table<Real, max_pairs> a1;
-    Table<Real, max_pairs> a0;
+    Table<Wide, max_pairs> a1;
+    Table<Wide, max_pairs> a0;
 };
-using QuadraticFactor = QuadraticFactorsOf<double>;
 
 static_assert(std::is_trivially_copyable_v<RootSet> && std::is_trivially_copyable_v<WideRootSet>);
 static_assert(std::is_trivially_copyable_v<Polynomial> && std::is_trivially_copyable_v<QuadraticFactor>);
@@ -66,24 +62,12 @@ void copyRootSet(const RootSetOf<From>& from, RootSetOf<To>& to) {
     }
 }
 
-// Exchanges roots i and j, 1 <= i, j <= count.
-template <class Real>
-void swapRoots(RootSetOf<Real>& set, int i, int j);
-
-// Deletes the first root within max(1e-8, 10^-rootMatchDigits |z|) of z and closes the gap. Status 0, or -1 when no
-// root lies so close; the multiplier stays.
-inline constexpr int root_match_digits = 10;  // at the start of a design
-template <class Real>
-[[nodiscard]] int removeRoot(RootSetOf<Real>& set, Real zr, Real zi, int rootMatchDigits = root_match_digits);
-
 // Coefficients of multiplier times the product of (x - root), by c_k <- c_k - root c_(k-1), k downward, root by root.
-template <class Real>
-[[nodiscard]] PolynomialOf<Real> expandRoots(const RootSetOf<Real>& set);
+[[nodiscard]] Polynomial expandRoots(const WideRootSet& set);
 
 // Second-order factors of the set, in the order that the two sorts of root_order.h leave: by the magnitude of the real
 // part, descending, then conjugate pairs by magnitude, ascending, then the real roots, ascending and taken two by
 // two. The set itself is left alone. An |a1| up to 1e-10 is written as exact 0. The multiplier is copied.
-template <class Real>
-[[nodiscard]] QuadraticFactorsOf<Real> factorsOf(const RootSetOf<Real>& set);
+[[nodiscard]] QuadraticFactor factorsOf(const WideRootSet& set);
 
 }  // namespace kavrel

@@ -22,34 +22,6 @@ int correction(Real size) {
 }  // namespace
 
 template <class Real>
-int scaleExponent(Real magnitude) {
-    return static_cast<int>(std::log(magnitude + 1) / static_cast<Real>(0.6931471805599453));
-}
-
-template <class Real>
-Complex<Real> evalRootSet(const RootSetOf<Real>& set, Real xr, Real xi, int scaleExp) {
-    const Complex<Real> x{xr, xi};
-    const Real scale = std::ldexp(Real{1}, -scaleExp);
-    Complex<Real> product{set.multiplier, 0};
-    for (int i = 1; i <= set.count; ++i) product = scale * (product * (x - set.root(i)));
-    return product;
-}
-
-template <class Real>
-Complex<Real> sumOfProductsDerivative(const RootSetOf<Real>& set, Real xr, Real xi, int scaleExp) {
-    const Complex<Real> x{xr, xi};
-    const Real scale = std::ldexp(Real{1}, -scaleExp);
-    Complex<Real> product{1, 0};
-    Complex<Real> derivative{};
-    for (int i = 1; i <= set.count; ++i) {
-        const Complex<Real> factor = x - set.root(i);
-        derivative = scale * (derivative * factor) + product;
-        product = scale * (product * factor);
-    }
-    return derivative;
-}
-
-template <class Real>
 void ScaledPair<Real>::keep_in_range() {
     const int e = correction(std::max(largest_part(value), largest_part(derivative)));
     if (e == 0) return;
@@ -94,9 +66,6 @@ int binaryMagnitude(Complex<Real> z, int exponent) {
 }
 
 #define KAVREL_SCALED_VALUE(Real)                                                                \
-    template int scaleExponent(Real);                                                            \
-    template Complex<Real> evalRootSet(const RootSetOf<Real>&, Real, Real, int);                 \
-    template Complex<Real> sumOfProductsDerivative(const RootSetOf<Real>&, Real, Real, int);     \
     template struct ScaledPair<Real>;                                                            \
     template ScaledValue<Real> scaledProduct(const RootSetOf<Real>&, Complex<Real>);             \
     template ScaledPair<Real> scaledProductAndDerivative(const RootSetOf<Real>&, Complex<Real>); \

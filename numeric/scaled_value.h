@@ -1,10 +1,8 @@
 // Products over roots, evaluated without overflow.
 //
-// Two scales are offered. The evaluators of single products divide the running product by 2^scaleExp after each factor,
-// with scaleExp = scaleExponent(|x|), which keeps a product of factors that are all of the size of x within range.
-// Where roots of very different sizes meet, that is not enough; the products of the root extraction carry a binary
-// exponent of their own instead, so that products of different degree are added by shifting one of them and no factor
-// is lost.
+// Where roots of very different sizes meet, the running product leaves the range of the type, however its factors are
+// scaled; so it carries a binary exponent of its own. Products of different degree are added by shifting one of them,
+// and no factor is lost.
 //
 // All routines stand for double and long double.
 #pragma once
@@ -12,20 +10,6 @@
 #include "numeric/root_set.h"
 
 namespace kavrel {
-
-// int(ln(|x| + 1)/ln 2): the power of two by which each factor is divided.
-template <class Real>
-[[nodiscard]] int scaleExponent(Real magnitude);
-
-// multiplier times the product of (x - root), divided by 2^(scaleExp count). scaleExp 0 gives the true value. An empty
-// set gives its multiplier.
-template <class Real>
-[[nodiscard]] Complex<Real> evalRootSet(const RootSetOf<Real>& set, Real xr, Real xi, int scaleExp);
-
-// Derivative of the product without its multiplier: the sum over i of the product over j != i of (x - root_j), divided
-// by 2^(scaleExp (count - 1)), one factor fewer than in the product. An empty set gives 0.
-template <class Real>
-[[nodiscard]] Complex<Real> sumOfProductsDerivative(const RootSetOf<Real>& set, Real xr, Real xi, int scaleExp);
 
 // The number value * 2^exponent.
 template <class Real>

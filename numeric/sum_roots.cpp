@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "numeric/guarded.h"
 #include "numeric/root_hunt.h"
@@ -10,28 +11,20 @@
 namespace kavrel {
 namespace {
 
-template <class Work>
-void take_out_common_roots(SumWorkspace<Work>& ws);
-template <class Work>
-[[nodiscard]] bool find_leading_term(SumWorkspace<Work>& ws);
-template <class Work>
-[[nodiscard]] Work count_roots_at_zero(SumWorkspace<Work>& ws);
-template <class Work>
-void rescale(SumWorkspace<Work>& ws, Work trailing);
-template <class Work>
-[[nodiscard]] bool find_other_roots(SumWorkspace<Work>& ws, const SolveOptions& options);
-template <class Work>
-void collect(SumWorkspace<Work>& ws);
-template <class Work>
-void average_clusters(RootSetOf<Work>& R);
+void take_out_common_roots(SumWorkspace& ws);
+[[nodiscard]] bool find_leading_term(SumWorkspace& ws);
+[[nodiscard]] Wide count_roots_at_zero(SumWorkspace& ws);
+void rescale(SumWorkspace& ws, Wide trailing);
+[[nodiscard]] bool find_other_roots(SumWorkspace& ws, const SolveOptions& options);
+void collect(SumWorkspace& ws);
+void average_clusters(WideRootSet& R);
 
 }  // namespace
 
-template <class Real, class Work>
-SolveVerdict solveSum(const RootSetOf<Real>& A, const RootSetOf<Real>& B, RootSetOf<Real>& R, SumWorkspace<Work>& ws,
+SolveVerdict solveSum(const WideRootSet& A, const WideRootSet& B, WideRootSet& R, SumWorkspace& ws,
                       const SolveOptions& options) {
     if (std::max(A.count, B.count) > max_degree) return {SolveFault::degree_too_high};
-    ws.tol = toleranceOf<Work>(options);
+    ws.tol = toleranceOf<Wide>(options);
     copyRootSet(A, ws.A);
     copyRootSet(B, ws.B);
     sortByMagnitude(ws.A);
@@ -50,7 +43,7 @@ SolveVerdict solveSum(const RootSetOf<Real>& A, const RootSetOf<Real>& B, RootSe
         R.count = 0;
         return {};
     }
-    const Work trailing = count_roots_at_zero(ws);
+    const Wide trailing = count_roots_at_zero(ws);
     if (!std::isfinite(trailing / ws.R.multiplier)) return {SolveFault::no_convergence};
     rescale(ws, trailing);
     if (!find_other_roots(ws, options)) return {SolveFault::no_convergence};
@@ -64,11 +57,10 @@ namespace {
 
 // Roots of A and B that agree to tol, zeros among them, are roots of the sum as they stand: A = G A', B = G B', and all
 // further work is done on A' + B'.
-template <class Work>
-void take_out_common_roots(SumWorkspace<Work>& ws) {
+void take_out_common_roots(SumWorkspace& ws) {
     ws.common.count = 0;
     for (int i = 1; i <= ws.A.count;) {
-        const Complex<Work> a = ws.A.root(i);
+        const Complex<Wide> a = ws.A.root(i);
         int j = 1;
         while (j <= ws.B.count && !(sum_of_parts(a - ws.B.root(j)) <= sum_of_parts(a) * ws.tol)) ++j;
         if (j > ws.B.count) {
@@ -84,25 +76,22 @@ void take_out_common_roots(SumWorkspace<Work>& ws) {
 }
 
 // |k| times the coefficients of the product of (x + |root|).
-template <class Work>
-void bound_coefficients(const RootSetOf<Work>& set, Table<Work, max_coefficients>& bound) {
+void bound_coefficients(const WideRootSet& set, Table<Wide, max_coefficients>& bound) {
     bound.fill(0);
     bound(1) = std::fabs(set.multiplier);
     for (int i = 1; i <= set.count; ++i) {
-        const Work r = cabs(set.root(i));
+        const Wide r = cabs(set.root(i));
         for (int k = i + 1; k >= 2; --k) bound(k) += r * bound(k - 1);
     }
 }
 
 // A sum of two terms counts as 0 within `factor` tol of the terms, as the larger bound of their rounding demands.
-template <class Work>
-bool vanishes(Work sum, Work term, Work bound, int factor, Work tol) {
-    return std::fabs(sum) <= std::fmax(static_cast<Work>(factor) * tol * std::fabs(term), 2 * tol * bound);
+bool vanishes(Wide sum, Wide term, Wide bound, int factor, Wide tol) {
+    return std::fabs(sum) <= std::fmax(static_cast<Wide>(factor) * tol * std::fabs(term), 2 * tol * bound);
 }
 
 // Degree and leading coefficient kR of the sum. False when the whole sum vanishes.
-template <class Work>
-bool find_leading_term(SumWorkspace<Work>& ws) {
+bool find_leading_term(SumWorkspace& ws) {
     ws.coefA = expandRoots(ws.A);
     ws.coefB = expandRoots(ws.B);
     bound_coefficients(ws.A, ws.boundA);
@@ -117,41 +106,41 @@ bool find_leading_term(SumWorkspace<Work>& ws) {
     for (int i = 1; i <= n + 1; ++i) {
         ws.degree = n + 1 - i;
         ws.R.multiplier = ws.coefA.re(i) + ws.coefB.re(i);
-        const Work bound = std::fmax(ws.boundA(i), ws.boundB(i));
+        const Wide bound = std::fmax(ws.boundA(i), ws.boundB(i));
         if (!vanishes(ws.R.multiplier, ws.coefA.re(i), bound, 10, ws.tol)) return true;
     }
     return false;
 }
 
 // Trailing terms of the sum that vanish are roots at the origin. Returns the first that does not.
-template <class Work>
-Work count_roots_at_zero(SumWorkspace<Work>& ws) {
-    const auto cell = [](const Table<Work, max_coefficients>& t, int i) { return i >= 1 ? t(i) : Work{0}; };
-    Work sum = ws.R.multiplier;
+Wide count_roots_at_zero(SumWorkspace& ws) {
+    const auto cell = [](const Table<Wide, max_coefficients>& t, int i) { return i >= 1 ? t(i) : 0.0L; };
+    Wide sum = ws.R.multiplier;
     for (; ws.R.count < ws.degree; ws.R.append({})) {
         const int i = ws.A.count + 1 - ws.R.count;
         const int j = ws.B.count + 1 - ws.R.count;
-        const Work a = cell(ws.coefA.re, i);
+        const Wide a = cell(ws.coefA.re, i);
         sum = a + cell(ws.coefB.re, j);
-        const Work bound = std::fmax(cell(ws.boundA, i), cell(ws.boundB, j));
+        const Wide bound = std::fmax(cell(ws.boundA, i), cell(ws.boundB, j));
         if (!vanishes(sum, a, bound, 16, ws.tol)) return sum;
     }
     return ws.R.multiplier;
 }
 
+constexpr Wide ln_16 = 4 * std::numbers::ln2_v<Wide>;
+
 // The geometric mean of the roots to come, |trailing/kR|^(1/number), is brought near 1 by dividing all roots by a power
 // of 16, which rounds nothing: A(s y) = s^nA kA product (y - a/s), and B likewise.
-template <class Work>
-void rescale(SumWorkspace<Work>& ws, Work trailing) {
+void rescale(SumWorkspace& ws, Wide trailing) {
     ws.scalePower = ws.exponentA = ws.exponentB = 0;
     const int remaining = ws.degree - ws.R.count;
     if (remaining == 0) return;
-    const Work decades = std::log(std::fabs(trailing / ws.R.multiplier)) / static_cast<Work>(2.772588722239781);
-    ws.scalePower = static_cast<int>(decades + static_cast<Work>(0.5)) / remaining;
+    const Wide decades = std::log(std::fabs(trailing / ws.R.multiplier)) / ln_16;
+    ws.scalePower = static_cast<int>(decades + 0.5L) / remaining;
     if (ws.scalePower == 0) return;
 
     const int bits = 4 * ws.scalePower;
-    const auto divide_roots = [&](RootSetOf<Work>& set) {
+    const auto divide_roots = [&](WideRootSet& set) {
         for (int i = 1; i <= set.count; ++i) {
             set.set_root(i, {std::ldexp(set.re(i), -bits), std::ldexp(set.im(i), -bits)});
         }
@@ -218,22 +207,20 @@ hunt::Points startingPoints(const RootSet& A, const RootSet& B, int index, doubl
     return {{{x1, x2, x3}}};
 }
 
-template <class Work>
-bool find_other_roots(SumWorkspace<Work>& ws, const SolveOptions& options) {
+bool find_other_roots(SumWorkspace& ws, const SolveOptions& options) {
     copyRootSet(ws.A, ws.roughA);
     copyRootSet(ws.B, ws.roughB);
     const SumFunction<double> rough{ws.roughA, ws.roughB, ws.exponentA, ws.exponentB};
-    const SumFunction<Work> fine{ws.A, ws.B, ws.exponentA, ws.exponentB};
+    const SumFunction<Wide> fine{ws.A, ws.B, ws.exponentA, ws.exponentB};
     const double tol = toleranceOf<double>(options);
     ws.startIndex = 1;
     return huntRoots(
         rough, fine, [&] { return startingPoints(ws.roughA, ws.roughB, ws.startIndex++, tol); },
-        huntRules<Work>(options, ws.degree, 50), ws.R);
+        huntRules(options, ws.degree, 50), ws.R);
 }
 
 // Found and common roots together, in the scale of the caller.
-template <class Work>
-void collect(SumWorkspace<Work>& ws) {
+void collect(SumWorkspace& ws) {
     const int bits = 4 * ws.scalePower;
     for (int i = 1; i <= ws.R.count; ++i)
         ws.R.set_root(i, {std::ldexp(ws.R.re(i), bits), std::ldexp(ws.R.im(i), bits)});
@@ -242,11 +229,10 @@ void collect(SumWorkspace<Work>& ws) {
 }
 
 // Two conjugate pairs that stand within 0.0003 of each other become a double pair at their mean.
-template <class Work>
-void average_clusters(RootSetOf<Work>& R) {
-    constexpr auto near = static_cast<Work>(0.0003);
+void average_clusters(WideRootSet& R) {
+    constexpr auto near = static_cast<Wide>(0.0003);
     for (int i = 1; i <= R.count - 3;) {
-        const Complex<Work> r = R.root(i);
+        const Complex<Wide> r = R.root(i);
         if (r.im == 0) {
             ++i;
             continue;
@@ -257,21 +243,13 @@ void average_clusters(RootSetOf<Work>& R) {
             i += 2;
             continue;
         }
-        const Complex<Work> mean = Work{0.5} * (r + R.root(partner));
-        const Complex<Work> upper{mean.re, std::fabs(mean.im)};
+        const Complex<Wide> mean = 0.5L * (r + R.root(partner));
+        const Complex<Wide> upper{mean.re, std::fabs(mean.im)};
         for (int j = 0; j <= 3; ++j) R.set_root(i + j, j % 2 == 0 ? upper : conjugate(upper));
         i += 4;
     }
 }
 
 }  // namespace
-
-#define KAVREL_SOLVE_SUM(Real, Work)                                                                 \
-    template SolveVerdict solveSum(const RootSetOf<Real>&, const RootSetOf<Real>&, RootSetOf<Real>&, \
-                                   SumWorkspace<Work>&, const SolveOptions&);
-KAVREL_SOLVE_SUM(double, double)
-KAVREL_SOLVE_SUM(double, long double)
-KAVREL_SOLVE_SUM(long double, long double)
-#undef KAVREL_SOLVE_SUM
 
 }  // namespace kavrel

@@ -2,8 +2,7 @@
 // degree has lost the accuracy of its roots once it is multiplied out; so nothing is. Coefficients serve for one thing:
 // to see how many leading and trailing terms of the sum vanish.
 //
-// The sets have the scalar type `Real`, the arithmetic runs in the type `Work` of the workspace: double sets with a
-// workspace of long double give roots whose error is that of the sets alone.
+// All arithmetic is that of long double; an approach to a root alone runs in double.
 #pragma once
 
 #include "numeric/root_set.h"
@@ -13,16 +12,15 @@
 namespace kavrel {
 
 // What one extraction works on; between calls it holds nothing of use.
-template <class Work>
 struct SumWorkspace {
-    RootSetOf<Work> A;         // first product less common roots, roots divided by 16^scalePower
-    RootSetOf<Work> B;         // second product, likewise
-    RootSetOf<Work> R;         // roots found of A + B; multiplier: leading coefficient kR of the sum
-    RootSetOf<Work> common;    // roots that both products share
-    PolynomialOf<Work> coefA;  // coefficients of A and B, before rescaling
-    PolynomialOf<Work> coefB;
-    Table<Work, max_coefficients> boundA;  // [i] the same from the magnitudes of the roots: above |coefA(i)|
-    Table<Work, max_coefficients> boundB;
+    WideRootSet A;       // first product less common roots, roots divided by 16^scalePower
+    WideRootSet B;       // second product, likewise
+    WideRootSet R;       // roots found of A + B; multiplier: leading coefficient kR of the sum
+    WideRootSet common;  // roots that both products share
+    Polynomial coefA;    // coefficients of A and B, before rescaling
+    Polynomial coefB;
+    Table<Wide, max_coefficients> boundA;  // [i] the same from the magnitudes of the roots: above |coefA(i)|
+    Table<Wide, max_coefficients> boundB;
     RootSet roughA;  // A and B as doubles, for the approach to a root
     RootSet roughB;
     int degree = 0;      // of A + B
@@ -30,10 +28,10 @@ struct SumWorkspace {
     int exponentA = 0;   // powers of two by which rescaling multiplied the values of A and B
     int exponentB = 0;
     int startIndex = 1;  // of the next pair of roots to start from
-    Work tol{};          // 10^(1 - precisionDigits)
+    Wide tol = 0;        // 10^(1 - precisionDigits)
 };
 
-static_assert(std::is_trivially_copyable_v<SumWorkspace<double>>);
+static_assert(std::is_trivially_copyable_v<SumWorkspace>);
 
 // Roots of A + B; a negative multiplier of B gives those of A - B. R holds them by magnitude, ascending, with the
 // leading coefficient of the sum as multiplier; R may be one of A and B. Leading terms that cancel lower the degree,
@@ -41,8 +39,7 @@ static_assert(std::is_trivially_copyable_v<SumWorkspace<double>>);
 // the other product alone.
 // Faults: degree_too_high above 50, no_convergence; R is as before then.
 // Source: Muller's iteration on the deflated value (root_hunt.h), Newton's correction for the polish.
-template <class Real, class Work>
-SolveVerdict solveSum(const RootSetOf<Real>& A, const RootSetOf<Real>& B, RootSetOf<Real>& R, SumWorkspace<Work>& ws,
+SolveVerdict solveSum(const WideRootSet& A, const WideRootSet& B, WideRootSet& R, SumWorkspace& ws,
                       const SolveOptions& options = {});
 
 }  // namespace kavrel

@@ -237,7 +237,7 @@ WideRootSet even_roots(const std::array<WideReal, 3>& k, const WideReal& a) {
         return all;
     };
     WideRootSet rough;
-    SumWorkspace<long double> ws;
+    SumWorkspace ws;
     if (!solveSum(product(even, with_even), product(other, with_other), rough, ws, {.precisionDigits = 19}).good()) {
         return false;
     }

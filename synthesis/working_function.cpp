@@ -206,12 +206,12 @@ bool rough_roots(const ReactanceRoots& A, const ReactanceRoots& B, WideRootSet& 
     const WideReal ratio = B.multiplier / A.multiplier;
     if (A.count <= max_real_degree && B.count <= max_real_degree) {
         const auto rounded = [](const ReactanceRoots& from, WideReal multiplier) {
-            WideRealRootSet to{.multiplier = multiplier.rounded(), .count = from.count, .root = {}};
+            RealRootSet to{.multiplier = multiplier.rounded(), .count = from.count, .root = {}};
             for (int i = 1; i <= from.count; ++i) to.root(i) = from.root(i).rounded();
             return to;
         };
-        RealSumWorkspace<long double> ws;
-        WideRealRootSet found;
+        RealSumWorkspace ws;
+        RealRootSet found;
         if (solveRealSum(rounded(A, 1), rounded(B, ratio), found, ws, wide_options).good()) {
             rough = {};
             for (int i = 1; i <= found.count; ++i) rough.append({found.root(i), 0});
@@ -224,7 +224,7 @@ bool rough_roots(const ReactanceRoots& A, const ReactanceRoots& B, WideRootSet& 
         for (int i = 1; i <= from.count; ++i) to.append({from.root(i).rounded(), 0});
         return to;
     };
-    SumWorkspace<long double> ws;
+    SumWorkspace ws;
     if (!solveSum(rounded(A, 1), rounded(B, ratio), rough, ws, wide_options).good()) return false;
     for (int i = 1; i <= rough.count; ++i) {
         if (!(std::fabs(rough.im(i)) <= off_axis * std::fabs(rough.re(i)))) return false;

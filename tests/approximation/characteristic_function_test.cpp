@@ -87,6 +87,11 @@ TEST(CharacteristicFunction, AgreesWithClosedForms) {
     RecordProperty("beyond_e18", std::to_string(static_cast<double>(worst_beyond * 1e18L)));
 }
 
+Cell value(const WideRootSet& set, Cell x) {
+    const ScaledValue<Real> v = scaledProduct(set, x);
+    return shifted(v.value, v.exponent);
+}
+
 // n even: F = fEven^2 - (x - a)(1 - x) fOdd^2; n odd: F = (x - a) fOdd^2 - (1 - x) fEven^2.
 TEST(CharacteristicFunction, FactorsMakeF) {
     std::mt19937 random(7);
@@ -95,11 +100,11 @@ TEST(CharacteristicFunction, FactorsMakeF) {
         const Built b = build(g.spec);
         for (int k = 1; k <= 5; ++k) {
             const Cell x{part(random), part(random)};
-            const Cell even = evalRootSet(b.xp.fEven, x.re, x.im, 0), odd = evalRootSet(b.xp.fOdd, x.re, x.im, 0);
+            const Cell even = value(b.xp.fEven, x), odd = value(b.xp.fOdd, x);
             const Cell low = x - Cell{b.xp.a, 0}, high = Cell{1, 0} - x;
             const Cell sum =
                 b.spec.degreeParity == 0 ? even * even - low * high * odd * odd : low * odd * odd - high * even * even;
-            const Cell f = evalRootSet(b.xp.FS, x.re, x.im, 0);
+            const Cell f = value(b.xp.FS, x);
             EXPECT_LT(cabs(sum - f), 1e-16L * cabs(f));
         }
         EXPECT_EQ(b.xp.FS.count, b.spec.degree);
@@ -136,7 +141,7 @@ TEST(CharacteristicFunction, PassBandKeepsItsLoss) {
 
 // The same roots come out of the sum A(y) + A(-y).
 TEST(CharacteristicFunction, RippleRootsAreThoseOfTheSum) {
-    SumWorkspace<Real> ws;
+    SumWorkspace ws;
     for (const int n : {3, 8, 17, 50}) {
         FilterSpec s = low_pass_of(n % 2 + 2, equal_ripple);
         s.zeroCount = (n - n % 2 - 2) / 2;

@@ -165,7 +165,7 @@ TEST(EqualMinima, Refusals) {
 
 // E of a filter whose zeros are known gives these zeros back.
 TEST(EqualMinima, IterationFindsTheZerosOfE) {
-    SumWorkspace<Real> ws;
+    SumWorkspace ws;
     for (const int passband : {maximally_flat, equal_ripple}) {
         for (const int symmetry : {-1, 0, 1}) {
             for (const int n : {1, 2, 3, 4, 6, 7, 12, 20}) {

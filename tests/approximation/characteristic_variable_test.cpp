@@ -12,7 +12,7 @@ namespace kavrel {
 namespace {
 
 using Real = XPlane::Real;
-using Wide = std::complex<Real>;
+using Point = std::complex<Real>;
 
 FilterSpec request_of(int type, int medium = lumped) {
     FilterSpec s;
@@ -96,12 +96,12 @@ TEST(FrequencyVariable, ZerosThereAndBack) {
             ASSERT_TRUE(normaliseEdges(s, xp, notes).good());
             zerosToX(s, xp);
             for (int i = 1; i <= s.zeroCount; ++i) {
-                const Wide f(s.FZR(i), s.FZI(i));
+                const Point f(s.FZR(i), s.FZI(i));
                 const Real scale = 3.14159265358979323846264L / 5000, edge = type == high_pass ? 800 : 1000;
-                Wide p = medium == lumped ? f / edge : std::tanh(scale * f) / std::tan(scale * edge);
+                Point p = medium == lumped ? f / edge : std::tanh(scale * f) / std::tan(scale * edge);
                 if (type == high_pass) p = Real{1} / p;
-                const Wide x = (p * p + xp.a) / (p * p + Real{1});
-                EXPECT_LT(std::abs(x - Wide(xp.ARR(i), x.imag() < 0 ? -xp.ARI(i) : xp.ARI(i))), 1e-17L * std::abs(x));
+                const Point x = (p * p + xp.a) / (p * p + Real{1});
+                EXPECT_LT(std::abs(x - Point(xp.ARR(i), x.imag() < 0 ? -xp.ARI(i) : xp.ARI(i))), 1e-17L * std::abs(x));
                 EXPECT_EQ(xp.ARI(i) == 0, s.FZR(i) == 0 || s.FZI(i) == 0);
                 EXPECT_GE(xp.ARI(i), 0);
             }
@@ -144,8 +144,8 @@ TEST(FrequencyVariable, Freal) {
     EXPECT_NEAR(static_cast<double>(b.xp.xReal), static_cast<double>(std::sqrt(b.xp.ueX)), 1e-18);
 }
 
-Wide factor_product(const Table<double, factor_limit>& t, int degree, Wide s) {
-    Wide p = 1;
+Point factor_product(const Table<double, factor_limit>& t, int degree, Point s) {
+    Point p = 1;
     for (int i = 2; i <= degree; i += 2) p *= s * s + Real{t(i - 1)} * s + Real{t(i)};
     return degree % 2 == 1 ? p * (s + Real{t(degree)}) : p;
 }
@@ -162,11 +162,11 @@ TEST(FrequencyVariable, HighPassInvertsGivenFactors) {
     XPlane xp;
     FrontNotes notes;
     ASSERT_TRUE(normaliseEdges(s, xp, notes).good());
-    const Wide p(0.3L, 1.7L);
-    const auto zeros = [&](Wide v, bool inverted) {
-        Wide q = 1;
+    const Point p(0.3L, 1.7L);
+    const auto zeros = [&](Point v, bool inverted) {
+        Point q = 1;
         for (int i = 1; i <= 2; ++i) {
-            Wide z(Real{before.FZR(i)} / 800, Real{before.FZI(i)} / 800);
+            Point z(Real{before.FZR(i)} / 800, Real{before.FZI(i)} / 800);
             if (inverted) z = Real{1} / z;
             q *= v * v - z * z;
             if (i == 2) q *= v * v - std::conj(z * z);
@@ -174,9 +174,9 @@ TEST(FrequencyVariable, HighPassInvertsGivenFactors) {
         return q;
     };
     // Both degrees are brought to 6 by powers of s' = 1/s: q of degree 6 leaves s'^6/s'^5.
-    const Wide original =
+    const Point original =
         Real{before.functionMultiplier} * factor_product(before.numeratorFactors, 5, p) / zeros(p, false);
-    const Wide turned =
+    const Point turned =
         Real{s.functionMultiplier} * factor_product(s.numeratorFactors, 5, Real{1} / p) / zeros(Real{1} / p, true) / p;
     EXPECT_NEAR(static_cast<double>(std::abs(original / turned)), 1, 1e-14);
 

@@ -32,22 +32,22 @@ double small_number(RandomNumbers& random) {
     return pick == 0 ? std::pow(10.0, random.between(-12, 12)) : random.integer(-3, 3) * 0.5;
 }
 
-template <class Work>
-void solve_anything() {
+TEST(Solvers, AnswerOnAnyInput) {
     RandomNumbers random(3);
-    SumWorkspace<Work> sum;
-    EvenOddWorkspace<Work> parts;
-    RealSumWorkspace<Work> real;
+    SumWorkspace sum;
+    EvenOddWorkspace parts;
+    RealSumWorkspace real;
     for (int k = 0; k < 150; ++k) {
         const auto number = [&] { return k % 2 == 0 ? any_number(random) : small_number(random); };
-        RootSet A, B, R, O;
-        A.multiplier = number(), B.multiplier = number();
-        for (int n = random.integer(0, 50); A.count < n;) A.append({number(), k % 4 == 0 ? number() : 0});
-        for (int n = random.integer(0, 50); B.count < n;) B.append({number(), k % 4 == 0 ? number() : 0});
+        WideRootSet A, B, R, O;
+        for (WideRootSet* set : {&A, &B}) {
+            set->multiplier = number();
+            for (int n = random.integer(0, 50); set->count < n;) set->append({number(), k % 4 == 0 ? number() : 0});
+        }
         EXPECT_TRUE(solveSum(A, B, R, sum).good() || R.count == 0);
         EXPECT_LE(R.count, 50);
 
-        PseudoPolynomial p;
+        WidePseudoPolynomial p;
         p.multiplier = number();
         p.degree = random.integer(0, 50);
         for (int i = 1; i <= p.factors(); ++i) p.c(i) = number(), p.d(i) = number();
@@ -56,17 +56,13 @@ void solve_anything() {
         EXPECT_LE(R.count, 25);
 
         RealRootSet a, b, r;
-        a.multiplier = number(), b.multiplier = number();
-        for (int n = random.integer(0, 25); a.count < n;) a.append(number());
-        for (int n = random.integer(0, 25); b.count < n;) b.append(number());
+        for (RealRootSet* set : {&a, &b}) {
+            set->multiplier = number();
+            for (int n = random.integer(0, 25); set->count < n;) set->append(number());
+        }
         EXPECT_TRUE(solveRealSum(a, b, r, real).good() || r.count == 0);
         EXPECT_LE(r.count, 25);
     }
-}
-
-TEST(Solvers, AnswerOnAnyInput) {
-    solve_anything<double>();
-    solve_anything<long double>();
 }
 
 }  // namespace

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <gtest/gtest.h>
 
-#include "numeric/root_order.h"
-#include "numeric/scaled_value.h"
+#include "numeric/guarded.h"
 #include "tests/numeric/golden_roots.h"
 #include "tests/numeric/random_sums.h"
 
@@ -15,58 +15,60 @@ namespace {
 
 using namespace testing;
 
-struct Parts {
-    RootSet even;
-    RootSet odd;
-};
+constexpr Z one{1, 0};
 
-template <class Work = long double>
-Parts parts_of(const PseudoPolynomial& p, double a, SolveFault fault = SolveFault::none, bool reactance = false) {
+struct Parts {
+    WideRootSet even, odd;
+};
+Parts parts_of(const WidePseudoPolynomial& p, Wide a, bool reactance = false) {
     Parts parts;
-    EvenOddWorkspace<Work> ws;
-    EXPECT_EQ(solveEvenOdd(p, a, reactance, parts.even, parts.odd, ws).fault, fault);
+    EvenOddWorkspace ws;
+    EXPECT_TRUE(solveEvenOdd(p, a, reactance, parts.even, parts.odd, ws).good());
     return parts;
 }
 
-// Factor of s^2 + b s + c0.
-void append_pair(PseudoPolynomial& p, double b, double c0, double a) {
-    p.degree += 2;
-    p.c(p.pairs()) = (c0 - a) / b;
-    p.d(p.pairs()) = (1 - c0) / b;
-}
-
-PseudoPolynomial random_pseudo(RandomNumbers& random, int degree, double a, bool mixed) {
-    PseudoPolynomial p;
-    p.multiplier = std::pow(10.0, random.between(-1, 1));
-    while (p.degree + 1 < degree) {
-        const double omega = random.between(0.95 * std::sqrt(a) + (a == 0 ? 0.3 : 0), 1.1);
-        const double sigma = std::pow(10.0, random.between(-3, 0));
-        const double sign = mixed && random.coin() ? -1 : 1;
-        append_pair(p, 2 * sign * sigma, omega * omega + sigma * sigma, a);
-    }
-    if (p.degree < degree) {
-        ++p.degree;
-        p.c(p.factors()) = (mixed && random.coin() ? -1 : 1) * std::pow(10.0, random.between(-1, 1));
-        p.d(p.factors()) = 0;
+// The product of the factors s^2 + b s + c0.
+WidePseudoPolynomial pseudo(Wide multiplier, Wide a, std::initializer_list<std::pair<Wide, Wide>> factors) {
+    WidePseudoPolynomial p;
+    p.multiplier = multiplier;
+    for (const auto& [b, c0] : factors) {
+        p.degree += 2;
+        p.c(p.pairs()) = (c0 - a) / b;
+        p.d(p.pairs()) = (1 - c0) / b;
     }
     return p;
 }
 
-// P(x) with w of the sign told, by plain products in long double, divided by sqrt(1 - x) for odd degree.
-Complex<long double> value_at(const PseudoPolynomial& p, double a, Complex<long double> x, long double sign) {
-    const Complex<long double> to_one = Complex<long double>{1, 0} - x;
-    const Complex<long double> w = sign * csqrt((x - Complex<long double>{a, 0}) * to_one);
-    Complex<long double> value{p.multiplier, 0};
-    for (int i = 1; i <= p.pairs(); ++i) {
-        value *= Complex<long double>{p.c(i), 0} + static_cast<long double>(p.d(i)) * x + w;
+WidePseudoPolynomial random_pseudo(RandomNumbers& random, int degree, double a, bool mixed) {
+    WidePseudoPolynomial p;
+    p.multiplier = std::pow(10.0, random.between(-1, 1));
+    while (p.degree + 1 < degree) {
+        const double omega = random.between(0.95 * std::sqrt(a) + (a == 0 ? 0.3 : 0), 1.1);
+        const double sigma = std::pow(10.0, random.between(-3, 0));
+        const double b = (mixed && random.coin() ? -2 : 2) * sigma, c0 = omega * omega + sigma * sigma;
+        p.degree += 2;
+        p.c(p.pairs()) = (c0 - a) / b;
+        p.d(p.pairs()) = (1 - c0) / b;
     }
-    if (p.degree % 2 == 1) value *= Complex<long double>{p.c(p.factors()), 0} + cdiv(w, to_one);
+    if (p.degree < degree) {
+        ++p.degree;
+        p.c(p.factors()) = (mixed && random.coin() ? -1 : 1) * std::pow(10.0, random.between(-1, 1));
+    }
+    return p;
+}
+
+// P(x) with w of the given sign, by plain products, divided by sqrt(1 - x) for odd degree.
+Z value_at(const WidePseudoPolynomial& p, Wide a, Z x, Wide sign) {
+    const Z w = sign * csqrt((x - Z{a, 0}) * (one - x));
+    Z value{p.multiplier, 0};
+    for (int i = 1; i <= p.pairs(); ++i) value *= Z{p.c(i), 0} + p.d(i) * x + w;
+    if (p.degree % 2 == 1) value *= Z{p.c(p.factors()), 0} + cdiv(w, one - x);
     return value;
 }
 
-Complex<long double> product_at(const RootSet& set, Complex<long double> x) {
-    Complex<long double> value{set.multiplier, 0};
-    for (int i = 1; i <= set.count; ++i) value *= x - Complex<long double>{set.re(i), set.im(i)};
+Z product_at(const WideRootSet& set, Z x) {
+    Z value{set.multiplier, 0};
+    for (int i = 1; i <= set.count; ++i) value *= x - set.root(i);
     return value;
 }
 
@@ -78,18 +80,16 @@ TEST(SolveEvenOdd, AgreesWithManyDigits) {
         ASSERT_EQ(word, "parts");
         std::getline(in, name);
         SCOPED_TRACE(name);
-        PseudoPolynomial p;
-        double a = 0;
-        in >> word >> p.multiplier >> p.degree >> a;
-        for (int i = 1; i <= p.factors(); ++i) in >> p.c(i) >> p.d(i);
+        WidePseudoPolynomial p;
+        double a = 0, multiplier = 0, c = 0, d = 0;  // the roots are those of the doubles
+        in >> word >> multiplier >> p.degree >> a;
+        p.multiplier = multiplier;
+        for (int i = 1; i <= p.factors() && in >> c >> d; ++i) p.c(i) = c, p.d(i) = d;
         const GoldenSet even = read_golden_set(in);
         const GoldenSet odd = read_golden_set(in);
-        const Parts wide = parts_of<long double>(p, a);
-        expect_golden(wide.even, even, 2e-18L);
-        expect_golden(wide.odd, odd, 2e-18L);
-        const Parts narrow = parts_of<double>(p, a);
-        expect_golden(narrow.even, even, 1e-14L);
-        expect_golden(narrow.odd, odd, 1e-14L);
+        const Parts parts = parts_of(p, a);
+        expect_golden(parts.even, even, 2e-18L);
+        expect_golden(parts.odd, odd, 2e-18L);
         ++cases;
     }
     EXPECT_EQ(cases, 32);
@@ -103,26 +103,25 @@ TEST(SolveEvenOdd, PartsMakeUpTheWhole) {
         const int degree = 1 + k % 50;
         const double a = k % 3 == 0 ? 0 : random.between(0.01, 0.95);
         const bool mixed = k >= 200;
-        const PseudoPolynomial p = random_pseudo(random, degree, a, mixed);
+        const WidePseudoPolynomial p = random_pseudo(random, degree, a, mixed);
         ASSERT_EQ(isHurwitz(p, a) || mixed, true);
         const Parts parts = parts_of(p, a);
         for (int i = 0; i < 3; ++i) {
-            const Complex<long double> x{random.between(-2, 3), random.between(0.1, 1)};
-            const Complex<long double> w = csqrt((x - Complex<long double>{a, 0}) * (Complex<long double>{1, 0} - x));
-            const Complex<long double> root = degree % 2 == 0 ? w : cdiv(w, Complex<long double>{1, 0} - x);
-            for (const long double sign : {1.0L, -1.0L}) {
-                const Complex<long double> whole = value_at(p, a, x, sign);
-                const Complex<long double> sum = product_at(parts.even, x) + sign * (root * product_at(parts.odd, x));
-                const long double size = std::max(cabs(value_at(p, a, x, 1)), cabs(value_at(p, a, x, -1)));
-                EXPECT_LE(cabs(sum - whole), 3e-14L * size) << k;
+            const Z x{random.between(-2, 3), random.between(0.1, 1)};
+            const Z w = csqrt((x - Z{a, 0}) * (one - x));
+            const Z root = degree % 2 == 0 ? w : cdiv(w, one - x);
+            const Wide size = std::max(cabs(value_at(p, a, x, 1)), cabs(value_at(p, a, x, -1)));
+            for (const Wide sign : {1.0L, -1.0L}) {
+                const Z sum = product_at(parts.even, x) + sign * (root * product_at(parts.odd, x));
+                EXPECT_LE(cabs(sum - value_at(p, a, x, sign)), 3e-16L * size) << k;
             }
         }
         if (mixed) continue;
-        std::vector<std::pair<double, int>> angle;  // of s = j tan(angle/2), s^2 = (x - a)/(1 - x)
-        for (const RootSet* set : {&parts.even, &parts.odd}) {
+        std::vector<std::pair<Wide, int>> angle;  // of s = j tan(angle/2), s^2 = (x - a)/(1 - x)
+        for (const WideRootSet* set : {&parts.even, &parts.odd}) {
             for (int i = 1; i <= set->count; ++i) {
                 ASSERT_EQ(set->im(i), 0);
-                const double square = (set->re(i) - a) / (set->re(i) - 1);
+                const Wide square = (set->re(i) - a) / (set->re(i) - 1);
                 ASSERT_GT(square, 0);
                 angle.emplace_back(std::atan(std::sqrt(square)), set == &parts.odd ? 1 : 0);
             }
@@ -133,55 +132,53 @@ TEST(SolveEvenOdd, PartsMakeUpTheWhole) {
 }
 
 TEST(SolveEvenOdd, DegreesFallWithTheirLeadingTerms) {
-    // Maximally flat at 10 log10(2) dB, degree 2: s^2 + sqrt(2) s + 1 has its even root at s = j, x infinite.
-    PseudoPolynomial p;
-    p.multiplier = 1;
-    append_pair(p, std::sqrt(2.0), 1, 0);
-    Parts parts = parts_of(p, 0);
-    EXPECT_EQ(parts.even.count, 0);
-    EXPECT_NEAR(parts.even.multiplier, std::sqrt(0.5), 1e-15);
-    EXPECT_EQ(parts.odd.count, 0);
-    EXPECT_EQ(parts.odd.multiplier, 1);
-
-    // (s^2 + b s + c0)(s^2 - b s + c0) is even: the odd part vanishes.
-    p = {};
-    p.multiplier = 3;
-    append_pair(p, 0.5, 0.7, 0.2);
-    append_pair(p, -0.5, 0.7, 0.2);
-    parts = parts_of(p, 0.2);
-    EXPECT_EQ(parts.even.count, 2);
-    EXPECT_EQ(parts.odd.count, 0);
-    EXPECT_EQ(parts.odd.multiplier, 0);
-
-    p = {};
-    p.multiplier = 4;
-    parts = parts_of(p, 0);
-    EXPECT_EQ(parts.even.multiplier, 4);
-    EXPECT_EQ(parts.odd.multiplier, 0);
+    const struct {
+        const char* what;
+        WidePseudoPolynomial p;
+        double a;
+        int evens;
+        double even;
+        int odds;
+        double odd;
+    } cases[] = {
+        {"maximally flat, s^2 + sqrt(2) s + 1: the even root lies at s = j, x infinite",
+         pseudo(1, 0, {{std::sqrt(2.0L), 1}}), 0, 0, std::sqrt(0.5), 0, 1},
+        {"(s^2 + b s + c0)(s^2 - b s + c0) is even", pseudo(3, 0.2L, {{0.5L, 0.7L}, {-0.5L, 0.7L}}), 0.2, 2, -4.08, 0,
+         0},
+        {"a constant", pseudo(4, 0, {}), 0, 0, 4, 0, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const Parts parts = parts_of(c.p, c.a);
+        EXPECT_EQ(parts.even.count, c.evens);
+        EXPECT_NEAR(static_cast<double>(parts.even.multiplier), c.even, 1e-15);
+        EXPECT_EQ(parts.odd.count, c.odds);
+        EXPECT_EQ(parts.odd.multiplier, c.odd);
+    }
 }
 
 TEST(SolveEvenOdd, RefusesWhatIsNoReactance) {
     RandomNumbers random(5);
-    PseudoPolynomial hurwitz = random_pseudo(random, 11, 0.3, false);
-    parts_of(hurwitz, 0.3, SolveFault::none, true);
-
+    const WidePseudoPolynomial hurwitz = random_pseudo(random, 11, 0.3, false);
+    parts_of(hurwitz, 0.3, true);
     // Even part of (s^2 + s/2 + 1.2)(s^2 - s/4 + 0.6): s^4 + 1.675 s^2 + 0.72, complex in s^2
-    PseudoPolynomial mixed;
-    mixed.multiplier = 1;
-    append_pair(mixed, 0.5, 1.2, 0.3);
-    append_pair(mixed, -0.25, 0.6, 0.3);
-    parts_of(mixed, 0.3, SolveFault::none, false);
+    const WidePseudoPolynomial mixed = pseudo(1, 0.3L, {{0.5L, 1.2L}, {-0.25L, 0.6L}});
+    parts_of(mixed, 0.3, false);
+
+    WidePseudoPolynomial poisoned = hurwitz, large = hurwitz;
+    poisoned.c(3) = std::nan("");
+    large.degree = 51;
     Parts kept;
     kept.even.multiplier = 7;
-    EvenOddWorkspace<double> ws;
-    EXPECT_EQ(solveEvenOdd(mixed, 0.3, true, kept.even, kept.odd, ws).fault, SolveFault::root_off_axis);
-    EXPECT_EQ(messageOf(SolveFault::root_off_axis).second, " be a reactance");
-
-    hurwitz.c(3) = std::nan("");
-    EXPECT_EQ(solveEvenOdd(hurwitz, 0.3, false, kept.even, kept.odd, ws).fault, SolveFault::part_no_convergence);
-    hurwitz.degree = 51;
-    EXPECT_EQ(solveEvenOdd(hurwitz, 0.3, false, kept.even, kept.odd, ws).fault, SolveFault::degree_too_high);
+    EvenOddWorkspace ws;
+    const auto fault = [&](const WidePseudoPolynomial& p, bool reactance) {
+        return solveEvenOdd(p, 0.3, reactance, kept.even, kept.odd, ws).fault;
+    };
+    EXPECT_EQ(fault(mixed, true), SolveFault::root_off_axis);
+    EXPECT_EQ(fault(poisoned, false), SolveFault::part_no_convergence);
+    EXPECT_EQ(fault(large, false), SolveFault::degree_too_high);
     EXPECT_EQ(kept.even.multiplier, 7);
+    EXPECT_EQ(messageOf(SolveFault::root_off_axis).second, " be a reactance");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <fstream>
+#include <initializer_list>
 #include <limits>
 #include <string>
 #include <vector>
@@ -13,13 +14,22 @@
 
 namespace kavrel::testing {
 
+using Z = Complex<Wide>;
+
+inline WideRootSet set_of(Wide multiplier, std::initializer_list<Z> roots) {
+    WideRootSet set;
+    set.multiplier = multiplier;
+    for (const Z z : roots) set.append(z);
+    return set;
+}
+
 struct GoldenRoot {
-    Complex<long double> x;
-    long double condition;  // larger term of the sum over |x S'(x)|
+    Z x;
+    Wide condition;  // larger term of the sum over |x S'(x)|
 };
 
 struct GoldenSet {
-    long double multiplier = 0;
+    Wide multiplier = 0;
     std::vector<GoldenRoot> roots;
 };
 
@@ -42,23 +52,22 @@ inline GoldenSet read_golden_set(std::istream& in) {
     return set;
 }
 
-// Each golden root has a root of its own within half a unit of storing, and `rounding` times its condition: relative,
-// by magnitude. The multiplier agrees to 1e-12.
-inline void expect_golden(const RootSet& found, const GoldenSet& golden, long double rounding) {
+// Each golden root has a root of its own within `rounding` times 1 + its condition: relative, by magnitude. The
+// multiplier agrees to 1e-12.
+inline void expect_golden(const WideRootSet& found, const GoldenSet& golden, Wide rounding) {
     ASSERT_EQ(found.count, static_cast<int>(golden.roots.size()));
     EXPECT_NEAR(static_cast<double>(found.multiplier / golden.multiplier), 1, 1e-12);
     std::vector<bool> taken(golden.roots.size() + 1, false);
     for (const GoldenRoot& g : golden.roots) {
         int best = 0;
-        long double distance = std::numeric_limits<long double>::infinity();
+        Wide distance = std::numeric_limits<Wide>::infinity();
         for (int i = 1; i <= found.count; ++i) {
-            const long double d = cabs(g.x - Complex<long double>{found.re(i), found.im(i)});
+            const Wide d = cabs(g.x - found.root(i));
             if (!taken[static_cast<std::size_t>(i)] && d < distance) distance = d, best = i;
         }
         ASSERT_GT(best, 0);
         taken[static_cast<std::size_t>(best)] = true;
-        const long double half_unit = std::numeric_limits<double>::epsilon() / 2;
-        EXPECT_LE(distance, (half_unit + rounding * (1 + g.condition)) * cabs(g.x))
+        EXPECT_LE(distance, rounding * (1 + g.condition) * cabs(g.x))
             << static_cast<double>(g.x.re) << " + j " << static_cast<double>(g.x.im) << ", condition "
             << static_cast<double>(g.condition);
         EXPECT_EQ(g.x.im == 0, found.im(best) == 0);
@@ -67,26 +76,26 @@ inline void expect_golden(const RootSet& found, const GoldenSet& golden, long do
 
 // A value and its derivative, on any common scale.
 struct ValueAndSlope {
-    Complex<long double> value, slope;
+    Z value, slope;
 };
 
 // Newton's disks: around x, a disk of radius n |f/f'| holds a root of the polynomial f of degree n. When the disks of
 // all n roots found are disjoint, each holds exactly one: the set is complete, and |f/f'| the error. Returns the
 // largest n |f/(x f')|, or infinity when two disks meet.
 template <class Function>
-long double proven_error(const RootSet& found, Function f) {
-    std::vector<long double> radius(1, 0);
-    long double worst = 0;
+Wide proven_error(const WideRootSet& found, Function f) {
+    std::vector<Wide> radius(1, 0);
+    Wide worst = 0;
     for (int i = 1; i <= found.count; ++i) {
-        const Complex<long double> x{found.re(i), found.im(i)};
+        const Z x = found.root(i);
         const ValueAndSlope v = f(x);
-        const long double r = v.value == Complex<long double>{} ? 0 : found.count * (cabs(v.value) / cabs(v.slope));
+        const Wide r = v.value == Z{} ? 0 : found.count * (cabs(v.value) / cabs(v.slope));
         radius.push_back(r);
         if (cabs(x) > 0) worst = std::max(worst, r / cabs(x));
         for (int j = 1; j < i; ++j) {
-            const Complex<long double> other{found.re(j), found.im(j)};
-            const long double both = r + radius[static_cast<std::size_t>(j)];
-            if (!(cabs(x - other) > both)) return std::numeric_limits<long double>::infinity();
+            const Z other = found.root(j);
+            const Wide both = r + radius[static_cast<std::size_t>(j)];
+            if (!(cabs(x - other) > both)) return std::numeric_limits<Wide>::infinity();
         }
     }
     return worst;

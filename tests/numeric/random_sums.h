@@ -10,8 +10,8 @@
 namespace kavrel::testing {
 
 struct RandomSum {
-    RootSet A;
-    RootSet B;
+    WideRootSet A;
+    WideRootSet B;
 };
 
 enum class SumKind {
@@ -37,8 +37,8 @@ private:
 };
 
 // Conjugate pairs, and real roots as `reals` (0 to 1) tells, of magnitude 10^-decades to 10^decades.
-inline RootSet random_set(RandomNumbers& random, int count, double decades, double reals) {
-    RootSet set;
+inline WideRootSet random_set(RandomNumbers& random, int count, double decades, double reals) {
+    WideRootSet set;
     set.multiplier = (random.coin() ? 1 : -1) * std::pow(10.0, random.between(-2, 2));
     while (set.count < count) {
         const double size = std::pow(10.0, random.between(-decades, decades));

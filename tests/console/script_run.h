@@ -1,4 +1,4 @@
-// A script run in this process, in a folder of its own.
+// A script run in this process, in the folder that is current; all that it shows stands in one text, in its order.
 #pragma once
 
 #include <memory>
@@ -15,34 +15,23 @@ namespace kavrel {
 struct ScriptRun {
     ConsoleOptions options;
     ConsoleScript script;
-    std::ostringstream report;
-    std::ostringstream screen;
-    std::ostringstream out;
-    std::ostringstream errors;
-    ConsoleWindow window{script,
-                         {.report = report, .screen = screen, .out = out, .errors = errors, .options = options}};
+    std::ostringstream shown;
+    ConsoleWindow window{script, {.report = shown, .screen = shown, .out = shown, .errors = shown, .options = options}};
     Workbench bench{window};
     Runner runner{bench, window};
 
-    explicit ScriptRun(const std::string& text, bool keep_going = false) {
+    explicit ScriptRun(bool keep_going = false, bool quiet = false) {
         options.keep_going = keep_going;
+        options.quiet = quiet;
         options.date = "2026-01-01";
         main_program(bench, "", "/usr/bin/kavrel-cli");
-        run(text);
     }
 
     int run(const std::string& text) {
         script.push("test.kav", std::make_unique<std::istringstream>(text));
         runner.run();
-        return status();
+        return window.exit_status();
     }
-
-    [[nodiscard]] int status() const { return window.exit_status(); }
 };
-
-// The head of a script that opens the FIR form, and the bands of a small low-pass.
-inline const std::string open_fir = "choose Design > FIR Filter > New\n";
-inline const std::string low_pass_bands =
-    "button Details\nrow 0 1k 1 1\nrow 2k 5k 0 10\nok\nset specification_type Weights\n";
 
 }  // namespace kavrel

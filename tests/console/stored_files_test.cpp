@@ -11,15 +11,12 @@ const std::string stored = TEST_DATA "/stored/";
 struct StoredFiles : testing::Test {
     ScratchFolder folder;
     StoredFiles() { std::filesystem::copy(stored, "."); }
-
-    static std::string shown(const ScriptRun& run) { return run.screen.str() + "-- report\n" + run.report.str(); }
 };
 
 TEST_F(StoredFiles, AreReadAndWrittenAgain) {
-    ScriptRun run("", true);
-    run.options.quiet = true;
+    ScriptRun run(true, true);
     run.run(read_text("read.kav"));
-    expect_golden(stored + "read.txt", shown(run) + "-- messages\n" + run.errors.str());
+    expect_golden(stored + "read.txt", run.shown.str());
     for (const auto& entry : std::filesystem::directory_iterator(stored)) {
         const std::string name = entry.path().filename();
         const bool of_a_circuit = name.ends_with(".qfp") || name.ends_with(".trf");
@@ -28,13 +25,13 @@ TEST_F(StoredFiles, AreReadAndWrittenAgain) {
 }
 
 TEST_F(StoredFiles, OfUndoAndStoreGiveTheirCircuitsBack) {
-    ScriptRun run("choose #130\nfile low_pass.qfp\nchoose Branch > Change\nset branch 3\nset second 1\nok\ndo sto\n");
+    ScriptRun run(false, true);
+    run.run("choose #130\nfile low_pass.qfp\nchoose Branch > Change\nset branch 3\nset second 1\nok\ndo sto\n");
     std::filesystem::rename("undo.bin", "_xxx0.tmp");
     std::filesystem::rename("store.bin", "~xxx.tmp");
-    run.report.str("");
-    run.run("do undo\ndo list\ndo rcl\ndo list\n");
-    EXPECT_EQ(run.status(), 0) << run.errors.str();
-    expect_golden(stored + "undo.txt", run.report.str());
+    run.shown.str("");
+    EXPECT_EQ(run.run("do undo\ndo list\ndo rcl\ndo list\n"), 0);
+    expect_golden(stored + "undo.txt", run.shown.str());
 }
 
 }  // namespace

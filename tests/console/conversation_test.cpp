@@ -1,0 +1,53 @@
+// Whole conversations by script: all that they show, the status that they end with and the files that they leave are
+// golden.
+#include <set>
+
+#include <fmt/format.h>
+
+#include "tests/console/script_run.h"
+#include "tests/support/golden.h"
+
+namespace kavrel {
+namespace {
+
+const std::string conversations = TEST_DATA "/conversations/";
+
+// Runs a script among the files that it may include.
+std::string conversation(const std::string& head, const std::string& script) {
+    const ScratchFolder folder;
+    std::filesystem::copy(conversations + "files", ".");
+    const auto files = [] {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(".")) names.insert(entry.path().filename());
+        return names;
+    };
+    const std::set<std::string> before = files();
+    ScriptRun run(head.ends_with("--keep-going"));
+    const int status = run.run(script);
+    std::string text = fmt::format("{}\n{}-- status {}", head, run.shown.str(), status);
+    for (const std::string& name : files()) text += before.contains(name) ? "" : ", " + name;
+    return text + "\n\n";
+}
+
+class Conversations : public testing::TestWithParam<std::string> {};
+
+TEST_P(Conversations, GoAsTheyDid) {
+    std::istringstream lines(read_text(conversations + GetParam() + ".kav"));
+    std::string head, script, text;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("=== ")) {
+            if (!head.empty()) text += conversation(head, script);
+            head = line;
+            script.clear();
+        } else {
+            script += line + '\n';
+        }
+    }
+    expect_golden(conversations + GetParam() + ".txt", text + conversation(head, script));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Conversations, testing::Values("answers", "forms", "lines"),
+                         [](const auto& test) { return test.param; });
+
+}  // namespace
+}  // namespace kavrel

@@ -23,7 +23,6 @@ bool is_good(std::string_view caption) { return std::ranges::find(good_captions,
 
 constexpr const char* missing_quote = "a double quote is missing";
 constexpr const char* print_file = "kavrel.prn";
-constexpr int close_window_event = 16385;
 
 }  // namespace
 

@@ -20,7 +20,6 @@ namespace kavrel {
 
 namespace {
 
-constexpr int close_window_event = 16385;
 constexpr qint64 breath = 40;  // milliseconds between two looks at events during long work
 
 }  // namespace

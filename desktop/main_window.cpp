@@ -24,7 +24,6 @@ namespace kavrel {
 namespace {
 
 constexpr QSize usual_size(980, 720);
-constexpr int help_event_id = 16386;
 
 }  // namespace
 
@@ -216,7 +215,7 @@ void MainWindow::make_own_actions() {
     own_menu_->addSeparator();
     // Where no item of the menu has F1.
     auto* help = new QAction(this);
-    connect(help, &QAction::triggered, this, [this] { emit item_chosen(help_event_id); });
+    connect(help, &QAction::triggered, this, [this] { emit item_chosen(help_event); });
     addAction(help);
     own_actions_.push_back({help, {QKeySequence(Qt::Key_F1)}});
     auto* shades = new QActionGroup(this);

@@ -56,7 +56,7 @@ void Program::leave() {
         return;
     }
     const int exit = window_.main().item_labelled("Exit");
-    send(exit != 0 ? exit : exit_event);
+    send(exit != 0 ? exit : close_window_event);
 }
 
 void Program::show_status() {

@@ -9,15 +9,43 @@ namespace kavrel {
 
 struct Form;
 
+// What an item does that no command of a Segment does.
+enum class MenuAction : int {
+    none = 0,
+    view_text,
+    close_text_view,
+    recall_filter,
+    choose_units,
+    new_filter_design,
+    recall_filter_design,
+    new_delay_design,
+    recall_delay_design,
+    new_fir_design,
+    recall_fir_design,
+    new_analysis,
+    recall_analysis,
+    new_fir_analysis,
+    recall_fir_analysis,
+    new_design,  // of the kind of the last one
+    save_as,
+    play_macro,
+    copy,
+    stop,
+    help,
+    help_on_help,
+    about,
+};
+
 // A row of a menu table. The tree is in the paths: "&File > &Open" stands in the submenu "&File"; an ampersand marks
 // the access key. Rows of one submenu follow each other, in the order in which they are shown.
 struct MenuItem {
     std::string_view path;
-    std::string_view hint = {};         // shown while the item is selected
-    std::string_view accelerator = {};  // "ctrl+O", "CTRL+F2", "F1", or blank
-    int id = 0;                         // what `dispatch_event` is told
-    std::string_view command = {};  // the word it leaves in its Segment's cell; blank when no command stands behind it
-    const Form* form = nullptr;     // the form that the command asks for first
+    std::string_view hint = {};            // shown while the item is selected
+    std::string_view accelerator = {};     // "ctrl+O", "CTRL+F2", "F1", or blank
+    int id = 0;                            // what `dispatch_event` is told
+    std::string_view command = {};         // the word it leaves in its Segment's cell
+    const Form* form = nullptr;            // the form that the command asks for first
+    MenuAction action = MenuAction::none;  // goes before the command, where the Segment has it
 };
 
 // A button of the toolbar: it sends the event of a menu item.

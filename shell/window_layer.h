@@ -13,6 +13,10 @@ namespace kavrel {
 class FormSheet;
 struct PlotWindow;
 
+// Events that window layers and menus share.
+inline constexpr int close_window_event = 16385;  // "Exit" of the main menu, served by the window layer
+inline constexpr int help_event = 16386;          // the help key where no item has it
+
 enum class Buttons { ok, yes_no };
 
 // The result of a message box.

@@ -4,8 +4,6 @@
 
 #include <fmt/format.h>
 
-#include "passive/file_commands.h"
-#include "passive/macro_file.h"
 #include "shell/stored_files.h"
 #include "workbench/analysis_road.h"
 #include "workbench/delay_road.h"
@@ -94,92 +92,28 @@ void stop(Workbench& bench) {
         bench.session.stopped = true;
 }
 
-void save_passive_as(Workbench& bench) {
-    PassiveDesk desk = passive_desk(bench);
-    save_circuit_as(desk);
-}
-
-void play_passive_macro(Workbench& bench) {
-    PassiveDesk desk = passive_desk(bench);
-    play_macro(desk);
-}
-
-struct Event {
-    int id;
-    void (*handle)(Workbench& bench);
-};
-
-// Items that no command word stands behind.
-constexpr Event events[] = {
-    // main menu
-    {129, view_text_file},
-    {recall_filter_event, recall_stored_filter},
-    {131, close_text_view},
-    {143, units},
-    {166, new_filter_design},
-    {167, recall_filter_design},
-    {135, new_delay_design},
-    {136, recall_delay_design},
-    {1031, new_fir_design},
-    {1032, recall_fir_design},
-    {149, new_analysis},
-    {169, recall_analysis},
-    {152, new_fir_analysis},
-    {170, recall_fir_analysis},
-    {159, help},
-    {141, help_on_help},
-    {142, about},
-    // passive
-    {524, new_design},
-    {330, save_passive_as},
-    {521, play_passive_macro},
-    {516, copy},
-    {335, stop},
-    {352, help},
-    {351, help_on_help},
-    {353, about},
-    // active
-    {841, new_design},
-    {837, copy},
-    {736, stop},
-    {750, help},
-    {749, help_on_help},
-    {751, about},
-    // IIR digital
-    {651, new_design},
-    {645, copy},
-    {536, stop},
-    {550, help},
-    {549, help_on_help},
-    {551, about},
-    // lattice
-    {914, copy},
-    {881, stop},
-    {894, help},
-    {893, help_on_help},
-    {895, about},
-    // ladder synthesis
-    {934, help},
-    {933, help_on_help},
-    {935, about},
-    // FIR digital
-    {1199, new_fir_design},
-    {1194, copy},
-    {1136, stop},
-    {1153, help},
-    {1152, help_on_help},
-    {1154, about},
-};
-
-// What the plot window sends: an id for the Segment that opened it.
-struct PlotEvent {
-    int id;
-    SegmentId segment;
-    std::string_view command;
-};
-constexpr PlotEvent plot_events[] = {
-    {160, SegmentId::passive, "plpr"}, {161, SegmentId::iir, "plpr"},     {162, SegmentId::fir, "plpr"},
-    {163, SegmentId::active, "plpr"},  {168, SegmentId::lattice, "plpr"}, {154, SegmentId::passive, "nonp"},
+// What items do that no command stands behind, in whatever menu they are.
+constexpr ActionRow actions[] = {
+    {MenuAction::view_text, view_text_file},
+    {MenuAction::close_text_view, close_text_view},
+    {MenuAction::recall_filter, recall_stored_filter},
+    {MenuAction::choose_units, units},
+    {MenuAction::new_filter_design, new_filter_design},
+    {MenuAction::recall_filter_design, recall_filter_design},
+    {MenuAction::new_delay_design, new_delay_design},
+    {MenuAction::recall_delay_design, recall_delay_design},
+    {MenuAction::new_fir_design, new_fir_design},
+    {MenuAction::recall_fir_design, recall_fir_design},
+    {MenuAction::new_analysis, new_analysis},
+    {MenuAction::recall_analysis, recall_analysis},
+    {MenuAction::new_fir_analysis, new_fir_analysis},
+    {MenuAction::recall_fir_analysis, recall_fir_analysis},
+    {MenuAction::new_design, new_design},
+    {MenuAction::copy, copy},
+    {MenuAction::stop, stop},
+    {MenuAction::help, help},
+    {MenuAction::help_on_help, help_on_help},
+    {MenuAction::about, about},
 };
 
 // What every event starts from: the working copies of the settings.
@@ -190,45 +124,48 @@ void refresh(Session& session) {
     session.time_scale = session.units.time_multiplier;
 }
 
-bool send_plot_command(Workbench& bench, int item_id) {
-    const auto event = std::ranges::find(plot_events, item_id, &PlotEvent::id);
-    if (event == std::end(plot_events)) return false;
-    send_command(bench, room_of(event->segment), event->command, nullptr);
-    return true;
-}
+// An item and the Segment that it belongs to.
+struct Place {
+    const Room* room = nullptr;
+    const MenuItem* item = nullptr;
+};
 
-// The Segment and the item behind the id of a command.
-bool send_menu_command(Workbench& bench, int item_id) {
+Place place_of(int item_id) {
     for (std::size_t i = 0; i < segment_count; ++i) {
         const Room& room = room_of(static_cast<SegmentId>(i));
-        const MenuItem* item = find_item(room.menu, item_id);
-        if (item == nullptr || item->command.empty()) continue;
-        send_command(bench, room, item->command, item->form);
-        return true;
+        for (const auto items : {room.menu, room.window_items}) {
+            if (const MenuItem* item = find_item(items, item_id)) return {&room, item};
+        }
     }
-    return false;
+    return {};
+}
+
+// By the item's action, in the Segment or in all of them, else by its command. False for an item with neither.
+bool perform(Workbench& bench, const Room& room, const MenuItem& item) {
+    for (const auto table : {room.actions, std::span<const ActionRow>(actions)}) {
+        if (const ActionRow* row = find_action(table, item.action)) {
+            row->perform(bench);
+            return true;
+        }
+    }
+    if (item.command.empty()) return false;
+    send_command(bench, room, item.command, item.form);
+    return true;
 }
 
 }  // namespace
 
 int dispatch_event(Workbench& bench, int item_id) {
     refresh(bench.session);
-    if (item_id < first_menu_id || item_id > last_menu_id) {
-        if (item_id == help_event) {
-            help(bench);
-        } else if (bench.window.own_event(item_id)) {
-            return 0;
-        } else {
-            not_implemented(bench);
-        }
+    const Place place = place_of(item_id);
+    if (place.item != nullptr && perform(bench, *place.room, *place.item)) return -1;
+    if (item_id == help_event) {
+        help(bench);
         return -1;
     }
-    const auto event = std::ranges::find(events, item_id, &Event::id);
-    if (event != std::end(events)) {
-        event->handle(bench);
-    } else if (!send_menu_command(bench, item_id) && !send_plot_command(bench, item_id)) {
-        not_implemented(bench);
-    }
+    const bool of_menus = item_id >= first_menu_id && item_id <= last_menu_id;
+    if (!of_menus && bench.window.own_event(item_id)) return 0;
+    not_implemented(bench);
     return -1;
 }
 

@@ -5,9 +5,6 @@
 
 namespace kavrel {
 
-// Ids outside the menus' range.
-inline constexpr int exit_event = 16385;  // served by the window layer
-inline constexpr int help_event = 16386;
 inline constexpr int recall_filter_event = 130;
 
 // Serves one event: a menu item, a toolbar button or an accelerator by its id. -1 when it was handled (a box "Command

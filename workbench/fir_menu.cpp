@@ -7,16 +7,16 @@ namespace kavrel {
 // clang-format off
 constexpr std::array<MenuItem, 39> fir_menu = {{
     {.path = "&File > &Open", .hint = "Open a stored filter file", .accelerator = "ctrl+O", .id = 1128, .command = "read"},
-    {.path = "&File > &New", .hint = "Restart or start a new design", .accelerator = "ctrl+B", .id = 1199},
+    {.path = "&File > &New", .hint = "Restart or start a new design", .accelerator = "ctrl+B", .id = 1199, .action = MenuAction::new_fir_design},
     {.path = "&File > &Save", .hint = "Save the data in a file", .accelerator = "ctrl+S", .id = 1129, .command = "save"},
-    {.path = "&File > Save &as", .hint = "Save a file with a different name", .accelerator = "ctrl+A", .id = 1130, .command = "save"},
+    {.path = "&File > Save &as", .hint = "Save a file with a different name", .accelerator = "ctrl+A", .id = 1130, .command = "save", .action = MenuAction::save_as},
     {.path = "&File > Stor&e", .hint = "Store data in temporary file", .accelerator = "ctrl+E", .id = 1131, .command = "sto "},
     {.path = "&File > &Recall", .hint = "Recall temporary file", .accelerator = "ctrl+R", .id = 1132, .command = "rcl "},
     {.path = "&File > Te&xt file", .hint = "Store filter data in text file", .accelerator = "ctrl+X", .id = 1133, .command = "file"},
     {.path = "&File > &Program", .hint = "Generates a Fortran program that implements filter in software", .accelerator = "shift+P", .id = 1134, .command = "prog"},
     {.path = "&File > &Factored", .hint = "Generates file containing factored data", .accelerator = "shift+Y", .id = 1135, .command = "ffac"},
-    {.path = "&File > &Copy", .hint = "Copy marked text to clipboard", .accelerator = "ctrl+C", .id = 1194},
-    {.path = "&File > E&xit", .hint = "Exit program", .id = 1136},
+    {.path = "&File > &Copy", .hint = "Copy marked text to clipboard", .accelerator = "ctrl+C", .id = 1194, .action = MenuAction::copy},
+    {.path = "&File > E&xit", .hint = "Exit program", .id = 1136, .action = MenuAction::stop},
     {.path = "&View > &Display", .hint = "Display design information", .accelerator = "ctrl+D", .id = 1137, .command = "disp"},
     {.path = "&View > Sho&w", .hint = "Show FIR filter coefficients", .accelerator = "ctrl+W", .id = 1139, .command = "show", .form = &FIR_FUNCTION_DLG},
     {.path = "&View > &Factored", .hint = "Display factored form", .accelerator = "shift+Z", .id = 1141, .command = "prf "},
@@ -42,9 +42,13 @@ constexpr std::array<MenuItem, 39> fir_menu = {{
     {.path = "&Transform > &Clear", .hint = "Delete all functions, except original", .accelerator = "shift+C", .id = 1151, .command = "clr "},
     {.path = "&Undo > &Undo", .hint = "Undo the last operation that changed the filter", .accelerator = "CTRL+F6", .id = 1166, .command = "undo"},
     {.path = "&Undo > &Redo", .hint = "Redo the last operation that was undone", .accelerator = "CTRL+F7", .id = 1195, .command = "redo"},
-    {.path = "&Help > &Help", .hint = "Help about Kavrel", .accelerator = "F1", .id = 1153},
-    {.path = "&Help > H&elp on help", .hint = "Help about the operation of the help system", .id = 1152},
-    {.path = "&Help > A&bout Kavrel", .id = 1154},
+    {.path = "&Help > &Help", .hint = "Help about Kavrel", .accelerator = "F1", .id = 1153, .action = MenuAction::help},
+    {.path = "&Help > H&elp on help", .hint = "Help about the operation of the help system", .id = 1152, .action = MenuAction::help_on_help},
+    {.path = "&Help > A&bout Kavrel", .id = 1154, .action = MenuAction::about},
+}};
+
+constexpr std::array<MenuItem, 1> fir_window_items = {{
+    {.path = "&Print", .hint = "Print current filter plot", .id = 162, .command = "plpr"},
 }};
 // clang-format on
 

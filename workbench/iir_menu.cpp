@@ -6,16 +6,16 @@ namespace kavrel {
 // clang-format off
 constexpr std::array<MenuItem, 44> iir_menu = {{
     {.path = "&File > &Open", .hint = "Open a stored filter file", .accelerator = "ctrl+O", .id = 528, .command = "read"},
-    {.path = "&File > &New", .hint = "Restart or start a new design", .accelerator = "ctrl+B", .id = 651},
+    {.path = "&File > &New", .hint = "Restart or start a new design", .accelerator = "ctrl+B", .id = 651, .action = MenuAction::new_design},
     {.path = "&File > &Save", .hint = "Save the circuit in a file", .accelerator = "ctrl+S", .id = 529, .command = "save"},
-    {.path = "&File > Save &as", .hint = "Save a file with a different name", .accelerator = "ctrl+A", .id = 530, .command = "save"},
+    {.path = "&File > Save &as", .hint = "Save a file with a different name", .accelerator = "ctrl+A", .id = 530, .command = "save", .action = MenuAction::save_as},
     {.path = "&File > Stor&e", .hint = "Store data in temporary file", .accelerator = "ctrl+E", .id = 531, .command = "sto "},
     {.path = "&File > &Recall", .hint = "Recall temporary file", .accelerator = "ctrl+R", .id = 532, .command = "rcl "},
     {.path = "&File > Te&xt file", .hint = "Store filter data in text file", .accelerator = "ctrl+X", .id = 533, .command = "asci"},
     {.path = "&File > &Program", .hint = "Generates a Fortran program that implements filter in software", .accelerator = "shift+P", .id = 534, .command = "prog"},
     {.path = "&File > Pole-&zero", .hint = "Generates file containing pole-zero data", .accelerator = "ctrl+Z", .id = 535, .command = "pz  "},
-    {.path = "&File > &Copy", .hint = "Copy marked text to clipboard", .accelerator = "ctrl+C", .id = 645},
-    {.path = "&File > E&xit", .hint = "Exit program segment", .id = 536},
+    {.path = "&File > &Copy", .hint = "Copy marked text to clipboard", .accelerator = "ctrl+C", .id = 645, .action = MenuAction::copy},
+    {.path = "&File > E&xit", .hint = "Exit program segment", .id = 536, .action = MenuAction::stop},
     {.path = "&View > &Display", .hint = "Display design information", .accelerator = "ctrl+D", .id = 537, .command = "disp"},
     {.path = "&View > Sho&w", .hint = "Show filter implementation and coefficients", .accelerator = "ctrl+W", .id = 565, .command = "show"},
     {.path = "&View > Change t&itle", .hint = "Change the title", .accelerator = "ctrl+I", .id = 538, .command = "lbl "},
@@ -46,9 +46,13 @@ constexpr std::array<MenuItem, 44> iir_menu = {{
     {.path = "&Transform > &Convert", .hint = "Convert LP <-> HP", .accelerator = "shift+Q", .id = 652, .command = "conv"},
     {.path = "&Undo > &Undo", .hint = "Undo the last operation that changed the filter", .accelerator = "CTRL+F6", .id = 568, .command = "undo"},
     {.path = "&Undo > &Redo", .hint = "Redo the last operation that was undone", .accelerator = "CTRL+F7", .id = 646, .command = "redo"},
-    {.path = "&Help > &Help", .hint = "Help about Kavrel", .accelerator = "F1", .id = 550},
-    {.path = "&Help > H&elp on help", .hint = "Help about the operation of the help system", .id = 549},
-    {.path = "&Help > &About Kavrel", .id = 551},
+    {.path = "&Help > &Help", .hint = "Help about Kavrel", .accelerator = "F1", .id = 550, .action = MenuAction::help},
+    {.path = "&Help > H&elp on help", .hint = "Help about the operation of the help system", .id = 549, .action = MenuAction::help_on_help},
+    {.path = "&Help > &About Kavrel", .id = 551, .action = MenuAction::about},
+}};
+
+constexpr std::array<MenuItem, 1> iir_window_items = {{
+    {.path = "&Print", .hint = "Print current filter plot", .id = 161, .command = "plpr"},
 }};
 // clang-format on
 

@@ -11,9 +11,9 @@ constexpr std::array<MenuItem, 9> ladder_menu = {{
     {.path = "&Select > &Delete", .hint = "Delete the last section", .accelerator = "ctrl+D", .id = 929, .command = "del"},
     {.path = "&Select > &Restart", .hint = "Restart the synthesis", .accelerator = "ctrl+R", .id = 954, .command = "rest"},
     {.path = "&Select > &End", .hint = "Synthesis is done", .accelerator = "ctrl+E", .id = 930, .command = "fini"},
-    {.path = "&Help > &Help", .hint = "Help about Kavrel", .accelerator = "F1", .id = 934},
-    {.path = "&Help > H&elp on help", .hint = "Help about the operation of the help system", .id = 933},
-    {.path = "&Help > &About Kavrel", .id = 935},
+    {.path = "&Help > &Help", .hint = "Help about Kavrel", .accelerator = "F1", .id = 934, .action = MenuAction::help},
+    {.path = "&Help > H&elp on help", .hint = "Help about the operation of the help system", .id = 933, .action = MenuAction::help_on_help},
+    {.path = "&Help > &About Kavrel", .id = 935, .action = MenuAction::about},
 }};
 // clang-format on
 

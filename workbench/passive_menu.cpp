@@ -1,3 +1,4 @@
+#include "passive/analysis_commands.h"
 #include "passive/passive_forms.h"
 #include "workbench/menus.h"
 
@@ -7,16 +8,16 @@ namespace kavrel {
 // clang-format off
 constexpr std::array<MenuItem, 66> passive_menu = {{
     {.path = "&File > &Open", .hint = "Open a stored filter text file", .accelerator = "ctrl+O", .id = 328, .command = "read"},
-    {.path = "&File > &New", .hint = "Restart or start a new design", .accelerator = "ctrl+B", .id = 524},
+    {.path = "&File > &New", .hint = "Restart or start a new design", .accelerator = "ctrl+B", .id = 524, .action = MenuAction::new_design},
     {.path = "&File > &Save", .hint = "Save the circuit in a file (old SAVE command)", .accelerator = "ctrl+S", .id = 329, .command = "save"},
-    {.path = "&File > Save &as", .hint = "Save a file with a different name", .accelerator = "ctrl+A", .id = 330, .command = "save"},
+    {.path = "&File > Save &as", .hint = "Save a file with a different name", .accelerator = "ctrl+A", .id = 330, .command = "save", .action = MenuAction::save_as},
     {.path = "&File > Stor&e", .hint = "Store data in temporary file (old STO command)", .accelerator = "ctrl+E", .id = 331, .command = "sto "},
     {.path = "&File > &Recall", .hint = "Recall temporary file (old RCL command)", .accelerator = "ctrl+R", .id = 332, .command = "rcl "},
     {.path = "&File > Te&xt file", .hint = "Store filter data in text file", .accelerator = "ctrl+X", .id = 333, .command = "text"},
     {.path = "&File > Tra&nsfer", .hint = "Generates netlists to transfer filter to other programs (old FILE command)", .accelerator = "ctrl+N", .id = 334, .command = "file", .form = &PASSIVE_TRANSFER_DLG},
     {.path = "&File > Pole-&zero", .hint = "Generates file containing pole-zero data (old PZ command)", .accelerator = "ctrl+Z", .id = 499, .command = "pz  "},
-    {.path = "&File > &Copy", .hint = "Copy marked text to clipboard", .accelerator = "ctrl+C", .id = 516},
-    {.path = "&File > E&xit", .hint = "Exit program segment", .id = 335},
+    {.path = "&File > &Copy", .hint = "Copy marked text to clipboard", .accelerator = "ctrl+C", .id = 516, .action = MenuAction::copy},
+    {.path = "&File > E&xit", .hint = "Exit program segment", .id = 335, .action = MenuAction::stop},
     {.path = "&View > &Display", .hint = "Display design information", .accelerator = "ctrl+D", .id = 336, .command = "disp"},
     {.path = "&View > Sho&w", .hint = "Show complete circuit (old PRI command)", .accelerator = "ctrl+W", .id = 337, .command = "show"},
     {.path = "&View > &List", .hint = "List circuit structure data (old LIST command)", .id = 338, .command = "list"},
@@ -66,12 +67,17 @@ constexpr std::array<MenuItem, 66> passive_menu = {{
     {.path = "&Modify > Transfer", .hint = "Transfer microwave lowpass filter to highpass and vice versa", .id = 525, .command = "conv"},
     {.path = "Ma&cro > Sta&rt", .hint = "Start recording a macro", .accelerator = "alt+R", .id = 519, .command = "writ"},
     {.path = "Ma&cro > St&op", .hint = "Stop recording a macro", .accelerator = "alt+O", .id = 520, .command = "clos"},
-    {.path = "Ma&cro > &Play", .hint = "Play a macro", .accelerator = "alt+P", .id = 521},
+    {.path = "Ma&cro > &Play", .hint = "Play a macro", .accelerator = "alt+P", .id = 521, .action = MenuAction::play_macro},
     {.path = "&Undo > &Undo", .hint = "Undo the last operation that changed the circuit", .accelerator = "CTRL+F6", .id = 477, .command = "undo"},
     {.path = "&Undo > &Redo", .hint = "Redo the last operation that was undone", .accelerator = "CTRL+F7", .id = 517, .command = "redo"},
-    {.path = "&Help > &Help", .hint = "Help about Kavrel", .accelerator = "F1", .id = 352},
-    {.path = "&Help > H&elp on help", .hint = "Help on the operation of the help system", .id = 351},
-    {.path = "&Help > &About Kavrel", .id = 353},
+    {.path = "&Help > &Help", .hint = "Help about Kavrel", .accelerator = "F1", .id = 352, .action = MenuAction::help},
+    {.path = "&Help > H&elp on help", .hint = "Help on the operation of the help system", .id = 351, .action = MenuAction::help_on_help},
+    {.path = "&Help > &About Kavrel", .id = 353, .action = MenuAction::about},
+}};
+
+constexpr std::array<MenuItem, 2> passive_window_items = {{
+    {.path = "&Print", .hint = "Print current filter plot", .id = passive_plot::print_analysis, .command = "plpr"},
+    {.path = "&Print", .hint = "Print current filter plot", .id = passive_plot::print_nonlinearity, .command = "nonp"},
 }};
 // clang-format on
 

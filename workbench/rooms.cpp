@@ -4,6 +4,8 @@
 #include <memory>
 
 #include "fir/fir_segment.h"
+#include "passive/file_commands.h"
+#include "passive/macro_file.h"
 #include "passive/passive_segment.h"
 #include "passive/stored_circuit.h"
 #include "synthesis/ladder_segment.h"
@@ -23,18 +25,6 @@ Desk desk(Workbench& bench) {
             .plot = bench.plot};
 }
 
-void run_fir(Workbench& bench) {
-    FirDesk desk = fir_desk(bench);
-    firSegment(desk);
-}
-
-void* fir_command_request(Workbench& bench) { return &bench.fir_command; }
-
-void run_passive(Workbench& bench) {
-    PassiveDesk desk = passive_desk(bench);
-    passiveSegment(desk);
-}
-
 // Read for a trial, before the Segment is entered and gives up what it has.
 std::string_view passive_file_refusal(std::string_view name) {
     const auto filter = std::make_unique<PassiveFilter>();
@@ -42,23 +32,33 @@ std::string_view passive_file_refusal(std::string_view name) {
     return message_of(read_filter(name, circuit_forms, *filter, title));
 }
 
-void run_ladder(Workbench& bench) {
-    LadderDesk desk = ladder_desk(bench);
-    ladderSegment(desk);
+// A routine of a Segment, at its desk.
+template <auto desk_of, auto routine>
+void at_desk(Workbench& bench) {
+    auto desk = desk_of(bench);
+    routine(desk);
 }
 
-void* passive_command_request(Workbench& bench) { return &bench.passive_command; }
+constexpr ActionRow passive_actions[] = {{MenuAction::save_as, at_desk<passive_desk, save_circuit_as>},
+                                         {MenuAction::play_macro, at_desk<passive_desk, play_macro>}};
 
 constexpr Room rooms[] = {
-    {.id = SegmentId::main, .name = "main", .title = "Kavrel - MAIN MENU", .file_letter = ' ', .menu = main_menu},
+    {.id = SegmentId::main,
+     .name = "main",
+     .title = "Kavrel - MAIN MENU",
+     .file_letter = ' ',
+     .menu = main_menu,
+     .window_items = main_window_items},
     {.id = SegmentId::passive,
      .name = "passive",
      .title = "Kavrel - PASSIVE LC/MICROWAVE MENU",
      .file_letter = 'p',
      .menu = passive_menu,
+     .window_items = passive_window_items,
+     .actions = passive_actions,
      .words = passive_words,
-     .command_request = passive_command_request,
-     .run = run_passive,
+     .command_request = [](Workbench& bench) -> void* { return &bench.passive_command; },
+     .run = at_desk<passive_desk, passiveSegment>,
      .recall_entry = passive_entry::stored_circuit,
      .file_refusal = passive_file_refusal},
     {.id = SegmentId::active,
@@ -66,33 +66,37 @@ constexpr Room rooms[] = {
      .title = "Kavrel - ACTIVE RC MENU",
      .file_letter = 'a',
      .menu = active_menu,
+     .window_items = active_window_items,
      .words = active_words},
     {.id = SegmentId::iir,
      .name = "iir",
      .title = "Kavrel - IIR DIGITAL MENU",
      .file_letter = 'd',
      .menu = iir_menu,
+     .window_items = iir_window_items,
      .words = iir_words},
     {.id = SegmentId::fir,
      .name = "fir",
      .title = "Kavrel - FIR DIGITAL MENU",
      .file_letter = 'f',
      .menu = fir_menu,
+     .window_items = fir_window_items,
      .words = fir_words,
-     .command_request = fir_command_request,
-     .run = run_fir},
+     .command_request = [](Workbench& bench) -> void* { return &bench.fir_command; },
+     .run = at_desk<fir_desk, firSegment>},
     {.id = SegmentId::ladder,
      .name = "ladder",
      .title = "Kavrel - LADDER SYNTHESIS MENU",
      .file_letter = ' ',
      .menu = ladder_menu,
      .words = ladder_words,
-     .run = run_ladder},
+     .run = at_desk<ladder_desk, ladderSegment>},
     {.id = SegmentId::lattice,
      .name = "lattice",
      .title = "Kavrel - LATTICE MENU",
      .file_letter = 'x',
      .menu = lattice_menu,
+     .window_items = lattice_window_items,
      .words = lattice_words},
 };
 
@@ -105,6 +109,11 @@ const Room& room_of(SegmentId id) { return rooms[static_cast<std::size_t>(id)]; 
 const Room* room_of_file(char letter) {
     const auto found = std::ranges::find(rooms, letter, &Room::file_letter);
     return letter == ' ' || found == std::end(rooms) ? nullptr : &*found;
+}
+
+const ActionRow* find_action(std::span<const ActionRow> actions, MenuAction action) {
+    const auto found = std::ranges::find(actions, action, &ActionRow::action);
+    return found == actions.end() ? nullptr : &*found;
 }
 
 void enter_segment(Workbench& bench, SegmentId id) {

@@ -9,13 +9,20 @@
 
 namespace kavrel {
 
+struct ActionRow {
+    MenuAction action;
+    void (*perform)(Workbench& bench);
+};
+
 struct Room {
     SegmentId id;
     std::string_view name;   // in state files and scripts
     std::string_view title;  // of the main window
     char file_letter;        // the last letter of its stored filter's extension, or blank
     std::span<const MenuItem> menu = {};
-    CommandWords (*words)() = nullptr;                     // of its command table
+    std::span<const MenuItem> window_items = {};  // of its other windows
+    std::span<const ActionRow> actions = {};      // those that are its own; the others are the same in all of them
+    CommandWords (*words)() = nullptr;            // of its command table
     void* (*command_request)(Workbench& bench) = nullptr;  // the record of its commands' forms
     void (*run)(Workbench& bench) = nullptr;               // performs the command in the Segment's cell
     int recall_entry = 0;                                  // entry code of "read" for a file whose name is given
@@ -28,6 +35,9 @@ struct Room {
 
 // The Segment whose stored filters have a name that ends in this letter, or null.
 [[nodiscard]] const Room* room_of_file(char letter);
+
+// What a room's action table has behind an action, or null.
+[[nodiscard]] const ActionRow* find_action(std::span<const ActionRow> actions, MenuAction action);
 
 // Makes a Segment the current one: its menu and title replace those of the main window.
 void enter_segment(Workbench& bench, SegmentId id);

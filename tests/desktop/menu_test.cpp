@@ -172,7 +172,7 @@ TEST(MainWindow, TitleStatusAndExit) {
 
 TEST(MainWindow, ExitOfTheMainMenuAsksNothing) {
     DesktopRun run;
-    action_of(run.window.main().menuBar()->actions(), 16385)->trigger();
+    action_of(run.window.main().menuBar()->actions(), close_window_event)->trigger();
     EXPECT_FALSE(run.window.main().isVisible());
 }
 

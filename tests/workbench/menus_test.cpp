@@ -175,7 +175,7 @@ struct MenuWalk : testing::Test {
         const auto bench = std::make_unique<Workbench>(window);
         window.told.clear();
         const int handled = dispatch_event(*bench, id);
-        EXPECT_EQ(handled, id == exit_event ? 0 : -1) << id;
+        EXPECT_EQ(handled, id == close_window_event ? 0 : -1) << id;
         return window.told;
     }
 };
@@ -194,7 +194,7 @@ TEST_F(MenuWalk, ItemsWithoutACommandAnswerAsTold) {
         {130, {"file *.qfp;*.qfa;*.qfd;*.qff", "Warning: CANCEL"}},
         {195, {unbuilt}},
         {143, {"form MENU2_DLG"}},
-        {exit_event, {"window"}},
+        {close_window_event, {"window"}},
         {166, filter},
         {167, {"file *.qfi"}},
         {135, {"form DELAY_DESIGN_DLG"}},

@@ -87,7 +87,7 @@ TEST_F(StartUp, EventsAreSentOn) {
     EXPECT_EQ(window.boxes.back(), "Default: Command not implemented");
     const auto told = window.boxes.size();
     window.knows_events = true;
-    EXPECT_EQ(dispatch_event(bench, exit_event), 0) << "left to the window layer";
+    EXPECT_EQ(dispatch_event(bench, close_window_event), 0) << "left to the window layer";
     EXPECT_EQ(window.boxes.size(), told);
     dispatch_event(bench, help_event);
     EXPECT_EQ(window.boxes.back(), "Warning: Help file unavailable");

@@ -10,7 +10,7 @@ namespace kavrel {
 // What the small forms of the commands ask for.
 struct FirCommandRequest {
     int function_number = 1;  // 1 to 5
-    int printing_to = static_cast<int>(PrintTarget::none);
+    PrintTarget printing_to = PrintTarget::none;
 };
 
 struct FirDesk : Desk {

@@ -45,7 +45,7 @@ void time(FirDesk& desk) {
     }
 }
 
-void print(FirDesk& desk) { choose_print_mode(static_cast<PrintTarget>(desk.command.printing_to), desk.reporter); }
+void print(FirDesk& desk) { choose_print_mode(desk.command.printing_to, desk.reporter); }
 
 constexpr CommandTable commands({Command<FirDesk>{"read"},
                                  {"show", show},

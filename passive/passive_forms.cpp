@@ -137,10 +137,8 @@ constexpr Field transfer_fields[] = {radio<&R::file_type>("file_type", "File typ
                                      radio<&R::dialect>("dialect", "Dialect", dialects)};
 
 void transfer_rules(const PassiveRequest& request, FieldStates& states) {
-    for (const Choice& dialect : dialects) {
-        const bool has = dialect.value == DialectChoice::classic || dialect.label == modern_dialect(request.file_type);
-        states.choice_off("dialect", dialect.value, !has);
-    }
+    for (const auto dialect : {DialectChoice::ngspice, DialectChoice::s_parameters})
+        states.choice_off("dialect", dialect, dialect_name(dialect) != modern_dialect(request.file_type));
 }
 
 constexpr Field print_fields[] = {print_field<&R::printing_to>};
@@ -163,8 +161,8 @@ constexpr Form PASSIVE_TITLE_DLG = form_of<R>("TITLE_DLG", "Title", title_fields
 constexpr Form PASSIVE_TRANSFER_DLG = form_of<R, transfer_rules>("TRANSFER_DLG", "Transfer file", transfer_fields);
 constexpr Form PASSIVE_PRINT_DLG = form_of<R>("PRINT_DLG", "Printing to", print_fields);
 
-std::string_view dialect_name(int dialect) {
-    const auto found = std::ranges::find(dialects, dialect, &Choice::value);
+std::string_view dialect_name(DialectChoice dialect) {
+    const auto found = std::ranges::find(dialects, static_cast<int>(dialect), &Choice::value);
     return found == std::end(dialects) ? std::string_view{} : found->label;
 }
 

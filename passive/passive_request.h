@@ -34,13 +34,9 @@ struct ChangeRequest {
 };
 
 // Of a transfer file. Each type of file has the classic dialect and at most one other.
-struct DialectChoice {
-    enum { classic = 1, ngspice, s_parameters };
-};
+enum class DialectChoice : int { classic = 1, ngspice = 2, s_parameters = 3 };
 
-struct DisplayChoice {
-    enum { off = 1, on = 2 };
-};
+enum class DisplayChoice : int { off = 1, on = 2 };
 
 // Which columns of the results a plot shows.
 struct FrequencyCurve {
@@ -62,11 +58,11 @@ struct PassiveRequest {
     int deleted_branch = 0;
     int resonant_branch = 0;
     int resonant_branch2 = 0;  // 0: the resonance of a single branch
-    int display = DisplayChoice::off;
+    DisplayChoice display = DisplayChoice::off;
     FixedText<80> title;
     int file_type = 1;  // of a transfer file
-    int dialect = DialectChoice::classic;
-    int printing_to = static_cast<int>(PrintTarget::none);
+    DialectChoice dialect = DialectChoice::classic;
+    PrintTarget printing_to = PrintTarget::none;
 };
 
 static_assert(std::is_trivially_copyable_v<PassiveRequest>);

@@ -70,7 +70,7 @@ void display_function(PassiveDesk& desk) {
 void change_title(PassiveDesk& desk) { desk.session.TITLE = desk.command.title; }
 
 void choose_print(PassiveDesk& desk) {
-    if (choose_print_mode(static_cast<PrintTarget>(desk.command.printing_to), desk.reporter)) report_done(desk);
+    if (choose_print_mode(desk.command.printing_to, desk.reporter)) report_done(desk);
 }
 
 void suppress(PassiveDesk& desk) { desk.state.suppress = desk.command.display == DisplayChoice::off; }

@@ -8,9 +8,7 @@
 
 namespace kavrel {
 
-struct FrequencyUnitChoice {
-    enum { hertz = 1, radians = 2 };
-};
+enum class FrequencyUnitChoice : int { hertz = 1, radians = 2 };
 inline constexpr Choice frequency_unit_choices[] = {{"Hz", FrequencyUnitChoice::hertz},
                                                     {"rad/sec", FrequencyUnitChoice::radians}};
 
@@ -21,7 +19,7 @@ struct FrequencyRequest {
     double end = 0;
     double increment = 0;
     int count = 0;  // 0 to 501
-    int frequency_unit = FrequencyUnitChoice::hertz;
+    FrequencyUnitChoice frequency_unit = FrequencyUnitChoice::hertz;
 };
 
 inline constexpr std::string_view frequency_incorrect = "Frequency specification incorrect";

@@ -6,9 +6,10 @@
 
 namespace kavrel {
 
-enum class PrintTarget { printer = 1, file = 2, none = 3 };
+enum class PrintTarget : int { printer = 1, file = 2, none = 3 };
 
-inline constexpr Choice print_targets[] = {{"Printer", 1}, {"File", 2}, {"None", 3}};
+inline constexpr Choice print_targets[] = {
+    {"Printer", PrintTarget::printer}, {"File", PrintTarget::file}, {"None", PrintTarget::none}};
 
 // The field of the form, over the member of a Segment's request that holds the target.
 template <auto Member>

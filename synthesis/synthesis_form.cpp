@@ -10,11 +10,14 @@ using R = SynthesisForm;
 
 constexpr Choice forms[] = {{"Lattice", FormChoice::lattice}, {"Ladder", FormChoice::ladder}};
 constexpr Choice auto_or_manual[] = {{"Auto", AutoChoice::automatic}, {"Manual", AutoChoice::manual}};
-constexpr Choice directions[] = {{"Forward", 1}, {"Reverse", 2}};
-constexpr Choice numerators[] = {{"Even sum", 1}, {"Even difference", 2}};
-constexpr Choice denominators[] = {{"Odd sum", 1}, {"Odd difference", 2}};
-constexpr Choice immittances[] = {{"Impedance", 1}, {"Admittance", 2}};
-constexpr Choice formats[] = {{"Decimal", 1}, {"Hexadecimal", 2}};
+constexpr Choice directions[] = {{"Forward", DirectionChoice::forward}, {"Reverse", DirectionChoice::reverse}};
+constexpr Choice numerators[] = {{"Even sum", NumeratorChoice::even_sum},
+                                 {"Even difference", NumeratorChoice::even_difference}};
+constexpr Choice denominators[] = {{"Odd sum", DenominatorChoice::odd_sum},
+                                   {"Odd difference", DenominatorChoice::odd_difference}};
+constexpr Choice immittances[] = {{"Impedance", ImmittanceChoice::z},
+                                  {"Admittance", ImmittanceChoice::y}};
+constexpr Choice formats[] = {{"Decimal", NumberFormat::decimal}, {"Hexadecimal", NumberFormat::hexadecimal}};
 
 constexpr Field fields[] = {
     radio<&R::form>("form", "Form", forms),
@@ -36,10 +39,10 @@ void rules(const SynthesisForm& form, FieldStates& states) {
     states.off({"numerator", "denominator", "this_is_an"},
                !ladder || form.impedance_selection == AutoChoice::automatic);
     states.off("format", ladder);
-    states.choice_off("numerator", 1, !form.has_es);
-    states.choice_off("numerator", 2, !form.has_ed);
-    states.choice_off("denominator", 1, !form.has_os);
-    states.choice_off("denominator", 2, !form.has_od);
+    states.choice_off("numerator", NumeratorChoice::even_sum, !form.has_es);
+    states.choice_off("numerator", NumeratorChoice::even_difference, !form.has_ed);
+    states.choice_off("denominator", DenominatorChoice::odd_sum, !form.has_os);
+    states.choice_off("denominator", DenominatorChoice::odd_difference, !form.has_od);
     states.label("existing_polynomials", form.existing.trimmed());
 }
 
@@ -48,8 +51,8 @@ std::string_view message(const SynthesisForm& form) {
         return form.unit_elements ? "Filter with unit elements has no lattice implementation" : "";
     }
     if (form.impedance_selection == AutoChoice::automatic) return "";
-    const bool numerator = form.numerator == 1 ? form.has_es : form.has_ed;
-    const bool denominator = form.denominator == 1 ? form.has_os : form.has_od;
+    const bool numerator = form.numerator == NumeratorChoice::even_sum ? form.has_es : form.has_ed;
+    const bool denominator = form.denominator == DenominatorChoice::odd_sum ? form.has_os : form.has_od;
     return numerator && denominator ? "" : selection_missing_text;
 }
 
@@ -73,13 +76,13 @@ void describe_design(const XPlane& x_plane, const FilterSpec& worked, SynthesisF
 
 SynthesisRequest request_of(const SynthesisForm& form) {
     SynthesisRequest request;
-    request.direction = form.direction == 1   ? Direction::forward
-                        : form.direction == 2 ? Direction::reverse
-                                              : Direction::automatic;
+    request.direction = form.direction == DirectionChoice::forward   ? Direction::forward
+                        : form.direction == DirectionChoice::reverse ? Direction::reverse
+                                                                     : Direction::automatic;
     request.manual_selection = form.impedance_selection == AutoChoice::manual;
-    request.numerator = form.numerator == 1 ? Part::es : Part::ed;
-    request.denominator = form.denominator == 1 ? Part::os : Part::od;
-    request.form = form.this_is_an == 1 ? impedance : admittance;
+    request.numerator = form.numerator == NumeratorChoice::even_sum ? Part::es : Part::ed;
+    request.denominator = form.denominator == DenominatorChoice::odd_sum ? Part::os : Part::od;
+    request.form = form.this_is_an == ImmittanceChoice::z ? impedance : admittance;
     return request;
 }
 

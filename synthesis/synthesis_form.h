@@ -6,23 +6,24 @@
 
 namespace kavrel {
 
-struct FormChoice {
-    enum { lattice = 1, ladder = 2 };
-};
-struct AutoChoice {
-    enum { automatic = 1, manual = 2 };
-};
+enum class FormChoice : int { lattice = 1, ladder = 2 };
+enum class AutoChoice : int { automatic = 1, manual = 2 };
+enum class DirectionChoice : int { none = 0, forward = 1, reverse = 2 };  // without a choice: automatic
+enum class NumeratorChoice : int { even_sum = 1, even_difference = 2 };
+enum class DenominatorChoice : int { odd_sum = 1, odd_difference = 2 };
+enum class ImmittanceChoice : int { z = 1, y = 2 };
+enum class NumberFormat : int { decimal = 1, hexadecimal = 2 };
 
 struct SynthesisForm {
-    int form = FormChoice::ladder;
-    int configuration = AutoChoice::automatic;
-    int direction = 0;  // 1 forward, 2 reverse, 0 while nothing is chosen: automatic
-    int impedance_selection = AutoChoice::automatic;
-    int numerator = 1;    // 1 even sum, 2 even difference
-    int denominator = 1;  // 1 odd sum, 2 odd difference
-    int this_is_an = 1;   // 1 impedance, 2 admittance
+    FormChoice form = FormChoice::ladder;
+    AutoChoice configuration = AutoChoice::automatic;
+    DirectionChoice direction = DirectionChoice::none;
+    AutoChoice impedance_selection = AutoChoice::automatic;
+    NumeratorChoice numerator = NumeratorChoice::even_sum;
+    DenominatorChoice denominator = DenominatorChoice::odd_sum;
+    ImmittanceChoice this_is_an = ImmittanceChoice::z;
     bool print_polynomials = false;
-    int format = 1;  // of coefficients: 1 decimal, 2 hexadecimal
+    NumberFormat format = NumberFormat::decimal;  // of coefficients
 
     // Of the design that the form is opened for.
     FixedText<40> existing;  // "Existing polynomials: es os ed od"

@@ -21,52 +21,17 @@
 #include "shell/number_text.h"
 #include "synthesis/synthesis_form.h"
 #include "tests/desktop/desktop_run.h"
-#include "workbench/analysis_form.h"
-#include "workbench/delay_form.h"
+#include "workbench/all_forms.h"
 #include "workbench/filter_form.h"
-#include "workbench/fir_analysis_form.h"
 #include "workbench/fir_form.h"
-#include "workbench/units_form.h"
 
 namespace kavrel {
 namespace {
 
-struct FormCase {
-    const Form* form;
-    void* record;
-};
-
-// The forms of the designs, and those that stand behind the menus.
-std::vector<FormCase> all_forms(Workbench& bench) {
-    std::vector<FormCase> forms;
-    for (const Form* form :
-         {&DESIGN_FILTER_DLG, &SPECIFIED_ZEROS_DLG, &FUNCTION_ZEROS_DLG, &DOUBLETS_DLG, &PLACER_DLG}) {
-        forms.push_back({form, &bench.filter_request});
-    }
-    for (const Form* form : {&FIR_DESIGN_DLG, &FIR_QUADS_DLG, &FIR_TWIN_DLG})
-        forms.push_back({form, &bench.fir_request});
-    for (const Form* form : {&DELAY_DESIGN_DLG, &ZEROS_DLG, &POLES_DLG, &INDICATORS_DLG}) {
-        forms.push_back({form, &bench.delay_request});
-    }
-    for (const Form* form :
-         {&ANALYSIS_DLG, &ANALYSIS_POLES_DLG, &ANALYSIS_ZEROS_DLG, &NUMER_DLG, &DENOM_DLG, &FEED_DLG}) {
-        forms.push_back({form, &bench.analysis_request});
-    }
-    forms.push_back({&ANALYSIS_FIR_DLG, &bench.fir_analysis_request});
+// An immittance can be chosen from all polynomials.
+void describe_whole_design(Workbench& bench) {
     SynthesisForm& synthesis = bench.ladder.form;
     synthesis.has_es = synthesis.has_os = synthesis.has_ed = synthesis.has_od = true;
-    forms.push_back({&SYNTHESIS_DLG, &synthesis});
-    forms.push_back({&MENU2_DLG, &bench.session.units});
-    for (std::size_t i = 0; i < segment_count; ++i) {
-        const Room& room = room_of(static_cast<SegmentId>(i));
-        for (const MenuItem& item : room.menu) {
-            if (item.form == nullptr || room.command_request == nullptr) continue;
-            if (std::ranges::find(forms, item.form, &FormCase::form) == forms.end()) {
-                forms.push_back({item.form, room.command_request(bench)});
-            }
-        }
-    }
-    return forms;
 }
 
 // Brings a field on by choices of the form's other fields; false when none of many tries does.
@@ -157,17 +122,18 @@ TEST(Forms, EveryFieldCanBeSetByKeysAndArrivesInTheRecord) {
     DesktopRun run;
     WindowSettings settings;
     int set = 0;
-    for (const FormCase& one : all_forms(run.bench())) {
-        FormSheet sheet(*one.form, one.record, run.bench().session.units, run.bench().reporter);
+    describe_whole_design(run.bench());
+    for (const Form* form : all_forms()) {
+        FormSheet sheet(*form, record_of(*form, run.bench()), run.bench().session.units, run.bench().reporter);
         for (std::size_t i = 0; i < sheet.size(); ++i) {
             const FieldKind kind = sheet.field(i).kind;
             if (kind == FieldKind::heading || kind == FieldKind::button) continue;
-            ASSERT_TRUE(turn_on(sheet, i)) << one.form->name << ' ' << sheet.field(i).name;
+            ASSERT_TRUE(turn_on(sheet, i)) << form->name << ' ' << sheet.field(i).name;
             FormDialog dialog(sheet, settings, &run.window.main());
             dialog.show();
             ASSERT_TRUE(wait_for(dialog));
             const std::string expected = set_by_keys(dialog, sheet, i);
-            EXPECT_EQ(sheet.shown(i), expected) << one.form->name << ' ' << sheet.field(i).name;
+            EXPECT_EQ(sheet.shown(i), expected) << form->name << ' ' << sheet.field(i).name;
             ++set;
         }
     }
@@ -177,8 +143,9 @@ TEST(Forms, EveryFieldCanBeSetByKeysAndArrivesInTheRecord) {
 TEST(Forms, EveryFieldIsLabelledAndReachedByItsAccessKey) {
     DesktopRun run;
     WindowSettings settings;
-    for (const FormCase& one : all_forms(run.bench())) {
-        FormSheet sheet(*one.form, one.record, run.bench().session.units, run.bench().reporter);
+    describe_whole_design(run.bench());
+    for (const Form* form : all_forms()) {
+        FormSheet sheet(*form, record_of(*form, run.bench()), run.bench().session.units, run.bench().reporter);
         FormDialog dialog(sheet, settings, &run.window.main());
         dialog.show();
         ASSERT_TRUE(wait_for(dialog));
@@ -192,10 +159,10 @@ TEST(Forms, EveryFieldIsLabelledAndReachedByItsAccessKey) {
                     continue;
                 }
                 const QChar key = plain[at].toLower();
-                EXPECT_FALSE(keys.contains(key)) << one.form->name << ": two fields have Alt+" << key.toLatin1();
+                EXPECT_FALSE(keys.contains(key)) << form->name << ": two fields have Alt+" << key.toLatin1();
                 keys.insert(key);
             }
-            EXPECT_EQ(utf8_text(plain), expected) << one.form->name;
+            EXPECT_EQ(utf8_text(plain), expected) << form->name;
         };
         for (std::size_t i = 0; i < sheet.size(); ++i) {
             const Field& field = sheet.field(i);

@@ -5,10 +5,10 @@
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <fstream>
-#include <set>
 
 #include "desktop/help_viewer.h"
 #include "tests/desktop/desktop_run.h"
+#include "workbench/all_forms.h"
 
 namespace kavrel {
 namespace {
@@ -18,24 +18,17 @@ const std::vector<std::string> docs{TEST_DATA "/../../docs"};
 TEST(Manual, PlacesOfItemsAndFormsExist) {
     const Manual manual(docs);
     ASSERT_GT(manual.pages().size(), 5U);
-    std::set<std::string> forms;
     EXPECT_EQ(manual.pages().front().name, "index");
     for (std::size_t i = 0; i < segment_count; ++i) {
         for (const MenuItem& item : room_of(static_cast<SegmentId>(i)).menu) {
             const ManualPlace place = manual.place_of(item.id);
             EXPECT_TRUE(manual.has_page(place.page)) << item.path;
-            if (item.form != nullptr) forms.insert(std::string(item.form->name));
         }
     }
-    forms.insert({"DESIGN_FILTER_DLG",  "PLACER_DLG",         "DOUBLETS_DLG",     "FIR_DESIGN_DLG",   "FIR_QUADS_DLG",
-                  "FIR_TWIN_DLG",       "MENU2_DLG",          "DELAY_DESIGN_DLG", "ZEROS_DLG",        "POLES_DLG",
-                  "INDICATORS_DLG",     "ANALYSIS_DLG",       "NUMER_DLG",        "DENOM_DLG",        "FEED_DLG",
-                  "ANALYSIS_POLES_DLG", "ANALYSIS_ZEROS_DLG", "ANALYSIS_FIR_DLG", "COEFFICIENTS_DLG", "FIR_ZEROS_DLG",
-                  "SYNTHESIS_DLG"});
-    for (const std::string& form : forms) {
-        const ManualPlace place = manual.place_of(qt_text(form));
+    for (const Form* form : all_forms()) {
+        const ManualPlace place = manual.place_of(qt_text(form->name));
         const std::string page = read_text(docs.front() + "/" + utf8_text(place.page) + ".md");
-        EXPECT_NE(page.find("# " + utf8_text(place.heading) + "\n"), std::string::npos) << form;
+        EXPECT_NE(page.find("# " + utf8_text(place.heading) + "\n"), std::string::npos) << form->name;
     }
     EXPECT_EQ(manual.place_of(135).heading, "DELAY_DESIGN_DLG");
     EXPECT_EQ(manual.place_of(999999).page, "menus_and_forms");

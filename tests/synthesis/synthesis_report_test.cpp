@@ -219,9 +219,9 @@ TEST(SynthesisForm, AsksForWhatTheDesignHas) {
     EXPECT_TRUE(on("numerator", 1) && on("denominator", 2) && on("this_is_an"));
     EXPECT_FALSE(on("numerator", 2));
 
-    form.direction = 2;
-    form.denominator = 2;
-    form.this_is_an = 2;
+    form.direction = DirectionChoice::reverse;
+    form.denominator = DenominatorChoice::odd_difference;
+    form.this_is_an = ImmittanceChoice::y;
     const SynthesisRequest request = request_of(form);
     EXPECT_EQ(request.direction, Direction::reverse);
     EXPECT_TRUE(request.manual_selection);

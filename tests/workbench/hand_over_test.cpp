@@ -162,7 +162,7 @@ struct HandOver : ::testing::Test {
         dispatch_event(bench, frequency_item);
         window.boxes.clear();
     }
-    std::string transfer(int type, int dialect, const std::string& stem) {
+    std::string transfer(int type, DialectChoice dialect, const std::string& stem) {
         bench.passive_command.file_type = type;
         bench.passive_command.dialect = dialect;
         window.forms = {accept};

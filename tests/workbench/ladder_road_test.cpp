@@ -97,7 +97,7 @@ TEST_F(LadderRoad, ADesignEndsInThePassiveSegmentWithItsCircuitDrawn) {
 
 TEST_F(LadderRoad, TheFormIsFollowed) {
     SynthesisForm settings;
-    settings.direction = 2;
+    settings.direction = DirectionChoice::reverse;
     settings.print_polynomials = true;
     design(settings);
     EXPECT_TRUE(told(" Results of the synthesis from the output side"));
@@ -108,7 +108,7 @@ TEST_F(LadderRoad, TheFormIsFollowed) {
     // Of degree 7 the even parts are of degree 6, the odd ones of degree 7: es/os by hand is what the program takes.
     settings = {};
     settings.impedance_selection = AutoChoice::manual;
-    settings.this_is_an = 1;
+    settings.this_is_an = ImmittanceChoice::z;
     design(settings);
     EXPECT_TRUE(told(" *** Done ***"));
     EXPECT_NEAR(loss(1500.0), designed_loss(1500.0), 1e-6);
@@ -157,9 +157,9 @@ TEST_F(LadderRoad, APolynomialThatIsNotThereCannotBeChosen) {
     SynthesisForm form;
     form.has_es = form.has_os = true;
     form.impedance_selection = AutoChoice::manual;
-    form.numerator = 2;
+    form.numerator = NumeratorChoice::even_difference;
     EXPECT_EQ(SYNTHESIS_DLG.message(&form), " Specified function does not exist or is incorrect");
-    form.numerator = 1;
+    form.numerator = NumeratorChoice::even_sum;
     EXPECT_EQ(SYNTHESIS_DLG.message(&form), "");
     form.form = FormChoice::lattice;
     form.unit_elements = true;

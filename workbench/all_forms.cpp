@@ -1,0 +1,90 @@
+#include "workbench/all_forms.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "fir/fir_segment.h"
+#include "passive/passive_forms.h"
+#include "shell/field_table.h"
+#include "synthesis/synthesis_form.h"
+#include "workbench/analysis_form.h"
+#include "workbench/delay_form.h"
+#include "workbench/filter_form.h"
+#include "workbench/fir_analysis_form.h"
+#include "workbench/fir_form.h"
+#include "workbench/units_form.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr const Form* forms[] = {&DESIGN_FILTER_DLG,
+                                 &DOUBLETS_DLG,
+                                 &SPECIFIED_ZEROS_DLG,
+                                 &FUNCTION_ZEROS_DLG,
+                                 &PLACER_DLG,
+                                 &DELAY_DESIGN_DLG,
+                                 &ZEROS_DLG,
+                                 &POLES_DLG,
+                                 &INDICATORS_DLG,
+                                 &FIR_DESIGN_DLG,
+                                 &FIR_QUADS_DLG,
+                                 &FIR_TWIN_DLG,
+                                 &ANALYSIS_DLG,
+                                 &ANALYSIS_POLES_DLG,
+                                 &ANALYSIS_ZEROS_DLG,
+                                 &NUMER_DLG,
+                                 &DENOM_DLG,
+                                 &FEED_DLG,
+                                 &ANALYSIS_FIR_DLG,
+                                 &COEFFICIENTS_DLG,
+                                 &FIR_ZEROS_DLG,
+                                 &MENU2_DLG,
+                                 &PASSIVE_TRANSFER_DLG,
+                                 &PASSIVE_TITLE_DLG,
+                                 &PASSIVE_PRINT_DLG,
+                                 &PASSIVE_SUPPRESS_DLG,
+                                 &PASSIVE_FREQUENCY_DLG,
+                                 &PASSIVE_TIME_DLG,
+                                 &PASSIVE_PLOT_FREQUENCY_DLG,
+                                 &PASSIVE_PLOT_TIME_DLG,
+                                 &PASSIVE_RESONANCE_DLG,
+                                 &PASSIVE_INSERT_DLG,
+                                 &PASSIVE_DELETE_DLG,
+                                 &PASSIVE_CHANGE_DLG,
+                                 &FIR_FUNCTION_DLG,
+                                 &FIR_PRINT_DLG,
+                                 &SYNTHESIS_DLG};
+
+struct RecordRow {
+    TypeTag type;
+    void* (*in)(Workbench& bench);
+};
+
+template <auto... Path>
+constexpr RecordRow record() {
+    using Member = MemberAt<Path...>;
+    return {&type_tag<typename Member::Value>, [](Workbench& bench) -> void* { return &Member::in(bench); }};
+}
+
+constexpr RecordRow records[] = {record<&Workbench::filter_request>(),
+                                 record<&Workbench::delay_request>(),
+                                 record<&Workbench::fir_request>(),
+                                 record<&Workbench::analysis_request>(),
+                                 record<&Workbench::fir_analysis_request>(),
+                                 record<&Workbench::session, &Session::units>(),
+                                 record<&Workbench::passive_command>(),
+                                 record<&Workbench::fir_command>(),
+                                 record<&Workbench::ladder, &LadderWork::form>()};
+
+}  // namespace
+
+std::span<const Form* const> all_forms() { return forms; }
+
+void* record_of(const Form& form, Workbench& bench) {
+    const auto found = std::ranges::find(records, form.record, &RecordRow::type);
+    if (found == std::end(records)) std::abort();
+    return found->in(bench);
+}
+
+}  // namespace kavrel

@@ -82,13 +82,12 @@ void plot_frequency(PassiveDesk& desk) {
     const std::string immittance = "part of " + std::string(immittance_label(results.admittance));
     const std::string real = "Real " + immittance;
     const std::string imaginary = "Imag " + immittance;
-    const CurveRow curves[] = {
-        {FrequencyCurve::loss, &AnalysisResult::LOSS, &AnalysisResult::has_loss, loss},
-        {FrequencyCurve::phase, &AnalysisResult::PHASE, &AnalysisResult::has_phase, "Phase (deg)"},
-        {FrequencyCurve::delay, &AnalysisResult::DELA, &AnalysisResult::has_delay, "Delay (sec)"},
-        {FrequencyCurve::return_loss, &AnalysisResult::RETUR, &AnalysisResult::has_return_loss, "Return loss (dB)"},
-        {FrequencyCurve::real, &AnalysisResult::AREAL, &AnalysisResult::has_immittance, real},
-        {FrequencyCurve::imaginary, &AnalysisResult::IMAG, &AnalysisResult::has_immittance, imaginary}};
+    const CurveRow curves[] = {{&AnalysisResult::LOSS, &AnalysisResult::has_loss, loss},
+                               {&AnalysisResult::PHASE, &AnalysisResult::has_phase, "Phase (deg)"},
+                               {&AnalysisResult::DELA, &AnalysisResult::has_delay, "Delay (sec)"},
+                               {&AnalysisResult::RETUR, &AnalysisResult::has_return_loss, "Return loss (dB)"},
+                               {&AnalysisResult::AREAL, &AnalysisResult::has_immittance, real},
+                               {&AnalysisResult::IMAG, &AnalysisResult::has_immittance, imaginary}};
     plot_frequency(desk, desk.command.frequency_plot, curves, passive_plot::print_analysis);
 }
 

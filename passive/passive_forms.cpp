@@ -33,28 +33,14 @@ constexpr auto& time_form_fields = time_fields<&R::time>;
 std::string_view frequency_form_message(const PassiveRequest& request) { return frequency_message(request.frequency); }
 std::string_view time_form_message(const PassiveRequest& request) { return time_message(request.time); }
 
-// Plots. "None" stands where the list of the curve begins or ends.
+// Plots. The numbers are those of the rows of curves that the commands know.
 
-constexpr Choice frequency_curves[] = {{"None", no_curve},
-                                       {"Loss", FrequencyCurve::loss},
-                                       {"Phase", FrequencyCurve::phase},
-                                       {"Delay", FrequencyCurve::delay},
-                                       {"Return loss", FrequencyCurve::return_loss},
-                                       {"Real part", FrequencyCurve::real},
-                                       {"Imaginary part", FrequencyCurve::imaginary},
-                                       {"None", no_curve}};
-constexpr Choice time_curves[] = {{"None", no_curve},
-                                  {"Impulse response", TimeCurve::impulse},
-                                  {"Step response", TimeCurve::step},
-                                  {"None", no_curve}};
-constexpr std::span<const Choice> first_curves(std::span<const Choice> curves) { return curves.subspan(1); }
-constexpr std::span<const Choice> second_curves(std::span<const Choice> curves) {
-    return curves.first(curves.size() - 1);
-}
-constexpr auto plot_frequency_fields =
-    plot_fields<&R::frequency_plot>(first_curves(frequency_curves), second_curves(frequency_curves), Unit::frequency);
-constexpr auto plot_time_fields =
-    plot_fields<&R::time_plot>(first_curves(time_curves), second_curves(time_curves), Unit::time);
+constexpr Choice frequency_curves[] = {{"None", no_curve}, {"Loss", 1},      {"Phase", 2},          {"Delay", 3},
+                                       {"Return loss", 4}, {"Real part", 5}, {"Imaginary part", 6}, {"None", no_curve}};
+constexpr Choice time_curves[] = {
+    {"None", no_curve}, {"Impulse response", 1}, {"Step response", 2}, {"None", no_curve}};
+constexpr auto plot_frequency_fields = plot_fields<&R::frequency_plot>(frequency_curves, Unit::frequency);
+constexpr auto plot_time_fields = plot_fields<&R::time_plot>(time_curves, Unit::time);
 
 // Branches.
 

@@ -38,14 +38,6 @@ enum class DialectChoice : int { classic = 1, ngspice = 2, s_parameters = 3 };
 
 enum class DisplayChoice : int { off = 1, on = 2 };
 
-// Which columns of the results a plot shows.
-struct FrequencyCurve {
-    enum { loss = 1, phase, delay, return_loss, real, imaginary };
-};
-struct TimeCurve {
-    enum { impulse = 1, step };
-};
-
 struct PassiveRequest {
     FrequencyRequest frequency;
     double inductor_q = 0;  // 0 lossless; below 0 at the normalisation frequency

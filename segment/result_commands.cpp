@@ -21,8 +21,8 @@ void plot_frequency(Desk& desk, const PlotChoice& choice, std::span<const CurveR
 }
 
 void plot_time(Desk& desk, const PlotChoice& choice, int print_id) {
-    constexpr CurveRow curves[] = {{1, &AnalysisResult::IMPULSE, &AnalysisResult::has_impulse, "Impulse response"},
-                                   {2, &AnalysisResult::STEP, &AnalysisResult::has_step, "Step response"}};
+    constexpr CurveRow curves[] = {{&AnalysisResult::IMPULSE, &AnalysisResult::has_impulse, "Impulse response"},
+                                   {&AnalysisResult::STEP, &AnalysisResult::has_step, "Step response"}};
     const UnitSet& units = desk.session.units;
     const PlotSource source{.kind = AnalysisResult::Kind::time,
                             .curves = curves,

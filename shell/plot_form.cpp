@@ -13,8 +13,8 @@ struct Curves {
 };
 
 const CurveRow* find_curve(const PlotSource& source, int number) {
-    const auto found = std::ranges::find(source.curves, number, &CurveRow::number);
-    return found == source.curves.end() ? nullptr : &*found;
+    const auto row = static_cast<std::size_t>(number);
+    return row >= 1 && row <= source.curves.size() ? &source.curves[row - 1] : nullptr;
 }
 
 Curves chosen_curves(const PlotChoice& choice, const PlotSource& source) {

@@ -10,9 +10,8 @@ namespace kavrel {
 
 inline constexpr int no_curve = 0;
 
-// What a curve may be: its number in the form, its column, and its label at the axis.
+// What a curve may be: its column, and its label at the axis. The row's number, from 1, is the choice in the form.
 struct CurveRow {
-    int number;
     ResultColumn AnalysisResult::*column;
     bool AnalysisResult::*present;
     std::string_view label;
@@ -25,13 +24,13 @@ struct PlotChoice {
     double upper = 0;  // 0 or below: everything is plotted
 };
 
-// The fields of a PlotChoice that is the member `Member` of a form's record. `first` and `second` are the choices of
-// the two curves, the same but for where "None" stands.
+// The fields of a PlotChoice that is the member `Member` of a form's record. `curves` begins and ends with "None": it
+// is the last choice of the first curve and the first of the second.
 template <auto Member>
-constexpr std::array<Field, 4> plot_fields(std::span<const Choice> first, std::span<const Choice> second, Unit unit) {
+constexpr std::array<Field, 4> plot_fields(std::span<const Choice> curves, Unit unit) {
     return {{
-        radio<Member, &PlotChoice::y1>("y1", "First curve", first),
-        radio<Member, &PlotChoice::y2>("y2", "Second curve", second),
+        radio<Member, &PlotChoice::y1>("y1", "First curve", curves.subspan(1)),
+        radio<Member, &PlotChoice::y2>("y2", "Second curve", curves.first(curves.size() - 1)),
         real<Member, &PlotChoice::lower>("lower", "Lower limit", unit),
         real<Member, &PlotChoice::upper>("upper", "Upper limit", unit),
     }};

@@ -9,6 +9,7 @@
 #include "passive/passive_segment.h"
 #include "passive/stored_circuit.h"
 #include "synthesis/ladder_segment.h"
+#include "workbench/all_forms.h"
 #include "workbench/menus.h"
 #include "workbench/segment_words.h"
 
@@ -57,7 +58,6 @@ constexpr Room rooms[] = {
      .window_items = passive_window_items,
      .actions = passive_actions,
      .words = passive_words,
-     .command_request = [](Workbench& bench) -> void* { return &bench.passive_command; },
      .run = at_desk<passive_desk, passiveSegment>,
      .recall_entry = passive_entry::stored_circuit,
      .file_refusal = passive_file_refusal},
@@ -82,7 +82,6 @@ constexpr Room rooms[] = {
      .menu = fir_menu,
      .window_items = fir_window_items,
      .words = fir_words,
-     .command_request = [](Workbench& bench) -> void* { return &bench.fir_command; },
      .run = at_desk<fir_desk, firSegment>},
     {.id = SegmentId::ladder,
      .name = "ladder",
@@ -127,7 +126,7 @@ void send_command(Workbench& bench, const Room& room, std::string_view word, con
         not_implemented(bench);
         return;
     }
-    if (form != nullptr && !run_form(*form, room.command_request(bench), bench.session.units, bench.reporter)) return;
+    if (form != nullptr && !run_form(*form, record_of(*form, bench), bench.session.units, bench.reporter)) return;
     bench.session.word(room.id) = word;
     room.run(bench);
 }

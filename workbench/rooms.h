@@ -23,9 +23,8 @@ struct Room {
     std::span<const MenuItem> window_items = {};  // of its other windows
     std::span<const ActionRow> actions = {};      // those that are its own; the others are the same in all of them
     CommandWords (*words)() = nullptr;            // of its command table
-    void* (*command_request)(Workbench& bench) = nullptr;  // the record of its commands' forms
-    void (*run)(Workbench& bench) = nullptr;               // performs the command in the Segment's cell
-    int recall_entry = 0;                                  // entry code of "read" for a file whose name is given
+    void (*run)(Workbench& bench) = nullptr;      // performs the command in the Segment's cell
+    int recall_entry = 0;                         // entry code of "read" for a file whose name is given
     std::string_view (*file_refusal)(std::string_view name) = nullptr;  // why a stored filter is not read, or blank
 
     [[nodiscard]] CommandWords commands() const { return words == nullptr ? CommandWords{} : words(); }

@@ -73,9 +73,9 @@ struct PlotForm : testing::Test {
     UnitSet units;
     PlotChoice choice;
     static constexpr CurveRow curves[] = {
-        {1, &AnalysisResult::LOSS, &AnalysisResult::has_loss, "Loss (dB)"},
-        {3, &AnalysisResult::DELA, &AnalysisResult::has_delay, "Delay (sec)"},
-        {4, &AnalysisResult::RETUR, &AnalysisResult::has_return_loss, "Return loss (dB)"}};
+        {&AnalysisResult::LOSS, &AnalysisResult::has_loss, "Loss (dB)"},
+        {&AnalysisResult::DELA, &AnalysisResult::has_delay, "Delay (sec)"},
+        {&AnalysisResult::RETUR, &AnalysisResult::has_return_loss, "Return loss (dB)"}};
 
     PlotForm() {
         results.frequency_count = 5;
@@ -94,7 +94,7 @@ struct PlotForm : testing::Test {
 };
 
 TEST_F(PlotForm, LimitsAndCurvesReachTheWindow) {
-    choice = {.y1 = 3, .y2 = 1, .lower = 2, .upper = 4};
+    choice = {.y1 = 2, .y2 = 1, .lower = 2, .upper = 4};
     EXPECT_EQ(plot(), "");
     EXPECT_EQ(window.point_count, 3);
     EXPECT_EQ(window.X_DATA(1), 2000.0F);
@@ -111,11 +111,11 @@ TEST_F(PlotForm, LimitsAndCurvesReachTheWindow) {
 TEST_F(PlotForm, WhatCannotBePlottedIsTold) {
     choice = {.y1 = no_curve};
     EXPECT_EQ(plot(), "No plot specified");
-    choice = {.y1 = 4};
+    choice = {.y1 = 3};
     EXPECT_EQ(plot(), "No analysis results") << "a singly terminated circuit has no return loss";
     choice = {.y1 = 1, .lower = 4.5, .upper = 5};
     EXPECT_EQ(plot(), "Too few points to plot");
-    choice = {.y1 = 1, .y2 = 3};
+    choice = {.y1 = 1, .y2 = 2};
     results.DELA.fill(1e-3F);
     EXPECT_EQ(plot(), "Delay constant, no plot");
     results.frequency_count = 0;

@@ -6,10 +6,9 @@
 #include <numbers>
 
 namespace kavrel {
+namespace {
 
 using Real = XPlane::Real;
-
-namespace {
 
 // theta - target and its slope in ln eta.
 struct AngleAndSlope {
@@ -107,5 +106,4 @@ Real angle_excess(const AngleSum& angles, Real eta, int half_turns) {
 }
 
 }  // namespace
-
 }  // namespace kavrel

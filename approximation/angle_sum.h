@@ -13,7 +13,7 @@
 
 namespace kavrel {
 
-// A complex m stands for its conjugate as well. A term with negative weight takes its angle away.
+// A complex m counts for its conjugate as well. A term with negative weight takes its angle away.
 struct AngleSum {
     using Real = XPlane::Real;
     struct Term {

@@ -20,7 +20,7 @@
 namespace kavrel {
 namespace {
 
-using Real = long double;
+using Real = XPlane::Real;
 using Fault = ApproximationFault;
 
 // Deviation of F that the parts of f may have: at the first another f is tried, at the second none is delivered.
@@ -191,7 +191,7 @@ Fault Run::end_single_terminated() {
     return Fault::none;
 }
 
-// Nothing asks for the f of an E that was not made from one; what stands there belongs to another E.
+// Nothing asks for the f of an E that was not made from one; what is there belongs to another E.
 Fault Run::end_single_with_new_e() {
     xp_.FS = {};
     xp_.fFactors = {};
@@ -227,21 +227,21 @@ Fault Run::split_e() {
 
 // E with its poles moved by 1/Q, or unchanged when the answer is to do without.
 Fault Run::predistort_e(Moved& moved) {
-    PredistortionNotes& told = notes_.predistortion;
+    PredistortionNotes& noted = notes_.predistortion;
     findMinimumQ(xp_, spec_.predistortionQ, is_high_pass());
-    told.requested = true;
-    told.requested_q = static_cast<double>(xp_.q1);
-    told.minimum_q = static_cast<double>(xp_.qMin);
+    noted.requested = true;
+    noted.requested_q = static_cast<double>(xp_.q1);
+    noted.minimum_q = static_cast<double>(xp_.qMin);
     if (qOutOfReach(xp_)) {
-        told.not_possible = true;
-        switch (questions_.predistortion_choice(told)) {
+        noted.not_possible = true;
+        switch (questions_.predistortion_choice(noted)) {
             case PredistortionChoice::no_q: return Fault::none;
             case PredistortionChoice::minimum_q: break;
             case PredistortionChoice::cancel: return Fault::cancelled;
         }
     }
     const Real q = std::max(xp_.q1, xp_.qMin);
-    told.used_q = static_cast<double>(q);
+    noted.used_q = static_cast<double>(q);
     predistort(xp_.eFactors, xp_.a, 1 / q, is_high_pass());
     moved = Moved::yes;
     if (const Fault fault = split_e(); fault != Fault::none) return fault;
@@ -284,7 +284,7 @@ Fault Run::split_f() {
     if (found && deviationOfParts(xp_) <= good_parts) return Fault::none;
     if (mirrored != 0) return found ? Fault::none : Fault::f_parts_missing;
 
-    // Roots of the parts coincide so far that they cannot be told apart: those of an f without zeros in the right half
+    // Roots of the parts coincide so far that they cannot be separated: those of an f without zeros in the right half
     // plane never do.
     xp_.fFactors = left_zeros;
     xp_.factor_sign.fill(1);

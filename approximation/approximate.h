@@ -13,7 +13,7 @@ namespace kavrel {
 
 enum class ApproximationFault {
     none,
-    front,      // a step up to Q and F refused: FrontVerdict tells
+    front,      // a step up to Q and F refused: FrontVerdict says why
     cancelled,  // by the answer to the predistortion choice
     stopped,    // by the watcher
     e_inconsistent,
@@ -68,7 +68,7 @@ inline constexpr std::array<ApproximationMessage, 12> approximation_messages = {
     return {fault, {}};
 }
 
-// What the report tells of a predistortion.
+// What is reported of a predistortion.
 struct PredistortionNotes {
     bool requested = false;
     bool not_possible = false;  // the Q asked for is out of reach; a choice was made
@@ -122,7 +122,7 @@ public:
 // parts, and unless the medium is sampled the immittance polynomials. After a single termination ed and od are
 // not there, and with predistortion, a given e, or a slope nor are F, its factors and parts: empty, as nothing reads
 // them. Parts of f that do not make F up to 1e-9 of E are refused (f_parts_missing). f takes zeros of alternating sides
-// unless its parts cannot be told well then, as with an odd number of unit elements and unequal terminations from
+// unless its parts are not accurate enough then, as with an odd number of unit elements and unequal terminations from
 // degree 20 on: then all zeros lie on the left, factor_sign is 1 throughout. A low-pass that is to be shifted to a
 // band-pass is left without predistortion: that is done on the band-pass.
 ApproximationVerdict approximate(FilterSpec& spec, XPlane& xp, ApproximationNotes& notes,

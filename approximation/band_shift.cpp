@@ -3,7 +3,6 @@
 #include <numbers>
 
 namespace kavrel {
-
 namespace {
 
 constexpr int shiftable_degree = max_degree / 2;
@@ -78,5 +77,4 @@ void shift_poles(const FilterSpec& low, const TransferFunction& poles, FilterSpe
 }
 
 }  // namespace
-
 }  // namespace kavrel

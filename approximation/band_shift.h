@@ -1,4 +1,4 @@
-// A low-pass moved as it stands to a centre frequency: a pole at sigma + j omega goes to sigma + j (omega + centre),
+// A low-pass moved unchanged to a centre frequency: a pole at sigma + j omega goes to sigma + j (omega + centre),
 // and a conjugate comes along. The loss is symmetrical about the centre on a linear scale of frequency, as far as the
 // band at minus the centre does not reach into the one at plus the centre.
 #pragma once
@@ -9,7 +9,7 @@
 
 namespace kavrel {
 
-// What stands in the way of the shift, or blank. `low` is the low-pass as designed, FZR and FZI its finite zeros.
+// What prevents the shift, or blank. `low` is the low-pass as designed, FZR and FZI its finite zeros.
 [[nodiscard]] std::string_view shiftComplaint(const FilterSpec& low);
 
 // The band-pass that `low` with these poles (rad/s) is moved to, as a functional request with e(s) given by its

@@ -9,10 +9,9 @@
 #include "numeric/guarded.h"
 
 namespace kavrel {
+namespace {
 
 using Real = XPlane::Real;
-
-namespace {
 
 bool is_parametric(const FilterSpec& spec) { return spec.filterType == band_pass && spec.bandpassType != conventional; }
 int parametric_weight(const FilterSpec& spec) { return is_parametric(spec) ? 2 - spec.degreeParity : 0; }
@@ -197,7 +196,7 @@ bool collect_angles(const FilterSpec& spec, const XPlane& xp, Real unit_element,
     return true;
 }
 
-// Where a unit element has to stand before the pass band is moved, so that it stands where it belongs afterwards:
+// Where a unit element has to be before the pass band is moved, so that it is where it belongs afterwards:
 // u = (1 + p) ueX - p, p = eta_1^2 depending on u.
 bool shifted_unit_element(const FilterSpec& spec, const XPlane& xp, Real& unit_element) {
     if (spec.unitElements == 0) return true;
@@ -232,5 +231,4 @@ void shift_pass_band(FilterSpec& spec, XPlane& xp, WideRootSet& roots, FrontNote
 }
 
 }  // namespace
-
 }  // namespace kavrel

@@ -13,7 +13,7 @@
 // A parametric band-pass takes away the angle of +sqrt(xReal), once for odd and twice for even degree, which leaves a
 // root d of F within (a, 1) (double for even degree) from the loss at the lower edge. The loss at both edges is exact;
 // the maxima between them come out at eps2 times (x - xReal)(x - d)/(x - r)^2, r being the root of the sum that d
-// stands for (two of them for even degree). The excess falls with the degree and the width of the band: for a lower
+// replaces (two of them for even degree). The excess falls with the degree and the width of the band: for a lower
 // edge of 0.2 of the upper one and from 5 zeros on it stays below 1e-3 of eps2 (odd) and 3e-2 (even), at 0.8 it is
 // below 1e-6.
 #pragma once

@@ -10,10 +10,9 @@
 #include "approximation/frequency_variable.h"
 
 namespace kavrel {
+namespace {
 
 using Real = XPlane::Real;
-
-namespace {
 
 constexpr Real loss_tolerance = 1e-9L;  // dB: rounding of a loss that a degree reaches exactly
 constexpr int search_limit = 2000;      // of the degree of a matching network, for the message
@@ -329,5 +328,4 @@ FrontVerdict count_matching_zeros(FilterSpec& spec, const XPlane& xp, Real misma
 }
 
 }  // namespace
-
 }  // namespace kavrel

@@ -13,10 +13,9 @@
 #include "numeric/guarded.h"
 
 namespace kavrel {
+namespace {
 
 using Real = XPlane::Real;
-
-namespace {
 
 constexpr Real pi = std::numbers::pi_v<Real>;
 constexpr Real round_off = 8 * std::numeric_limits<Real>::epsilon();
@@ -193,7 +192,7 @@ void take_zeros(const Prototype& p, FilterSpec& spec, XPlane& xp) {
     zerosToFrequency(spec, xp);
 }
 
-// In the low-pass the least loss is that at the stop edge. Where that does not hold Q and F tell.
+// In the low-pass the least loss is that at the stop edge. Where that does not hold, it is taken from Q and F.
 StopbandFloor floor_of(const Prototype& p, const FilterSpec& spec, const XPlane& xp) {
     const bool band = spec.filterType == band_pass;
     if (spec.unitElements == 0 && !(band && spec.bandpassType != conventional)) {
@@ -349,5 +348,4 @@ FrontVerdict find_stretch(const WideRootSet& E, Real omega2, FilterSpec& spec, R
 }
 
 }  // namespace
-
 }  // namespace kavrel

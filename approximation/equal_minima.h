@@ -14,7 +14,7 @@ namespace kavrel {
 
 // Low-pass and high-pass: fills ARR (ARI 0), zeroCount, zerosAtInfinity, degree, for an equal ripple pass band
 // (elliptic) or a maximally flat one (inverse Chebyshev). spec.degree 0 asks for the least degree that gives
-// stopbandLoss; unit elements come on top of a degree estimated and are part of one given. The notes tell the loss
+// stopbandLoss; unit elements come on top of a degree estimated and are part of one given. The notes hold the loss
 // reached. Faults: stopband_incorrect, degree_too_high. Source: descending Landen transformation of the Jacobian
 // elliptic functions; W. Cauer's rational functions.
 FrontVerdict equalMinimaZeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
@@ -25,7 +25,7 @@ FrontVerdict equalMinimaZeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 FrontVerdict bandpassEqualMinimaZeros(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
 // Zeros that give equal minima with a denominator E known by its roots in x (functional input, delay), low-pass and
-// high-pass: fills ARR, zeroCount, zerosAtInfinity and QS. A numerator F may stand in place of E, since E/Q and F/Q
+// high-pass: fills ARR, zeroCount, zerosAtInfinity and QS. A numerator F may take the place of E, since E/Q and F/Q
 // have their minima at the same places. Of even degree with symmetryFlag >= 0 two zeros lie at infinity, found by
 // iteration. Faults: minima_roots_missing for a pole on the stopband, minima_not_settled, stopband_incorrect without a
 // stop edge or with unit elements, for which the rule does not hold.

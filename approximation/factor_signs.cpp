@@ -13,7 +13,7 @@
 namespace kavrel {
 namespace {
 
-using Real = long double;
+using Real = XPlane::Real;
 
 Complex<Real> value_of_psi(const FilterSpec& spec, const XPlane& xp, bool band_pass, Complex<Real> x);
 Real value_at(const WideRootSet& set, Real x);
@@ -130,15 +130,16 @@ bool superposeParts(const WideRootSet& even_q, const WideRootSet& odd_f0, long d
     constexpr Real agreement = 1e-9L;
     Real best = 0;
     bool found = false;
-    for (const double place : {-0.2, -0.7, -2.3, -20.0, -200.0}) {
+    constexpr double places[] = {-0.2, -0.7, -2.3, -20.0, -200.0};  // over the whole pass band x < 0
+    for (const double place : places) {
         const Real x = static_cast<Real>(place);
         const PseudoValue<Real> p = evalPseudo(xp.fFactors, xp.a, Complex<Real>{x, 0});
         const Complex<Real> f = shifted(p.plus, p.exponent);
         const Real ev = value_at(even, x);
         const Real od = value_at(odd, x) * p.root.im;
-        const Real standing = std::fmin(std::fabs(ev), std::fabs(od)) / std::hypot(ev, od);
-        if (!(standing > best)) continue;
-        best = standing;
+        const Real share = std::fmin(std::fabs(ev), std::fabs(od)) / std::hypot(ev, od);
+        if (!(share > best)) continue;
+        best = share;
         found = std::fabs(std::fabs(ev) - std::fabs(f.re)) <= agreement * std::fabs(f.re) &&
                 std::fabs(std::fabs(od) - std::fabs(f.im)) <= agreement * std::fabs(f.im);
         if (ev * f.re < 0) even.multiplier = -even.multiplier;
@@ -160,7 +161,9 @@ long double deviationOfParts(const XPlane& xp) {
         const Real deviation = std::fabs((value_at(xp.FS, x) - f) / value_at(xp.ES, x));
         if (!(deviation <= largest)) largest = deviation;
     };
-    for (const double distance : {0.02, 0.15, 0.5, 1.1, 2.4, 7.0, 40.0}) {
+    constexpr double distances[] = {0.02, 0.15, 0.5, 1.1,
+                                    2.4,  7.0,  40.0};  // from the edges of the bands x < 0 and x > 1
+    for (const double distance : distances) {
         take(-static_cast<Real>(distance));
         take(1 + static_cast<Real>(distance));
     }

@@ -17,7 +17,7 @@ void signRoots(XPlane& x, bool high_pass, int left_alone = 0);
 // Mirrors the factors of sign -1; the signs are the caller's.
 void applySigns(XPlane& x);
 
-// Depth of factor i of a pseudo-polynomial as told above, at most 0 for Hurwitz factors.
+// Depth of factor i of a pseudo-polynomial as above, at most 0 for Hurwitz factors.
 [[nodiscard]] long double depthOfFactor(const WidePseudoPolynomial& p, long double a, bool high_pass, int i);
 
 // Even parametric band-pass: the first pair with two real zeros -p1, -p2 in s gets one of them mirrored,
@@ -39,8 +39,8 @@ bool assignPoleChains(const FilterSpec& spec, XPlane& x);
 
 // f of F = L F0 + (L - 1) Q where f0 is odd and q even: f = sqrt(L) f0 +- sqrt(L - 1) q is the one of alternating
 // signs. Its parts are those of f0 and q, many of whose roots may coincide, so that they cannot be found from the
-// factors. The sign is that of fFactors at the one place where both parts stand out best. Fills fEven and fOdd; false,
-// and nothing done, where fFactors are not those of that f. `raised` is L > 1.
+// factors. The sign is that of fFactors at the one place where the smaller part has the largest share. Fills fEven and
+// fOdd; false, and nothing done, where fFactors are not those of that f. `raised` is L > 1.
 [[nodiscard]] bool superposeParts(const WideRootSet& even_q, const WideRootSet& odd_f0, long double raised, XPlane& x);
 
 // The largest |F - F of fEven, fOdd| over |E| at places of all bands:

@@ -58,7 +58,7 @@ struct FilterRequest {
     int bandpass_form = BandpassChoice::conventional;
     double r1 = 50.0;
     double r2 = 50.0;
-    int zs_parameter = 0;  // 0 the terminations tell; -1, 1 as `FilterSpec::symmetryFlag`
+    int zs_parameter = 0;  // 0 by the terminations; -1, 1 as `FilterSpec::symmetryFlag`
     double q_predistortion = 0.0;
     int predistortion = PredistortionMode::passband_only;
     double center_frequency = 0.0;  // of the band-pass that a low-pass is shifted to

@@ -6,7 +6,7 @@
 // a < x < 1. A zero of transmission at w = 0 is x = a, one at infinity x = 1. Low-pass: a = 0. High-pass: s is inverted
 // first, a = 0.
 //
-// Sampled and microwave media: s stands for tan(pi f/fs)/tan(pi N/fs), N = normFrequency.
+// Sampled and microwave media: s is tan(pi f/fs)/tan(pi N/fs), N = normFrequency.
 //
 // The routines change the FilterSpec that they get: edges become those of the normalised problem. A caller who wants
 // the request as typed keeps a copy. Order: normaliseEdges; estimate or zeros (degree_estimate.h, equal_minima.h) or
@@ -53,7 +53,7 @@ bool rescaleForPrecision(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 // x of the same point after s' = s/sqrt p.
 [[nodiscard]] Complex<XPlane::Real> rescaledRoot(Complex<XPlane::Real> x, XPlane::Real p, XPlane::Real a);
 
-// Root of Q that a unit element stands for: ueX, for high-pass 1 - ueX.
+// Root of Q that a unit element makes: ueX, for high-pass 1 - ueX.
 [[nodiscard]] XPlane::Real unit_element_root(const FilterSpec& spec, const XPlane& xp);
 
 // Value of x at the normalised frequency s = jw; w = 1 gives 1e38, as cdiv does.

@@ -5,7 +5,6 @@
 #include "approximation/frequency_variable.h"
 
 namespace kavrel {
-
 namespace {
 
 bool has_given_function(const FilterSpec& spec) {
@@ -63,5 +62,4 @@ void take_given_degree(FilterSpec& spec) {
 }
 
 }  // namespace
-
 }  // namespace kavrel

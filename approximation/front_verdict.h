@@ -1,4 +1,4 @@
-// What the steps up to Q and F answer: a verdict with its lines, and notes on what they did that the report tells. The
+// What the steps up to Q and F answer: a verdict with its lines, and notes on what they did for the report. The
 // steps write nothing themselves.
 #pragma once
 
@@ -48,7 +48,7 @@ inline FrontVerdict refuse(FilterSpec& spec, FrontFault fault, int number = 0) {
     return {fault, number};
 }
 
-// Lines of a fault, in a box with caption "Error" or on the report; in place of "{}" stands the number.
+// Lines of a fault, in a box with caption "Error" or on the report; in place of "{}" the number.
 enum class MessagePlace { box, report };
 struct FrontMessage {
     FrontFault fault;
@@ -94,7 +94,7 @@ inline constexpr std::array<FrontMessage, 16> front_messages = {{
     return front_messages.front();
 }
 
-// Done on the way; the new values stand in FilterSpec and XPlane.
+// Done on the way; the new values are in FilterSpec and XPlane.
 struct FrontNotes {
     bool preshifted = false;           // spec.lowerPassEdge has been moved by the tangents
     bool freal_modified = false;       // by the rule for unit elements

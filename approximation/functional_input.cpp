@@ -11,7 +11,7 @@
 namespace kavrel {
 namespace {
 
-using Real = long double;
+using Real = XPlane::Real;
 
 constexpr Real least_distance = 1e-6L;  // of an even factor's c0 from 1: its root lies at infinity there
 
@@ -24,36 +24,12 @@ struct Quadratic {
 // Puts tanh(theta s)/tan(theta) in place of each zero of a factor; does nothing for lumped media.
 class MediumMap {
 public:
-    MediumMap(const FilterSpec& spec, const XPlane& x)
-        : lumped_(spec.medium == Medium::lumped), inverted_(spec.filterType == high_pass) {
-        if (lumped_) return;
-        theta_ = std::numbers::pi_v<Real> * x.normFrequency / static_cast<Real>(spec.sampleFrequency);
-        tangent_ = std::tan(theta_);
-    }
-
-    [[nodiscard]] Quadratic operator()(Quadratic q) const {
-        if (lumped_ || (q.b == 0 && q.c0 == 0)) return q;
-        const RootPair<Real> r = rootsOfQuadratic(q.b, q.c0);
-        const Complex<Real> first = mapped(r.first);
-        if (r.first.im != 0) {
-            const Real b = q.b == 0 ? Real{0} : -2 * first.re;
-            return {b, first.re * first.re + first.im * first.im};
-        }
-        const Complex<Real> second = mapped(r.second);
-        return {-(first.re + second.re), first.re * second.re};
-    }
+    MediumMap(const FilterSpec& spec, const XPlane& x);
+    [[nodiscard]] Quadratic operator()(Quadratic q) const;
     [[nodiscard]] Real operator()(Real c) const { return lumped_ ? c : -mapped({-c, 0}).re; }
 
 private:
-    [[nodiscard]] Complex<Real> mapped(Complex<Real> s) const {
-        if (s == Complex<Real>{}) return s;
-        if (inverted_) s = cinv(s.re, s.im);
-        const Real t = std::tanh(s.re * theta_);
-        const Real u = std::tan(s.im * theta_);
-        const Real divisor = (1 + t * t * u * u) * tangent_;
-        s = {t * (1 + u * u) / divisor, u * (1 - t * t) / divisor};
-        return inverted_ ? cinv(s.re, s.im) : s;
-    }
+    [[nodiscard]] Complex<Real> mapped(Complex<Real> s) const;
 
     bool lumped_;
     bool inverted_;
@@ -61,42 +37,12 @@ private:
     Real tangent_ = 1;
 };
 
-// Factor i of a table, 1 <= i <= degree/2, and the last single one.
-Quadratic pair_of(const Table<double, factor_limit>& table, int i) {
-    return {static_cast<Real>(table(2 * i - 1)), static_cast<Real>(table(2 * i))};
-}
-Real single_of(const Table<double, factor_limit>& table, int degree) { return static_cast<Real>(table(degree)); }
-
-// c and d of a factor with a linear term.
-void append_pair(WidePseudoPolynomial& p, Quadratic q, Real a) {
-    p.degree += 2;
-    p.c(p.pairs()) = (q.c0 - a) / q.b;
-    p.d(p.pairs()) = (1 - q.c0) / q.b;
-}
-void append_single(WidePseudoPolynomial& p, Real c) {
-    ++p.degree;
-    p.c(p.factors()) = c;
-    p.d(p.factors()) = 0;
-}
-
-// Products over the finite zeros, each pair and each of a conjugate two once: of |1 - wz^2| = (1 - a)/|1 - xz|, and of
-// wz^2 = |xz - a|/|1 - xz|.
-Real product_of_zero_distances(const XPlane& x) {
-    Real product = 1;
-    for (int i = 1; i <= x.zeroCount; ++i) {
-        const Real distance = (1 - x.a) / cabs(1 - x.ARR(i), x.ARI(i));
-        product *= x.ARI(i) == 0 ? distance : distance * distance;
-    }
-    return product;
-}
-Real product_of_zero_squares(const XPlane& x) {
-    Real product = 1;
-    for (int i = 1; i <= x.zeroCount; ++i) {
-        const Real square = cabs(x.ARR(i) - x.a, x.ARI(i)) / cabs(1 - x.ARR(i), x.ARI(i));
-        product *= x.ARI(i) == 0 ? square : square * square;
-    }
-    return product;
-}
+Quadratic pair_of(const Table<double, factor_limit>& table, int i);
+Real single_of(const Table<double, factor_limit>& table, int degree);
+void append_pair(WidePseudoPolynomial& p, Quadratic q, Real a);
+void append_single(WidePseudoPolynomial& p, Real c);
+Real product_of_zero_distances(const XPlane& x);
+Real product_of_zero_squares(const XPlane& x);
 
 }  // namespace
 
@@ -175,7 +121,6 @@ FunctionalFault numeratorFromFactors(const FilterSpec& spec, XPlane& x, Extracti
         x.FS.append(root);
     }
     sortConjugates(x.FS, Reals::last);
-
     return FunctionalFault::none;
 }
 
@@ -194,4 +139,73 @@ void levelOfNumerator(const FilterSpec& spec, XPlane& x, bool zeros_inverted) {
     x.termRatioLimit = root * root;
 }
 
+namespace {
+
+MediumMap::MediumMap(const FilterSpec& spec, const XPlane& x)
+    : lumped_(spec.medium == Medium::lumped), inverted_(spec.filterType == high_pass) {
+    if (lumped_) return;
+    theta_ = std::numbers::pi_v<Real> * x.normFrequency / static_cast<Real>(spec.sampleFrequency);
+    tangent_ = std::tan(theta_);
+}
+
+Quadratic MediumMap::operator()(Quadratic q) const {
+    if (lumped_ || (q.b == 0 && q.c0 == 0)) return q;
+    const RootPair<Real> r = rootsOfQuadratic(q.b, q.c0);
+    const Complex<Real> first = mapped(r.first);
+    if (r.first.im != 0) {
+        const Real b = q.b == 0 ? Real{0} : -2 * first.re;
+        return {b, first.re * first.re + first.im * first.im};
+    }
+    const Complex<Real> second = mapped(r.second);
+    return {-(first.re + second.re), first.re * second.re};
+}
+
+Complex<Real> MediumMap::mapped(Complex<Real> s) const {
+    if (s == Complex<Real>{}) return s;
+    if (inverted_) s = cinv(s.re, s.im);
+    const Real t = std::tanh(s.re * theta_);
+    const Real u = std::tan(s.im * theta_);
+    const Real divisor = (1 + t * t * u * u) * tangent_;
+    s = {t * (1 + u * u) / divisor, u * (1 - t * t) / divisor};
+    return inverted_ ? cinv(s.re, s.im) : s;
+}
+
+// Factor i of a table, 1 <= i <= degree/2, and the last single one.
+Quadratic pair_of(const Table<double, factor_limit>& table, int i) {
+    return {static_cast<Real>(table(2 * i - 1)), static_cast<Real>(table(2 * i))};
+}
+Real single_of(const Table<double, factor_limit>& table, int degree) { return static_cast<Real>(table(degree)); }
+
+// c and d of a factor with a linear term.
+void append_pair(WidePseudoPolynomial& p, Quadratic q, Real a) {
+    p.degree += 2;
+    p.c(p.pairs()) = (q.c0 - a) / q.b;
+    p.d(p.pairs()) = (1 - q.c0) / q.b;
+}
+void append_single(WidePseudoPolynomial& p, Real c) {
+    ++p.degree;
+    p.c(p.factors()) = c;
+    p.d(p.factors()) = 0;
+}
+
+// Products over the finite zeros, each pair and each of a conjugate two once: of |1 - wz^2| = (1 - a)/|1 - xz|, and of
+// wz^2 = |xz - a|/|1 - xz|.
+Real product_of_zero_distances(const XPlane& x) {
+    Real product = 1;
+    for (int i = 1; i <= x.zeroCount; ++i) {
+        const Real distance = (1 - x.a) / cabs(1 - x.ARR(i), x.ARI(i));
+        product *= x.ARI(i) == 0 ? distance : distance * distance;
+    }
+    return product;
+}
+Real product_of_zero_squares(const XPlane& x) {
+    Real product = 1;
+    for (int i = 1; i <= x.zeroCount; ++i) {
+        const Real square = cabs(x.ARR(i) - x.a, x.ARI(i)) / cabs(1 - x.ARR(i), x.ARI(i));
+        product *= x.ARI(i) == 0 ? square : square * square;
+    }
+    return product;
+}
+
+}  // namespace
 }  // namespace kavrel

@@ -1,6 +1,6 @@
 // Designs whose e(s) or f(s) is given by its factors.
 //
-// The factors stand in FilterSpec as pairs (b, c0) of s^2 + b s + c0 and, for odd degree, a last single c of s + c, s
+// The factors are in FilterSpec as pairs (b, c0) of s^2 + b s + c0 and, for odd degree, a last single c of s + c, s
 // in units of the pass band edge. For high-pass they have been inverted, as normaliseEdges leaves them; under a sampled
 // medium the routines here put s -> tanh(theta s)/tan(theta), theta = pi fu/fs, in place of each zero.
 #pragma once
@@ -28,7 +28,7 @@ enum class FunctionalFault { none, inconsistent, parts_missing };
 // spec.degree; parts_missing.
 [[nodiscard]] FunctionalFault numeratorFromFactors(const FilterSpec& spec, XPlane& x, ExtractionWorkspace& ws);
 
-// ... and then the level of the characteristic function, needs QS: the product of the factors stands over s^nz0 times
+// ... and then the level of the characteristic function, needs QS: the product of the factors is divided by s^nz0 times
 // the product of (s^2 + wz^2). For low-pass and high-pass also termRatioLimit, (sqrt t + sqrt(1 + t))^2 with t = |F/Q|
 // at x = 0. `zeros_inverted`: the zeros of a high-pass were not known yet when functionMultiplier was inverted.
 void levelOfNumerator(const FilterSpec& spec, XPlane& x, bool zeros_inverted);

@@ -8,18 +8,13 @@
 namespace kavrel {
 namespace {
 
-using Real = long double;
+using Real = XPlane::Real;
 
 constexpr Real least_width = 1e-20L;  // D of a pair taken to lie on the axis
 
+SolveVerdict solve(const WideRootSet& A, const WideRootSet& B, WideRootSet& R, ExtractionWorkspace& ws);
 FactorVerdict factor_of_pair(const WideRootSet& set, int first, Real a, Real& c, Real& d, Real& width);
 FactorVerdict factor_of_single(Real x, Real a, Real& c);
-
-SolveVerdict solve(const WideRootSet& A, const WideRootSet& B, WideRootSet& R, ExtractionWorkspace& ws) {
-    const SolveVerdict verdict = solveSum(A, B, R, ws.sum);
-    if (verdict.good()) sortConjugates(R, Reals::last);
-    return verdict;
-}
 
 }  // namespace
 
@@ -91,6 +86,13 @@ Complex<long double> hurwitzRoot(Complex<long double> x, long double a) {
 }
 
 namespace {
+
+// The roots of A + B in conjugate order.
+SolveVerdict solve(const WideRootSet& A, const WideRootSet& B, WideRootSet& R, ExtractionWorkspace& ws) {
+    const SolveVerdict verdict = solveSum(A, B, R, ws.sum);
+    if (verdict.good()) sortConjugates(R, Reals::last);
+    return verdict;
+}
 
 // `width` receives sqrt(d^2 + 1).
 FactorVerdict factor_of_pair(const WideRootSet& set, int first, Real a, Real& c, Real& d, Real& width) {

@@ -46,7 +46,7 @@ FactorVerdict toFactors(WideRootSet& set, long double a, WidePseudoPolynomial& p
 // for the last factor, multiplier^2 product (d^2 + 1) (c_n^2 + 1). The order is that of the factors.
 [[nodiscard]] WideRootSet fromFactors(const WidePseudoPolynomial& p, long double a);
 
-// The zero of e(s) that a root of E stands for: s^2 = (x - a)/(1 - x), Re s <= 0, in units of the upper edge. Of a
+// The zero of e(s) that belongs to a root of E: s^2 = (x - a)/(1 - x), Re s <= 0, in units of the upper edge. Of a
 // conjugate pair each root gives its own s, again conjugates.
 [[nodiscard]] Complex<long double> hurwitzRoot(Complex<long double> x, long double a);
 

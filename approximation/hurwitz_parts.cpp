@@ -8,7 +8,7 @@
 namespace kavrel {
 namespace {
 
-using Real = long double;
+using Real = XPlane::Real;
 
 AngleSum angles_of_factors(const WidePseudoPolynomial& e, Real a);
 void set_levels(const WidePseudoPolynomial& e, Real a, WideRootSet& even, WideRootSet& odd);
@@ -53,7 +53,8 @@ AngleSum angles_of_factors(const WidePseudoPolynomial& e, Real a) {
     return angles;
 }
 
-// The multipliers, each from that one of a few places in the pass band where its part stands out best.
+// The multipliers, each from that one of a few places in the pass band where its part has the largest share of the
+// whole.
 void set_levels(const WidePseudoPolynomial& e, Real a, WideRootSet& even, WideRootSet& odd) {
     even.multiplier = odd.multiplier = 1;
     Real best_even = -1, best_odd = -1;
@@ -61,9 +62,9 @@ void set_levels(const WidePseudoPolynomial& e, Real a, WideRootSet& even, WideRo
     for (const double place : pass_band_places) {
         const Complex<Real> x{static_cast<Real>(place), 0};
         const PseudoValue<Real> p = evalPseudo(e, a, x);  // Ev + root Od, root imaginary
-        const auto take = [&](const WideRootSet& set, Real value, Real standing, Real& best, Real& level) {
-            if (!(standing > best)) return;
-            best = standing;
+        const auto take = [&](const WideRootSet& set, Real value, Real share, Real& best, Real& level) {
+            if (!(share > best)) return;
+            best = share;
             const ScaledValue<Real> product = scaledProduct(set, x);
             level = std::ldexp(value / product.value.re, p.exponent - product.exponent);
         };

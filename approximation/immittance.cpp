@@ -8,7 +8,7 @@
 namespace kavrel {
 namespace {
 
-using Real = long double;
+using Real = XPlane::Real;
 
 SolveVerdict sum_and_difference(const XPlane& x, const WideRootSet& e, const WideRootSet& f, WideRootSet& sum,
                                 WideRootSet& difference, ExtractionWorkspace& ws);
@@ -61,7 +61,8 @@ void make_real(WideRootSet& R) {
 }
 
 // Two roots so close that the wide type does not part them were found one by one and do not belong together. With C the
-// product over all others S/C is a quadratic about them, y^2 + b y + c, which its values at some distance h tell:
+// product over all others S/C is a quadratic about them, y^2 + b y + c, which follows from its values at some distance
+// h:
 //   v = S/C(m - h), w = S/C(m + h), b = (w - v)/(2h), c = (v + w)/2 - h^2, y = x - m.
 void correct_pairs(const WideRootSet& A, const WideRootSet& B, WideRootSet& R) {
     constexpr Real close = 1e-6L;

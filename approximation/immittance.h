@@ -9,7 +9,7 @@
 
 namespace kavrel {
 
-// es = eEven + fEven, ed = eEven - fEven, os = eOdd + fOdd, od = eOdd - fOdd. Where a part of f is 0, that of e stands
+// es = eEven + fEven, ed = eEven - fEven, os = eOdd + fOdd, od = eOdd - fOdd. Where a part of f is 0, that of e is
 // alone: the difference then has multiplier 0, as a function that does not exist. Zeros of transmission at zero and at
 // infinity make an e - f or e + f of lower degree: its parts then have roots at a and 1, which are put there exactly.
 // All roots are real. In the stopband e + f or e - f is the small difference of large numbers: maximally flat functions

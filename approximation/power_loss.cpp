@@ -11,7 +11,7 @@
 namespace kavrel {
 namespace {
 
-using Real = long double;
+using Real = XPlane::Real;
 
 constexpr Real right_angle = std::numbers::pi_v<Real> / 2;
 constexpr double infinite_loss = 1e38;
@@ -67,7 +67,7 @@ long double largestTransmission(const XPlane& x) {
     for (std::size_t i = 0; i < count; ++i) value[i] = transmission(x, axisPoint(samples.phi[i]));
     Real largest = *std::max_element(value.begin(), value.begin() + samples.count);
 
-    // A summit between samples this close stands out by less than half of its height.
+    // A summit between samples this close rises above them by less than half of its height.
     const Real promising = largest / 2;
     for (std::size_t i = 1; i + 1 < count; ++i) {
         if (value[i] < promising || value[i] < value[i - 1] || value[i] < value[i + 1]) continue;
@@ -98,7 +98,7 @@ AxisSamples sample_axis(const XPlane& x) {
 
 // Maximum between left and right: parabolic steps through the three best points, golden steps where those do not serve.
 Real summit(const XPlane& x, Real left, Real middle, Real right, Real value) {
-    constexpr Real golden = 0.3819659948348999L;
+    constexpr Real golden = 0.3819659948348999L;  // (3 - sqrt 5)/2 to 7 digits: a share of the interval
     constexpr Real relative = 1e-14L;
     constexpr Real absolute = 1e-16L;
     constexpr int turns = 50;

@@ -7,7 +7,7 @@
 
 namespace kavrel {
 
-// How much of its distance to the axis the nearest pole may give up: at 1 it would stand on the axis.
+// How much of its distance to the axis the nearest pole may give up: at 1 it would lie on the axis.
 inline constexpr long double attainable_shift = 0.99L;
 
 // A Q asked for within this ratio of the minimum is raised to it without a question.

@@ -10,7 +10,7 @@
 namespace kavrel {
 namespace {
 
-using Real = long double;
+using Real = XPlane::Real;
 
 constexpr Real two_pi = 2 * std::numbers::pi_v<Real>;
 

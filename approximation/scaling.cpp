@@ -7,12 +7,7 @@
 namespace kavrel {
 namespace {
 
-// Ratio of terminations whose mismatch loses the power ratio u: u = (1 + L)^2/(4 L).
-long double ratio_for_loss(long double u) {
-    if (!(u > 1)) return 1;
-    const long double root = std::sqrt(u) + std::sqrt(u - 1);
-    return root * root;
-}
+long double ratio_for_loss(long double u);
 
 }  // namespace
 
@@ -47,4 +42,14 @@ void scaleE(XPlane& x, long double power) {
     x.eOdd.multiplier *= root;
 }
 
+namespace {
+
+// Ratio of terminations whose mismatch loses the power ratio u: u = (1 + L)^2/(4 L).
+long double ratio_for_loss(long double u) {
+    if (!(u > 1)) return 1;
+    const long double root = std::sqrt(u) + std::sqrt(u - 1);
+    return root * root;
+}
+
+}  // namespace
 }  // namespace kavrel

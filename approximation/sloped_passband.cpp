@@ -10,7 +10,7 @@
 namespace kavrel {
 namespace {
 
-using Real = long double;
+using Real = XPlane::Real;
 
 constexpr Real least_fraction = 0.01L;
 

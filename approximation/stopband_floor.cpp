@@ -8,10 +8,9 @@
 #include "approximation/frequency_variable.h"
 
 namespace kavrel {
+namespace {
 
 using Real = XPlane::Real;
-
-namespace {
 
 Real least_between(const XPlane& xp, Real from, Real to);
 bool is_zero(const XPlane& xp, Real x);
@@ -72,5 +71,4 @@ Real least_between(const XPlane& xp, Real from, Real to) {
 }
 
 }  // namespace
-
 }  // namespace kavrel

@@ -18,7 +18,7 @@ using Root = Complex<Real>;
 constexpr int state_bound = max_degree + 1;  // state 0 is the constant input
 constexpr Real conjugate_match = 1e-6L;      // of a pair's two roots, relative
 
-// The roots in the upper half plane, each of which stands for a pair, and the real ones.
+// The roots in the upper half plane, each of which represents a pair, and the real ones.
 struct Roots {
     int pairs = 0;
     int reals = 0;
@@ -125,14 +125,6 @@ TimeVerdict time_response(const TransferFunction& transfer, std::span<const doub
     return TimeVerdict::done;
 }
 
-double direct_term(const TransferFunction& transfer) {
-    if (transfer.poleCount < 1 || transfer.zeroCount != transfer.poleCount) return 0;
-    Roots poles;
-    Roots zeros;
-    if (sort_roots(transfer, largest_root(transfer), poles, zeros) != TimeVerdict::done) return 0;
-    return static_cast<double>(level_of(poles, zeros));
-}
-
 namespace {
 
 Real largest_root(const TransferFunction& transfer) {
@@ -180,7 +172,7 @@ Real summit(const Roots& poles, const Roots& zeros, Real from, Real to) {
     return std::max(at_left, at_right);
 }
 
-// 1 over the largest gain. A summit stands within some widths of a pole; the frequencies around each pole bracket it.
+// 1 over the largest gain. A summit lies within some widths of a pole; the frequencies around each pole bracket it.
 Real level_of(const Roots& poles, const Roots& zeros) {
     constexpr std::array<Real, 10> widths = {0, 0.25, 0.5, 0.75, 1, 1.5, 2, 3, 5, 10};
     std::array<Real, static_cast<std::size_t>(max_degree) * 2 * widths.size() + 1> frequencies{};

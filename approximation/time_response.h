@@ -54,7 +54,4 @@ inline constexpr std::array<TimeMessage, 5> time_messages = {{
 [[nodiscard]] TimeVerdict time_response(const TransferFunction& transfer, std::span<const double> times,
                                         std::span<double> impulse, std::span<double> step);
 
-// H(infinity): the weight of the impulse at t = 0, other than 0 when there are as many zeros as poles.
-[[nodiscard]] double direct_term(const TransferFunction& transfer);
-
 }  // namespace kavrel

@@ -17,7 +17,7 @@ struct XPlane {
     // The variable.
     Real a = 0;      // lowerEdgeRatio: (lower band edge / upper band edge)^2, 0 for low-pass and high-pass
     Real xReal = 0;  // x of Freal
-    Real ueX = 0;    // x of the unit-element factor as told for low-pass and band-pass (high-pass uses 1 - ueX in Q)
+    Real ueX = 0;    // x of the unit-element factor as defined for low-pass and band-pass (high-pass uses 1 - ueX in Q)
     Real normFrequency = 0;  // Hz, that s = j corresponds to: the upper band edge
     Real warp = 0;           // sampled media: tan(pi normFrequency/sampleFrequency)/normFrequency; 0 for lumped
     Real eps2 = 0;           // 10^(bandEdgeLoss/10) - 1
@@ -45,7 +45,7 @@ struct XPlane {
     Table<int, max_degree> LARR;         // [i] sign of each pole for the allpass form, 0 not set
 
     // Immittance polynomials: even and odd parts of e + f and e - f. Where a part of f is 0, its sum is the part of e
-    // and stands for the difference as well: multiplier 0 of ed or od then means "as the sum". Told by the multiplier
+    // and is the difference as well: multiplier 0 of ed or od then means "as the sum". Decided by the multiplier
     // of fEven for ed, of fOdd for od: where that is not 0, a difference of multiplier 0 is one that vanishes. After a
     // single termination es and os are the parts of e, and ed and od do not exist.
     WideRootSet es;

@@ -127,7 +127,6 @@ inline constexpr std::array<CircuitMessage, 6> circuit_messages = {{
 
 // What a command says instead of the bare "Storage is full" when it has to stop in the middle of its work.
 inline constexpr std::string_view storage_full_operations = "Storage is full, operations discontinued";
-inline constexpr std::string_view storage_full_operation = "Storage is full, operation discontinued";
 
 [[nodiscard]] std::string_view message_of(CircuitVerdict verdict);
 

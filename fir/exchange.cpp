@@ -120,7 +120,7 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher
         std::copy_n(extrema.at.begin(), extrema.count, result.IEXT.begin());
         if (deep && !wide.fit()) return ends_as(ExchangeStatus::degenerate);
         if (deep && previous < 0 && wide.approximation().deviation() < tap_rounding * scale) {
-            // nothing to level: taken as it stands if it is good to a few roundings
+            // nothing to level: taken as it is if it is good to a few roundings
             const CosineSeries alpha = series(wide);
             const auto measured = static_cast<double>(largest_error<Wide>(grid, alpha, nfcns));
             if (measured < 100 * tap_rounding * scale) {

@@ -185,7 +185,7 @@ void weights_of_ripples(FirDraft& draft) {
     }
 }
 
-// Sets the length of a low pass from its ripples and tells it; what is wrong, or null.
+// Sets the length of a low pass from its ripples and reports it; what is wrong, or null.
 const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter) {
     FirTask& task = draft.task;
     const bool applies = is_filter(task) && task.BANDS.NBANDS == 2 && task.BANDS.FX(1) == 1.0 &&
@@ -199,8 +199,8 @@ const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter
         reporter.report_line(edited<"(' Estimated degree = ',I4)">(task.NFILT));
     } else {
         task.NFILT = max_fir_taps;
-        const int told = static_cast<int>(std::min(length, 1.0e9));
-        reporter.report_line(edited<"(' Estimated degree: ',I4,' is too high. reset to: ',I4)">(told, max_fir_taps));
+        const int estimated = static_cast<int>(std::min(length, 1.0e9));
+        reporter.report_line(edited<"(' Estimated degree: ',I4,' is too high. reset to: ',I4)">(estimated, max_fir_taps));
     }
     draft.figures.length_estimated = true;
     return nullptr;

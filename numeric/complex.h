@@ -1,6 +1,6 @@
 // Complex numbers as a plain pair, so that a pair of cells of two parallel arrays is read and written without detours,
 // and without the checks for infinities that the library's product makes in every factor. Quotient, root and magnitude
-// stand in guarded.h.
+// are in guarded.h.
 #pragma once
 
 #include <cmath>

@@ -119,9 +119,9 @@ void set_multiplier(WideRootSet& set, const PartFunction<Wide>& function) {
     for (const double place : pass_band_places) {
         const Complex<Wide> x{static_cast<Wide>(place), 0};
         const FunctionSample<Wide> s = function(x, false);
-        const Wide standing = cabs(s.value) / s.size;
-        if (!(standing > best)) continue;
-        best = standing;
+        const Wide share = cabs(s.value) / s.size;
+        if (!(share > best)) continue;
+        best = share;
         const ScaledValue<Wide> product = scaledProduct(set, x);
         multiplier = shifted(cdiv(s.value, product.value, solver_decades), s.exponent - product.exponent).re;
     }
@@ -153,5 +153,4 @@ bool has_complex_root(const WideRootSet& set) {
 }
 
 }  // namespace
-
 }  // namespace kavrel

@@ -1,5 +1,5 @@
 // Roots in x of the even and the odd part of a pseudo-polynomial, found from its factors: the coefficients of the parts
-// tell their degrees, nothing else.
+// give their degrees, nothing else.
 #pragma once
 
 #include "numeric/pseudo_polynomial.h"
@@ -8,7 +8,7 @@
 namespace kavrel {
 
 struct EvenOddWorkspace {
-    WidePseudoPolynomial p;  // factors in the type of the work, c and d by |c|, ascending
+    WidePseudoPolynomial p;  // the factors, c and d by |c|, ascending
     PseudoPolynomial rough;  // the same as doubles, for the approach to a root
     PartCoefficients coefficients;
     WideRootSet even;

@@ -1,14 +1,14 @@
 // Complex arithmetic that neither overflows nor stops. "Infinite" is the number 1e38 in both parts: callers compare
 // against it or let it fall out of their iteration.
 //
-// All routines stand for double and long double.
+// All routines exist for double and long double.
 #pragma once
 
 #include "numeric/complex.h"
 
 namespace kavrel {
 
-inline constexpr double infinite_part = 1e38;  // stands for an infinite part of a quotient
+inline constexpr double infinite_part = 1e38;  // in place of an infinite part of a quotient
 inline constexpr int quotient_decades = 37;    // reach of cdiv to either side
 inline constexpr int solver_decades = 280;     // reach inside the solvers, whose values may legally pass 1e37
 

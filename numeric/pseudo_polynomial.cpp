@@ -45,7 +45,7 @@ bool isHurwitz(const WidePseudoPolynomial& p, Wide a) {
 template <class Real>
 PseudoValue<Real> evalPseudo(const PseudoPolynomialOf<Real>& p, Real a, Complex<Real> x) {
     const Complex<Real> one{1, 0};
-    // At a branch point the parts are finite but their formulas are not: stand beside it.
+    // At a branch point the parts are finite but their formulas are not: x is moved beside it.
     constexpr Real aside = static_cast<Real>(1e-17);
     if (x == Complex<Real>{a, 0}) x.re -= std::fmax(a, Real{1}) * aside * (sizeof(Real) == sizeof(double) ? 100 : 1);
     if (x == one) x.re += aside * (sizeof(Real) == sizeof(double) ? 100 : 1);

@@ -51,7 +51,7 @@ struct PartCoefficients {
 // level can be read off there.
 inline constexpr double pass_band_places[] = {-0.05, -0.4, -3.0};
 
-// P with w and s as they stand (plus) and with both reversed (minus), each divided by sqrt(x - a) -> s, sqrt(1 - x) ->
+// P with w and s as they are (plus) and with both reversed (minus), each divided by sqrt(x - a) -> s, sqrt(1 - x) ->
 // 1 for odd degree, from which Ev = (plus + minus)/2 and Od = (plus - minus)/(2 root), root being w for even and s for
 // odd degree. All with their derivatives and on one scale.
 template <class Real>

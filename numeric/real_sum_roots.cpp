@@ -198,5 +198,4 @@ void delete_root(RealRootSet& set, int i) {
 }
 
 }  // namespace
-
 }  // namespace kavrel

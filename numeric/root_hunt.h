@@ -5,8 +5,8 @@
 // S is always evaluated afresh. Every root then gets Newton corrections until they no longer shrink. S is real on the
 // real axis: a complex root brings its conjugate along.
 //
-// The approach to a root runs in double whatever the type of the work is, the corrections in that type: two or three
-// of them carry a root from 1e-14 to 1e-19, at a fraction of the cost of an approach in long double.
+// The approach to a root runs in double, the corrections in long double: two or three of them carry a root from 1e-14
+// to 1e-19, at a fraction of the cost of an approach in long double.
 //
 // A `Function` of type Real has one member: FunctionSample<Real> operator()(Complex<Real> x, bool with_derivative)
 // const.
@@ -116,7 +116,7 @@ template <class Real>
 using PointsOf = Table<Complex<Real>, 3>;
 using Points = PointsOf<double>;
 
-// A point that stands on a found root, or at 0 where it could not be moved by a factor, is moved off it. A point at the
+// A point that is on a found root, or at 0 where it could not be moved by a factor, is moved off it. A point at the
 // end of the range cannot be moved at all; a number of turns that no other point needs ends the loop.
 inline constexpr int start_moves = 4 * max_degree;
 
@@ -211,7 +211,7 @@ Complex<Real> approach(const Function& function, int digits, int turns, const Ro
     return p.x(3);
 }
 
-// Moves a root that lies on an axis, or at 0, within the told reach onto it, provided that it is a root there as well.
+// Moves a root that lies on an axis, or at 0, within reach onto it, provided that it is a root there as well.
 template <class Function>
 Complex<Wide> cleaned(const Function& function, const HuntRules& rules, Complex<Wide> root) {
     const auto take = [&](Complex<Wide> z) {
@@ -228,7 +228,7 @@ Complex<Wide> cleaned(const Function& function, const HuntRules& rules, Complex<
     return root;
 }
 
-// One more root, from the approach in double or, where that leads nowhere, in the type of the work.
+// One more root, from the approach in double or, where that leads nowhere, in long double.
 template <class Rough, class Fine>
 bool find_root(const Rough& rough, const Fine& fine, const HuntRules& rules, const WideRootSet& found,
                const Points& start, Complex<Wide>& root) {

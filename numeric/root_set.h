@@ -1,12 +1,11 @@
 // Polynomials held by their roots, the usual form of a polynomial in the whole system, and the two forms made from it.
 //
 // Value at x: multiplier times the product of (x - root). The polynomials are real: complex roots come in conjugate
-// pairs that stand next to each other, the one with positive imaginary part first; an exact 0.0 marks a real root.
+// pairs next to each other, the one with positive imaginary part first; an exact 0.0 marks a real root.
 // Coefficient arrays begin with the highest power.
 //
-// Everything stands for double and long double. Sets that are stored, printed or handed on are double; a chain of
-// extractions may keep its sets in the wide type between its steps, since the rounding of roots to doubles is an error
-// that the next extraction magnifies.
+// A design keeps its sets in the wide type between its extractions, each of which magnifies the rounding of the one
+// before. Doubles serve the approach to a root, and what is printed or handed on.
 #pragma once
 
 #include <type_traits>

@@ -11,13 +11,8 @@ constexpr double rescale_above = 0x1p300;
 constexpr double rescale_below = 0x1p-300;
 constexpr int rescale_exponent = 300;
 
-// The exponent that brings a number of this size back into range.
 template <class Real>
-int correction(Real size) {
-    if (size > static_cast<Real>(rescale_above)) return rescale_exponent;
-    if (size < static_cast<Real>(rescale_below) && size > 0) return -rescale_exponent;
-    return 0;
-}
+int correction(Real size);
 
 }  // namespace
 
@@ -64,6 +59,18 @@ int binaryMagnitude(Complex<Real> z, int exponent) {
     const Real size = largest_part(z);
     return size > 0 ? std::ilogb(size) + exponent : -100000;
 }
+
+namespace {
+
+// The exponent that brings a number of this size back into range.
+template <class Real>
+int correction(Real size) {
+    if (size > static_cast<Real>(rescale_above)) return rescale_exponent;
+    if (size < static_cast<Real>(rescale_below) && size > 0) return -rescale_exponent;
+    return 0;
+}
+
+}  // namespace
 
 #define KAVREL_SCALED_VALUE(Real)                                                                \
     template struct ScaledPair<Real>;                                                            \

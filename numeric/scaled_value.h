@@ -4,7 +4,7 @@
 // scaled; so it carries a binary exponent of its own. Products of different degree are added by shifting one of them,
 // and no factor is lost.
 //
-// All routines stand for double and long double.
+// All routines exist for double and long double.
 #pragma once
 
 #include "numeric/root_set.h"

@@ -55,7 +55,7 @@ SolveVerdict solveSum(const WideRootSet& A, const WideRootSet& B, WideRootSet& R
 
 namespace {
 
-// Roots of A and B that agree to tol, zeros among them, are roots of the sum as they stand: A = G A', B = G B', and all
+// Roots of A and B that agree to tol, zeros among them, are roots of the sum as they are: A = G A', B = G B', and all
 // further work is done on A' + B'.
 void take_out_common_roots(SumWorkspace& ws) {
     ws.common.count = 0;
@@ -228,7 +228,7 @@ void collect(SumWorkspace& ws) {
     sortByMagnitude(ws.R);
 }
 
-// Two conjugate pairs that stand within 0.0003 of each other become a double pair at their mean.
+// Two conjugate pairs within 0.0003 of each other become a double pair at their mean.
 void average_clusters(WideRootSet& R) {
     constexpr auto near = static_cast<Wide>(0.0003);
     for (int i = 1; i <= R.count - 3;) {
@@ -251,5 +251,4 @@ void average_clusters(WideRootSet& R) {
 }
 
 }  // namespace
-
 }  // namespace kavrel

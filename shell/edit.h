@@ -3,15 +3,15 @@
 //
 //     (1X, "R", I3, 2X, 1P, E15.7)        line().x(1).a("R").i(n, 3).x(2).pe(value, 15, 7)
 //
-// `width` is the width of the field in characters: the text stands at its right end, and a text that does not fit
+// `width` is the width of the field in characters: the text is at its right end, and a text that does not fit
 // leaves a field of asterisks; width 0 takes the least that holds it (never with G). `decimals` (at least 0) is the
 // number of digits behind the decimal point, in G the number of significant digits (at least 1).
 //
 // Numbers are rounded on the exact value of the double, a tie to the even digit. An optional zero before the decimal
 // point goes when the field is tight. A number that rounds to zero keeps its sign, as does -0.0. NaN, Inf and Infinity
-// (where it fits) stand in a field of any kind. An exponent of three digits drops its letter: 0.1+101, 0.1-101.
+// (where it fits) appear in a field of any kind. An exponent of three digits drops its letter: 0.1+101, 0.1-101.
 //
-// `scale` is the k of the scale factor kP. E, D and G with an exponent: k digits stand before the point and decimals -
+// `scale` is the k of the scale factor kP. E, D and G with an exponent: k digits are before the point and decimals -
 // k + 1 behind it, or, with k <= 0, -k zeros follow the point; it takes -decimals < k < decimals + 2, and other k leave
 // asterisks. F: the number times 10**k, with k >= -decimals. G without an exponent and EN ignore it.
 //
@@ -44,7 +44,7 @@ namespace kavrel {
     return edit_d(value, width, decimals, 1);
 }
 
-// ENw.d: the exponent is a multiple of three, 1 to 3 digits stand before the point: 12.340E+03.
+// ENw.d: the exponent is a multiple of three, 1 to 3 digits are before the point: 12.340E+03.
 [[nodiscard]] std::string edit_en(double value, int width, int decimals);
 
 // Gw.d: as F with `decimals` significant digits and four blanks behind it where the rounded magnitude is 0 or lies in
@@ -79,7 +79,7 @@ public:
     Line& pg(double value, int width, int decimals) { return add(edit_g(value, width, decimals, 1)); }
 
     [[nodiscard]] std::string text() const { return text_; }
-    operator std::string() const { return text_; }       // NOLINT: a line stands for its text,
+    operator std::string() const { return text_; }       // NOLINT: a line is its text,
     operator std::string_view() const { return text_; }  // NOLINT: as long as the line lives
 
 private:

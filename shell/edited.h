@@ -2,7 +2,7 @@
 //
 //     edited<"(1X,A,I3,2X,1P,E15.7,' dB')">("R", n, loss)
 //
-// Between commas stand blanks nX; a text A, Aw (of anything that is a string_view, or a char); an integer I, Iw, Iw.m;
+// Between commas: blanks nX; a text A, Aw (of anything that is a string_view, or a char); an integer I, Iw, Iw.m;
 // a float or double Fw.d, Ew.d, Ew.dEe, Dw.d, ENw.d, Gw.d; the scale factor kP of all fields behind it, up to the next
 // one (no comma need follow it); a text in ' or ", in which that quote is doubled; and lists in parentheses. A number
 // in front repeats a field or a list. Blanks outside the quotes mean nothing. Each field is that of shell/edit.h; I is
@@ -130,7 +130,7 @@ private:
         ++at_;
         return true;
     }
-    // The number that stands here, at most 999; `none` where there is none.
+    // The number here, at most 999; `none` where there is none.
     constexpr short number(int none) {
         int n = none;
         for (char c = peek(); c >= '0' && c <= '9' && n < 100; c = peek()) {

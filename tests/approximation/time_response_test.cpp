@@ -88,7 +88,8 @@ TEST(TimeResponse, AgreesWithResiduesOfManyDigits) {
             EXPECT_NEAR(r.impulse[i], g.truth.impulse[i], 1e-13 * largest(g.truth.impulse)) << g.name << g.times[i];
             EXPECT_NEAR(r.step[i], g.truth.step[i], 1e-13 * largest(g.truth.step)) << g.name << g.times[i];
         }
-        EXPECT_NEAR(direct_term(g.transfer), g.direct, 1e-13 * std::fabs(g.direct)) << g.name;
+        const double at_zero = responses(g.transfer, {0}).step[0];
+        EXPECT_NEAR(at_zero, g.direct, 1e-13 * std::fabs(g.direct)) << g.name;
     }
 }
 
@@ -157,7 +158,6 @@ TEST(TimeResponse, StepEndsAtTheGainForDirectCurrent) {
         const Responses r = responses(t, {0.0, 1.0});
         EXPECT_NEAR(r.step[0], std::pow(10, -lossAt(d->spec, d->xp, 1e15) / 20), 1e-9) << row.type << row.n;
         EXPECT_NEAR(r.step[1], row.end, 1e-9) << row.type << row.n;
-        EXPECT_EQ(r.step[0], direct_term(t));
     }
 }
 

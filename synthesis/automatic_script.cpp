@@ -11,13 +11,14 @@ struct ZeroCounts {
     int low = 0;
     int high = 0;
 };
-
-void append_quadruplets(const LadderProblem& problem, Script& script, int& next, int at_most);
-void append_finite_zeros(const LadderProblem& problem, Script& script, const PoleForms& forms, ZeroCounts left);
 struct ExtremeCounts {
     int zero = 0;
     int infinity = 0;
 };
+
+void append_quadruplets(const LadderProblem& problem, Script& script, int& next, int at_most);
+[[nodiscard]] ZeroCounts finite_zeros(const LadderProblem& problem);
+void append_finite_zeros(const LadderProblem& problem, Script& script, const PoleForms& forms, ZeroCounts left);
 [[nodiscard]] ExtremeCounts extremes_before_lines(const LadderProblem& problem, const Selection& selection,
                                                   ExtremeSide hidden);
 void append_extremes(const LadderProblem& problem, Script& script, PoleForms forms, ExtremeCounts left,
@@ -53,13 +54,9 @@ Script automatic_script(const LadderProblem& problem, const Selection& selection
     script.append(word_of(selection.denominator));
 
     const PoleForms forms = pole_forms(problem, selection);
-    ZeroCounts counts;
-    for (int i = 1; i <= problem.zero_count; ++i) {
-        if (!problem.is_complex(i)) ++(problem.is_high(i) ? counts.high : counts.low);
-    }
     int next = 1;  // zero from which on quadruplets are left
     if (place == QuadrupletPlace::first) append_quadruplets(problem, script, next, finite_zero_limit);
-    append_finite_zeros(problem, script, forms, counts);
+    append_finite_zeros(problem, script, forms, finite_zeros(problem));
     append_extremes(problem, script, forms, extremes_before_lines(problem, selection, hidden),
                     place == QuadrupletPlace::behind_shunts, next);
     append_quadruplets(problem, script, next, finite_zero_limit);
@@ -86,13 +83,25 @@ ScriptVerdict run_automatic(const LadderProblem& problem, Script& script, Ladder
 
 namespace {
 
+// Beside the poles at zero where there is no zero of transmission above the band.
 void append_quadruplets(const LadderProblem& problem, Script& script, int& next, int at_most) {
-    const bool at_zero = case_number(problem) == 2;
+    const ZeroCounts finite = finite_zeros(problem);
+    const bool low = problem.zeros_at_zero > 0 || finite.low > 0;
+    const bool at_zero = low && problem.zeros_at_infinity == 0 && finite.high == 0;
     for (; next <= problem.zero_count && at_most > 0; ++next) {
         if (!problem.is_complex(next)) continue;
         append_step(script, at_zero ? StepKind::impedance_quadruplet : StepKind::admittance_quadruplet, next);
         --at_most;
     }
+}
+
+// On the frequency axis.
+ZeroCounts finite_zeros(const LadderProblem& problem) {
+    ZeroCounts counts;
+    for (int i = 1; i <= problem.zero_count; ++i) {
+        if (!problem.is_complex(i)) ++(problem.is_high(i) ? counts.high : counts.low);
+    }
+    return counts;
 }
 
 // Shifting takes from a pole that a zero of transmission will remove.

@@ -25,7 +25,7 @@ enum class StepKind {
 // Appends the words of a step. m, n: numbers of zeros, 0 for the program's own choice.
 void append_step(Script& script, StepKind kind, int m = 0, int n = 0);
 
-// Where the poles of a selection's remainder at 0 and infinity stand; each complete removal turns one of them.
+// The forms that have the poles of a selection's remainder at 0 and infinity; each complete removal turns one of them.
 struct PoleForms {
     int zero = impedance;
     int infinity = impedance;
@@ -40,13 +40,13 @@ enum class QuadrupletPlace { first, behind_shunts, last };
 // own side, or by double shifting of a low and a high zero where both poles belong to the same form, what is left
 // singly; then the zeros at 0 and infinity, each in both forms by turns; then the unit elements, and "fini".
 // `last_stage` is the position of the first "ue", or of "fini". With unit elements a branch that the selection hides
-// stands behind them: one zero at 0 or infinity, as `hidden` tells, is left out.
+// lies behind them: one zero at 0 or infinity, as `hidden` says, is left out.
 [[nodiscard]] Script automatic_script(const LadderProblem& problem, const Selection& selection, int& last_stage,
                                       QuadrupletPlace place = QuadrupletPlace::first,
                                       ExtremeSide hidden = ExtremeSide::infinity);
 
 // Runs a script and, where no zero was acceptable, goes on with the zero of the smallest residue whatever its sign: the
-// ladder then has a negative element. The words that were put in stand in the script.
+// ladder then has a negative element. The script holds the words that were put in.
 ScriptVerdict run_automatic(const LadderProblem& problem, Script& script, LadderState& state);
 
 }  // namespace kavrel

@@ -96,7 +96,7 @@ bool record_hidden_branch(const LadderProblem& problem, LadderState& state) {
     Complex<long double> rest;
     long double w = 0;
     if (!rest_immittance(problem, state, 1, rest, w)) return false;
-    // Records of a prototype stand in the s of the approximation, all others in the true one.
+    // Records of a prototype are in the s of the approximation, all others in the true one.
     if (problem.prototype) rest = conjugate(rest);
     if (problem.turned) w = 1 / w;
     if (form == admittance) rest = reciprocal(rest);
@@ -185,7 +185,7 @@ bool driven_by_voltage(const LadderState& state) {
     return zero == (state.form == impedance);
 }
 
-// The number of a two-port tells nothing but at an open end: even, it is driven by a voltage, odd by a current.
+// The number of a two-port means something at an open end alone: even, it is driven by a voltage, odd by a current.
 CircuitVerdict append(Circuit& circuit, const DenormalisedBranch& branch, bool open_end) {
     if (branch.merges && merge_into_last(circuit, branch)) return CircuitVerdict::done;
     int k = circuit.klast + 1;

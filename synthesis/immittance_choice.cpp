@@ -6,13 +6,13 @@
 namespace kavrel {
 namespace {
 
-// Of one port, the immittances that exist.
-[[nodiscard]] std::array<Selection, 2> immittances_of(const LadderProblem& problem, bool port_b);
-// How many branches an immittance may hide, and which of two it is.
+// How many branches an immittance hides, and whether it is the second of two.
 struct Sight {
     int hidden = 0;
     bool other = false;
 };
+
+[[nodiscard]] std::array<Selection, 2> immittances_of(const LadderProblem& problem, bool port_b);
 [[nodiscard]] bool choose_at(const LadderProblem& problem, bool port_b, const Sight& sight, bool output_side, bool dual,
                              Selection& selection);
 [[nodiscard]] bool choose_of_port(const LadderProblem& problem, bool port_b, const Sight& sight, Selection& selection);
@@ -21,20 +21,6 @@ struct Sight {
 [[nodiscard]] Selection turned(Selection selection);
 
 }  // namespace
-
-int case_number(const LadderProblem& problem) {
-    bool low = problem.zeros_at_zero > 0;
-    bool high = problem.zeros_at_infinity > 0;
-    for (int i = 1; i <= problem.zero_count; ++i) {
-        if (problem.is_complex(i)) continue;
-        if (problem.is_high(i))
-            high = true;
-        else
-            low = true;
-    }
-    if (!low) return 1;
-    return high ? 4 : 2;
-}
 
 ChoiceFault chooseImmittance(const LadderProblem& problem, bool output_side, bool dual, Selection& selection,
                              bool other) {
@@ -82,13 +68,12 @@ Complex<long double> input_impedance(const LadderProblem& problem, const Selecti
     Complex<long double> top = rough(even, odd_partner);
     Complex<long double> bottom = rough(even_partner, odd);
     if (selection.form == admittance) std::swap(top, bottom);
-    const long double size = bottom.re * bottom.re + bottom.im * bottom.im;
-    const Complex<long double> z = top * conjugate(bottom);
-    return {z.re / size, z.im / size};
+    return quotient(top, bottom);
 }
 
 namespace {
 
+// Of one port, those that exist.
 std::array<Selection, 2> immittances_of(const LadderProblem& problem, bool port_b) {
     const LongImmittance& p = problem.polynomials;
     const Part ed = p.even_f ? Part::ed : Part::es;

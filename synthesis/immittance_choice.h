@@ -17,9 +17,6 @@
 
 namespace kavrel {
 
-// 1: neither zeros at the origin nor low ones; 2: neither zeros at infinity nor high ones; 4: the general case.
-[[nodiscard]] int case_number(const LadderProblem& problem);
-
 enum class ChoiceFault { none, not_realizable, not_found };
 inline constexpr std::string_view not_realizable_text = " **** Passive realization is not possible ****";
 inline constexpr std::string_view immittance_not_found_text = " **** An appropriate immittance was not found ****";

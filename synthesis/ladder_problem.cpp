@@ -7,7 +7,10 @@
 namespace kavrel {
 namespace {
 
+constexpr long double pi = std::numbers::pi_v<long double>;
+
 void take_zeros(const XPlane& xp, const FilterSpec& spec, LadderProblem& problem);
+[[nodiscard]] const ReactanceRoots& part_of(const LadderProblem& problem, Part part);
 void turn_to_true_variable(WorkingFunction& f);
 
 }  // namespace
@@ -24,7 +27,6 @@ bool ladder_problem(const XPlane& xp, const FilterSpec& spec, LadderProblem& pro
     problem.odd_q = spec.zerosAtZero % 2 == 1;
     problem.x0 = xp.a;
     problem.unit_point = xp.ueX;
-    if (spec.medium == microwave) problem.unit_s2 = (problem.unit_point - problem.x0) / (1 - problem.unit_point);
     problem.zeros_at_zero = problem.turned ? spec.zerosAtInfinity : spec.zerosAtZero;
     problem.zeros_at_infinity = problem.turned ? spec.zerosAtZero : spec.zerosAtInfinity;
     problem.unit_elements = spec.unitElements;
@@ -33,22 +35,20 @@ bool ladder_problem(const XPlane& xp, const FilterSpec& spec, LadderProblem& pro
     problem.norm_frequency = static_cast<double>(xp.normFrequency);
     if (spec.medium == microwave) {
         problem.quarter_wave = spec.sampleFrequency;
-        problem.norm_frequency =
-            static_cast<double>(std::tan(std::numbers::pi_v<long double> * xp.normFrequency / spec.sampleFrequency));
+        problem.norm_frequency = static_cast<double>(edge_tangent(xp, spec));
     }
     problem.own_resistance = spec.sourceResistance;
     problem.other_resistance = spec.loadResistance;
     return true;
 }
 
-const ReactanceRoots& part_of(const LadderProblem& problem, Part part) {
-    switch (part) {
-        case Part::es: return problem.polynomials.es;
-        case Part::os: return problem.polynomials.os;
-        case Part::ed: return problem.polynomials.ed;
-        case Part::od: break;
-    }
-    return problem.polynomials.od;
+long double edge_tangent(const XPlane& xp, const FilterSpec& spec) {
+    return std::tan(pi * xp.normFrequency / spec.sampleFrequency);
+}
+
+double hz_of(const XPlane& xp, const FilterSpec& spec, long double w) {
+    if (spec.medium != microwave) return static_cast<double>(w * xp.normFrequency);
+    return static_cast<double>(spec.sampleFrequency * std::atan(w * edge_tangent(xp, spec)) / pi);
 }
 
 // I = Ev/(s Od) for odd degree, Ev/(s (1 - x) Od) for even degree.
@@ -70,9 +70,8 @@ bool formWorkingFunction(const LadderProblem& problem, const Selection& selectio
 
 namespace {
 
-// Finite zeros of the approximation stand once for each pair of conjugates.
+// The approximation holds a finite zero once for each pair of conjugates.
 void take_zeros(const XPlane& xp, const FilterSpec& spec, LadderProblem& problem) {
-    const long double norm = xp.normFrequency;
     for (int i = 1; i <= xp.zeroCount && problem.zero_count < finite_zero_limit; ++i) {
         const int k = ++problem.zero_count;
         problem.zero_x(k) = problem.turned ? 1 - WideReal{xp.ARR(i)} : WideReal{xp.ARR(i)};
@@ -94,15 +93,19 @@ void take_zeros(const XPlane& xp, const FilterSpec& spec, LadderProblem& problem
         long double s_re = std::sqrt(std::fmax(0.0L, (radius + re) / 2));
         long double s_im = std::sqrt(std::fmax(0.0L, (radius - re) / 2));
         if (xp.ARI(i) == 0) (re < 0 ? s_re : s_im) = 0;
-        if (spec.medium == microwave && s_re == 0) {
-            const long double t = std::tan(std::numbers::pi_v<long double> * norm / spec.sampleFrequency);
-            problem.zero_hz_im(k) =
-                static_cast<double>(spec.sampleFrequency * std::atan(s_im * t) / std::numbers::pi_v<long double>);
-            continue;
-        }
-        problem.zero_hz_re(k) = static_cast<double>(s_re * norm);
-        problem.zero_hz_im(k) = static_cast<double>(s_im * norm);
+        problem.zero_hz_re(k) = static_cast<double>(s_re * xp.normFrequency);
+        problem.zero_hz_im(k) = s_re == 0 ? hz_of(xp, spec, s_im) : static_cast<double>(s_im * xp.normFrequency);
     }
+}
+
+const ReactanceRoots& part_of(const LadderProblem& problem, Part part) {
+    switch (part) {
+        case Part::es: return problem.polynomials.es;
+        case Part::os: return problem.polynomials.os;
+        case Part::ed: return problem.polynomials.ed;
+        case Part::od: break;
+    }
+    return problem.polynomials.od;
 }
 
 // s -> 1/s, x -> 1 - x; a = 0. Each factor x - r turns to -(x - (1 - r)).

@@ -11,17 +11,16 @@
 
 namespace kavrel {
 
-// A high-pass stands as its low-pass prototype, in the variable that its approximation used, unless it has lines or
+// A high-pass is held as its low-pass prototype, in the variable that its approximation used, unless it has lines or
 // complex zeros: their branches have no prototype, and the functions are turned to the true variable, x -> 1 - x.
 struct LadderProblem {
     LongImmittance polynomials;
-    bool turned = false;     // x stands for 1 - x of the approximation, s for 1/s: such a high-pass
-    bool prototype = false;  // s stands for 1/s of the filter: lumped high-pass
+    bool turned = false;     // such a high-pass: x is 1 - x of the approximation, s is 1/s of it
+    bool prototype = false;  // s is 1/s of the filter: lumped high-pass
     bool single_termination = false;
     bool odd_q = false;   // the numerator q of S21 = q/e is odd in the s of the approximation
     WideReal x0;          // a
     WideReal unit_point;  // x of the unit elements
-    WideReal unit_s2;     // s^2 there
     int zeros_at_zero = 0;
     int zeros_at_infinity = 0;
     int unit_elements = 0;
@@ -47,6 +46,12 @@ static_assert(std::is_trivially_copyable_v<LadderProblem>);
 // From a finished approximation and its normalised request. False when the immittance polynomials are not there.
 [[nodiscard]] bool ladder_problem(const XPlane& xp, const FilterSpec& spec, LadderProblem& problem);
 
+// Of a microwave filter tan of the angle of s = j, the edge.
+[[nodiscard]] long double edge_tangent(const XPlane& xp, const FilterSpec& spec);
+
+// Hz of s = j w, in units of the edge; microwave: w is that of the warped variable.
+[[nodiscard]] double hz_of(const XPlane& xp, const FilterSpec& spec, long double w);
+
 // Numerator and denominator of an immittance, the form that it is taken as, and the end of the network.
 enum class Part { es, os, ed, od };
 inline constexpr int impedance = -1;
@@ -68,8 +73,6 @@ struct Selection {
     }
     return "";
 }
-
-[[nodiscard]] const ReactanceRoots& part_of(const LadderProblem& problem, Part part);
 
 // The working function of a selection: numerator over denominator, in s, with the factor that the parity of the degree
 // asks for. False when one of the two does not exist.

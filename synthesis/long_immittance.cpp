@@ -17,11 +17,14 @@ using LongSet = RootSetOf<Long>;
 using Rough = Complex<long double>;
 
 constexpr int newton_turns = 40;
-constexpr long double settled = 1e-140L;  // relative step at which a root stands
-constexpr long double no_coefficient = 1e-100L;
-constexpr long double rounding = 1e-148L;  // of a long number
-constexpr long double off_axis = 1e-5L;
-constexpr long double same_filter = 1e-9L;  // agreement with the approximation's own numbers
+constexpr long double settled = 1e-140L;         // relative step at which a root is found
+constexpr long double enough = 1e-100L;          // ... with which it has to do after the last turn
+constexpr long double no_coefficient = 1e-100L;  // of two, the relative size of one that is only rounding
+constexpr long double off_axis = 1e-5L;          // relative imaginary part up to which a rough root is real
+constexpr long double same_filter = 1e-9L;       // agreement with the approximation's own numbers
+
+constexpr int coefficient_limit = max_pairs + 2;      // those of a part, and one to carry into
+using Coefficients = Table<Long, coefficient_limit>;  // constant term first
 
 // e as a product of Hurwitz factors, c + d x + w each, and the coefficients of its parts.
 struct LongFactors {
@@ -29,8 +32,8 @@ struct LongFactors {
     int degree = 0;
     Table<Long, max_pairs> c;
     Table<Long, max_pairs> d;
-    Table<Long, 27> CE;  // constant term first
-    Table<Long, 27> CO;
+    Coefficients CE;
+    Coefficients CO;
 };
 
 [[nodiscard]] LongSet long_set(const WideRootSet& set);
@@ -79,12 +82,6 @@ LongSet long_set(const WideRootSet& set) {
 }
 
 Rough rounded(const LongComplex& z) { return {z.re.rounded(), z.im.rounded()}; }
-
-Rough quotient(Rough n, Rough d) {
-    const long double size = d.re * d.re + d.im * d.im;
-    const Rough product = n * conjugate(d);
-    return {product.re / size, product.im / size};
-}
 
 LongComplex product_at(const LongSet& set, const LongComplex& x) {
     LongComplex product{set.multiplier, 0};
@@ -136,7 +133,7 @@ Rough log_slope(const LongSet& set, const LongComplex& x) {
         step = std::hypot(delta.re, delta.im) / (size > 0 ? size : 1);
         if (step < settled) return true;
     }
-    return step < 1e-100L;
+    return step < enough;
 }
 
 // From the parts of f: with P+ P- of f as in pseudo_polynomial.h,
@@ -161,7 +158,7 @@ PowerOfF power_of_parts(const XPlane& xp) {
 }
 
 // Where f has its zeros on one side, the squares of its parts cancel to a small F on the real s axis, and 18 digits of
-// the parts do not tell it. The factors of f do: they are taken as the exact numbers then.
+// the parts are not enough for it. The factors of f are: they are taken as the exact numbers then.
 bool use_factors_of_f(const XPlane& xp, LongSet& e, LongSet& f_even, LongSet& f_odd) {
     if (xp.fFactors.degree != xp.ES.count) return false;
     const Long a = xp.a;
@@ -271,12 +268,12 @@ bool factor_poles(const LongSet& e, const Long& a, LongFactors& p) {
 void expand_parts(const Long& a, LongFactors& p) {
     p.CE = {};
     p.CO = {};
-    const auto below = [](const Table<Long, 27>& t, int j) { return j >= 1 ? t(j) : Long{0}; };
+    const auto below = [](const Coefficients& t, int j) { return j >= 1 ? t(j) : Long{0}; };
     p.CE(1) = p.multiplier;
     int terms = 1;
     for (int i = 1; i <= p.degree / 2; ++i) {
-        const Table<Long, 27> E = p.CE;
-        const Table<Long, 27> O = p.CO;
+        const Coefficients E = p.CE;
+        const Coefficients O = p.CO;
         ++terms;
         for (int j = 1; j <= terms; ++j) {
             p.CE(j) = p.c(i) * E(j) + p.d(i) * below(E, j - 1) - a * O(j) + (1 + a) * below(O, j - 1) - below(O, j - 2);
@@ -284,8 +281,8 @@ void expand_parts(const Long& a, LongFactors& p) {
         }
     }
     if (p.degree % 2 == 0) return;
-    const Table<Long, 27> E = p.CE;
-    const Table<Long, 27> O = p.CO;
+    const Coefficients E = p.CE;
+    const Coefficients O = p.CO;
     const Long c = p.c((p.degree + 1) / 2);
     ++terms;
     for (int j = 1; j <= terms; ++j) {
@@ -341,7 +338,7 @@ PartSample sample_parts(const LongFactors& p, const Long& a, const Long& x) {
 bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootSet& rough, LongSet& part) {
     const int factors = (p.degree + 1) / 2;
     const int expected = even ? p.degree - factors : factors - 1;
-    const Table<Long, 27>& coefficients = even ? p.CE : p.CO;
+    const Coefficients& coefficients = even ? p.CE : p.CO;
     part = {};
     if (expected < 0) return true;
     for (int i = 1; i <= rough.count; ++i) {
@@ -371,7 +368,7 @@ bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootS
             x -= delta;
             step = std::fabs(delta) / std::fabs(x.rounded());
         }
-        if (!(step < 1e-100L)) return false;
+        if (!(step < enough)) return false;
         part.re(i) = x;
     }
     return true;
@@ -397,7 +394,7 @@ bool refine_sum(const LongSet& e, const LongSet& f, int sign, const WideRootSet&
         if (term.count == expected - 1) next += term.multiplier;
     }
     if (expected == 0 && abs(leading) <= abs(e.multiplier) * no_coefficient) return true;
-    // Close pairs may have come out with imaginary parts: these tell their distance.
+    // Close pairs may have come out with imaginary parts: these are their distance.
     for (int i = 1; i <= rough.count; ++i) {
         if (std::fabs(rough.im(i)) > off_axis * std::fabs(rough.re(i))) return false;
         sum.append(rough.re(i) + rough.im(i));
@@ -415,7 +412,7 @@ bool refine_sum(const LongSet& e, const LongSet& f, int sign, const WideRootSet&
     const auto value = [&](const Long& x) {
         const Long a = product_at(terms[0], {x, 0}).re;
         const Long s = a + product_at(terms[1], {x, 0}).re;
-        return abs(s) <= abs(a) * rounding ? Long{0} : s;
+        return abs(s) <= abs(a) * long_rounding ? Long{0} : s;
     };
     return refine_real_roots(sum.root, sum.count, sum.multiplier, value);
 }

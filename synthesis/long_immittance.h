@@ -12,7 +12,7 @@
 
 namespace kavrel {
 
-// Even and odd parts of e + f and e - f; multiplier 0: no such function. Where a part of f is 0, that of e stands in
+// Even and odd parts of e + f and e - f; multiplier 0: no such function. Where a part of f is 0, that of e is in
 // the sum alone; a difference can also vanish.
 struct LongImmittance {
     ReactanceRoots es, os, ed, od;
@@ -24,7 +24,7 @@ struct LongImmittance {
 static_assert(std::is_trivially_copyable_v<LongImmittance>);
 
 // False when a root is not real, or the parts do not agree with those of the approximation. For a single termination es
-// and os are the parts of e, whose roots are taken as they stand; ed and od do not exist.
+// and os are the parts of e, whose roots are taken as they are; ed and od do not exist.
 [[nodiscard]] bool long_immittance(const XPlane& xp, bool single_termination, LongImmittance& out);
 
 }  // namespace kavrel

@@ -74,4 +74,7 @@ private:
 
 static_assert(std::is_trivially_copyable_v<LongReal>);
 
+// Relative rounding of a product of long numbers, with a margin: a sum whose terms cancel to less is 0.
+inline constexpr long double long_rounding = 1e-148L;
+
 }  // namespace kavrel

@@ -1,16 +1,20 @@
-// Real roots of a sum in long numbers, from rough ones.
+// Real roots of a sum in long numbers, from those of the solver in rough ones.
 #pragma once
 
 #include <cmath>
 
+#include "numeric/sum_roots.h"
 #include "shell/table.h"
 #include "synthesis/long_real.h"
 
 namespace kavrel {
 
+// For the rough roots: the digits of their type, sums that cancel to less are taken as 0.
+inline constexpr SolveOptions rough_options = {.precisionDigits = 19};
+
 struct RefineLimits {
     int sweeps = 60;
-    long double settled = 1e-120L;   // relative correction at which all roots stand
+    long double settled = 1e-120L;   // relative correction at which all roots are found
     long double enough = 1e-60L;     // ... with which they have to do after the last sweep
     long double smallest = 1e-20L;   // size below which a root counts as 0
     long double neighbours = 1e-5L;  // relative distance of two roots that are corrected together

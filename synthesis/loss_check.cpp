@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "circuit/chain_analysis.h"
+#include "synthesis/ladder_problem.h"
 
 namespace kavrel {
 namespace {
@@ -82,10 +83,9 @@ namespace {
 
 // rad/sec of the filter.
 Real omega_of(const XPlane& xp, const FilterSpec& spec, Real w) {
-    constexpr Real pi = std::numbers::pi_v<Real>;
     if (spec.filterType == high_pass) w = 1 / w;
-    if (spec.medium != microwave) return 2 * pi * xp.normFrequency * w;
-    return 2 * spec.sampleFrequency * std::atan(w * std::tan(pi * xp.normFrequency / spec.sampleFrequency));
+    if (spec.medium != microwave) return 2 * std::numbers::pi_v<Real> * xp.normFrequency * w;
+    return 2 * spec.sampleFrequency * std::atan(w * edge_tangent(xp, spec));
 }
 
 // ln |k product (x - root)|, each root taken with its distance.

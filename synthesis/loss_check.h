@@ -1,5 +1,5 @@
-// The circuit against the transfer function: the one test of a synthesis that tells anything. A root that came out
-// where it should is none.
+// The circuit against the transfer function: the one test that a synthesis has to pass. A root that came out where it
+// should proves nothing.
 #pragma once
 
 #include "approximation/filter_spec.h"

@@ -16,7 +16,7 @@ struct Move {
     long double rank = 0;
 };
 
-// What is left, told by the zeros, the counts and the remainder at one point of the pass band.
+// What is left, known by the zeros, the counts and the remainder at one point of the pass band.
 struct Visited {
     unsigned zeros = 0;
     int nz = 0;

@@ -7,7 +7,6 @@
 #include <initializer_list>
 #include <utility>
 
-#include "numeric/sum_roots.h"
 #include "synthesis/long_roots.h"
 
 namespace kavrel {
@@ -15,9 +14,10 @@ namespace {
 
 using LongComplex = Complex<WideReal>;
 
-constexpr long double equal_residues = 1e-12L;
-constexpr long double off_axis = 1e-6L;
-constexpr long double exact_place = 1e-60L;
+constexpr long double equal_residues = 1e-12L;  // relative difference of two that make a simpler branch
+constexpr long double off_axis = 1e-6L;         // relative imaginary part up to which a rough root is real
+constexpr long double exact_place = 1e-60L;     // distance at which a root is the extreme point beside it
+constexpr long double near_pair = 0.05L;        // relative distance of rough roots from the pair that they are
 
 // Coefficients of the chain matrix, even parts in t^0, t^1, t^2.
 struct Section {
@@ -25,7 +25,6 @@ struct Section {
     std::array<WideReal, 2> b, c;
 };
 
-[[nodiscard]] LongComplex quotient(const LongComplex& n, const LongComplex& d);
 [[nodiscard]] bool solve_section(const WorkingFunction& g, const LongComplex& x0, bool at_zero, Section& section);
 [[nodiscard]] bool remainder(const WorkingFunction& g, const Section& section, const LongComplex& x0,
                              WorkingFunction& rest);
@@ -87,12 +86,6 @@ bool turn_to_dual(QuadrupletValues& section) {
 
 namespace {
 
-LongComplex quotient(const LongComplex& n, const LongComplex& d) {
-    const WideReal size = d.re * d.re + d.im * d.im;
-    const LongComplex z = n * conjugate(d);
-    return {z.re / size, z.im / size};
-}
-
 // G = I/s and its derivative by t at a complex x.
 struct Sample {
     LongComplex value, slope;
@@ -104,17 +97,17 @@ Sample sample(const WorkingFunction& g, const LongComplex& x) {
     for (int i = 1; i <= g.ANUMR.count; ++i) {
         const LongComplex factor = x - LongComplex{g.ANUMR.root(i), 0};
         value *= factor;
-        log_slope += quotient({1, 0}, factor);
+        log_slope += quotient(LongComplex{1, 0}, factor);
     }
     for (int i = 1; i <= g.DENOMR.count; ++i) {
         const LongComplex factor = x - LongComplex{g.DENOMR.root(i), 0};
         below *= factor;
-        log_slope -= quotient({1, 0}, factor);
+        log_slope -= quotient(LongComplex{1, 0}, factor);
     }
     value = g.ANUMR.multiplier / g.DENOMR.multiplier * quotient(value, below);
     // dt/dx = (1 - a)/(1 - x)^2.
     const LongComplex up = LongComplex{1, 0} - x;
-    const LongComplex dx = quotient(up * up, {1 - g.x0, 0});
+    const LongComplex dx = quotient(up * up, LongComplex{1 - g.x0, 0});
     return {value, value * log_slope * dx};
 }
 
@@ -238,7 +231,7 @@ WideRootSet even_roots(const std::array<WideReal, 3>& k, const WideReal& a) {
     };
     WideRootSet rough;
     SumWorkspace ws;
-    if (!solveSum(product(even, with_even), product(other, with_other), rough, ws, {.precisionDigits = 19}).good()) {
+    if (!solveSum(product(even, with_even), product(other, with_other), rough, ws, rough_options).good()) {
         return false;
     }
     // The four roots nearest to the pair are the pair, to half of the digits.
@@ -252,7 +245,7 @@ WideRootSet even_roots(const std::array<WideReal, 3>& k, const WideReal& a) {
             nearest = i;
             smallest = away;
         }
-        if (nearest == 0 || smallest > 0.05L * std::hypot(x0.re.rounded(), x0.im.rounded())) return false;
+        if (nearest == 0 || smallest > near_pair * std::hypot(x0.re.rounded(), x0.im.rounded())) return false;
         for (int i = nearest; i < rough.count; ++i) rough.set_root(i, rough.root(i + 1));
         --rough.count;
     }
@@ -260,7 +253,7 @@ WideRootSet even_roots(const std::array<WideReal, 3>& k, const WideReal& a) {
         const WideReal p = even_value(even, x, a) * value_of(with_even, x);
         const WideReal s = p + even_value(other, x, a) * value_of(with_other, x);
         const WideReal distance = (x - x0.re) * (x - x0.re) + x0.im * x0.im;
-        return abs(s) <= abs(p) * 1e-148L ? WideReal{0} : s / (distance * distance);
+        return abs(s) <= abs(p) * long_rounding ? WideReal{0} : s / (distance * distance);
     };
     const auto leading = [&](const std::array<WideReal, 3>& k, const ReactanceRoots& set) {
         return (k[0] - k[1] + k[2]) * set.multiplier;

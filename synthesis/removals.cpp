@@ -1,11 +1,9 @@
 #include "synthesis/removals.h"
 
-#include <cmath>
-
 namespace kavrel {
 namespace {
 
-constexpr long double same_point = 1e-10L;
+constexpr long double same_point = 1e-10L;  // distance of two x that are one point
 
 [[nodiscard]] RemovalFault subtract_shape(WorkingFunction& g, const ShiftPole& pole, WideReal residue);
 [[nodiscard]] WideReal shape(const WorkingFunction& g, const ShiftPole& pole, WideReal x);
@@ -253,15 +251,14 @@ RemovalFault subtract_shape(WorkingFunction& g, const ShiftPole& pole, WideReal 
     return sumOfProducts(g.ANUMR, removed, g.ANUMR) ? RemovalFault::none : RemovalFault::roots_missing;
 }
 
-// Whether G = I/s has the pole; `matched` is the root as it stands in the list.
+// Whether G = I/s has the pole; `matched` is the root as the list has it.
 bool pole_present(const WorkingFunction& f, const ShiftPole& pole, WideReal& matched) {
     switch (pole.place) {
         case ShiftPole::Place::zero: matched = f.x0; return has_pole_at_zero(f);
         case ShiftPole::Place::infinity: matched = 1; return has_pole_at_infinity(f);
         case ShiftPole::Place::finite: break;
     }
-    const WideReal relative = abs(pole.x) * std::pow(10.0L, -f.digits);
-    const WideReal reach = relative > 1e-8L ? relative : WideReal{1e-8L};
+    const WideReal reach = reach_of(pole.x, f.digits);
     for (int i = 1; i <= f.DENOMR.count; ++i) {
         const WideReal r = f.DENOMR.root(i);
         if (abs(r - pole.x) > reach || r == f.x0) continue;

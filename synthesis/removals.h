@@ -1,7 +1,7 @@
 // Removal of the elements of a lossless ladder from its remainder: poles at s = 0 and infinity, finite poles, and
 // partial removals that make wanted zeros (zero shifting).
 //
-// Every routine takes the immittance as it stands: on an impedance it removes series branches, on an admittance shunt
+// Every routine takes the immittance as it is: on an impedance it removes series branches, on an admittance shunt
 // branches. With I/s = G(x) the residues are
 //
 //   at infinity    I = v s + ...                          G - v

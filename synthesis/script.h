@@ -62,7 +62,7 @@ struct QuadrupletRecord {
 struct LadderState {
     WorkingFunction F;
     Selection selection;
-    bool formed = false;               // the working function stands
+    bool formed = false;               // there is a working function
     int form = admittance;             // of the working function
     int position = 1;                  // next word of JCONF
     bool finished = false;             // "fini" has been met
@@ -83,7 +83,7 @@ struct LadderState {
     Table<int, record_limit> MIND;        // [k] odd: series branch, even: shunt branch
     Table<int, record_limit> SIMP;        // [k] 0 a simple step, -1 the inner part of a pair, or a part that merges
     int quadruplet_count = 0;
-    Table<QuadrupletRecord, quadruplet_limit> QUADS;  // SVAL1 of its record tells which
+    Table<QuadrupletRecord, quadruplet_limit> QUADS;  // SVAL1 of its record says which
 };
 
 static_assert(std::is_trivially_copyable_v<LadderState> && std::is_trivially_copyable_v<Script>);

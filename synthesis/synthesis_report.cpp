@@ -3,9 +3,12 @@
 #include <cmath>
 #include <numbers>
 
+#include <fmt/format.h>
+
 #include "circuit/branch_elements.h"
 #include "circuit/branch_kinds.h"
 #include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 namespace {
@@ -19,10 +22,8 @@ void report_record(const SynthesisState& state, int k, double r, std::vector<std
 [[nodiscard]] std::string in_small(std::string_view drawing, char letter);
 [[nodiscard]] std::string loss_line(const SynthesisState& state);
 [[nodiscard]] int missing_parity(const LadderState& ladder);
-std::vector<std::string> termination_lines(double input, double output, double requested, double available);
-
-constexpr int number_width = 15;
-constexpr int number_digits = 7;
+[[nodiscard]] std::vector<std::string> termination_lines(double input, double output, double requested,
+                                                         double available);
 
 }  // namespace
 
@@ -53,9 +54,7 @@ std::vector<std::string> result_report(std::string_view title, const SynthesisSt
         const bool none = state.search == SearchVerdict::none_exists;
         lines.emplace_back(none ? negative_elements_text : search_given_up_text);
     }
-    if (state.loss_to_be_told()) {
-        lines.push_back(loss_line(state));
-    }
+    if (state.loss_is_notable()) lines.push_back(loss_line(state));
     lines.emplace_back(" *** Done ***");
     return lines;
 }
@@ -83,14 +82,14 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
         case SynthesisFault::selection_missing: lines.emplace_back(selection_missing_text); break;
         case SynthesisFault::element_missing:
             lines.emplace_back(element_missing_text);
-            lines.push_back(line().a("parity =").i(missing_parity(state.ladder), 2));
+            lines.push_back(edited<"('parity =',I2)">(missing_parity(state.ladder)));
             break;
         case SynthesisFault::script_refused: lines.emplace_back(messageOf(state.script_verdict.fault)); break;
         case SynthesisFault::no_two_way:
         case SynthesisFault::runs_differ: lines.emplace_back(element_missing_text); break;
         case SynthesisFault::storage_full: lines.emplace_back(message_of(CircuitVerdict::storage_full)); break;
         case SynthesisFault::loss_differs:
-            if (state.loss_to_be_told()) lines.push_back(loss_line(state));
+            if (state.loss_is_notable()) lines.push_back(loss_line(state));
             break;
     }
     lines.emplace_back(synthesis_failed_text);
@@ -100,18 +99,15 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
 namespace {
 
 std::vector<std::string> termination_lines(double input, double output, double requested, double available) {
-    constexpr std::size_t column = 37;
-    const auto row = [&](std::string_view label, double value) {
-        std::string text = " " + std::string(label);
-        text.resize(column, ' ');
-        return text + "=" + edit_1pd(value, number_width, number_digits);
+    const auto row = [](std::string_view label, double value) {
+        return fmt::format(" {:36}=", label) + edited<"(1P,D15.7)">(value);
     };
     return {row("Input termination", input), row("Output termination", output),
             row("Requested termination ratio", requested), row("Nearest available termination ratio", available)};
 }
 
 std::string loss_line(const SynthesisState& state) {
-    return line().a(" Largest difference of loss =").pd(state.loss_error, 13, 5).a(" db");
+    return edited<"(' Largest difference of loss =',1P,D13.5,' db')">(state.loss_error);
 }
 
 // Of the slot behind the last branch: 0 a series branch, 1 a shunt branch.
@@ -124,54 +120,40 @@ int missing_parity(const LadderState& ladder) {
 bool frequency_of(const XPlane& xp, const FilterSpec& spec, long double x, double& hz) {
     const long double w2 = (xp.a - x) / (1 - x);
     if (!(w2 >= 0) || (w2 == 0 && spec.filterType == high_pass)) return false;
-    const long double w = spec.filterType == high_pass ? 1 / std::sqrt(w2) : std::sqrt(w2);
-    constexpr long double pi = std::numbers::pi_v<long double>;
-    if (spec.medium != microwave) {
-        hz = static_cast<double>(w * xp.normFrequency);
-    } else {
-        const long double t = std::tan(pi * xp.normFrequency / spec.sampleFrequency);
-        hz = static_cast<double>(spec.sampleFrequency * std::atan(w * t) / pi);
-    }
+    hz = hz_of(xp, spec, spec.filterType == high_pass ? 1 / std::sqrt(w2) : std::sqrt(w2));
     return std::isfinite(hz);
 }
 
 void report_polynomial(std::string_view name, const WideRootSet& set, const XPlane& xp, const FilterSpec& spec,
                        std::vector<std::string>& lines) {
     if (set.multiplier == 0) return;
-    lines.push_back(
-        line().x(3).a("**** ").a(name).a(" ****  multiplier =").d(static_cast<double>(set.multiplier), 16, 8));
-    lines.push_back(line().x(8).a("real part").x(6).a("imaginary part").x(4).a("frequency in hz"));
+    lines.push_back(edited<"(3X,'**** ',A,' ****  multiplier =',D16.8)">(name, static_cast<double>(set.multiplier)));
+    lines.push_back(edited<"(8X,'real part',6X,'imaginary part',4X,'frequency in hz')">());
     for (int i = 1; i <= set.count; ++i) {
-        Line row = line().d(static_cast<double>(set.re(i)), 19, 8).d(static_cast<double>(set.im(i)), 19, 8);
+        const auto re = static_cast<double>(set.re(i));
+        const auto im = static_cast<double>(set.im(i));
         double hz = 0;
-        if (set.im(i) == 0 && frequency_of(xp, spec, set.re(i), hz)) row.d(hz, 19, 8);
-        lines.push_back(row);
+        const bool on_axis = set.im(i) == 0 && frequency_of(xp, spec, set.re(i), hz);
+        lines.push_back(on_axis ? edited<"(3D19.8)">(re, im, hz) : edited<"(2D19.8)">(re, im));
     }
 }
 
 std::string termination_line(double resistance, double unit) {
-    return line()
-        .pd(resistance / unit, number_width, number_digits)
-        .x(2)
-        .a("├───r───┤")
-        .pd(resistance, number_width, number_digits)
-        .x(2)
-        .a("termination");
+    return edited<"(1P,D15.7,2X,'├───r───┤',D15.7,2X,'termination')">(resistance / unit, resistance);
 }
 
 // Records `first` to `last` in the order of extraction from one side, normalised to its resistor.
 void report_side(const SynthesisState& state, bool output, double resistance, int first, int last,
                  std::vector<std::string>& lines) {
-    lines.push_back(line().a(" Results of the synthesis from the ").a(output ? "out" : "in").a("put side"));
+    lines.push_back(edited<"(' Results of the synthesis from the ',A,'put side')">(output ? "out" : "in"));
     if (state.problem.microwave()) lines.emplace_back(all_values_impedances);
-    lines.push_back(line().x(5).a("normalized").x(20).a("denormalized"));
+    lines.push_back(edited<"(5X,'normalized',20X,'denormalized')">());
     lines.push_back(termination_line(resistance, resistance));
     const int step = first <= last ? 1 : -1;
     for (int k = first; k != last + step; k += step) report_record(state, k, resistance, lines);
 }
 
-// The rows of a branch as it is drawn, in small letters: what stands beside a letter is its value, normalised at the
-// left.
+// The rows of a branch as it is drawn, in small letters: beside a letter its value, normalised at the left.
 void report_record(const SynthesisState& state, int k, double r, std::vector<std::string>& lines) {
     const LadderState& ladder = state.ladder;
     const DenormalisedBranch branch = denormalised(state.problem, ladder, k, state.terminations.own);
@@ -186,24 +168,16 @@ void report_record(const SynthesisState& state, int k, double r, std::vector<std
         const char letter = valued ? kind.cells[static_cast<std::size_t>(row.cell)] : ' ';
         const double scale = letter == 'L' ? r / w : letter == 'C' ? 1 / (r * w) : r;
         const double value = valued ? branch.values(row.cell + 1) : 0;
-        Line text;
-        if (valued)
-            text.pd(shown_value(circuit_kind, letter, value / scale), number_width, number_digits);
-        else
-            text.x(number_width);
-        text.x(2).a(in_small(row.text, letter));
-        if (valued) text.pd(shown_value(circuit_kind, letter, value), number_width, number_digits);
+        const auto number = [&](double v) { return edited<"(1P,D15.7)">(shown_value(circuit_kind, letter, v)); };
+        std::string text = edited<"(A15,2X,A)">(valued ? number(value / scale) : "", in_small(row.text, letter));
+        if (valued) text += number(value);
         if (row.note == Note::resonance && ladder.SFR(k) != 0)
-            text.x(2).a("zero frequency").pd(ladder.SFR(k), number_width, number_digits);
+            text += edited<"(2X,'zero frequency',1P,D15.7)">(ladder.SFR(k));
         lines.push_back(text);
     }
     if (branch.id < 4 || branch.id == unit_element_id) return;
     const QuadrupletRecord& section = ladder.QUADS(static_cast<int>(ladder.SVAL1(k).rounded()));
-    lines.push_back(line()
-                        .a(" zero frequency  real")
-                        .pd(section.SFZR, number_width, number_digits)
-                        .a("  imaginary")
-                        .pd(section.SFZI, number_width, number_digits));
+    lines.push_back(edited<"(' zero frequency  real',1P,D15.7,'  imaginary',D15.7)">(section.SFZR, section.SFZI));
 }
 
 std::string in_small(std::string_view drawing, char letter) {

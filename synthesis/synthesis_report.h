@@ -1,4 +1,4 @@
-// What a synthesis tells, as lines.
+// The report of a synthesis, as lines.
 #pragma once
 
 #include <string>
@@ -14,11 +14,11 @@ namespace kavrel {
                                                          const FilterSpec& spec);
 
 // The ladder in the order of extraction, normalised to the own end's resistor at the left, in base units at the right
-// (of stubs the impedances), of a two-way run from either side up to the join; then what is to be told of negative
-// elements and of the loss.
+// (of stubs the impedances), of a two-way run from either side up to the join; then remarks on the terminations,
+// negative elements and the loss.
 [[nodiscard]] std::vector<std::string> result_report(std::string_view title, const SynthesisState& state);
 
-// Terminations: as they are, and their ratio as asked for and as it can be had. Of a circuit as it stands and the
+// Terminations: as they are, and their ratio as asked for and as it can be had; of a run, or of a circuit and the
 // request of its design.
 [[nodiscard]] std::vector<std::string> termination_report(const SynthesisState& state);
 [[nodiscard]] std::vector<std::string> termination_report(const Circuit& circuit, const FilterSpec& spec);

@@ -36,7 +36,7 @@ enum class SynthesisFault {
     immittance_missing,
     selection_missing,  // the immittance chosen by hand does not exist
     element_missing,    // the reactance is used up, and zeros of transmission are left
-    script_refused,     // SynthesisState::script_verdict tells
+    script_refused,     // SynthesisState::script_verdict says by what
     storage_full,
     no_two_way,    // both ends were asked for, and the filter has no such scripts
     runs_differ,   // the forward and the reverse run do not fit
@@ -54,7 +54,7 @@ inline constexpr std::string_view element_missing_text = " **** Element(s) missi
 inline constexpr std::string_view extreme_termination_text = "*** termination is extreme ***";
 inline constexpr double extreme_termination = 1000;  // how far a ratio may be from the one asked for without a word
 inline constexpr double trusted_loss = 1e-9;         // dB, up to which a circuit is beyond doubt
-inline constexpr double loss_note_limit = 0.001;     // dB, above which a line tells of the difference
+inline constexpr double loss_note_limit = 0.001;     // dB, above which a line reports the difference
 inline constexpr double loss_failure_limit = 0.1;
 
 struct [[nodiscard]] SynthesisVerdict {
@@ -90,7 +90,7 @@ struct SynthesisState {
         return ladder.selection.output_side ? "reverse" : "forward";
     }
     [[nodiscard]] std::string_view arithmetic() const { return two_way ? "512 bit, two-way" : "512 bit, one way"; }
-    [[nodiscard]] bool loss_to_be_told() const { return loss_error > loss_note_limit; }
+    [[nodiscard]] bool loss_is_notable() const { return loss_error > loss_note_limit; }
     [[nodiscard]] bool termination_is_extreme() const {
         if (problem.single_termination) return false;
         const double times = available_ratio / requested_ratio;
@@ -101,7 +101,7 @@ struct SynthesisState {
 static_assert(std::is_trivially_copyable_v<SynthesisState> && std::is_trivially_copyable_v<SynthesisRequest>);
 
 // Synthesises the ladder of a request, `spec` being normalised as the approximation left it. The circuit is replaced
-// only when its loss agrees with the transfer function; after a fault it is as before, and `state` tells how far the
+// only when its loss agrees with the transfer function; after a fault it is as before, and `state` says how far the
 // run went.
 [[nodiscard]] SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                                           SynthesisState& state, Circuit& circuit);

@@ -5,7 +5,7 @@
 // whether or not the other run has been there: at a zero of transmission a port does not see what is behind it.
 // Complete removals alone (all zeros at 0 and infinity): the runs share them. Finite zeros: each end picks its next one
 // by its own smallest residue among those that the other has not taken, by turns. Between the last zeros of both runs
-// stands the middle branch: the forward partial removal that prepares the zero, or the two, that the reverse run took
+// lies the middle branch: the forward partial removal that prepares the zero, or the two, that the reverse run took
 // last. Where zeros are shifted from zero and from infinity by turns, in different forms, two branches are left to the
 // forward run: the reverse run only prepares its last zero, and the forward run takes that one, too, before it prepares
 // the last but one.
@@ -43,7 +43,7 @@ struct TwoWayScripts {
 struct Join {
     int forward_records = 0;  // of the joined ladder; the reverse run's follow, the last one first
     int ratio_count = 0;
-    Table<WideReal, ratio_limit> RATIO;  // [i] R2/R1 as the remainders tell it, forward and reverse by turns
+    Table<WideReal, ratio_limit> RATIO;  // [i] R2/R1 by the remainders, forward and reverse by turns
     double difference = 0;               // largest relative one of them
 };
 
@@ -59,7 +59,7 @@ static_assert(std::is_trivially_copyable_v<TwoWayScripts> && std::is_trivially_c
 ScriptVerdict run_two_way(const LadderProblem& problem, TwoWayScripts& scripts, LadderState& forward,
                           LadderState& reverse);
 
-// The ladder of both runs in the order from the input, normalised to R1, in `joined`; `join` tells how well they fit.
+// The ladder of both runs in the order from the input, normalised to R1, in `joined`; `join` says how well they fit.
 // False when they are no two parts of one network, when a compound branch or a line was removed (neither is joined), or
 // when there are too many records.
 [[nodiscard]] bool join_runs(const LadderState& forward, const LadderState& reverse, LadderState& joined, Join& join);

@@ -4,19 +4,15 @@
 #include <cmath>
 
 #include "numeric/real_sum_roots.h"
-#include "numeric/sum_roots.h"
 #include "synthesis/long_roots.h"
 
 namespace kavrel {
 namespace {
 
-// Digits of the wide type: sums that cancel to less are taken as 0.
-constexpr SolveOptions wide_options = {.precisionDigits = 19};
-
-constexpr long double lost = 1e-60L;       // a coefficient this small is the rounding of its terms
-constexpr long double rounding = 1e-148L;  // of a long number
-constexpr long double off_axis = 1e-6L;
-constexpr long double one_to_rough = 1e-7L;
+constexpr long double least_reach = 1e-8L;
+constexpr long double lost = 1e-60L;         // a coefficient this small is the rounding of its terms
+constexpr long double off_axis = 1e-6L;      // relative imaginary part up to which a rough root is real
+constexpr long double one_to_rough = 1e-7L;  // relative distance of two roots that are one to the rough type
 
 // Highest degree of A + B and its two highest coefficients.
 struct Leading {
@@ -37,9 +33,13 @@ void ReactanceRoots::erase(int i) {
     --count;
 }
 
-bool removeRoot(ReactanceRoots& roots, WideReal value, int digits) {
+WideReal reach_of(const WideReal& value, int digits) {
     const WideReal relative = abs(value) * std::pow(10.0L, -digits);
-    const WideReal reach = relative > 1e-8L ? relative : WideReal{1e-8L};
+    return relative > least_reach ? relative : WideReal{least_reach};
+}
+
+bool removeRoot(ReactanceRoots& roots, WideReal value, int digits) {
+    const WideReal reach = reach_of(value, digits);
     for (int i = 1; i <= roots.count; ++i) {
         if (abs(roots.root(i) - value) > reach) continue;
         roots.erase(i);
@@ -179,7 +179,7 @@ bool solve_sum(const ReactanceRoots& A, const ReactanceRoots& B, ReactanceRoots&
     const auto value = [&](const WideReal& x) {
         const WideReal a = value_of(A, x);
         const WideReal s = a + value_of(B, x);
-        return abs(s) <= abs(a) * rounding ? WideReal{0} : s;
+        return abs(s) <= abs(a) * long_rounding ? WideReal{0} : s;
     };
     if (!refine_real_roots(found.root, found.count, found.multiplier, value)) return false;
     sum = found;
@@ -212,7 +212,7 @@ bool rough_roots(const ReactanceRoots& A, const ReactanceRoots& B, WideRootSet& 
         };
         RealSumWorkspace ws;
         RealRootSet found;
-        if (solveRealSum(rounded(A, 1), rounded(B, ratio), found, ws, wide_options).good()) {
+        if (solveRealSum(rounded(A, 1), rounded(B, ratio), found, ws, rough_options).good()) {
             rough = {};
             for (int i = 1; i <= found.count; ++i) rough.append({found.root(i), 0});
             return true;
@@ -225,7 +225,7 @@ bool rough_roots(const ReactanceRoots& A, const ReactanceRoots& B, WideRootSet& 
         return to;
     };
     SumWorkspace ws;
-    if (!solveSum(rounded(A, 1), rounded(B, ratio), rough, ws, wide_options).good()) return false;
+    if (!solveSum(rounded(A, 1), rounded(B, ratio), rough, ws, rough_options).good()) return false;
     for (int i = 1; i <= rough.count; ++i) {
         if (!(std::fabs(rough.im(i)) <= off_axis * std::fabs(rough.re(i)))) return false;
     }

@@ -6,7 +6,7 @@
 //   I(s) = s F(x)  when Fn = 1,    I(s) = F(x)/s  when Fn = 0,
 //   F(x) = Kn product (x - ANUMR(i)) / (Kd product (x - DENOMR(j))),
 //
-// and Fd = 1 - Fn. Both forms stand for any reactance; s^2 = (x - a)/(1 - x) leads from one to the other. A root at
+// and Fd = 1 - Fn. Any reactance has both forms; s^2 = (x - a)/(1 - x) leads from one to the other. A root at
 // x = infinity (s = j) is one that the shorter list lacks. Roots at a and 1 are exact copies of these numbers, so that
 // they cancel exactly.
 //
@@ -15,6 +15,7 @@
 
 #include <type_traits>
 
+#include "numeric/complex.h"
 #include "shell/table.h"
 #include "synthesis/long_real.h"
 
@@ -48,7 +49,10 @@ struct WorkingFunction {
 
 static_assert(std::is_trivially_copyable_v<WorkingFunction>);
 
-// Deletes the first root within max(1e-8, 10^-digits |value|) of value. False when there is none.
+// How far a root may be from a value that it is taken for: max(1e-8, 10^-digits |value|).
+[[nodiscard]] WideReal reach_of(const WideReal& value, int digits);
+
+// Deletes the first root within reach_of(value, digits) of value. False when there is none.
 [[nodiscard]] bool removeRoot(ReactanceRoots& roots, WideReal value, int digits);
 
 // Deletes a root that is `value` exactly. False when there is none.
@@ -87,5 +91,13 @@ void cancel_common_roots(WorkingFunction& f);
 
 // Number of poles of I, those at 0 and infinity included: the elements that are left at least.
 [[nodiscard]] int reactance_degree(const WorkingFunction& f);
+
+// n/d of complex numbers of any real type. Nothing is guarded: overflow and a division by 0 show in the result.
+template <class Real>
+[[nodiscard]] Complex<Real> quotient(const Complex<Real>& n, const Complex<Real>& d) {
+    const Real size = d.re * d.re + d.im * d.im;
+    const Complex<Real> product = n * conjugate(d);
+    return {product.re / size, product.im / size};
+}
 
 }  // namespace kavrel

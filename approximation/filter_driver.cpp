@@ -23,7 +23,7 @@ constexpr double equal_within = 1e-6;
 struct Entry {
     int code;
     char letter;
-    int medium;
+    Medium medium;
 };
 constexpr Entry entries[] = {{EntryCode::passive_lc, 'P', lumped},
                              {EntryCode::microwave, 'M', microwave},

@@ -57,7 +57,7 @@ void tell_heading(const FilterSpec& spec, Sheet& sheet) {
     sheet.plain(" *** Kavrel ***  Filter Program");
     sheet.plain(" " + spec.title.text());
     sheet.empty();
-    sheet.heading(type_names[spec.filterType - 1], inner_margin);
+    sheet.heading(type_names[static_cast<std::size_t>(spec.filterType) - 1], inner_margin);
 }
 
 // sqrt(10^(L/10) - 1) + sqrt(10^(L/10)), squared: the ratio of terminations whose mismatch loses L dB.
@@ -149,7 +149,7 @@ void tell_counts(const FilterSpec& spec, Sheet& sheet) {
     const std::string at = "Multiplicity of zero at ";
     if (spec.zerosAtZero > 0 || has_lower_edge(spec)) sheet.count(at + "zero", spec.zerosAtZero);
     if (spec.zerosAtInfinity > 0 || has_upper_edge(spec)) {
-        sheet.count(at + std::string(last_zero_labels[spec.medium]), spec.zerosAtInfinity);
+        sheet.count(at + std::string(last_zero_labels[static_cast<std::size_t>(spec.medium)]), spec.zerosAtInfinity);
     }
     if (spec.medium == microwave) sheet.count("Number of unit elements", spec.unitElements);
     sheet.count("Number of finite transmission zero pairs", zero_pairs(spec));
@@ -202,7 +202,7 @@ void report_predistortion(const PredistortionNotes& notes, Reporter& reporter) {
     if (notes.not_possible) sheet.plain(predistortion_not_possible);
 }
 
-void report_transfer_function(const TransferFunction& transfer, int medium, Reporter& reporter) {
+void report_transfer_function(const TransferFunction& transfer, Medium medium, Reporter& reporter) {
     const UnitSet si;
     Sheet sheet(si, reporter);
     sheet.empty();

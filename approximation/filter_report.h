@@ -25,6 +25,6 @@ void report_predistortion(const PredistortionNotes& notes, Reporter& reporter);
 
 // Zeros, poles and the gain constant. The roots of a lumped filter are in rad/s, those of the other media in the plane
 // of the warped variable.
-void report_transfer_function(const TransferFunction& transfer, int medium, Reporter& reporter);
+void report_transfer_function(const TransferFunction& transfer, Medium medium, Reporter& reporter);
 
 }  // namespace kavrel

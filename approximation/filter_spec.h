@@ -10,11 +10,22 @@
 
 namespace kavrel {
 
-enum FilterType { low_pass = 1, high_pass = 2, linear_phase_low_pass = 3, band_pass = 4 };
-enum PassbandType { maximally_flat = 0, equal_ripple = 1, functional_passband = 2, sloping_passband = 3 };
-enum BandpassType { conventional = 1, parametric = 2, impedance_matching = 3 };
-enum StopbandType { monotonic_stopband = 0, equal_minima = 1, specified_zeros = 2, functional_stopband = 4 };
-enum Medium { lumped = 0, sampled_data = 1, microwave = 2 };
+// The choices of a design. Files hold their numbers.
+enum class FilterType : int { low_pass = 1, high_pass = 2, linear_phase_low_pass = 3, band_pass = 4 };
+enum class PassbandType : int { maximally_flat = 0, equal_ripple = 1, functional_passband = 2, sloping_passband = 3 };
+enum class BandpassType : int { conventional = 1, parametric = 2, impedance_matching = 3 };
+enum class StopbandType : int {
+    monotonic_stopband = 0,
+    equal_minima = 1,
+    specified_zeros = 2,
+    functional_stopband = 4
+};
+enum class Medium : int { lumped = 0, sampled_data = 1, microwave = 2 };
+using enum FilterType;
+using enum PassbandType;
+using enum BandpassType;
+using enum StopbandType;
+using enum Medium;
 
 inline constexpr int finite_zero_limit = 25;
 inline constexpr int factor_limit = 100;
@@ -22,12 +33,12 @@ inline constexpr int factor_limit = 100;
 // Frequencies in Hz, losses in dB, resistances in ohm.
 struct FilterSpec {
     FixedText<80> title;
-    int filterType = low_pass;              // FilterType
-    int passbandType = maximally_flat;      // PassbandType
-    int bandpassType = conventional;        // BandpassType
-    int stopbandType = monotonic_stopband;  // StopbandType
-    int medium = lumped;                    // Medium
-    char implementation = 'P';              // P passive LC, M microwave, A active RC, I IIR digital
+    FilterType filterType = low_pass;
+    PassbandType passbandType = maximally_flat;
+    BandpassType bandpassType = conventional;
+    StopbandType stopbandType = monotonic_stopband;
+    Medium medium = lumped;
+    char implementation = 'P';  // P passive LC, M microwave, A active RC, I IIR digital
     double lowerPassEdge = 0.0;
     double upperPassEdge = 0.0;
     double lowerStopEdge = 0.0;

@@ -172,8 +172,8 @@ FrontFault fault_of_request(const FilterSpec& spec) {
     if (spec.passbandType < maximally_flat || spec.passbandType > sloping_passband)
         return FrontFault::passband_incorrect;
     if (wants_band_edge_loss(spec) && !(spec.bandEdgeLoss > 0)) return FrontFault::band_edge_loss_missing;
-    const bool known_stopband = spec.stopbandType >= monotonic_stopband && spec.stopbandType <= functional_stopband &&
-                                spec.stopbandType != functional_stopband - 1;
+    const bool known_stopband = (spec.stopbandType >= monotonic_stopband && spec.stopbandType <= specified_zeros) ||
+                                spec.stopbandType == functional_stopband;
     if (!known_stopband) return FrontFault::stopband_incorrect;
     return fault_of_polynomials(spec);
 }

@@ -14,7 +14,7 @@ struct NoAnswers final : ApproximationQuestions {
     PredistortionChoice predistortion_choice(const PredistortionNotes&) override { return PredistortionChoice::cancel; }
 };
 
-FilterSpec request(int passband, int n, double R2) {
+FilterSpec request(PassbandType passband, int n, double R2) {
     FilterSpec s;
     s.passbandType = passband;
     s.stopbandType = specified_zeros;

@@ -16,7 +16,10 @@ namespace {
 using Cells = std::bitset<max_values + 1>;  // those that a branch has taken
 using Slots = std::bitset<max_quadruplets + 1>;
 
-bool within(int value, int low, int high) { return value >= low && value <= high; }
+template <class T>
+bool within(T value, T low, T high) {
+    return value >= low && value <= high;
+}
 bool canonical(std::int32_t word);
 bool sound_spec(const FilterSpec& spec);
 bool take_cells(const Circuit& circuit, const Branch& branch, Cells& taken);

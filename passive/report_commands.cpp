@@ -61,7 +61,7 @@ void display_design(PassiveDesk& desk) {
 
 void display_function(PassiveDesk& desk) {
     if (!desk.filter.designed) return refuse(desk, data_unavailable);
-    const int medium = desk.filter.spec.medium;
+    const Medium medium = desk.filter.spec.medium;
     report_transfer_function(desk.filter.transfer, medium, desk.reporter);
     desk.reporter.report_line("");
     report_lines(desk, polynomial_lines(transfer_polynomials(desk.filter.transfer, medium != lumped)));

@@ -15,7 +15,7 @@ FilterSpec given(const FilterAnalysisRequest& r, const UnitSet& units) {
     const bool high = r.analysis_type == AnalysisType::high_pass;
     const bool microwave_circuit = r.analysis_kind == AnalysisKind::microwave;
     FilterSpec spec;
-    spec.filterType = r.analysis_type;
+    spec.filterType = static_cast<FilterType>(r.analysis_type);
     spec.medium = microwave_circuit ? microwave : lumped;
     spec.implementation = microwave_circuit ? 'M' : 'P';
     spec.lowerPassEdge = low ? 0.0 : r.lower_passband * hz;

@@ -37,7 +37,7 @@ Json root_set(const WideRootSet& wide) {
 }
 
 // Of the frequency variable: that of a matching network of unit elements alone is a high-pass's.
-const char* variable_name(int filter_type) {
+const char* variable_name(FilterType filter_type) {
     return filter_type == band_pass ? "band_pass" : filter_type == high_pass ? "high_pass" : "low_pass";
 }
 

@@ -151,9 +151,9 @@ void take_function(const FilterRequest& r, double scale, FilterSpec& spec) {
 FilterSpec spec_of(const FilterRequest& r, const UnitSet& units) {
     const double hz = units.frequency_multiplier;
     FilterSpec spec;
-    spec.filterType = r.filter_type == TypeChoice::band_pass ? band_pass : r.filter_type;
-    spec.passbandType = r.passband_type - 1;
-    spec.bandpassType = r.bandpass_form;
+    spec.filterType = r.filter_type == TypeChoice::band_pass ? band_pass : static_cast<FilterType>(r.filter_type);
+    spec.passbandType = static_cast<PassbandType>(r.passband_type - 1);
+    spec.bandpassType = static_cast<BandpassType>(r.bandpass_form);
     spec.lowerPassEdge = r.lower_passband * hz;
     spec.upperPassEdge = r.upper_passband * hz;
     take_stopband(r, hz, spec);

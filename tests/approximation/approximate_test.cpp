@@ -23,7 +23,7 @@ std::unique_ptr<test::Design> run(const FilterSpec& spec) {
     return d;
 }
 
-FilterSpec given_e(int type, std::vector<double> factors) {
+FilterSpec given_e(FilterType type, std::vector<double> factors) {
     FilterSpec s = test::all_pole(type, functional_passband, static_cast<int>(factors.size()));
     s.loadResistance = s.sourceResistance;
     s.bandEdgeLoss = 0;
@@ -174,7 +174,7 @@ TEST(Approximate, a_low_pass_to_be_shifted_keeps_its_poles) {
 
 // gainConstant and lossConstant turn the sum over poles and zeros into the loss.
 TEST(Approximate, constants_of_the_transfer_function) {
-    for (const int type : {low_pass, high_pass, band_pass}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
         FilterSpec s = test::with_minima(type, equal_ripple, 6, -1);
         test::single_terminated(s);
         const auto d = run(s);
@@ -199,7 +199,7 @@ TEST(Approximate, constants_of_the_transfer_function) {
 
 // Unit elements are zeros at S = 1, whichever plane the design worked in.
 TEST(Approximate, unit_elements_in_the_plane_of_the_tangent) {
-    for (const int type : {low_pass, high_pass}) {
+    for (const auto type : {low_pass, high_pass}) {
         FilterSpec s = test::all_pole(type, equal_ripple, 5);
         s.medium = microwave;
         s.sampleFrequency = 14e3;

@@ -3,6 +3,7 @@
 
 #include "approximation/characteristic.h"
 #include "approximation/front_part.h"
+#include "tests/support/choices.h"
 
 namespace kavrel {
 

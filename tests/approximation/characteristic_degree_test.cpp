@@ -21,8 +21,8 @@ double pick(std::mt19937& random, double low, double high) {
 FilterSpec random_request(std::mt19937& random) {
     FilterSpec s;
     s.filterType = std::array{low_pass, high_pass, band_pass, band_pass}[random() % 4];
-    s.passbandType = static_cast<int>(random() % 2);
-    s.medium = static_cast<int>(random() % 3);
+    s.passbandType = static_cast<PassbandType>(random() % 2);
+    s.medium = static_cast<Medium>(random() % 3);
     s.unitElements = s.medium == microwave ? static_cast<int>(random() % 6) : 0;
     s.symmetryFlag = static_cast<int>(random() % 3) - 1;
     s.bandpassType = random() % 4 == 0 ? parametric : conventional;
@@ -109,7 +109,7 @@ TEST(DegreeEstimate, DegreeFiftyIsTheLast) {
     EXPECT_EQ(build(far).verdict.number, static_cast<int>(std::ceil(std::log(9999.0) / 2 / std::log(1.001))));
     far.upperStopEdge = 1 + 1e-15;
     EXPECT_GT(build(far).verdict.number, 100'000'000) << "as far as an int reaches";
-    for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto passband : {maximally_flat, equal_ripple}) {
         far = steep(1000), far.upperStopLoss = 1000, far.passbandType = passband;
         far.filterType = band_pass, far.lowerPassEdge = 0.999, far.lowerStopEdge = 0.998, far.upperStopEdge = 1.001;
         const int needed = build(far).verdict.number;
@@ -130,7 +130,7 @@ TEST(DegreeEstimate, DegreeFiftyIsTheLast) {
     EXPECT_EQ(build(s).verdict.fault, FrontFault::stopband_incorrect);
 }
 
-FilterSpec matching_request(int passband) {
+FilterSpec matching_request(PassbandType passband) {
     FilterSpec s;
     s.filterType = band_pass;
     s.bandpassType = impedance_matching;
@@ -157,7 +157,7 @@ void expect_matched(const FilterSpec& request, const Built& b) {
 }
 
 TEST(Matching, LossAtZeroIsThatOfTheTerminations) {
-    for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto passband : {maximally_flat, equal_ripple}) {
         FilterSpec s = matching_request(passband);
         Built b = build(s);
         expect_matched(s, b);
@@ -172,7 +172,7 @@ TEST(Matching, LossAtZeroIsThatOfTheTerminations) {
         s.zerosAtInfinity = 4, s.zeroCount = 2, s.FZI(1) = 2500, s.FZR(2) = 300, s.FZI(2) = 1900;
         expect_matched(s, build(s));
 
-        for (const int medium : {lumped, microwave}) {
+        for (const auto medium : {lumped, microwave}) {
             s = matching_request(passband);
             s.medium = medium, s.sampleFrequency = 5000, s.upperStopEdge = 2000, s.upperStopLoss = 30;
             b = build(s);

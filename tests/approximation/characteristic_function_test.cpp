@@ -20,7 +20,7 @@ namespace {
 using Real = XPlane::Real;
 using Cell = Complex<Real>;
 
-FilterSpec low_pass_of(int n, int passband, int symmetry = -1, double loss = 0.1) {
+FilterSpec low_pass_of(int n, PassbandType passband, int symmetry = -1, double loss = 0.1) {
     FilterSpec s;
     s.upperPassEdge = 1000;
     s.bandEdgeLoss = loss;
@@ -220,7 +220,7 @@ TEST(CharacteristicFunction, WhatIsRefused) {
                         {700, FrontFault::ripple_roots_missing},
                         {std::nextafter(700.0, 0.0), FrontFault::ripple_roots_missing},
                         {699.999999, FrontFault::none}};
-    for (const int medium : {lumped, sampled_data}) {
+    for (const auto medium : {lumped, sampled_data}) {
         FilterSpec near = s;
         near.filterType = band_pass, near.lowerPassEdge = 700, near.zerosAtZero = 3;
         near.medium = medium, near.sampleFrequency = 5000;
@@ -238,7 +238,7 @@ TEST(CharacteristicFunction, WhatIsRefused) {
     FilterSpec band = s;
     band.filterType = band_pass, band.lowerPassEdge = 900, band.zeroCount = 0;
     band.zerosAtZero = 1, band.zerosAtInfinity = 0;
-    for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto passband : {maximally_flat, equal_ripple}) {
         band.passbandType = passband;
         EXPECT_EQ(build(band).verdict.fault, FrontFault::parametric_root_out_of_range)
             << "one zero alone cannot have two edges";

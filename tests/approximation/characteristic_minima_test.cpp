@@ -19,7 +19,8 @@ namespace {
 
 using Real = XPlane::Real;
 
-FilterSpec low_pass_request(int passband, int symmetry, double omega, double edge_loss, double loss, int degree = 0) {
+FilterSpec low_pass_request(PassbandType passband, int symmetry, double omega, double edge_loss, double loss,
+                            int degree = 0) {
     FilterSpec s;
     s.upperPassEdge = 1;
     s.upperStopEdge = omega;
@@ -86,7 +87,7 @@ void expect_least_degree(const FilterSpec& request) {
 }
 
 TEST(EqualMinima, DegreeIsTheLeast) {
-    for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto passband : {maximally_flat, equal_ripple}) {
         for (const int symmetry : {-1, 0, 1}) {
             for (const double omega : {1.03, 1.2, 2.0, 5.0}) {
                 for (const double loss : {20.0, 47.0, 70.0}) {
@@ -97,7 +98,7 @@ TEST(EqualMinima, DegreeIsTheLeast) {
                     s.filterType = high_pass;
                     std::swap(s.upperPassEdge, s.lowerPassEdge);
                     s.lowerPassEdge = omega, s.lowerStopEdge = 1, s.upperStopEdge = 0;
-                    for (const int medium : {lumped, sampled_data, microwave}) {
+                    for (const auto medium : {lumped, sampled_data, microwave}) {
                         s.medium = medium, s.sampleFrequency = 12;
                         expect_least_degree(s);
                     }
@@ -108,8 +109,8 @@ TEST(EqualMinima, DegreeIsTheLeast) {
     FilterSpec s = low_pass_request(equal_ripple, -1, 1400, 0.05, 50);
     s.filterType = band_pass;
     s.lowerPassEdge = 800, s.upperPassEdge = 1100, s.lowerStopEdge = 700;
-    for (const int medium : {lumped, sampled_data, microwave}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto medium : {lumped, sampled_data, microwave}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             for (const int symmetry : {-1, 0}) {
                 SCOPED_TRACE(testing::Message() << medium << ' ' << passband << ' ' << symmetry);
                 s.medium = medium, s.passbandType = passband, s.symmetryFlag = symmetry, s.sampleFrequency = 6000;
@@ -128,7 +129,7 @@ TEST(EqualMinima, LossesHoldBesideUnitElements) {
     s.filterType = band_pass, s.bandpassType = parametric, s.medium = microwave, s.sampleFrequency = 5000;
     s.lowerPassEdge = 800, s.upperPassEdge = 1200, s.lowerStopEdge = 700;
     for (const int unit_elements : {0, 1, 2}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             s.unitElements = unit_elements, s.passbandType = passband;
             const Built b = build(s);
             ASSERT_TRUE(b.verdict.good());
@@ -166,7 +167,7 @@ TEST(EqualMinima, Refusals) {
 // E of a filter whose zeros are known gives these zeros back.
 TEST(EqualMinima, IterationFindsTheZerosOfE) {
     SumWorkspace ws;
-    for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto passband : {maximally_flat, equal_ripple}) {
         for (const int symmetry : {-1, 0, 1}) {
             for (const int n : {1, 2, 3, 4, 6, 7, 12, 20}) {
                 SCOPED_TRACE(testing::Message() << passband << ' ' << symmetry << ' ' << n);

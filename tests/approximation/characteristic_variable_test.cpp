@@ -14,7 +14,7 @@ namespace {
 using Real = XPlane::Real;
 using Point = std::complex<Real>;
 
-FilterSpec request_of(int type, int medium = lumped) {
+FilterSpec request_of(FilterType type, Medium medium = lumped) {
     FilterSpec s;
     s.filterType = type;
     s.medium = medium;
@@ -58,7 +58,7 @@ TEST(FrequencyVariable, PlacesOfTheBands) {
 
 TEST(FrequencyVariable, EdgesOfWarpedMedia) {
     const Real theta = 3.14159265358979323846264L / 5000;
-    for (const int medium : {sampled_data, microwave}) {
+    for (const auto medium : {sampled_data, microwave}) {
         const Built b = build(request_of(band_pass, medium));
         EXPECT_TRUE(b.notes.preshifted);
         EXPECT_NEAR(static_cast<double>(std::sqrt(b.xp.a)),
@@ -86,8 +86,8 @@ TEST(FrequencyVariable, EdgesOfWarpedMedia) {
 
 // f -> x -> f, and for warped media against tanh of the complex frequency.
 TEST(FrequencyVariable, ZerosThereAndBack) {
-    for (const int type : {low_pass, high_pass, band_pass}) {
-        for (const int medium : {lumped, sampled_data, microwave}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
+        for (const auto medium : {lumped, sampled_data, microwave}) {
             FilterSpec s = request_of(type, medium);
             const double zeros[][2] = {{0, 1500}, {0, 300}, {250, 0}, {100, 1200}, {40, 950}, {-70, 2000}};
             for (const auto& z : zeros) ++s.zeroCount, s.FZR(s.zeroCount) = z[0], s.FZI(s.zeroCount) = z[1];
@@ -185,7 +185,7 @@ TEST(FrequencyVariable, HighPassInvertsGivenFactors) {
 }
 
 TEST(FrequencyVariable, RescalingMovesPolesAndEdgesAlike) {
-    for (const int type : {low_pass, high_pass, band_pass}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
         FilterSpec s = request_of(type);
         s.passbandType = functional_passband, s.stopbandType = specified_zeros, s.zerosAtInfinity = s.zerosAtZero = 1;
         s.denominatorDegree = 3;
@@ -212,12 +212,12 @@ TEST(FrequencyVariable, RescalingMovesPolesAndEdgesAlike) {
 }
 
 TEST(FrequencyVariable, ChecksOfTheRequest) {
-    const auto fault = [](auto change, int type = low_pass) {
+    const auto fault = [](auto change, FilterType type = low_pass) {
         FilterSpec s = request_of(type);
         change(s);
         return build(s).verdict.fault;
     };
-    EXPECT_EQ(fault([](FilterSpec& s) { s.filterType = 5; }), FrontFault::filter_type_incorrect);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.filterType = FilterType{5}; }), FrontFault::filter_type_incorrect);
     EXPECT_EQ(fault([](FilterSpec& s) { s.upperPassEdge = 0; }), FrontFault::cutoff_missing);
     EXPECT_EQ(fault([](FilterSpec& s) { s.lowerPassEdge = 0; }), FrontFault::none);
     EXPECT_EQ(fault([](FilterSpec& s) { s.lowerPassEdge = 1000; }, band_pass), FrontFault::edges_equal);
@@ -225,8 +225,8 @@ TEST(FrequencyVariable, ChecksOfTheRequest) {
     EXPECT_EQ(fault([](FilterSpec& s) { s.medium = sampled_data, s.sampleFrequency = 1900; }),
               FrontFault::cutoff_missing);
     EXPECT_EQ(fault([](FilterSpec& s) { s.bandEdgeLoss = 0; }), FrontFault::band_edge_loss_missing);
-    EXPECT_EQ(fault([](FilterSpec& s) { s.passbandType = 4; }), FrontFault::passband_incorrect);
-    EXPECT_EQ(fault([](FilterSpec& s) { s.stopbandType = 3; }), FrontFault::stopband_incorrect);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.passbandType = PassbandType{4}; }), FrontFault::passband_incorrect);
+    EXPECT_EQ(fault([](FilterSpec& s) { s.stopbandType = StopbandType{3}; }), FrontFault::stopband_incorrect);
     EXPECT_EQ(fault([](FilterSpec& s) { s.passbandType = functional_passband; }), FrontFault::polynomial_incomplete);
     for (const FrontMessage& m : front_messages) EXPECT_EQ(&messageOf(m.fault), &m) << "each fault has one row";
 }

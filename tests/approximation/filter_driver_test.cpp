@@ -53,7 +53,7 @@ TEST_F(FilterDriver, TerminationsAndSymmetryFollowTheImplementation) {
     const struct {
         int entry;
         double r1, r2, q;
-        int filter_type;
+        FilterType filter_type;
         double R1, R2;
         int symmetry;
         char letter;
@@ -149,15 +149,16 @@ TEST_F(FilterDriver, EveryRefusalIsToldAndLeavesTheFormerDesign) {
          }},
         {"Transfer function pole on imaginary axis,", 1,
          [](FilterSpec& s) { s.zeroCount = 1, s.FZI(1) = 0.0; }},  // where f is zero too
-        {"Error: Filter type is incorrect,\ndesign discontinued", 1, [](FilterSpec& s) { s.filterType = 5; }},
+        {"Error: Filter type is incorrect,\ndesign discontinued", 1,
+         [](FilterSpec& s) { s.filterType = FilterType{5}; }},
         {"Error: Band-edge loss is not specified,\ndesign discontinued", 1,
          [](FilterSpec& s) { s.bandEdgeLoss = -1.0; }},
         {"Error: Pass-band specification incorrect,\ndesign discontinued", 1,
-         [](FilterSpec& s) { s.passbandType = 4; }},
+         [](FilterSpec& s) { s.passbandType = PassbandType{4}; }},
         {"Error: Incorrect stop band specification,\ndesign discontinued", 1,
          [](FilterSpec& s) { s.zerosAtInfinity = 0; }},
         {"Error: Incorrect stop band specification,\ndesign discontinued", 1,
-         [](FilterSpec& s) { s.stopbandType = 3; }},
+         [](FilterSpec& s) { s.stopbandType = StopbandType{3}; }},
         {ripple_roots_missing, 1,
          [](FilterSpec& s) { s.passbandType = equal_ripple, s.zeroCount = 1, s.FZI(1) = 500.0; }},
         {ripple_roots_missing, 1,
@@ -232,8 +233,8 @@ TEST(FrontMessages, RequirementsAreUnrealistic) {
 
 // A ladder with one termination needs zeros at its ends as one with two does; an active filter takes them all finite.
 TEST_F(FilterDriver, EqualMinimaOfALadderLeaveZerosAtItsEnds) {
-    for (const int type : {low_pass, high_pass, band_pass}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             const auto request = [&] {
                 FilterSpec spec = low_pass_request();
                 spec.filterType = type;
@@ -263,7 +264,7 @@ TEST_F(FilterDriver, EqualMinimaOfALadderLeaveZerosAtItsEnds) {
 
 // All zeros of a matching network lie at infinity.
 TEST_F(FilterDriver, AMatchingNetworkHasAMonotonicStopband) {
-    for (const int stopband : {monotonic_stopband, equal_minima}) {
+    for (const auto stopband : {monotonic_stopband, equal_minima}) {
         FilterSpec spec = low_pass_request();
         spec.filterType = band_pass;
         spec.passbandType = equal_ripple;

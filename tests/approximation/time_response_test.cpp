@@ -113,7 +113,7 @@ TEST(TimeResponse, DoesNotDependOnTheOtherTimes) {
 
 // The spectrum of the impulse response is the loss of the design, of which the least is 0 here.
 TEST(TimeResponse, SpectrumIsTheLossOfTheDesign) {
-    for (const int type : {low_pass, band_pass}) {
+    for (const auto type : {low_pass, band_pass}) {
         for (const int n : {10, 18}) {
             const auto d = std::make_unique<test::Design>();
             d->spec = test::all_pole(type, equal_ripple, n);
@@ -140,7 +140,8 @@ TEST(TimeResponse, SpectrumIsTheLossOfTheDesign) {
 TEST(TimeResponse, StepEndsAtTheGainForDirectCurrent) {
     const double ripple = std::pow(10, -0.1 / 20);
     const struct {
-        int type, n;
+        FilterType type;
+        int n;
         bool minima;
         double end;
     } rows[] = {

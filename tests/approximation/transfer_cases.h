@@ -6,6 +6,7 @@
 #include "approximation/approximate.h"
 #include "approximation/filter_spec.h"
 #include "approximation/x_plane.h"
+#include "tests/support/choices.h"
 
 namespace kavrel::test {
 
@@ -34,7 +35,7 @@ struct Design {
 
 // All zeros at infinity (low-pass), at zero (high-pass) or half of them at either end, ripple 0.1 dB, 50 ohm to 100
 // ohm.
-inline FilterSpec all_pole(int filter_type, int passband, int n) {
+inline FilterSpec all_pole(FilterType filter_type, PassbandType passband, int n) {
     FilterSpec s;
     s.filterType = filter_type;
     s.passbandType = passband;
@@ -52,7 +53,7 @@ inline FilterSpec all_pole(int filter_type, int passband, int n) {
 }
 
 // Equal minima from 1.5 times the edge on.
-inline FilterSpec with_minima(int filter_type, int passband, int n, int flag) {
+inline FilterSpec with_minima(FilterType filter_type, PassbandType passband, int n, int flag) {
     FilterSpec s = all_pole(filter_type, passband, n);
     s.zerosAtZero = s.zerosAtInfinity = 0;
     s.stopbandType = equal_minima;

@@ -33,7 +33,7 @@ void append_factors(Table<double, factor_limit>& table, int& degree, const std::
     if (singles.size() % 2 == 1) table(++degree) = -singles.back();
 }
 
-FilterSpec functional(int filter_type) {
+FilterSpec functional(FilterType filter_type) {
     FilterSpec s = test::all_pole(filter_type, functional_passband, 0);
     s.bandEdgeLoss = 0;
     s.loadResistance = s.sourceResistance;
@@ -46,7 +46,7 @@ struct Given {
     std::vector<Root> poles;
     std::vector<double> real_poles;
 };
-std::unique_ptr<Given> source_design(int type, int n) {
+std::unique_ptr<Given> source_design(FilterType type, int n) {
     auto g = std::make_unique<Given>();
     g->source.spec = test::with_minima(type, equal_ripple, n, type == band_pass ? -1 : 0);
     g->source.spec.loadResistance = g->source.spec.sourceResistance * 2;
@@ -84,10 +84,10 @@ double largest_difference_of_loss(const test::Design& a, const test::Design& b, 
 }
 
 TEST(TransferFunctional, given_e_is_returned) {
-    for (const int type : {low_pass, high_pass, band_pass}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
         for (const int n : {3, 4, 8, 15, 30}) {
             if (type == band_pass && n % 2 == 1) continue;
-            SCOPED_TRACE("type " + std::to_string(type) + " degree " + std::to_string(n));
+            SCOPED_TRACE("type " + number(type) + " degree " + std::to_string(n));
             const auto g = source_design(type, n);
             ASSERT_TRUE(g->source.verdict.good());
             const auto d = std::make_unique<test::Design>();
@@ -108,10 +108,10 @@ TEST(TransferFunctional, given_e_is_returned) {
 TEST(TransferFunctional, given_f_is_returned) {
     std::mt19937_64 random(11);
     std::uniform_real_distribution<double> part(0.1, 0.9);
-    for (const int type : {low_pass, high_pass, band_pass}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
         for (int n = 2; n <= 24; ++n) {
             if (type == band_pass && n % 2 == 1) continue;
-            SCOPED_TRACE("type " + std::to_string(type) + " degree " + std::to_string(n));
+            SCOPED_TRACE("type " + number(type) + " degree " + std::to_string(n));
             const auto d = std::make_unique<test::Design>();
             d->spec = functional(type);
             FilterSpec& s = d->spec;
@@ -226,9 +226,9 @@ FilterSpec sloping(double slope, int n) {
 }
 
 TEST(TransferSloping, loss_of_the_edges_differs_by_the_slope) {
-    for (const int medium : {lumped, microwave}) {
+    for (const auto medium : {lumped, microwave}) {
         for (const double slope : {0.5, 1.5, -1.5, 2.0, 3.0, -3.0, 6.0206, -6.0206, 9.0, -9.0, 12.0412, -12.0412}) {
-            SCOPED_TRACE(std::to_string(slope) + " medium " + std::to_string(medium));
+            SCOPED_TRACE(std::to_string(slope) + " medium " + number(medium));
             const auto d = std::make_unique<test::Design>();
             d->spec = sloping(slope, 8);
             d->spec.medium = medium;

@@ -146,11 +146,11 @@ double distance_to_nearest(const Root& wanted, const std::vector<Root>& found) {
 }
 
 TEST(TransferPredistortion, poles_move_by_the_loss_at_the_edge) {
-    for (const int type : {low_pass, high_pass, band_pass}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             for (const int n : {1, 2, 5, 8, 12}) {
                 for (const bool single : {true, false}) {
-                    SCOPED_TRACE("type " + std::to_string(type) + " degree " + std::to_string(n));
+                    SCOPED_TRACE("type " + number(type) + " degree " + std::to_string(n));
                     const int degree = type == band_pass ? n + n % 2 : n;
                     const auto plain = std::make_unique<test::Design>();
                     plain->spec = test::all_pole(type, passband, degree);
@@ -208,7 +208,7 @@ TEST(TransferPredistortion, losses_put_the_pass_band_back) {
         return high - low;
     };
     for (const int n : {1, 2, 5, 8, 15}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             EXPECT_LT(spread(test::all_pole(low_pass, passband, n), 300), 1e-9) << n;
         }
     }

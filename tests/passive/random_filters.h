@@ -101,6 +101,9 @@ private:
     void fill(int& item) { item = static_cast<int>(engine()); }
     void fill(bool& item) { item = whole(0, 1) == 1; }
     void fill(char& item) { item = "PMAI"[whole(0, 3)]; }
+    template <class Choice>
+    requires std::is_enum_v<Choice>
+    void fill(Choice&) {}  // settled
     template <std::size_t N>
     void fill(FixedText<N>& item) {
         for (char& c : item.bytes) c = static_cast<char>(whole(' ', '~'));
@@ -111,11 +114,11 @@ private:
     }
 
     void settle(FilterSpec& s) {
-        s.filterType = whole(1, 4);
-        s.passbandType = whole(0, 3);
-        s.bandpassType = whole(1, 3);
-        s.stopbandType = whole(0, 4);
-        s.medium = whole(0, 2);
+        s.filterType = FilterType{whole(1, 4)};
+        s.passbandType = PassbandType{whole(0, 3)};
+        s.bandpassType = BandpassType{whole(1, 3)};
+        s.stopbandType = StopbandType{whole(0, 4)};
+        s.medium = Medium{whole(0, 2)};
         s.zeroCount = whole(0, finite_zero_limit);
         s.numeratorDegree = whole(0, factor_limit);
         s.denominatorDegree = whole(0, factor_limit);

@@ -8,7 +8,7 @@ namespace {
 
 enum class Network { lumped, with_stop_edge, with_trap, stubs, stepped_line, lines_and_stubs };
 
-FilterSpec matching(Network network, int passband, double load, double lower) {
+FilterSpec matching(Network network, PassbandType passband, double load, double lower) {
     FilterSpec s;
     s.filterType = band_pass;
     s.bandpassType = impedance_matching;
@@ -43,7 +43,7 @@ FilterSpec matching(Network network, int passband, double load, double lower) {
 // The terminations are those asked for, and at f = 0 nothing stands between them.
 TEST(BandPass, MatchingNetworks) {
     Tally tally;
-    for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto passband : {maximally_flat, equal_ripple}) {
         for (const double load : {100.0, 25.0, 60.0, 400.0}) {
             for (const double lower : {500.0, 1000.0, 1400.0}) {
                 for (const Network network : {Network::lumped, Network::with_stop_edge, Network::with_trap,
@@ -68,7 +68,7 @@ TEST(BandPass, MatchingNetworks) {
 // Any counts and zeros. With an even degree a port cannot see its last branch.
 TEST(BandPass, Parametric) {
     Tally odd, even;
-    for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto passband : {maximally_flat, equal_ripple}) {
         for (int nz = 0; nz <= 4; ++nz) {
             for (int ni = 0; ni <= 4; ++ni) {
                 for (int zeros = 0; zeros <= 3; ++zeros) {
@@ -97,7 +97,7 @@ TEST(BandPass, Parametric) {
 // The output may hide the branch at the input.
 TEST(BandPass, ParametricFromTheOutput) {
     Tally tally;
-    for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto passband : {maximally_flat, equal_ripple}) {
         for (int nz = 1; nz <= 5; ++nz) {
             for (int ni = 1; ni <= 6; ++ni) {
                 FilterSpec s = all_pole(band_pass, passband, nz + ni);

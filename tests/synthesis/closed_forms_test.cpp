@@ -142,7 +142,7 @@ TEST(ClosedForms, ElementValuesOfAllPoleLadders) {
 // From the output the same network comes out, in the same places.
 TEST(ClosedForms, BothDirectionsGiveOneNetwork) {
     for (const int n : {2, 5, 8, 19, 34, 50}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             auto forward = std::make_unique<LadderRun>();
             auto reverse = std::make_unique<LadderRun>();
             reverse->request.direction = Direction::reverse;

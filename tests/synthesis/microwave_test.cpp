@@ -11,7 +11,7 @@ namespace kavrel::test {
 namespace {
 
 // Quarter wave at 10 kHz, edges at 2 and 3 kHz; stubs of either kind for a band-pass.
-FilterSpec line_filter(int type, int passband, int stubs, int lines, double load = 50) {
+FilterSpec line_filter(FilterType type, PassbandType passband, int stubs, int lines, double load = 50) {
     FilterSpec s = all_pole(type, passband, 1);
     s.medium = microwave;
     s.implementation = 'M';
@@ -35,7 +35,7 @@ TEST(Microwave, LossesInClosedForm) {
         std::string kind;
         int flat = 0, stubs = 0, lines = 0;
         words >> kind >> flat >> stubs >> lines;
-        const int type = kind == "lp" ? low_pass : kind == "hp" ? high_pass : band_pass;
+        const FilterType type = kind == "lp" ? low_pass : kind == "hp" ? high_pass : band_pass;
         auto run = std::make_unique<LadderRun>();
         run->run(line_filter(type, flat == 1 ? maximally_flat : equal_ripple, stubs, lines));
         ASSERT_TRUE(run->approximated && run->verdict.good()) << row;
@@ -55,8 +55,8 @@ TEST(Microwave, LossesInClosedForm) {
 // High degrees with unequal terminations, the zeros of f by turns on either side and all on one side.
 TEST(Microwave, ManyLines) {
     Tally by_turns, one_sided;
-    for (const int type : {low_pass, high_pass, band_pass}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             for (const int lines : {20, 21, 35, 47}) {
                 const FilterSpec s = line_filter(type, passband, lines % 3 == 0 ? 2 : 0, lines, lines < 35 ? 500 : 75);
                 auto run = std::make_unique<LadderRun>();
@@ -83,7 +83,7 @@ TEST(Microwave, ManyLines) {
 // With one termination the source is of voltage or of current, as the function asks: the number of the last line tells.
 TEST(Microwave, LinesAtAnOpenEnd) {
     Tally tally;
-    for (const int type : {low_pass, high_pass, band_pass}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
         for (int stubs = type == band_pass ? 1 : 0; stubs <= 4; ++stubs) {
             for (int lines = 1; lines <= 5; ++lines) {
                 tally.take(line_filter(type, stubs % 2 == 0 ? equal_ripple : maximally_flat, stubs, lines, 0),

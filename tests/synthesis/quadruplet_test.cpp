@@ -14,11 +14,11 @@ namespace {
 // One to three quadruplets, up to two zeros on the axis.
 FilterSpec random_request(int turn, std::mt19937& random) {
     std::uniform_real_distribution<double> share(0, 1);
-    const int type = turn % 3 == 0 ? low_pass : turn % 3 == 1 ? high_pass : band_pass;
+    const FilterType type = turn % 3 == 0 ? low_pass : turn % 3 == 1 ? high_pass : band_pass;
     const int quadruplets = 1 + static_cast<int>(share(random) * 2.5);
     const int real = static_cast<int>(share(random) * 3);
     const double edge = type == high_pass ? 2000 : 3000;
-    FilterSpec s = all_pole(type, turn % 2, 2);
+    FilterSpec s = all_pole(type, turn % 2 == 0 ? maximally_flat : equal_ripple, 2);
     s.loadResistance = turn % 5 == 0 ? 100 : 50;
     for (int i = 0; i < quadruplets; ++i) {
         s.FZR(++s.zeroCount) = edge * (0.1 + share(random));

@@ -12,8 +12,8 @@ namespace {
 
 TEST(SynthesisProperty, AllPole) {
     Tally tally;
-    for (const int type : {low_pass, high_pass, band_pass}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             for (const int n : {1, 2, 3, 4, 5, 8, 13, 20, 31, 50}) {
                 if (type == band_pass && n % 2 == 1) continue;
                 for (const double load : {50.0, 100.0, 0.0}) {
@@ -30,8 +30,8 @@ TEST(SynthesisProperty, AllPole) {
 
 TEST(SynthesisProperty, EqualMinima) {
     Tally tally;
-    for (const int type : {low_pass, high_pass, band_pass}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             for (const int flag : {1, 0}) {
                 for (const int n : {3, 4, 5, 6, 7, 9, 12, 21, 32, 49}) {
                     if (type == band_pass && n % 2 == 1) continue;
@@ -52,7 +52,7 @@ TEST(SynthesisProperty, SpecifiedZeros) {
     std::uniform_real_distribution<double> share(0, 1);
     Tally tally;
     for (int turn = 0; turn < 160; ++turn) {
-        const int type = turn % 4 < 2 ? band_pass : turn % 4 == 2 ? low_pass : high_pass;
+        const FilterType type = turn % 4 < 2 ? band_pass : turn % 4 == 2 ? low_pass : high_pass;
         const int zeros = static_cast<int>(share(random) * 6);
         FilterSpec s = all_pole(type, turn % 3 == 0 ? maximally_flat : equal_ripple, 2);
         s.loadResistance = turn % 5 == 0 ? 100 : 50;
@@ -114,7 +114,7 @@ TEST(SynthesisProperty, NaturalModesAreThoseOfTheCircuit) {
         }
         EXPECT_NEAR(sum.imag(), 0, 1e-13) << "a conjugate is missing";
     };
-    for (const int type : {low_pass, high_pass, band_pass}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
         expect_modes(all_pole(type, maximally_flat, 6));
         FilterSpec s = with_minima(type, equal_ripple, type == band_pass ? 8 : 7, 1);
         s.loadResistance = 50;
@@ -126,7 +126,7 @@ TEST(SynthesisProperty, NaturalModesAreThoseOfTheCircuit) {
 // some of them do not see the last branch.
 TEST(SynthesisProperty, SelectionByHand) {
     Tally tally;
-    for (const int type : {low_pass, high_pass}) {
+    for (const auto type : {low_pass, high_pass}) {
         for (const int degree : {4, 5, 12, 13}) {
             for (const double load : {50.0, 100.0}) {
                 for (const int choice : {0, 1, 2, 3, 4, 5, 6, 7}) {

@@ -95,7 +95,7 @@ void expect_report_of(const FilterSpec& spec, Direction direction) {
 }
 
 TEST(SynthesisReport, TellsTheCircuitsOwnValues) {
-    for (const int type : {low_pass, high_pass, band_pass}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
         for (const Direction direction : {Direction::forward, Direction::reverse, Direction::two_way}) {
             FilterSpec s = with_minima(type, equal_ripple, type == band_pass ? 14 : 13, 1);
             s.loadResistance = 50;
@@ -149,7 +149,7 @@ TEST(SynthesisReport, CompoundBranchesAreDrawnInSmall) {
 
 // A frequency beside a root of a polynomial leads back to that root.
 TEST(SynthesisReport, FrequenciesOfThePolynomialsAreTheirRoots) {
-    for (const int type : {low_pass, high_pass, band_pass}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
         for (const bool lines : {false, true}) {
             FilterSpec s = all_pole(type, equal_ripple, 6);
             s.loadResistance = 50;

@@ -69,8 +69,8 @@ void expect_joined(const LadderRun& run) {
 // comes first that is removed first: band-passes are not compared from the output.)
 TEST(TwoWay, AllPoleLaddersAreThoseOfOneWay) {
     double worst = 0;
-    for (const int type : {low_pass, high_pass, band_pass}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             for (const int n : {2, 3, 4, 7, 12, 15, 26, 31, 50}) {
                 if (type == band_pass && n % 2 == 1) continue;
                 for (const double load : n < 26 ? std::vector{50.0, 100.0, 20.0} : std::vector{100.0}) {
@@ -140,8 +140,8 @@ TEST(TwoWay, EllipticLaddersAreThoseOfOneWayInTheSameOrder) {
 // Where the two runs find no order without negative elements, there is none.
 TEST(TwoWay, EllipticFiltersOfAllKinds) {
     int joined = 0, none = 0;
-    for (const int type : {low_pass, high_pass, band_pass}) {
-        for (const int passband : {maximally_flat, equal_ripple}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
+        for (const auto passband : {maximally_flat, equal_ripple}) {
             for (const int n : {13, 14, 22, 25, 32, 49}) {
                 if (type == band_pass && n % 2 == 1) continue;
                 FilterSpec s = with_minima(type, passband, n, 1);
@@ -188,7 +188,7 @@ TEST(TwoWay, ParametricBandPasses) {
 }
 
 TEST(TwoWay, StubsAndMatchingNetworks) {
-    for (const int type : {low_pass, high_pass, band_pass}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
         for (const bool elliptic : {false, true}) {
             FilterSpec s = elliptic ? with_minima(type, equal_ripple, 14, 1) : all_pole(type, equal_ripple, 14);
             s.loadResistance = 50;
@@ -268,7 +268,7 @@ TEST(TwoWay, IsTheAutomaticChoice) {
         EXPECT_TRUE(run->verdict.good());
         return std::string(run->state.direction());
     };
-    for (const int type : {low_pass, high_pass, band_pass}) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
         EXPECT_EQ(direction(all_pole(type, maximally_flat, 10)), "forward");
         EXPECT_EQ(direction(all_pole(type, maximally_flat, 12)), "two-way");
         EXPECT_EQ(direction(all_pole(type, equal_ripple, 50)), "two-way");

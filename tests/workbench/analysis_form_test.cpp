@@ -161,7 +161,7 @@ TEST_F(AnalysisRoad, APassiveFilterOpensItsSegmentOnAnEmptyStore) {
         EXPECT_EQ(circuit.fb, row.fb);
         EXPECT_EQ(circuit.fnorm, row.fnorm);
         EXPECT_EQ(circuit.fs, row.fs);
-        EXPECT_EQ(bench->passive.spec.filterType, row.type);
+        EXPECT_EQ(bench->passive.spec.filterType, FilterType{row.type});
         EXPECT_FALSE(bench->passive.designed);
         EXPECT_EQ(bench->passive_state.kept.undoCount, 0);
         EXPECT_EQ(bench->filter.transfer.poleCount, 0) << "of the former design";

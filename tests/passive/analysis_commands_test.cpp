@@ -118,31 +118,6 @@ TEST_F(Analyses, ACircuitThatEndsInALineIsAskedHowItIsDriven) {
     EXPECT_TRUE(filter.circuit == settled) << "the number agrees with the answer";
 }
 
-TEST_F(Analyses, TablesGoToFiles) {
-    send("tabf");
-    EXPECT_EQ(boxes(), "Error: No analysis results");
-    send("tabt");
-    EXPECT_EQ(boxes(), "Error: No analysis results");
-    butterworth();
-    session.TITLE = "Ladder";
-    frequency({{"start", "1"}, {"end", "2"}, {"increment", "1"}, {"frequency_unit", "rad/sec"}}, Answer::yes);
-    std::string shown;
-    for (const std::string& line : window.lines) shown += line + '\n';
-    const std::string_view in_report = "  Output impedance  Ret. loss", in_file = "      Impedance     Ret. loss";
-    const auto head = shown.find(in_report);
-    ASSERT_NE(head, std::string::npos);
-    shown.replace(head, in_report.size(), in_file);
-    send("tabf");
-    EXPECT_EQ(boxes(), "Warning: CANCEL");
-    window.files = {"ladder"};
-    send("tabf");
-    EXPECT_EQ(boxes(), "Success: *** done ***");
-    EXPECT_EQ(read_text("ladder.tab"), shown) << "results are kept in single precision, which these digits bear";
-    window.files = {"no/such/folder"};
-    send("tabf");
-    EXPECT_EQ(boxes(), "Error: File could not be written");
-}
-
 TEST_F(Analyses, TimeResponseAndItsTable) {
     second_order();
     session.TITLE = "One pair";
@@ -177,63 +152,6 @@ TEST_F(Analyses, TimeResponseAndItsTable) {
     window.answers = {Answer::yes, Answer::no};
     send("time");
     EXPECT_EQ(results.time_count, 3);
-}
-
-TEST_F(Analyses, Plots) {
-    send("pltf");
-    EXPECT_EQ(boxes(), "Error: No analysis results");
-    send("pltt");
-    EXPECT_EQ(boxes(), "Error: No analysis results");
-    send("plpr");
-    EXPECT_EQ(boxes(), "Error: No plot specified");
-    butterworth();
-    frequency({{"start", "0"}, {"end", "2"}, {"increment", "0.1"}});
-    send("pltf", PASSIVE_PLOT_FREQUENCY_DLG, {{"y1", "None"}, {"y2", "None"}});
-    EXPECT_EQ(boxes(), "Error: No plot specified");
-    send("pltf", PASSIVE_PLOT_FREQUENCY_DLG, {{"y1", "Loss"}, {"upper", "0.05"}});
-    EXPECT_EQ(boxes(), "Warning: Too few points to plot");
-    EXPECT_EQ(window.plots_shown, 0);
-    send("pltf", PASSIVE_PLOT_FREQUENCY_DLG,
-         {{"y1", "Loss"}, {"y2", "Imaginary part"}, {"lower", "0.5"}, {"upper", "1"}});
-    EXPECT_EQ(boxes(), "");
-    EXPECT_EQ(window.plots_shown, 1);
-    EXPECT_EQ(plot.point_count, 6);
-    EXPECT_EQ(plot.y1_label, std::string_view("Transd. loss (dB)"));
-    EXPECT_EQ(plot.y2_label, std::string_view("Imag part of impedance"));
-    EXPECT_EQ(plot.print_id, 160);
-    send("plpr");
-    EXPECT_EQ(window.plots_printed, 1);
-    window.has_printer = false;
-    send("plpr");
-    EXPECT_EQ(boxes(), "Error: Printer is not available");
-
-    second_order();
-    command.time = {0, 4, 0.5};
-    send("time");
-    send("pltt", PASSIVE_PLOT_TIME_DLG, {{"y1", "Impulse response"}, {"y2", "Step response"}});
-    EXPECT_EQ(plot.y2_label, std::string_view("Step response"));
-    EXPECT_EQ(plot.x.label.trimmed().substr(0, 10), "Time (sec)");
-}
-
-TEST_F(Analyses, PhaseNonlinearity) {
-    send("non ");
-    EXPECT_EQ(boxes(), "Error: No analysis data");
-    send("nonp");
-    EXPECT_EQ(boxes(), "Error: No analysis data");
-    butterworth();
-    frequency({{"start", "0.01"}, {"end", "0.1"}, {"increment", "0.01"}});
-    window.answers = {Answer::yes};
-    send("non ");
-    EXPECT_TRUE(reported("******* Phase nonlinearity *******"));
-    EXPECT_TRUE(reported("Delay of the straight line"));
-    EXPECT_EQ(plot.print_id, 154);
-    EXPECT_EQ(window.plots_shown, 1);
-    send("nonp");
-    EXPECT_EQ(window.plots_printed, 1) << "the open plot is printed";
-    send("pltf");
-    send("nonp");
-    EXPECT_EQ(plot.print_id, 154);
-    EXPECT_EQ(window.plots_printed, 1) << "another plot was open";
 }
 
 // A line of constant delay, its phase wrapped many times between the points, with one point moved aside.

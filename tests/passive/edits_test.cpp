@@ -130,54 +130,6 @@ TEST_F(Edits, TypedValuesBecomeCells) {
     near(values(3), {10, 1 / 25.0});
 }
 
-TEST_F(Edits, FieldsOfTheInsertFormFollowTheElement) {
-    const auto on = [&](std::string_view element) {
-        std::string names;
-        window.forms.push_back([&](FormSheet& sheet) {
-            EXPECT_EQ(sheet.enter(0, element), "");
-            for (std::size_t i = 2; i < sheet.size(); ++i) {
-                if (sheet.is_on(i)) names += std::string(sheet.field(i).name) + " ";
-            }
-            return false;
-        });
-        EXPECT_FALSE(run_form(PASSIVE_INSERT_DLG, &command, session.units, reporter));
-        return names;
-    };
-    EXPECT_EQ(on("r"), "value1 ");
-    EXPECT_EQ(on("lc"), "value1 value2 ");
-    EXPECT_EQ(on("lcl"), "value1 value2 value3 ");
-    EXPECT_EQ(on("eqa"), "value1 value2 value3 ");
-    EXPECT_EQ(on("copy"), "copy_of ");
-}
-
-TEST_F(Edits, AShowRunsFromTheBranchBeforeTheChange) {
-    butterworth();
-    const auto first_shown = [&] { return window.lines.empty() ? -1 : std::stoi(window.lines.front().substr(0, 3)); };
-    command.change = {5, 0, 3};
-    send("ch  ");
-    EXPECT_EQ(first_shown(), 4);
-    command.deleted_branch = 4;
-    send("del ");
-    EXPECT_EQ(first_shown(), 3) << "the branch before the gap";
-    command.deleted_branch = 7;
-    send("del ");
-    EXPECT_EQ(first_shown(), 5) << "the last that is left";
-    send("show");
-    EXPECT_EQ(first_shown(), 1);
-    send("supp");
-    command.change = {5, 0, 4};
-    send("ch  ");
-    EXPECT_TRUE(window.lines.empty()) << "intermediate results are suppressed";
-    send("sto ");
-    EXPECT_EQ(boxes(), "");
-    EXPECT_TRUE(reported("*** done ***"));
-    command.display = DisplayChoice::on;
-    send("supp");
-    send("sto ");
-    EXPECT_EQ(boxes(), "Success: *** done ***");
-    EXPECT_TRUE(window.lines.empty());
-}
-
 TEST_F(Edits, TerminationsFollowTheEnds) {
     butterworth();
     command.change = {1, 50, 0};
@@ -188,71 +140,6 @@ TEST_F(Edits, TerminationsFollowTheEnds) {
     command.deleted_branch = 7;
     send("del ");
     EXPECT_EQ(filter.circuit.R2, 0.0);
-}
-
-TEST_F(Edits, UndoAndStoreHaveTheirMessages) {
-    send("undo");
-    EXPECT_EQ(boxes(), "Error: Nothing to undo");
-    send("redo");
-    EXPECT_EQ(boxes(), "Error: Nothing to redo");
-    send("rcl ");
-    EXPECT_EQ(boxes(), "Error: Data was not stored");
-    butterworth();
-    send("sto ");
-    const Circuit stored = filter.circuit;
-    command.deleted_branch = 4;
-    send("del ");
-    const Circuit deleted = filter.circuit;
-    send("rcl ");
-    EXPECT_TRUE(filter.circuit == stored);
-    send("undo");
-    EXPECT_TRUE(filter.circuit == deleted) << "what was there before the recall";
-    write_text("~xxx.tmp", "no snapshot");
-    send("rcl ");
-    EXPECT_EQ(boxes(), "Error: Data could not be read");
-    EXPECT_TRUE(filter.circuit == deleted);
-    std::filesystem::remove("~xxx.tmp");
-    std::filesystem::create_directory("~xxx.tmp");
-    send("sto ");
-    EXPECT_EQ(boxes(), "Warning: Data could not be stored");
-    write_text("_xxx0.tmp", "no snapshot");
-    send("undo");
-    EXPECT_EQ(boxes(), "Error: Nothing stored\nor error reading data file");
-    EXPECT_TRUE(filter.circuit == deleted);
-    write_text("_xxx1.tmp", "no snapshot");
-    send("redo");
-    EXPECT_EQ(boxes(), "Error: File could not be read");
-    EXPECT_TRUE(filter.circuit == deleted);
-}
-
-TEST_F(Edits, ATitleThatWasTypedMeanwhileStays) {
-    const auto entitle = [&](std::string_view title) { send("lbl ", PASSIVE_TITLE_DLG, {{"title", title}}); };
-    butterworth();
-    entitle("first");
-    insert("c", 9, 1);
-    entitle("second");
-    send("undo");
-    EXPECT_EQ(session.TITLE, std::string_view("second")) << "no edit changes the title";
-    send("redo");
-    EXPECT_EQ(session.TITLE, std::string_view("second"));
-    send("sto ");
-    entitle("third");
-    send("rcl ");
-    EXPECT_EQ(session.TITLE, std::string_view("second"));
-    send("undo");
-    EXPECT_EQ(session.TITLE, std::string_view("third")) << "that of the circuit before the recall";
-}
-
-// One that was stored while another file was open goes into no file unasked.
-TEST_F(Edits, ARecalledCircuitGoesIntoItsOwnFileAlone) {
-    butterworth();
-    session.filter_file = "a.qfp";
-    send("sto ");
-    send("rcl ");
-    EXPECT_EQ(session.filter_file, std::string_view("a.qfp"));
-    session.filter_file = "b.qfp";
-    send("rcl ");
-    EXPECT_TRUE(session.filter_file.is_blank());
 }
 
 TEST_F(Edits, EntriesStartAnew) {

@@ -40,29 +40,6 @@ TEST_F(Macros, ASessionWithEveryRecordedCommand) {
     EXPECT_EQ(boxes(), "Error: No macro file to close");
 }
 
-TEST_F(Macros, StartAndPlay) {
-    send("writ");
-    EXPECT_EQ(boxes(), "Warning: CANCEL");
-    EXPECT_FALSE(state.recording);
-    window.files = {"no/such/folder.wbt"};
-    send("writ");
-    EXPECT_EQ(boxes(), "Error: File could not be opened");
-    window.files = {"a.wbt", "b.wbt"};
-    send("writ");
-    send("writ");
-    EXPECT_NE(read_text("a.wbt").find("{DOWN} ~"), std::string::npos) << "the first macro was closed";
-    EXPECT_EQ(read_text("b.wbt").find("{DOWN} ~"), std::string::npos);
-    butterworth();
-    EXPECT_EQ(read_text("a.wbt").find("Insert"), std::string::npos);
-
-    window.lines.clear();
-    window.files = {"b.wbt", "c.wbt"};
-    play_macro(desk);
-    EXPECT_EQ(window.lines, std::vector<std::string>{read_text("b.wbt")});
-    play_macro(desk);
-    EXPECT_EQ(window.boxes.back(), "Error: File was not found");
-}
-
 // Two digits do not take the number of the last slot.
 TEST_F(Macros, NoNumberBecomesStars) {
     window.files = {"hundred"};

@@ -28,12 +28,12 @@ constexpr const char* print_file = "kavrel.prn";
 
 void ConsoleWindow::show_line(std::string_view line) { transcript_.report << line << '\n'; }
 
-void ConsoleWindow::told_box(std::string_view text, std::string_view caption) {
+void ConsoleWindow::show_box(std::string_view text, std::string_view caption) {
     transcript_.screen << fmt::format("[{}] {}\n", caption, text);
 }
 
 Answer ConsoleWindow::message(std::string_view text, std::string_view caption, Buttons buttons) {
-    told_box(text, caption);
+    show_box(text, caption);
     if (!is_good(caption)) {
         fail(Failure::line, fmt::format("{}: {}", caption, text));
     }
@@ -55,7 +55,7 @@ Answer ConsoleWindow::message(std::string_view text, std::string_view caption, B
 }
 
 int ConsoleWindow::choose(const ChoiceBox& box) {
-    told_box(box.text, box.caption);
+    show_box(box.text, box.caption);
     for (const auto choice : box.choices) transcript_.screen << "    " << choice << '\n';
     const auto answer = take_answer("answer");
     if (!answer || same_label(answer->rest(), "cancel")) return 0;

@@ -47,7 +47,7 @@ public:
 
     // Notes that the line just executed failed.
     void fail(Failure failure, std::string text);
-    // Tells the failures since the last call on the error stream. Whether the script is to go on.
+    // Reports the failures since the last call on the error stream. Whether the script is to go on.
     bool settle();
 
     [[nodiscard]] int exit_status() const { return static_cast<int>(first_failure_); }
@@ -68,16 +68,16 @@ protected:
     void resume() { ended_ = false; }
 
 private:
-    // The next line, the lines of included files among them; it stands in the script no more.
+    // The next line, the lines of included files among them, taken from the script.
     [[nodiscard]] std::optional<ScriptLine> next_line();
     // The next line if it is an answer with this verb; otherwise it stays the next one.
     [[nodiscard]] std::optional<ScriptLine> take_answer(std::string_view verb);
-    void told_box(std::string_view text, std::string_view caption);
+    void show_box(std::string_view text, std::string_view caption);
 
     ConsoleScript& script_;
     Transcript transcript_;
     std::string current_;                // "FILE:LINE" of the line that is executed
-    std::vector<LineFailure> failures_;  // of that line, not yet told
+    std::vector<LineFailure> failures_;  // of that line, not yet reported
     Failure first_failure_ = Failure::none;
     bool ended_ = false;   // a line failed and the script does not go on
     bool closed_ = false;  // the main window was closed

@@ -15,24 +15,8 @@ namespace {
 constexpr std::array<std::string_view, 8> verbs = {"set", "row", "clear", "list", "button", "fields", "ok", "cancel"};
 constexpr std::string_view read_button = "Read from file";
 
-std::string no_field(const FormSheet& sheet, std::string_view name, int found) {
-    return found == -2 ? fmt::format("'{}' is the label of several fields of {}, use a name", name, sheet.form().name)
-                       : fmt::format("{} has no field '{}'", sheet.form().name, name);
-}
-
-std::string rows_text(const FormSheet& sheet, std::size_t i) {
-    const ListView list = sheet.list(i);
-    std::string text;
-    for (int column = 1; column <= list.columns; ++column) {
-        text += fmt::format("{:>26}", sheet.column_label(i, column));
-    }
-    text += '\n';
-    for (int row = 1; row <= *list.rows; ++row) {
-        for (int column = 1; column <= list.columns; ++column) text += fmt::format("{:>26}", list(row, column));
-        text += '\n';
-    }
-    return text;
-}
+std::string no_field(const FormSheet& sheet, std::string_view name, int found);
+std::string rows_text(const FormSheet& sheet, std::size_t i);
 
 }  // namespace
 
@@ -138,5 +122,28 @@ std::string form_text(const FormSheet& sheet) {
     }
     return text;
 }
+
+namespace {
+
+std::string no_field(const FormSheet& sheet, std::string_view name, int found) {
+    return found == -2 ? fmt::format("'{}' is the label of several fields of {}, use a name", name, sheet.form().name)
+                       : fmt::format("{} has no field '{}'", sheet.form().name, name);
+}
+
+std::string rows_text(const FormSheet& sheet, std::size_t i) {
+    const ListView list = sheet.list(i);
+    std::string text;
+    for (int column = 1; column <= list.columns; ++column) {
+        text += fmt::format("{:>26}", sheet.column_label(i, column));
+    }
+    text += '\n';
+    for (int row = 1; row <= *list.rows; ++row) {
+        for (int column = 1; column <= list.columns; ++column) text += fmt::format("{:>26}", list(row, column));
+        text += '\n';
+    }
+    return text;
+}
+
+}  // namespace
 
 }  // namespace kavrel

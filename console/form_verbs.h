@@ -11,7 +11,7 @@ namespace kavrel {
 
 [[nodiscard]] bool is_form_verb(std::string_view verb);
 
-// What a verb did to the form: `wrong` tells what is wrong with the line, `closed` that the form is done.
+// What a verb did to the form: `wrong` says what is wrong with the line, `closed` that the form is done.
 struct FormStep {
     std::string wrong;
     bool closed = false;

@@ -24,21 +24,13 @@ int file_trouble(const std::string& name, std::string_view trouble) {
     return file_failure;
 }
 
-bool is_stored_file(std::string_view name) { return name.size() > 4 && name.substr(name.size() - 4, 3) == ".qf"; }
-
-// Where the manual lies: beside an installed program, and in the folder that a build stands in.
-std::vector<std::string> manual_folders(const std::string& program) {
-    const auto folder = std::filesystem::path(program).parent_path();
-    return {(folder / "../share/doc/kavrel").string(), (folder / "../../docs").string()};
-}
-
 std::string own_path() {
     std::error_code unknown;
     return std::filesystem::read_symlink("/proc/self/exe", unknown).string();
 }
 
 int run(const ConsoleOptions& options) {
-    const bool stored = is_stored_file(options.argument);
+    const bool stored = names_stored_filter(options.argument);
     const bool scripted = !options.argument.empty() && !stored;
     const bool interactive = !scripted && isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
 

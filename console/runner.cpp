@@ -15,12 +15,6 @@
 
 namespace kavrel {
 
-struct Verb {
-    std::string_view name;
-    void (Runner::*perform)(const ScriptLine& line);
-    bool has_words;  // takes something behind the verb
-};
-
 namespace {
 
 std::string joined(const std::vector<std::string>& labels) {
@@ -33,6 +27,14 @@ bool is_answer_verb(std::string_view verb) { return is_form_verb(verb) || verb =
 
 }  // namespace
 
+constexpr Runner::Verb Runner::verbs[] = {
+    {"choose", &Runner::choose_line, true}, {"do", &Runner::do_line, true},
+    {"dump", &Runner::dump_line, true},     {"table", &Runner::table_line, true},
+    {"plot", &Runner::plot_line, true},     {"save-report", &Runner::save_report_line, true},
+    {"expect", &Runner::expect_line, true}, {"echo", &Runner::echo_line, false},
+    {"quit", &Runner::quit_line, false},
+};
+
 void Runner::run() {
     while (window_.settle() && !is_over()) {
         const auto line = window_.take_line();
@@ -42,17 +44,17 @@ void Runner::run() {
     window_.settle();
 }
 
+const Runner::Verb* Runner::find(std::string_view verb) {
+    const auto found = std::ranges::find(verbs, verb, &Verb::name);
+    return found == std::end(verbs) ? nullptr : found;
+}
+
+bool Runner::knows(std::string_view verb) { return verb == "include" || find(verb) != nullptr; }
+
 void Runner::perform(const ScriptLine& line) {
-    static constexpr Verb verbs[] = {
-        {"choose", &Runner::choose_line, true}, {"do", &Runner::do_line, true},
-        {"dump", &Runner::dump_line, true},     {"table", &Runner::table_line, true},
-        {"plot", &Runner::plot_line, true},     {"save-report", &Runner::save_report_line, true},
-        {"expect", &Runner::expect_line, true}, {"echo", &Runner::echo_line, false},
-        {"quit", &Runner::quit_line, false},
-    };
     if (line.open_quote) return;
-    const auto verb = std::ranges::find(verbs, line.verb(), &Verb::name);
-    if (verb == std::end(verbs)) {
+    const Verb* verb = find(line.verb());
+    if (verb == nullptr) {
         window_.fail(Failure::script, is_answer_verb(line.verb())
                                           ? fmt::format("'{}' has nothing to answer", line.verb())
                                           : fmt::format("unknown verb '{}'", line.verb()));
@@ -62,10 +64,11 @@ void Runner::perform(const ScriptLine& line) {
         const int discontinued = bench_.discontinued_designs;
         const std::size_t boxes = bench_.journal.boxes.size();
         (this->*verb->perform)(line);
-        const bool told =
+        const bool explained =
             std::any_of(bench_.journal.boxes.begin() + static_cast<std::ptrdiff_t>(boxes), bench_.journal.boxes.end(),
                         [](const auto& box) { return box.caption == "Error"; });
-        if (bench_.discontinued_designs > discontinued && !told) window_.fail(Failure::line, "design discontinued");
+        if (bench_.discontinued_designs > discontinued && !explained)
+            window_.fail(Failure::line, "design discontinued");
     }
 }
 
@@ -167,10 +170,10 @@ void Runner::expect_line(const ScriptLine& line) {
     const std::string wanted = line.rest();
     const auto holds = [&](const std::string& text) { return text.find(wanted) != std::string::npos; };
     const auto& [lines, boxes] = bench_.journal;
-    const bool told = std::any_of(lines.begin() + static_cast<std::ptrdiff_t>(first_line_), lines.end(), holds) ||
-                      std::any_of(boxes.begin() + static_cast<std::ptrdiff_t>(first_box_), boxes.end(),
-                                  [&](const JournalBox& box) { return holds(box.text); });
-    if (!told) window_.fail(Failure::line, fmt::format("'{}' was not told", wanted));
+    const bool found = std::any_of(lines.begin() + static_cast<std::ptrdiff_t>(first_line_), lines.end(), holds) ||
+                       std::any_of(boxes.begin() + static_cast<std::ptrdiff_t>(first_box_), boxes.end(),
+                                   [&](const JournalBox& box) { return holds(box.text); });
+    if (!found) window_.fail(Failure::line, fmt::format("'{}' was not told", wanted));
 }
 
 void Runner::echo_line(const ScriptLine& line) { window_.transcript().screen << line.rest() << '\n'; }

@@ -14,6 +14,9 @@ public:
     // Runs the script to its end, to its first failure, or to the end of the program.
     void run();
 
+    // Whether a line may begin with this verb, `include` among them.
+    [[nodiscard]] static bool knows(std::string_view verb);
+
     // Performs one line and notes what failed.
     void perform(const ScriptLine& line);
 
@@ -26,7 +29,13 @@ public:
     void dump(const std::string& file);
 
 private:
-    friend struct Verb;
+    struct Verb {
+        std::string_view name;
+        void (Runner::*perform)(const ScriptLine& line);
+        bool has_words;  // takes something behind the verb
+    };
+    static const Verb verbs[];
+    static const Verb* find(std::string_view verb);
 
     void choose_line(const ScriptLine& line);
     void do_line(const ScriptLine& line);

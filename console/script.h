@@ -44,7 +44,7 @@ enum class Included { done, unreadable, too_deep };
 
 class ConsoleScript {
 public:
-    // Lines of a stream; `name` is told in errors, and files to include are looked for in `folder` first.
+    // Lines of a stream; `name` appears in errors; files to include are looked for in `folder` first.
     void push(std::string name, std::unique_ptr<std::istream> lines, std::string folder = {});
 
     // The next line that has a word, or none at the end.

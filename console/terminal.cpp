@@ -1,7 +1,6 @@
 #include "console/terminal.h"
 
 #include <algorithm>
-#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
@@ -18,9 +17,6 @@
 namespace kavrel {
 
 namespace {
-
-constexpr std::array<std::string_view, 10> verbs = {"choose", "do",      "dump", "table", "plot",
-                                                    "expect", "include", "echo", "quit",  "save-report"};
 
 // While it lives Ctrl-C does not end the program but waits to be asked for.
 class InterruptWatch {
@@ -311,7 +307,7 @@ void Terminal::converse(Workbench& bench, Runner& runner) {
         } else if (*typed == "..") {
             if (!open_.empty()) open_.pop_back();
             show_menu();
-        } else if (std::ranges::find(verbs, first_word(*typed)) != verbs.end()) {
+        } else if (Runner::knows(first_word(*typed))) {
             perform_typed(split_line("<terminal>", ++number, *typed), runner);
         } else {
             set_current(split_line("<terminal>", ++number, *typed));

@@ -1,5 +1,5 @@
 // Box drawing characters as lines on the pixel grid. The glyphs of a font leave gaps between rows at many sizes,
-// because rows stand on whole pixels; lines from edge to edge of a cell always meet.
+// because rows begin at whole pixels; lines from edge to edge of a cell always meet.
 #pragma once
 
 #include <QChar>

@@ -50,7 +50,7 @@ public:
     [[nodiscard]] bool is_closed() const { return closed_; }
     void close();
 
-    // Stands for date and time from now on, so that reports can be compared.
+    // The date and time of reports from now on, so that they can be compared.
     void set_date(std::string text) { date_ = std::move(text); }
 
     [[nodiscard]] MainWindow& main() { return main_; }

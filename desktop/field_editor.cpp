@@ -25,7 +25,7 @@ namespace kavrel {
 
 namespace {
 
-constexpr int entry_width = 112;  // of number boxes, so that those of a form stand in line
+constexpr int entry_width = 112;  // of number boxes, so that those of a form line up
 
 QString choice_label(const FormSheet& sheet, const Choice& choice) { return qt_text(trim(sheet.choice_label(choice))); }
 
@@ -164,17 +164,17 @@ public:
         // The tab key comes to the chosen one, or to the first where that is off or nothing is chosen.
         const auto buttons = buttons_->buttons();
         const QAbstractButton* chosen = buttons_->checkedButton();
-        const bool stands = chosen != nullptr && chosen->isEnabled();
-        bool wanted = !stands;
+        const bool has_choice = chosen != nullptr && chosen->isEnabled();
+        bool wanted = !has_choice;
         for (QAbstractButton* button : buttons) {
-            const bool takes_tab = stands ? button == chosen : wanted && button->isEnabled();
+            const bool takes_tab = has_choice ? button == chosen : wanted && button->isEnabled();
             button->setFocusPolicy(takes_tab ? Qt::StrongFocus : Qt::ClickFocus);
             if (takes_tab) wanted = false;
         }
     }
 
 protected:
-    // Arrow keys go through the choices in their order, however they stand.
+    // Arrow keys go through the choices in their order, however they are laid out.
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() != QEvent::KeyPress) return false;
         const int key = static_cast<QKeyEvent*>(event)->key();
@@ -289,7 +289,7 @@ public:
     ButtonEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
         : FieldEditor(sheet, field, parent), button_(new QPushButton(parent)) {
         button_->setAutoDefault(false);
-        button_->setMinimumWidth(entry_width);  // those below each other stand in line
+        button_->setMinimumWidth(entry_width);  // those below each other line up
         connect(button_, &QPushButton::clicked, this, [this] {
             sheet_.press(field_);
             emit changed();

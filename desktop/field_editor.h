@@ -9,14 +9,14 @@
 
 namespace kavrel {
 
-// An editor writes into the form's record as the user works, and tells that the rules are to be looked at again.
+// An editor writes into the form's record as the user works, and signals when the rules are to be looked at again.
 class FieldEditor : public QObject {
     Q_OBJECT
 
 public:
     FieldEditor(FormSheet& sheet, std::size_t field, QObject* parent) : QObject(parent), sheet_(sheet), field_(field) {}
 
-    // What stands in the form, and what in it takes the keys.
+    // What is shown in the form, and what in it takes the keyboard focus.
     [[nodiscard]] virtual QWidget* widget() const = 0;
     [[nodiscard]] virtual QWidget* focus_widget() const { return widget(); }
 
@@ -26,7 +26,7 @@ public:
     // What is wrong with the entry, or blank: such a form cannot be left with OK.
     [[nodiscard]] virtual QString wrong() const { return {}; }
 
-    // Whether the label stands beside it (or else on it).
+    // Whether the label is beside it (or else on it).
     [[nodiscard]] virtual bool wants_label() const { return true; }
     virtual void set_mnemonic(QChar) {}
 

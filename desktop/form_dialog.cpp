@@ -21,10 +21,10 @@ namespace kavrel {
 
 namespace {
 
-constexpr int field_margin = 12;  // kept in sight around the field that has the keys
+constexpr int field_margin = 12;  // kept in sight around the field that has the focus
 
 // The fields of a form. Where the screen is too small for all of them they can be scrolled, and the field that has the
-// keys is in sight.
+// focus is in sight.
 class FormBody final : public QScrollArea {
 public:
     explicit FormBody(QWidget* parent) : QScrollArea(parent) {
@@ -99,7 +99,7 @@ void FormDialog::accept() {
     keep_field();
     // A cell that is still being typed into counts.
     if (QWidget* here = focusWidget()) here->clearFocus();
-    if (!tell_wrong_entry()) QDialog::accept();
+    if (!show_wrong_entry()) QDialog::accept();
 }
 
 void FormDialog::reject() {
@@ -170,7 +170,7 @@ void FormDialog::keep_field() {
     }
 }
 
-bool FormDialog::tell_wrong_entry() {
+bool FormDialog::show_wrong_entry() {
     for (const PlacedField& field : fields_) {
         const QString wrong = field.editor->wrong();
         if (wrong.isEmpty() || !field.editor->is_on()) continue;

@@ -32,8 +32,8 @@ private:
     void order_tabs();
     void keep_field();
     void focus_field(const QString& name);
-    // Whether a field that is on has an entry that cannot stand; it gets the keys, and says so.
-    [[nodiscard]] bool tell_wrong_entry();
+    // Whether a field that is on has an entry that cannot be taken; it gets the focus and shows why.
+    [[nodiscard]] bool show_wrong_entry();
 
     FormSheet& sheet_;
     WindowSettings& settings_;

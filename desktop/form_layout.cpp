@@ -75,16 +75,7 @@ private:
     std::vector<QWidget*> widgets_;
 };
 
-int tallest(const std::vector<int>& heights, const std::vector<std::size_t>& breaks) {
-    int most = 0;
-    int height = 0;
-    for (std::size_t i = 0; i < heights.size(); ++i) {
-        if (std::ranges::find(breaks, i) != breaks.end()) height = 0;
-        height += heights[i];
-        most = std::max(most, height);
-    }
-    return most;
-}
+int tallest(const std::vector<int>& heights, const std::vector<std::size_t>& breaks);
 
 }  // namespace
 
@@ -160,5 +151,20 @@ std::vector<std::size_t> column_breaks(const std::vector<int>& heights, int colu
     }
     return best;
 }
+
+namespace {
+
+int tallest(const std::vector<int>& heights, const std::vector<std::size_t>& breaks) {
+    int most = 0;
+    int height = 0;
+    for (std::size_t i = 0; i < heights.size(); ++i) {
+        if (std::ranges::find(breaks, i) != breaks.end()) height = 0;
+        height += heights[i];
+        most = std::max(most, height);
+    }
+    return most;
+}
+
+}  // namespace
 
 }  // namespace kavrel

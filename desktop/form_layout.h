@@ -1,4 +1,4 @@
-// Where the fields of a form stand. Fields follow each other in the table's order: a radio group or a list is a block
+// The layout of a form. Fields follow each other in the table's order: a radio group or a list is a block
 // of its own, the fields between two of them make one, and a heading begins one. Blocks flow down in columns of about
 // equal height.
 #pragma once

@@ -22,56 +22,10 @@ constexpr int page_role = Qt::UserRole;
 constexpr int line_role = Qt::UserRole + 1;
 constexpr int list_width = 230;
 
-QAction* add_button(QToolBar& bar, const QString& text, const QString& tip) {
-    QAction* action = bar.addAction(text);
-    action->setToolTip(tip);
-    return action;
-}
-
-void dress_table(QTextTable& table, const QColor& line, const QColor& paper) {
-    QTextTableFormat frame = table.format();
-    frame.setBorder(1);
-    frame.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
-    frame.setBorderBrush(line);
-    frame.setBorderCollapse(true);
-    frame.setCellPadding(5);
-    frame.setCellSpacing(0);
-    frame.setTopMargin(6);
-    frame.setBottomMargin(10);
-    table.setFormat(frame);
-    for (int column = 0; column < table.columns(); ++column) {
-        QTextTableCell head = table.cellAt(0, column);
-        QTextCharFormat format = head.format();
-        format.setBackground(paper);
-        head.setFormat(format);
-    }
-}
-
-void dress_block(const QTextBlock& block, const QColor& paper) {
-    QTextBlockFormat format = block.blockFormat();
-    const bool is_code = format.hasProperty(QTextFormat::BlockCodeFence) ||
-                         format.hasProperty(QTextFormat::BlockCodeLanguage) || format.nonBreakableLines();
-    if (is_code) {
-        format.setBackground(paper);
-        format.setLeftMargin(12);
-    } else if (format.headingLevel() == 0 && block.textList() == nullptr &&
-               !block.text().contains(QChar::ObjectReplacementCharacter)) {  // no share of a picture's height
-        format.setLineHeight(112, QTextBlockFormat::ProportionalHeight);
-    }
-    QTextCursor(block).setBlockFormat(format);
-}
-
-// Tables get lines, code its paper; the palette of the window colours both.
-void dress_page(QTextDocument& page, const QPalette& colours) {
-    const QColor paper = colours.color(QPalette::AlternateBase);
-    for (auto part = page.rootFrame()->begin(); !part.atEnd(); ++part) {
-        if (auto* table = qobject_cast<QTextTable*>(part.currentFrame())) {
-            dress_table(*table, colours.color(QPalette::Mid), paper);
-        } else if (part.currentBlock().isValid()) {
-            dress_block(part.currentBlock(), paper);
-        }
-    }
-}
+void dress_page(QTextDocument& page, const QPalette& colours);
+QAction* add_button(QToolBar& bar, const QString& text, const QString& tip);
+void dress_table(QTextTable& table, const QColor& line, const QColor& paper);
+void dress_block(const QTextBlock& block, const QColor& paper);
 
 // A page is read and dressed apart and then shown as a whole: a document on the screen is laid out anew with each of
 // its blocks.
@@ -229,7 +183,7 @@ void HelpViewer::open_item(const QListWidgetItem* item) {
     mark_words(item->data(line_role).toString());
 }
 
-// Enter in the search line goes from hit to hit, round at the end; the keys stay there.
+// Enter in the search line goes from hit to hit, round at the end; the focus stays there.
 void HelpViewer::open_next_hit() {
     for (int step = 1; step <= list_->count(); ++step) {
         const int row = (list_->currentRow() + step) % list_->count();
@@ -256,7 +210,7 @@ void HelpViewer::scroll_to_heading(const QString& heading) {
             continue;
         QTextCursor end(browser_->document());
         end.movePosition(QTextCursor::End);
-        browser_->setTextCursor(end);  // so that the heading comes to stand at the top
+        browser_->setTextCursor(end);  // so that the heading comes to the top
         browser_->setTextCursor(QTextCursor(block));
         return;
     }
@@ -281,5 +235,60 @@ void HelpViewer::mark_words(const QString& line) {
     }
     if (!best.isNull()) browser_->setTextCursor(best);
 }
+
+namespace {
+
+// Tables get lines, code its paper; the palette of the window colours both.
+void dress_page(QTextDocument& page, const QPalette& colours) {
+    const QColor paper = colours.color(QPalette::AlternateBase);
+    for (auto part = page.rootFrame()->begin(); !part.atEnd(); ++part) {
+        if (auto* table = qobject_cast<QTextTable*>(part.currentFrame())) {
+            dress_table(*table, colours.color(QPalette::Mid), paper);
+        } else if (part.currentBlock().isValid()) {
+            dress_block(part.currentBlock(), paper);
+        }
+    }
+}
+
+QAction* add_button(QToolBar& bar, const QString& text, const QString& tip) {
+    QAction* action = bar.addAction(text);
+    action->setToolTip(tip);
+    return action;
+}
+
+void dress_table(QTextTable& table, const QColor& line, const QColor& paper) {
+    QTextTableFormat frame = table.format();
+    frame.setBorder(1);
+    frame.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+    frame.setBorderBrush(line);
+    frame.setBorderCollapse(true);
+    frame.setCellPadding(5);
+    frame.setCellSpacing(0);
+    frame.setTopMargin(6);
+    frame.setBottomMargin(10);
+    table.setFormat(frame);
+    for (int column = 0; column < table.columns(); ++column) {
+        QTextTableCell head = table.cellAt(0, column);
+        QTextCharFormat format = head.format();
+        format.setBackground(paper);
+        head.setFormat(format);
+    }
+}
+
+void dress_block(const QTextBlock& block, const QColor& paper) {
+    QTextBlockFormat format = block.blockFormat();
+    const bool is_code = format.hasProperty(QTextFormat::BlockCodeFence) ||
+                         format.hasProperty(QTextFormat::BlockCodeLanguage) || format.nonBreakableLines();
+    if (is_code) {
+        format.setBackground(paper);
+        format.setLeftMargin(12);
+    } else if (format.headingLevel() == 0 && block.textList() == nullptr &&
+               !block.text().contains(QChar::ObjectReplacementCharacter)) {  // no share of a picture's height
+        format.setLineHeight(112, QTextBlockFormat::ProportionalHeight);
+    }
+    QTextCursor(block).setBlockFormat(format);
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -23,7 +23,7 @@ ListEditor::ListEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
     : FieldEditor(sheet, field, parent),
       box_(new QGroupBox(parent)),
       table_(new NumberTable(sheet.list(field).columns, sheet.list(field).capacity, box_)),
-      told_(new QLabel(box_)),
+      message_(new QLabel(box_)),
       insert_(new QPushButton(tr("Insert row"), box_)),
       remove_(new QPushButton(tr("Delete rows"), box_)) {
     auto* layout = new QVBoxLayout(box_);
@@ -31,12 +31,12 @@ ListEditor::ListEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
     layout->addWidget(table_, 1);
     table_->setObjectName(qt_text(this->field().name) + ".table");
     table_->setMinimumWidth(column_width * table_->columnCount() + 48);
-    told_->setWordWrap(true);
-    QPalette colours = told_->palette();
+    message_->setWordWrap(true);
+    QPalette colours = message_->palette();
     colours.setColor(QPalette::WindowText, alarm_text(colours));
-    told_->setPalette(colours);
-    told_->hide();
-    layout->addWidget(told_);
+    message_->setPalette(colours);
+    message_->hide();
+    layout->addWidget(message_);
     auto* buttons = new QHBoxLayout;
     const auto add = [&](QPushButton* button, const QString& tip, auto work) {
         button->setAutoDefault(false);
@@ -57,7 +57,7 @@ ListEditor::ListEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
     layout->addLayout(buttons);
     connect(table_, &NumberTable::edited, this, &ListEditor::take_rows);
     connect(table_, &NumberTable::overfull, this, [this](int rows) {
-        tell(tr("%1 rows do not fit: there is room for %2").arg(rows).arg(sheet_.list(field_).capacity));
+        show_message(tr("%1 rows do not fit: there is room for %2").arg(rows).arg(sheet_.list(field_).capacity));
     });
 }
 
@@ -81,17 +81,17 @@ void ListEditor::take_rows() {
     if (contents.wrong_cell) {
         const auto [row, column] = *contents.wrong_cell;
         const QString place = tr("row %1, %2").arg(row + 1).arg(table_->horizontalHeaderItem(column)->text());
-        tell(contents.wrong_text.isEmpty() ? tr("%1: a number is missing").arg(place)
-                                           : tr("%1: '%2' is not a number").arg(place, contents.wrong_text));
-        wrong_ = told_->text();
+        show_message(contents.wrong_text.isEmpty() ? tr("%1: a number is missing").arg(place)
+                                                   : tr("%1: '%2' is not a number").arg(place, contents.wrong_text));
+        wrong_ = message_->text();
         return;
     }
-    tell({});
+    show_message({});
     wrong_.clear();
     sheet_.clear_rows(field_);
     for (const auto& row : contents.rows) {
         const std::string wrong = sheet_.append_row(field_, row);
-        if (!wrong.empty()) tell(wrong_ = qt_text(wrong));
+        if (!wrong.empty()) show_message(wrong_ = qt_text(wrong));
     }
     emit changed();
 }
@@ -106,7 +106,7 @@ void ListEditor::show_rows() {
     table_->set_rows(rows);
     is_shown_ = true;
     wrong_.clear();
-    tell({});
+    show_message({});
 }
 
 bool ListEditor::record_differs(const std::vector<std::vector<double>>& rows) const {
@@ -122,9 +122,9 @@ bool ListEditor::record_differs(const std::vector<std::vector<double>>& rows) co
     return false;
 }
 
-void ListEditor::tell(const QString& wrong) {
-    told_->setText(wrong);
-    told_->setVisible(!wrong.isEmpty());
+void ListEditor::show_message(const QString& wrong) {
+    message_->setText(wrong);
+    message_->setVisible(!wrong.isEmpty());
 }
 
 }  // namespace kavrel

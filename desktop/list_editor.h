@@ -31,11 +31,11 @@ private:
     void take_rows();
     void show_rows();
     [[nodiscard]] bool record_differs(const std::vector<std::vector<double>>& rows) const;
-    void tell(const QString& wrong);
+    void show_message(const QString& wrong);
 
     QGroupBox* box_;
     NumberTable* table_;
-    QLabel* told_;
+    QLabel* message_;
     QPushButton* insert_;
     QPushButton* remove_;
     QPushButton* read_ = nullptr;

@@ -8,6 +8,7 @@
 
 #include "desktop/program.h"
 #include "desktop/window_style.h"
+#include "workbench/start_up.h"
 
 namespace kavrel {
 namespace {
@@ -29,12 +30,6 @@ bool has_screen() {
     return false;
 }
 
-// Where the manual lies: beside an installed program, and in the folder that a build stands in.
-std::vector<std::string> manual_folders() {
-    const std::string folder = QApplication::applicationDirPath().toStdString();
-    return {folder + "/../share/doc/kavrel", folder + "/../../docs"};
-}
-
 int run(int argc, char** argv) {
     QApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
@@ -44,9 +39,10 @@ int run(int argc, char** argv) {
 
     const QStringList arguments = QApplication::arguments();
     const std::string argument = arguments.size() > 1 ? arguments[1].toStdString() : std::string{};
-    const auto window = std::make_unique<DesktopWindow>(manual_folders());
+    const std::string executable = QApplication::applicationFilePath().toStdString();
+    const auto window = std::make_unique<DesktopWindow>(manual_folders(executable));
     const auto program = std::make_unique<Program>(*window);
-    program->start(argument, QApplication::applicationFilePath().toStdString());
+    program->start(argument, executable);
     return QApplication::exec();
 }
 

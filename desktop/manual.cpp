@@ -12,25 +12,9 @@ namespace kavrel {
 
 namespace {
 
-QStringList lines_of(const QString& file) {
-    QFile text(file);
-    if (!text.open(QIODevice::ReadOnly)) return {};
-    return QString::fromUtf8(text.readAll()).split('\n');
-}
-
-QString title_of(const QString& file, const QString& otherwise) {
-    for (const QString& line : lines_of(file)) {
-        if (line.startsWith("# ")) return line.mid(2).remove('`');
-    }
-    return otherwise;
-}
-
-// A line as it reads: without the marks of tables, emphasis and links.
-QString plain(QString line) {
-    const QRegularExpression link("\\[([^]]*)\\]\\([^)]*\\)");
-    const QRegularExpression marks("[`*#|]+");
-    return line.replace(link, "\\1").replace(marks, " ").simplified();
-}
+QStringList lines_of(const QString& file);
+QString title_of(const QString& file, const QString& otherwise);
+QString plain(QString line);
 
 }  // namespace
 
@@ -117,5 +101,29 @@ std::vector<ManualHit> Manual::find(const QString& words, std::size_t most) cons
     }
     return hits;
 }
+
+namespace {
+
+QStringList lines_of(const QString& file) {
+    QFile text(file);
+    if (!text.open(QIODevice::ReadOnly)) return {};
+    return QString::fromUtf8(text.readAll()).split('\n');
+}
+
+QString title_of(const QString& file, const QString& otherwise) {
+    for (const QString& line : lines_of(file)) {
+        if (line.startsWith("# ")) return line.mid(2).remove('`');
+    }
+    return otherwise;
+}
+
+// A line as it reads: without the marks of tables, emphasis and links.
+QString plain(QString line) {
+    const QRegularExpression link("\\[([^]]*)\\]\\([^)]*\\)");
+    const QRegularExpression marks("[`*#|]+");
+    return line.replace(link, "\\1").replace(marks, " ").simplified();
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -1,5 +1,4 @@
-// The manual as a folder of pages, "index.md" first, and the list that tells which page a menu item or a form is
-// described on.
+// The manual as a folder of pages, "index.md" first, and the list of the pages that describe menu items and forms.
 #pragma once
 
 #include <QString>
@@ -41,7 +40,7 @@ public:
     [[nodiscard]] const std::vector<ManualPage>& pages() const { return pages_; }
 
     // Where "help_index.txt" puts a form's name, or a menu item's id. A form that it does not name has a heading of its
-    // own on the page of what stands nowhere.
+    // own on the page of the rest.
     [[nodiscard]] ManualPlace place_of(const QString& form) const;
     [[nodiscard]] ManualPlace place_of(int item_id) const;
 

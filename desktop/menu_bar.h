@@ -14,7 +14,7 @@ namespace kavrel {
 // Which action an accelerator belongs to: of several items with one accelerator, the first in the table.
 using Accelerators = QMap<QKeySequence, QAction*>;
 
-// Fills a menu bar from a table. `send` is told the id of an item that is chosen; an action bears its id as its data.
+// Fills a menu bar from a table. `send` gets the id of an item that is chosen; an action bears its id as its data.
 Accelerators fill_menu_bar(QMenuBar& bar, std::span<const MenuItem> table, const std::function<void(int)>& send);
 
 }  // namespace kavrel

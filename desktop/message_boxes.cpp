@@ -19,28 +19,14 @@ struct CaptionIcon {
     QMessageBox::Icon icon;
 };
 
-// Any other caption tells of something that went wrong.
+// Any other caption is that of something that went wrong.
 constexpr CaptionIcon icons[] = {{"Warning", QMessageBox::Warning},
                                  {"Question", QMessageBox::Question},
                                  {"Advice", QMessageBox::Information},
                                  {"Success", QMessageBox::Information}};
 
-void furnish(QMessageBox& box, std::string_view text, std::string_view caption) {
-    box.setObjectName("box");
-    box.setIcon(icon_of(caption));
-    box.setWindowTitle(qt_text(trim(caption)));
-    box.setTextFormat(Qt::PlainText);
-    box.setText(qt_text(text));
-    box.setWindowModality(Qt::WindowModal);
-}
-
-// A box is as wide as its text and buttons: this makes it wide enough for its caption, too.
-void make_room_for_caption(QMessageBox& box) {
-    auto* grid = qobject_cast<QGridLayout*>(box.layout());
-    if (grid == nullptr) return;
-    auto* room = new QSpacerItem(title_bar_width(box), 0, QSizePolicy::Minimum, QSizePolicy::Fixed);
-    grid->addItem(room, grid->rowCount(), 0, 1, grid->columnCount());
-}
+void furnish(QMessageBox& box, std::string_view text, std::string_view caption);
+void make_room_for_caption(QMessageBox& box);
 
 }  // namespace
 
@@ -81,5 +67,26 @@ int show_choices(const ChoiceBox& choices, QWidget* parent) {
     box.exec();
     return static_cast<int>(buttons.indexOf(box.clickedButton())) + 1;
 }
+
+namespace {
+
+void furnish(QMessageBox& box, std::string_view text, std::string_view caption) {
+    box.setObjectName("box");
+    box.setIcon(icon_of(caption));
+    box.setWindowTitle(qt_text(trim(caption)));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(qt_text(text));
+    box.setWindowModality(Qt::WindowModal);
+}
+
+// A box is as wide as its text and buttons: this makes it wide enough for its caption, too.
+void make_room_for_caption(QMessageBox& box) {
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (grid == nullptr) return;
+    auto* room = new QSpacerItem(title_bar_width(box), 0, QSizePolicy::Minimum, QSizePolicy::Fixed);
+    grid->addItem(room, grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -6,7 +6,7 @@
 
 namespace kavrel {
 
-// What was typed, as the logic reads numbers: without blanks at its ends, a comma that stands alone as decimal point.
+// What was typed, as the logic reads numbers: without blanks at its ends, a single comma as decimal point.
 [[nodiscard]] std::string typed_number(const QString& typed);
 
 // A number in its shortest form: 600, 0.1, 4.7M, 10n. Read back it is the same number.

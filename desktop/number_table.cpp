@@ -19,30 +19,8 @@ namespace {
 
 constexpr int usual_rows = 8;  // that an empty table shows
 
-// The cells of a pasted text: columns at tabs, as spreadsheets give them, or at blanks and semicolons, or at commas.
-QList<QStringList> pasted_cells(QString text) {
-    text.replace("\r\n", "\n").replace('\r', '\n');
-    if (text.endsWith('\n')) text.chop(1);
-    QList<QStringList> rows;
-    const bool has_tabs = text.contains('\t');
-    for (const QString& line : text.split('\n')) {
-        if (has_tabs) {
-            rows.append(line.split('\t'));
-        } else {
-            QStringList cells = line.split(QRegularExpression("[\\s;]+"), Qt::SkipEmptyParts);
-            if (cells.size() == 1 && cells.first().count(',') > 1) cells = cells.first().split(',');
-            for (QString& one : cells) {
-                if (one.endsWith(',')) one.chop(1);
-            }
-            rows.append(cells);
-        }
-    }
-    return rows;
-}
-
-bool holds_number(const QStringList& cells) {
-    return std::ranges::any_of(cells, [](const QString& one) { return parse_number(typed_number(one)).has_value(); });
-}
+QList<QStringList> pasted_cells(QString text);
+bool holds_number(const QStringList& cells);
 
 }  // namespace
 
@@ -268,5 +246,34 @@ void NumberTable::went() {
     viewport()->update();
     emit edited();
 }
+
+namespace {
+
+// The cells of a pasted text: columns at tabs, as spreadsheets give them, or at blanks and semicolons, or at commas.
+QList<QStringList> pasted_cells(QString text) {
+    text.replace("\r\n", "\n").replace('\r', '\n');
+    if (text.endsWith('\n')) text.chop(1);
+    QList<QStringList> rows;
+    const bool has_tabs = text.contains('\t');
+    for (const QString& line : text.split('\n')) {
+        if (has_tabs) {
+            rows.append(line.split('\t'));
+        } else {
+            QStringList cells = line.split(QRegularExpression("[\\s;]+"), Qt::SkipEmptyParts);
+            if (cells.size() == 1 && cells.first().count(',') > 1) cells = cells.first().split(',');
+            for (QString& one : cells) {
+                if (one.endsWith(',')) one.chop(1);
+            }
+            rows.append(cells);
+        }
+    }
+    return rows;
+}
+
+bool holds_number(const QStringList& cells) {
+    return std::ranges::any_of(cells, [](const QString& one) { return parse_number(typed_number(one)).has_value(); });
+}
+
+}  // namespace
 
 }  // namespace kavrel

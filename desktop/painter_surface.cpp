@@ -21,29 +21,7 @@ struct Segment {
     PlotPoint to;
 };
 
-// The part of a straight line that lies in a rectangle (Liang and Barsky 1984).
-std::optional<Segment> clipped(Segment line, const PlotArea& area) {
-    const double dx = line.to.x - line.from.x;
-    const double dy = line.to.y - line.from.y;
-    const std::array<std::array<double, 2>, 4> edges{{{-dx, line.from.x - area.left},
-                                                      {dx, area.right - line.from.x},
-                                                      {-dy, line.from.y - area.top},
-                                                      {dy, area.bottom - line.from.y}}};
-    double enters = 0.0;
-    double leaves = 1.0;
-    for (const auto& [step, room] : edges) {
-        if (step == 0.0) {
-            if (room < 0.0) return std::nullopt;
-        } else if (step < 0.0) {
-            enters = std::max(enters, room / step);
-        } else {
-            leaves = std::min(leaves, room / step);
-        }
-    }
-    if (enters > leaves) return std::nullopt;
-    const auto at = [&](double t) { return PlotPoint{line.from.x + t * dx, line.from.y + t * dy}; };
-    return Segment{enters > 0.0 ? at(enters) : line.from, leaves < 1.0 ? at(leaves) : line.to};
-}
+std::optional<Segment> clipped(Segment line, const PlotArea& area);
 
 }  // namespace
 
@@ -73,7 +51,7 @@ void PainterSurface::text(const PlotText& text) {
     const QString letters = qt_text(text.text);
     const double width = metrics.horizontalAdvance(letters);
     const double height = metrics.height();
-    // The box as it stands, turned or not, by its two anchors.
+    // The box as it is drawn, turned or not, by its two anchors.
     const QSizeF box = text.upwards ? QSizeF(height, width) : QSizeF(width, height);
     QPointF corner = place(text.at);
     if (text.across != Across::left) corner.rx() -= text.across == Across::right ? box.width() : 0.5 * box.width();
@@ -159,5 +137,33 @@ bool print_plot_clipped(PlotSurface& surface, const PlotWindow& window) {
     PlotWindow copy = window;
     return draw_plot_clipped(surface, copy);
 }
+
+namespace {
+
+// The part of a straight line that lies in a rectangle (Liang and Barsky 1984).
+std::optional<Segment> clipped(Segment line, const PlotArea& area) {
+    const double dx = line.to.x - line.from.x;
+    const double dy = line.to.y - line.from.y;
+    const std::array<std::array<double, 2>, 4> edges{{{-dx, line.from.x - area.left},
+                                                      {dx, area.right - line.from.x},
+                                                      {-dy, line.from.y - area.top},
+                                                      {dy, area.bottom - line.from.y}}};
+    double enters = 0.0;
+    double leaves = 1.0;
+    for (const auto& [step, room] : edges) {
+        if (step == 0.0) {
+            if (room < 0.0) return std::nullopt;
+        } else if (step < 0.0) {
+            enters = std::max(enters, room / step);
+        } else {
+            leaves = std::min(leaves, room / step);
+        }
+    }
+    if (enters > leaves) return std::nullopt;
+    const auto at = [&](double t) { return PlotPoint{line.from.x + t * dx, line.from.y + t * dy}; };
+    return Segment{enters > 0.0 ? at(enters) : line.from, leaves < 1.0 ? at(leaves) : line.to};
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -7,69 +7,13 @@ namespace kavrel {
 
 namespace {
 
-// The label behind an axis before scale factor and offset were added.
-std::string_view bare_label(const PlotAxis& axis) {
-    const std::string_view label = axis.label.trimmed();
-    return label.substr(0, std::min(label.find(" xE"), label.find(", F0 = ")));
-}
-
-PlotAxis part_of_axis(const PlotAxis& whole, AxisRange range, std::string_view label, bool is_x) {
-    PlotAxis axis = scale_text(range.lo, range.hi);
-    axis.data_min = whole.data_min;
-    axis.data_max = whole.data_max;
-    axis.label.assign(axis_label(label, axis, is_x, UnitSet{}));
-    return axis;
-}
-
-void keep_seen_points(PlotWindow& window) {
-    const auto seen = [&](int i) {
-        const auto x = static_cast<double>(window.X_DATA(i));
-        return x >= window.x.lo && x <= window.x.hi;
-    };
-    int first = 0;
-    int last = 0;
-    for (int i = 1; i <= window.point_count; ++i) {
-        if (!seen(i)) continue;
-        if (first == 0) first = i;
-        last = i;
-    }
-    if (first == 0) return;  // between two points
-    first = std::max(1, first - 1);
-    last = std::min(window.point_count, last + 1);
-    for (auto* column : {&window.X_DATA, &window.Y1_DATA, &window.Y2_DATA}) {
-        const auto begin = column->begin() + (first - 1);
-        std::copy(begin, begin + (last - first + 1), column->begin());
-    }
-    window.point_count = last - first + 1;
-}
-
-AxisRange range_of(const PlotAxis& axis) { return {axis.lo, axis.hi}; }
-
-AxisRange part_of(const PlotAxis& axis, double from, double to) {
-    return {axis.lo + from * axis.span, axis.lo + to * axis.span};
-}
-
-// Not below the deepest zoom, and not above the whole.
-AxisRange within(AxisRange range, const PlotAxis& whole) {
-    const double least = whole.span / deepest_zoom;
-    if (range.span() < least) {
-        const double middle = 0.5 * (range.lo + range.hi);
-        range = {middle - 0.5 * least, middle + 0.5 * least};
-    }
-    return {std::max(range.lo, whole.lo), std::min(range.hi, whole.hi)};
-}
-
-PlotZoom within(PlotZoom zoom, const PlotWindow& whole) {
-    zoom.x = within(zoom.x, whole.x);
-    zoom.y1 = within(zoom.y1, whole.y1);
-    if (whole.has_y2) zoom.y2 = within(zoom.y2, whole.y2);
-    const auto is_whole = [](const AxisRange& range, const PlotAxis& axis) {
-        return range.span() >= 0.999 * axis.span;
-    };
-    zoom.on =
-        !is_whole(zoom.x, whole.x) || !is_whole(zoom.y1, whole.y1) || (whole.has_y2 && !is_whole(zoom.y2, whole.y2));
-    return zoom;
-}
+PlotAxis part_of_axis(const PlotAxis& whole, AxisRange range, std::string_view label, bool is_x);
+std::string_view bare_label(const PlotAxis& axis);
+void keep_seen_points(PlotWindow& window);
+AxisRange part_of(const PlotAxis& axis, double from, double to);
+AxisRange within(AxisRange range, const PlotAxis& whole);
+PlotZoom within(PlotZoom zoom, const PlotWindow& whole);
+AxisRange range_of(const PlotAxis& axis);
 
 }  // namespace
 
@@ -115,5 +59,73 @@ PlotZoom zoom_shifted(const PlotWindow& shown, double right, double down) {
     };
     return {.on = true, .x = shifted(shown.x, right), .y1 = shifted(shown.y1, -down), .y2 = shifted(shown.y2, -down)};
 }
+
+namespace {
+
+PlotAxis part_of_axis(const PlotAxis& whole, AxisRange range, std::string_view label, bool is_x) {
+    PlotAxis axis = scale_text(range.lo, range.hi);
+    axis.data_min = whole.data_min;
+    axis.data_max = whole.data_max;
+    axis.label.assign(axis_label(label, axis, is_x, UnitSet{}));
+    return axis;
+}
+
+// The label behind an axis before scale factor and offset were added.
+std::string_view bare_label(const PlotAxis& axis) {
+    const std::string_view label = axis.label.trimmed();
+    return label.substr(0, std::min(label.find(" xE"), label.find(", F0 = ")));
+}
+
+void keep_seen_points(PlotWindow& window) {
+    const auto seen = [&](int i) {
+        const auto x = static_cast<double>(window.X_DATA(i));
+        return x >= window.x.lo && x <= window.x.hi;
+    };
+    int first = 0;
+    int last = 0;
+    for (int i = 1; i <= window.point_count; ++i) {
+        if (!seen(i)) continue;
+        if (first == 0) first = i;
+        last = i;
+    }
+    if (first == 0) return;  // between two points
+    first = std::max(1, first - 1);
+    last = std::min(window.point_count, last + 1);
+    for (auto* column : {&window.X_DATA, &window.Y1_DATA, &window.Y2_DATA}) {
+        const auto begin = column->begin() + (first - 1);
+        std::copy(begin, begin + (last - first + 1), column->begin());
+    }
+    window.point_count = last - first + 1;
+}
+
+AxisRange part_of(const PlotAxis& axis, double from, double to) {
+    return {axis.lo + from * axis.span, axis.lo + to * axis.span};
+}
+
+// Not below the deepest zoom, and not above the whole.
+AxisRange within(AxisRange range, const PlotAxis& whole) {
+    const double least = whole.span / deepest_zoom;
+    if (range.span() < least) {
+        const double middle = 0.5 * (range.lo + range.hi);
+        range = {middle - 0.5 * least, middle + 0.5 * least};
+    }
+    return {std::max(range.lo, whole.lo), std::min(range.hi, whole.hi)};
+}
+
+PlotZoom within(PlotZoom zoom, const PlotWindow& whole) {
+    zoom.x = within(zoom.x, whole.x);
+    zoom.y1 = within(zoom.y1, whole.y1);
+    if (whole.has_y2) zoom.y2 = within(zoom.y2, whole.y2);
+    const auto is_whole = [](const AxisRange& range, const PlotAxis& axis) {
+        return range.span() >= 0.999 * axis.span;
+    };
+    zoom.on =
+        !is_whole(zoom.x, whole.x) || !is_whole(zoom.y1, whole.y1) || (whole.has_y2 && !is_whole(zoom.y2, whole.y2));
+    return zoom;
+}
+
+AxisRange range_of(const PlotAxis& axis) { return {axis.lo, axis.hi}; }
+
+}  // namespace
 
 }  // namespace kavrel

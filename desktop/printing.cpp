@@ -23,74 +23,10 @@ constexpr int characters_across = 80;  // of a page
 constexpr int page_points = 10;        // of its text, unless that is too large for 80 characters
 constexpr double page_margin = 15.0;   // millimetres
 
-void furnish(QPrinter& printer) {
-    printer.setPageMargins(QMarginsF(page_margin, page_margin, page_margin, page_margin), QPageLayout::Millimeter);
-}
-
-// Where there is no printer the dialog offers a file beside the others of the work.
-void offer_file(QPrinter& printer) {
-    if (QPrinterInfo::availablePrinterNames().isEmpty())
-        printer.setOutputFileName(QDir::current().filePath("kavrel.pdf"));
-}
-
-// Text lines on a page, each character in a cell of its own.
-class PageText {
-public:
-    PageText(QPainter& painter, const QRectF& page) : painter_(painter), page_(page) {
-        font_ = report_font({}, page_points);
-        QFontMetricsF metrics(font_, painter.device());
-        const double wanted = characters_across * metrics.horizontalAdvance('0');
-        if (wanted > page.width()) {
-            font_.setPointSizeF(page_points * page.width() / wanted);
-            metrics = QFontMetricsF(font_, painter.device());
-        }
-        cell_ = {metrics.horizontalAdvance('0'), metrics.lineSpacing()};
-        ascent_ = metrics.ascent();
-        painter_.setFont(font_);
-    }
-
-    [[nodiscard]] int lines_of_page() const { return std::max(1, static_cast<int>(page_.height() / cell_.height())); }
-
-    void draw(int row, const QString& line) {
-        const double top = page_.top() + row * cell_.height();
-        QString letters = line;
-        for (qsizetype i = 0; i < line.size(); ++i) {
-            if (!is_box_line(line[i])) continue;
-            letters[i] = ' ';
-            const int left = qRound(page_.left() + static_cast<double>(i) * cell_.width());
-            const int right = qRound(page_.left() + static_cast<double>(i + 1) * cell_.width());
-            const QRect cell(QPoint(left, qRound(top)), QPoint(right - 1, qRound(top + cell_.height()) - 1));
-            draw_box_line(painter_, cell, line[i], Qt::black, Qt::transparent);
-        }
-        painter_.drawText(QPointF(page_.left(), top + ascent_), letters);
-    }
-
-private:
-    QPainter& painter_;
-    QRectF page_;
-    QFont font_;
-    QSizeF cell_;
-    double ascent_ = 0.0;
-};
-
-QRectF page_box(const QPrinter& printer) {
-    return QRectF(QPointF(0, 0), printer.pageLayout().paintRectPixels(printer.resolution()).size());
-}
-
-bool print_lines(QPrinter& printer, const QStringList& lines) {
-    QPainter painter;
-    if (!painter.begin(&printer)) return false;
-    PageText page(painter, page_box(printer));
-    int row = 0;
-    for (const QString& line : lines) {
-        if (row == page.lines_of_page()) {
-            if (!printer.newPage()) return false;
-            row = 0;
-        }
-        page.draw(row++, line);
-    }
-    return painter.end();
-}
+bool print_lines(QPrinter& printer, const QStringList& lines);
+QRectF page_box(const QPrinter& printer);
+void furnish(QPrinter& printer);
+void offer_file(QPrinter& printer);
 
 }  // namespace
 
@@ -169,5 +105,78 @@ void Printing::next_file() {
     while (name() != pdf_file_ && QFileInfo::exists(name())) ++pdf_pages_;
     printer_->setOutputFileName(name());
 }
+
+namespace {
+
+// Text lines on a page, each character in a cell of its own.
+class PageText {
+public:
+    PageText(QPainter& painter, const QRectF& page) : painter_(painter), page_(page) {
+        font_ = report_font({}, page_points);
+        QFontMetricsF metrics(font_, painter.device());
+        const double wanted = characters_across * metrics.horizontalAdvance('0');
+        if (wanted > page.width()) {
+            font_.setPointSizeF(page_points * page.width() / wanted);
+            metrics = QFontMetricsF(font_, painter.device());
+        }
+        cell_ = {metrics.horizontalAdvance('0'), metrics.lineSpacing()};
+        ascent_ = metrics.ascent();
+        painter_.setFont(font_);
+    }
+
+    [[nodiscard]] int lines_of_page() const { return std::max(1, static_cast<int>(page_.height() / cell_.height())); }
+
+    void draw(int row, const QString& line) {
+        const double top = page_.top() + row * cell_.height();
+        QString letters = line;
+        for (qsizetype i = 0; i < line.size(); ++i) {
+            if (!is_box_line(line[i])) continue;
+            letters[i] = ' ';
+            const int left = qRound(page_.left() + static_cast<double>(i) * cell_.width());
+            const int right = qRound(page_.left() + static_cast<double>(i + 1) * cell_.width());
+            const QRect cell(QPoint(left, qRound(top)), QPoint(right - 1, qRound(top + cell_.height()) - 1));
+            draw_box_line(painter_, cell, line[i], Qt::black, Qt::transparent);
+        }
+        painter_.drawText(QPointF(page_.left(), top + ascent_), letters);
+    }
+
+private:
+    QPainter& painter_;
+    QRectF page_;
+    QFont font_;
+    QSizeF cell_;
+    double ascent_ = 0.0;
+};
+
+bool print_lines(QPrinter& printer, const QStringList& lines) {
+    QPainter painter;
+    if (!painter.begin(&printer)) return false;
+    PageText page(painter, page_box(printer));
+    int row = 0;
+    for (const QString& line : lines) {
+        if (row == page.lines_of_page()) {
+            if (!printer.newPage()) return false;
+            row = 0;
+        }
+        page.draw(row++, line);
+    }
+    return painter.end();
+}
+
+QRectF page_box(const QPrinter& printer) {
+    return QRectF(QPointF(0, 0), printer.pageLayout().paintRectPixels(printer.resolution()).size());
+}
+
+void furnish(QPrinter& printer) {
+    printer.setPageMargins(QMarginsF(page_margin, page_margin, page_margin, page_margin), QPageLayout::Millimeter);
+}
+
+// Where there is no printer the dialog offers a file beside the others of the work.
+void offer_file(QPrinter& printer) {
+    if (QPrinterInfo::availablePrinterNames().isEmpty())
+        printer.setOutputFileName(QDir::current().filePath("kavrel.pdf"));
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -1,4 +1,4 @@
-// The program at work: events of the windows to the workbench, and what the status line tells of it.
+// The program at work: events of the windows to the workbench, and what the status line shows of it.
 #pragma once
 
 #include <QObject>

@@ -15,9 +15,6 @@ namespace {
 
 std::string_view folder_of(std::string_view path) { return path.substr(0, path.find_last_of('/') + 1); }
 
-// Whether the name ends in ".qf" and one letter and has a stem before it.
-bool names_stored_filter(std::string_view name) { return name.size() > 4 && name.substr(name.size() - 4, 3) == ".qf"; }
-
 }  // namespace
 
 void main_program(Workbench& bench, std::string_view command_line, std::string_view executable) {
@@ -44,6 +41,13 @@ void main_program(Workbench& bench, std::string_view command_line, std::string_v
         bench.reporter.report_line(argument);
     }
     session.command_line = {};
+}
+
+bool names_stored_filter(std::string_view name) { return name.size() > 4 && name.substr(name.size() - 4, 3) == ".qf"; }
+
+std::vector<std::string> manual_folders(std::string_view executable) {
+    const std::string folder(folder_of(executable));
+    return {folder + "../share/doc/kavrel", folder + "../../docs"};
 }
 
 }  // namespace kavrel

@@ -1,7 +1,9 @@
 // From the start of the process to the first event.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "workbench/workbench.h"
 
@@ -12,5 +14,11 @@ namespace kavrel {
 // window layer delivers events until `Session::stopped`.
 //   executable    full path of the running program
 void main_program(Workbench& bench, std::string_view command_line, std::string_view executable);
+
+// Whether a name ends in ".qf" and one letter, with something before it.
+[[nodiscard]] bool names_stored_filter(std::string_view name);
+
+// Where the manual is: beside an installed program, and in the folder around a build.
+[[nodiscard]] std::vector<std::string> manual_folders(std::string_view executable);
 
 }  // namespace kavrel

@@ -61,7 +61,7 @@ bool DesktopWindow::edit_form(FormSheet& sheet) {
 
 std::string DesktopWindow::choose_file(const FileQuery& query) {
     main_.end_progress();
-    return select_file(query, front());
+    return run_file_selector(query, front());
 }
 
 void DesktopWindow::set_menu(std::span<const MenuItem> menu, std::string_view title) {
@@ -168,14 +168,14 @@ void DesktopWindow::show_place(const ManualPlace& place) {
 }
 
 void DesktopWindow::save_report() {
-    const std::string name = select_file(
+    const std::string name = run_file_selector(
         {.caption = "Save report", .description = "Text files", .filter = "*.txt", .to_write = true}, &main_);
     if (name.empty() || write_whole(name, utf8_text(main_.report().report_text()))) return;
     static_cast<void>(show_message("File could not be written", "Error", Buttons::ok, &main_));
 }
 
 void DesktopWindow::save_report_as_pdf() {
-    const std::string name = select_file(
+    const std::string name = run_file_selector(
         {.caption = "Report as PDF", .description = "PDF files", .filter = "*.pdf", .to_write = true}, &main_);
     if (name.empty() || printing_.report_to_pdf(main_.report().report_lines(), qt_text(name))) return;
     static_cast<void>(show_message("File could not be written", "Error", Buttons::ok, &main_));

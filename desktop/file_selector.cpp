@@ -20,7 +20,7 @@ QString selector_filter(const FileQuery& query) {
     return QString("%1 (%2)").arg(qt_text(query.description), patterns_of(query).join(' '));
 }
 
-std::string select_file(const FileQuery& query, QWidget* parent) {
+std::string run_file_selector(const FileQuery& query, QWidget* parent) {
     QFileDialog dialog(parent, qt_text(query.caption), QDir::currentPath());
     dialog.setObjectName("file_selector");
     dialog.setWindowModality(Qt::WindowModal);

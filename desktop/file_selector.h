@@ -9,7 +9,7 @@
 namespace kavrel {
 
 // A file's name, relative where it lies in the working folder; blank when the user cancelled.
-[[nodiscard]] std::string select_file(const FileQuery& query, QWidget* parent);
+[[nodiscard]] std::string run_file_selector(const FileQuery& query, QWidget* parent);
 
 // "Storage files" and "*.qfp;*.qfa" as the selector takes them: "Storage files (*.qfp *.qfa)".
 [[nodiscard]] QString selector_filter(const FileQuery& query);

@@ -18,6 +18,7 @@
 #include "desktop/report_view.h"
 #include "desktop/text.h"
 #include "desktop/window_fit.h"
+#include "shell/window_layer.h"
 
 namespace kavrel {
 

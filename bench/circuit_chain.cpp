@@ -23,23 +23,23 @@ Circuit ladder(Ladder form, int branches) {
     const double L = 50 / (2 * std::numbers::pi * 1e6);
     const double C = 1 / (50 * 2 * std::numbers::pi * 1e6);
     int k = 1;
-    (void)insertBranch(circuit, k, 50, 0, 0);
+    (void)insertBranch(circuit, k, 50, 0, BranchId::resistor);
     for (int i = 0; i < branches; ++i) {
         const bool shunt = i % 2 == 0;
         k = circuit.klast + (i == 0 ? 2 : 1);
         if (form == Ladder::compounds) {
             const double values[] = {L, 0.05 * C, C, L};
-            (void)insert_values(circuit, k, 4, values);
+            (void)insert_values(circuit, k, BranchId::bridged_l, values);
         } else if (shunt) {
-            (void)insertBranch(circuit, k, 2 * C, 0, 2);
+            (void)insertBranch(circuit, k, 2 * C, 0, BranchId::capacitor);
         } else if (form == Ladder::traps) {
-            (void)insertBranch(circuit, k, L, 0.1 * C, 3);
+            (void)insertBranch(circuit, k, L, 0.1 * C, BranchId::lc);
         } else {
-            (void)insertBranch(circuit, k, 2 * L, 0, 1);
+            (void)insertBranch(circuit, k, 2 * L, 0, BranchId::inductor);
         }
     }
     k = circuit.klast + 1;
-    (void)insertBranch(circuit, k, 50, 0, 0);
+    (void)insertBranch(circuit, k, 50, 0, BranchId::resistor);
     return circuit;
 }
 

@@ -14,6 +14,20 @@ int copies_of(const BranchKind& kind, int cell) {
     return copies;
 }
 
+}  // namespace
+
+BranchElements branch_elements(const Circuit& circuit, const Branch& branch) {
+    const BranchKind& kind = branch_kinds[branch.id];
+    if (kind.structure == Structure::quadruplet) return quadruplet_elements(circuit.QUADRUPLETS(branch.i1));
+    BranchElements elements;
+    for (const double value : branch_values(circuit, branch)) {
+        const int cell = elements.count++;
+        elements.cells[static_cast<std::size_t>(cell)] = {kind.cells[static_cast<std::size_t>(cell)], value,
+                                                          element_present(kind, cell, value), copies_of(kind, cell)};
+    }
+    return elements;
+}
+
 BranchElements quadruplet_elements(const Quadruplet& quadruplet) {
     BranchElements elements;
     const auto inductor = [&](double inverse) {
@@ -36,20 +50,6 @@ BranchElements quadruplet_elements(const Quadruplet& quadruplet) {
     for (int i = 2; i <= 3; ++i) {
         inductor(quadruplet.YK(i));
         capacitor(quadruplet.YC(i));
-    }
-    return elements;
-}
-
-}  // namespace
-
-BranchElements branch_elements(const Circuit& circuit, const Branch& branch) {
-    const BranchKind& kind = branch_kinds[branch.id];
-    if (kind.structure == Structure::quadruplet) return quadruplet_elements(circuit.QUADRUPLETS(branch.i1));
-    BranchElements elements;
-    for (const double value : branch_values(circuit, branch)) {
-        const int cell = elements.count++;
-        elements.cells[static_cast<std::size_t>(cell)] = {kind.cells[static_cast<std::size_t>(cell)], value,
-                                                          element_present(kind, cell, value), copies_of(kind, cell)};
     }
     return elements;
 }

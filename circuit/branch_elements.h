@@ -25,8 +25,11 @@ struct BranchElements {
     int count = 0;
 };
 
-// In cell order. Of a quadruplet the couplings 1-2, 1-3, 1-4, 2-3, 2-4, 3-4, then L and C of node 2 and of node 3.
+// In cell order.
 [[nodiscard]] BranchElements branch_elements(const Circuit& circuit, const Branch& branch);
+
+// The couplings 1-2, 1-3, 1-4, 2-3, 2-4, 3-4, then L and C of node 2 and of node 3.
+[[nodiscard]] BranchElements quadruplet_elements(const Quadruplet& quadruplet);
 
 // What reports show of a value: itself, or in a microwave circuit the impedance of a capacitive cell.
 [[nodiscard]] double shown_value(CircuitKind kind, char letter, double value);

@@ -43,7 +43,8 @@ std::string_view message_of(ChainVerdict verdict) {
 ChainVerdict prepare_chain(const Circuit& circuit, const ElementLoss& loss, Chain& chain) {
     if (circuit.klast < 2) return ChainVerdict::no_circuit;
     if (circuit.kind == CircuitKind::wave_digital) return ChainVerdict::wave_digital;
-    if (!branchExists(circuit, 1) || unpackBranch(circuit, 1).id != 0) return ChainVerdict::not_a_resistor;
+    if (!branchExists(circuit, 1) || unpackBranch(circuit, 1).id != BranchId::resistor)
+        return ChainVerdict::not_a_resistor;
 
     chain = {};
     chain.circuit = &circuit;
@@ -51,7 +52,7 @@ ChainVerdict prepare_chain(const Circuit& circuit, const ElementLoss& loss, Chai
     chain.R1 = circuit.VALUE(unpackBranch(circuit, 1).i1);
     const Branch last = unpackBranch(circuit, circuit.klast);
     int end = 0;
-    if (last.id == 0) {
+    if (last.id == BranchId::resistor) {
         chain.R2 = circuit.VALUE(last.i1);
         chain.level = std::sqrt(static_cast<Wide>(chain.R1) / static_cast<Wide>(chain.R2)) / 2;
         end = circuit.klast;
@@ -66,8 +67,8 @@ ChainVerdict prepare_chain(const Circuit& circuit, const ElementLoss& loss, Chai
         link.kind = &branch_kinds[branch.id];
         link.values = branch_values(circuit, branch);
         link.series = k % 2 == 0;
-        if (branch.id == quadruplet_id) link.quadruplet = &circuit.QUADRUPLETS(branch.i1);
-        if (branch.id > 3 && branch.id != unit_element_id) chain.plain = false;
+        if (link.kind->structure == Structure::quadruplet) link.quadruplet = &circuit.QUADRUPLETS(branch.i1);
+        if (!link.kind->simple()) chain.plain = false;
         classify(link);
         k = branch.kn;
     }
@@ -228,15 +229,16 @@ int walk_reactances(const Chain& chain, int from, const ElementPoint& elements, 
 }
 
 void classify(ChainLink& link) {
-    const int id = link.kind->id;
-    if (id < 1 || id > 3 || link.values[0] == 0 || link.values.back() == 0) return;
+    const std::string_view cells = link.kind->cells;
+    if (cells != "L" && cells != "C" && cells != "LC") return;
+    if (link.values[0] == 0 || link.values.back() == 0) return;
     const Wide first = link.values[0];
-    if (id == 3) {
+    if (cells == "LC") {
         link.reactance = ChainLink::Reactance::pair;
         link.factor = link.values[link.series ? 0 : 1];
         link.product = first * link.values[1];
     } else {
-        const bool direct = (id == 1) == link.series;
+        const bool direct = (cells == "L") == link.series;
         link.reactance = direct ? ChainLink::Reactance::direct : ChainLink::Reactance::inverse;
         link.factor = direct ? first : -1 / first;
     }

@@ -62,7 +62,7 @@ struct Chain {
     double R2 = 0;   // 0: singly terminated
     Wide level = 0;  // sqrt(R1/R2)/2
     int link_count = 0;
-    bool plain = true;  // made of branches 0 to 3 and lines alone
+    bool plain = true;  // made of simple branches alone
     Table<ChainLink, max_branches> links;
 };
 
@@ -122,8 +122,8 @@ struct Performance {
     Table<PerformanceRow, analysis_points> rows;
 };
 
-// At f = 0 there is a row only where the design lets direct current through and the circuit is made of branches 0 to 3
-// and lines; its delay is that of a frequency 1e-7 times the next one.
+// At f = 0 there is a row only where the design lets direct current through and the circuit is made of simple
+// branches; its delay is that of a frequency 1e-7 times the next one.
 [[nodiscard]] ChainVerdict analyzeCircuit(const Circuit& circuit, const AnalysisRequest& request,
                                           Performance& performance);
 

@@ -14,10 +14,11 @@ struct Place {
     int shift = 0;  // by which that one and all above it move up
 };
 
-bool plain(const Circuit& circuit, int k) { return branch_kinds[unpackBranch(circuit, k).id].slot_element; }
-CircuitVerdict check_request(const Circuit& circuit, int k, int id);
-Place place_behind(const Circuit& circuit, int k, int id);
-Place place_inside(const Circuit& circuit, int k, int id);
+bool in_table(BranchId id) { return branch_kinds.has(id) && branch_kinds[id].structure == Structure::quadruplet; }
+bool plain(const Circuit& circuit, int k) { return branch_kinds[unpackBranch(circuit, k).id].slot_element(); }
+CircuitVerdict check_request(const Circuit& circuit, int k, BranchId id);
+Place place_behind(const Circuit& circuit, int k, BranchId id);
+Place place_inside(const Circuit& circuit, int k, BranchId id);
 CircuitVerdict link(Circuit& circuit, const Place& place, Branch branch);
 int parity(int n) { return n & 1; }
 
@@ -33,12 +34,12 @@ std::string_view message_of(CircuitVerdict verdict) {
 bool branchExists(const Circuit& circuit, int k) { return k >= 1 && k <= max_branches && circuit.INDX1(k) != 0; }
 
 std::span<const double> branch_values(const Circuit& circuit, const Branch& branch) {
-    if (branch.id == quadruplet_id) return {};
+    if (in_table(branch.id)) return {};
     return {circuit.VALUE.data() + branch.i1 - 1, static_cast<std::size_t>(branch.in + 1)};
 }
 
 std::span<double> branch_values(Circuit& circuit, const Branch& branch) {
-    if (branch.id == quadruplet_id) return {};
+    if (in_table(branch.id)) return {};
     return {circuit.VALUE.data() + branch.i1 - 1, static_cast<std::size_t>(branch.in + 1)};
 }
 
@@ -51,9 +52,11 @@ void clear_circuit(Circuit& circuit) {
     circuit.quadruplet_count = 0;
 }
 
-CircuitVerdict insert_values(Circuit& circuit, int& k, int id, std::span<const double> values) {
+CircuitVerdict insert_values(Circuit& circuit, int& k, BranchId id, std::span<const double> values) {
     const int count = static_cast<int>(values.size());
-    if (id < 0 || id >= quadruplet_id || count < 1 || count > max_values_of_branch) return CircuitVerdict::unfit_kind;
+    if (!branch_kinds.has(id) || in_table(id) || count < 1 || count > max_values_of_branch) {
+        return CircuitVerdict::unfit_kind;
+    }
     if (const auto verdict = check_request(circuit, k, id); verdict != CircuitVerdict::done) return verdict;
     if (circuit.ilast + count > max_values) return CircuitVerdict::storage_full;
 
@@ -65,21 +68,22 @@ CircuitVerdict insert_values(Circuit& circuit, int& k, int id, std::span<const d
     return CircuitVerdict::done;
 }
 
-CircuitVerdict insertBranch(Circuit& circuit, int& k, double value1, double value2, int id) {
-    if (id != unit_element_id && (id < 0 || id > 3)) return CircuitVerdict::unfit_kind;
+CircuitVerdict insertBranch(Circuit& circuit, int& k, double value1, double value2, BranchId id) {
+    if (!branch_kinds.has(id) || !branch_kinds[id].simple()) return CircuitVerdict::unfit_kind;
     const double values[] = {value1, value2};
-    return insert_values(circuit, k, id, std::span(values).first(id == 3 ? 2 : 1));
+    return insert_values(circuit, k, id, std::span(values).first(branch_kinds[id].cells.size()));
 }
 
-CircuitVerdict insertThreeElement(Circuit& circuit, int& k, double L, double C, double X, int id, CircuitKind kind) {
-    if (id != 13 && id != 14) return CircuitVerdict::unfit_kind;
+CircuitVerdict insertThreeElement(Circuit& circuit, int& k, double L, double C, double X, BranchId id,
+                                  CircuitKind kind) {
+    if (id != BranchId::lcc && id != BranchId::lcl) return CircuitVerdict::unfit_kind;
     const bool microwave = kind != CircuitKind::lumped;
-    const double values[] = {L, microwave ? 1 / C : C, microwave && id == 13 ? 1 / X : X};
+    const double values[] = {L, microwave ? 1 / C : C, microwave && id == BranchId::lcc ? 1 / X : X};
     return insert_values(circuit, k, id, values);
 }
 
-CircuitVerdict insertEqualizer(Circuit& circuit, double L, double R1, double C, int id) {
-    if (id != 15 && id != 16) return CircuitVerdict::unfit_kind;
+CircuitVerdict insertEqualizer(Circuit& circuit, double L, double R1, double C, BranchId id) {
+    if (!branch_kinds.has(id) || !branch_kinds[id].equalizer()) return CircuitVerdict::unfit_kind;
     if (!branchExists(circuit, 1)) return CircuitVerdict::not_a_resistor;
     if (circuit.ilast + 7 > max_values) return CircuitVerdict::storage_full;
 
@@ -98,12 +102,13 @@ CircuitVerdict insertEqualizer(Circuit& circuit, double L, double R1, double C, 
 }
 
 CircuitVerdict insert_quadruplet(Circuit& circuit, int& k, const Quadruplet& quadruplet) {
-    if (const auto verdict = check_request(circuit, k, quadruplet_id); verdict != CircuitVerdict::done) return verdict;
+    if (const auto verdict = check_request(circuit, k, BranchId::quadruplet); verdict != CircuitVerdict::done)
+        return verdict;
     if (circuit.quadruplet_count >= max_quadruplets) return CircuitVerdict::storage_full;
 
-    const Place place =
-        k > circuit.klast ? place_behind(circuit, k, quadruplet_id) : place_inside(circuit, k, quadruplet_id);
-    const Branch branch{.id = quadruplet_id, .i1 = circuit.quadruplet_count + 1};
+    const Place place = k > circuit.klast ? place_behind(circuit, k, BranchId::quadruplet)
+                                          : place_inside(circuit, k, BranchId::quadruplet);
+    const Branch branch{.id = BranchId::quadruplet, .i1 = circuit.quadruplet_count + 1};
     if (const auto verdict = link(circuit, place, branch); verdict != CircuitVerdict::done) return verdict;
     circuit.QUADRUPLETS(++circuit.quadruplet_count) = quadruplet;
     k = place.slot;
@@ -159,7 +164,7 @@ void compactValues(Circuit& circuit) {
     int used = 0;
     for (int k = circuit.klast == 0 ? 0 : 1; k != 0;) {
         Branch branch = unpackBranch(circuit, k);
-        if (branch.id != quadruplet_id) {
+        if (!in_table(branch.id)) {
             const int first = used + 1;
             for (int i = 0; i <= branch.in; ++i) packed(++used) = circuit.VALUE(branch.i1 + i);
             branch.i1 = first;
@@ -173,27 +178,27 @@ void compactValues(Circuit& circuit) {
 
 namespace {
 
-CircuitVerdict check_request(const Circuit& circuit, int k, int id) {
+CircuitVerdict check_request(const Circuit& circuit, int k, BranchId id) {
     if (k < 1 || k > max_branches) return CircuitVerdict::out_of_range;
     const bool becomes_first = circuit.klast == 0 || k == 1;
-    if (becomes_first && (id != 0 || k != 1)) return CircuitVerdict::not_a_resistor;
+    if (becomes_first && (id != BranchId::resistor || k != 1)) return CircuitVerdict::not_a_resistor;
     return CircuitVerdict::done;
 }
 
 // Two-ports ask for a free slot on either side; a unit element has no parity to keep, all others have.
-Place place_behind(const Circuit& circuit, int k, int id) {
+Place place_behind(const Circuit& circuit, int k, BranchId id) {
     if (circuit.klast == 0) return {.slot = 1};
     int distance = parity(k - circuit.klast) == 1 ? 1 : 2;
-    const bool wide = !branch_kinds[id].slot_element || !plain(circuit, circuit.klast);
-    if (wide && distance < 2) distance = id == unit_element_id ? 2 : 3;
+    const bool wide = !branch_kinds[id].slot_element() || !plain(circuit, circuit.klast);
+    if (wide && distance < 2) distance = branch_kinds[id].structure == Structure::line ? 2 : 3;
     return {.slot = circuit.klast + distance};
 }
 
-Place place_inside(const Circuit& circuit, int k, int id) {
+Place place_inside(const Circuit& circuit, int k, BranchId id) {
     int above = k;
     while (circuit.INDX1(above) == 0) ++above;
     const int before = unpackBranch(circuit, above).kp;
-    const bool new_is_plain = branch_kinds[id].slot_element;
+    const bool new_is_plain = branch_kinds[id].slot_element();
     if (before != 0 && k - before < 2 && !(new_is_plain && plain(circuit, before))) k += 2;
 
     // The branch above keeps its parity: it comes to k + 2 where that is even with it, else to k + 1 or k + 3.

@@ -2,7 +2,7 @@
 //
 // Branches form a doubly linked chain over 100 slots, in increasing number, from branch 1, the load, to `klast`, where
 // the source stands. Even branches lie in series, odd ones across the rails; a branch that is a two-port of its own
-// (`BranchKind::slot_element` false) may have any number, and stands at a distance of at least 2 from both neighbours,
+// (no slot element) may have any number, and stands at a distance of at least 2 from both neighbours,
 // so that parity can be kept on either side of it. An equalizer alone may stand right behind a resistor. Numbers may
 // have gaps.
 //
@@ -19,6 +19,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "circuit/branch_id.h"
 #include "shell/table.h"
 
 namespace kavrel {
@@ -34,11 +35,11 @@ enum class CircuitKind { lumped = 0, wave_digital = 1, microwave = 2 };
 
 // The fields of a branch word.
 struct Branch {
-    int id = 0;  // 0 to 50: row of the table of branch kinds
-    int i1 = 0;  // 0 to 150: first VALUE cell; of a coupled quadruplet the slot of its table
-    int in = 0;  // 0 to 10: number of values minus 1
-    int kp = 0;  // 0 to 100: previous branch, 0 at the first
-    int kn = 0;  // 0 to 100: next branch, 0 at the last
+    BranchId id{};  // 0 to 50: row of the table of branch kinds
+    int i1 = 0;     // 0 to 150: first VALUE cell; of a coupled quadruplet the slot of its table
+    int in = 0;     // 0 to 10: number of values minus 1
+    int kp = 0;     // 0 to 100: previous branch, 0 at the first
+    int kn = 0;     // 0 to 100: next branch, 0 at the last
 
     friend bool operator==(const Branch&, const Branch&) = default;
 };
@@ -132,11 +133,11 @@ inline constexpr std::string_view storage_full_operations = "Storage is full, op
 
 // The word and its fields: word = id + 51 (i1 + 151 (in + 11 (kp + 101 kn))). 1 <= k <= 100.
 [[nodiscard]] constexpr std::int32_t branch_word(const Branch& branch) {
-    return branch.id + 51 * (branch.i1 + 151 * (branch.in + 11 * (branch.kp + 101 * branch.kn)));
+    return static_cast<int>(branch.id) + 51 * (branch.i1 + 151 * (branch.in + 11 * (branch.kp + 101 * branch.kn)));
 }
 [[nodiscard]] constexpr Branch branch_of_word(std::int32_t word) {
     Branch branch;
-    branch.id = word % 51;
+    branch.id = BranchId{word % 51};
     word /= 51;
     branch.i1 = word % 151;
     word /= 151;
@@ -163,18 +164,18 @@ void clear_circuit(Circuit& circuit);
 // appended and k keeps its parity; else it takes slot k, the branches at and above moving up as far as their parity and
 // the distances ask; k tells the slot that it really got. Into an empty circuit only branch 1 goes, a resistor. A
 // failure changes nothing.
-[[nodiscard]] CircuitVerdict insert_values(Circuit& circuit, int& k, int id, std::span<const double> values);
+[[nodiscard]] CircuitVerdict insert_values(Circuit& circuit, int& k, BranchId id, std::span<const double> values);
 
-// The same for kinds of one or two values: 0, 1, 2, 10 (value2 unused) and 3.
-[[nodiscard]] CircuitVerdict insertBranch(Circuit& circuit, int& k, double value1, double value2, int id);
+// The same for simple kinds, of one value (value2 is unused) or of two.
+[[nodiscard]] CircuitVerdict insertBranch(Circuit& circuit, int& k, double value1, double value2, BranchId id);
 
-// The same for 13 (X a capacitor) and 14 (X an inductor). For a microwave circuit all three are given as impedances.
-[[nodiscard]] CircuitVerdict insertThreeElement(Circuit& circuit, int& k, double L, double C, double X, int id,
+// The same for lcc (X a capacitor) and lcl (X an inductor). For a microwave circuit all three are given as impedances.
+[[nodiscard]] CircuitVerdict insertThreeElement(Circuit& circuit, int& k, double L, double C, double X, BranchId id,
                                                 CircuitKind kind);
 
-// Inserts an equalizer, id 15 or 16, as branch 2, right behind the load R = R1 of the circuit: the dual arm is
+// Inserts an equalizer as branch 2, right behind the load R = R1 of the circuit: the dual arm is
 // L' = C R^2, R2 = R^2/R1, C' = L/R^2.
-[[nodiscard]] CircuitVerdict insertEqualizer(Circuit& circuit, double L, double R1, double C, int id);
+[[nodiscard]] CircuitVerdict insertEqualizer(Circuit& circuit, double L, double R1, double C, BranchId id);
 
 // Inserts a coupled quadruplet into the next free slot of its table. k as above.
 [[nodiscard]] CircuitVerdict insert_quadruplet(Circuit& circuit, int& k, const Quadruplet& quadruplet);

@@ -41,7 +41,7 @@ std::vector<std::string> draw_branch(const Circuit& circuit, int k, const UnitSe
     const bool microwave = circuit.kind != CircuitKind::lumped;
     const std::vector<double> zeros = transmission_zeros(circuit, branch);
     StubSection section;
-    if (microwave && (branch.id == 3 || branch.id == 13 || branch.id == 14)) {
+    if (microwave && kind.slot_element() && kind.cells.size() > 1) {
         section = stub_section(kind, branch_values(circuit, branch), k % 2 == 0);
     }
 
@@ -100,7 +100,7 @@ std::vector<double> transmission_zeros(const Circuit& circuit, const Branch& bra
         for (const double zero : circuit.QUADRUPLETS(branch.i1).FRES) {
             if (zero != 0) told.push_back(zero);
         }
-    } else if (kind.id >= 17) {
+    } else if (kind.structure == Structure::triplet) {
         std::array<double, 2> zeros{};
         const int count = triplet_zeros(kind, branch_values(circuit, branch), zeros);
         told.assign(zeros.begin(), zeros.begin() + count);

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "circuit/branch_elements.h"
+
 namespace kavrel {
 
 namespace {
@@ -149,20 +151,13 @@ PointVerdict network_arms(const BranchKind& kind, std::span<const double> values
 }
 
 PointVerdict quadruplet_arms(const Quadruplet& quadruplet, const ElementPoint& point, PiArms& arms) {
-    constexpr int node_of[] = {0, 1, 3, 4, 2};  // of its nodes, in the order of a network
-    NodeMesh mesh(4);
-    for (int j = 2; j <= 4; ++j) {
-        for (int i = 1; i < j; ++i) {
-            const bool inductive = quadruplet.M(i, j) == 1;
-            const double value = inductive ? quadruplet.XK(i, j) : quadruplet.XC(i, j);
-            if (value == 0) continue;
-            mesh.add(node_of[i], node_of[j],
-                     element_admittance(point, inductive ? 'L' : 'C', inductive ? 1 / value : value));
-        }
-    }
-    for (int i = 2; i <= 3; ++i) {
-        if (quadruplet.YK(i) != 0) mesh.add(node_of[i], 0, element_admittance(point, 'L', 1 / quadruplet.YK(i)));
-        if (quadruplet.YC(i) != 0) mesh.add(node_of[i], 0, element_admittance(point, 'C', quadruplet.YC(i)));
+    const auto connections = branch_kinds[BranchId::quadruplet].connections;
+    const BranchElements elements = quadruplet_elements(quadruplet);
+    NodeMesh mesh(node_count(connections));
+    for (const Connection& connection : connections) {
+        const Element& element = elements.cells[static_cast<std::size_t>(connection.cell)];
+        if (!element.present) continue;
+        mesh.add(connection.from, connection.to, element_admittance(point, element.letter, element.value));
     }
     if (mesh.eliminate_inner_nodes() != PointVerdict::computed) return PointVerdict::on_pole;
     return mesh.arms(arms);

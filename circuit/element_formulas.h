@@ -99,7 +99,7 @@ struct PiArms {
                                         const ElementPoint& point, PiArms& arms);
 [[nodiscard]] PointVerdict quadruplet_arms(const Quadruplet& quadruplet, const ElementPoint& point, PiArms& arms);
 
-// The cascade that a microwave branch 3 (z1, z2), 13 or 14 (z1 to z3) equals: unit elements z1 and z2 (of a branch 3 z1
+// The cascade that a microwave lc (z1, z2), lcc or lcl (z1 to z3) equals: unit elements z1 and z2 (of an lc z1
 // alone), and behind them the last impedance as a stub. Richards' extraction: z1 = Z(1), and so on with what remains.
 struct StubSection {
     double z1 = 0, z2 = 0, z3 = 0;

@@ -12,7 +12,8 @@ constexpr int fields_width = 23;
 
 std::string branch_fields(int k, const Branch& branch) {
     Line text = line().i(k, 3);
-    for (const int field : {branch.id, branch.i1, branch.in, branch.kp, branch.kn}) text.x(1).i(field, 3);
+    for (const int field : {static_cast<int>(branch.id), branch.i1, branch.in, branch.kp, branch.kn})
+        text.x(1).i(field, 3);
     return text;
 }
 
@@ -61,7 +62,8 @@ std::vector<std::string> listCircuit(const Circuit& circuit) {
     for (int k = 1; k != 0;) {
         const Branch branch = unpackBranch(circuit, k);
         list_values(branch_values(circuit, branch), branch_fields(k, branch), lines);
-        if (branch.id == quadruplet_id) list_quadruplet(circuit, circuit.QUADRUPLETS(branch.i1), lines);
+        if (branch_kinds[branch.id].structure == Structure::quadruplet)
+            list_quadruplet(circuit, circuit.QUADRUPLETS(branch.i1), lines);
         k = branch.kn;
     }
     return lines;

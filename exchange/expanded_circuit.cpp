@@ -55,14 +55,15 @@ bool Expansion::run() {
     if (circuit_.klast < 2 || !branchExists(circuit_, 1) || !branchExists(circuit_, circuit_.klast)) return false;
     const Branch load = unpackBranch(circuit_, 1);
     const Branch last = unpackBranch(circuit_, circuit_.klast);
-    if (load.id != 0 || !fits(load) || !fits(last)) return false;
+    if (load.id != BranchId::resistor || !fits(load) || !fits(last)) return false;
     expanded_.R1 = circuit_.VALUE(load.i1);
-    expanded_.R2 = last.id == 0 ? circuit_.VALUE(last.i1) : 0;
-    if (!(expanded_.R1 > 0) || (last.id == 0 && !(expanded_.R2 > 0))) return false;
-    expanded_.series_end = last.id != 0 && circuit_.klast % 2 == 0;
+    const bool terminated = last.id == BranchId::resistor;
+    expanded_.R2 = terminated ? circuit_.VALUE(last.i1) : 0;
+    if (!(expanded_.R1 > 0) || (terminated && !(expanded_.R2 > 0))) return false;
+    expanded_.series_end = !terminated && circuit_.klast % 2 == 0;
     expanded_.first = at_;
 
-    const int end = last.id == 0 ? circuit_.klast : 0;
+    const int end = terminated ? circuit_.klast : 0;
     int before = 1;
     for (int k = load.kn; k != end;) {
         if (k <= before || !branchExists(circuit_, k)) return false;
@@ -88,15 +89,16 @@ bool Expansion::run() {
 }
 
 bool Expansion::fits(const Branch& branch) {
-    if (branch.id < 0 || branch.id >= branch_kind_count) return false;
-    if (branch.id == quadruplet_id) return branch.i1 >= 1 && branch.i1 <= max_quadruplets;
-    const auto cells = branch_kinds[branch.id].cells.size();
+    if (!branch_kinds.has(branch.id)) return false;
+    const BranchKind& kind = branch_kinds[branch.id];
+    if (kind.structure == Structure::quadruplet) return branch.i1 >= 1 && branch.i1 <= max_quadruplets;
+    const auto cells = kind.cells.size();
     return branch.i1 >= 1 && branch.i1 + branch.in <= max_values && static_cast<std::size_t>(branch.in) + 1 == cells;
 }
 
 void Expansion::expand(NetBranch& branch, const Branch& word, bool grounded) {
     const int inner = highest_ + 1;
-    const bool through = !branch.kind->slot_element || branch.series;
+    const bool through = !branch.kind->slot_element() || branch.series;
     highest_ += inner_nodes(*branch.kind, branch.series, request_);
     branch.out = !through ? branch.in : grounded ? 0 : ++highest_;
     if (!grounded) at_ = branch.out;
@@ -105,6 +107,7 @@ void Expansion::expand(NetBranch& branch, const Branch& word, bool grounded) {
         case Structure::line: branch.elements.push_back({Kind::line, {branch.in, branch.out}, branch.values[0]}); break;
         case Structure::lattice: lattice(branch, inner); break;
         case Structure::network:
+        case Structure::triplet:
         case Structure::quadruplet: network(branch, word, inner); break;
     }
 }
@@ -187,11 +190,6 @@ void Expansion::network(NetBranch& branch, const Branch& word, int inner) {
     }
 
     std::vector<Connection> places(branch.kind->connections.begin(), branch.kind->connections.end());
-    if (branch.kind->structure == Structure::quadruplet) {
-        // Its nodes 1, 2, 3, 4 are 1, 3, 4, 2 of a network.
-        places = {{0, 1, 3}, {1, 1, 4}, {2, 1, 2}, {3, 3, 4}, {4, 3, 2},
-                  {5, 4, 2}, {6, 3, 0}, {7, 3, 0}, {8, 4, 0}, {9, 4, 0}};
-    }
     std::ranges::stable_sort(places, {}, &Connection::cell);
     for (const Connection& place : places) {
         const Element& cell = elements.cells[static_cast<std::size_t>(place.cell)];
@@ -199,10 +197,12 @@ void Expansion::network(NetBranch& branch, const Branch& word, int inner) {
     }
 }
 
-// A and D coils, a coil but no capacitor in node 2, and one of A and D negative.
+// Coils from both ports to the inner node and from there to ground, no capacitor beside the latter, and one of the
+// former negative.
 bool Expansion::is_coil_tee(const NetBranch& branch) const {
     const auto v = branch.values;
-    if (branch.kind->id != 17 && branch.kind->id != 24) return false;
+    const std::string_view cells = branch.kind->cells;
+    if (branch.kind->structure != Structure::triplet || cells[0] != 'L' || cells[4] != 'L') return false;
     for (const int cell : {0, 2, 4}) {
         if (!element_present(*branch.kind, cell, v[static_cast<std::size_t>(cell)])) return false;
     }
@@ -242,12 +242,13 @@ int inner_nodes(const BranchKind& kind, bool series, const ExpansionRequest& req
             }
             return 0;
         }
-        case Structure::network: {
+        case Structure::network:
+        case Structure::triplet:
+        case Structure::quadruplet: {
             int largest = 2;
             for (const Connection& c : kind.connections) largest = std::max({largest, c.from, c.to});
             return largest - 2;
         }
-        case Structure::quadruplet: return 2;
     }
     return 0;
 }

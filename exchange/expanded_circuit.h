@@ -66,7 +66,7 @@ struct ExpandedCircuit {
 struct ExpansionRequest {
     int first_node = 1;
     LatticeText lattice = LatticeText::four_arms;
-    bool pairs = false;           // L and C of the kinds 3, 13, 14 and of lattice arms stay together as pairs (lumped)
+    bool pairs = false;           // L and C of slot elements and of lattice arms stay together as pairs (lumped)
     bool coupled_coils = false;   // a triplet whose tee of coils has a negative arm becomes two coupled coils
     double largest_coupling = 1;  // that such a pair may have
     bool end_on_ground = false;   // a last series branch ends on ground instead of in a node of its own

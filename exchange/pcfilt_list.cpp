@@ -13,23 +13,28 @@ constexpr double quarter_wave_degrees = 90;
 
 // Codes in a shunt and in a series slot; 0 there is none.
 struct CodeRow {
-    int first_id, last_id;
+    BranchId first, last;
     int shunt, series;
     bool microwave;  // known of stubs and lines
     bool lumped;
-    int per_id;  // by which the code of the next id is higher
+    int per_kind;  // by which the code of the next kind is higher
 };
 
 constexpr CodeRow codes[] = {
-    {0, 0, 1, 1, true, true, 0},    {1, 1, 16, 17, true, true, 0},  {2, 2, 18, 19, true, true, 0},
-    {3, 3, 2, 3, false, true, 0},   {4, 9, 4, 5, false, true, 0},   {10, 10, 23, 23, true, false, 0},
-    {13, 14, 6, 7, false, true, 0}, {17, 24, 8, 8, false, true, 1},
+    {BranchId::resistor, BranchId::resistor, 1, 1, true, true, 0},
+    {BranchId::inductor, BranchId::inductor, 16, 17, true, true, 0},
+    {BranchId::capacitor, BranchId::capacitor, 18, 19, true, true, 0},
+    {BranchId::lc, BranchId::lc, 2, 3, false, true, 0},
+    {BranchId::bridged_l, BranchId::twin_t_trap, 4, 5, false, true, 0},
+    {BranchId::unit_element, BranchId::unit_element, 23, 23, true, false, 0},
+    {BranchId::lcc, BranchId::lcl, 6, 7, false, true, 0},
+    {BranchId::triplet_lll, BranchId::triplet_lcl, 8, 8, false, true, 1},
 };
 
-int code_of(int id, bool series, bool microwave) {
+int code_of(BranchId id, bool series, bool microwave) {
     for (const CodeRow& row : codes) {
-        if (id < row.first_id || id > row.last_id || !(microwave ? row.microwave : row.lumped)) continue;
-        return (series ? row.series : row.shunt) + row.per_id * (id - row.first_id);
+        if (id < row.first || id > row.last || !(microwave ? row.microwave : row.lumped)) continue;
+        return (series ? row.series : row.shunt) + row.per_kind * (static_cast<int>(id) - static_cast<int>(row.first));
     }
     return 0;
 }
@@ -46,7 +51,7 @@ bool pcfilt_list(const Circuit& circuit, std::vector<std::string>& lines) {
     if (!expand_circuit(circuit, {}, net)) return false;
     const bool microwave = circuit.kind != CircuitKind::lumped;
 
-    lines.push_back(item(net.R1, 'R', code_of(0, false, microwave)));
+    lines.push_back(item(net.R1, 'R', code_of(BranchId::resistor, false, microwave)));
     for (const NetBranch& branch : net.branches) {
         const int code = code_of(branch.kind->id, branch.series, microwave);
         if (code == 0) {
@@ -64,7 +69,7 @@ bool pcfilt_list(const Circuit& circuit, std::vector<std::string>& lines) {
             }
         }
     }
-    if (net.R2 != 0) lines.push_back(item(net.R2, 'R', code_of(0, false, microwave)));
+    if (net.R2 != 0) lines.push_back(item(net.R2, 'R', code_of(BranchId::resistor, false, microwave)));
     return true;
 }
 

@@ -131,7 +131,7 @@ void RfText::variables() {
     }
     if (!request_.variable_block) return;
     for (const NetBranch& b : net_.branches) {
-        if (b.kind->id > 3) continue;
+        if (!b.kind->slot_element() || !b.kind->simple()) continue;
         for (const NetElement& e : b.elements) {
             // (3X,A4,2I4,3X,(A3,1P,E14.7,2X)*2,1X,A10)
             const Keyword w = keyword(e.kind);
@@ -192,7 +192,7 @@ void RfText::branch(const NetBranch& b) {
                             .a(dialect_.length)
                             .x(2)
                             .a(dialect_.at));
-                } else if (b.kind->id <= 2) {
+                } else if (b.kind->slot_element() && b.values.size() == 1) {
                     // (3X,A4,2I4,3X,A3,1P,E14.7,3X,A10)
                     add(line()
                             .x(3)
@@ -204,7 +204,7 @@ void RfText::branch(const NetBranch& b) {
                             .pe(e.value, 14, 7)
                             .x(3)
                             .a(part_names(b.k)));
-                } else if (b.kind->slot_element || is_lattice(b)) {
+                } else if (b.kind->slot_element() || is_lattice(b)) {
                     // (3X,A4,(2X,I2)*2,3X,A3,E14.7)
                     add(line().x(3).a(word(w)).x(2).i(from, 2).x(2).i(to, 2).x(3).a(key(w), 3).pe(e.value, 14, 7));
                 } else {

@@ -34,8 +34,8 @@ std::string_view message_of(TransferVerdict verdict) {
 bool has_lattices(const Circuit& circuit) {
     for (int k = 1; k <= std::min(circuit.klast, max_branches); ++k) {
         if (!branchExists(circuit, k)) continue;
-        const int id = unpackBranch(circuit, k).id;
-        if (id < branch_kind_count && branch_kinds[id].structure == Structure::lattice) return true;
+        const BranchId id = unpackBranch(circuit, k).id;
+        if (branch_kinds.has(id) && branch_kinds[id].structure == Structure::lattice) return true;
     }
     return false;
 }

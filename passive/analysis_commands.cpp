@@ -114,7 +114,7 @@ namespace {
 bool settle_drive(PassiveDesk& desk) {
     Circuit& circuit = desk.filter.circuit;
     if (circuit.kind != CircuitKind::microwave || circuit.klast < 2) return true;
-    if (unpackBranch(circuit, circuit.klast).id != unit_element_id) return true;
+    if (unpackBranch(circuit, circuit.klast).id != BranchId::unit_element) return true;
     const bool by_voltage =
         desk.reporter.message("Is the circuit voltage-driven?", "Question", Buttons::yes_no) == Answer::yes;
     if ((circuit.klast % 2 == 0) == by_voltage) return true;

@@ -82,11 +82,11 @@ bool sound_store(const Circuit& circuit) {
         if (!canonical(circuit.INDX1(k))) return false;
         const Branch branch = unpackBranch(circuit, k);
         const bool in_order = branch.kp == before && (branch.kn == 0 ? k == circuit.klast : branch.kn > k);
-        if (!in_order || branch.kn > circuit.klast || (k == 1 && branch.id != 0)) return false;
-        if (!(branch.id == quadruplet_id ? take_quadruplet(circuit, branch, slots)
-                                         : take_cells(circuit, branch, cells))) {
-            return false;
-        }
+        if (!in_order || branch.kn > circuit.klast || (k == 1 && branch.id != BranchId::resistor)) return false;
+        const bool taken = branch_kinds[branch.id].structure == Structure::quadruplet
+                               ? take_quadruplet(circuit, branch, slots)
+                               : take_cells(circuit, branch, cells);
+        if (!taken) return false;
         before = k;
         k = branch.kn;
     }
@@ -110,7 +110,7 @@ namespace {
 
 // Whether the word is what its fields are packed into: not negative, the topmost field within its range.
 bool canonical(std::int32_t word) {
-    return word > 0 && branch_of_word(word).kn <= max_branches && branch_of_word(word).id < branch_kind_count;
+    return word > 0 && branch_of_word(word).kn <= max_branches && branch_kinds.has(branch_of_word(word).id);
 }
 
 bool sound_spec(const FilterSpec& spec) {

@@ -90,7 +90,7 @@ void take_band(Circuit& circuit) {
     if (circuit.klast == 0) return;
     circuit.R1 = branch_values(circuit, unpackBranch(circuit, 1)).front();
     const Branch last = unpackBranch(circuit, circuit.klast);
-    if (circuit.klast > 1 && last.id == 0) circuit.R2 = branch_values(circuit, last).front();
+    if (circuit.klast > 1 && last.id == BranchId::resistor) circuit.R2 = branch_values(circuit, last).front();
     if (circuit.R1 != 0) circuit.termination_ratio = circuit.R2 / circuit.R1;
     if (circuit.fnorm == 0) circuit.fnorm = norm_frequency(circuit);
 }

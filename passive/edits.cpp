@@ -19,11 +19,11 @@ constexpr std::string_view no_change = "Branch may not be changed";
 
 constexpr std::string_view insert_menu = "Branch Insert";
 
-constexpr bool is_equalizer(int id) { return id == 15 || id == 16; }
-int id_of_choice(int element);
+BranchId id_of_choice(int element);
 [[nodiscard]] bool cell_value(const PassiveDesk& desk, char letter, double typed, double& value);
-[[nodiscard]] bool cell_values(const PassiveDesk& desk, int id, const InsertRequest& request, std::span<double> values);
-void insert_equalizer(PassiveDesk& desk, int id);
+[[nodiscard]] bool cell_values(const PassiveDesk& desk, BranchId id, const InsertRequest& request,
+                               std::span<double> values);
+void insert_equalizer(PassiveDesk& desk, BranchId id);
 void report_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict);
 std::string insert_keys(const InsertRequest& request, std::size_t values);
 bool in_range(int k) { return k >= 1 && k <= max_branches; }
@@ -56,11 +56,11 @@ void show_changed(PassiveDesk& desk, int changed) {
 void insert_branch(PassiveDesk& desk) {
     const InsertRequest& request = desk.command.insert;
     if (request.element == InsertChoice::copy) return copy_branch(desk);
-    const int id = id_of_choice(request.element);
+    const BranchId id = id_of_choice(request.element);
     const bool lumped = desk.filter.circuit.kind == CircuitKind::lumped;
-    if (is_equalizer(id)) return lumped ? insert_equalizer(desk, id) : refuse(desk, no_equalizer);
+    if (branch_kinds[id].equalizer()) return lumped ? insert_equalizer(desk, id) : refuse(desk, no_equalizer);
     if (!in_range(request.branch)) return refuse(desk, message_of(CircuitVerdict::out_of_range));
-    if (id == unit_element_id && lumped) return refuse(desk, no_unit_element);
+    if (id == BranchId::unit_element && lumped) return refuse(desk, no_unit_element);
 
     std::array<double, 3> room{};
     const auto values = std::span(room).first(branch_kinds[id].cells.size());
@@ -81,7 +81,7 @@ void copy_branch(PassiveDesk& desk) {
     const Branch source = unpackBranch(circuit, request.copy_of);
     Circuit edited = circuit;
     int k = request.branch;
-    const CircuitVerdict verdict = source.id == quadruplet_id
+    const CircuitVerdict verdict = branch_kinds[source.id].structure == Structure::quadruplet
                                        ? insert_quadruplet(edited, k, circuit.QUADRUPLETS(source.i1))
                                        : insert_values(edited, k, source.id, branch_values(circuit, source));
     if (verdict != CircuitVerdict::done) return report_insert_verdict(desk, verdict);
@@ -104,7 +104,7 @@ void change_branch(PassiveDesk& desk) {
     const Circuit& circuit = desk.filter.circuit;
     if (!branchExists(circuit, request.branch)) return refuse(desk, no_such_branch);
     const Branch branch = unpackBranch(circuit, request.branch);
-    if (branch.id > 3 && branch.id != unit_element_id) return refuse(desk, no_change);
+    if (!branch_kinds[branch.id].simple()) return refuse(desk, no_change);
 
     Circuit edited = circuit;
     const auto cells = branch_values(edited, branch);
@@ -136,8 +136,9 @@ void recall_circuit(PassiveDesk& desk) {
 
 namespace {
 
-int id_of_choice(int element) {
-    constexpr int ids[] = {0, 1, 2, 3, unit_element_id, 13, 14, 15, 16};
+BranchId id_of_choice(int element) {
+    using enum BranchId;
+    constexpr BranchId ids[] = {resistor, inductor, capacitor, lc, unit_element, lcc, lcl, equalizer_a, equalizer_b};
     return ids[element - InsertChoice::r];
 }
 
@@ -157,7 +158,7 @@ bool cell_value(const PassiveDesk& desk, char letter, double typed, double& valu
     return std::isfinite(value);
 }
 
-bool cell_values(const PassiveDesk& desk, int id, const InsertRequest& request, std::span<double> values) {
+bool cell_values(const PassiveDesk& desk, BranchId id, const InsertRequest& request, std::span<double> values) {
     const double typed[] = {request.value1, request.value2, request.value3};
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (!cell_value(desk, branch_kinds[id].cells[i], typed[i], values[i])) return false;
@@ -165,7 +166,7 @@ bool cell_values(const PassiveDesk& desk, int id, const InsertRequest& request, 
     return true;
 }
 
-void insert_equalizer(PassiveDesk& desk, int id) {
+void insert_equalizer(PassiveDesk& desk, BranchId id) {
     const InsertRequest& request = desk.command.insert;
     double L = 0, R1 = 0, C = 0;
     if (!cell_value(desk, 'L', request.value1, L) || !cell_value(desk, 'R', request.value2, R1) ||
@@ -206,8 +207,9 @@ void show_step(PassiveDesk& desk, std::string_view menu) {
 
 void settle_terminations(Circuit& circuit) {
     const auto resistance = [&](int k) {
-        const Branch branch = branchExists(circuit, k) ? unpackBranch(circuit, k) : Branch{.id = -1};
-        return branch.id == 0 ? circuit.VALUE(branch.i1) : 0.0;
+        if (!branchExists(circuit, k)) return 0.0;
+        const Branch branch = unpackBranch(circuit, k);
+        return branch.id == BranchId::resistor ? circuit.VALUE(branch.i1) : 0.0;
     };
     circuit.R1 = resistance(1);
     circuit.R2 = circuit.klast > 1 ? resistance(circuit.klast) : 0.0;

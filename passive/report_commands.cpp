@@ -92,13 +92,13 @@ std::vector<double> resonances_of(const Circuit& circuit, int k) {
     return resonances;
 }
 
-// Inductor (1) and capacitor (2), in either order.
+// An inductor and a capacitor, in either order.
 std::vector<double> resonances_of(const Circuit& circuit, int k1, int k2) {
     if (!branchExists(circuit, k1) || !branchExists(circuit, k2)) return {};
     Branch l = unpackBranch(circuit, k1);
     Branch c = unpackBranch(circuit, k2);
-    if (l.id > c.id) std::swap(l, c);
-    if (l.id != 1 || c.id != 2) return {};
+    if (l.id == BranchId::capacitor) std::swap(l, c);
+    if (l.id != BranchId::inductor || c.id != BranchId::capacitor) return {};
     const double frequency = resonant_frequency(circuit, circuit.VALUE(l.i1), circuit.VALUE(c.i1));
     if (!(frequency > 0)) return {};
     return {frequency};

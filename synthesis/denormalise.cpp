@@ -30,7 +30,7 @@ DenormalisedBranch denormalised(const LadderProblem& problem, const LadderState&
     const auto add = [&](long double value) { branch.values(++branch.count) = static_cast<double>(value); };
     const long double v1 = state.SVAL1(k).rounded();
     if (state.SVAL2(k) == WideReal{unit_element_mark}) {
-        branch.id = 10;
+        branch.id = BranchId::unit_element;
         add(v1 * r);
         return branch;
     }
@@ -47,7 +47,7 @@ DenormalisedBranch denormalised(const LadderProblem& problem, const LadderState&
         l = c != 0 ? 1 / c : 0;
         c = old_l != 0 ? 1 / old_l : 0;
     }
-    branch.id = c == 0 ? 1 : l == 0 ? 2 : 3;
+    branch.id = c == 0 ? BranchId::inductor : l == 0 ? BranchId::capacitor : BranchId::lc;
     if (l != 0) add(l * r / w);
     if (c != 0) add(c / (r * w));
     return branch;
@@ -67,7 +67,8 @@ CircuitVerdict storeResult(const LadderProblem& problem, const LadderState& stat
 
     bool merged_before = false;
     int k = 1;
-    if (const CircuitVerdict v = insertBranch(circuit, k, first, 0, 0); v != CircuitVerdict::done) return v;
+    if (const CircuitVerdict v = insertBranch(circuit, k, first, 0, BranchId::resistor); v != CircuitVerdict::done)
+        return v;
     for (int i = 1; i <= state.record_count; ++i) {
         const int record = from_output ? state.record_count + 1 - i : i;
         DenormalisedBranch branch = denormalised(problem, state, record, terminations.own);
@@ -76,12 +77,12 @@ CircuitVerdict storeResult(const LadderProblem& problem, const LadderState& stat
         merged_before = branch.merges;
         branch.merges = branch.merges || after_part;
         const bool open_end = last == 0 && i == state.record_count;
-        if (open_end && branch.id > 3) branch.series = driven_by_voltage(state);
+        if (open_end && !branch_kinds[branch.id].slot_element()) branch.series = driven_by_voltage(state);
         if (const CircuitVerdict v = append(circuit, branch, open_end); v != CircuitVerdict::done) return v;
     }
     if (last == 0) return CircuitVerdict::done;
     k = circuit.klast + 1;
-    return insertBranch(circuit, k, last, 0, 0);
+    return insertBranch(circuit, k, last, 0, BranchId::resistor);
 }
 
 bool record_hidden_branch(const LadderProblem& problem, LadderState& state) {
@@ -161,7 +162,7 @@ void compound_values(const LadderState& state, int index, long double r, long do
     if (state.selection.output_side) section = turned_around(section);
     branch.id = section.id;
     branch.count = section.count;
-    const std::string_view cells = branch_kind_rows[static_cast<std::size_t>(section.id)].cells;
+    const std::string_view cells = branch_kinds[section.id].cells;
     for (int i = 1; i <= section.count; ++i) {
         const long double scale = cells[static_cast<std::size_t>(i - 1)] == 'L' ? r / w : 1 / (r * w);
         branch.values(i) = static_cast<double>(section.value(i).rounded() * scale);
@@ -172,9 +173,10 @@ void compound_values(const LadderState& state, int index, long double r, long do
 bool merge_into_last(Circuit& circuit, const DenormalisedBranch& branch) {
     const Branch last = unpackBranch(circuit, circuit.klast);
     const bool in_place = last.id == branch.id && (circuit.klast % 2 == 0) == branch.series && circuit.klast > 1;
-    if (!in_place || branch.count != 1 || (branch.id != 1 && branch.id != 2)) return false;
+    const bool inductor = branch.id == BranchId::inductor;
+    if (!in_place || branch.count != 1 || (!inductor && branch.id != BranchId::capacitor)) return false;
     double& value = circuit.VALUE(last.i1);
-    const bool adds = (branch.id == 1) == branch.series;
+    const bool adds = inductor == branch.series;
     value = adds ? value + branch.values(1) : 1 / (1 / value + 1 / branch.values(1));
     return true;
 }
@@ -189,7 +191,7 @@ bool driven_by_voltage(const LadderState& state) {
 CircuitVerdict append(Circuit& circuit, const DenormalisedBranch& branch, bool open_end) {
     if (branch.merges && merge_into_last(circuit, branch)) return CircuitVerdict::done;
     int k = circuit.klast + 1;
-    if (branch.id <= 3 && (k % 2 == 0) != branch.series) ++k;
+    if (branch_kinds[branch.id].slot_element() && (k % 2 == 0) != branch.series) ++k;
     const std::span<const double> values(branch.values.data(), static_cast<std::size_t>(branch.count));
     const CircuitVerdict verdict = insert_values(circuit, k, branch.id, values);
     if (verdict != CircuitVerdict::done || !open_end || (k % 2 == 0) == branch.series) return verdict;

@@ -15,7 +15,7 @@ namespace kavrel {
 
 // Values of one record.
 struct DenormalisedBranch {
-    int id = 0;  // 1 L, 2 C, 3 both, 4 to 9 compound, 10 line
+    BranchId id{};  // L, C or both, a compound branch, a line
     bool series = false;
     bool merges = false;  // with a neighbour that is the same single element in the same place
     int count = 0;

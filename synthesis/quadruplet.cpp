@@ -62,7 +62,9 @@ bool quadruplet_values(const WorkingFunction& f, const Complex<WideReal>& x0, bo
 
 QuadrupletValues turned_around(QuadrupletValues section) {
     std::swap(section.value(1), section.value(section.count));
-    if (section.id >= 8) std::swap(section.value(2), section.value(section.count - 1));
+    if (section.id == BranchId::twin_t || section.id == BranchId::twin_t_trap) {
+        std::swap(section.value(2), section.value(section.count - 1));
+    }
     std::swap(section.near_shunt, section.far_shunt);
     return section;
 }
@@ -70,14 +72,14 @@ QuadrupletValues turned_around(QuadrupletValues section) {
 // The graph of a bridged T is its own dual: the arms stay, bridge and shunt arm change places, C and L names.
 bool turn_to_dual(QuadrupletValues& section) {
     switch (section.id) {
-        case 4:
-        case 5:
-            section.id = section.id == 4 ? 5 : 4;
+        case BranchId::bridged_l:
+        case BranchId::bridged_c:
+            section.id = section.id == BranchId::bridged_l ? BranchId::bridged_c : BranchId::bridged_l;
             std::swap(section.value(2), section.value(3));
             return true;
-        case 6:
-        case 7:
-            section.id = section.id == 6 ? 7 : 6;
+        case BranchId::bridged_c_trap:
+        case BranchId::bridged_l_trap:
+            section.id = section.id == BranchId::bridged_c_trap ? BranchId::bridged_l_trap : BranchId::bridged_c_trap;
             std::swap(section.value(2), section.value(4));
             return true;
         default: return false;
@@ -301,23 +303,23 @@ bool element_values(const Section& section, bool at_zero, QuadrupletValues& out)
     const auto shunt_c = [&](const WideReal& share) { return share / (la * lb * k0 * k0 * w2); };
     const auto equal = [](const WideReal& p, const WideReal& q) { return abs(p - q) <= abs(q) * equal_residues; };
     out = {};
-    const auto set = [&](int id, std::initializer_list<WideReal> values) {
+    const auto set = [&](BranchId id, std::initializer_list<WideReal> values) {
         out.id = id;
         for (const WideReal& v : values) out.value(++out.count) = v;
     };
     if (equal(rho, k0)) {
-        set(4, {la, kinf, shunt_c(rho), lb});
+        set(BranchId::bridged_l, {la, kinf, shunt_c(rho), lb});
     } else if (rho < k0) {
-        set(7, {la, kinf, la * lb * k0 * (k0 - rho) / rho, shunt_c(rho), lb});
+        set(BranchId::bridged_l_trap, {la, kinf, la * lb * k0 * (k0 - rho) / rho, shunt_c(rho), lb});
     } else if (rho < kinf * w2 || equal(rho, kinf * w2)) {
         const WideReal kappa = rho / w2;
         const WideReal ca = kappa * (n + 1);
         const WideReal cb = ca / n;
         const WideReal l = 1 / ((ca + cb) * w2);
         if (equal(rho, kinf * w2))
-            set(5, {ca, b1, l, cb});
+            set(BranchId::bridged_c, {ca, b1, l, cb});
         else
-            set(6, {ca, b1, kinf - kappa, l, cb});
+            set(BranchId::bridged_c_trap, {ca, b1, kinf - kappa, l, cb});
     } else {
         const WideReal rest = rho - k0;
         const WideReal ca = kinf * (n + 1);
@@ -325,9 +327,9 @@ bool element_values(const Section& section, bool at_zero, QuadrupletValues& out)
         const WideReal l = kinf / (rest * (ca + cb));
         const WideReal series2 = w2 - rest / kinf;
         if (equal(rest, kinf * w2))
-            set(8, {la, ca, shunt_c(k0), l, cb, lb});
+            set(BranchId::twin_t, {la, ca, shunt_c(k0), l, cb, lb});
         else
-            set(9, {la, ca, shunt_c(k0), l, 1 / (l * series2), cb, lb});
+            set(BranchId::twin_t_trap, {la, ca, shunt_c(k0), l, 1 / (l * series2), cb, lb});
     }
     out.at_zero = at_zero;
     const auto shunt = [&](const std::array<WideReal, 3>& k) {

@@ -12,13 +12,14 @@
 // kinf = r/b3, rho = (1 - p w^2 + r w^4)/b1 the compound branch is -y12 = k0/s + kinf s - rho s/(s^2 + w^2), its
 // residues at j w divided by n = -D(j w)/(b1 rho) on the near side:
 //
-//   rho < k0               id 7 (equal: 4)
-//   rho < kinf w^2         id 6 (equal: 5)
-//   rho < k0 + kinf w^2    id 9 (equal: 8), above it 9 with a negative inner C
+//   rho < k0               bridged_l_trap (equal: bridged_l)
+//   rho < kinf w^2         bridged_c_trap (equal: bridged_c)
+//   rho < k0 + kinf w^2    twin_t_trap (equal: twin_t), above it the former with a negative inner C
 //
 // Source: S. Darlington, "Synthesis of reactance 4-poles" (1939), sections of type D.
 #pragma once
 
+#include "circuit/branch_id.h"
 #include "numeric/complex.h"
 #include "synthesis/removals.h"
 
@@ -32,7 +33,7 @@ enum class QuadrupletSide {
 };
 
 struct QuadrupletValues {
-    int id = 0;                // of the compound branch, 4 to 9
+    BranchId id{};             // of the compound branch
     int count = 0;             // of its values
     Table<WideReal, 7> value;  // normalised, in cell order, the near port first
     bool at_zero = false;      // the near and far elements belong to the pole at s = 0: shunt L; else shunt C
@@ -44,7 +45,7 @@ struct QuadrupletValues {
 [[nodiscard]] QuadrupletValues turned_around(QuadrupletValues section);
 
 // Turns the compound branch into its dual network, as the removal from an impedance asks for: the near and far elements
-// lie in series then. False for id 8 and 9: the dual of a twin T is no branch.
+// lie in series then. False for the twin T, whose dual is no branch.
 [[nodiscard]] bool turn_to_dual(QuadrupletValues& section);
 
 // Values of the section alone, the function left as it is. at_zero as in QuadrupletValues. False when it has none.

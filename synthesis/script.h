@@ -54,8 +54,8 @@ struct Script {
 struct QuadrupletRecord {
     Table<WideReal, 7> SVALUE;
     int value_count = 0;
-    int MSICON = 0;   // id of the branch, 4 to 9
-    double SFZR = 0;  // Hz
+    BranchId MSICON{};  // of the compound branch
+    double SFZR = 0;    // Hz
     double SFZI = 0;
 };
 

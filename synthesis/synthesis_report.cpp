@@ -175,7 +175,7 @@ void report_record(const SynthesisState& state, int k, double r, std::vector<std
             text += edited<"(2X,'zero frequency',1P,D15.7)">(ladder.SFR(k));
         lines.push_back(text);
     }
-    if (branch.id < 4 || branch.id == unit_element_id) return;
+    if (kind.structure != Structure::network) return;
     const QuadrupletRecord& section = ladder.QUADS(static_cast<int>(ladder.SVAL1(k).rounded()));
     lines.push_back(edited<"(' zero frequency  real',1P,D15.7,'  imaginary',D15.7)">(section.SFZR, section.SFZI));
 }

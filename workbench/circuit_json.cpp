@@ -20,15 +20,6 @@ const char* kind_name(CircuitKind kind) {
     return "lumped";
 }
 
-// The keyword where there is one; kinds that only transformations and synthesis make have the name of their structure.
-std::string type_name(int id) {
-    const BranchKind& kind = branch_kinds[id];
-    if (!kind.keyword.empty()) return std::string(kind.keyword);
-    if (id < unit_element_id) return "compound";
-    if (kind.structure == Structure::lattice) return "lattice";
-    return id == quadruplet_id ? "quadruplet" : "triplet";
-}
-
 Json values_of(const Circuit& circuit, const Branch& branch) {
     Json values = Json::array();
     const BranchElements elements = branch_elements(circuit, branch);
@@ -55,10 +46,11 @@ Json circuit_part(const Circuit& circuit) {
     Json branches = Json::array();
     for (int k = 1; k != 0;) {
         const Branch branch = unpackBranch(circuit, k);
+        const BranchKind& kind = branch_kinds[branch.id];
         branches.push_back({{"branch", k},
-                            {"id", branch.id},
-                            {"type", type_name(branch.id)},
-                            {"series", branch_kinds[branch.id].slot_element && k % 2 == 0},
+                            {"id", static_cast<int>(branch.id)},
+                            {"type", kind.name},
+                            {"series", kind.slot_element() && k % 2 == 0},
                             {"values", values_of(circuit, branch)}});
         k = branch.kn;
     }

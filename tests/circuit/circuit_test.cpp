@@ -9,11 +9,12 @@
 namespace kavrel {
 namespace {
 
+using enum BranchId;
 using testing::CircuitMaker;
 
 // What an edit must not change of a branch: kind, values, parity.
 struct Sighting {
-    int id = 0;
+    BranchId id{};
     std::vector<double> values;
     int parity = 0;
 
@@ -45,13 +46,13 @@ void expect_sound(const Circuit& circuit, int trial) {
         const Branch branch = unpackBranch(circuit, k);
         ASSERT_EQ(branch.kp, previous) << trial;
         ASSERT_GT(k, previous) << trial;
-        const int before = previous == 0 ? 0 : unpackBranch(circuit, previous).id;
-        const bool equalizer_at_load = before == 0 && (branch.id == 15 || branch.id == 16);
+        const BranchId before = previous == 0 ? resistor : unpackBranch(circuit, previous).id;
+        const bool equalizer_at_load = before == resistor && branch_kinds[branch.id].equalizer();
         if (previous != 0 && !equalizer_at_load) {
-            const bool plain = branch_kinds[before].slot_element && branch_kinds[branch.id].slot_element;
+            const bool plain = branch_kinds[before].slot_element() && branch_kinds[branch.id].slot_element();
             ASSERT_GE(k - previous, plain ? 1 : 2) << trial;
         }
-        for (int i = 0; branch.id != quadruplet_id && i <= branch.in; ++i) {
+        for (int i = 0; branch.id != quadruplet && i <= branch.in; ++i) {
             ASSERT_LE(branch.i1 + i, circuit.ilast) << trial;
             ASSERT_EQ(owner[static_cast<std::size_t>(branch.i1 + i)]++, 0) << trial;
         }
@@ -64,11 +65,12 @@ void expect_sound(const Circuit& circuit, int trial) {
 }
 
 TEST(Circuit, BranchWords) {
-    for (const Branch& branch : {Branch{0, 1, 0, 0, 0}, Branch{50, 150, 10, 100, 100}, Branch{25, 8, 0, 97, 98}}) {
+    for (const Branch& branch :
+         {Branch{resistor, 1, 0, 0, 0}, Branch{BranchId{50}, 150, 10, 100, 100}, Branch{quadruplet, 8, 0, 97, 98}}) {
         EXPECT_EQ(branch_of_word(branch_word(branch)), branch);
     }
-    EXPECT_EQ(branch_word({1, 1, 1, 1, 1}), 1 + 51 + 7701 + 84711 + 8555811);
-    EXPECT_EQ(branch_word({50, 150, 10, 100, 100}), 50 + 51 * 150 + 7701 * 10 + 84711 * 100 + 8555811 * 100);
+    EXPECT_EQ(branch_word({inductor, 1, 1, 1, 1}), 1 + 51 + 7701 + 84711 + 8555811);
+    EXPECT_EQ(branch_word({BranchId{50}, 150, 10, 100, 100}), 50 + 51 * 150 + 7701 * 10 + 84711 * 100 + 8555811 * 100);
     Circuit circuit;
     for (const int k : {-1, 0, 1, 100, 101}) EXPECT_FALSE(branchExists(circuit, k));
 }
@@ -76,26 +78,31 @@ TEST(Circuit, BranchWords) {
 // Slots as an engineer asks for them and as they come: requests k behind the branches of `before`.
 TEST(Circuit, SlotsOfInsertion) {
     struct Case {
-        std::vector<std::pair<int, int>> before;  // id and slot, appended
-        int id, k, slot;
+        std::vector<std::pair<BranchId, int>> before;  // id and slot, appended
+        BranchId id;
+        int k, slot;
         std::vector<int> chain;
     };
     const Case cases[] = {
-        {{}, 0, 1, 1, {1}},
-        {{{0, 1}}, 1, 2, 2, {1, 2}},
-        {{{0, 1}}, 2, 3, 3, {1, 3}},
-        {{{0, 1}}, 2, 9, 3, {1, 3}},   // only the parity of the request counts
-        {{{0, 1}}, 10, 2, 3, {1, 3}},  // a line skips exactly one slot
-        {{{0, 1}}, 10, 3, 3, {1, 3}},
-        {{{0, 1}, {10, 3}}, 2, 4, 6, {1, 3, 6}},  // behind it parity costs one slot more
-        {{{0, 1}, {10, 3}}, 2, 5, 5, {1, 3, 5}},
-        {{{0, 1}, {10, 3}}, 10, 4, 5, {1, 3, 5}},
-        {{{0, 1}}, 4, 2, 4, {1, 4}},
-        {{{0, 1}, {1, 2}}, 2, 2, 2, {1, 2, 4}},              // at a branch: before it, which moves by 2
-        {{{0, 1}, {2, 3}}, 1, 2, 2, {1, 2, 3}},              // into a gap
-        {{{0, 1}, {1, 2}, {2, 3}}, 10, 2, 4, {1, 4, 6, 7}},  // a line in between: free slots on both sides
-        {{{0, 1}, {10, 3}, {2, 5}}, 1, 4, 6, {1, 3, 6, 7}},
-        {{{0, 1}, {10, 3}}, 1, 2, 2, {1, 2, 5}},
+        {{}, resistor, 1, 1, {1}},
+        {{{resistor, 1}}, inductor, 2, 2, {1, 2}},
+        {{{resistor, 1}}, capacitor, 3, 3, {1, 3}},
+        {{{resistor, 1}}, capacitor, 9, 3, {1, 3}},     // only the parity of the request counts
+        {{{resistor, 1}}, unit_element, 2, 3, {1, 3}},  // a line skips exactly one slot
+        {{{resistor, 1}}, unit_element, 3, 3, {1, 3}},
+        {{{resistor, 1}, {unit_element, 3}}, capacitor, 4, 6, {1, 3, 6}},  // behind it parity costs one slot more
+        {{{resistor, 1}, {unit_element, 3}}, capacitor, 5, 5, {1, 3, 5}},
+        {{{resistor, 1}, {unit_element, 3}}, unit_element, 4, 5, {1, 3, 5}},
+        {{{resistor, 1}}, bridged_l, 2, 4, {1, 4}},
+        {{{resistor, 1}, {inductor, 2}}, capacitor, 2, 2, {1, 2, 4}},  // at a branch: before it, which moves by 2
+        {{{resistor, 1}, {capacitor, 3}}, inductor, 2, 2, {1, 2, 3}},  // into a gap
+        {{{resistor, 1}, {inductor, 2}, {capacitor, 3}},
+         unit_element,
+         2,
+         4,
+         {1, 4, 6, 7}},  // a line in between: free slots on both sides
+        {{{resistor, 1}, {unit_element, 3}, {capacitor, 5}}, inductor, 4, 6, {1, 3, 6, 7}},
+        {{{resistor, 1}, {unit_element, 3}}, inductor, 2, 2, {1, 2, 5}},
     };
     for (const Case& c : cases) {
         Circuit circuit;
@@ -106,8 +113,8 @@ TEST(Circuit, SlotsOfInsertion) {
         int k = c.k;
         const std::vector<double> values(branch_kinds[c.id].cells.size(), 7.0);
         ASSERT_EQ(insert_values(circuit, k, c.id, values), CircuitVerdict::done);
-        EXPECT_EQ(k, c.slot) << c.id << " at " << c.k;
-        EXPECT_EQ(slots_of(circuit), c.chain) << c.id << " at " << c.k;
+        EXPECT_EQ(k, c.slot) << branch_kinds[c.id].cells << " at " << c.k;
+        EXPECT_EQ(slots_of(circuit), c.chain) << branch_kinds[c.id].cells << " at " << c.k;
     }
 }
 
@@ -115,20 +122,21 @@ TEST(Circuit, RandomEditsKeepTheChain) {
     CircuitMaker make(11);
     int refusals = 0;
     for (int run = 0; run < 60; ++run) {
-        Circuit circuit = make.circuit({1, 2, 3}, make.whole(0, 4), true);
+        Circuit circuit = make.circuit({inductor, capacitor, lc}, make.whole(0, 4), true);
         for (int edit = 0; edit < 120; ++edit) {
             const Circuit snapshot = circuit;
             auto expected = sightings(circuit);
             const auto slots = slots_of(circuit);
             CircuitVerdict verdict;
             if (make.whole(0, 2) != 0 || slots.size() < 3) {
-                const int kinds[] = {0, 1, 2, 3, 10, 13, 14, 4, 9, 11, 15, 20, 25};
-                const int id = kinds[make.whole(0, 12)];
+                const BranchId kinds[] = {resistor,  inductor,    capacitor, lc,          unit_element, lcc,       lcl,
+                                          bridged_l, twin_t_trap, lattice_c, equalizer_a, triplet_clc,  quadruplet};
+                const BranchId id = kinds[make.whole(0, 12)];
                 int k = make.whole(1, std::min(100, circuit.klast + 3));
                 Sighting inserted{id, make.values(id), 0};
-                if (id == 25) {
+                if (id == quadruplet) {
                     verdict = insert_quadruplet(circuit, k, make.quadruplet());
-                } else if (id == 15) {
+                } else if (id == equalizer_a) {
                     verdict = insertEqualizer(circuit, make.value(), make.value(), make.value(), id);
                     k = 2;
                 } else {
@@ -138,7 +146,7 @@ TEST(Circuit, RandomEditsKeepTheChain) {
                     const auto now = slots_of(circuit);
                     const auto place = std::find(now.begin(), now.end(), k) - now.begin();
                     ASSERT_LT(place, static_cast<std::ptrdiff_t>(now.size()));
-                    if (id == 15) inserted.values = sightings(circuit)[1].values;
+                    if (id == equalizer_a) inserted.values = sightings(circuit)[1].values;
                     inserted.parity = k % 2;
                     expected.insert(expected.begin() + place, inserted);
                 }
@@ -164,7 +172,7 @@ TEST(Circuit, RandomEditsKeepTheChain) {
                 int next_cell = 1;  // cells lie in the order of the chain
                 for (const int k : slots_of(circuit)) {
                     const Branch branch = unpackBranch(circuit, k);
-                    if (branch.id == quadruplet_id) continue;
+                    if (branch.id == quadruplet) continue;
                     ASSERT_EQ(branch.i1, next_cell);
                     next_cell += branch.in + 1;
                 }
@@ -187,35 +195,36 @@ TEST(Circuit, RandomEditsKeepTheChain) {
 TEST(Circuit, Refusals) {
     Circuit circuit;
     int k = 2;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::not_a_resistor);
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::not_a_resistor);
     k = 1;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::not_a_resistor);
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::not_a_resistor);
     EXPECT_EQ(message_of(CircuitVerdict::not_a_resistor), "First branch must be a resistor");
-    EXPECT_EQ(insertEqualizer(circuit, 1, 1, 1, 15), CircuitVerdict::not_a_resistor);
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    EXPECT_EQ(insertEqualizer(circuit, 1, 1, 1, equalizer_a), CircuitVerdict::not_a_resistor);
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
     for (const int outside : {-3, 0, 101}) {
         k = outside;
-        EXPECT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::out_of_range);
+        EXPECT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::out_of_range);
         EXPECT_EQ(deleteBranch(circuit, k), CircuitVerdict::no_branch);
     }
     k = 1;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 2), CircuitVerdict::not_a_resistor);
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, capacitor), CircuitVerdict::not_a_resistor);
     k = 2;
-    for (const int id : {4, 13, 25, -1, 26}) EXPECT_EQ(insertBranch(circuit, k, 1, 1, id), CircuitVerdict::unfit_kind);
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::done);
+    for (const BranchId id : {bridged_l, lcc, quadruplet, BranchId{-1}, BranchId{26}})
+        EXPECT_EQ(insertBranch(circuit, k, 1, 1, id), CircuitVerdict::unfit_kind);
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::done);
     k = 1;
     EXPECT_EQ(deleteBranch(circuit, k), CircuitVerdict::no_branch);  // the load goes last
 
     // Slots run out at 98; nothing moves then.
     while (circuit.klast < 98) {
         k = circuit.klast + 1;
-        ASSERT_EQ(insertBranch(circuit, k, 1, 0, 2), CircuitVerdict::done);
+        ASSERT_EQ(insertBranch(circuit, k, 1, 0, capacitor), CircuitVerdict::done);
     }
     const Circuit full = circuit;
     k = 99;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 2), CircuitVerdict::storage_full);
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, capacitor), CircuitVerdict::storage_full);
     k = 50;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 2), CircuitVerdict::storage_full);
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, capacitor), CircuitVerdict::storage_full);
     EXPECT_EQ(shiftBranches(circuit, 50, 1), CircuitVerdict::storage_full);
     EXPECT_EQ(shiftBranches(circuit, 99, 1), CircuitVerdict::done);
     EXPECT_EQ(shiftBranches(circuit, 2, 0), CircuitVerdict::done);
@@ -225,19 +234,19 @@ TEST(Circuit, Refusals) {
     clear_circuit(circuit);
     EXPECT_EQ(circuit.ilast + circuit.klast, 0);
     k = 1;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
     k = 2;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::done);
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::done);
     while (circuit.ilast < 149) {
         k = 4;
-        ASSERT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::done);
+        ASSERT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::done);
         k = 4;
         ASSERT_EQ(deleteBranch(circuit, k), CircuitVerdict::done);
     }
     k = 4;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 1, 3), CircuitVerdict::storage_full);
+    EXPECT_EQ(insertBranch(circuit, k, 1, 1, lc), CircuitVerdict::storage_full);
     EXPECT_EQ(circuit.ilast, 149);
-    EXPECT_EQ(insertBranch(circuit, k, 1, 1, 1), CircuitVerdict::done);
+    EXPECT_EQ(insertBranch(circuit, k, 1, 1, inductor), CircuitVerdict::done);
     compactValues(circuit);
     EXPECT_EQ(circuit.ilast, 3);
 }
@@ -246,23 +255,23 @@ TEST(Circuit, Refusals) {
 TEST(Circuit, EqualizersAndThreeElements) {
     Circuit circuit;
     int k = 1;
-    ASSERT_EQ(insertBranch(circuit, k, 600, 0, 0), CircuitVerdict::done);
+    ASSERT_EQ(insertBranch(circuit, k, 600, 0, resistor), CircuitVerdict::done);
     k = 2;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 1), CircuitVerdict::done);
-    ASSERT_EQ(insertEqualizer(circuit, 0.01, 300, 2e-8, 16), CircuitVerdict::done);
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::done);
+    ASSERT_EQ(insertEqualizer(circuit, 0.01, 300, 2e-8, equalizer_b), CircuitVerdict::done);
     EXPECT_EQ(slots_of(circuit), (std::vector<int>{1, 2, 4}));
     const auto values = branch_values(circuit, unpackBranch(circuit, 2));
     const double expected[] = {600, 0.01, 300, 2e-8, 2e-8 * 360000, 1200, 0.01 / 360000};
     for (std::size_t i = 0; i < 7; ++i) EXPECT_DOUBLE_EQ(values[i], expected[i]);
 
     k = 7;
-    ASSERT_EQ(insertThreeElement(circuit, k, 20, 40, 80, 13, CircuitKind::microwave), CircuitVerdict::done);
+    ASSERT_EQ(insertThreeElement(circuit, k, 20, 40, 80, lcc, CircuitKind::microwave), CircuitVerdict::done);
     EXPECT_EQ(k, 5);
     const auto three = branch_values(circuit, unpackBranch(circuit, k));
     EXPECT_EQ(three[1], 1.0 / 40);
     EXPECT_EQ(three[2], 1.0 / 80);
     k = 7;
-    ASSERT_EQ(insertThreeElement(circuit, k, 20, 40, 80, 14, CircuitKind::lumped), CircuitVerdict::done);
+    ASSERT_EQ(insertThreeElement(circuit, k, 20, 40, 80, lcl, CircuitKind::lumped), CircuitVerdict::done);
     EXPECT_EQ(branch_values(circuit, unpackBranch(circuit, k))[1], 40);
 }
 

@@ -28,7 +28,7 @@ public:
         const int load = new_node();
         impedance(load, 0, R1);
         const Branch last = unpackBranch(circuit_, circuit_.klast);
-        const int end = last.id == 0 ? circuit_.klast : 0;
+        const int end = last.id == BranchId::resistor ? circuit_.klast : 0;
         int node = load;
         for (int k = unpackBranch(circuit_, 1).kn; k != end; k = unpackBranch(circuit_, k).kn) node = place(k, node);
 
@@ -113,7 +113,7 @@ private:
     int place(int k, int node) {
         const Branch branch = unpackBranch(circuit_, k);
         const auto v = branch_values(circuit_, branch);
-        if (branch.id <= 3 || branch.id == 13 || branch.id == 14) {
+        if (branch_kinds[branch.id].slot_element()) {
             const bool series = k % 2 == 0;
             const int other = series ? new_node() : 0;
             slot_element(branch.id, v, node, other, series);
@@ -123,33 +123,33 @@ private:
         const int a = node;
         const int b = out;
         switch (branch.id) {
-            case 4: {
+            case BranchId::bridged_l: {
                 const int m = new_node();
                 return L(a, m, v[0]), C(a, b, v[1]), C(m, 0, v[2]), L(m, b, v[3]), out;
             }
-            case 5: {
+            case BranchId::bridged_c: {
                 const int m = new_node();
                 return C(a, m, v[0]), L(a, b, v[1]), L(m, 0, v[2]), C(m, b, v[3]), out;
             }
-            case 6: {
+            case BranchId::bridged_c_trap: {
                 const int m = new_node();
                 return C(a, m, v[0]), L(a, b, v[1]), C(a, b, v[2]), L(m, 0, v[3]), C(m, b, v[4]), out;
             }
-            case 7: {
+            case BranchId::bridged_l_trap: {
                 const int m = new_node(), n = new_node();
                 return L(a, m, v[0]), C(a, b, v[1]), L(m, n, v[2]), C(n, 0, v[3]), L(m, b, v[4]), out;
             }
-            case 8: {
+            case BranchId::twin_t: {
                 const int m = new_node(), n = new_node();
                 L(a, m, v[0]), C(m, 0, v[2]), L(m, b, v[5]);
                 return C(a, n, v[1]), L(n, 0, v[3]), C(n, b, v[4]), out;
             }
-            case 9: {
+            case BranchId::twin_t_trap: {
                 const int m = new_node(), n = new_node(), o = new_node();
                 L(a, m, v[0]), C(m, 0, v[2]), L(m, b, v[6]);
                 return C(a, n, v[1]), L(n, o, v[3]), C(o, 0, v[4]), C(n, b, v[5]), out;
             }
-            case 10: {
+            case BranchId::unit_element: {
                 const LongComplex z11 = static_cast<long double>(v[0]) / std::tanh(gamma());
                 const LongComplex z12 = static_cast<long double>(v[0]) / std::sinh(gamma());
                 const int i1 = new_unknown(), i2 = new_unknown();  // into the ports
@@ -158,8 +158,8 @@ private:
                 at(i2, b) += 1, at(i2, i1) -= z12, at(i2, i2) -= z11;
                 return out;
             }
-            case 11:
-            case 12: {
+            case BranchId::lattice_c:
+            case BranchId::lattice_l: {
                 // Four arms, the far port floating, brought to ground by an ideal transformer.
                 const int p = new_node(), q = new_node();
                 lattice_arm(branch.id, v.first(3), a, p), lattice_arm(branch.id, v.first(3), 0, q);
@@ -169,17 +169,17 @@ private:
                 at(i, p) += 1, at(i, q) -= 1, at(i, b) -= 1;
                 return out;
             }
-            case 15: {
+            case BranchId::equalizer_a: {
                 const int m = new_node(), n = new_node(), o = new_node();
                 R(a, m, v[0]), R(m, b, v[0]), L(a, n, v[1]), R(a, b, v[2]), C(n, b, v[3]);
                 return L(o, 0, v[4]), R(m, o, v[5]), C(o, 0, v[6]), out;
             }
-            case 16: {
+            case BranchId::equalizer_b: {
                 const int m = new_node(), n = new_node(), o = new_node();
                 R(a, m, v[0]), R(m, b, v[0]), L(a, b, v[1]), R(a, b, v[2]), C(a, b, v[3]);
                 return L(m, n, v[4]), R(n, o, v[5]), C(o, 0, v[6]), out;
             }
-            case 25: {
+            case BranchId::quadruplet: {
                 const Quadruplet& q = circuit_.QUADRUPLETS(branch.i1);
                 const int nodes[] = {0, a, new_node(), new_node(), b};
                 for (int i = 1; i <= 4; ++i) {
@@ -201,12 +201,12 @@ private:
         }
     }
 
-    void slot_element(int id, std::span<const double> v, int i, int j, bool series) {
-        if (id == 0) return R(i, j, v[0]);
-        if (id == 1) return L(i, j, v[0]);
-        if (id == 2) return C(i, j, v[0]);
+    void slot_element(BranchId id, std::span<const double> v, int i, int j, bool series) {
+        if (id == BranchId::resistor) return R(i, j, v[0]);
+        if (id == BranchId::inductor) return L(i, j, v[0]);
+        if (id == BranchId::capacitor) return C(i, j, v[0]);
         const int m = new_node();
-        if (id == 3) {
+        if (id == BranchId::lc) {
             if (series) return L(i, j, v[0]), C(i, j, v[1]), R(m, 0, 1);
             return L(i, m, v[0]), C(m, j, v[1]);
         }
@@ -217,28 +217,32 @@ private:
             L(i, m, v[0]), C(i, m, v[1]);
         }
         const int x = series ? i : m;
-        if (id == 13) return C(x, j, v[2]);
+        if (id == BranchId::lcc) return C(x, j, v[2]);
         L(x, j, v[2]);
     }
 
-    void lattice_arm(int id, std::span<const double> v, int i, int j) {
+    void lattice_arm(BranchId id, std::span<const double> v, int i, int j) {
         const int m = new_node();
         L(i, m, v[0]), C(m, j, v[1]);
-        if (id == 11) return C(i, j, v[2]);
+        if (id == BranchId::lattice_c) return C(i, j, v[2]);
         L(i, j, v[2]);
     }
 
-    int triplet(int id, std::span<const double> v, int a, int b) {
+    int triplet(BranchId id, std::span<const double> v, int a, int b) {
         const int m = new_node();
         const auto couple = [&](bool inductive, int i, int j, double value) {
             if (!inductive) return C(i, j, value);
             if (value < 1e30) L(i, j, value);
         };
-        couple(id == 17 || id == 18 || id == 22 || id == 24, a, m, v[0]);
-        couple(id <= 20, a, b, v[1]);
+        couple(id == BranchId::triplet_lll || id == BranchId::triplet_llc || id == BranchId::triplet_lcc ||
+                   id == BranchId::triplet_lcl,
+               a, m, v[0]);
+        couple(id <= BranchId::triplet_clc, a, b, v[1]);
         couple(true, m, 0, v[2]);
         couple(false, m, 0, v[3]);
-        couple(id == 17 || id == 19 || id == 23 || id == 24, m, b, v[4]);
+        couple(id == BranchId::triplet_lll || id == BranchId::triplet_cll || id == BranchId::triplet_ccl ||
+                   id == BranchId::triplet_lcl,
+               m, b, v[4]);
         return b;
     }
 

@@ -24,11 +24,12 @@ struct CircuitMaker {
         return uniform(0, 1) < negative_share ? -magnitude : magnitude;
     }
 
-    std::vector<double> values(int id) {
+    std::vector<double> values(BranchId id) {
         std::vector<double> v(branch_kinds[id].cells.size());
         std::generate(v.begin(), v.end(), [&] { return value(); });
-        if (id >= 17 && id < quadruplet_id && whole(0, 3) == 0) v[2] = absent_inductor;
-        if (id >= 17 && id < quadruplet_id && whole(0, 3) == 0) v[3] = 0;
+        const bool triplet = branch_kinds[id].structure == Structure::triplet;
+        if (triplet && whole(0, 3) == 0) v[2] = absent_inductor;
+        if (triplet && whole(0, 3) == 0) v[3] = 0;
         return v;
     }
     Quadruplet quadruplet() {
@@ -48,22 +49,22 @@ struct CircuitMaker {
     }
 
     // Appends a branch; false when the store is full.
-    bool append(Circuit& circuit, int id) {
+    bool append(Circuit& circuit, BranchId id) {
         int k = circuit.klast + whole(1, 2);
-        if (id == quadruplet_id) return insert_quadruplet(circuit, k, quadruplet()) == CircuitVerdict::done;
+        if (id == BranchId::quadruplet) return insert_quadruplet(circuit, k, quadruplet()) == CircuitVerdict::done;
         return insert_values(circuit, k, id, values(id)) == CircuitVerdict::done;
     }
 
     // `count` branches of the given kinds behind a load; with `source` a second termination.
-    Circuit circuit(const std::vector<int>& kinds, int count, bool source) {
+    Circuit circuit(const std::vector<BranchId>& kinds, int count, bool source) {
         Circuit made;
         made.fnorm = 0.2;
         int k = 1;
-        (void)insertBranch(made, k, uniform(0.5, 2), 0, 0);
+        (void)insertBranch(made, k, uniform(0.5, 2), 0, BranchId::resistor);
         for (int i = 0; i < count; ++i)
             (void)append(made, kinds[static_cast<std::size_t>(whole(0, static_cast<int>(kinds.size()) - 1))]);
         k = made.klast + 1;
-        if (source) (void)insertBranch(made, k, uniform(0.5, 2), 0, 0);
+        if (source) (void)insertBranch(made, k, uniform(0.5, 2), 0, BranchId::resistor);
         return made;
     }
 };

@@ -19,6 +19,7 @@
 namespace kavrel {
 namespace {
 
+using enum BranchId;
 using testing::CircuitMaker;
 
 // With KAVREL_WRITE_GOLDEN in the environment the texts are written, to be read and compared by eye.
@@ -68,7 +69,7 @@ Quadruplet counting_quadruplet() {
 }
 
 // Branches of all kinds that a circuit of this sort may have, slot elements in both slots.
-Circuit circuit_of_kinds(int first_id, int last_id, bool microwave) {
+Circuit circuit_of_kinds(BranchId first, BranchId last, bool microwave) {
     Circuit circuit;
     circuit.kind = microwave ? CircuitKind::microwave : CircuitKind::lumped;
     circuit.fa = 9e3;
@@ -76,19 +77,19 @@ Circuit circuit_of_kinds(int first_id, int last_id, bool microwave) {
     circuit.fnorm = 1e4;
     circuit.fs = microwave ? 2e9 : 0;
     int k = 1;
-    EXPECT_EQ(insertBranch(circuit, k, 50, 0, 0), CircuitVerdict::done);
-    for (int id = first_id; id <= last_id; ++id) {
-        const BranchKind& kind = branch_kinds[id];
+    EXPECT_EQ(insertBranch(circuit, k, 50, 0, resistor), CircuitVerdict::done);
+    for (const BranchKind& kind : branch_kinds) {
+        if (kind.id < first || kind.id > last) continue;
         const auto values = counting_values(kind, microwave);
-        for (int parity = 0; parity < (kind.slot_element ? 2 : 1); ++parity) {
+        for (int parity = 0; parity < (kind.slot_element() ? 2 : 1); ++parity) {
             k = circuit.klast + (circuit.klast % 2 == parity ? 2 : 1);
-            const auto verdict = id == quadruplet_id ? insert_quadruplet(circuit, k, counting_quadruplet())
-                                                     : insert_values(circuit, k, id, values);
+            const auto verdict = kind.id == quadruplet ? insert_quadruplet(circuit, k, counting_quadruplet())
+                                                       : insert_values(circuit, k, kind.id, values);
             EXPECT_EQ(verdict, CircuitVerdict::done);
         }
     }
     k = circuit.klast % 2 == 1 ? circuit.klast + 2 : circuit.klast + 1;
-    EXPECT_EQ(insertBranch(circuit, k, 75, 0, 0), CircuitVerdict::done);
+    EXPECT_EQ(insertBranch(circuit, k, 75, 0, resistor), CircuitVerdict::done);
     return circuit;
 }
 
@@ -104,13 +105,13 @@ std::vector<std::string> all_reports(const Circuit& circuit, const UnitSet& unit
 
 TEST(Reports, GoldenTexts) {
     const UnitSet units;
-    expect_golden("plain.txt", all_reports(circuit_of_kinds(0, 3, false), units, false));
-    expect_golden("compound.txt", all_reports(circuit_of_kinds(4, 9, false), units, false));
-    expect_golden("lattices.txt", all_reports(circuit_of_kinds(11, 16, false), units, true));
-    expect_golden("coupled.txt", all_reports(circuit_of_kinds(17, 25, false), units, false));
-    Circuit microwave = circuit_of_kinds(0, 3, true);
+    expect_golden("plain.txt", all_reports(circuit_of_kinds(resistor, lc, false), units, false));
+    expect_golden("compound.txt", all_reports(circuit_of_kinds(bridged_l, twin_t_trap, false), units, false));
+    expect_golden("lattices.txt", all_reports(circuit_of_kinds(lattice_c, equalizer_b, false), units, true));
+    expect_golden("coupled.txt", all_reports(circuit_of_kinds(triplet_lll, quadruplet, false), units, false));
+    Circuit microwave = circuit_of_kinds(resistor, lc, true);
     expect_golden("microwave.txt", all_reports(microwave, units, false));
-    expect_golden("microwave_sections.txt", all_reports(circuit_of_kinds(10, 14, true), units, false));
+    expect_golden("microwave_sections.txt", all_reports(circuit_of_kinds(unit_element, lcl, true), units, false));
 }
 
 TEST(Reports, UnitsAndEmptyCircuits) {
@@ -119,7 +120,7 @@ TEST(Reports, UnitsAndEmptyCircuits) {
     units.inductor_index = 3;
     units.capacitor_index = 4;
     settle_units(units);
-    const auto lines = showCircuit(circuit_of_kinds(3, 3, false), 2, units);
+    const auto lines = showCircuit(circuit_of_kinds(lc, lc, false), 2, units);
     ASSERT_EQ(lines.size(), 6u);  // from branch 2 on: 3 rows in series, 2 across, the source
     EXPECT_EQ(lines[1], "  2 │     L  C     1000.000000 uH     112.539540 KHz  res. frequency");
 
@@ -132,13 +133,15 @@ TEST(Reports, UnitsAndEmptyCircuits) {
 
 // Two arms of a lattice are two parts, of a half-lattice one; so are the outer arms of an equalizer.
 TEST(Reports, CountsOfParts) {
-    const auto count = [](int id, bool half) { return list_parts(circuit_of_kinds(id, id, false), half).size() - 2; };
-    EXPECT_EQ(count(11, false), 12u);
-    EXPECT_EQ(count(11, true), 6u);
-    EXPECT_EQ(count(15, true), 8u);
-    EXPECT_EQ(count(25, false), 9u);
-    EXPECT_EQ(count(17, false), 5u);
-    Circuit circuit = circuit_of_kinds(17, 17, false);
+    const auto count = [](BranchId id, bool half) {
+        return list_parts(circuit_of_kinds(id, id, false), half).size() - 2;
+    };
+    EXPECT_EQ(count(lattice_c, false), 12u);
+    EXPECT_EQ(count(lattice_c, true), 6u);
+    EXPECT_EQ(count(equalizer_a, true), 8u);
+    EXPECT_EQ(count(quadruplet, false), 9u);
+    EXPECT_EQ(count(triplet_lll, false), 5u);
+    Circuit circuit = circuit_of_kinds(triplet_lll, triplet_lll, false);
     circuit.VALUE(unpackBranch(circuit, 4).i1 + 2) = absent_inductor;
     EXPECT_EQ(list_parts(circuit, false).size(), 6u);
     ElementStatistics statistics;
@@ -148,7 +151,7 @@ TEST(Reports, CountsOfParts) {
 }
 
 TEST(Reports, PerformanceTable) {
-    Circuit circuit = circuit_of_kinds(3, 3, false);
+    Circuit circuit = circuit_of_kinds(lc, lc, false);
     std::vector<double> frequencies;
     for (int i = 0; i < 60; ++i) frequencies.push_back(80e3 + 1e3 * i);
     auto performance = std::make_unique<Performance>();
@@ -163,7 +166,7 @@ TEST(Reports, PerformanceTable) {
               ChainVerdict::done);
     append(lines, performance_lines(*performance, std::string(90, 'x')));
     k = circuit.klast + 1;
-    ASSERT_EQ(insertBranch(circuit, k, 1e-3, 0, 1), CircuitVerdict::done);
+    ASSERT_EQ(insertBranch(circuit, k, 1e-3, 0, inductor), CircuitVerdict::done);
     ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = frequencies, .radians = true}, *performance), ChainVerdict::done);
     append(lines, performance_lines(*performance, "Driven by a voltage"));
     expect_golden("performance.txt", lines);
@@ -173,7 +176,7 @@ TEST(Reports, PerformanceTable) {
 // The stepped stub that a report names has the impedance of the branch, at any value of the variable.
 TEST(Reports, StubSections) {
     CircuitMaker make(21);
-    for (const int id : {3, 13, 14}) {
+    for (const BranchId id : {lc, lcc, lcl}) {
         for (int trial = 0; trial < 200; ++trial) {
             const bool series = trial % 2 == 0;
             const auto values = make.values(id);
@@ -191,8 +194,8 @@ TEST(Reports, StubSections) {
             const auto line = [t](double z, double X) { return z * (X + z * t) / (z - X * t); };
             const auto stub = [&](double z) { return section.open ? -z / t : z * t; };
             double X = line(section.z1, stub(section.z2));
-            if (id != 3) X = line(section.z1, line(section.z2, stub(section.z3)));
-            EXPECT_NEAR(X, static_cast<double>(branch.v.im), 1e-9 * (1 + X * X)) << id << series;
+            if (id != lc) X = line(section.z1, line(section.z2, stub(section.z3)));
+            EXPECT_NEAR(X, static_cast<double>(branch.v.im), 1e-9 * (1 + X * X)) << branch_kinds[id].name << series;
             EXPECT_GT(section.z1, 0);
             EXPECT_GT(section.z2, 0);
         }
@@ -203,22 +206,23 @@ TEST(Reports, StubSections) {
 TEST(Reports, TripletZeros) {
     CircuitMaker make(22);
     int found = 0;
-    for (int id = 17; id < quadruplet_id; ++id) {
+    for (const BranchKind& kind : branch_kinds) {
+        if (kind.structure != Structure::triplet) continue;
         for (int trial = 0; trial < 50; ++trial) {
-            const auto values = make.values(id);
+            const auto values = make.values(kind.id);
             std::array<double, 2> zeros{};
-            const int count = triplet_zeros(branch_kinds[id], values, zeros);
+            const int count = triplet_zeros(kind, values, zeros);
             for (int i = 0; i < count; ++i) {
                 const auto transfer = [&](double f) {
                     ElementPoint point;
                     const Wide omega = 2 * std::numbers::pi_v<Wide> * f;
                     (void)element_point(Circuit{}, {}, omega, point);
                     PiArms arms;
-                    if (network_arms(branch_kinds[id], values, point, arms) != PointVerdict::computed) return 0.0L;
+                    if (network_arms(kind, values, point, arms) != PointVerdict::computed) return 0.0L;
                     return std::sqrt(1 / squared_magnitude(arms.ZB.v));
                 };
                 const double zero = zeros[static_cast<std::size_t>(i)];
-                EXPECT_LT(transfer(zero), 1e-6L * transfer(zero * 1.3)) << id;
+                EXPECT_LT(transfer(zero), 1e-6L * transfer(zero * 1.3)) << kind.cells;
                 ++found;
             }
         }

@@ -11,6 +11,7 @@ namespace kavrel {
 namespace {
 
 using namespace testing;
+using enum BranchId;
 
 constexpr std::string_view title = "Every branch kind";
 
@@ -23,7 +24,7 @@ Circuit every_kind(CircuitKind kind) {
     circuit.fnorm = 1e6;
     circuit.fs = 3e9;
     int k = 1, cell = 0;
-    const auto append = [&](int id, int parity) {
+    const auto append = [&](BranchId id, int parity) {
         std::vector<double> values;
         for (const char letter : branch_kinds[id].cells) {
             const double unit = letter == 'L' ? 1e-6 : letter == 'C' ? 1e-9 : 100;
@@ -33,18 +34,20 @@ Circuit every_kind(CircuitKind kind) {
         if (k % 2 != parity) ++k;
         EXPECT_EQ(insert_values(circuit, k, id, values), CircuitVerdict::done);
     };
-    append(0, 1);
-    for (int id = 0; id < quadruplet_id; ++id) {
-        if (id == unit_element_id ? lumped : !lumped && id > 3 && id != 13 && id != 14) continue;
-        append(id, 0);
-        if (branch_kinds[id].slot_element) append(id, 1);
+    append(resistor, 1);
+    for (const BranchKind& branch : branch_kinds) {
+        const bool line = branch.structure == Structure::line;
+        if (branch.id == quadruplet || (lumped ? line : !line && !branch.slot_element())) continue;
+        append(branch.id, 0);
+        if (branch.slot_element()) append(branch.id, 1);
     }
     if (lumped) {
         // A tee of coils that only coupled ones can be, and a triplet that leaves out two of its elements.
         k = circuit.klast + 2;
-        EXPECT_EQ(insert_values(circuit, k, 17, std::array{-0.2e-6, 4e-6, 1e-6, 0.0, 1.5e-6}), CircuitVerdict::done);
+        EXPECT_EQ(insert_values(circuit, k, triplet_lll, std::array{-0.2e-6, 4e-6, 1e-6, 0.0, 1.5e-6}),
+                  CircuitVerdict::done);
         k = circuit.klast + 2;
-        EXPECT_EQ(insert_values(circuit, k, 22, std::array{2e-6, 1e-9, absent_inductor, 0.0, -3e-9}),
+        EXPECT_EQ(insert_values(circuit, k, triplet_lcc, std::array{2e-6, 1e-9, absent_inductor, 0.0, -3e-9}),
                   CircuitVerdict::done);
         Quadruplet q;
         q.M(1, 2) = q.M(3, 4) = q.M(1, 4) = 1;
@@ -54,16 +57,19 @@ Circuit every_kind(CircuitKind kind) {
         k = circuit.klast + 2;
         EXPECT_EQ(insert_quadruplet(circuit, k, q), CircuitVerdict::done);
     }
-    append(0, 1);
+    append(resistor, 1);
     return circuit;
 }
 
-Circuit singly_terminated(int last_id, int last_slot) {
+Circuit singly_terminated(BranchId last_id, int last_slot) {
     Circuit circuit;
     int k = 1;
-    EXPECT_EQ(insertBranch(circuit, k, 50, 0, 0), CircuitVerdict::done);
+    EXPECT_EQ(insertBranch(circuit, k, 50, 0, resistor), CircuitVerdict::done);
     for (k = 2; k <= last_slot; ++k) {
-        EXPECT_EQ(insertBranch(circuit, k, k % 2 == 0 ? 1e-5 : 1e-9, 0, k < last_slot ? 2 - (k + 1) % 2 : last_id),
+        EXPECT_EQ(insertBranch(circuit, k, k % 2 == 0 ? 1e-5 : 1e-9, 0,
+                               k == last_slot ? last_id
+                               : k % 2 == 0   ? inductor
+                                              : capacitor),
                   CircuitVerdict::done);
     }
     return circuit;
@@ -102,10 +108,12 @@ std::vector<ClassicCase> classic_cases() {
         cases.push_back({label + ", half-lattices", lumped, {.file_type = type.file_type, .half_lattices = true}});
     }
     cases.push_back({"Touchstone, variables",
-                     singly_terminated(1, 4),
+                     singly_terminated(inductor, 4),
                      {.file_type = TransferFileType::touchstone, .variable_block = true}});
-    cases.push_back({"Spice, driven by a voltage", singly_terminated(1, 4), {.file_type = TransferFileType::spice}});
-    cases.push_back({"Spice, driven by a current", singly_terminated(2, 5), {.file_type = TransferFileType::spice}});
+    cases.push_back(
+        {"Spice, driven by a voltage", singly_terminated(inductor, 4), {.file_type = TransferFileType::spice}});
+    cases.push_back(
+        {"Spice, driven by a current", singly_terminated(capacitor, 5), {.file_type = TransferFileType::spice}});
     return cases;
 }
 
@@ -153,11 +161,11 @@ void expect_described(const Circuit& circuit, const NetworkReader& net, double R
 }
 
 TEST(ClassicTexts, DescribeTheCircuit) {
-    for (int id = 0; id < branch_kind_count; ++id) {
-        if (id == unit_element_id) continue;
+    for (const BranchKind& kind : branch_kinds) {
+        if (kind.id == unit_element) continue;
         for (unsigned seed = 1; seed <= 4; ++seed) {
-            CircuitMaker maker(1000 * seed + static_cast<unsigned>(id));
-            const Circuit circuit = maker.circuit({id, 1, 2, 3}, 4, true);
+            CircuitMaker maker(1000 * seed + static_cast<unsigned>(kind.id));
+            const Circuit circuit = maker.circuit({kind.id, inductor, capacitor, lc}, 4, true);
             const double R1 = circuit.VALUE(1), R2 = circuit.VALUE(circuit.ilast);
             for (const bool half : {false, true}) {
                 for (const int type :
@@ -179,11 +187,11 @@ TEST(ClassicTexts, DescribeTheCircuit) {
 TEST(ClassicTexts, CoupledCoilsAreTheTee) {
     Circuit circuit;
     int k = 1;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
+    EXPECT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
     k = 3;
-    EXPECT_EQ(insert_values(circuit, k, 24, std::array{-0.4, 0.7, 1.0, 0.0, 1.9}), CircuitVerdict::done);
+    EXPECT_EQ(insert_values(circuit, k, triplet_lcl, std::array{-0.4, 0.7, 1.0, 0.0, 1.9}), CircuitVerdict::done);
     k = circuit.klast + 2;
-    EXPECT_EQ(insertBranch(circuit, k, 1.5, 0, 0), CircuitVerdict::done);
+    EXPECT_EQ(insertBranch(circuit, k, 1.5, 0, resistor), CircuitVerdict::done);
     const std::string sstar = transfer_text({circuit}, {.file_type = TransferFileType::sstar});
     EXPECT_NE(sstar.find(" mui "), std::string::npos);
     expect_described(circuit, read_classic(sstar), 1, 1.5, 1e-3, sstar);
@@ -194,7 +202,7 @@ TEST(ClassicTexts, CoupledCoilsAreTheTee) {
 
 // 2 V behind R1 into a short circuit at the other end: by reciprocity the current is 2/(R1 H).
 TEST(ClassicTexts, SpiceOfACircuitDrivenByAVoltagePrintsItsCurrent) {
-    const Circuit circuit = singly_terminated(1, 4);
+    const Circuit circuit = singly_terminated(inductor, 4);
     const SpiceReader spice = read_spice(transfer_text({circuit}, {.file_type = TransferFileType::spice}));
     EXPECT_EQ(spice.print, " .print ac idb( 3, 0) ip( 3, 0)");
     NetworkReader net = spice.net;
@@ -228,13 +236,13 @@ TEST(TransferFile, RefusesWhatATypeCannotCarry) {
     EXPECT_EQ(verdict(TransferFileType::touchstone, TransferDialect::modern), TransferVerdict::microwave_refused);
 
     CircuitMaker maker(3);
-    circuit = maker.circuit({11}, 5, true);
+    circuit = maker.circuit({lattice_c}, 5, true);
     EXPECT_TRUE(has_lattices(circuit));
     EXPECT_EQ(verdict(TransferFileType::touchstone), TransferVerdict::too_many_lattices);
     EXPECT_EQ(message_of(TransferVerdict::too_many_lattices), "Too many lattices, file may not be written");
     circuit.INDX1(unpackBranch(circuit, 1).kn) = 0;
     EXPECT_EQ(verdict(TransferFileType::spice), TransferVerdict::internal_error) << "a broken chain";
-    circuit = maker.circuit({1, 2, 3}, 40, true);
+    circuit = maker.circuit({inductor, capacitor, lc}, 40, true);
     EXPECT_FALSE(has_lattices(circuit));
     circuit.VALUE(3) = std::nan("");
     EXPECT_EQ(verdict(TransferFileType::scompact), TransferVerdict::internal_error);
@@ -246,21 +254,21 @@ TEST(TransferFile, RefusesWhatATypeCannotCarry) {
 TEST(TransferFile, NodesBeyondTheirFieldAreAnInternalErrorAndStarsInATitleAreNot) {
     Circuit circuit;
     int k = 1;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, 0), CircuitVerdict::done);
-    const auto append = [&](int id) {
+    ASSERT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
+    const auto append = [&](BranchId id) {
         const std::vector<double> values(branch_kinds[id].cells.size(), 1.0);
         k = circuit.klast + 2;
-        return id == quadruplet_id ? insert_quadruplet(circuit, k, CircuitMaker(1).quadruplet())
-                                   : insert_values(circuit, k, id, values);
+        return id == quadruplet ? insert_quadruplet(circuit, k, CircuitMaker(1).quadruplet())
+                                : insert_values(circuit, k, id, values);
     };
-    for (int i = 0; i < 21; ++i) ASSERT_EQ(append(9), CircuitVerdict::done);
+    for (int i = 0; i < 21; ++i) ASSERT_EQ(append(twin_t_trap), CircuitVerdict::done);
     std::string text;
     const TransferInput input{.circuit = circuit, .title = "** mine **"};
     const TransferRequest request{.file_type = TransferFileType::touchstone};
     EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::written);
-    for (int i = 0; i < max_quadruplets; ++i) ASSERT_EQ(append(quadruplet_id), CircuitVerdict::done);
+    for (int i = 0; i < max_quadruplets; ++i) ASSERT_EQ(append(quadruplet), CircuitVerdict::done);
     EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::written) << "elements have four digits";
-    ASSERT_EQ(append(3), CircuitVerdict::done);
+    ASSERT_EQ(append(lc), CircuitVerdict::done);
     for (const char* words : {"** mine **", "", "c", "***", "C **"}) {
         EXPECT_EQ(write_transfer_file({.circuit = circuit, .title = words}, request, text),
                   TransferVerdict::internal_error)

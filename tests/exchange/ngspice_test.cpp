@@ -11,6 +11,7 @@ namespace kavrel {
 namespace {
 
 using namespace testing;
+using enum BranchId;
 
 struct Net {
     std::string name;
@@ -41,21 +42,21 @@ Circuit scaled(Circuit circuit, double R, double f) {
 
 std::vector<Net> nets() {
     std::vector<Net> all;
-    const std::vector<int> plain = {0, 1, 2, 3, 13, 14};
+    const std::vector<BranchId> plain = {resistor, inductor, capacitor, lc, lcc, lcl};
     // A ladder of degree 30, alternating coils and capacitors as a low-pass has them.
     CircuitMaker maker(11);
     for (const bool source : {true, false}) {
         for (const int count : {5, 12, 30}) {
             Circuit circuit;
             int k = 1;
-            (void)insertBranch(circuit, k, 1, 0, 0);
+            (void)insertBranch(circuit, k, 1, 0, resistor);
             for (int i = 0; i < count; ++i) {
                 k = circuit.klast + 1;
-                (void)insertBranch(circuit, k, maker.uniform(0.8, 2), 0, k % 2 == 0 ? 1 : 2);
+                (void)insertBranch(circuit, k, maker.uniform(0.8, 2), 0, k % 2 == 0 ? inductor : capacitor);
             }
             if (source) {
                 k = circuit.klast + 1;
-                (void)insertBranch(circuit, k, 1.5, 0, 0);
+                (void)insertBranch(circuit, k, 1.5, 0, resistor);
             }
             all.push_back({"low-pass", scaled(circuit, 50, 1e6), 1e4, 1.5e6});
             if (!source) {
@@ -70,21 +71,23 @@ std::vector<Net> nets() {
         random.negative_share = seed % 2 == 0 ? 0.2 : 0;
         all.push_back({"ladder", scaled(random.circuit(plain, 8, seed % 3 != 0), 75, 1e5), 1e3, 3e5});
     }
-    for (int id = 4; id < branch_kind_count; ++id) {
-        if (id == unit_element_id) continue;
+    for (const BranchKind& kind : branch_kinds) {
+        if (kind.simple()) continue;
+        const int id = static_cast<int>(kind.id);
         CircuitMaker random(static_cast<unsigned>(100 + id));
-        const bool lattice = branch_kinds[id].structure == Structure::lattice;
+        const bool lattice = kind.structure == Structure::lattice;
         for (const bool half : {false, true}) {
             if (half && !lattice) continue;
-            Circuit circuit = random.circuit({id}, 1, id % 3 != 0);
+            Circuit circuit = random.circuit({kind.id}, 1, id % 3 != 0);
             all.push_back({"kind " + std::to_string(id), scaled(circuit, 300, 2e4), 100, 6e4, half});
-            circuit = random.circuit({id, 1, 2}, 6, true);
+            circuit = random.circuit({kind.id, inductor, capacitor}, 6, true);
             all.push_back({"kinds with " + std::to_string(id), scaled(circuit, 1e3, 2e4), 100, 6e4, half});
         }
     }
     for (unsigned seed = 1; seed <= 8; ++seed) {
         CircuitMaker random(40 + seed);
-        Circuit circuit = random.circuit({1, 2, 3, 10, 10, 13, 14}, 7, seed % 3 != 0);
+        Circuit circuit =
+            random.circuit({inductor, capacitor, lc, unit_element, unit_element, lcc, lcl}, 7, seed % 3 != 0);
         circuit.kind = CircuitKind::microwave;
         circuit.fs = 4e9;
         all.push_back({"microwave", circuit, 1e7, 1.97e9});
@@ -131,24 +134,26 @@ TEST(Ngspice, ASweepFromZeroPrintsDecibels) {
     const ScratchFolder folder;
     const auto frequencies = linear_grid(0, 4e5, 5);
     const struct {
-        int id, k;
+        BranchId id;
+        int k;
         double value;
         bool blocks;
-    } nets[] = {{1, 2, 1e-4, false}, {2, 2, 1e-8, true}, {1, 3, 1e-4, true}, {2, 3, 1e-8, false}};
+    } nets[] = {
+        {inductor, 2, 1e-4, false}, {capacitor, 2, 1e-8, true}, {inductor, 3, 1e-4, true}, {capacitor, 3, 1e-8, false}};
     for (const auto& net : nets) {
         Circuit circuit;
         const double ohm = 50;
         int k = 1;
-        ASSERT_EQ(insert_values(circuit, k, 0, {&ohm, 1}), CircuitVerdict::done);
+        ASSERT_EQ(insert_values(circuit, k, resistor, {&ohm, 1}), CircuitVerdict::done);
         k = net.k;
         ASSERT_EQ(insert_values(circuit, k, net.id, {&net.value, 1}), CircuitVerdict::done);
         k = 5;
-        ASSERT_EQ(insert_values(circuit, k, 0, {&ohm, 1}), CircuitVerdict::done);
+        ASSERT_EQ(insert_values(circuit, k, resistor, {&ohm, 1}), CircuitVerdict::done);
         write_file("net.cir",
                    transfer_text({.circuit = circuit, .frequencies = frequencies},
                                  {.file_type = TransferFileType::spice, .dialect = TransferDialect::modern}));
         const auto rows = printed_rows(run_program("ngspice -b net.cir").output);
-        ASSERT_EQ(rows.size(), frequencies.size()) << net.id << ' ' << net.k;
+        ASSERT_EQ(rows.size(), frequencies.size()) << branch_kinds[net.id].name << ' ' << net.k;
         EXPECT_EQ(rows[0].decibels < -1000, net.blocks);
         for (std::size_t i = 1; i < rows.size(); ++i) {
             EXPECT_DOUBLE_EQ(rows[i].f, frequencies[i]);
@@ -159,7 +164,8 @@ TEST(Ngspice, ASweepFromZeroPrintsDecibels) {
 
 TEST(Ngspice, ElementsBearTheNamesOfThePartsList) {
     CircuitMaker maker(5);
-    const Circuit circuit = maker.circuit({1, 3, 9, 11, 15, 16, 17, quadruplet_id}, 8, true);
+    const Circuit circuit = maker.circuit(
+        {inductor, lc, twin_t_trap, lattice_c, equalizer_a, equalizer_b, triplet_lll, quadruplet}, 8, true);
     ASSERT_TRUE(has_lattices(circuit));
     for (const bool half : {false, true}) {
         std::istringstream in(transfer_text(

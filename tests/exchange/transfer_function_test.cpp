@@ -14,6 +14,7 @@ namespace kavrel {
 namespace {
 
 using namespace testing;
+using enum BranchId;
 using Sample = std::complex<double>;
 
 // h = 4 (s^2 + 4)/((s + 1)(s^2 + 0.5 s + 2)) at a normalisation frequency of 1 MHz.
@@ -255,7 +256,9 @@ TEST(SParameters, GiveTheLossAndPhaseOfTheAnalysis) {
         CircuitMaker maker(seed);
         const bool microwave = seed % 4 == 0;
         Circuit circuit =
-            maker.circuit(microwave ? std::vector{1, 2, 3, 10} : std::vector{1, 2, 3, 11, 15, 20}, 6, seed % 3 != 0);
+            maker.circuit(microwave ? std::vector{inductor, capacitor, lc, unit_element}
+                                    : std::vector{inductor, capacitor, lc, lattice_c, equalizer_a, triplet_clc},
+                          6, seed % 3 != 0);
         circuit.fs = 2;
         if (microwave) circuit.kind = CircuitKind::microwave;
         const auto frequencies = linear_grid(0.01, 0.9, 40);

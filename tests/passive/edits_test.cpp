@@ -125,7 +125,7 @@ TEST_F(Edits, TypedValuesBecomeCells) {
     insert("ue", 6, 75);
     near(values(3), {20, 1 / 40.0});
     near(values(4), {20, 1 / 40.0, 1 / 80.0});
-    EXPECT_EQ(unpackBranch(filter.circuit, filter.circuit.klast).id, unit_element_id);
+    EXPECT_EQ(unpackBranch(filter.circuit, filter.circuit.klast).id, BranchId::unit_element);
     send("ch  ", PASSIVE_CHANGE_DLG, {{"branch", "3"}, {"first", "10"}, {"second", "25"}});
     near(values(3), {10, 1 / 25.0});
 }

@@ -49,7 +49,7 @@ TEST_F(FileCommands, LatticesAreAskedFor) {
     insert("r", 5, 50);
     int k = 3;
     const double arms[] = {1e-3, 1e-9, 1e-9, 2e-3, 2e-9, 2e-9};
-    ASSERT_EQ(insert_values(filter.circuit, k, 11, arms), CircuitVerdict::done);
+    ASSERT_EQ(insert_values(filter.circuit, k, BranchId::lattice_c, arms), CircuitVerdict::done);
     window.answers = {Answer::yes, Answer::no};
     window.files = {"half", "whole"};
     send("file", PASSIVE_TRANSFER_DLG, {{"file_type", "Scompact"}});

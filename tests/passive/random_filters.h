@@ -56,8 +56,8 @@ struct FilterMaker : CircuitMaker {
     }
 
     PassiveFilter filter() {
-        static const std::vector<int> kinds = [] {
-            std::vector<int> all;
+        static const std::vector<BranchId> kinds = [] {
+            std::vector<BranchId> all;
             for (const BranchKind& row : branch_kinds) all.push_back(row.id);
             return all;
         }();

@@ -125,7 +125,7 @@ void expect_circuit_from_elsewhere(const PassiveFilter& filter, double tolerance
     EXPECT_FALSE(filter.designed);
     EXPECT_EQ(c.klast, 9);
     EXPECT_EQ(c.kind, CircuitKind::microwave);
-    EXPECT_EQ(unpackBranch(c, 4), (Branch{.id = 1, .i1 = 3, .in = 0, .kp = 3, .kn = 6}));
+    EXPECT_EQ(unpackBranch(c, 4), (Branch{.id = BranchId::inductor, .i1 = 3, .in = 0, .kp = 3, .kn = 6}));
     EXPECT_NEAR(c.VALUE(2), 1.0 / 3, tolerance);
     EXPECT_NEAR(c.VALUE(3), 2.0 / 7, tolerance);
     EXPECT_EQ(c.quadruplet_count, 2);
@@ -171,7 +171,12 @@ TEST(StoredCircuit, ToldRecordsAloneGetANormalisationFrequency) {
     const double elements[] = {2 / (w * 50), 50 / w / 2};  // of 25 and 25 ohm at 1 MHz
     int k = 1;
     for (const double value : {50.0, elements[0], elements[1]}) {
-        ASSERT_EQ(insert_values(c, k, k == 1 ? 0 : k == 3 ? 2 : 1, {&value, 1}), CircuitVerdict::done);
+        ASSERT_EQ(insert_values(c, k,
+                                k == 1   ? BranchId::resistor
+                                : k == 3 ? BranchId::capacitor
+                                         : BranchId::inductor,
+                                {&value, 1}),
+                  CircuitVerdict::done);
         k = k == 1 ? 3 : 4;
     }
     PassiveFilter found;
@@ -181,7 +186,7 @@ TEST(StoredCircuit, ToldRecordsAloneGetANormalisationFrequency) {
     filter = {};
     double load = 50;
     k = 1;
-    ASSERT_EQ(insert_values(filter.circuit, k, 0, {&load, 1}), CircuitVerdict::done);
+    ASSERT_EQ(insert_values(filter.circuit, k, BranchId::resistor, {&load, 1}), CircuitVerdict::done);
     ASSERT_TRUE(reads(stored_circuit_bytes(filter, "").substr(0, told_size), found, title));
     EXPECT_EQ(found.circuit.fnorm, 1);
 }
@@ -243,7 +248,8 @@ struct Damage {
     void (*make)(PassiveFilter& filter);
 };
 
-void change(Circuit& c, int k, int Branch::*field, int value) {
+template <class T>
+void change(Circuit& c, int k, T Branch::*field, T value) {
     Branch branch = unpackBranch(c, k);
     branch.*field = value;
     packBranch(c, k, branch);
@@ -255,9 +261,10 @@ PassiveFilter six_branches() {
     Circuit& c = filter.circuit;
     FilterMaker maker(6);
     int k = 1;
-    for (const int id : {0, 1, quadruplet_id, quadruplet_id, 3, 0}) {
-        const auto done = id == quadruplet_id ? insert_quadruplet(c, k, maker.quadruplet())
-                                              : insert_values(c, k, id, maker.values(id));
+    using enum BranchId;
+    for (const BranchId id : {resistor, inductor, quadruplet, quadruplet, lc, resistor}) {
+        const auto done =
+            id == quadruplet ? insert_quadruplet(c, k, maker.quadruplet()) : insert_values(c, k, id, maker.values(id));
         EXPECT_EQ(done, CircuitVerdict::done);
         ++k;
     }
@@ -280,10 +287,10 @@ constexpr Damage damages[] = {
     {"mode count", [](PassiveFilter& f) { f.circuit.mode_count = 51; }},
     {"kind", [](PassiveFilter& f) { f.circuit.kind = static_cast<CircuitKind>(3); }},
     {"no branch 1", [](PassiveFilter& f) { f.circuit.INDX1(1) = 0; }},
-    {"branch 1 no resistor", [](PassiveFilter& f) { change(f.circuit, 1, &Branch::id, 1); }},
+    {"branch 1 no resistor", [](PassiveFilter& f) { change(f.circuit, 1, &Branch::id, BranchId::inductor); }},
     {"a word outside of the chain", [](PassiveFilter& f) { packBranch(f.circuit, 50, {.i1 = 1}); }},
     {"a negative word", [](PassiveFilter& f) { f.circuit.INDX1(2) = -f.circuit.INDX1(2); }},
-    {"id without a kind", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::id, 26); }},
+    {"id without a kind", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::id, BranchId{branch_kind_count}); }},
     {"link back", [](PassiveFilter& f) { change(f.circuit, 5, &Branch::kp, 1); }},
     {"link to itself", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::kn, 2); }},
     {"link into the void", [](PassiveFilter& f) { change(f.circuit, 2, &Branch::kn, 4); }},
@@ -334,7 +341,7 @@ TEST(StoredCircuit, WhatNoCircuitCouldBeIsRefused) {
     for (int id = branch_kind_count; id <= 50; ++id) {
         for (int further = 0; further <= 10; ++further) {
             PassiveFilter filter = six_branches();
-            change(filter.circuit, 2, &Branch::id, id);
+            change(filter.circuit, 2, &Branch::id, BranchId{id});
             change(filter.circuit, 2, &Branch::in, further);
             EXPECT_FALSE(reads(stored_circuit_bytes(filter, ""))) << id << ' ' << further;
         }

@@ -156,8 +156,8 @@ TEST(BandPass, LowZeroWithoutOneAtTheOrigin) {
     ASSERT_TRUE(run->approximated && run->verdict.good());
     for (int k = 1; k != 0; k = unpackBranch(run->circuit, k).kn) {
         const Branch branch = unpackBranch(run->circuit, k);
-        EXPECT_FALSE(k % 2 == 0 && branch.id == 2) << "a series capacitor";
-        EXPECT_FALSE(k % 2 == 1 && branch.id == 1) << "a shunt inductor";
+        EXPECT_FALSE(k % 2 == 0 && branch.id == BranchId::capacitor) << "a series capacitor";
+        EXPECT_FALSE(k % 2 == 1 && branch.id == BranchId::inductor) << "a shunt inductor";
     }
     EXPECT_NEAR(chain_loss(run->circuit, 1e-6), static_cast<double>(design_loss(run->design.xp, 0)), 1e-9);
 }

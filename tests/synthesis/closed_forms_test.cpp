@@ -60,12 +60,13 @@ Reading reading_of(const LadderRun& run, bool from_source) {
         k = from_source ? unpackBranch(circuit, k).kp : unpackBranch(circuit, k).kn;
         if (k == 0) break;
         const Branch branch = unpackBranch(circuit, k);
-        if (branch.id == 0) break;
+        if (branch.id == BranchId::resistor) break;
         const long double value = circuit.VALUE(branch.i1);
         if (reading.g.empty()) series = k % 2 == 0;
         const bool in_turn = (reading.g.size() % 2 == 0) == (series == (k % 2 == 0));
-        reading.kinds_in_turn = reading.kinds_in_turn && in_turn && branch.id == (k % 2 == 0 ? 1 : 2);
-        reading.g.push_back(branch.id == 1 ? value * w / near : value * w * near);
+        reading.kinds_in_turn =
+            reading.kinds_in_turn && in_turn && branch.id == (k % 2 == 0 ? BranchId::inductor : BranchId::capacitor);
+        reading.g.push_back(branch.id == BranchId::inductor ? value * w / near : value * w * near);
     }
     reading.ratio = series ? far / near : near / far;
     return reading;

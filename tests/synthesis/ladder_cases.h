@@ -65,19 +65,23 @@ struct LadderRun {
     for (int k = unpackBranch(circuit, 1).kn; k != circuit.klast; k = unpackBranch(circuit, k).kn) {
         const Branch branch = unpackBranch(circuit, k);
         const double v = circuit.VALUE(branch.i1);
-        if (branch.id == 10) {
+        if (branch.id == BranchId::unit_element) {
             // cosh and sinh of a line, tanh = s.
             const C scale = 1.0 / std::sqrt(1.0 - s * s);
             times(scale, v * s * scale, s * scale / v, scale);
             continue;
         }
-        const double w = branch.id == 3 ? circuit.VALUE(branch.i1 + 1) : 0;
+        const double w = branch.id == BranchId::lc ? circuit.VALUE(branch.i1 + 1) : 0;
         const bool series = k % 2 == 0;
         if (series) {
-            const C y = branch.id == 1 ? 1.0 / (s * v) : branch.id == 2 ? s * v : 1.0 / (s * v) + s * w;
+            const C y = branch.id == BranchId::inductor    ? 1.0 / (s * v)
+                        : branch.id == BranchId::capacitor ? s * v
+                                                           : 1.0 / (s * v) + s * w;
             times(1, 1.0 / y, 0, 1);
         } else {
-            const C z = branch.id == 1 ? s * v : branch.id == 2 ? 1.0 / (s * v) : s * v + 1.0 / (s * w);
+            const C z = branch.id == BranchId::inductor    ? s * v
+                        : branch.id == BranchId::capacitor ? 1.0 / (s * v)
+                                                           : s * v + 1.0 / (s * w);
             times(1, 0, 1.0 / z, 1);
         }
     }

@@ -1,6 +1,6 @@
 // Complex transmission zeros: compound branches, and orders of removals without negative elements.
 #include <algorithm>
-#include <array>
+#include <map>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -40,7 +40,7 @@ FilterSpec random_request(int turn, std::mt19937& random) {
 TEST(Quadruplets, ComplexZerosBesideRealOnes) {
     std::mt19937 random(11);
     Tally tally;
-    std::array<int, 10> ids{};
+    std::map<BranchId, int> ids;
     int none_exists = 0;
     for (int turn = 0; turn < 60; ++turn) {
         const FilterSpec s = random_request(turn, random);
@@ -62,8 +62,7 @@ TEST(Quadruplets, ComplexZerosBesideRealOnes) {
         EXPECT_EQ(told("*** termination is extreme ***"), state.termination_is_extreme());
         none_exists += state.negative_elements > 0 && state.search == SearchVerdict::none_exists ? 1 : 0;
         for (int k = 1; k != 0; k = unpackBranch(run->circuit, k).kn) {
-            const Branch branch = unpackBranch(run->circuit, k);
-            if (branch.id < static_cast<int>(ids.size())) ++ids[static_cast<std::size_t>(branch.id)];
+            ++ids[unpackBranch(run->circuit, k).id];
         }
     }
     tally.tell();
@@ -72,7 +71,8 @@ TEST(Quadruplets, ComplexZerosBesideRealOnes) {
     EXPECT_EQ(tally.requests, 60);
     EXPECT_GE(positive, 15);
     EXPECT_GE(positive + none_exists, 55);
-    for (const std::size_t id : {6u, 7u, 9u}) EXPECT_GT(ids[id], 0) << id;
+    using enum BranchId;
+    for (const BranchId id : {bridged_c_trap, bridged_l_trap, twin_t_trap}) EXPECT_GT(ids[id], 0);
 }
 
 // The section is removed at every place of the ladder, on both forms and at either extreme point: whatever the signs,
@@ -90,7 +90,7 @@ TEST(Quadruplets, EveryPlaceGivesTheSameLoss) {
     band.loadResistance = 50;
     band.zeroCount = 1;
     band.zerosAtZero = band.zerosAtInfinity = 2;
-    std::array<int, 10> on_impedance{};
+    std::map<BranchId, int> on_impedance;
     int circuits = 0;
     for (FilterSpec s : {low, high, band}) {
         for (const auto& [re, im] :
@@ -142,8 +142,7 @@ TEST(Quadruplets, EveryPlaceGivesTheSameLoss) {
                     EXPECT_LT(loss.passband, 1e-7) << s.filterType << " " << re << " " << place << quadruplet;
                     EXPECT_LT(loss.stopband_relative, 1e-7) << s.filterType << " " << re << " " << place << quadruplet;
                     ++circuits;
-                    const int id = state.QUADS(1).MSICON;
-                    if (quadruplet[0] == 'i') ++on_impedance[static_cast<std::size_t>(id)];
+                    if (quadruplet[0] == 'i') ++on_impedance[state.QUADS(1).MSICON];
                 }
             }
         }
@@ -151,8 +150,8 @@ TEST(Quadruplets, EveryPlaceGivesTheSameLoss) {
     std::printf("%d circuits\n", circuits);
     EXPECT_GT(circuits, 120);
     // Both dual networks of a bridged T were among them.
-    EXPECT_GT(on_impedance[6], 0);
-    EXPECT_GT(on_impedance[7], 0);
+    EXPECT_GT(on_impedance[BranchId::bridged_c_trap], 0);
+    EXPECT_GT(on_impedance[BranchId::bridged_l_trap], 0);
 }
 
 // With five zeros at infinity a quadruplet finds its place; the near and far capacitor merge, none is negative.

@@ -42,7 +42,7 @@ std::vector<Row> rows_of(const Circuit& circuit, bool from_output, double r, dou
     std::vector<std::vector<Row>> branches;
     for (int k = unpackBranch(circuit, 1).kn; k != 0; k = unpackBranch(circuit, k).kn) {
         const Branch branch = unpackBranch(circuit, k);
-        if (branch.id == 0) break;
+        if (branch.id == BranchId::resistor) break;
         branches.emplace_back();
         const std::string_view cells = branch_kinds[branch.id].cells;
         for (std::size_t i = 0; i < cells.size(); ++i) {

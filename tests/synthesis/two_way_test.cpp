@@ -441,7 +441,7 @@ TEST(TwoWay, ResultReportTellsBothSides) {
     const Branch last = unpackBranch(circuit, unpackBranch(circuit, circuit.klast).kp);
     EXPECT_EQ(lines[out + 3].substr(lines[out + 3].size() - 13), edit_1pd(circuit.VALUE(last.i1), 13, 7));
     const double w = 2 * std::numbers::pi * run->state.problem.norm_frequency;
-    const double scale = last.id == 1 ? 100 / w : 1 / (100 * w);
+    const double scale = last.id == BranchId::inductor ? 100 / w : 1 / (100 * w);
     EXPECT_EQ(lines[out + 3].substr(2, 13), edit_1pd(circuit.VALUE(last.i1) / scale, 13, 7));
 }
 

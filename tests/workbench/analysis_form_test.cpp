@@ -128,7 +128,7 @@ TEST_F(AnalysisRoad, APassiveFilterOpensItsSegmentOnAnEmptyStore) {
     bench->passive.designed = true;
     bench->passive.circuit.R1 = 600.0;
     int k = 1;
-    ASSERT_EQ(insertBranch(bench->passive.circuit, k, 50.0, 0.0, 0), CircuitVerdict::done);
+    ASSERT_EQ(insertBranch(bench->passive.circuit, k, 50.0, 0.0, BranchId::resistor), CircuitVerdict::done);
     bench->passive_state.kept.undoCount = 3;
     bench->filter.transfer.poleCount = 5;
     bench->design = DesignOutcome::done;

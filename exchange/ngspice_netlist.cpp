@@ -5,6 +5,7 @@
 
 #include "exchange/expanded_circuit.h"
 #include "exchange/spice_netlist.h"
+#include "exchange/text_parts.h"
 #include "shell/edit.h"
 
 namespace kavrel {
@@ -44,25 +45,26 @@ private:
 
 }  // namespace
 
-bool ngspice_netlist(const Circuit& circuit, std::string_view title, bool half_lattices, const Sweep& sweep,
-                     std::vector<std::string>& lines) {
+TransferVerdict ngspice_netlist(const TransferInput& input, const TransferRequest& request,
+                                std::vector<std::string>& lines) {
     ExpandedCircuit net;
-    const ExpansionRequest request{.lattice = half_lattices ? LatticeText::half : LatticeText::four_arms};
-    if (!expand_circuit(circuit, request, net)) return false;
+    const ExpansionRequest expansion{.lattice = request.half_lattices ? LatticeText::half : LatticeText::four_arms};
+    if (!expand_circuit(input.circuit, expansion, net)) return TransferVerdict::internal_error;
 
-    const std::string words = trimmed_title(title);
+    const std::string words = trimmed_title(input.title);
     lines.push_back(fmt::format("* {}", words.empty() ? "Kavrel circuit" : words.c_str()));
-    NgspiceText text(circuit, net, lines);
+    NgspiceText text(input.circuit, net, lines);
     text.load();
     text.branches();
     text.source();
     lines.emplace_back(".options noopac");
+    const Sweep sweep(input.frequencies);
     lines.push_back(fmt::format(".ac lin {} {} {}", sweep.count, plain_number(sweep.low), plain_number(sweep.high)));
     text.output();
     for (const char* control : {".control", "set units=degrees", "set numdgt=15", ".endc", ".end"}) {
         lines.emplace_back(control);
     }
-    return true;
+    return TransferVerdict::written;
 }
 
 namespace {

@@ -46,9 +46,10 @@ std::string item(double value, char letter, int code) {
 
 }  // namespace
 
-bool pcfilt_list(const Circuit& circuit, std::vector<std::string>& lines) {
+TransferVerdict pcfilt_list(const TransferInput& input, const TransferRequest&, std::vector<std::string>& lines) {
+    const Circuit& circuit = input.circuit;
     ExpandedCircuit net;
-    if (!expand_circuit(circuit, {}, net)) return false;
+    if (!expand_circuit(circuit, {}, net)) return TransferVerdict::internal_error;
     const bool microwave = circuit.kind != CircuitKind::lumped;
 
     lines.push_back(item(net.R1, 'R', code_of(BranchId::resistor, false, microwave)));
@@ -70,7 +71,7 @@ bool pcfilt_list(const Circuit& circuit, std::vector<std::string>& lines) {
         }
     }
     if (net.R2 != 0) lines.push_back(item(net.R2, 'R', code_of(BranchId::resistor, false, microwave)));
-    return true;
+    return TransferVerdict::written;
 }
 
 }  // namespace kavrel

@@ -5,6 +5,7 @@
 
 #include "circuit/parts_list.h"
 #include "exchange/expanded_circuit.h"
+#include "exchange/text_parts.h"
 #include "shell/edit.h"
 
 namespace kavrel {
@@ -13,20 +14,22 @@ namespace {
 
 using Kind = NetElement::Kind;
 
+enum class Program { scompact, touchstone };
+
 enum Keyword { res, ind, cap, slc, plc, trl, sst, ost, trf };
 
-struct Dialect {
-    std::array<std::string_view, 9> words;
+struct Words {
+    std::array<std::string_view, 9> elements;
     std::string_view comment;
     std::string_view assign;      // of a variable
     std::string_view length, at;  // electrical length and its frequency, by their variables
     std::string_view block;       // opens the circuit
 };
 
-constexpr Dialect dialects[] = {
-    {{"res ", "ind ", "cap ", "slc ", "plc ", "trl ", "sst ", "ost ", "trf "}, "*  ", ":", "e=el", "f=f1", " blk"},
-    {{"res ", "ind ", "cap ", "slc ", "plc ", "tlin", "tlsc", "tloc", "xfer"}, "! ", "=", "e^el", "f^f1", " ckt"},
-};
+constexpr Words scompact_words = {
+    {"res ", "ind ", "cap ", "slc ", "plc ", "trl ", "sst ", "ost ", "trf "}, "*  ", ":", "e=el", "f=f1", " blk"};
+constexpr Words touchstone_words = {
+    {"res ", "ind ", "cap ", "slc ", "plc ", "tlin", "tlsc", "tloc", "xfer"}, "! ", "=", "e^el", "f^f1", " ckt"};
 constexpr std::array<std::string_view, 9> value_keys = {"r=", "l=", "c=", "", "", "z =", "z =", "z =", ""};
 
 constexpr double quarter_wave_degrees = 90;
@@ -35,16 +38,18 @@ constexpr double open_end = 1e30;   // ohm: what a circuit driven by a current e
 
 class RfText {
 public:
-    RfText(const Circuit& circuit, const RfNetlistRequest& request, std::vector<std::string>& lines)
-        : circuit_(circuit),
+    RfText(Program program, const TransferInput& input, const TransferRequest& request, std::vector<std::string>& lines)
+        : circuit_(input.circuit),
           request_(request),
-          touchstone_(request.program == RfProgram::touchstone),
-          dialect_(dialects[touchstone_ ? 1 : 0]),
-          microwave_(circuit.kind != CircuitKind::lumped),
-          parts_(list_parts(circuit, request.half_lattices)),
+          title_(input.title),
+          sweep_(input.frequencies),
+          touchstone_(program == Program::touchstone),
+          words_(touchstone_ ? touchstone_words : scompact_words),
+          microwave_(circuit_.kind != CircuitKind::lumped),
+          parts_(list_parts(circuit_, request.half_lattices)),
           lines_(lines) {}
 
-    [[nodiscard]] RfNetlistVerdict write();
+    [[nodiscard]] TransferVerdict write();
 
 private:
     void header();
@@ -58,14 +63,16 @@ private:
 
     void add(std::string_view text) { lines_.emplace_back(text); }
     [[nodiscard]] Keyword keyword(Kind kind) const;
-    [[nodiscard]] std::string_view word(Keyword keyword) const { return dialect_.words[keyword]; }
+    [[nodiscard]] std::string_view word(Keyword keyword) const { return words_.elements[keyword]; }
     [[nodiscard]] static std::string_view key(Keyword keyword) { return value_keys[keyword]; }
     [[nodiscard]] std::string part_names(int k) const;
 
     const Circuit& circuit_;
-    const RfNetlistRequest& request_;
+    const TransferRequest& request_;
+    std::string_view title_;
+    Sweep sweep_;
     bool touchstone_;
-    const Dialect& dialect_;
+    const Words& words_;
     bool microwave_;
     std::vector<CircuitPart> parts_;
     ExpandedCircuit net_;
@@ -76,29 +83,35 @@ bool is_lattice(const NetBranch& branch) { return branch.kind->structure == Stru
 
 }  // namespace
 
-RfNetlistVerdict rf_netlist(const Circuit& circuit, const RfNetlistRequest& request, std::vector<std::string>& lines) {
-    return RfText(circuit, request, lines).write();
+TransferVerdict scompact_netlist(const TransferInput& input, const TransferRequest& request,
+                                 std::vector<std::string>& lines) {
+    return RfText(Program::scompact, input, request, lines).write();
+}
+
+TransferVerdict touchstone_netlist(const TransferInput& input, const TransferRequest& request,
+                                   std::vector<std::string>& lines) {
+    return RfText(Program::touchstone, input, request, lines).write();
 }
 
 namespace {
 
-RfNetlistVerdict RfText::write() {
+TransferVerdict RfText::write() {
     const ExpansionRequest expansion{
         .lattice = request_.half_lattices ? LatticeText::half_paired : LatticeText::isolated, .pairs = !microwave_};
-    if (!expand_circuit(circuit_, expansion, net_)) return RfNetlistVerdict::no_circuit;
+    if (!expand_circuit(circuit_, expansion, net_)) return TransferVerdict::internal_error;
     const bool numbered = !request_.half_lattices && !microwave_;
     if (numbered && std::ranges::count_if(net_.branches, is_lattice) > max_numbered_lattices) {
-        return RfNetlistVerdict::too_many_lattices;
+        return TransferVerdict::too_many_lattices;
     }
 
     header();
     variables();
-    if (touchstone_) add(dialect_.block);
+    if (touchstone_) add(words_.block);
     int arms = 0;
     for (const NetBranch& b : net_.branches) {
         if (numbered && is_lattice(b)) lattice_arms(b, arms += 2);
     }
-    if (!touchstone_) add(dialect_.block);
+    if (!touchstone_) add(words_.block);
     int lattices = 0;
     for (const NetBranch& b : net_.branches) {
         if (is_lattice(b) && microwave_) {
@@ -115,19 +128,19 @@ RfNetlistVerdict RfText::write() {
     } else {
         scompact_tail();
     }
-    return RfNetlistVerdict::written;
+    return TransferVerdict::written;
 }
 
 // (3A,19A4)
 void RfText::header() {
-    if (microwave_ || !trim(request_.title).empty()) add(std::string(dialect_.comment) + title_words(request_.title));
+    if (microwave_ || !trim(title_).empty()) add(std::string(words_.comment) + title_words(title_));
 }
 
 void RfText::variables() {
     if (request_.variable_block || (touchstone_ && microwave_)) add(" var");
     if (microwave_) {
-        add(line().a(" el").a(dialect_.assign, 3).f(quarter_wave_degrees, 8, 2));
-        add(line().a(" f1").a(dialect_.assign, 3).pe(circuit_.fs / 2, 14, 7));
+        add(line().a(" el").a(words_.assign, 3).f(quarter_wave_degrees, 8, 2));
+        add(line().a(" f1").a(words_.assign, 3).pe(circuit_.fs / 2, 14, 7));
     }
     if (!request_.variable_block) return;
     for (const NetBranch& b : net_.branches) {
@@ -189,9 +202,9 @@ void RfText::branch(const NetBranch& b) {
                             .a(key(w), 3)
                             .pe(e.value, 14, 7)
                             .x(2)
-                            .a(dialect_.length)
+                            .a(words_.length)
                             .x(2)
-                            .a(dialect_.at));
+                            .a(words_.at));
                 } else if (b.kind->slot_element() && b.values.size() == 1) {
                     // (3X,A4,2I4,3X,A3,1P,E14.7,3X,A10)
                     add(line()
@@ -284,16 +297,15 @@ void RfText::circuit_end() {
 }
 
 void RfText::touchstone_tail() {
-    const Sweep& sweep = request_.sweep;
     add("   freq");
-    add(std::string(dialect_.comment) + "put frequencies here");
-    add(line().x(5).a("sweep ").pe(sweep.low, 16, 7).pe(sweep.high, 16, 7).pe(sweep.step(), 16, 7));
+    add(std::string(words_.comment) + "put frequencies here");
+    add(line().x(5).a("sweep ").pe(sweep_.low, 16, 7).pe(sweep_.high, 16, 7).pe(sweep_.step(), 16, 7));
     add("   out");
     add("     a db[s21] gr1");
     add("   grid");
-    add(std::string(dialect_.comment) + "put plot info here");
-    const double division = (sweep.high - sweep.low) / range_steps;
-    add(line().x(5).a("range ").pe(sweep.low, 16, 7).pe(sweep.high, 16, 7).pe(division, 16, 7));
+    add(std::string(words_.comment) + "put plot info here");
+    const double division = (sweep_.high - sweep_.low) / range_steps;
+    add(line().x(5).a("range ").pe(sweep_.low, 16, 7).pe(sweep_.high, 16, 7).pe(division, 16, 7));
     add("     gr1 -4.0 1.0 1.0");
     add("   dim");
     add("     freq hz");
@@ -304,10 +316,9 @@ void RfText::touchstone_tail() {
 }
 
 void RfText::scompact_tail() {
-    const Sweep& sweep = request_.sweep;
     add("   freq");
-    add(std::string(dialect_.comment) + "put frequencies here");
-    add(line().x(5).a("step ").pe(sweep.low, 16, 7).pe(sweep.high, 16, 7).pe(sweep.step(), 16, 7));
+    add(std::string(words_.comment) + "put frequencies here");
+    add(line().x(5).a("step ").pe(sweep_.low, 16, 7).pe(sweep_.high, 16, 7).pe(sweep_.step(), 16, 7));
     add("   end");
     add(" *");
     add("   out");
@@ -330,7 +341,7 @@ Keyword RfText::keyword(Kind kind) const {
 
 // A10: the names of the branch's parts, as a comment.
 std::string RfText::part_names(int k) const {
-    std::string names(dialect_.comment);
+    std::string names(words_.comment);
     for (const CircuitPart& part : parts_) {
         if (part.branch == k) names += line().a(std::string(1, part.letter)).i(part.number, 0, 2).x(1).text();
     }

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "circuit/chain_analysis.h"
 #include "exchange/text_parts.h"
 
 namespace kavrel {
@@ -33,13 +34,12 @@ void add_head(const Chain& chain, std::string_view title, std::vector<std::strin
 
 }  // namespace
 
-bool s_parameter_lines(const Circuit& circuit, const ElementLoss& loss, std::string_view title,
-                       std::span<const double> frequencies, std::vector<std::string>& lines) {
+TransferVerdict s_parameter_lines(const TransferInput& input, const TransferRequest&, std::vector<std::string>& lines) {
     Chain chain;
-    if (prepare_chain(circuit, loss, chain) != ChainVerdict::done) return false;
-    add_head(chain, title, lines);
+    if (prepare_chain(input.circuit, input.loss, chain) != ChainVerdict::done) return TransferVerdict::internal_error;
+    add_head(chain, input.title, lines);
     const Wide R = chain.R1;
-    for (const double f : frequencies) {
+    for (const double f : input.frequencies) {
         ChainMatrix m;
         if (chain_matrix(chain, 2 * std::numbers::pi_v<Wide> * f, m) != PointVerdict::computed) continue;
         const WideComplex b = (1 / R) * m.B;
@@ -54,7 +54,7 @@ bool s_parameter_lines(const Circuit& circuit, const ElementLoss& loss, std::str
         }
         lines.push_back(std::move(row));
     }
-    return true;
+    return TransferVerdict::written;
 }
 
 }  // namespace kavrel

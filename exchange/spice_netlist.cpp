@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "exchange/expanded_circuit.h"
+#include "exchange/text_parts.h"
 #include "shell/edit.h"
 
 namespace kavrel {
@@ -32,22 +33,23 @@ private:
 
     const Circuit& circuit_;
     const ExpandedCircuit& net_;
-    const Sweep& sweep_;
+    Sweep sweep_;
     std::vector<std::string>& lines_;
     int counter_ = 0;
 };
 
 }  // namespace
 
-bool spice_netlist(const Circuit& circuit, bool half_lattices, const Sweep& sweep, std::vector<std::string>& lines) {
+TransferVerdict spice_netlist(const TransferInput& input, const TransferRequest& request,
+                              std::vector<std::string>& lines) {
     ExpandedCircuit net;
-    const ExpansionRequest request{.first_node = 2,
-                                   .lattice = half_lattices ? LatticeText::half : LatticeText::four_arms,
-                                   .coupled_coils = true,
-                                   .end_on_ground = true};
-    if (!expand_circuit(circuit, request, net)) return false;
-    SpiceText(circuit, net, sweep, lines).write();
-    return true;
+    const ExpansionRequest expansion{.first_node = 2,
+                                     .lattice = request.half_lattices ? LatticeText::half : LatticeText::four_arms,
+                                     .coupled_coils = true,
+                                     .end_on_ground = true};
+    if (!expand_circuit(input.circuit, expansion, net)) return TransferVerdict::internal_error;
+    SpiceText(input.circuit, net, Sweep(input.frequencies), lines).write();
+    return TransferVerdict::written;
 }
 
 namespace {

@@ -1,12 +1,7 @@
 // The netlist for Spice: the classic text, and the one that ngspice runs as it is.
 #pragma once
 
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include "circuit/circuit.h"
-#include "exchange/text_parts.h"
+#include "exchange/transfer_request.h"
 
 namespace kavrel {
 
@@ -14,9 +9,10 @@ namespace kavrel {
 // doubly terminated circuit prints the voltage at the last resistor,
 //     vdb = -loss + 10 log10(R2/R1),
 // a singly terminated one the current in its last branch; where that lies in series it ends on ground, and by
-// reciprocity idb = -loss + 20 log10(2/R1). False when the store is no circuit.
-[[nodiscard]] bool spice_netlist(const Circuit& circuit, bool half_lattices, const Sweep& sweep,
-                                 std::vector<std::string>& lines);
+// reciprocity idb = -loss + 20 log10(2/R1). An internal error when the store is
+// no circuit.
+[[nodiscard]] TransferVerdict spice_netlist(const TransferInput& input, const TransferRequest& request,
+                                            std::vector<std::string>& lines);
 
 // The text for ngspice: a source at the last branch, branch 1 as the load, so that the printed dB are -loss and the
 // printed degrees the phase of the analysis:
@@ -27,7 +23,7 @@ namespace kavrel {
 // names of the parts list. In a microwave circuit unit elements and stubs are lossless lines. Lattices and
 // half-lattices have ideal transformers made of two controlled sources. Where nothing at all comes through, as at
 // frequency 0 of a high-pass, it prints -4000 dB.
-[[nodiscard]] bool ngspice_netlist(const Circuit& circuit, std::string_view title, bool half_lattices,
-                                   const Sweep& sweep, std::vector<std::string>& lines);
+[[nodiscard]] TransferVerdict ngspice_netlist(const TransferInput& input, const TransferRequest& request,
+                                              std::vector<std::string>& lines);
 
 }  // namespace kavrel

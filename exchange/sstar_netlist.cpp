@@ -5,6 +5,7 @@
 
 #include "circuit/element_formulas.h"
 #include "exchange/expanded_circuit.h"
+#include "exchange/text_parts.h"
 #include "shell/edit.h"
 
 namespace kavrel {
@@ -24,13 +25,15 @@ std::string general(double value);
 
 }  // namespace
 
-bool sstar_netlist(const Circuit& circuit, bool half_lattices, const Sweep& sweep, std::vector<std::string>& lines) {
+TransferVerdict sstar_netlist(const TransferInput& input, const TransferRequest& request,
+                              std::vector<std::string>& lines) {
+    const Circuit& circuit = input.circuit;
     ExpandedCircuit net;
-    ExpansionRequest request{.lattice = half_lattices ? LatticeText::half : LatticeText::four_arms,
-                             .pairs = true,
-                             .coupled_coils = true,
-                             .largest_coupling = largest_coupling};
-    if (!expand_circuit(circuit, request, net)) return false;
+    const ExpansionRequest expansion{.lattice = request.half_lattices ? LatticeText::half : LatticeText::four_arms,
+                                     .pairs = true,
+                                     .coupled_coils = true,
+                                     .largest_coupling = largest_coupling};
+    if (!expand_circuit(circuit, expansion, net)) return TransferVerdict::internal_error;
 
     lines.emplace_back(" circuit");
     Counters counters;
@@ -38,13 +41,14 @@ bool sstar_netlist(const Circuit& circuit, bool half_lattices, const Sweep& swee
         for (const NetElement& e : branch.elements) lines.push_back(element_line(circuit, branch, e, counters));
     }
     lines.push_back(line().a(" def2p").i(net.first, 4).i(net.last, 4).a(" filter"));
+    const Sweep sweep(input.frequencies);
     lines.emplace_back(" freq");
     lines.push_back(line().a(" swp ").g(sweep.low, 12, 6).x(2).g(sweep.high, 12, 6).x(2).i(sweep.count, 3));
     lines.emplace_back(" window");
     lines.push_back(line().a(" filter(").g(sweep.low, 12, 6).a(",").g(sweep.high, 12, 6).a(")"));
     lines.emplace_back(" gph s21 -100 0");
     lines.emplace_back(" gph dly 0 500");
-    return true;
+    return TransferVerdict::written;
 }
 
 namespace {

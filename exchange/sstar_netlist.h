@@ -1,17 +1,13 @@
 // The netlist for SStar, lumped circuits only.
 #pragma once
 
-#include <string>
-#include <vector>
-
-#include "circuit/circuit.h"
-#include "exchange/text_parts.h"
+#include "exchange/transfer_request.h"
 
 namespace kavrel {
 
 // The circuit between its terminations, node 1 at branch 1. A lattice keeps the resonance of its arms' pairs to six
-// digits: they are told by frequency and capacitance. False when the store is no circuit.
-[[nodiscard]] bool sstar_netlist(const Circuit& circuit, bool half_lattices, const Sweep& sweep,
-                                 std::vector<std::string>& lines);
+// digits: they are given by frequency and capacitance. An internal error when the store is no circuit.
+[[nodiscard]] TransferVerdict sstar_netlist(const TransferInput& input, const TransferRequest& request,
+                                            std::vector<std::string>& lines);
 
 }  // namespace kavrel

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,9 @@ struct Sweep {
     double low = 0;
     double high = 0;
     int count = 0;
+
+    explicit Sweep(std::span<const double> frequencies)
+        : low(frequencies.front()), high(frequencies.back()), count(static_cast<int>(frequencies.size())) {}
 
     [[nodiscard]] double step() const { return count > 1 ? (high - low) / (count - 1) : 0.0; }
 };

@@ -3,12 +3,7 @@
 #include <algorithm>
 #include <numbers>
 
-#include "exchange/pcfilt_list.h"
-#include "exchange/rf_netlist.h"
-#include "exchange/s_parameters.h"
-#include "exchange/spice_netlist.h"
-#include "exchange/sstar_netlist.h"
-#include "exchange/transfer_polynomials.h"
+#include "exchange/text_parts.h"
 
 namespace kavrel {
 
@@ -16,11 +11,7 @@ namespace {
 
 constexpr int default_points = 100;
 
-const TransferTypeRow* row_of(int file_type);
-bool in_modern_dialect(const TransferTypeRow& row, const TransferRequest& request);
-Sweep sweep_of(std::span<const double> frequencies);
-TransferVerdict write_lines(const TransferInput& input, const TransferRequest& request,
-                            std::span<const double> frequencies, std::vector<std::string>& lines);
+const TransferText& text_of(const TransferTypeRow& row, TransferDialect dialect);
 bool overflows(std::string_view line, std::string_view title);
 std::string_view without_mark(std::string_view line);
 
@@ -43,11 +34,11 @@ bool has_lattices(const Circuit& circuit) {
 TransferVerdict transfer_refusal(const TransferInput& input, const TransferRequest& request) {
     const TransferTypeRow* row = row_of(request.file_type);
     if (row == nullptr) return TransferVerdict::no_such_type;
-    if (request.file_type == TransferFileType::matlab) {
+    if (row->of_function) {
         const bool known = input.transfer != nullptr && input.transfer->poleCount > 0;
         return known ? TransferVerdict::written : TransferVerdict::no_data;
     }
-    const bool knows_lines = row->microwave || in_modern_dialect(*row, request);
+    const bool knows_lines = text_of(*row, request.dialect).lines;
     const bool wave_digital = input.circuit.kind == CircuitKind::wave_digital;
     if (wave_digital || (input.circuit.kind == CircuitKind::microwave && !knows_lines)) {
         return TransferVerdict::microwave_refused;
@@ -58,10 +49,9 @@ TransferVerdict transfer_refusal(const TransferInput& input, const TransferReque
 std::string transfer_file_name(std::string_view stem, const TransferRequest& request) {
     const TransferTypeRow* row = row_of(request.file_type);
     if (row == nullptr) return {};
-    if (row->file_type != TransferFileType::spice && in_modern_dialect(*row, request)) {
-        return std::string(file_stem(trim(stem))) + ".s2p";
-    }
-    return file_name(stem, row->slot);
+    const std::string_view extension = text_of(*row, request.dialect).extension;
+    if (extension.empty()) return file_name(stem, row->slot);
+    return std::string(file_stem(trim(stem))) + std::string(extension);
 }
 
 std::vector<double> frequencies_in_hertz(const FrequencyGrid& grid) {
@@ -82,11 +72,11 @@ std::vector<double> default_frequencies(const Circuit& circuit) {
 TransferVerdict write_transfer_file(const TransferInput& input, const TransferRequest& request, std::string& text) {
     if (const auto refusal = transfer_refusal(input, request); refusal != TransferVerdict::written) return refusal;
     std::vector<double> defaults;
-    if (input.frequencies.empty()) defaults = default_frequencies(input.circuit);
+    TransferInput complete = input;
+    if (input.frequencies.empty()) complete.frequencies = defaults = default_frequencies(input.circuit);
     std::vector<std::string> lines;
-    const auto verdict = write_lines(
-        input, request, input.frequencies.empty() ? std::span<const double>(defaults) : input.frequencies, lines);
-    if (verdict != TransferVerdict::written) return verdict;
+    const TransferWriter write = text_of(*row_of(request.file_type), request.dialect).write;
+    if (const auto verdict = write(complete, request, lines); verdict != TransferVerdict::written) return verdict;
     const auto bad = [&](const std::string& line) { return overflows(line, input.title); };
     if (std::ranges::any_of(lines, bad)) return TransferVerdict::internal_error;
     text.clear();
@@ -99,53 +89,9 @@ TransferVerdict write_transfer_file(const TransferInput& input, const TransferRe
 
 namespace {
 
-const TransferTypeRow* row_of(int file_type) {
-    const auto found = std::ranges::find(transfer_types, file_type, &TransferTypeRow::file_type);
-    return found == transfer_types.end() ? nullptr : &*found;
-}
-
-bool in_modern_dialect(const TransferTypeRow& row, const TransferRequest& request) {
-    return request.dialect == TransferDialect::modern && !row.modern.empty();
-}
-
-Sweep sweep_of(std::span<const double> frequencies) {
-    return {frequencies.front(), frequencies.back(), static_cast<int>(frequencies.size())};
-}
-
-TransferVerdict write_lines(const TransferInput& input, const TransferRequest& request,
-                            std::span<const double> frequencies, std::vector<std::string>& lines) {
-    const Circuit& circuit = input.circuit;
-    const Sweep sweep = sweep_of(frequencies);
-    const bool modern = in_modern_dialect(*row_of(request.file_type), request);
-    const auto verdict_of = [](bool written) {
-        return written ? TransferVerdict::written : TransferVerdict::internal_error;
-    };
-    switch (request.file_type) {
-        case TransferFileType::spice:
-            return verdict_of(modern ? ngspice_netlist(circuit, input.title, request.half_lattices, sweep, lines)
-                                     : spice_netlist(circuit, request.half_lattices, sweep, lines));
-        case TransferFileType::sstar: return verdict_of(sstar_netlist(circuit, request.half_lattices, sweep, lines));
-        case TransferFileType::pcfilt: return verdict_of(pcfilt_list(circuit, lines));
-        case TransferFileType::matlab: {
-            const bool warped = circuit.kind != CircuitKind::lumped;
-            lines = matlab_lines(transfer_polynomials(*input.transfer, warped), input.title);
-            return TransferVerdict::written;
-        }
-        default: break;
-    }
-    if (modern) return verdict_of(s_parameter_lines(circuit, input.loss, input.title, frequencies, lines));
-    const bool touchstone = request.file_type == TransferFileType::touchstone;
-    const RfNetlistRequest rf{.program = touchstone ? RfProgram::touchstone : RfProgram::scompact,
-                              .title = input.title,
-                              .half_lattices = request.half_lattices,
-                              .variable_block = request.variable_block,
-                              .sweep = sweep};
-    switch (rf_netlist(circuit, rf, lines)) {
-        case RfNetlistVerdict::written: return TransferVerdict::written;
-        case RfNetlistVerdict::too_many_lattices: return TransferVerdict::too_many_lattices;
-        case RfNetlistVerdict::no_circuit: break;
-    }
-    return TransferVerdict::internal_error;
+const TransferText& text_of(const TransferTypeRow& row, TransferDialect dialect) {
+    const auto found = std::ranges::find(row.texts, dialect, &TransferText::dialect);
+    return found == row.texts.end() ? row.texts.front() : *found;
 }
 
 // A field that its number does not fit into is full of asterisks; the line of the title may have some of its own.
@@ -162,6 +108,16 @@ std::string_view without_mark(std::string_view line) {
     }
     return {};
 }
+
+constexpr bool types_are_whole() {
+    int type = 0;
+    return std::all_of(transfer_types.begin(), transfer_types.end(), [&](const TransferTypeRow& row) {
+        const bool classic_first = row.texts[0].dialect == TransferDialect::classic && row.texts[0].write != nullptr;
+        const bool second = (row.texts[1].dialect == TransferDialect::none) == (row.texts[1].write == nullptr);
+        return static_cast<int>(row.file_type) == ++type && classic_first && second;
+    });
+}
+static_assert(types_are_whole());
 
 }  // namespace
 

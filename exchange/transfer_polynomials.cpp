@@ -34,13 +34,6 @@ int turned_factors(const TransferFunction& t) {
     return count;
 }
 
-void add_rows(const std::vector<double>& ascending, std::vector<std::string>& lines) {
-    for (auto order = ascending.size(); order-- > 0;) {
-        lines.push_back(line().x(2).pe(ascending[order], 23, 13).a("   % order=").i(static_cast<long long>(order), 2));
-    }
-    lines.emplace_back(" ]");
-}
-
 }  // namespace
 
 TransferPolynomials transfer_polynomials(const TransferFunction& t, bool warped) {
@@ -67,23 +60,6 @@ std::vector<std::string> polynomial_lines(const TransferPolynomials& polynomials
                             .pe(coefficient_at(polynomials.denominator, i), 25, 13));
     }
     lines.push_back(line().a(" normalization frequency =").pe(polynomials.fnorm, 25, 13).a(" hz"));
-    return lines;
-}
-
-std::vector<std::string> matlab_lines(const TransferPolynomials& polynomials, std::string_view title) {
-    std::vector<std::string> lines = {" % transfer function polynomial data for use with matlab(tm)",
-                                      " % Kavrel title:",
-                                      " %" + title_words(title),
-                                      " %",
-                                      " % numerator of h(s):",
-                                      " num = ["};
-    add_rows(polynomials.numerator, lines);
-    lines.emplace_back(" % denominator of h(s):");
-    lines.emplace_back(" denom = [");
-    add_rows(polynomials.denominator, lines);
-    lines.emplace_back(" % (normalized coefficients in descending order)");
-    lines.push_back(line().a(" fnorm =").pe(polynomials.fnorm, 23, 13));
-    lines.emplace_back(" % end of kavrel data for matlab");
     return lines;
 }
 

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "approximation/filter_spec.h"
@@ -23,8 +22,5 @@ struct TransferPolynomials {
 
 // The lines of the screen: "******* Transfer function polynomials *******" and what follows it.
 [[nodiscard]] std::vector<std::string> polynomial_lines(const TransferPolynomials& polynomials);
-
-// The script that defines num, denom and fnorm.
-[[nodiscard]] std::vector<std::string> matlab_lines(const TransferPolynomials& polynomials, std::string_view title);
 
 }  // namespace kavrel

@@ -26,11 +26,11 @@ void hand_over(const PassiveFilter& filter, std::string_view title) {
         .circuit = filter.circuit, .title = title, .transfer = &filter.transfer, .frequencies = frequencies};
     std::string text;
     for (const TransferTypeRow& type : transfer_types) {
-        for (const auto dialect : {TransferDialect::classic, TransferDialect::modern}) {
+        for (const TransferText& written : type.texts) {
             for (const bool half : {false, true}) {
-                if (half && !has_lattices(filter.circuit)) continue;
+                if (written.write == nullptr || (half && !has_lattices(filter.circuit))) continue;
                 (void)write_transfer_file(
-                    input, {.file_type = type.file_type, .dialect = dialect, .half_lattices = half}, text);
+                    input, {.file_type = type.file_type, .dialect = written.dialect, .half_lattices = half}, text);
             }
         }
     }

@@ -18,12 +18,11 @@ constexpr std::string_view no_such_branch = "Incorrect branch selected";
 constexpr std::string_view no_change = "Branch may not be changed";
 
 constexpr std::string_view insert_menu = "Branch Insert";
+constexpr int behind_load = 2;  // slot of an equalizer
 
-BranchId id_of_choice(int element);
 [[nodiscard]] bool cell_value(const PassiveDesk& desk, char letter, double typed, double& value);
-[[nodiscard]] bool cell_values(const PassiveDesk& desk, BranchId id, const InsertRequest& request,
+[[nodiscard]] bool cell_values(const PassiveDesk& desk, std::string_view letters, const InsertRequest& request,
                                std::span<double> values);
-void insert_equalizer(PassiveDesk& desk, BranchId id);
 void report_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict);
 std::string insert_keys(const InsertRequest& request, std::size_t values);
 bool in_range(int k) { return k >= 1 && k <= max_branches; }
@@ -55,19 +54,20 @@ void show_changed(PassiveDesk& desk, int changed) {
 
 void insert_branch(PassiveDesk& desk) {
     const InsertRequest& request = desk.command.insert;
-    if (request.element == InsertChoice::copy) return copy_branch(desk);
-    const BranchId id = id_of_choice(request.element);
+    if (request.element == insert_copy) return copy_branch(desk);
+    const BranchKind& kind = insert_kind(request.element);
     const bool lumped = desk.filter.circuit.kind == CircuitKind::lumped;
-    if (branch_kinds[id].equalizer()) return lumped ? insert_equalizer(desk, id) : refuse(desk, no_equalizer);
-    if (!in_range(request.branch)) return refuse(desk, message_of(CircuitVerdict::out_of_range));
-    if (id == BranchId::unit_element && lumped) return refuse(desk, no_unit_element);
+    if (kind.equalizer() && !lumped) return refuse(desk, no_equalizer);
+    if (!kind.equalizer() && !in_range(request.branch)) return refuse(desk, message_of(CircuitVerdict::out_of_range));
+    if (kind.structure == Structure::line && lumped) return refuse(desk, no_unit_element);
 
     std::array<double, 3> room{};
-    const auto values = std::span(room).first(branch_kinds[id].cells.size());
-    if (!cell_values(desk, id, request, values)) return refuse(desk, zero_value);
+    const auto values = std::span(room).first(kind.typed.size());
+    if (!cell_values(desk, kind.typed, request, values)) return refuse(desk, zero_value);
     Circuit edited = desk.filter.circuit;
-    int k = request.branch;
-    const CircuitVerdict verdict = insert_values(edited, k, id, values);
+    int k = kind.equalizer() ? behind_load : request.branch;
+    const CircuitVerdict verdict = kind.equalizer() ? insertEqualizer(edited, values[0], values[1], values[2], kind.id)
+                                                    : insert_values(edited, k, kind.id, values);
     if (verdict != CircuitVerdict::done) return report_insert_verdict(desk, verdict);
     take_edit(desk, edited, k, {insert_menu, insert_keys(request, values.size())});
 }
@@ -85,7 +85,7 @@ void copy_branch(PassiveDesk& desk) {
                                        ? insert_quadruplet(edited, k, circuit.QUADRUPLETS(source.i1))
                                        : insert_values(edited, k, source.id, branch_values(circuit, source));
     if (verdict != CircuitVerdict::done) return report_insert_verdict(desk, verdict);
-    std::string keys = "{DOWN 9}";
+    std::string keys = "{DOWN " + std::to_string(insert_copy - 1) + "}";
     for (const int branch : {request.branch, request.copy_of}) keys += std::string(macro_tab) + macro_branch(branch);
     take_edit(desk, edited, k, {insert_menu, keys + std::string(macro_return)});
 }
@@ -136,12 +136,6 @@ void recall_circuit(PassiveDesk& desk) {
 
 namespace {
 
-BranchId id_of_choice(int element) {
-    using enum BranchId;
-    constexpr BranchId ids[] = {resistor, inductor, capacitor, lc, unit_element, lcc, lcl, equalizer_a, equalizer_b};
-    return ids[element - InsertChoice::r];
-}
-
 // From what was typed to what a cell holds: in a microwave circuit a capacitive cell holds the admittance of the
 // impedance that was typed. False for what no cell may hold: a resistor, a line or a microwave stub of no impedance.
 bool cell_value(const PassiveDesk& desk, char letter, double typed, double& value) {
@@ -158,26 +152,13 @@ bool cell_value(const PassiveDesk& desk, char letter, double typed, double& valu
     return std::isfinite(value);
 }
 
-bool cell_values(const PassiveDesk& desk, BranchId id, const InsertRequest& request, std::span<double> values) {
+bool cell_values(const PassiveDesk& desk, std::string_view letters, const InsertRequest& request,
+                 std::span<double> values) {
     const double typed[] = {request.value1, request.value2, request.value3};
     for (std::size_t i = 0; i < values.size(); ++i) {
-        if (!cell_value(desk, branch_kinds[id].cells[i], typed[i], values[i])) return false;
+        if (!cell_value(desk, letters[i], typed[i], values[i])) return false;
     }
     return true;
-}
-
-void insert_equalizer(PassiveDesk& desk, BranchId id) {
-    const InsertRequest& request = desk.command.insert;
-    double L = 0, R1 = 0, C = 0;
-    if (!cell_value(desk, 'L', request.value1, L) || !cell_value(desk, 'R', request.value2, R1) ||
-        !cell_value(desk, 'C', request.value3, C)) {
-        return refuse(desk, zero_value);
-    }
-    Circuit edited = desk.filter.circuit;
-    const CircuitVerdict verdict = insertEqualizer(edited, L, R1, C, id);
-    if (verdict != CircuitVerdict::done) return report_insert_verdict(desk, verdict);
-    constexpr int behind_load = 2;
-    take_edit(desk, edited, behind_load, {insert_menu, insert_keys(request, 3)});
 }
 
 void report_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict) {
@@ -190,8 +171,8 @@ void report_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict) {
 
 // The list of elements is brought to its first row, then down to the one that was chosen.
 std::string insert_keys(const InsertRequest& request, std::size_t values) {
-    const int down = request.element - InsertChoice::r;
-    std::string keys = "{UP 9}";
+    const int down = request.element - 1;
+    std::string keys = "{UP " + std::to_string(insert_copy - 1) + "}";
     if (down == 1) keys += " {DOWN}";
     if (down > 1) keys += " {DOWN " + std::to_string(down) + "}";
     keys += std::string(macro_tab) + macro_branch(request.branch);

@@ -9,12 +9,6 @@
 
 namespace kavrel {
 
-namespace {
-
-TransferDialect dialect_of(const PassiveRequest& request);
-
-}  // namespace
-
 void save_circuit_file(PassiveDesk& desk) {
     if (save(kept(desk))) report_done(desk);
 }
@@ -45,7 +39,7 @@ void write_transfer(PassiveDesk& desk) {
                               .transfer = desk.filter.designed ? &desk.filter.transfer : nullptr,
                               .frequencies = frequencies,
                               .loss = {.QL = desk.command.inductor_q, .QC = desk.command.capacitor_q}};
-    TransferRequest request{.file_type = desk.command.file_type, .dialect = dialect_of(desk.command)};
+    TransferRequest request{.file_type = desk.command.file_type, .dialect = desk.command.dialect};
     TransferVerdict verdict = transfer_refusal(input, request);
     if (verdict != TransferVerdict::written) return refuse(desk, message_of(verdict));
     if (has_lattices(desk.filter.circuit)) {
@@ -75,15 +69,5 @@ void write_pole_zero(PassiveDesk& desk) {
         report_done(desk);
     }
 }
-
-namespace {
-
-// A dialect that the type does not have gives way to the classic one.
-TransferDialect dialect_of(const PassiveRequest& request) {
-    return dialect_name(request.dialect) == modern_dialect(request.file_type) ? TransferDialect::modern
-                                                                              : TransferDialect::classic;
-}
-
-}  // namespace
 
 }  // namespace kavrel

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "exchange/transfer_file.h"
+#include "exchange/transfer_types.h"
 #include "shell/field_table.h"
 
 namespace kavrel {
@@ -44,10 +44,15 @@ constexpr auto plot_time_fields = plot_fields<&R::time_plot>(time_curves, Unit::
 
 // Branches.
 
-constexpr Choice insert_choices[] = {
-    {"r", InsertChoice::r},     {"l", InsertChoice::l},      {"c", InsertChoice::c},     {"lc", InsertChoice::lc},
-    {"ue", InsertChoice::ue},   {"lcc", InsertChoice::lcc},  {"lcl", InsertChoice::lcl}, {"eqa", InsertChoice::eqa},
-    {"eqb", InsertChoice::eqb}, {"copy", InsertChoice::copy}};
+constexpr auto insert_choices = [] {
+    std::array<Choice, insert_copy> choices{};
+    for (const BranchId id : insertable_kinds) {
+        const int choice = insert_choice(id);
+        choices[static_cast<std::size_t>(choice - 1)] = {branch_kinds[id].name, choice};
+    }
+    choices.back() = {"copy", insert_copy};
+    return choices;
+}();
 
 constexpr Field insert_fields[] = {
     choice<&R::insert, &InsertRequest::element>("element", "Element", insert_choices),
@@ -58,36 +63,29 @@ constexpr Field insert_fields[] = {
     branch_number<&R::insert, &InsertRequest::copy_of>("copy_of", "Copy of branch"),
 };
 
-// What the values of each choice are; a blank label turns the field off.
-struct ValueLabels {
-    int element;
-    std::string_view value1, value2, value3;
+// What a value is called by its letter, and what the second one of a branch is.
+struct ValueLabel {
+    char letter;
+    std::string_view first, second;
 };
-constexpr ValueLabels value_labels[] = {
-    {InsertChoice::r, "Resistance", "", ""},
-    {InsertChoice::l, "Inductance", "", ""},
-    {InsertChoice::c, "Capacitance", "", ""},
-    {InsertChoice::lc, "Inductance", "Capacitance", ""},
-    {InsertChoice::ue, "Impedance", "", ""},
-    {InsertChoice::lcc, "Inductance", "Capacitance", "Second capacitance"},
-    {InsertChoice::lcl, "Inductance", "Capacitance", "Second inductance"},
-    {InsertChoice::eqa, "Inductance", "Resistance", "Capacitance"},
-    {InsertChoice::eqb, "Inductance", "Resistance", "Capacitance"},
-    {InsertChoice::copy, "", "", ""},
+constexpr ValueLabel value_labels[] = {
+    {'R', "Resistance", "Second resistance"},
+    {'L', "Inductance", "Second inductance"},
+    {'C', "Capacitance", "Second capacitance"},
+    {'Z', "Impedance", "Second impedance"},
 };
 
 void insert_rules(const PassiveRequest& request, FieldStates& states) {
-    for (const ValueLabels& row : value_labels) {
-        if (row.element != request.insert.element) continue;
-        const auto settle = [&](std::string_view name, std::string_view label) {
-            states.off(name, label.empty());
-            if (!label.empty()) states.label(name, label);
-        };
-        settle("value1", row.value1);
-        settle("value2", row.value2);
-        settle("value3", row.value3);
+    const int choice = request.insert.element;
+    const std::string_view typed = choice == insert_copy ? "" : insert_kind(choice).typed;
+    constexpr std::string_view fields[] = {"value1", "value2", "value3"};
+    for (std::size_t i = 0; i < std::size(fields); ++i) {
+        states.off(fields[i], i >= typed.size());
+        if (i >= typed.size()) continue;
+        const ValueLabel& label = *std::ranges::find(value_labels, typed[i], &ValueLabel::letter);
+        states.label(fields[i], typed.find(typed[i]) < i ? label.second : label.first);
     }
-    states.off("copy_of", request.insert.element != InsertChoice::copy);
+    states.off("copy_of", choice != insert_copy);
 }
 
 constexpr Field delete_fields[] = {branch_number<&R::deleted_branch>("branch", "Branch number")};
@@ -116,15 +114,19 @@ constexpr auto file_types = [] {
         choices[i] = {transfer_types[i].label, transfer_types[i].file_type};
     return choices;
 }();
-constexpr Choice dialects[] = {{"Classic", DialectChoice::classic},
-                               {"ngspice", DialectChoice::ngspice},
-                               {"S-parameters", DialectChoice::s_parameters}};
+constexpr auto dialects = [] {
+    std::array<Choice, transfer_dialects.size()> choices{};
+    for (std::size_t i = 0; i < choices.size(); ++i)
+        choices[i] = {transfer_dialects[i].label, transfer_dialects[i].dialect};
+    return choices;
+}();
 constexpr Field transfer_fields[] = {radio<&R::file_type>("file_type", "File type", file_types),
                                      radio<&R::dialect>("dialect", "Dialect", dialects)};
 
 void transfer_rules(const PassiveRequest& request, FieldStates& states) {
-    for (const auto dialect : {DialectChoice::ngspice, DialectChoice::s_parameters})
-        states.choice_off("dialect", dialect, dialect_name(dialect) != modern_dialect(request.file_type));
+    for (const TransferDialectRow& row : transfer_dialects) {
+        states.choice_off("dialect", row.dialect, !has_dialect(request.file_type, row.dialect));
+    }
 }
 
 constexpr Field print_fields[] = {print_field<&R::printing_to>};
@@ -146,15 +148,5 @@ constexpr Form PASSIVE_SUPPRESS_DLG = form_of<R>("SUPPRESS_DLG", "Suppress displ
 constexpr Form PASSIVE_TITLE_DLG = form_of<R>("TITLE_DLG", "Title", title_fields);
 constexpr Form PASSIVE_TRANSFER_DLG = form_of<R, transfer_rules>("TRANSFER_DLG", "Transfer file", transfer_fields);
 constexpr Form PASSIVE_PRINT_DLG = form_of<R>("PRINT_DLG", "Printing to", print_fields);
-
-std::string_view dialect_name(DialectChoice dialect) {
-    const auto found = std::ranges::find(dialects, static_cast<int>(dialect), &Choice::value);
-    return found == std::end(dialects) ? std::string_view{} : found->label;
-}
-
-std::string_view modern_dialect(int file_type) {
-    const auto found = std::ranges::find(transfer_types, file_type, &TransferTypeRow::file_type);
-    return found == transfer_types.end() ? std::string_view{} : found->modern;
-}
 
 }  // namespace kavrel

@@ -19,9 +19,4 @@ extern const Form PASSIVE_TITLE_DLG;
 extern const Form PASSIVE_TRANSFER_DLG;
 extern const Form PASSIVE_PRINT_DLG;
 
-// The name of a dialect choice, and that of the dialect which a file type has beside the classic one, blank where it
-// has none.
-[[nodiscard]] std::string_view dialect_name(DialectChoice dialect);
-[[nodiscard]] std::string_view modern_dialect(int file_type);
-
 }  // namespace kavrel

@@ -1,8 +1,12 @@
 // What the small forms of the passive Segment ask for. A form opens with what was entered last.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <type_traits>
 
+#include "circuit/branch_kinds.h"
+#include "exchange/transfer_request.h"
 #include "shell/fixed_text.h"
 #include "shell/frequency_request.h"
 #include "shell/plot_form.h"
@@ -11,14 +15,30 @@
 
 namespace kavrel {
 
-// What "Insert" inserts, in the order of its choices.
-struct InsertChoice {
-    enum { r = 1, l, c, lc, ue, lcc, lcl, eqa, eqb, copy };
-};
+// What "Insert" offers: the kinds of branches whose values are typed in, numbered from 1 in the order of their table,
+// and behind them a copy of a branch.
+inline constexpr auto insertable_kinds = [] {
+    constexpr auto is_typed = [](const BranchKind& kind) { return !kind.typed.empty(); };
+    std::array<BranchId, std::count_if(branch_kinds.begin(), branch_kinds.end(), is_typed)> ids{};
+    auto place = ids.begin();
+    for (const BranchKind& kind : branch_kinds) {
+        if (is_typed(kind)) *place++ = kind.id;
+    }
+    return ids;
+}();
+inline constexpr int insert_copy = static_cast<int>(insertable_kinds.size()) + 1;
+
+[[nodiscard]] constexpr int insert_choice(BranchId id) {
+    const auto place = std::find(insertable_kinds.begin(), insertable_kinds.end(), id);
+    return static_cast<int>(place - insertable_kinds.begin()) + 1;
+}
+[[nodiscard]] constexpr const BranchKind& insert_kind(int choice) {
+    return branch_kinds[insertable_kinds[static_cast<std::size_t>(choice - 1)]];
+}
 
 // Values are in the user's units; those of stubs and lines are impedances in ohm.
 struct InsertRequest {
-    int element = InsertChoice::r;
+    int element = insert_choice(BranchId::resistor);
     int branch = 0;     // number of the new branch
     double value1 = 0;  // R, L, C or Z; of several values the first
     double value2 = 0;
@@ -32,9 +52,6 @@ struct ChangeRequest {
     double first = 0;
     double second = 0;
 };
-
-// Of a transfer file. Each type of file has the classic dialect and at most one other.
-enum class DialectChoice : int { classic = 1, ngspice = 2, s_parameters = 3 };
 
 enum class DisplayChoice : int { off = 1, on = 2 };
 
@@ -52,8 +69,8 @@ struct PassiveRequest {
     int resonant_branch2 = 0;  // 0: the resonance of a single branch
     DisplayChoice display = DisplayChoice::off;
     FixedText<80> title;
-    int file_type = 1;  // of a transfer file
-    DialectChoice dialect = DialectChoice::classic;
+    TransferFileType file_type = TransferFileType::scompact;
+    TransferDialect dialect = TransferDialect::classic;
     PrintTarget printing_to = PrintTarget::none;
 };
 

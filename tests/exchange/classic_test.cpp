@@ -103,7 +103,7 @@ std::vector<ClassicCase> classic_cases() {
         if (type.file_type == TransferFileType::matlab) continue;
         const std::string label(type.label);
         cases.push_back({label, lumped, {.file_type = type.file_type}});
-        if (type.microwave) cases.push_back({label + ", microwave", microwave, {.file_type = type.file_type}});
+        if (type.texts[0].lines) cases.push_back({label + ", microwave", microwave, {.file_type = type.file_type}});
         if (type.file_type == TransferFileType::pcfilt) continue;
         cases.push_back({label + ", half-lattices", lumped, {.file_type = type.file_type, .half_lattices = true}});
     }
@@ -168,7 +168,7 @@ TEST(ClassicTexts, DescribeTheCircuit) {
             const Circuit circuit = maker.circuit({kind.id, inductor, capacitor, lc}, 4, true);
             const double R1 = circuit.VALUE(1), R2 = circuit.VALUE(circuit.ilast);
             for (const bool half : {false, true}) {
-                for (const int type :
+                for (const TransferFileType type :
                      {TransferFileType::scompact, TransferFileType::touchstone, TransferFileType::sstar}) {
                     const std::string text = transfer_text({circuit}, {.file_type = type, .half_lattices = half});
                     const double tolerance = type == TransferFileType::sstar ? 2e-4 : 2e-5;
@@ -224,16 +224,16 @@ TEST(ClassicTexts, SpiceOfACircuitDrivenByAVoltagePrintsItsCurrent) {
 TEST(TransferFile, RefusesWhatATypeCannotCarry) {
     Circuit circuit = every_kind(CircuitKind::microwave);
     std::string text = "kept";
-    const auto verdict = [&](int type, TransferDialect dialect = TransferDialect::classic) {
+    const auto verdict = [&](TransferFileType type, TransferDialect dialect = TransferDialect::classic) {
         return write_transfer_file({circuit}, {.file_type = type, .dialect = dialect}, text);
     };
     EXPECT_EQ(verdict(TransferFileType::spice), TransferVerdict::microwave_refused);
-    EXPECT_EQ(verdict(TransferFileType::sstar, TransferDialect::modern), TransferVerdict::microwave_refused);
+    EXPECT_EQ(verdict(TransferFileType::sstar, TransferDialect::ngspice), TransferVerdict::microwave_refused);
     EXPECT_EQ(message_of(TransferVerdict::microwave_refused), "Microwave filter, file type is not available");
     EXPECT_EQ(verdict(TransferFileType::matlab), TransferVerdict::no_data);
-    EXPECT_EQ(verdict(7), TransferVerdict::no_such_type);
+    EXPECT_EQ(verdict(TransferFileType{7}), TransferVerdict::no_such_type);
     circuit.kind = CircuitKind::wave_digital;
-    EXPECT_EQ(verdict(TransferFileType::touchstone, TransferDialect::modern), TransferVerdict::microwave_refused);
+    EXPECT_EQ(verdict(TransferFileType::touchstone, TransferDialect::s_parameters), TransferVerdict::microwave_refused);
 
     CircuitMaker maker(3);
     circuit = maker.circuit({lattice_c}, 5, true);
@@ -278,11 +278,11 @@ TEST(TransferFile, NodesBeyondTheirFieldAreAnInternalErrorAndStarsInATitleAreNot
 
 TEST(TransferFile, NamesAndFrequencies) {
     EXPECT_EQ(transfer_file_name("lp.qfp", {.file_type = TransferFileType::matlab}), "lp.m");
-    EXPECT_EQ(transfer_file_name("lp", {.file_type = TransferFileType::spice, .dialect = TransferDialect::modern}),
+    EXPECT_EQ(transfer_file_name("lp", {.file_type = TransferFileType::spice, .dialect = TransferDialect::ngspice}),
               "lp.ckt");
-    EXPECT_EQ(
-        transfer_file_name("lp.ckt", {.file_type = TransferFileType::scompact, .dialect = TransferDialect::modern}),
-        "lp.s2p");
+    EXPECT_EQ(transfer_file_name("lp.ckt",
+                                 {.file_type = TransferFileType::scompact, .dialect = TransferDialect::s_parameters}),
+              "lp.s2p");
     FrequencyGrid grid;
     grid.count = 2;
     grid.radians = true;

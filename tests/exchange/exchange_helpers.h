@@ -27,7 +27,7 @@ inline std::vector<double> linear_grid(double from, double to, int count) {
 
 inline std::string transfer_text(const TransferInput& input, const TransferRequest& request) {
     std::string text;
-    EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::written) << request.file_type;
+    EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::written) << row_of(request.file_type)->label;
     return text;
 }
 

@@ -104,7 +104,7 @@ TEST(Ngspice, RunsTheNetlistAndAgreesWithTheAnalysis) {
         const auto frequencies = linear_grid(net.low, net.high, 200);
         const TransferInput input{.circuit = net.circuit, .title = net.name, .frequencies = frequencies};
         const std::string text = transfer_text(input, {.file_type = TransferFileType::spice,
-                                                       .dialect = TransferDialect::modern,
+                                                       .dialect = TransferDialect::ngspice,
                                                        .half_lattices = net.half_lattices});
         EXPECT_TRUE(text.starts_with("* " + net.name + "\n")) << text;
         write_file("net.cir", text);
@@ -151,7 +151,7 @@ TEST(Ngspice, ASweepFromZeroPrintsDecibels) {
         ASSERT_EQ(insert_values(circuit, k, resistor, {&ohm, 1}), CircuitVerdict::done);
         write_file("net.cir",
                    transfer_text({.circuit = circuit, .frequencies = frequencies},
-                                 {.file_type = TransferFileType::spice, .dialect = TransferDialect::modern}));
+                                 {.file_type = TransferFileType::spice, .dialect = TransferDialect::ngspice}));
         const auto rows = printed_rows(run_program("ngspice -b net.cir").output);
         ASSERT_EQ(rows.size(), frequencies.size()) << branch_kinds[net.id].name << ' ' << net.k;
         EXPECT_EQ(rows[0].decibels < -1000, net.blocks);
@@ -170,7 +170,7 @@ TEST(Ngspice, ElementsBearTheNamesOfThePartsList) {
     for (const bool half : {false, true}) {
         std::istringstream in(transfer_text(
             {circuit},
-            {.file_type = TransferFileType::spice, .dialect = TransferDialect::modern, .half_lattices = half}));
+            {.file_type = TransferFileType::spice, .dialect = TransferDialect::ngspice, .half_lattices = half}));
         std::string names, expected;
         std::getline(in, names);
         names.clear();

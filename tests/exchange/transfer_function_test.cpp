@@ -264,7 +264,7 @@ TEST(SParameters, GiveTheLossAndPhaseOfTheAnalysis) {
         const auto frequencies = linear_grid(0.01, 0.9, 40);
         const std::string text =
             transfer_text({.circuit = circuit, .title = "net", .frequencies = frequencies},
-                          {.file_type = TransferFileType::touchstone, .dialect = TransferDialect::modern});
+                          {.file_type = TransferFileType::touchstone, .dialect = TransferDialect::s_parameters});
         const TwoPortFile file = read_two_port(text);
         const double R1 = circuit.VALUE(1);
         Chain chain;

@@ -162,7 +162,7 @@ struct HandOver : ::testing::Test {
         dispatch_event(bench, frequency_item);
         window.boxes.clear();
     }
-    std::string transfer(int type, DialectChoice dialect, const std::string& stem) {
+    std::string transfer(TransferFileType type, TransferDialect dialect, const std::string& stem) {
         bench.passive_command.file_type = type;
         bench.passive_command.dialect = dialect;
         window.forms = {accept};
@@ -171,7 +171,7 @@ struct HandOver : ::testing::Test {
         window.boxes.clear();
         TransferRequest request;
         request.file_type = type;
-        request.dialect = dialect == DialectChoice::classic ? TransferDialect::classic : TransferDialect::modern;
+        request.dialect = dialect;
         return transfer_file_name(stem, request);
     }
 };
@@ -198,7 +198,7 @@ TEST_F(HandOver, NgspiceAgreesWithTheAnalysis) {
     for (const Design& design : designs) {
         run(design);
         if (HasFatalFailure()) return;
-        const std::string file = transfer(TransferFileType::spice, DialectChoice::ngspice, "net");
+        const std::string file = transfer(TransferFileType::spice, TransferDialect::ngspice, "net");
         const ProgramRun simulated = run_program("ngspice -b " + file);
         const auto rows = printed_rows(simulated.output);
         const AnalysisResult& shown = bench.results;
@@ -228,7 +228,7 @@ TEST_F(HandOver, OctaveAgreesWithTheAnalysis) {
         run(design);
         if (HasFatalFailure()) return;
         const std::string file =
-            transfer(TransferFileType::matlab, DialectChoice::classic, fmt::format("h{}", ++number));
+            transfer(TransferFileType::matlab, TransferDialect::classic, fmt::format("h{}", ++number));
         script += fmt::format("source('{}'); f = linspace({}, {}, {}); h = freqs(num, denom, f/fnorm);\n", file,
                               design.last / points, design.last, points);
         script +=

@@ -9,48 +9,6 @@
 namespace kavrel {
 namespace {
 
-const char* const low_pass = R"(
-choose File > Global units
-  set "Frequency unit" KHz
-ok
-choose Design > Filter > New
-  set filter_type "Low pass"
-  set upper_passband 4
-  set passband_type "Equal ripple"
-  set band_edge_loss 0.1
-  set stopband_type "Equal min"
-  set upper_stopband 5
-  set upper_stop_loss 50
-  set r1 600
-  set r2 600
-ok
-ok
-choose View > Frequency
-  set start 0
-  set end 8
-  set increment 0.02
-ok
-answer no
-choose View > Plot > Frequency
-  set y1 Loss
-  set y2 Delay
-ok
-choose File > Save
-file lowpass.qfp
-)";
-
-const char* const fir_low_pass = R"(
-choose Design > FIR Filter > New
-  set filter_length 61
-  button Details
-    row 0   8   1  0.1
-    row 10  24  0  60
-  ok
-ok
-choose View > Show
-ok
-)";
-
 class Pictures : public testing::Test {
 protected:
     void SetUp() override {
@@ -72,7 +30,7 @@ protected:
 TEST_F(Pictures, MainWindowFormsPlotAndHelp) {
     DesktopRun run;
     run.window.main().resize(980, 720);
-    ScriptHands(run, low_pass).work();
+    ScriptHands(run, read_text(TEST_DATA "/desktop/low_pass.kav")).work();
     keep(run.window.main(), "main_window");
 
     PlotViewer& viewer = run.window.plot();
@@ -89,7 +47,7 @@ TEST_F(Pictures, MainWindowFormsPlotAndHelp) {
     });
     run.program->send(166);
 
-    ScriptHands(run, fir_low_pass).work();
+    ScriptHands(run, read_text(TEST_DATA "/desktop/fir_low_pass.kav")).work();
     run.hands
         .then([&](QDialog& form) {
             click(form, "Details");

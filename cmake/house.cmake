@@ -49,7 +49,7 @@ function(subsystem name)
     else()
       set(test_main GTest::gtest_main)
     endif()
-    target_link_libraries(${name}_tests PRIVATE house_options ${name} ${test_main})
+    target_link_libraries(${name}_tests PRIVATE house_options ${name} Eigen3::Eigen ${test_main})
     target_compile_options(${name}_tests PRIVATE ${TEST_FLAGS})
     target_compile_definitions(${name}_tests PRIVATE
       TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data" EXAMPLES="${PROJECT_SOURCE_DIR}/examples")

@@ -4,17 +4,18 @@
 #include <memory>
 #include <numbers>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "tests/circuit/nodal_reference.h"
 #include "tests/circuit/random_circuits.h"
+#include "tests/support/circuit_literal.h"
 
 namespace kavrel {
 namespace {
 
 using enum BranchId;
 using testing::CircuitMaker;
-using testing::LongComplex;
 using testing::NodalReference;
 
 constexpr Wide two_pi = 2 * std::numbers::pi_v<Wide>;
@@ -148,23 +149,18 @@ TEST(ChainAnalysis, DelayIsTheSlopeOfThePhase) {
 // An LC ladder of normalised values denormalised to 50 ohm and 1 GHz keeps its loss, and the table its units.
 TEST(ChainAnalysis, ButterworthAtItsCorner) {
     for (int degree = 1; degree <= 50; ++degree) {
-        Circuit circuit;
         const double R = 50, fc = 1e9, wc = 2 * std::numbers::pi * fc;
-        int k = 1;
-        ASSERT_EQ(insertBranch(circuit, k, R, 0, resistor), CircuitVerdict::done);
+        Circuit ladder = circuit("R 50");
         for (int i = 1; i <= degree; ++i) {
             const double g = 2 * std::sin((2 * i - 1) * std::numbers::pi / (2 * degree));
-            k = circuit.klast + (i == 1 ? 2 : 1);
-            const bool shunt = k % 2 == 1;
-            ASSERT_EQ(insertBranch(circuit, k, shunt ? g / (R * wc) : g * R / wc, 0, shunt ? capacitor : inductor),
-                      CircuitVerdict::done);
+            append_literal(ladder, i % 2 == 1 ? fmt::format("C{} {}", i + 2, g / (R * wc))
+                                              : fmt::format("L{} {}", i + 2, g * R / wc));
         }
-        k = circuit.klast + 1;
-        ASSERT_EQ(insertBranch(circuit, k, R, 0, resistor), CircuitVerdict::done);
+        append_literal(ladder, "R 50");
 
         const double frequencies[] = {0, 0.5 * fc, fc, 2 * fc};
         Performance performance;
-        ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = frequencies, .filter_class = 1, .zeros_at_infinity = degree},
+        ASSERT_EQ(analyzeCircuit(ladder, {.frequencies = frequencies, .filter_class = 1, .zeros_at_infinity = degree},
                                  performance),
                   ChainVerdict::done);
         ASSERT_EQ(performance.count, 4);
@@ -180,51 +176,38 @@ TEST(ChainAnalysis, ButterworthAtItsCorner) {
 }
 
 TEST(ChainAnalysis, TerminationClasses) {
-    Circuit circuit;
-    int k = 1;
-    ASSERT_EQ(insertBranch(circuit, k, 2.0, 0, resistor), CircuitVerdict::done);
     Chain chain;
-    EXPECT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::no_circuit);
-    k = 2;
-    ASSERT_EQ(insertBranch(circuit, k, 3.0, 0, inductor), CircuitVerdict::done);
-    ASSERT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
+    ChainPoint point;
+    EXPECT_EQ(prepare_chain(circuit("R 2"), {}, chain), ChainVerdict::no_circuit);
+    const Circuit by_voltage = circuit("R 2 | L2 3");
+    ASSERT_EQ(prepare_chain(by_voltage, {}, chain), ChainVerdict::done);
     EXPECT_EQ(chain.loss_class, LossClass::voltage);
     EXPECT_TRUE(chain.admittance);
-    ChainPoint point;
     ASSERT_EQ(analyze_point(chain, 2, point), PointVerdict::computed);
     EXPECT_NEAR(static_cast<double>(point.loss), 10 * std::log10(1 + 9), 1e-14);  // |1 + j w L/R|
     EXPECT_LT(relative(from(point.immittance), 1.0L / LongComplex(2, 6)), 1e-18L);
 
-    k = 3;
-    ASSERT_EQ(insertBranch(circuit, k, 0.25, 0, capacitor), CircuitVerdict::done);
-    ASSERT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
+    Circuit by_current = circuit("R 2 | L2 3 | C3 0.25");
+    ASSERT_EQ(prepare_chain(by_current, {}, chain), ChainVerdict::done);
     EXPECT_EQ(chain.loss_class, LossClass::current);
     EXPECT_FALSE(chain.admittance);
     ASSERT_EQ(analyze_point(chain, 2, point), PointVerdict::computed);
     EXPECT_LT(relative(from(point.H.v), 1.0L + LongComplex(0, 0.5) * LongComplex(2, 6)), 1e-18L);
 
-    circuit.kind = CircuitKind::wave_digital;
-    EXPECT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::wave_digital);
-    packBranch(circuit, 1, {.id = inductor, .i1 = 1, .in = 0, .kp = 0, .kn = 2});
-    circuit.kind = CircuitKind::lumped;
-    EXPECT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::not_a_resistor);
+    by_current.kind = CircuitKind::wave_digital;
+    EXPECT_EQ(prepare_chain(by_current, {}, chain), ChainVerdict::wave_digital);
+    packBranch(by_current, 1, {.id = inductor, .i1 = 1, .in = 0, .kp = 0, .kn = 2});
+    by_current.kind = CircuitKind::lumped;
+    EXPECT_EQ(prepare_chain(by_current, {}, chain), ChainVerdict::not_a_resistor);
 }
 
 // A quarter-wave line turns Z into Z0^2/Z, and an attenuated one loses its alpha.
 TEST(ChainAnalysis, Lines) {
-    Circuit circuit;
-    circuit.kind = CircuitKind::microwave;
-    circuit.fs = 2e9;  // quarter wave at 1 GHz
-    int k = 1;
-    ASSERT_EQ(insertBranch(circuit, k, 100, 0, resistor), CircuitVerdict::done);
-    k = 2;
-    ASSERT_EQ(insertBranch(circuit, k, 70, 0, unit_element), CircuitVerdict::done);
-    EXPECT_EQ(k, 3);
-    k = circuit.klast + 2;
-    ASSERT_EQ(insertBranch(circuit, k, 49, 0, resistor), CircuitVerdict::done);
+    Circuit line = circuit("R 100 | UE3 70 | R 49", CircuitKind::microwave);
+    line.fs = 2e9;  // quarter wave at 1 GHz
     Chain chain;
     ChainPoint point;
-    ASSERT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
+    ASSERT_EQ(prepare_chain(line, {}, chain), ChainVerdict::done);
     EXPECT_EQ(analyze_point(chain, two_pi * 1e9L, point), PointVerdict::on_pole);
     ASSERT_EQ(analyze_point(chain, two_pi * 0.9999e9L, point), PointVerdict::computed);
     EXPECT_NEAR(static_cast<double>(point.loss), 0, 1e-7);  // 70^2 = 100 x 49: matched
@@ -234,7 +217,7 @@ TEST(ChainAnalysis, Lines) {
     std::vector<double> comb;
     for (int i = 0; i <= 14; ++i) comb.push_back(i * 0.5e9);
     auto performance = std::make_unique<Performance>();
-    ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = comb}, *performance), ChainVerdict::done);
+    ASSERT_EQ(analyzeCircuit(line, {.frequencies = comb}, *performance), ChainVerdict::done);
     ASSERT_EQ(performance->count, 8);
     EXPECT_EQ(performance->rows(1).frequency, 0);
     EXPECT_NEAR(performance->rows(1).loss, 20 * std::log10(149 / 140.0), 1e-14);  // 100 ohm and 49 ohm
@@ -245,27 +228,21 @@ TEST(ChainAnalysis, Lines) {
         EXPECT_NEAR(performance->rows(i).delay, performance->rows(2).delay, 1e-20);
     }
 
-    circuit.VALUE(1) = circuit.VALUE(2) = circuit.VALUE(3) = 50;
-    ASSERT_EQ(prepare_chain(circuit, {.QL = 4.0, .QC = 0}, chain), ChainVerdict::done);
+    line.VALUE(1) = line.VALUE(2) = line.VALUE(3) = 50;
+    ASSERT_EQ(prepare_chain(line, {.QL = 4.0, .QC = 0}, chain), ChainVerdict::done);
     ASSERT_EQ(analyze_point(chain, two_pi * 0.5e9L, point), PointVerdict::computed);
     EXPECT_NEAR(static_cast<double>(point.loss), 1.0, 1e-5);  // 4 dB in four quarter waves
     EXPECT_NEAR(static_cast<double>(point.delay), 0.25e-9, 1e-22);
-    ASSERT_EQ(prepare_chain(circuit, {.QL = -4.0, .QC = 0}, chain), ChainVerdict::done);
+    ASSERT_EQ(prepare_chain(line, {.QL = -4.0, .QC = 0}, chain), ChainVerdict::done);
     ASSERT_EQ(analyze_point(chain, two_pi * 0.5e9L, point), PointVerdict::computed);
     EXPECT_NEAR(static_cast<double>(point.loss), 0.5, 1e-5);
 }
 
 // The loss of a trap climbs to its pole without a step: |H|^2 = 1 + (w/(2 (1 - w^2)))^2.
 TEST(ChainAnalysis, NearAPole) {
-    Circuit circuit;
-    int k = 1;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
-    k = 2;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 1, lc), CircuitVerdict::done);
-    k = 3;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
+    const Circuit trap = circuit("R 1 | LC2 1 1 | R 1");
     Chain chain;
-    ASSERT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
+    ASSERT_EQ(prepare_chain(trap, {}, chain), ChainVerdict::done);
     for (int power = 4; power <= 44; ++power) {
         const Wide off = std::ldexp(1.0L, -power);
         ChainPoint point;
@@ -280,17 +257,11 @@ TEST(ChainAnalysis, NearAPole) {
 
 // What has no row: stub poles, resonances that block, and f = 0 where the design or the kind of branch forbids it.
 TEST(ChainAnalysis, PointsLeftOut) {
-    Circuit circuit;
-    int k = 1;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
-    k = 2;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 1, lc), CircuitVerdict::done);
-    k = 3;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
+    const Circuit trap = circuit("R 1 | LC2 1 1 | R 1");
     const double radians[] = {0, 0.5, 1, 1.0000001, 2};
     AnalysisRequest request{.frequencies = radians, .radians = true};
     auto performance = std::make_unique<Performance>();
-    ASSERT_EQ(analyzeCircuit(circuit, request, *performance), ChainVerdict::done);
+    ASSERT_EQ(analyzeCircuit(trap, request, *performance), ChainVerdict::done);
     ASSERT_EQ(performance->count, 4);  // the trap's own frequency blocks
     EXPECT_EQ(performance->rows(3).frequency, 1.0000001);
     EXPECT_NEAR(performance->rows(3).loss, 20 * std::log10(1 / 2e-7) - 20 * std::log10(2), 1e-5);
@@ -299,24 +270,21 @@ TEST(ChainAnalysis, PointsLeftOut) {
         request.filter_class = filter_class;
         request.zeros_at_zero = nz;
         request.zeros_at_infinity = ni;
-        ASSERT_EQ(analyzeCircuit(circuit, request, *performance), ChainVerdict::done);
+        ASSERT_EQ(analyzeCircuit(trap, request, *performance), ChainVerdict::done);
         EXPECT_EQ(performance->count, count) << filter_class << nz << ni;
     }
-    EXPECT_EQ(analyzeCircuit(circuit, {}, *performance), ChainVerdict::bad_frequencies);
+    EXPECT_EQ(analyzeCircuit(trap, {}, *performance), ChainVerdict::bad_frequencies);
     const std::vector<double> many(502, 1.5);
-    EXPECT_EQ(analyzeCircuit(circuit, {.frequencies = many}, *performance), ChainVerdict::bad_frequencies);
+    EXPECT_EQ(analyzeCircuit(trap, {.frequencies = many}, *performance), ChainVerdict::bad_frequencies);
     for (const double wrong : {-1.0, 0.25, HUGE_VAL, std::nan("")}) {
         const double list[] = {0.5, wrong};
-        EXPECT_EQ(analyzeCircuit(circuit, {.frequencies = list}, *performance), ChainVerdict::bad_frequencies);
+        EXPECT_EQ(analyzeCircuit(trap, {.frequencies = list}, *performance), ChainVerdict::bad_frequencies);
     }
 
-    // A blocked direct current: 250 dB and more are told as they are and stored as 200.
-    k = 2;
-    ASSERT_EQ(deleteBranch(circuit, k), CircuitVerdict::done);
-    k = 2;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, capacitor), CircuitVerdict::done);
+    // A blocked direct current: 250 dB and more are reported as they are and stored as 200.
     const double zero[] = {0, 1};
-    ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = zero, .radians = true}, *performance), ChainVerdict::done);
+    ASSERT_EQ(analyzeCircuit(circuit("R 1 | C2 1 | R 1"), {.frequencies = zero, .radians = true}, *performance),
+              ChainVerdict::done);
     ASSERT_EQ(performance->count, 2);
     EXPECT_GT(performance->rows(1).loss, 250);
     auto result = std::make_unique<AnalysisResult>();

@@ -1,10 +1,9 @@
 #include "circuit/circuit.h"
 
-#include <map>
-
 #include <gtest/gtest.h>
 
 #include "tests/circuit/random_circuits.h"
+#include "tests/support/circuit_literal.h"
 
 namespace kavrel {
 namespace {
@@ -75,46 +74,37 @@ TEST(Circuit, BranchWords) {
     for (const int k : {-1, 0, 1, 100, 101}) EXPECT_FALSE(branchExists(circuit, k));
 }
 
-// Slots as an engineer asks for them and as they come: requests k behind the branches of `before`.
+// Slots as an engineer asks for them and as they come: requests k in the circuit `before`.
 TEST(Circuit, SlotsOfInsertion) {
-    struct Case {
-        std::vector<std::pair<BranchId, int>> before;  // id and slot, appended
+    const struct {
+        std::string_view before;
         BranchId id;
         int k, slot;
         std::vector<int> chain;
+    } cases[] = {
+        {"", resistor, 1, 1, {1}},
+        {"R 1", inductor, 2, 2, {1, 2}},
+        {"R 1", capacitor, 3, 3, {1, 3}},
+        {"R 1", capacitor, 9, 3, {1, 3}},     // only the parity of the request counts
+        {"R 1", unit_element, 2, 3, {1, 3}},  // a line skips exactly one slot
+        {"R 1", unit_element, 3, 3, {1, 3}},
+        {"R 1 | UE3 1", capacitor, 4, 6, {1, 3, 6}},  // behind it parity costs one slot more
+        {"R 1 | UE3 1", capacitor, 5, 5, {1, 3, 5}},
+        {"R 1 | UE3 1", unit_element, 4, 5, {1, 3, 5}},
+        {"R 1", bridged_l, 2, 4, {1, 4}},
+        {"R 1 | L2 1", capacitor, 2, 2, {1, 2, 4}},               // at a branch: before it, which moves by 2
+        {"R 1 | C3 1", inductor, 2, 2, {1, 2, 3}},                // into a gap
+        {"R 1 | L2 1 | C3 1", unit_element, 2, 4, {1, 4, 6, 7}},  // a line in between: free slots on both sides
+        {"R 1 | UE3 1 | C5 1", inductor, 4, 6, {1, 3, 6, 7}},
+        {"R 1 | UE3 1", inductor, 2, 2, {1, 2, 5}},
     };
-    const Case cases[] = {
-        {{}, resistor, 1, 1, {1}},
-        {{{resistor, 1}}, inductor, 2, 2, {1, 2}},
-        {{{resistor, 1}}, capacitor, 3, 3, {1, 3}},
-        {{{resistor, 1}}, capacitor, 9, 3, {1, 3}},     // only the parity of the request counts
-        {{{resistor, 1}}, unit_element, 2, 3, {1, 3}},  // a line skips exactly one slot
-        {{{resistor, 1}}, unit_element, 3, 3, {1, 3}},
-        {{{resistor, 1}, {unit_element, 3}}, capacitor, 4, 6, {1, 3, 6}},  // behind it parity costs one slot more
-        {{{resistor, 1}, {unit_element, 3}}, capacitor, 5, 5, {1, 3, 5}},
-        {{{resistor, 1}, {unit_element, 3}}, unit_element, 4, 5, {1, 3, 5}},
-        {{{resistor, 1}}, bridged_l, 2, 4, {1, 4}},
-        {{{resistor, 1}, {inductor, 2}}, capacitor, 2, 2, {1, 2, 4}},  // at a branch: before it, which moves by 2
-        {{{resistor, 1}, {capacitor, 3}}, inductor, 2, 2, {1, 2, 3}},  // into a gap
-        {{{resistor, 1}, {inductor, 2}, {capacitor, 3}},
-         unit_element,
-         2,
-         4,
-         {1, 4, 6, 7}},  // a line in between: free slots on both sides
-        {{{resistor, 1}, {unit_element, 3}, {capacitor, 5}}, inductor, 4, 6, {1, 3, 6, 7}},
-        {{{resistor, 1}, {unit_element, 3}}, inductor, 2, 2, {1, 2, 5}},
-    };
-    for (const Case& c : cases) {
-        Circuit circuit;
-        for (auto [id, slot] : c.before) {
-            const double value = slot;
-            ASSERT_EQ(insert_values(circuit, slot, id, {&value, 1}), CircuitVerdict::done);
-        }
+    for (const auto& c : cases) {
+        Circuit made = circuit(c.before);
         int k = c.k;
         const std::vector<double> values(branch_kinds[c.id].cells.size(), 7.0);
-        ASSERT_EQ(insert_values(circuit, k, c.id, values), CircuitVerdict::done);
-        EXPECT_EQ(k, c.slot) << branch_kinds[c.id].cells << " at " << c.k;
-        EXPECT_EQ(slots_of(circuit), c.chain) << branch_kinds[c.id].cells << " at " << c.k;
+        ASSERT_EQ(insert_values(made, k, c.id, values), CircuitVerdict::done);
+        EXPECT_EQ(k, c.slot) << c.before << ", " << branch_kinds[c.id].name << " at " << c.k;
+        EXPECT_EQ(slots_of(made), c.chain) << c.before << ", " << branch_kinds[c.id].name << " at " << c.k;
     }
 }
 
@@ -178,8 +168,6 @@ TEST(Circuit, RandomEditsKeepTheChain) {
                 }
                 ASSERT_EQ(circuit.ilast, next_cell - 1);
             }
-            Circuit restored = snapshot;
-            ASSERT_EQ(restored, snapshot);
         }
         // Undone branch by branch down to the load.
         while (circuit.klast > 1) {
@@ -193,86 +181,67 @@ TEST(Circuit, RandomEditsKeepTheChain) {
 }
 
 TEST(Circuit, Refusals) {
-    Circuit circuit;
-    int k = 2;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::not_a_resistor);
-    k = 1;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::not_a_resistor);
+    Circuit made;
+    const auto insert = [&](int k, BranchId id) { return insertBranch(made, k, 1, 1, id); };
+    EXPECT_EQ(insert(2, resistor), CircuitVerdict::not_a_resistor);
+    EXPECT_EQ(insert(1, inductor), CircuitVerdict::not_a_resistor);
     EXPECT_EQ(message_of(CircuitVerdict::not_a_resistor), "First branch must be a resistor");
-    EXPECT_EQ(insertEqualizer(circuit, 1, 1, 1, equalizer_a), CircuitVerdict::not_a_resistor);
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
-    for (const int outside : {-3, 0, 101}) {
-        k = outside;
-        EXPECT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::out_of_range);
-        EXPECT_EQ(deleteBranch(circuit, k), CircuitVerdict::no_branch);
+    EXPECT_EQ(insertEqualizer(made, 1, 1, 1, equalizer_a), CircuitVerdict::not_a_resistor);
+    made = circuit("R 1");
+    for (int outside : {-3, 0, 101}) {
+        EXPECT_EQ(insert(outside, inductor), CircuitVerdict::out_of_range);
+        EXPECT_EQ(deleteBranch(made, outside), CircuitVerdict::no_branch);
     }
-    k = 1;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, capacitor), CircuitVerdict::not_a_resistor);
-    k = 2;
-    for (const BranchId id : {bridged_l, lcc, quadruplet, BranchId{-1}, BranchId{26}})
-        EXPECT_EQ(insertBranch(circuit, k, 1, 1, id), CircuitVerdict::unfit_kind);
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::done);
-    k = 1;
-    EXPECT_EQ(deleteBranch(circuit, k), CircuitVerdict::no_branch);  // the load goes last
+    EXPECT_EQ(insert(1, capacitor), CircuitVerdict::not_a_resistor);
+    for (const BranchId id : {bridged_l, lcc, quadruplet, BranchId{-1}, BranchId{branch_kind_count}})
+        EXPECT_EQ(insert(2, id), CircuitVerdict::unfit_kind);
+    ASSERT_EQ(insert(2, inductor), CircuitVerdict::done);
+    int load = 1;
+    EXPECT_EQ(deleteBranch(made, load), CircuitVerdict::no_branch);  // the load goes last
 
     // Slots run out at 98; nothing moves then.
-    while (circuit.klast < 98) {
-        k = circuit.klast + 1;
-        ASSERT_EQ(insertBranch(circuit, k, 1, 0, capacitor), CircuitVerdict::done);
-    }
-    const Circuit full = circuit;
-    k = 99;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, capacitor), CircuitVerdict::storage_full);
-    k = 50;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, capacitor), CircuitVerdict::storage_full);
-    EXPECT_EQ(shiftBranches(circuit, 50, 1), CircuitVerdict::storage_full);
-    EXPECT_EQ(shiftBranches(circuit, 99, 1), CircuitVerdict::done);
-    EXPECT_EQ(shiftBranches(circuit, 2, 0), CircuitVerdict::done);
-    EXPECT_EQ(circuit, full);
+    while (made.klast < 98) ASSERT_EQ(insert(made.klast + 1, capacitor), CircuitVerdict::done);
+    const Circuit full = made;
+    EXPECT_EQ(insert(99, capacitor), CircuitVerdict::storage_full);
+    EXPECT_EQ(insert(50, capacitor), CircuitVerdict::storage_full);
+    EXPECT_EQ(shiftBranches(made, 50, 1), CircuitVerdict::storage_full);
+    EXPECT_EQ(shiftBranches(made, 99, 1), CircuitVerdict::done);
+    EXPECT_EQ(shiftBranches(made, 2, 0), CircuitVerdict::done);
+    EXPECT_EQ(made, full);
 
     // Values run out at 150: two do not fit where one does.
-    clear_circuit(circuit);
-    EXPECT_EQ(circuit.ilast + circuit.klast, 0);
-    k = 1;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
-    k = 2;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::done);
-    while (circuit.ilast < 149) {
-        k = 4;
-        ASSERT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::done);
-        k = 4;
-        ASSERT_EQ(deleteBranch(circuit, k), CircuitVerdict::done);
+    clear_circuit(made);
+    EXPECT_EQ(made.ilast + made.klast, 0);
+    made = circuit("R 1 | L2 1");
+    while (made.ilast < 149) {
+        int k = 4;
+        ASSERT_EQ(insert(k, inductor), CircuitVerdict::done);
+        ASSERT_EQ(deleteBranch(made, k), CircuitVerdict::done);
     }
-    k = 4;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 1, lc), CircuitVerdict::storage_full);
-    EXPECT_EQ(circuit.ilast, 149);
-    EXPECT_EQ(insertBranch(circuit, k, 1, 1, inductor), CircuitVerdict::done);
-    compactValues(circuit);
-    EXPECT_EQ(circuit.ilast, 3);
+    EXPECT_EQ(insert(4, lc), CircuitVerdict::storage_full);
+    EXPECT_EQ(made.ilast, 149);
+    EXPECT_EQ(insert(4, inductor), CircuitVerdict::done);
+    compactValues(made);
+    EXPECT_EQ(made.ilast, 3);
 }
 
 // The equalizer's dual arm, behind the load of its own resistance, is a constant resistance.
 TEST(Circuit, EqualizersAndThreeElements) {
-    Circuit circuit;
-    int k = 1;
-    ASSERT_EQ(insertBranch(circuit, k, 600, 0, resistor), CircuitVerdict::done);
-    k = 2;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, inductor), CircuitVerdict::done);
-    ASSERT_EQ(insertEqualizer(circuit, 0.01, 300, 2e-8, equalizer_b), CircuitVerdict::done);
-    EXPECT_EQ(slots_of(circuit), (std::vector<int>{1, 2, 4}));
-    const auto values = branch_values(circuit, unpackBranch(circuit, 2));
+    Circuit made = circuit("R 600 | L2 1");
+    ASSERT_EQ(insertEqualizer(made, 0.01, 300, 2e-8, equalizer_b), CircuitVerdict::done);
+    EXPECT_EQ(slots_of(made), (std::vector<int>{1, 2, 4}));
+    const auto values = branch_values(made, unpackBranch(made, 2));
     const double expected[] = {600, 0.01, 300, 2e-8, 2e-8 * 360000, 1200, 0.01 / 360000};
     for (std::size_t i = 0; i < 7; ++i) EXPECT_DOUBLE_EQ(values[i], expected[i]);
 
-    k = 7;
-    ASSERT_EQ(insertThreeElement(circuit, k, 20, 40, 80, lcc, CircuitKind::microwave), CircuitVerdict::done);
-    EXPECT_EQ(k, 5);
-    const auto three = branch_values(circuit, unpackBranch(circuit, k));
-    EXPECT_EQ(three[1], 1.0 / 40);
-    EXPECT_EQ(three[2], 1.0 / 80);
-    k = 7;
-    ASSERT_EQ(insertThreeElement(circuit, k, 20, 40, 80, lcl, CircuitKind::lumped), CircuitVerdict::done);
-    EXPECT_EQ(branch_values(circuit, unpackBranch(circuit, k))[1], 40);
+    const auto three = [&](BranchId id, CircuitKind kind) {
+        int k = 7;
+        EXPECT_EQ(insertThreeElement(made, k, 20, 40, 80, id, kind), CircuitVerdict::done);
+        const auto cells = branch_values(made, unpackBranch(made, k));
+        return std::vector<double>(cells.begin(), cells.end());
+    };
+    EXPECT_EQ(three(lcc, CircuitKind::microwave), (std::vector<double>{20, 1.0 / 40, 1.0 / 80}));
+    EXPECT_EQ(three(lcl, CircuitKind::lumped), (std::vector<double>{20, 40, 80}));
 }
 
 }  // namespace

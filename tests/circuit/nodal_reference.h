@@ -1,18 +1,55 @@
-// The same circuits by modified nodal analysis: every element between the nodes it is soldered to, one dense system of
-// equations, solved with full precision of the long double. Shares with the chain nothing but the store.
+// The same circuits by their nodes: every element between the nodes it is soldered to. Shares with the chain nothing
+// but the store.
 #pragma once
 
 #include <cmath>
-#include <complex>
-#include <cstddef>
-#include <utility>
-#include <vector>
+#include <map>
+#include <sstream>
+#include <string>
+#include <string_view>
 
 #include "circuit/chain_analysis.h"
+#include "tests/support/nodal_equations.h"
 
 namespace kavrel::testing {
 
-using LongComplex = std::complex<long double>;
+// Where the elements of a branch lie, in cell order: a letter and two nodes, a towards the load, b towards the source,
+// 0 ground, others inner ones; further places of the same cell behind commas.
+struct Soldering {
+    BranchId id;
+    std::string_view elements;
+    std::string_view shunt{};  // of a slot element in an odd slot
+};
+
+inline constexpr Soldering solderings[] = {
+    {BranchId::resistor, "Rab", "Ra0"},
+    {BranchId::inductor, "Lab", "La0"},
+    {BranchId::capacitor, "Cab", "Ca0"},
+    {BranchId::lc, "Lab Cab", "Lam Cm0"},
+    {BranchId::bridged_l, "Lam Cab Cm0 Lmb"},
+    {BranchId::bridged_c, "Cam Lab Lm0 Cmb"},
+    {BranchId::bridged_c_trap, "Cam Lab Cab Lm0 Cmb"},
+    {BranchId::bridged_l_trap, "Lam Cab Lmn Cn0 Lmb"},
+    {BranchId::twin_t, "Lam Can Cm0 Ln0 Cnb Lmb"},
+    {BranchId::twin_t_trap, "Lam Can Cm0 Lno Co0 Cnb Lmb"},
+    {BranchId::unit_element, "Zab"},
+    // Four arms, the far port floating, brought to ground by an ideal transformer.
+    {BranchId::lattice_c, "Lam,0n Cmp,nq Cap,0q Lar,0s Crq,sp Caq,0p Tpq"},
+    {BranchId::lattice_l, "Lam,0n Cmp,nq Lap,0q Lar,0s Crq,sp Laq,0p Tpq"},
+    {BranchId::lcc, "Lam Cmb Cab", "Lam Cam Cm0"},
+    {BranchId::lcl, "Lam Cmb Lab", "Lam Cam Lm0"},
+    {BranchId::equalizer_a, "Ram,mb Lan Rab Cnb Lo0 Rmo Co0"},
+    {BranchId::equalizer_b, "Ram,mb Lab Rab Cab Lmn Rno Co0"},
+    {BranchId::triplet_lll, "Lam Lab Lm0 Cm0 Lmb"},
+    {BranchId::triplet_llc, "Lam Lab Lm0 Cm0 Cmb"},
+    {BranchId::triplet_cll, "Cam Lab Lm0 Cm0 Lmb"},
+    {BranchId::triplet_clc, "Cam Lab Lm0 Cm0 Cmb"},
+    {BranchId::triplet_ccc, "Cam Cab Lm0 Cm0 Cmb"},
+    {BranchId::triplet_lcc, "Lam Cab Lm0 Cm0 Cmb"},
+    {BranchId::triplet_ccl, "Cam Cab Lm0 Cm0 Lmb"},
+    {BranchId::triplet_lcl, "Lam Cab Lm0 Cm0 Lmb"},
+};
+static_assert(std::size(solderings) + 1 == branch_kind_count);  // all but the quadruplet
 
 class NodalReference {
 public:
@@ -26,54 +63,28 @@ public:
     Answer solve() {
         const long double R1 = circuit_.VALUE(unpackBranch(circuit_, 1).i1);
         const int load = new_node();
-        impedance(load, 0, R1);
+        net_.admittance(load, 0, 1 / R1);
         const Branch last = unpackBranch(circuit_, circuit_.klast);
         const int end = last.id == BranchId::resistor ? circuit_.klast : 0;
         int node = load;
         for (int k = unpackBranch(circuit_, 1).kn; k != end; k = unpackBranch(circuit_, k).kn) node = place(k, node);
 
-        Answer answer;
-        if (end != 0) {
-            const long double R2 = circuit_.VALUE(last.i1);
-            const int source = new_unknown();  // current out of 1 V behind R2
-            at(node, source) -= 1;
-            at(source, node) += 1;
-            at(source, source) += R2;
-            right(source) = 1;
-            const auto x = solution();
-            answer.V = x[index(node)] / x[index(load)];
-            answer.I = x[index(source)] / x[index(load)];
-            answer.H = std::sqrt(R1 / R2) / 2 / x[index(load)];
-        } else if (circuit_.klast % 2 == 0) {
-            const int source = new_unknown();
-            at(node, source) -= 1;
-            at(source, node) += 1;
-            right(source) = 1;
-            const auto x = solution();
-            answer.V = 1.0L / x[index(load)];
-            answer.I = x[index(source)] / x[index(load)];
-            answer.H = answer.V;
+        const bool by_current = end == 0 && circuit_.klast % 2 != 0;
+        const long double R2 = end != 0 ? circuit_.VALUE(last.i1) : 0;
+        int source = 0;
+        if (by_current) {
+            net_.current(node, 1);
         } else {
-            right(node) = 1;
-            const auto x = solution();
-            answer.V = x[index(node)] / x[index(load)];
-            answer.I = 1.0L / x[index(load)];
-            answer.H = R1 * answer.I;
+            source = net_.voltage(node, 1, R2);
         }
-        return answer;
+        auto x = net_.solution();
+        const LongComplex V = x[node] / x[load], I = (by_current ? 1.0L : x[source]) / x[load];
+        if (end != 0) return {V, I, std::sqrt(R1 / R2) / 2 / x[load]};
+        return {V, I, by_current ? R1 * I : V};
     }
 
 private:
-    struct Entry {
-        int row, column;
-        LongComplex value;
-    };
-
-    static std::size_t index(int unknown) { return static_cast<std::size_t>(unknown - 1); }
-    int new_unknown() { return ++size_; }
-    int new_node() { return new_unknown(); }
-    LongComplex& at(int row, int column) { return entries_.emplace_back(Entry{row, column, {}}).value; }
-    LongComplex& right(int row) { return rights_.emplace_back(Entry{row, 0, {}}).value; }
+    int new_node() { return ++nodes_; }
 
     // Laws of the elements.
     LongComplex gamma() const {
@@ -91,216 +102,62 @@ private:
         return {0, omega_ * x};
     }
 
-    void admittance(int i, int j, LongComplex y) {
-        at(i, i) += y;
-        at(j, j) += y;
-        at(i, j) -= y;
-        at(j, i) -= y;
+    void element(char letter, int i, int j, double value) {
+        const long double x = value;
+        if (letter == 'R') net_.admittance(i, j, 1 / x);
+        if (letter == 'L') net_.admittance(i, j, 1.0L / immittance(value, loss_.QL));
+        if (letter == 'C') net_.admittance(i, j, immittance(value, loss_.QC));
+        if (letter == 'Z')
+            net_.two_port(i, 0, j, 0, x / std::tanh(gamma()), x / std::sinh(gamma()), x / std::tanh(gamma()));
     }
-    void impedance(int i, int j, LongComplex z) {
-        const int current = new_unknown();
-        at(i, current) += 1;
-        at(j, current) -= 1;
-        at(current, i) += 1;
-        at(current, j) -= 1;
-        at(current, current) -= z;
-    }
-    void R(int i, int j, double value) { impedance(i, j, static_cast<long double>(value)); }
-    void L(int i, int j, double value) { impedance(i, j, immittance(value, loss_.QL)); }
-    void C(int i, int j, double value) { admittance(i, j, immittance(value, loss_.QC)); }
 
     // The branch in slot k from `node` on towards the source; the node behind it.
     int place(int k, int node) {
         const Branch branch = unpackBranch(circuit_, k);
-        const auto v = branch_values(circuit_, branch);
-        if (branch_kinds[branch.id].slot_element()) {
-            const bool series = k % 2 == 0;
-            const int other = series ? new_node() : 0;
-            slot_element(branch.id, v, node, other, series);
-            return series ? other : node;
-        }
-        const int out = new_node();
-        const int a = node;
-        const int b = out;
-        switch (branch.id) {
-            case BranchId::bridged_l: {
-                const int m = new_node();
-                return L(a, m, v[0]), C(a, b, v[1]), C(m, 0, v[2]), L(m, b, v[3]), out;
-            }
-            case BranchId::bridged_c: {
-                const int m = new_node();
-                return C(a, m, v[0]), L(a, b, v[1]), L(m, 0, v[2]), C(m, b, v[3]), out;
-            }
-            case BranchId::bridged_c_trap: {
-                const int m = new_node();
-                return C(a, m, v[0]), L(a, b, v[1]), C(a, b, v[2]), L(m, 0, v[3]), C(m, b, v[4]), out;
-            }
-            case BranchId::bridged_l_trap: {
-                const int m = new_node(), n = new_node();
-                return L(a, m, v[0]), C(a, b, v[1]), L(m, n, v[2]), C(n, 0, v[3]), L(m, b, v[4]), out;
-            }
-            case BranchId::twin_t: {
-                const int m = new_node(), n = new_node();
-                L(a, m, v[0]), C(m, 0, v[2]), L(m, b, v[5]);
-                return C(a, n, v[1]), L(n, 0, v[3]), C(n, b, v[4]), out;
-            }
-            case BranchId::twin_t_trap: {
-                const int m = new_node(), n = new_node(), o = new_node();
-                L(a, m, v[0]), C(m, 0, v[2]), L(m, b, v[6]);
-                return C(a, n, v[1]), L(n, o, v[3]), C(o, 0, v[4]), C(n, b, v[5]), out;
-            }
-            case BranchId::unit_element: {
-                const LongComplex z11 = static_cast<long double>(v[0]) / std::tanh(gamma());
-                const LongComplex z12 = static_cast<long double>(v[0]) / std::sinh(gamma());
-                const int i1 = new_unknown(), i2 = new_unknown();  // into the ports
-                at(a, i1) += 1, at(b, i2) += 1;
-                at(i1, a) += 1, at(i1, i1) -= z11, at(i1, i2) -= z12;
-                at(i2, b) += 1, at(i2, i1) -= z12, at(i2, i2) -= z11;
-                return out;
-            }
-            case BranchId::lattice_c:
-            case BranchId::lattice_l: {
-                // Four arms, the far port floating, brought to ground by an ideal transformer.
-                const int p = new_node(), q = new_node();
-                lattice_arm(branch.id, v.first(3), a, p), lattice_arm(branch.id, v.first(3), 0, q);
-                lattice_arm(branch.id, v.last(3), a, q), lattice_arm(branch.id, v.last(3), 0, p);
-                const int i = new_unknown();
-                at(p, i) += 1, at(q, i) -= 1, at(b, i) -= 1;
-                at(i, p) += 1, at(i, q) -= 1, at(i, b) -= 1;
-                return out;
-            }
-            case BranchId::equalizer_a: {
-                const int m = new_node(), n = new_node(), o = new_node();
-                R(a, m, v[0]), R(m, b, v[0]), L(a, n, v[1]), R(a, b, v[2]), C(n, b, v[3]);
-                return L(o, 0, v[4]), R(m, o, v[5]), C(o, 0, v[6]), out;
-            }
-            case BranchId::equalizer_b: {
-                const int m = new_node(), n = new_node(), o = new_node();
-                R(a, m, v[0]), R(m, b, v[0]), L(a, b, v[1]), R(a, b, v[2]), C(a, b, v[3]);
-                return L(m, n, v[4]), R(n, o, v[5]), C(o, 0, v[6]), out;
-            }
-            case BranchId::quadruplet: {
-                const Quadruplet& q = circuit_.QUADRUPLETS(branch.i1);
-                const int nodes[] = {0, a, new_node(), new_node(), b};
-                for (int i = 1; i <= 4; ++i) {
-                    for (int j = i + 1; j <= 4; ++j) {
-                        if (q.M(i, j) != 1) {
-                            C(nodes[i], nodes[j], q.XC(i, j));
-                        } else if (q.XK(i, j) != 0) {
-                            L(nodes[i], nodes[j], 1 / q.XK(i, j));
-                        }
-                    }
+        if (branch.id == BranchId::quadruplet) return quadruplet(circuit_.QUADRUPLETS(branch.i1), node);
+        const Soldering& row = solderings[static_cast<std::size_t>(branch.id)];
+        const bool shunt = !row.shunt.empty() && k % 2 != 0;
+        std::map<char, int> nodes{{'0', 0}, {'a', node}};
+        const auto number = [&](char name) { return nodes.contains(name) ? nodes[name] : nodes[name] = new_node(); };
+        const auto values = branch_values(circuit_, branch);
+        std::size_t cell = 0;
+        std::istringstream elements{std::string(shunt ? row.shunt : row.elements)};
+        for (std::string text; elements >> text; ++cell) {
+            for (std::size_t at = 1; at < text.size(); at += 3) {
+                const int i = number(text[at]), j = number(text[at + 1]);
+                if (text[0] == 'T') {
+                    net_.transformer(i, j, number('b'), 0, 1);
+                } else if (text[0] != 'L' || values[cell] < 1e30) {  // a triplet leaves out what is as large
+                    element(text[0], i, j, values[cell]);
                 }
-                for (int i = 2; i <= 3; ++i) {
-                    if (q.YK(i) != 0) L(nodes[i], 0, 1 / q.YK(i));
-                    C(nodes[i], 0, q.YC(i));
+            }
+        }
+        return shunt ? node : number('b');
+    }
+
+    int quadruplet(const Quadruplet& q, int node) {
+        const int nodes[] = {0, node, new_node(), new_node(), new_node()};
+        for (int i = 1; i <= 4; ++i) {
+            for (int j = i + 1; j <= 4; ++j) {
+                if (q.M(i, j) != 1) {
+                    element('C', nodes[i], nodes[j], q.XC(i, j));
+                } else if (q.XK(i, j) != 0) {
+                    element('L', nodes[i], nodes[j], 1 / q.XK(i, j));
                 }
-                return out;
-            }
-            default: return triplet(branch.id, v, a, b);
-        }
-    }
-
-    void slot_element(BranchId id, std::span<const double> v, int i, int j, bool series) {
-        if (id == BranchId::resistor) return R(i, j, v[0]);
-        if (id == BranchId::inductor) return L(i, j, v[0]);
-        if (id == BranchId::capacitor) return C(i, j, v[0]);
-        const int m = new_node();
-        if (id == BranchId::lc) {
-            if (series) return L(i, j, v[0]), C(i, j, v[1]), R(m, 0, 1);
-            return L(i, m, v[0]), C(m, j, v[1]);
-        }
-        // L and C in series with X beside them, or side by side with X behind.
-        if (series) {
-            L(i, m, v[0]), C(m, j, v[1]);
-        } else {
-            L(i, m, v[0]), C(i, m, v[1]);
-        }
-        const int x = series ? i : m;
-        if (id == BranchId::lcc) return C(x, j, v[2]);
-        L(x, j, v[2]);
-    }
-
-    void lattice_arm(BranchId id, std::span<const double> v, int i, int j) {
-        const int m = new_node();
-        L(i, m, v[0]), C(m, j, v[1]);
-        if (id == BranchId::lattice_c) return C(i, j, v[2]);
-        L(i, j, v[2]);
-    }
-
-    int triplet(BranchId id, std::span<const double> v, int a, int b) {
-        const int m = new_node();
-        const auto couple = [&](bool inductive, int i, int j, double value) {
-            if (!inductive) return C(i, j, value);
-            if (value < 1e30) L(i, j, value);
-        };
-        couple(id == BranchId::triplet_lll || id == BranchId::triplet_llc || id == BranchId::triplet_lcc ||
-                   id == BranchId::triplet_lcl,
-               a, m, v[0]);
-        couple(id <= BranchId::triplet_clc, a, b, v[1]);
-        couple(true, m, 0, v[2]);
-        couple(false, m, 0, v[3]);
-        couple(id == BranchId::triplet_lll || id == BranchId::triplet_cll || id == BranchId::triplet_ccl ||
-                   id == BranchId::triplet_lcl,
-               m, b, v[4]);
-        return b;
-    }
-
-    // Gaussian elimination by columns with the largest pivot of rows scaled to 1, and two steps of refinement.
-    std::vector<LongComplex> solution() const {
-        const auto n = static_cast<std::size_t>(size_);
-        std::vector<std::vector<LongComplex>> A(n, std::vector<LongComplex>(n));
-        std::vector<LongComplex> b(n);
-        for (const Entry& e : entries_) {
-            if (e.row != 0 && e.column != 0) A[index(e.row)][index(e.column)] += e.value;
-        }
-        for (const Entry& e : rights_) b[index(e.row)] += e.value;
-        std::vector<LongComplex> x(n), rest = b;
-        for (int pass = 0; pass < 3; ++pass) {
-            const auto step = eliminate(A, rest);
-            for (std::size_t i = 0; i < n; ++i) x[i] += step[i];
-            for (std::size_t i = 0; i < n; ++i) {
-                rest[i] = b[i];
-                for (std::size_t j = 0; j < n; ++j) rest[i] -= A[i][j] * x[j];
             }
         }
-        return x;
-    }
-    static std::vector<LongComplex> eliminate(std::vector<std::vector<LongComplex>> A, std::vector<LongComplex> b) {
-        const std::size_t n = b.size();
-        for (std::size_t i = 0; i < n; ++i) {
-            long double largest = 0;
-            for (const LongComplex& a : A[i]) largest = std::max(largest, std::abs(a));
-            for (LongComplex& a : A[i]) a /= largest;
-            b[i] /= largest;
+        for (int i = 2; i <= 3; ++i) {
+            if (q.YK(i) != 0) element('L', nodes[i], 0, 1 / q.YK(i));
+            element('C', nodes[i], 0, q.YC(i));
         }
-        for (std::size_t k = 0; k < n; ++k) {
-            std::size_t best = k;
-            for (std::size_t i = k + 1; i < n; ++i) {
-                if (std::norm(A[i][k]) > std::norm(A[best][k])) best = i;
-            }
-            std::swap(A[k], A[best]);
-            std::swap(b[k], b[best]);
-            for (std::size_t i = k + 1; i < n; ++i) {
-                if (A[i][k] == LongComplex{}) continue;
-                const LongComplex factor = A[i][k] / A[k][k];
-                for (std::size_t j = k + 1; j < n; ++j) A[i][j] -= factor * A[k][j];
-                b[i] -= factor * b[k];
-            }
-        }
-        for (std::size_t k = n; k-- > 0;) {
-            for (std::size_t j = k + 1; j < n; ++j) b[k] -= A[k][j] * b[j];
-            b[k] /= A[k][k];
-        }
-        return b;
+        return nodes[4];
     }
 
     const Circuit& circuit_;
     ElementLoss loss_;
     long double omega_;
-    int size_ = 0;
-    std::vector<Entry> entries_;
-    std::vector<Entry> rights_;
+    int nodes_ = 0;
+    NodalEquations net_;
 };
 
 }  // namespace kavrel::testing

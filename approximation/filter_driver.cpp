@@ -13,7 +13,6 @@
 #include "approximation/sloped_passband.h"
 
 namespace kavrel {
-
 namespace {
 
 constexpr double lossy_ratio = 1.001;  // of the terminations of a lossy filter that were equal
@@ -228,7 +227,7 @@ PredistortionChoice Way::predistortion_choice(const PredistortionNotes&) {
     return chosen == 0 ? PredistortionChoice::cancel : static_cast<PredistortionChoice>(chosen - 1);
 }
 
-// Once, as soon as the counts and zeros stand: before a question or a fault of the later steps, or at the end.
+// Once, as soon as the counts and zeros are known: before a question or a fault of the later steps, or at the end.
 void Way::report() {
     found_ = findings(request_, design_.worked, design_.x_plane, notes_.front);
     if (reported_) return;
@@ -297,5 +296,4 @@ std::string with_number(std::string text, int number) {
 }
 
 }  // namespace
-
 }  // namespace kavrel

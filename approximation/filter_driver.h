@@ -16,13 +16,13 @@ struct FilterDesign {
     FilterSpec worked;  // as the approximation left it: edges of the normalised problem, a high-pass turned over
     XPlane x_plane;
     TransferFunction transfer;
-    FilterSpec request;        // as the approximation was asked, which the report tells of beside what was found
+    FilterSpec request;        // as the approximation was asked, which is reported beside what was found
     ApproximationNotes notes;  // what it did on the way
 };
 
 enum class FilterDesignVerdict {
-    designed,      // FilterSpec::implementation tells who takes it over
-    discontinued,  // told in a box or on the report
+    designed,      // FilterSpec::implementation says who takes it over
+    discontinued,  // reported in a box or a line
 };
 
 // Entry codes of the implementations.
@@ -36,7 +36,7 @@ inline constexpr std::string_view quarter_wave_too_low = "Quarter-wave frequency
 
 // Designs `spec`. Of a request it takes the edges, losses, types, counts and zeros, the requested Q, the functional
 // input and the terminations; implementation, medium and what they bring along are set here. A symmetryFlag of 0
-// follows from the terminations, another one stands. sampleFrequency of a microwave filter is the quarter-wave
+// follows from the terminations, another one stays. sampleFrequency of a microwave filter is the quarter-wave
 // frequency (and twice that afterwards). Designed: `spec` holds the degree, counts, zeros and losses that were found,
 // frequencies in Hz as typed, a shifted band-pass in place of its low-pass; `design` is new and the report is written.
 // Discontinued: spec.designError is set, `design` stays as it was.

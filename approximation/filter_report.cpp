@@ -7,7 +7,6 @@
 #include "shell/edited.h"
 
 namespace kavrel {
-
 namespace {
 
 constexpr int outer_margin = 7;
@@ -50,10 +49,62 @@ private:
     Reporter& reporter_;
 };
 
+void report_heading(const FilterSpec& spec, Sheet& sheet);
+void report_passband(const DesignFacts& facts, Sheet& sheet);
+void report_edges(const DesignFacts& facts, Sheet& sheet);
+void report_stopband(const DesignFacts& facts, Sheet& sheet);
+void report_counts(const FilterSpec& spec, Sheet& sheet);
+void report_transmission_zeros(const DesignFacts& facts, Sheet& sheet);
+
+}  // namespace
+
+void report_filter_design(const DesignFacts& facts, const UnitSet& units, Reporter& reporter) {
+    Sheet sheet(units, reporter);
+    report_heading(facts.found, sheet);
+    report_passband(facts, sheet);
+    report_edges(facts, sheet);
+    report_stopband(facts, sheet);
+    report_counts(facts.found, sheet);
+    report_transmission_zeros(facts, sheet);
+}
+
+void report_predistortion(const PredistortionNotes& notes, Reporter& reporter) {
+    if (!notes.requested) return;
+    const UnitSet si;
+    Sheet sheet(si, reporter);
+    const auto report = [&](std::string_view label, double q) {
+        sheet.heading(edited<"(A,EN15.6)">(label, q), inner_margin);
+    };
+    sheet.heading(predistortion_head);
+    report(requested_q_label, notes.requested_q);
+    report(minimum_q_label, notes.minimum_q);
+    if (notes.not_possible) sheet.plain(predistortion_not_possible);
+}
+
+void report_transfer_function(const TransferFunction& transfer, Medium medium, Reporter& reporter) {
+    const UnitSet si;
+    Sheet sheet(si, reporter);
+    sheet.empty();
+    sheet.heading(medium == lumped ? "Transfer function, roots in rad/sec"
+                                   : "Transfer function, roots in units of the warped edge");
+    const auto report = [&](std::string_view name, int count, const auto& re, const auto& im) {
+        sheet.heading(name, inner_margin);
+        if (count == 0) return;
+        sheet.root_head();
+        for (int i = 1; i <= count; ++i) sheet.root(re(i), im(i));
+    };
+    report(transfer.zeroCount > 0 ? "Zeros" : "No finite zeros", transfer.zeroCount, transfer.ZEROS_RE,
+           transfer.ZEROS_IM);
+    report("Poles", transfer.poleCount, transfer.POLES_RE, transfer.POLES_IM);
+    sheet.number("Gain constant", transfer.gainConstant, " dB.", outer_margin);
+}
+
+namespace {
+
 bool has_lower_edge(const FilterSpec& spec) { return spec.filterType == high_pass || spec.filterType == band_pass; }
 bool has_upper_edge(const FilterSpec& spec) { return spec.filterType != high_pass; }
 
-void tell_heading(const FilterSpec& spec, Sheet& sheet) {
+void report_heading(const FilterSpec& spec, Sheet& sheet) {
     sheet.plain(" *** Kavrel ***  Filter Program");
     sheet.plain(" " + spec.title.text());
     sheet.empty();
@@ -67,7 +118,7 @@ double standing_wave_ratio(double loss) {
     return root * root;
 }
 
-void tell_passband(const DesignFacts& facts, Sheet& sheet) {
+void report_passband(const DesignFacts& facts, Sheet& sheet) {
     const FilterSpec& spec = facts.found;
     if (spec.passbandType == functional_passband) {
         sheet.heading(facts.request.denominatorDegree > 0 ? "Functional pass band, e(.) specified"
@@ -92,34 +143,34 @@ void tell_passband(const DesignFacts& facts, Sheet& sheet) {
     }
 }
 
-void tell_edges(const DesignFacts& facts, Sheet& sheet) {
+void report_edges(const DesignFacts& facts, Sheet& sheet) {
     const FilterSpec& spec = facts.found;
-    const auto tell = [&](std::string_view before, std::string_view band, double edge) {
+    const auto report = [&](std::string_view before, std::string_view band, double edge) {
         sheet.frequency(std::string(before) + std::string(band) + " passband edge frequency", edge);
     };
-    if (has_lower_edge(spec)) tell("", "Lower", spec.lowerPassEdge);
-    if (has_upper_edge(spec)) tell("", "Upper", spec.upperPassEdge);
-    if (facts.notes.preshifted) tell("Preshifted ", "Lower", facts.worked.lowerPassEdge);
+    if (has_lower_edge(spec)) report("", "Lower", spec.lowerPassEdge);
+    if (has_upper_edge(spec)) report("", "Upper", spec.upperPassEdge);
+    if (facts.notes.preshifted) report("Preshifted ", "Lower", facts.worked.lowerPassEdge);
     if (facts.notes.rescaled) {
         sheet.heading(rescaled_line, inner_margin);
-        // The high-pass stands at its one edge, whatever its side.
-        if (spec.filterType == high_pass) tell("new ", "lower", facts.worked.upperPassEdge);
-        if (spec.filterType == band_pass) tell("new ", "lower", facts.worked.lowerPassEdge);
-        if (has_upper_edge(spec)) tell("new ", "upper", facts.worked.upperPassEdge);
+        // A high-pass is held by its one edge, whichever its side.
+        if (spec.filterType == high_pass) report("new ", "lower", facts.worked.upperPassEdge);
+        if (spec.filterType == band_pass) report("new ", "lower", facts.worked.lowerPassEdge);
+        if (has_upper_edge(spec)) report("new ", "upper", facts.worked.upperPassEdge);
     }
     if (spec.medium == sampled_data) sheet.frequency("Sampling frequency", spec.sampleFrequency);
     if (spec.medium == microwave) sheet.frequency("Quarter-wave frequency", spec.sampleFrequency / 2.0);
     if (facts.notes.freal_modified && spec.bandpassType == parametric) sheet.frequency(freal_modified_line, spec.freal);
 }
 
-void tell_stopband(const DesignFacts& facts, Sheet& sheet) {
+void report_stopband(const DesignFacts& facts, Sheet& sheet) {
     const FilterSpec& spec = facts.found;
     // A matching network has no lower stopband, its loss at frequency zero being that of the terminations, and all its
     // zeros at infinity, whichever stopband was asked for.
     const bool matching = facts.request.bandpassType == impedance_matching;
     if (facts.request.stopbandType != monotonic_stopband && facts.request.stopbandType != equal_minima) return;
     const bool equal = facts.request.stopbandType == equal_minima && !matching;
-    const auto tell = [&](double edge, double asked, double reached) {
+    const auto report = [&](double edge, double asked, double reached) {
         if (edge <= 0.0) return;
         sheet.frequency(
             equal ? "Equal minima stop band with edge frequency" : "Monotonic stop band with edge frequency", edge);
@@ -132,20 +183,20 @@ void tell_stopband(const DesignFacts& facts, Sheet& sheet) {
     };
     const FrontNotes& notes = facts.notes;
     if (spec.filterType == band_pass && !matching)
-        tell(spec.lowerStopEdge, spec.stopbandLoss, notes.lower_loss_reached);
-    if (spec.filterType == high_pass) tell(spec.lowerStopEdge, spec.stopbandLoss, notes.upper_loss_reached);
-    if (spec.filterType == low_pass) tell(spec.upperStopEdge, spec.stopbandLoss, notes.upper_loss_reached);
-    if (spec.filterType == band_pass) tell(spec.upperStopEdge, spec.upperStopLoss, notes.upper_loss_reached);
+        report(spec.lowerStopEdge, spec.stopbandLoss, notes.lower_loss_reached);
+    if (spec.filterType == high_pass) report(spec.lowerStopEdge, spec.stopbandLoss, notes.upper_loss_reached);
+    if (spec.filterType == low_pass) report(spec.upperStopEdge, spec.stopbandLoss, notes.upper_loss_reached);
+    if (spec.filterType == band_pass) report(spec.upperStopEdge, spec.upperStopLoss, notes.upper_loss_reached);
 }
 
-// A zero off both axes stands for two pairs.
+// A zero off both axes counts for two pairs.
 int zero_pairs(const FilterSpec& spec) {
     int pairs = 0;
     for (int i = 1; i <= spec.zeroCount; ++i) pairs += spec.FZR(i) != 0.0 && spec.FZI(i) != 0.0 ? 2 : 1;
     return pairs;
 }
 
-void tell_counts(const FilterSpec& spec, Sheet& sheet) {
+void report_counts(const FilterSpec& spec, Sheet& sheet) {
     const std::string at = "Multiplicity of zero at ";
     if (spec.zerosAtZero > 0 || has_lower_edge(spec)) sheet.count(at + "zero", spec.zerosAtZero);
     if (spec.zerosAtInfinity > 0 || has_upper_edge(spec)) {
@@ -156,7 +207,7 @@ void tell_counts(const FilterSpec& spec, Sheet& sheet) {
     sheet.count("Overall filter degree", spec.degree);
 }
 
-void tell_zeros(const FilterSpec& spec, Sheet& sheet) {
+void report_zeros(const FilterSpec& spec, Sheet& sheet) {
     sheet.root_head();
     const double unit = sheet.units().frequency_multiplier;
     for (int i = 1; i <= spec.zeroCount; ++i) {
@@ -167,57 +218,15 @@ void tell_zeros(const FilterSpec& spec, Sheet& sheet) {
     }
 }
 
-void tell_transmission_zeros(const DesignFacts& facts, Sheet& sheet) {
+void report_transmission_zeros(const DesignFacts& facts, Sheet& sheet) {
     if (facts.found.zeroCount == 0) return;
     sheet.heading("Transmission zeros" + unit_suffix(sheet.units(), Unit::frequency));
     if (facts.notes.zeros_shifted) {
-        if (!facts.notes.zeros_found) tell_zeros(facts.request, sheet);
+        if (!facts.notes.zeros_found) report_zeros(facts.request, sheet);
         sheet.heading(zeros_shifted_line);
     }
-    tell_zeros(facts.found, sheet);
+    report_zeros(facts.found, sheet);
 }
 
 }  // namespace
-
-void report_filter_design(const DesignFacts& facts, const UnitSet& units, Reporter& reporter) {
-    Sheet sheet(units, reporter);
-    tell_heading(facts.found, sheet);
-    tell_passband(facts, sheet);
-    tell_edges(facts, sheet);
-    tell_stopband(facts, sheet);
-    tell_counts(facts.found, sheet);
-    tell_transmission_zeros(facts, sheet);
-}
-
-void report_predistortion(const PredistortionNotes& notes, Reporter& reporter) {
-    if (!notes.requested) return;
-    const UnitSet si;
-    Sheet sheet(si, reporter);
-    const auto tell = [&](std::string_view label, double q) {
-        sheet.heading(edited<"(A,EN15.6)">(label, q), inner_margin);
-    };
-    sheet.heading(predistortion_head);
-    tell(requested_q_label, notes.requested_q);
-    tell(minimum_q_label, notes.minimum_q);
-    if (notes.not_possible) sheet.plain(predistortion_not_possible);
-}
-
-void report_transfer_function(const TransferFunction& transfer, Medium medium, Reporter& reporter) {
-    const UnitSet si;
-    Sheet sheet(si, reporter);
-    sheet.empty();
-    sheet.heading(medium == lumped ? "Transfer function, roots in rad/sec"
-                                   : "Transfer function, roots in units of the warped edge");
-    const auto tell = [&](std::string_view name, int count, const auto& re, const auto& im) {
-        sheet.heading(name, inner_margin);
-        if (count == 0) return;
-        sheet.root_head();
-        for (int i = 1; i <= count; ++i) sheet.root(re(i), im(i));
-    };
-    tell(transfer.zeroCount > 0 ? "Zeros" : "No finite zeros", transfer.zeroCount, transfer.ZEROS_RE,
-         transfer.ZEROS_IM);
-    tell("Poles", transfer.poleCount, transfer.POLES_RE, transfer.POLES_IM);
-    sheet.number("Gain constant", transfer.gainConstant, " dB.", outer_margin);
-}
-
 }  // namespace kavrel

@@ -8,7 +8,7 @@
 
 namespace kavrel {
 
-// What the report tells of.
+// What is reported.
 struct DesignFacts {
     const FilterSpec& request;  // as typed
     const FilterSpec& found;    // the same with counts, degree, zeros and losses as designed; frequencies in Hz
@@ -16,7 +16,7 @@ struct DesignFacts {
     const FrontNotes& notes;
 };
 
-// Heading, pass band, media, stopband, counts, transmission zeros. Labels stand 7 or 10 blanks in, every equals sign in
+// Heading, pass band, media, stopband, counts, transmission zeros. Labels are 7 or 10 blanks in, every equals sign in
 // one column; frequencies are in the user's units.
 void report_filter_design(const DesignFacts& facts, const UnitSet& units, Reporter& reporter);
 

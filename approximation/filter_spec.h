@@ -116,7 +116,7 @@ constexpr void fields_of(Record& spec, Visit&& visit) {
 }
 static_assert(lists_each_field<FilterSpec>);
 
-// Poles and zeros as they stand in the s plane, complete with conjugates. Lumped: rad/s. Sampled data and microwave:
+// Poles and zeros in the s plane, complete with conjugates. Lumped: rad/s. Sampled data and microwave:
 // the plane of the warped variable tan(pi f/fs), in units of its value at the band edge, so that the edge is 1.
 struct TransferFunction {
     int zeroCount = 0;  // entries of ZEROS

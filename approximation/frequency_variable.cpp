@@ -8,10 +8,9 @@
 #include "numeric/guarded.h"
 
 namespace kavrel {
+namespace {
 
 using Real = XPlane::Real;
-
-namespace {
 
 constexpr Real pi = std::numbers::pi_v<Real>;
 
@@ -331,5 +330,4 @@ void rescale_factors(Table<double, factor_limit>& factors, int degree, Real p) {
 }
 
 }  // namespace
-
 }  // namespace kavrel

@@ -1,10 +1,8 @@
-// The order of work: who ends where, and every way in which a design is given up.
+// The order of work: who ends where. Faults of whole designs are those of filter_driver_test.cpp.
 #include <cmath>
 #include <limits>
 #include <memory>
 #include <numbers>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -16,93 +14,12 @@
 namespace kavrel {
 namespace {
 
-std::unique_ptr<test::Design> run(const FilterSpec& spec) {
-    auto d = std::make_unique<test::Design>();
-    d->spec = spec;
-    d->run();
-    return d;
-}
-
-FilterSpec given_e(FilterType type, std::vector<double> factors) {
-    FilterSpec s = test::all_pole(type, functional_passband, static_cast<int>(factors.size()));
-    s.loadResistance = s.sourceResistance;
-    s.bandEdgeLoss = 0;
-    for (const double f : factors) s.denominatorFactors(++s.denominatorDegree) = f;
-    return s;
-}
-
-void expect_fault(const FilterSpec& spec, ApproximationFault fault, std::string_view first, std::string_view second) {
-    SCOPED_TRACE(std::string(first));
-    const auto d = run(spec);
-    EXPECT_EQ(static_cast<int>(d->verdict.fault), static_cast<int>(fault));
-    EXPECT_EQ(d->spec.designError, 1);
-    EXPECT_EQ(messageOf(fault).first, first);
-    EXPECT_EQ(messageOf(fault).second, second);
-}
-
-TEST(Approximate, every_fault_of_a_request_has_its_lines) {
-    constexpr std::string_view end = "design discontinued";
-
-    FilterSpec s = given_e(low_pass, {0.4, 0.9, -0.3, 0.5});  // a zero in the right half plane
-    expect_fault(s, ApproximationFault::e_inconsistent, "Inconsistency in specifying e(.),", end);
-    s = given_e(low_pass, {0.4, 0.9, 0.3, 0.5});
-    s.zerosAtInfinity = 3;
-    expect_fault(s, ApproximationFault::e_inconsistent, "Inconsistency in specifying e(.),", end);
-
-    s = given_e(low_pass, {});
-    s.numeratorFactors(1) = 0.5, s.numeratorDegree = 1, s.functionMultiplier = 1;
-    s.zerosAtInfinity = s.degree = 3;
-    expect_fault(s, ApproximationFault::f_inconsistent, "Inconsistency in specifying f(.),", end);
-
-    // Ripples far below what any number can tell from none.
-    s = test::all_pole(low_pass, equal_ripple, 6);
-    s.bandEdgeLoss = 6e-244;
-    expect_fault(s, ApproximationFault::poles_missing, "Transfer function poles could not be found,design discontinued",
-                 "");
-    s = test::with_minima(low_pass, equal_ripple, 22, 0);
-    s.bandEdgeLoss = 5e-62;
-    expect_fault(s, ApproximationFault::pole_on_axis, "Transfer function pole on imaginary axis,", end);
-    s = test::all_pole(low_pass, maximally_flat, 24);  // a loss of 10^258 at the edge
-    s.bandEdgeLoss = 2577.4088772334208;
-    s.loadResistance = 2304.1593732535857;
-    expect_fault(s, ApproximationFault::f_parts_missing, "Even and odd parts of f(.) were not found,", end);
-    s = test::all_pole(band_pass, maximally_flat, 2);
-    s.bandEdgeLoss = 1.8e-53;
-    expect_fault(s, ApproximationFault::e_parts_missing, "Even and odd parts of denominator were not found,", end);
-
-    // No pair of real zeros in the f of an even parametric band-pass.
-    s = given_e(band_pass, {0.2, 0.9, 0.25, 0.5});
-    s.bandpassType = parametric;
-    s.zerosAtZero = 3, s.zerosAtInfinity = 1;
-    expect_fault(s, ApproximationFault::f_zeros_wrong, "Characteristic function numerator has wrong zeros,", end);
-
-    s = test::all_pole(band_pass, sloping_passband, 6);
-    s.stopbandLoss = 3;
-    s.flatLoss = 1e5;
-    expect_fault(s, ApproximationFault::f_missing, "Zeros of new characteristic polynomial",
-                 "were not found, design discontinued");
-
-    // Zeros of qualities up to 1e9, at frequencies seven decades apart.
-    s = given_e(low_pass, {});
-    for (const double f : {1e-5, 1e-6, 1e-5, 1e8, 1e-5, 1e4, 1e-5, 1e8, 1e-5, 1e4})
-        s.numeratorFactors(++s.numeratorDegree) = f;
-    s.zerosAtInfinity = s.degree = 10;
-    s.functionMultiplier = 1;
-    expect_fault(s, ApproximationFault::given_parts_missing, " **** Zeros of the even and odd parts of the specified",
-                 " e(.) or f(.) have not been found ****");
-    EXPECT_EQ(messageOf(ApproximationFault::given_parts_missing).third, end);
-}
-
 // F of another E would make E = F + Q false.
 TEST(Approximate, single_termination_of_a_new_e_leaves_no_f) {
-    FilterSpec predistorted = test::all_pole(low_pass, maximally_flat, 3);
-    predistorted.predistortionQ = 100;
-    FilterSpec slope = test::all_pole(band_pass, sloping_passband, 6);
-    slope.stopbandLoss = 3;
-    for (FilterSpec spec : {predistorted, slope}) {
+    for (FilterSpec spec : {request("predistortionQ 100", test::all_pole(low_pass, maximally_flat, 3)),
+                            request("stopbandLoss 3", test::all_pole(band_pass, sloping_passband, 6))}) {
         test::single_terminated(spec);
-        const auto d = run(spec);
-        ASSERT_TRUE(d->verdict.good()) << static_cast<int>(d->verdict.fault);
+        const auto d = test::designed(spec);
         for (const WideRootSet* set : {&d->xp.FS, &d->xp.fEven, &d->xp.fOdd}) {
             EXPECT_EQ(set->count, 0);
             EXPECT_EQ(set->multiplier, 0);
@@ -112,19 +29,9 @@ TEST(Approximate, single_termination_of_a_new_e_leaves_no_f) {
     }
 }
 
-TEST(Approximate, faults_of_the_front_part_come_through) {
-    FilterSpec s = test::all_pole(low_pass, equal_ripple, 5);
-    s.upperPassEdge = 0;
-    const auto d = run(s);
-    EXPECT_EQ(d->verdict.fault, ApproximationFault::front);
-    EXPECT_EQ(d->verdict.front.fault, FrontFault::cutoff_missing);
-    EXPECT_EQ(d->spec.designError, 1);
-}
-
 // No request is known whose immittances fail; the routine refuses what has no roots.
 TEST(Approximate, immittances_without_roots_are_refused) {
-    const auto d = run(test::all_pole(low_pass, equal_ripple, 5));
-    ASSERT_TRUE(d->verdict.good());
+    const auto d = test::designed(test::all_pole(low_pass, equal_ripple, 5));
     d->xp.eOdd.multiplier = std::numeric_limits<long double>::quiet_NaN();
     const auto ws = std::make_unique<ExtractionWorkspace>();
     EXPECT_FALSE(immittancePolynomials(d->xp, *ws).good());
@@ -133,12 +40,10 @@ TEST(Approximate, immittances_without_roots_are_refused) {
 }
 
 TEST(Approximate, may_be_stopped_at_every_step) {
-    FilterSpec s = test::all_pole(low_pass, equal_ripple, 5);
-    s.predistortionQ = 300;
     int steps = 0;
     for (;; ++steps) {
-        auto d = std::make_unique<test::Design>();
-        d->spec = s;
+        const auto d = std::make_unique<test::Design>();
+        d->spec = request("predistortionQ 300", test::all_pole(low_pass, equal_ripple, 5));
         d->answers.steps = steps;
         d->run();
         if (d->verdict.good()) break;
@@ -152,8 +57,7 @@ TEST(Approximate, may_be_stopped_at_every_step) {
 TEST(Approximate, single_termination_leaves_the_parts_of_e) {
     FilterSpec s = test::with_minima(low_pass, equal_ripple, 7, -1);
     test::single_terminated(s);
-    const auto d = run(s);
-    ASSERT_TRUE(d->verdict.good());
+    const auto d = test::designed(s);
     EXPECT_EQ(d->xp.es.count, 3);
     EXPECT_EQ(d->xp.os.count, 3);
     EXPECT_EQ(d->xp.es.multiplier, d->xp.eEven.multiplier);
@@ -163,11 +67,8 @@ TEST(Approximate, single_termination_leaves_the_parts_of_e) {
 
 TEST(Approximate, a_low_pass_to_be_shifted_keeps_its_poles) {
     FilterSpec s = test::all_pole(low_pass, maximally_flat, 5);
-    const auto plain = run(s);
-    s.predistortionQ = 100;
-    s.centerFrequency = 20e3;
-    const auto d = run(s);
-    ASSERT_TRUE(d->verdict.good());
+    const auto plain = test::run(s);
+    const auto d = test::designed(request("predistortionQ 100 centerFrequency 20e3", s));
     EXPECT_FALSE(d->notes.predistortion.requested);
     for (int i = 1; i <= 5; ++i) EXPECT_EQ(d->xp.ES.re(i), plain->xp.ES.re(i));
 }
@@ -177,8 +78,7 @@ TEST(Approximate, constants_of_the_transfer_function) {
     for (const auto type : {low_pass, high_pass, band_pass}) {
         FilterSpec s = test::with_minima(type, equal_ripple, 6, -1);
         test::single_terminated(s);
-        const auto d = run(s);
-        ASSERT_TRUE(d->verdict.good());
+        const auto d = test::designed(s);
         const TransferFunction t = xToFrequencyPlane(d->spec, d->xp);
         const auto level = [&](double w) {
             double sum = 0;
@@ -200,13 +100,9 @@ TEST(Approximate, constants_of_the_transfer_function) {
 // Unit elements are zeros at S = 1, whichever plane the design worked in.
 TEST(Approximate, unit_elements_in_the_plane_of_the_tangent) {
     for (const auto type : {low_pass, high_pass}) {
-        FilterSpec s = test::all_pole(type, equal_ripple, 5);
-        s.medium = microwave;
-        s.sampleFrequency = 14e3;
-        s.unitElements = 2;
+        FilterSpec s = request("microwave sampleFrequency 14e3 unitElements 2", test::all_pole(type, equal_ripple, 5));
         (type == low_pass ? s.zerosAtInfinity : s.zerosAtZero) = 3;
-        const auto d = run(s);
-        ASSERT_TRUE(d->verdict.good());
+        const auto d = test::designed(s);
         const TransferFunction t = xToFrequencyPlane(d->spec, d->xp);
         const int first = t.zerosAtZero + 1;
         const double edge = type == low_pass ? 3000 : 2000;

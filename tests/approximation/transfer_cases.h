@@ -2,11 +2,14 @@
 #pragma once
 
 #include <memory>
+#include <stdexcept>
 
 #include "approximation/approximate.h"
 #include "approximation/filter_spec.h"
 #include "approximation/x_plane.h"
+#include "tests/approximation/request.h"
 #include "tests/support/choices.h"
+#include "tests/support/numbers.h"
 
 namespace kavrel::test {
 
@@ -32,17 +35,26 @@ struct Design {
 
     void run() { verdict = approximate(spec, xp, notes, answers); }
 };
+inline std::unique_ptr<Design> run(const FilterSpec& spec) {
+    auto d = std::make_unique<Design>();
+    d->spec = spec;
+    d->run();
+    return d;
+}
+// The same of a request that has to succeed.
+inline std::unique_ptr<Design> designed(const FilterSpec& spec) {
+    auto d = run(spec);
+    if (!d->verdict.good())
+        throw std::runtime_error("fault " + number(d->verdict.fault) + number(d->verdict.front.fault));
+    return d;
+}
 
 // All zeros at infinity (low-pass), at zero (high-pass) or half of them at either end, ripple 0.1 dB, 50 ohm to 100
 // ohm.
 inline FilterSpec all_pole(FilterType filter_type, PassbandType passband, int n) {
-    FilterSpec s;
+    FilterSpec s = request("specified_zeros bandEdgeLoss 0.1 sourceResistance 50 loadResistance 100");
     s.filterType = filter_type;
     s.passbandType = passband;
-    s.stopbandType = specified_zeros;
-    s.bandEdgeLoss = 0.1;
-    s.sourceResistance = 50;
-    s.loadResistance = 100;
     s.degree = n;
     s.degreeParity = n % 2;
     s.lowerPassEdge = filter_type == low_pass ? 0 : 2000;

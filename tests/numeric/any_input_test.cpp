@@ -11,8 +11,6 @@
 namespace kavrel {
 namespace {
 
-using testing::RandomNumbers;
-
 double any_number(RandomNumbers& random) {
     switch (random.integer(0, 11)) {
         case 0: return 0;

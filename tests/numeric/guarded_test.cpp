@@ -9,7 +9,6 @@
 namespace kavrel {
 namespace {
 
-using testing::RandomNumbers;
 using Z = Complex<double>;
 
 void expect_near(Z got, std::complex<double> want, double relative) {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cmath>
-#include <random>
 
 #include "numeric/root_order.h"
 #include "numeric/root_set.h"
+#include "tests/support/numbers.h"
 
 namespace kavrel::testing {
 
@@ -22,19 +22,6 @@ enum class SumKind {
     Cancelling,  // equal degree and leading terms that cancel
 };
 inline constexpr int sum_kinds = 5;
-
-class RandomNumbers {
-public:
-    explicit RandomNumbers(unsigned long long seed) : engine_(seed) {}
-    double between(double low, double high) {
-        return low + (high - low) * static_cast<double>(engine_() >> 11) * 0x1p-53;
-    }
-    int integer(int low, int high) { return low + static_cast<int>(engine_() % static_cast<unsigned>(high - low + 1)); }
-    bool coin() { return integer(0, 1) == 1; }
-
-private:
-    std::mt19937_64 engine_;
-};
 
 // Conjugate pairs, and real roots as `reals` (0 to 1) tells, of magnitude 10^-decades to 10^decades.
 inline WideRootSet random_set(RandomNumbers& random, int count, double decades, double reals) {

@@ -1,7 +1,5 @@
 // Drawings, lists and tables of one circuit of each kind, against texts that were read line by line.
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <numbers>
 #include <string>
@@ -15,6 +13,7 @@
 #include "circuit/parts_list.h"
 #include "circuit/performance_table.h"
 #include "tests/circuit/random_circuits.h"
+#include "tests/support/golden.h"
 
 namespace kavrel {
 namespace {
@@ -22,16 +21,7 @@ namespace {
 using enum BranchId;
 using testing::CircuitMaker;
 
-// With KAVREL_WRITE_GOLDEN in the environment the texts are written, to be read and compared by eye.
-void expect_golden(const std::string& name, const std::vector<std::string>& lines) {
-    std::string text = "# Written by report_test with KAVREL_WRITE_GOLDEN, then read; compared to the byte.\n";
-    for (const std::string& line : lines) text += line + '\n';
-    const std::string path = std::string(TEST_DATA) + "/circuit/" + name;
-    if (std::getenv("KAVREL_WRITE_GOLDEN") != nullptr) std::ofstream(path) << text;
-    std::ifstream file(path);
-    const std::string golden{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_EQ(text, golden) << name;
-}
+const std::string goldens = TEST_DATA "/circuit/";
 
 void append(std::vector<std::string>& lines, const std::vector<std::string>& more) {
     lines.insert(lines.end(), more.begin(), more.end());
@@ -104,14 +94,22 @@ std::vector<std::string> all_reports(const Circuit& circuit, const UnitSet& unit
 }
 
 TEST(Reports, GoldenTexts) {
-    const UnitSet units;
-    expect_golden("plain.txt", all_reports(circuit_of_kinds(resistor, lc, false), units, false));
-    expect_golden("compound.txt", all_reports(circuit_of_kinds(bridged_l, twin_t_trap, false), units, false));
-    expect_golden("lattices.txt", all_reports(circuit_of_kinds(lattice_c, equalizer_b, false), units, true));
-    expect_golden("coupled.txt", all_reports(circuit_of_kinds(triplet_lll, quadruplet, false), units, false));
-    Circuit microwave = circuit_of_kinds(resistor, lc, true);
-    expect_golden("microwave.txt", all_reports(microwave, units, false));
-    expect_golden("microwave_sections.txt", all_reports(circuit_of_kinds(unit_element, lcl, true), units, false));
+    const struct {
+        const char* name;
+        BranchId first, last;
+        bool microwave, half_lattices;
+    } texts[] = {
+        {"plain", resistor, lc, false, false},
+        {"compound", bridged_l, twin_t_trap, false, false},
+        {"lattices", lattice_c, equalizer_b, false, true},
+        {"coupled", triplet_lll, quadruplet, false, false},
+        {"microwave", resistor, lc, true, false},
+        {"microwave_sections", unit_element, lcl, true, false},
+    };
+    for (const auto& [name, first, last, microwave, half_lattices] : texts) {
+        const Circuit made = circuit_of_kinds(first, last, microwave);
+        expect_golden(goldens + name + ".txt", text_of(all_reports(made, UnitSet{}, half_lattices)));
+    }
 }
 
 TEST(Reports, UnitsAndEmptyCircuits) {
@@ -169,7 +167,7 @@ TEST(Reports, PerformanceTable) {
     ASSERT_EQ(insertBranch(circuit, k, 1e-3, 0, inductor), CircuitVerdict::done);
     ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = frequencies, .radians = true}, *performance), ChainVerdict::done);
     append(lines, performance_lines(*performance, "Driven by a voltage"));
-    expect_golden("performance.txt", lines);
+    expect_golden(goldens + "performance.txt", text_of(lines));
     for (const std::string& line : lines) EXPECT_LE(line.size(), 80u);
 }
 

@@ -1,11 +1,12 @@
 // The classic texts: word for word, and as the circuits that they describe.
-#include <map>
 #include <numbers>
 
 #include <gtest/gtest.h>
 
 #include "tests/exchange/exchange_helpers.h"
 #include "tests/exchange/netlist_solver.h"
+#include "tests/support/circuit_literal.h"
+#include "tests/support/golden.h"
 
 namespace kavrel {
 namespace {
@@ -16,13 +17,13 @@ using enum BranchId;
 constexpr std::string_view title = "Every branch kind";
 
 // Branches of all kinds with the values 1.1, 1.2, ... in the order of the cells, times the unit of their letter; the
-// kinds that are elements of a slot stand in both.
+// kinds that are elements of a slot are in both.
 Circuit every_kind(CircuitKind kind) {
     const bool lumped = kind == CircuitKind::lumped;
-    Circuit circuit;
-    circuit.kind = kind;
-    circuit.fnorm = 1e6;
-    circuit.fs = 3e9;
+    Circuit made;
+    made.kind = kind;
+    made.fnorm = 1e6;
+    made.fs = 3e9;
     int k = 1, cell = 0;
     const auto append = [&](BranchId id, int parity) {
         std::vector<double> values;
@@ -30,9 +31,9 @@ Circuit every_kind(CircuitKind kind) {
             const double unit = letter == 'L' ? 1e-6 : letter == 'C' ? 1e-9 : 100;
             values.push_back((1 + 0.1 * (++cell % 9)) * (lumped ? unit : 1));
         }
-        k = circuit.klast + 1;
+        k = made.klast + 1;
         if (k % 2 != parity) ++k;
-        EXPECT_EQ(insert_values(circuit, k, id, values), CircuitVerdict::done);
+        EXPECT_EQ(insert_values(made, k, id, values), CircuitVerdict::done);
     };
     append(resistor, 1);
     for (const BranchKind& branch : branch_kinds) {
@@ -43,52 +44,22 @@ Circuit every_kind(CircuitKind kind) {
     }
     if (lumped) {
         // A tee of coils that only coupled ones can be, and a triplet that leaves out two of its elements.
-        k = circuit.klast + 2;
-        EXPECT_EQ(insert_values(circuit, k, triplet_lll, std::array{-0.2e-6, 4e-6, 1e-6, 0.0, 1.5e-6}),
-                  CircuitVerdict::done);
-        k = circuit.klast + 2;
-        EXPECT_EQ(insert_values(circuit, k, triplet_lcc, std::array{2e-6, 1e-9, absent_inductor, 0.0, -3e-9}),
-                  CircuitVerdict::done);
+        append_literal(made, "triplet:LLLCL -200n 4u 1u 0 1.5u");
+        append_literal(made, "triplet:LCLCC 2u 1n 1e30 0 -3n");
         Quadruplet q;
         q.M(1, 2) = q.M(3, 4) = q.M(1, 4) = 1;
         q.XK(1, 2) = 1e6, q.XK(3, 4) = 1.25e6, q.XK(1, 4) = 0.2e6;
         q.XC(2, 3) = 2e-9, q.XC(1, 3) = 0.5e-9;
         q.YK(2) = 0.5e6, q.YC(2) = 1e-9, q.YC(3) = 2e-9;
-        k = circuit.klast + 2;
-        EXPECT_EQ(insert_quadruplet(circuit, k, q), CircuitVerdict::done);
+        k = made.klast + 2;
+        EXPECT_EQ(insert_quadruplet(made, k, q), CircuitVerdict::done);
     }
     append(resistor, 1);
-    return circuit;
+    return made;
 }
 
-Circuit singly_terminated(BranchId last_id, int last_slot) {
-    Circuit circuit;
-    int k = 1;
-    EXPECT_EQ(insertBranch(circuit, k, 50, 0, resistor), CircuitVerdict::done);
-    for (k = 2; k <= last_slot; ++k) {
-        EXPECT_EQ(insertBranch(circuit, k, k % 2 == 0 ? 1e-5 : 1e-9, 0,
-                               k == last_slot ? last_id
-                               : k % 2 == 0   ? inductor
-                                              : capacitor),
-                  CircuitVerdict::done);
-    }
-    return circuit;
-}
-
-// Sections headed "=== name".
-std::map<std::string, std::string> golden_texts(const std::string& name) {
-    std::ifstream file(std::string(TEST_DATA) + "/exchange/" + name, std::ios::binary);
-    std::map<std::string, std::string> sections;
-    std::string* section = nullptr;
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with("=== ")) {
-            section = &sections[line.substr(4)];
-        } else if (section != nullptr) {
-            *section += line + '\n';
-        }
-    }
-    return sections;
-}
+Circuit by_voltage() { return circuit("R 50 | L2 10u | C3 1n | L4 10u"); }
+Circuit by_current() { return circuit("R 50 | L2 10u | C3 1n | L4 10u | C5 1n"); }
 
 struct ClassicCase {
     std::string name;
@@ -107,40 +78,39 @@ std::vector<ClassicCase> classic_cases() {
         if (type.file_type == TransferFileType::pcfilt) continue;
         cases.push_back({label + ", half-lattices", lumped, {.file_type = type.file_type, .half_lattices = true}});
     }
-    cases.push_back({"Touchstone, variables",
-                     singly_terminated(inductor, 4),
-                     {.file_type = TransferFileType::touchstone, .variable_block = true}});
     cases.push_back(
-        {"Spice, driven by a voltage", singly_terminated(inductor, 4), {.file_type = TransferFileType::spice}});
-    cases.push_back(
-        {"Spice, driven by a current", singly_terminated(capacitor, 5), {.file_type = TransferFileType::spice}});
+        {"Touchstone, variables", by_voltage(), {.file_type = TransferFileType::touchstone, .variable_block = true}});
+    cases.push_back({"Spice, driven by a voltage", by_voltage(), {.file_type = TransferFileType::spice}});
+    cases.push_back({"Spice, driven by a current", by_current(), {.file_type = TransferFileType::spice}});
     return cases;
 }
 
-TEST(ClassicTexts, EqualTheirGoldenTextsToTheByte) {
-    const auto golden = golden_texts("classic_texts.txt");
+const std::string golden_file = TEST_DATA "/exchange/classic_texts.txt";
+
+TEST(ClassicTexts, EqualTheirGoldenTexts) {
     const auto frequencies = linear_grid(0, 2e6, 201);
     std::string all;
     for (const ClassicCase& c : classic_cases()) {
-        const std::string text =
-            transfer_text({.circuit = c.circuit, .title = title, .frequencies = frequencies}, c.request);
-        const auto found = golden.find(c.name);
-        EXPECT_EQ(text, found == golden.end() ? "" : found->second) << c.name;
-        all += "=== " + c.name + "\n" + text;
+        const TransferInput input{.circuit = c.circuit, .title = title, .frequencies = frequencies};
+        all += "=== " + c.name + "\n" + transfer_text(input, c.request);
     }
-    if (::testing::Test::HasFailure()) write_text(::testing::TempDir() + "classic_texts.txt", all);
-    EXPECT_EQ(golden.size(), classic_cases().size());
+    expect_golden(golden_file, all);
 }
 
 TEST(ClassicTexts, HoldTheLinesThatFortranWrites) {
-    const auto golden = golden_texts("classic_texts.txt");
+    const std::string golden = read_text(golden_file);
+    std::istringstream in(read_text(TEST_DATA "/exchange/told_lines.txt"));
+    std::string section;
     int lines = 0;
-    for (const auto& [name, told] : golden_texts("told_lines.txt")) {
-        ASSERT_TRUE(golden.contains(name)) << name;
-        const std::string text = '\n' + golden.at(name);
-        std::istringstream in(told);
-        for (std::string line; std::getline(in, line); ++lines) {
-            EXPECT_NE(text.find('\n' + line + '\n'), std::string::npos) << name << ": " << line;
+    for (std::string line; std::getline(in, line);) {
+        const std::string whole_line = '\n' + line + '\n';
+        if (line.starts_with("=== ")) {
+            const auto from = golden.find(whole_line);
+            ASSERT_NE(from, std::string::npos) << line;
+            section = golden.substr(from, golden.find("\n=== ", from + 1) - from + 1);
+        } else if (!line.starts_with("#")) {
+            EXPECT_NE(section.find(whole_line), std::string::npos) << section.substr(0, section.find('\n', 1)) << line;
+            ++lines;
         }
     }
     EXPECT_EQ(lines, 48);
@@ -154,7 +124,7 @@ void expect_described(const Circuit& circuit, const NetworkReader& net, double R
     for (const double f : {0.05, 0.11, 0.2, 0.37}) {
         ChainPoint point;
         if (!analyze_at(circuit, f, point)) continue;
-        const WidestComplex analysed = 1.0L / WidestComplex(point.H.v.re, point.H.v.im);
+        const LongComplex analysed = 1.0L / LongComplex(point.H.v.re, point.H.v.im);
         EXPECT_LT(static_cast<double>(std::abs(net.transmission(f, R1, R2) - analysed)), tolerance) << f << "\n"
                                                                                                     << text;
     }
@@ -185,25 +155,19 @@ TEST(ClassicTexts, DescribeTheCircuit) {
 
 // A tee of coils with a negative arm: the coupling has four digits in SStar, seven in Spice.
 TEST(ClassicTexts, CoupledCoilsAreTheTee) {
-    Circuit circuit;
-    int k = 1;
-    EXPECT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
-    k = 3;
-    EXPECT_EQ(insert_values(circuit, k, triplet_lcl, std::array{-0.4, 0.7, 1.0, 0.0, 1.9}), CircuitVerdict::done);
-    k = circuit.klast + 2;
-    EXPECT_EQ(insertBranch(circuit, k, 1.5, 0, resistor), CircuitVerdict::done);
-    const std::string sstar = transfer_text({circuit}, {.file_type = TransferFileType::sstar});
+    const Circuit tee = circuit("R 1 | triplet:LCLCL3 -0.4 0.7 1 0 1.9 | R 1.5");
+    const std::string sstar = transfer_text({tee}, {.file_type = TransferFileType::sstar});
     EXPECT_NE(sstar.find(" mui "), std::string::npos);
-    expect_described(circuit, read_classic(sstar), 1, 1.5, 1e-3, sstar);
-    const std::string spice = transfer_text({circuit}, {.file_type = TransferFileType::spice});
+    expect_described(tee, read_classic(sstar), 1, 1.5, 1e-3, sstar);
+    const std::string spice = transfer_text({tee}, {.file_type = TransferFileType::spice});
     EXPECT_NE(spice.find(" k04"), std::string::npos) << spice;
-    expect_described(circuit, read_spice(spice).net, 1, 1.5, 1e-5, spice);
+    expect_described(tee, read_spice(spice).net, 1, 1.5, 1e-5, spice);
 }
 
 // 2 V behind R1 into a short circuit at the other end: by reciprocity the current is 2/(R1 H).
 TEST(ClassicTexts, SpiceOfACircuitDrivenByAVoltagePrintsItsCurrent) {
-    const Circuit circuit = singly_terminated(inductor, 4);
-    const SpiceReader spice = read_spice(transfer_text({circuit}, {.file_type = TransferFileType::spice}));
+    const Circuit driven = by_voltage();
+    const SpiceReader spice = read_spice(transfer_text({driven}, {.file_type = TransferFileType::spice}));
     EXPECT_EQ(spice.print, " .print ac idb( 3, 0) ip( 3, 0)");
     NetworkReader net = spice.net;
     constexpr double small = 1e-6;  // in place of the short circuit
@@ -213,10 +177,10 @@ TEST(ClassicTexts, SpiceOfACircuitDrivenByAVoltagePrintsItsCurrent) {
     }
     for (const double f : {1e5, 1e6, 3e6}) {
         ChainPoint point;
-        ASSERT_TRUE(analyze_at(circuit, f, point));
+        ASSERT_TRUE(analyze_at(driven, f, point));
         // transmission() is V2 sqrt(R1/R2) for 2 V, and the current V2/R2.
-        const WidestComplex current = net.transmission(f, 50, small) / std::sqrt(static_cast<long double>(50 * small));
-        const WidestComplex expected = 2.0L / (50.0L * WidestComplex(point.H.v.re, point.H.v.im));
+        const LongComplex current = net.transmission(f, 50, small) / std::sqrt(static_cast<long double>(50 * small));
+        const LongComplex expected = 2.0L / (50.0L * LongComplex(point.H.v.re, point.H.v.im));
         EXPECT_LT(static_cast<double>(std::abs(current / expected - 1.0L)), 1e-5) << f;
     }
 }
@@ -252,25 +216,17 @@ TEST(TransferFile, RefusesWhatATypeCannotCarry) {
 }
 
 TEST(TransferFile, NodesBeyondTheirFieldAreAnInternalErrorAndStarsInATitleAreNot) {
-    Circuit circuit;
-    int k = 1;
-    ASSERT_EQ(insertBranch(circuit, k, 1, 0, resistor), CircuitVerdict::done);
-    const auto append = [&](BranchId id) {
-        const std::vector<double> values(branch_kinds[id].cells.size(), 1.0);
-        k = circuit.klast + 2;
-        return id == quadruplet ? insert_quadruplet(circuit, k, CircuitMaker(1).quadruplet())
-                                : insert_values(circuit, k, id, values);
-    };
-    for (int i = 0; i < 21; ++i) ASSERT_EQ(append(twin_t_trap), CircuitVerdict::done);
+    Circuit wide = circuit("R 1");
+    for (int i = 0; i < 21; ++i) append_literal(wide, "compound:LCCLCCL 1 1 1 1 1 1 1");
     std::string text;
-    const TransferInput input{.circuit = circuit, .title = "** mine **"};
+    const TransferInput input{.circuit = wide, .title = "** mine **"};
     const TransferRequest request{.file_type = TransferFileType::touchstone};
     EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::written);
-    for (int i = 0; i < max_quadruplets; ++i) ASSERT_EQ(append(quadruplet), CircuitVerdict::done);
+    for (int i = 0; i < max_quadruplets; ++i) ASSERT_TRUE(CircuitMaker(1).append(wide, quadruplet));
     EXPECT_EQ(write_transfer_file(input, request, text), TransferVerdict::written) << "elements have four digits";
-    ASSERT_EQ(append(lc), CircuitVerdict::done);
+    append_literal(wide, "LC 1 1");
     for (const char* words : {"** mine **", "", "c", "***", "C **"}) {
-        EXPECT_EQ(write_transfer_file({.circuit = circuit, .title = words}, request, text),
+        EXPECT_EQ(write_transfer_file({.circuit = wide, .title = words}, request, text),
                   TransferVerdict::internal_error)
             << "pairs have two, whatever the title: " << words;
     }

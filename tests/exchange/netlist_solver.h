@@ -2,18 +2,18 @@
 // that a text describes. Shares nothing with the writers.
 #pragma once
 
+#include <array>
 #include <cmath>
-#include <complex>
 #include <map>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/support/nodal_equations.h"
+
 namespace kavrel::testing {
 
-using WidestComplex = std::complex<long double>;
-
-// What a netlist holds: admittances are told by their law, y(s) = 1/(R + s L), s C, of pairs both.
+// What a netlist holds: admittances follow their law, y(s) = 1/(R + s L), s C, of pairs both.
 struct NetworkReader {
     struct Arm {
         int from, to;
@@ -35,74 +35,28 @@ struct NetworkReader {
     int port1 = 1, port2 = 0;
     int foreign = 0;  // lines that were not understood
 
-    [[nodiscard]] WidestComplex admittance(const Arm& arm, WidestComplex s) const {
-        const WidestComplex zl = s * static_cast<long double>(arm.L), yc = s * static_cast<long double>(arm.C);
+    [[nodiscard]] LongComplex admittance(const Arm& arm, LongComplex s) const {
+        const LongComplex zl = s * static_cast<long double>(arm.L), yc = s * static_cast<long double>(arm.C);
         if (arm.R != 0) return 1.0L / static_cast<long double>(arm.R);
         if (arm.L != 0 && arm.C != 0) return arm.parallel ? 1.0L / zl + yc : 1.0L / (zl + 1.0L / yc);
         return arm.L != 0 ? 1.0L / zl : yc;
     }
 
     // S21 between the ports with these terminations.
-    [[nodiscard]] WidestComplex transmission(double f, double R1, double R2) const {
-        const WidestComplex s{0, 2 * std::acos(-1.0L) * static_cast<long double>(f)};
-        int nodes = std::max(port1, port2);
-        const auto seen = [&](int node) { nodes = std::max(nodes, node); };
-        for (const Arm& arm : arms) seen(arm.from), seen(arm.to);
-        for (const auto& t : transformers) seen(t.a), seen(t.b), seen(t.c), seen(t.d);
-        for (const auto& c : coils) seen(c.a), seen(c.b), seen(c.c), seen(c.d);
-        const auto n = static_cast<std::size_t>(nodes) + transformers.size() + 2 * coils.size() + 1;
-        std::vector<std::vector<WidestComplex>> A(n, std::vector<WidestComplex>(n + 1));
-        const auto at = [&](int i, int j) -> WidestComplex& {
-            return A[static_cast<std::size_t>(i)][static_cast<std::size_t>(j)];
-        };
-        const auto add = [&](int i, int j, WidestComplex y) {
-            at(i, i) += y, at(j, j) += y, at(i, j) -= y, at(j, i) -= y;
-        };
-        for (const Arm& arm : arms) add(arm.from, arm.to, admittance(arm, s));
-        add(port1, 0, 1.0L / static_cast<long double>(R1));
-        add(port2, 0, 1.0L / static_cast<long double>(R2));
-        int extra = nodes;
-        for (const auto& t : transformers) {
-            const int i = ++extra;  // current into c, out of d
-            const auto r = static_cast<long double>(t.ratio);
-            at(t.c, i) += 1.0L, at(t.d, i) -= 1.0L, at(t.a, i) -= r, at(t.b, i) += r;
-            at(i, t.c) += 1.0L, at(i, t.d) -= 1.0L, at(i, t.a) -= r, at(i, t.b) += r;
+    [[nodiscard]] LongComplex transmission(double f, double R1, double R2) const {
+        const LongComplex s{0, 2 * std::acos(-1.0L) * static_cast<long double>(f)};
+        NodalEquations net;
+        for (const Arm& arm : arms) net.admittance(arm.from, arm.to, admittance(arm, s));
+        for (const Transformer& t : transformers)
+            net.transformer(t.a, t.b, t.c, t.d, static_cast<long double>(t.ratio));
+        for (const Coils& c : coils) {
+            const long double m = c.k * std::sqrt(c.l1 * c.l2), l1 = c.l1, l2 = c.l2;
+            net.two_port(c.a, c.b, c.c, c.d, s * l1, s * m, s * l2);
         }
-        for (const auto& c : coils) {
-            const int i = ++extra, j = ++extra;
-            const WidestComplex m = s * static_cast<long double>(c.k * std::sqrt(c.l1 * c.l2));
-            at(c.a, i) += 1.0L, at(c.b, i) -= 1.0L, at(c.c, j) += 1.0L, at(c.d, j) -= 1.0L;
-            at(i, c.a) += 1.0L, at(i, c.b) -= 1.0L, at(j, c.c) += 1.0L, at(j, c.d) -= 1.0L;
-            at(i, i) -= s * static_cast<long double>(c.l1), at(j, j) -= s * static_cast<long double>(c.l2);
-            at(i, j) -= m, at(j, i) -= m;
-        }
-        for (std::size_t i = 0; i <= n; ++i) A[0][i] = 0.0L;
-        for (std::size_t i = 0; i < n; ++i) A[i][0] = 0.0L;
-        A[0][0] = 1.0L;
         // 2 V behind R1: the wave that arrives is V2 sqrt(R1/R2).
-        A[static_cast<std::size_t>(port1)][n] = 2.0L / static_cast<long double>(R1);
-        return solve(A)[static_cast<std::size_t>(port2)] * std::sqrt(static_cast<long double>(R1 / R2));
-    }
-
-private:
-    static std::vector<WidestComplex> solve(std::vector<std::vector<WidestComplex>> A) {
-        const std::size_t n = A.size();
-        for (std::size_t k = 0; k < n; ++k) {
-            std::size_t best = k;
-            for (std::size_t i = k + 1; i < n; ++i) {
-                if (std::abs(A[i][k]) > std::abs(A[best][k])) best = i;
-            }
-            std::swap(A[k], A[best]);
-            if (A[k][k] == WidestComplex{}) continue;  // a number that no element uses
-            for (std::size_t i = 0; i < n; ++i) {
-                if (i == k || A[i][k] == WidestComplex{}) continue;
-                const WidestComplex factor = A[i][k] / A[k][k];
-                for (std::size_t j = k; j <= n; ++j) A[i][j] -= factor * A[k][j];
-            }
-        }
-        std::vector<WidestComplex> x(n);
-        for (std::size_t k = 0; k < n; ++k) x[k] = A[k][k] == WidestComplex{} ? 0.0L : A[k][n] / A[k][k];
-        return x;
+        net.voltage(port1, 2, static_cast<long double>(R1));
+        net.admittance(port2, 0, 1 / static_cast<long double>(R2));
+        return net.solution().at(port2) * std::sqrt(static_cast<long double>(R1 / R2));
     }
 };
 

@@ -1,11 +1,13 @@
 // The ngspice text, run unedited, against the analysis.
 #include <map>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "circuit/parts_list.h"
 #include "shell/edit.h"
 #include "tests/exchange/exchange_helpers.h"
+#include "tests/support/circuit_literal.h"
 
 namespace kavrel {
 namespace {
@@ -47,22 +49,16 @@ std::vector<Net> nets() {
     CircuitMaker maker(11);
     for (const bool source : {true, false}) {
         for (const int count : {5, 12, 30}) {
-            Circuit circuit;
-            int k = 1;
-            (void)insertBranch(circuit, k, 1, 0, resistor);
-            for (int i = 0; i < count; ++i) {
-                k = circuit.klast + 1;
-                (void)insertBranch(circuit, k, maker.uniform(0.8, 2), 0, k % 2 == 0 ? inductor : capacitor);
+            Circuit ladder = circuit("R 1");
+            for (int i = 1; i <= count; ++i) {
+                append_literal(ladder, fmt::format("{}{} {}", i % 2 == 1 ? 'L' : 'C', i + 1, maker.uniform(0.8, 2)));
             }
-            if (source) {
-                k = circuit.klast + 1;
-                (void)insertBranch(circuit, k, 1.5, 0, resistor);
-            }
-            all.push_back({"low-pass", scaled(circuit, 50, 1e6), 1e4, 1.5e6});
+            if (source) append_literal(ladder, "R 1.5");
+            all.push_back({"low-pass", scaled(ladder, 50, 1e6), 1e4, 1.5e6});
             if (!source) {
-                k = circuit.klast;
-                (void)deleteBranch(circuit, k);
-                all.push_back({"low-pass of the other end", scaled(circuit, 600, 1e3), 10, 1500});
+                int last = ladder.klast;
+                (void)deleteBranch(ladder, last);
+                all.push_back({"low-pass of the other end", scaled(ladder, 600, 1e3), 10, 1500});
             }
         }
     }
@@ -133,28 +129,17 @@ TEST(Ngspice, ASweepFromZeroPrintsDecibels) {
     if (!has_program("ngspice")) GTEST_SKIP() << "ngspice is not installed";
     const ScratchFolder folder;
     const auto frequencies = linear_grid(0, 4e5, 5);
-    const struct {
-        BranchId id;
-        int k;
-        double value;
-        bool blocks;
-    } nets[] = {
-        {inductor, 2, 1e-4, false}, {capacitor, 2, 1e-8, true}, {inductor, 3, 1e-4, true}, {capacitor, 3, 1e-8, false}};
-    for (const auto& net : nets) {
-        Circuit circuit;
-        const double ohm = 50;
-        int k = 1;
-        ASSERT_EQ(insert_values(circuit, k, resistor, {&ohm, 1}), CircuitVerdict::done);
-        k = net.k;
-        ASSERT_EQ(insert_values(circuit, k, net.id, {&net.value, 1}), CircuitVerdict::done);
-        k = 5;
-        ASSERT_EQ(insert_values(circuit, k, resistor, {&ohm, 1}), CircuitVerdict::done);
+    for (const auto& [net, blocks] : {std::pair{"R 50 | L2 100u | R 50", false},
+                                      {"R 50 | C2 10n | R 50", true},
+                                      {"R 50 | L3 100u | R 50", true},
+                                      {"R 50 | C3 10n | R 50", false}}) {
+        const Circuit made = circuit(net);
         write_file("net.cir",
-                   transfer_text({.circuit = circuit, .frequencies = frequencies},
+                   transfer_text({.circuit = made, .frequencies = frequencies},
                                  {.file_type = TransferFileType::spice, .dialect = TransferDialect::ngspice}));
         const auto rows = printed_rows(run_program("ngspice -b net.cir").output);
-        ASSERT_EQ(rows.size(), frequencies.size()) << branch_kinds[net.id].name << ' ' << net.k;
-        EXPECT_EQ(rows[0].decibels < -1000, net.blocks);
+        ASSERT_EQ(rows.size(), frequencies.size()) << net;
+        EXPECT_EQ(rows[0].decibels < -1000, blocks) << net;
         for (std::size_t i = 1; i < rows.size(); ++i) {
             EXPECT_DOUBLE_EQ(rows[i].f, frequencies[i]);
             EXPECT_GT(rows[i].decibels, -40);

@@ -9,6 +9,7 @@
 #include "shell/reporter.h"
 #include "tests/exchange/exchange_helpers.h"
 #include "tests/support/fake_window.h"
+#include "tests/support/golden.h"
 
 namespace kavrel {
 namespace {
@@ -48,7 +49,7 @@ Sample response(const TransferFunction& t, double w) {
 // |w - root| over |jw - root|.
 double magnified(double re, double im, double w) { return std::hypot(w - re, im) / std::hypot(re, w - im); }
 
-TEST(TransferPolynomials, OfKnownRootsOnScreenAndAsMatlabText) {
+TEST(TransferPolynomials, OfKnownRootsAndTheirTexts) {
     const TransferFunction t = known_function();
     const auto polynomials = transfer_polynomials(t, false);
     const std::vector<double> numerator = {16, 0, 4}, denominator = {2, 2.5, 1.5, 1};
@@ -57,45 +58,12 @@ TEST(TransferPolynomials, OfKnownRootsOnScreenAndAsMatlabText) {
     for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(polynomials.numerator[i], numerator[i], 1e-13);
     for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(polynomials.denominator[i], denominator[i], 1e-14);
 
-    const std::vector<std::string> screen = {
-        "******* Transfer function polynomials *******",
-        "normalized coefficients in ascending order",
-        "                numerator              denominator",
-        "  0      1.6000000000000E+01      2.0000000000000E+00",
-        "  1      0.0000000000000E+00      2.5000000000000E+00",
-        "  2      4.0000000000000E+00      1.5000000000000E+00",
-        "  3      0.0000000000000E+00      1.0000000000000E+00",
-        " normalization frequency =      1.0000000000000E+06 hz",
-    };
-    EXPECT_EQ(polynomial_lines({numerator, denominator, 1e6}), screen);
-
-    const std::string expected =
-        " % transfer function polynomial data for use with matlab(tm)\n"
-        " % Kavrel title:\n"
-        " %A title" +
-        std::string(69, ' ') +
-        "\n"
-        " %\n"
-        " % numerator of h(s):\n"
-        " num = [\n"
-        "      4.0000000000000E+00   % order= 2\n"
-        "      0.0000000000000E+00   % order= 1\n"
-        "      1.6000000000000E+01   % order= 0\n"
-        " ]\n"
-        " % denominator of h(s):\n"
-        " denom = [\n"
-        "      1.0000000000000E+00   % order= 3\n"
-        "      1.5000000000000E+00   % order= 2\n"
-        "      2.5000000000000E+00   % order= 1\n"
-        "      2.0000000000000E+00   % order= 0\n"
-        " ]\n"
-        " % (normalized coefficients in descending order)\n"
-        " fnorm =    1.0000000000000E+06\n"
-        " % end of kavrel data for matlab\n";
     const Circuit empty;
-    EXPECT_EQ(
-        transfer_text({.circuit = empty, .title = "A title", .transfer = &t}, {.file_type = TransferFileType::matlab}),
-        expected);
+    expect_golden(TEST_DATA "/exchange/known_function.txt",
+                  "=== screen\n" + text_of(polynomial_lines({numerator, denominator, 1e6})) + "=== Matlab\n" +
+                      transfer_text({.circuit = empty, .title = "A title", .transfer = &t},
+                                    {.file_type = TransferFileType::matlab}) +
+                      "=== poles and zeros\n" + text_of(pole_zero_lines(t, false, "A title")));
 }
 
 // Two unit elements of impedance Z between resistors of 1 ohm: with cos = 1/sqrt(1 - s^2) and j sin = s cos the chain
@@ -154,72 +122,41 @@ struct RootsRequest {
     int unit = 1;
 };
 constexpr Column root_columns[] = {{"Real Part"}, {"Imaginary Part"}};
-constexpr Field root_fields[] = {list<&RootsRequest::zeros>("zeros", "Transmission zeros", root_columns),
-                                 list<&RootsRequest::poles>("poles", "Poles", root_columns)};
-
-// Forms that count in the user's unit, by their columns or by a choice.
-constexpr Column unit_columns[] = {{"Real Part", Unit::frequency}, {"Imaginary Part", Unit::frequency}};
-constexpr Field column_fields[] = {list<&RootsRequest::zeros>("zeros", "Zeros", unit_columns)};
 constexpr Choice unit_choices[] = {{"in  Hz", 1, Unit::frequency}, {"rad/sec", 2}};
-constexpr Field choice_fields[] = {radio<&RootsRequest::unit>("unit", "Unit", unit_choices), root_fields[0]};
+constexpr Field root_fields[] = {list<&RootsRequest::zeros>("zeros", "Transmission zeros", root_columns),
+                                 list<&RootsRequest::poles>("poles", "Poles", root_columns),
+                                 radio<&RootsRequest::unit>("unit", "Unit", unit_choices)};
 
+// The lists of a form without units are in Hz, those of one that chooses a unit in that one.
 TEST(PoleZeroText, IsReadByListForms) {
     const ScratchFolder folder;
-    const std::vector<std::string> lines = pole_zero_lines(known_function(), false, "A title");
-    const std::vector<std::string> expected = {
-        " ! Pole-zero data of:",
-        " ! A title",
-        " ! Zeros (in Hz):",
-        "    0.000000000E+00    2.000000000E+06",
-        " ! Poles (in Hz):",
-        "   -1.000000000E+06    0.000000000E+00",
-        "   -2.500000000E+05    1.391941091E+06",
-        " ! normalization freq =  1.000000000E+06 hz",
-        "!     Transfer function polynomials (normalized)",
-        "!     Numerator          Denominator",
-        "    1.600000000E+01    2.000000000E+00",
-        "    0.000000000E+00    2.500000000E+00",
-        "    4.000000000E+00    1.500000000E+00",
-        "    0.000000000E+00    1.000000000E+00",
-    };
-    EXPECT_EQ(lines, expected);
-
-    std::string text;
-    for (const std::string& line : lines) text += line + '\n';
-    write_text("lp.pz", text);
+    write_text("lp.pz", text_of(pole_zero_lines(known_function(), false, "A title")));
     FakeWindow window;
     Journal journal;
     PrintState print;
     Reporter reporter(window, journal, print);
-    const UnitSet units;
-    RootsRequest request;
-    const Form form = form_of<RootsRequest>("ROOTS_DLG", "Roots", root_fields, true);
-    FormSheet sheet(form, &request, units, reporter);
-    for (std::size_t i = 0; i < 2; ++i) {
-        window.files = {"lp.pz"};
-        sheet.read_rows(i);
-        EXPECT_EQ(window.boxes.back(), "Success:  *** Done ***");
-    }
-    EXPECT_EQ(request.zeros.rows, 1);
-    EXPECT_EQ(request.zeros(1, 2), 2e6);
-    EXPECT_EQ(request.poles.rows, 2);
-    EXPECT_EQ(request.poles(2, 1), -2.5e5);
-
     UnitSet megahertz;
     megahertz.frequency_index = 3;
     settle_units(megahertz);
-    const auto zero_read_by = [&](std::span<const Field> fields, std::size_t list, int unit) {
-        RootsRequest found;
-        found.unit = unit;
-        const Form rows = form_of<RootsRequest>("ROWS_DLG", "Rows", fields, true);
-        window.files = {"lp.pz"};
-        FormSheet(rows, &found, megahertz, reporter).read_rows(list);
-        return found.zeros(1, 2);
-    };
-    EXPECT_EQ(zero_read_by(root_fields, 0, 1), 2e6) << "in Hz whatever the unit";
-    EXPECT_EQ(zero_read_by(column_fields, 0, 1), 2);
-    EXPECT_EQ(zero_read_by(choice_fields, 1, 1), 2);
-    EXPECT_DOUBLE_EQ(zero_read_by(choice_fields, 1, 2), 2e6 * 2 * pi);
+    const struct {
+        std::size_t fields;
+        int unit;
+        double scale;
+    } forms[] = {{2, 1, 1}, {3, 1, 1e-6}, {3, 2, 2 * pi}};
+    for (const auto& [fields, unit, scale] : forms) {
+        RootsRequest request{.unit = unit};
+        const Form form = form_of<RootsRequest>("ROOTS_DLG", "Roots", std::span(root_fields).first(fields), true);
+        FormSheet sheet(form, &request, megahertz, reporter);
+        for (std::size_t i = 0; i < 2; ++i) {
+            window.files = {"lp.pz"};
+            sheet.read_rows(i);
+            EXPECT_EQ(window.boxes.back(), "Success:  *** Done ***");
+        }
+        EXPECT_EQ(request.zeros.rows, 1);
+        EXPECT_DOUBLE_EQ(request.zeros(1, 2), 2e6 * scale);
+        EXPECT_EQ(request.poles.rows, 2);
+        EXPECT_DOUBLE_EQ(request.poles(2, 1), -2.5e5 * scale);
+    }
 }
 
 // A reader of two-port files of its own: columns f, S11, S21, S12, S22 after the option line.

@@ -61,7 +61,9 @@ inline void append_literal(Circuit& circuit, const std::string& branch) {
         return;
     }
     ASSERT_EQ(values.size(), kind->cells.size()) << branch;
-    int k = slot != 0 ? slot : circuit.klast + 1;
+    const auto is_slot_element = [&](int k) { return branch_kinds[unpackBranch(circuit, k).id].slot_element(); };
+    const bool apart = circuit.klast != 0 && !(kind->slot_element() && is_slot_element(circuit.klast));
+    int k = slot != 0 ? slot : circuit.klast + (apart ? 2 : 1);
     ASSERT_EQ(insert_values(circuit, k, kind->id, values), CircuitVerdict::done) << branch;
     ASSERT_TRUE(slot == 0 || k == slot) << branch << " becomes branch " << k;
 }

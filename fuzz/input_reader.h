@@ -2,24 +2,29 @@
 // it was, and what was taken is saved, read and saved again as the same bytes.
 #pragma once
 
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "workbench/input_forms.h"
+
 namespace kavrel {
 
-// `read(bytes, record)` and `save(record)` of one kind of file, over a record that holds all that is stored.
-template <class Record, class Read, class Save>
-void read_and_save(std::string_view bytes, const Read& read, const Save& save) {
-    Record record;
-    const std::string fresh = save(record);
-    if (!read(bytes, record)) {
-        if (save(record) != fresh) std::abort();
-        return;
+template <class Request>
+int read_and_save(const InputForm<Request>& input, const std::uint8_t* data, std::size_t size) {
+    Request request;
+    UnitSet units;
+    const auto stored = [&] { return input.bytes(request, units); };
+    const std::string fresh = stored();
+    if (!input.take({reinterpret_cast<const char*>(data), size}, request, units)) {
+        if (stored() != fresh) std::abort();
+        return 0;
     }
-    const std::string stored = save(record);
-    if (!read(std::string_view(stored), record)) std::abort();
-    if (save(record) != stored) std::abort();
+    const std::string first = stored();
+    if (!input.take(first, request, units)) std::abort();
+    if (stored() != first) std::abort();
+    return 0;
 }
 
 }  // namespace kavrel

@@ -1,19 +1,6 @@
 // Reader of the filter form's stored input data.
-#include <cstddef>
-#include <cstdint>
-
 #include "fuzz/input_reader.h"
-#include "workbench/filter_input_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace kavrel;
-    struct Stored {
-        FilterRequest request;
-        UnitSet units;
-    };
-    read_and_save<Stored>(
-        {reinterpret_cast<const char*>(data), size},
-        [](std::string_view bytes, Stored& s) { return read_filter_input(bytes, s.request, s.units); },
-        [](const Stored& s) { return filter_input_bytes(s.request, s.units); });
-    return 0;
+    return kavrel::read_and_save(kavrel::filter_input, data, size);
 }

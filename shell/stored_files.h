@@ -67,12 +67,15 @@ enum class ExtSlot {
 [[nodiscard]] std::optional<std::string> read_whole(const std::string& path);
 
 // The two directions of a file of records. A routine that lists the items of a file serves both, being given the one or
-// the other: `items` one behind the other, `record` a record of its own. A logical (0 or 1) takes 4 bytes, a record
-// that lists its fields takes them (shell/fields.h), anything else is stored as it is.
-//
+// the other: `items` one behind the other, `record` a record of its own; `require` refuses a file by what was read from
+// it. A logical (0 or 1) takes 4 bytes, a record that lists its fields takes them (shell/fields.h), anything else is
+// stored as it is.
+
 // Gathers the records of an unformatted file.
 class RecordWriter {
 public:
+    static constexpr bool reads = false;
+
     void begin() { payload_.clear(); }
     void end();
     template <class... Items>
@@ -85,7 +88,11 @@ public:
         (put(items), ...);
         end();
     }
+    void require(bool) {}
 
+    [[nodiscard]] const std::string& bytes() const { return bytes_; }
+
+private:
     template <class T>
     void put(const T& item) {
         static_assert(std::is_trivially_copyable_v<T>);
@@ -98,18 +105,17 @@ public:
         }
     }
 
-    [[nodiscard]] const std::string& bytes() const { return bytes_; }
-
-private:
     std::string payload_;
     std::string bytes_;
 };
 
 // Takes the records of an unformatted file apart. What does not fit (a record that is shorter or longer than what is
-// taken from it, bytes that are no record, a logical that is none) turns `good` off for good, and whatever is taken
-// then stays unchanged: so a caller reads all into a record of its own and looks at the end once.
+// taken from it, bytes that are no record, a logical that is none) spoils the whole file, and whatever is taken then
+// stays unchanged: so a caller reads all into a record of its own and asks once, at the end.
 class RecordReader {
 public:
+    static constexpr bool reads = true;
+
     explicit RecordReader(std::string_view bytes) : rest_(bytes) {}
 
     void begin();
@@ -124,10 +130,11 @@ public:
         (take(items), ...);
         end();
     }
-    [[nodiscard]] bool good() const { return good_; }
+    void require(bool fits) { good_ = good_ && fits; }
     // Whether all was good and nothing is left.
     [[nodiscard]] bool finished() const { return good_ && rest_.empty(); }
 
+private:
     template <class T>
     void take(T& item) {
         static_assert(std::is_trivially_copyable_v<T>);
@@ -146,7 +153,6 @@ public:
         }
     }
 
-private:
     std::string_view rest_;
     std::string_view payload_;
     bool good_ = true;

@@ -15,16 +15,18 @@
 #include <string>
 #include <string_view>
 
+#include "shell/units.h"
 #include "workbench/analysis_form.h"
 #include "workbench/fir_analysis_form.h"
 
 namespace kavrel {
 
-[[nodiscard]] std::string analysis_input_bytes(const FilterAnalysisRequest& request);
-[[nodiscard]] std::string fir_analysis_input_bytes(const FirAnalysisRequest& request);
+[[nodiscard]] std::string analysis_input_bytes(const FilterAnalysisRequest& request, const UnitSet& units);
+[[nodiscard]] std::string fir_analysis_input_bytes(const FirAnalysisRequest& request, const UnitSet& units);
 
-// False, with the request as it was, when the bytes are not such a file or hold what the form could not.
-[[nodiscard]] bool read_analysis_input(std::string_view bytes, FilterAnalysisRequest& request);
-[[nodiscard]] bool read_fir_analysis_input(std::string_view bytes, FirAnalysisRequest& request);
+// The file has no units, and leaves them alone. False, with the request as it was, when the bytes are not such a file
+// or hold what the form could not.
+[[nodiscard]] bool read_analysis_input(std::string_view bytes, FilterAnalysisRequest& request, UnitSet& units);
+[[nodiscard]] bool read_fir_analysis_input(std::string_view bytes, FirAnalysisRequest& request, UnitSet& units);
 
 }  // namespace kavrel

@@ -1,7 +1,6 @@
 #include "workbench/analysis_road.h"
 
 #include "passive/passive_segment.h"
-#include "workbench/analysis_input_file.h"
 #include "workbench/rooms.h"
 
 namespace kavrel {
@@ -50,40 +49,12 @@ void enter_passive(Workbench& bench) {
     enter_segment(bench, SegmentId::passive);
 }
 
-bool recall(Workbench& bench) {
-    const auto take = [&](std::string_view bytes) { return read_analysis_input(bytes, bench.analysis_request); };
-    return recall_design_input(bench, take, analysis_files);
-}
-
-bool recall_fir(Workbench& bench) {
-    const auto take = [&](std::string_view bytes) {
-        return read_fir_analysis_input(bytes, bench.fir_analysis_request);
-    };
-    return recall_design_input(bench, take, analysis_files);
-}
-
-bool save(Workbench& bench) {
-    const auto is_own = [](std::string_view bytes) {
-        FilterAnalysisRequest request;
-        return read_analysis_input(bytes, request);
-    };
-    return save_design_input(bench, analysis_input_bytes(bench.analysis_request), is_own, analysis_files);
-}
-
-bool save_fir(Workbench& bench) {
-    const auto is_own = [](std::string_view bytes) {
-        FirAnalysisRequest request;
-        return read_fir_analysis_input(bytes, request);
-    };
-    return save_design_input(bench, fir_analysis_input_bytes(bench.fir_analysis_request), is_own, analysis_files);
-}
-
 }  // namespace
 
 void analysis_road(Workbench& bench, FormStart start) {
     FilterAnalysisRequest& request = bench.analysis_request;
-    if (!ask_for_design(bench, start, ANALYSIS_DLG, request, recall)) return;
-    if (request.save_analysis && !save(bench)) return;
+    if (!ask_for_design(bench, start, analysis_input, request)) return;
+    if (request.save_analysis && !save_design_input(bench, analysis_input, request)) return;
     switch (request.analysis_kind) {
         case AnalysisKind::passive_lc:
         case AnalysisKind::microwave: enter_passive(bench); break;
@@ -93,8 +64,8 @@ void analysis_road(Workbench& bench, FormStart start) {
 
 void fir_analysis_road(Workbench& bench, FormStart start) {
     FirAnalysisRequest& request = bench.fir_analysis_request;
-    if (!ask_for_design(bench, start, ANALYSIS_FIR_DLG, request, recall_fir)) return;
-    if (request.save_analysis_data && !save_fir(bench)) return;
+    if (!ask_for_design(bench, start, fir_analysis_input, request)) return;
+    if (request.save_analysis_data && !save_design_input(bench, fir_analysis_input, request)) return;
     not_implemented(bench);
 }
 

@@ -6,10 +6,7 @@ namespace kavrel {
 
 namespace {
 
-// A name that is cut would be that of another file.
-bool fits(const Workbench& bench, std::string_view name) {
-    return name.size() <= bench.session.input_file.bytes.size();
-}
+bool fits(const Workbench& bench, std::string_view name);
 
 }  // namespace
 
@@ -21,8 +18,7 @@ void take_units(const UnitSet& units, Session& session) {
     session.time_scale = units.time_multiplier;
 }
 
-bool recall_design_input(Workbench& bench, const std::function<bool(std::string_view bytes)>& take,
-                         const InputFileKind& kind) {
+bool recall_input(Workbench& bench, const InputFileKind& kind, const AcceptBytes& take) {
     const std::string name = bench.window.choose_file(
         {.caption = kind.recall_caption, .description = kind.description, .filter = kind.filter});
     if (name.empty()) return false;
@@ -39,8 +35,7 @@ bool recall_design_input(Workbench& bench, const std::function<bool(std::string_
     return true;
 }
 
-bool save_design_input(Workbench& bench, std::string_view bytes,
-                       const std::function<bool(std::string_view bytes)>& is_own, const InputFileKind& kind) {
+bool save_input(Workbench& bench, const InputFileKind& kind, std::string_view bytes, const AcceptBytes& is_own) {
     const auto current = read_whole(bench.session.input_file.text());
     if (bench.session.input_file.is_blank() || (current && !is_own(*current))) {
         const std::string name = bench.window.choose_file({.caption = "Select a file name",
@@ -61,5 +56,14 @@ bool save_design_input(Workbench& bench, std::string_view bytes,
     bench.reporter.message("File could not be written", "Error");
     return false;
 }
+
+namespace {
+
+// A name that is cut would be that of another file.
+bool fits(const Workbench& bench, std::string_view name) {
+    return name.size() <= bench.session.input_file.bytes.size();
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -1,9 +1,10 @@
-// Input data files, as all design and analysis forms recall and save them.
+// Design and analysis forms with their input data files, as the roads use them.
 #pragma once
 
 #include <functional>
 #include <string_view>
 
+#include "workbench/input_forms.h"
 #include "workbench/workbench.h"
 
 namespace kavrel {
@@ -11,51 +12,55 @@ namespace kavrel {
 // What a design form shows when it opens.
 enum class FormStart { last_values, stored_data };
 
-// A kind of input data file, and how its selectors speak of it.
-struct InputFileKind {
-    std::string_view recall_caption;
-    std::string_view description;
-    std::string_view filter;
-    std::string_view extension;
-};
-inline constexpr InputFileKind design_files{.recall_caption = "Recall a previous design data set",
-                                            .description = "Stored input data files",
-                                            .filter = "*.qfi",
-                                            .extension = ".qfi"};
-inline constexpr InputFileKind analysis_files{.recall_caption = "Select an existing file",
-                                              .description = "Stored input data files",
-                                              .filter = "*.qai",
-                                              .extension = ".qai"};
-
 // Units that a file brings along hold at once, not with the next event.
 void take_units(const UnitSet& units, Session& session);
 
-// Asks for a file of stored input data, which becomes the current one once `take` has accepted its bytes. False, after
-// a box, when there is no such file or `take` refuses it; false without one when the selector is left.
-[[nodiscard]] bool recall_design_input(Workbench& bench, const std::function<bool(std::string_view bytes)>& take,
-                                       const InputFileKind& kind = design_files);
+// Whether bytes are those of a file.
+using AcceptBytes = std::function<bool(std::string_view bytes)>;
 
-// Opens a design form, on stored data after `recall` took them in. False when no file was taken or the form was
-// cancelled: request, units and current file are as they were before either.
+// Asks for a file of input data, which becomes the current one once `take` has accepted its bytes. False, after a box,
+// when there is no such file or `take` refuses it; false without one when the selector is left.
+[[nodiscard]] bool recall_input(Workbench& bench, const InputFileKind& kind, const AcceptBytes& take);
+
+// Writes the bytes to the current input file, after asking for its name when there is none or when the current file is
+// another form's. False when that went wrong; a selector that is left saves nothing, which is no failure.
+[[nodiscard]] bool save_input(Workbench& bench, const InputFileKind& kind, std::string_view bytes,
+                              const AcceptBytes& is_own);
+
+// Opens a form, on stored data after they were recalled. False when no file was taken or the form was cancelled:
+// request, units and current file are as they were before either.
 template <class Request>
-[[nodiscard]] bool ask_for_design(Workbench& bench, FormStart start, const Form& form, Request& request,
-                                  bool (*recall)(Workbench& bench)) {
+[[nodiscard]] bool ask_for_design(Workbench& bench, FormStart start, const InputForm<Request>& input,
+                                  Request& request) {
     const Request before = request;
     const UnitSet units = bench.session.units;
     const auto file = bench.session.input_file;
-    if (start == FormStart::stored_data && !recall(bench)) return false;
-    if (run_form(form, &request, bench.session.units, bench.reporter)) return true;
+    const auto take = [&](std::string_view bytes) {
+        UnitSet found = units;
+        if (!input.take(bytes, request, found)) return false;
+        take_units(found, bench.session);
+        return true;
+    };
+    if (start == FormStart::stored_data && !recall_input(bench, input.files, take)) return false;
+    if (run_form(input.form, &request, bench.session.units, bench.reporter)) {
+        if (!input.design_class.empty()) bench.session.design_class = input.design_class;
+        return true;
+    }
     request = before;
     take_units(units, bench.session);
     bench.session.input_file = file;
     return false;
 }
 
-// Writes the bytes to the current input file, after asking for its name when there is none or when the current file is
-// another form's (`is_own` answers for its bytes). False when that went wrong; a selector that is left saves nothing,
-// which is no failure.
-[[nodiscard]] bool save_design_input(Workbench& bench, std::string_view bytes,
-                                     const std::function<bool(std::string_view bytes)>& is_own,
-                                     const InputFileKind& kind = design_files);
+// Saves a form's request as `save_input` does.
+template <class Request>
+[[nodiscard]] bool save_design_input(Workbench& bench, const InputForm<Request>& input, const Request& request) {
+    const auto is_own = [&](std::string_view bytes) {
+        Request stored;
+        UnitSet units;
+        return input.take(bytes, stored, units);
+    };
+    return save_input(bench, input.files, input.bytes(request, bench.session.units), is_own);
+}
 
 }  // namespace kavrel

@@ -5,8 +5,6 @@
 
 #include <fmt/format.h>
 
-#include "workbench/filter_form.h"
-#include "workbench/filter_input_file.h"
 #include "workbench/ladder_road.h"
 #include "workbench/rooms.h"
 
@@ -21,30 +19,16 @@ void take_losses(const FilterRequest& r, FilterSpec& spec);
 void take_transmission_zeros(const FilterRequest& r, double scale, FilterSpec& spec);
 void take_function(const FilterRequest& r, double scale, FilterSpec& spec);
 
-bool recall(Workbench& bench) {
-    UnitSet units;
-    const auto take = [&](std::string_view bytes) { return read_filter_input(bytes, bench.filter_request, units); };
-    if (!recall_design_input(bench, take)) return false;
-    take_units(units, bench.session);
-    return true;
-}
-
 bool save(Workbench& bench) {
     if (bench.filter_request.FIXED_ZEROS.rows > stored_fixed_zeros) {
         bench.reporter.message(fmt::format("A file has room for {} fixed zeros", stored_fixed_zeros), "Error");
         return false;
     }
-    const auto is_own = [](std::string_view bytes) {
-        FilterRequest request;
-        UnitSet units;
-        return read_filter_input(bytes, request, units);
-    };
-    return save_design_input(bench, filter_input_bytes(bench.filter_request, bench.session.units), is_own);
+    return save_design_input(bench, filter_input, bench.filter_request);
 }
 
 // What OK settles beside the fields themselves.
 void settle(FilterRequest& request, Session& session) {
-    session.design_class = "filter";
     session.design_kind = request.filter_kind;
     if (request.filter_kind > FilterKind::microwave) request.zs_parameter = -1;
     if (request.filter_kind == FilterKind::microwave) {
@@ -177,7 +161,7 @@ FilterSpec spec_of(const FilterRequest& r, const UnitSet& units) {
 }
 
 void filter_design_road(Workbench& bench, FormStart start) {
-    if (!ask_for_design(bench, start, DESIGN_FILTER_DLG, bench.filter_request, recall)) return;
+    if (!ask_for_design(bench, start, filter_input, bench.filter_request)) return;
     settle(bench.filter_request, bench.session);
     if (bench.filter_request.save_design && !save(bench)) return;
     design(bench);

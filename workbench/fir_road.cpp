@@ -1,18 +1,11 @@
 #include "workbench/fir_road.h"
 
 #include "fir/fir_design.h"
-#include "workbench/fir_form.h"
-#include "workbench/fir_input_file.h"
 #include "workbench/rooms.h"
 
 namespace kavrel {
 
 namespace {
-
-bool recall(Workbench& bench) {
-    const auto take = [&](std::string_view bytes) { return read_fir_input(bytes, bench.fir_request); };
-    return recall_design_input(bench, take);
-}
 
 void design_fir(Workbench& bench) {
     FirDesk desk = fir_desk(bench);
@@ -34,13 +27,9 @@ void design_fir(Workbench& bench) {
 }  // namespace
 
 void fir_design_road(Workbench& bench, FormStart start) {
-    if (!ask_for_design(bench, start, FIR_DESIGN_DLG, bench.fir_request, recall)) return;
-    bench.session.design_class = "filter";
-    const auto is_own = [](std::string_view bytes) {
-        FirRequest request;
-        return read_fir_input(bytes, request);
-    };
-    if (bench.fir_request.save_design && !save_design_input(bench, fir_input_bytes(bench.fir_request), is_own)) return;
+    FirRequest& request = bench.fir_request;
+    if (!ask_for_design(bench, start, fir_input, request)) return;
+    if (request.save_design && !save_design_input(bench, fir_input, request)) return;
     design_fir(bench);
 }
 

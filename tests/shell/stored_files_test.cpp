@@ -33,24 +33,16 @@ TEST(StoredFiles, NamesBySlot) {
 
 TEST(StoredFiles, RecordsHaveTheirCountsOnBothSides) {
     RecordWriter file;
-    file.begin();
-    file.put(1.0);
-    file.put(7);
-    file.end();
-    file.begin();
-    file.end();
+    file.record(1.0, 7);
+    file.record();
     ASSERT_EQ(file.bytes().size(), 4U + 12U + 4U + 8U);
     EXPECT_EQ(file.bytes().substr(0, 4), std::string("\x0c\0\0\0", 4));
     EXPECT_EQ(file.bytes().substr(12, 8), std::string("\x07\0\0\0\x0c\0\0\0", 8));
     RecordReader reader(file.bytes());
     double number = 0.0;
     int integer = 0;
-    reader.begin();
-    reader.take(number);
-    reader.take(integer);
-    reader.end();
-    reader.begin();
-    reader.end();
+    reader.record(number, integer);
+    reader.record();
     EXPECT_TRUE(reader.finished());
     EXPECT_EQ(number, 1.0);
     EXPECT_EQ(integer, 7);
@@ -58,15 +50,11 @@ TEST(StoredFiles, RecordsHaveTheirCountsOnBothSides) {
 
 TEST(StoredFiles, DamagedRecordsAreRefused) {
     RecordWriter file;
-    file.begin();
-    file.put(2.5);
-    file.end();
+    file.record(2.5);
     const auto reads = [](std::string_view bytes) {
         RecordReader reader(bytes);
         double number = 0.0;
-        reader.begin();
-        reader.take(number);
-        reader.end();
+        reader.record(number);
         return reader.finished();
     };
     const std::string& good = file.bytes();

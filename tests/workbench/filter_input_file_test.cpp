@@ -160,7 +160,7 @@ TEST(FilterInputFile, WhatDoesNotFitIsRefusedWhole) {
         good.substr(0, good.size() - 1),
         good.substr(0, record_4 - 4),
         good + good,
-        fir_input_bytes({}),
+        fir_input_bytes({}, {}),
         with_integer(0, 120),
         with_integer(record_2, 5),            // filter_kind
         with_integer(record_2 + 4, 0),        // filter_type

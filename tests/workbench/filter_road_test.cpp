@@ -277,7 +277,7 @@ TEST_F(FilterRoad, SavedInputIsRecalledWithItsUnits) {
 }
 
 TEST_F(FilterRoad, FilesThatDoNotFitAreRefused) {
-    write_text("fir.qfi", fir_input_bytes({}));
+    write_text("fir.qfi", fir_input_bytes({}, {}));
     write_text("short.qfi", filter_input_bytes({}, {}).substr(0, 500));
     const struct {
         const char* name;

@@ -7,7 +7,6 @@
 #include "shell/stored_files.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
-#include "workbench/fir_input_file.h"
 
 namespace kavrel {
 namespace {
@@ -124,48 +123,6 @@ TEST(FirForm, FieldsAreOnForWhatTheDesignUses) {
               common({"filter_type", "window_type", "upper_frequency", "sampling_frequency"}));
     EXPECT_EQ(on(windowed_request(4, 0, 0, 0, 17)), common({"filter_type", "window_type", "lower_frequency",
                                                             "upper_frequency", "sampling_frequency", "parameter"}));
-}
-
-TEST(FirInputFile, ComesBackBitForBit) {
-    FirRequest request = filter_request({{0, 0.1, 1, 0.1}, {2, 5, 0, 60}});
-    request.shape.rows = 2;
-    request.shape(1, 1) = 0.1;
-    request.shape(2, 2) = -3.3;
-    request.slope = 1.0 / 3.0;
-    request.window_type = 21;
-    const std::string bytes = fir_input_bytes(request);
-    EXPECT_EQ(bytes.size(), 8U + 320U + 2U * 2004U + 4U + 8U + 64U);
-    FirRequest back;
-    ASSERT_TRUE(read_fir_input(bytes, back));
-    EXPECT_EQ(back.QUADRUPLETS, request.QUADRUPLETS);
-    EXPECT_EQ(back.slope, request.slope);
-    EXPECT_EQ(back.window_type, 21);
-    EXPECT_EQ(back.shape.rows, 2);
-    EXPECT_EQ(back.shape(2, 2), static_cast<double>(-3.3F)) << "the shape is kept in single precision";
-    EXPECT_EQ(fir_input_bytes(back), bytes);
-}
-
-TEST(FirInputFile, WhatDoesNotFitChangesNothing) {
-    const std::string good = fir_input_bytes(filter_request({{0, 1, 1, 1}, {2, 5, 0, 1}}));
-    FirRequest request = filter_request({{1, 2, 3, 4}});
-    const FirRequest before = request;
-    const auto refused = [&](std::string_view bytes) {
-        const bool read = read_fir_input(bytes, request);
-        return !read && request.QUADRUPLETS == before.QUADRUPLETS && request.filter_length == before.filter_length;
-    };
-    for (const std::size_t kept : {0U, 3U, 4U, 100U, 4340U, 4344U, 4411U})
-        EXPECT_TRUE(refused(good.substr(0, kept))) << kept;
-    EXPECT_TRUE(refused(good + good));
-    EXPECT_TRUE(refused(std::string(4412, 'x')));
-    const std::size_t first_integer = good.size() - 4 - 6 * 4;
-    for (std::size_t i = 0; i < 6; ++i) {
-        std::string bad = good;
-        bad[first_integer + 4 * i + 1] = 100;
-        EXPECT_TRUE(refused(bad)) << "choice " << i;
-    }
-    std::string not_finite = good;
-    not_finite.replace(4, 8, std::string("\0\0\0\0\0\0\xf8\x7f", 8));
-    EXPECT_TRUE(refused(not_finite));
 }
 
 }  // namespace

@@ -118,7 +118,7 @@ TEST_F(FirRoad, InputDataAreSavedAndRecalled) {
     bench.fir_request.save_design = true;
     window.files = {"input"};
     design();
-    EXPECT_EQ(read_text("input.qfi"), fir_input_bytes(bench.fir_request));
+    EXPECT_EQ(read_text("input.qfi"), fir_input_bytes(bench.fir_request, {}));
     EXPECT_EQ(bench.session.input_file, std::string_view("input.qfi"));
 
     Workbench other{window};
@@ -148,7 +148,7 @@ TEST_F(FirRoad, AnotherFormsInputFileIsNotOverwritten) {
     window.files = {"fir.qfi"};
     design();
     EXPECT_EQ(read_text("filter.qfi"), "data of another form");
-    EXPECT_EQ(read_text("fir.qfi"), fir_input_bytes(bench.fir_request));
+    EXPECT_EQ(read_text("fir.qfi"), fir_input_bytes(bench.fir_request, {}));
 }
 
 TEST_F(FirRoad, InputDataThatCannotBeWrittenStopTheRoad) {

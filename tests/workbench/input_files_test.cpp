@@ -10,11 +10,8 @@
 
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
-#include "workbench/analysis_input_file.h"
-#include "workbench/delay_input_file.h"
 #include "workbench/events.h"
-#include "workbench/filter_input_file.h"
-#include "workbench/fir_input_file.h"
+#include "workbench/input_forms.h"
 
 namespace kavrel {
 namespace {
@@ -37,15 +34,35 @@ void fill(FormList<Rows, Columns>& list, int rows) {
 }
 
 // A form that stores its data: its events, what fills its record with data of every field, and the bytes it saves.
-struct InputForm {
+struct InputCase {
     const char* name;
     int new_event, recall_event;
-    const char* extension;
+    std::string extension;
     bool has_units;
-    std::function<void(Workbench&)> fill_in;
+    std::size_t record;  // whose last integers are choices and counts of the form
+    std::vector<bool> bounded;
+    void (*fill_in)(Workbench&);
     std::function<std::string(const Workbench&)> bytes;
     std::function<bool(std::string_view, Workbench&)> read;
 };
+
+template <class Request>
+InputCase input_case(const char* name, int new_event, int recall_event, bool has_units, std::size_t record,
+                     const std::vector<bool>& bounded, const InputForm<Request>& input, Request Workbench::*request,
+                     void (*fill_in)(Workbench&)) {
+    return {name,
+            new_event,
+            recall_event,
+            std::string(input.files.extension),
+            has_units,
+            record,
+            bounded,
+            fill_in,
+            [&input, request](const Workbench& b) { return input.bytes(b.*request, b.session.units); },
+            [&input, request](std::string_view bytes, Workbench& b) {
+                return input.take(bytes, b.*request, b.session.units);
+            }};
+}
 
 void fill_filter(Workbench& bench) {
     FilterRequest& r = bench.filter_request;
@@ -135,31 +152,20 @@ void fill_fir_analysis(Workbench& bench) {
     r.save_analysis_data = true;
 }
 
-bool read_filter(std::string_view bytes, Workbench& b) {
-    return read_filter_input(bytes, b.filter_request, b.session.units);
-}
-bool read_delay(std::string_view bytes, Workbench& b) {
-    return read_delay_input(bytes, b.delay_request, b.session.units);
-}
-bool read_fir(std::string_view bytes, Workbench& b) { return read_fir_input(bytes, b.fir_request); }
-bool read_analysis(std::string_view bytes, Workbench& b) { return read_analysis_input(bytes, b.analysis_request); }
-bool read_fir_analysis(std::string_view bytes, Workbench& b) {
-    return read_fir_analysis_input(bytes, b.fir_analysis_request);
-}
-
-std::string filter_bytes(const Workbench& b) { return filter_input_bytes(b.filter_request, b.session.units); }
-std::string delay_bytes(const Workbench& b) { return delay_input_bytes(b.delay_request, b.session.units); }
-std::string fir_bytes(const Workbench& b) { return fir_input_bytes(b.fir_request); }
-std::string analysis_bytes(const Workbench& b) { return analysis_input_bytes(b.analysis_request); }
-std::string fir_analysis_bytes(const Workbench& b) { return fir_analysis_input_bytes(b.fir_analysis_request); }
-
-const InputForm input_forms[] = {
-    {"filter", 166, 167, ".qfi", true, fill_filter, filter_bytes, read_filter},
-    {"delay", 135, 136, ".qfi", true, fill_delay, delay_bytes, read_delay},
-    {"equalizer", 135, 136, ".qfi", true, fill_equalizer, delay_bytes, read_delay},
-    {"fir", 1031, 1032, ".qfi", false, fill_fir, fir_bytes, read_fir},
-    {"analysis", 149, 169, ".qai", false, fill_analysis, analysis_bytes, read_analysis},
-    {"fir_analysis", 152, 170, ".qai", false, fill_fir_analysis, fir_analysis_bytes, read_fir_analysis},
+using W = Workbench;
+constexpr bool o = false;  // an integer that may be anything
+const InputCase input_cases[] = {
+    input_case("filter", 166, 167, true, 1, {1, 1, 1, 1, o, 1, 1, 1, 1, 1, 1, o, 1, 1}, filter_input,
+               &W::filter_request, fill_filter),
+    input_case("delay", 135, 136, true, 2, {1, 1, 1, 1, 1, 1, 1, 1, o, o}, delay_input, &W::delay_request, fill_delay),
+    input_case("equalizer", 135, 136, true, 0, {1}, delay_input, &W::delay_request, fill_equalizer),
+    input_case("fir", 1031, 1032, false, 1, {1, 1, 1, 1, 1, 1}, fir_input, &W::fir_request, fill_fir),
+    input_case("shape", 1031, 1032, false, 0, {1}, fir_input, &W::fir_request, fill_fir),
+    input_case("analysis", 149, 169, false, 1, {1, 1, 1, 1, 1}, analysis_input, &W::analysis_request, fill_analysis),
+    input_case("sections", 149, 169, false, 0, {1, 1, 1, 1, 1}, analysis_input, &W::analysis_request, fill_analysis),
+    input_case("fir_analysis", 152, 170, false, 1, {1, 1, 1}, fir_analysis_input, &W::fir_analysis_request,
+               fill_fir_analysis),
+    input_case("taps", 152, 170, false, 0, {1, 1}, fir_analysis_input, &W::fir_analysis_request, fill_fir_analysis),
 };
 
 struct InputFiles : testing::Test {
@@ -168,7 +174,7 @@ struct InputFiles : testing::Test {
     std::function<bool(FormSheet&)> accept = [](FormSheet&) { return true; };
 
     // A workbench in kilohertz with a form's data in its record.
-    std::unique_ptr<Workbench> filled(const InputForm& form) {
+    std::unique_ptr<Workbench> filled(const InputCase& form) {
         auto bench = std::make_unique<Workbench>(window);
         bench->session.units = kilohertz();
         form.fill_in(*bench);
@@ -177,7 +183,7 @@ struct InputFiles : testing::Test {
 };
 
 TEST_F(InputFiles, SaveRecallAndSaveGiveTheSameBytes) {
-    for (const InputForm& form : input_forms) {
+    for (const InputCase& form : input_cases) {
         SCOPED_TRACE(form.name);
         const auto bench = filled(form);
         window.boxes.clear();
@@ -208,14 +214,14 @@ TEST_F(InputFiles, SaveRecallAndSaveGiveTheSameBytes) {
 
 // Everything that is no whole file of the form itself.
 TEST_F(InputFiles, DamagedTruncatedForeignAndEmptyFilesAreRefused) {
-    for (const InputForm& form : input_forms) {
+    for (const InputCase& form : input_cases) {
         SCOPED_TRACE(form.name);
         const std::string good = form.bytes(*filled(form));
         std::vector<std::string> bad = {"", "no stored data", good + good, good + '\0', std::string(good.size(), 'x')};
         for (std::size_t kept = 0; kept < good.size(); kept += kept < 400 ? 1 : 211)
             bad.push_back(good.substr(0, kept));
         bad.push_back(good.substr(0, good.size() - 1));
-        for (const InputForm& other : input_forms) {
+        for (const InputCase& other : input_cases) {
             const std::string foreign = other.bytes(*filled(other));
             if (!form.read(foreign, *filled(form))) {
                 bad.push_back(foreign);
@@ -245,12 +251,12 @@ TEST_F(InputFiles, DamagedTruncatedForeignAndEmptyFilesAreRefused) {
 }
 
 TEST_F(InputFiles, NoNumberThatTheFormCouldNotHoldIsTaken) {
-    for (const InputForm& form : input_forms) {
+    for (const InputCase& form : input_cases) {
         SCOPED_TRACE(form.name);
         const std::string good = form.bytes(*filled(form));
-        const auto bench = std::make_unique<Workbench>(window);
-        const std::string before = form.bytes(*bench);
+        const std::string before = form.bytes(*std::make_unique<Workbench>(window));
         const auto refused = [&](std::size_t at, auto value) {
+            const auto bench = std::make_unique<Workbench>(window);
             std::string bytes = good;
             std::memcpy(bytes.data() + at, &value, sizeof value);
             return !form.read(bytes, *bench) && form.bytes(*bench) == before;
@@ -263,18 +269,27 @@ TEST_F(InputFiles, NoNumberThatTheFormCouldNotHoldIsTaken) {
             EXPECT_TRUE(refused(multipliers + 8, 1e3)) << "no unit of an inductor";
             EXPECT_TRUE(refused(multipliers + 16, 1e-13)) << "no unit of a capacitor";
             EXPECT_TRUE(refused(multipliers + 24, 2e-6)) << "no unit of time";
-        } else {
-            EXPECT_TRUE(refused(good.size() - 8, 5000)) << "the last choice";
+        }
+        std::size_t end = 0;  // of the record
+        for (std::size_t record = 0; record <= form.record; ++record) {
+            std::uint32_t length = 0;
+            std::memcpy(&length, good.data() + end, sizeof length);
+            end += length + 2 * sizeof length;
+        }
+        for (std::size_t i = 0; i < form.bounded.size(); ++i) {
+            const std::size_t at = end - 4 - 4 * (form.bounded.size() - i);
+            for (const int number : {-2, 1 << 30}) EXPECT_EQ(refused(at, number), form.bounded[i]) << i;
         }
     }
 }
 
 TEST(FirInputFile, NumbersBeyondSinglePrecisionAreStoredAsItsLargest) {
     FirRequest request, again;
+    UnitSet units;
     request.shape.rows = 2;
     request.shape(1, 1) = 0.1, request.shape(1, 2) = -1e39;
     request.shape(2, 1) = 1e300, request.shape(2, 2) = 1e-60;
-    ASSERT_TRUE(read_fir_input(fir_input_bytes(request), again));
+    ASSERT_TRUE(fir_input.take(fir_input.bytes(request, {}), again, units));
     const double largest = std::numeric_limits<float>::max();
     EXPECT_EQ(again.shape(1, 1), static_cast<double>(0.1F));
     EXPECT_EQ(again.shape(1, 2), -largest);
@@ -286,7 +301,7 @@ TEST(FirInputFile, NumbersBeyondSinglePrecisionAreStoredAsItsLargest) {
 TEST_F(InputFiles, ANameTooLongToBeKeptIsReadButNotWrittenTo) {
     std::string path;
     while (path.size() <= sizeof(Session::input_file)) path += "./";
-    for (const InputForm& form : input_forms) {
+    for (const InputCase& form : input_cases) {
         SCOPED_TRACE(form.name);
         const std::string file = std::string("stored") + form.extension;
         const auto stored = filled(form);
@@ -307,7 +322,7 @@ TEST_F(InputFiles, ANameTooLongToBeKeptIsReadButNotWrittenTo) {
 }
 
 TEST_F(InputFiles, ARefusedFileIsToldAndChangesNothing) {
-    for (const InputForm& form : input_forms) {
+    for (const InputCase& form : input_cases) {
         SCOPED_TRACE(form.name);
         const auto bench = std::make_unique<Workbench>(window);
         const std::string before = form.bytes(*bench);
@@ -333,7 +348,7 @@ TEST_F(InputFiles, ARefusedFileIsToldAndChangesNothing) {
 }
 
 TEST_F(InputFiles, ARecalledFormThatIsCancelledChangesNothing) {
-    for (const InputForm& form : input_forms) {
+    for (const InputCase& form : input_cases) {
         SCOPED_TRACE(form.name);
         const std::string file = std::string("stored") + form.extension;
         const auto stored = filled(form);
@@ -354,15 +369,15 @@ TEST_F(InputFiles, ARecalledFormThatIsCancelledChangesNothing) {
 }
 
 TEST_F(InputFiles, AnotherFormsFileIsNotOverwritten) {
-    const auto bench = filled(input_forms[1]);
-    write_text("filter.qfi", filter_bytes(*filled(input_forms[0])));
+    const auto bench = filled(input_cases[1]);
+    write_text("filter.qfi", input_cases[0].bytes(*filled(input_cases[0])));
     const std::string kept = read_text("filter.qfi");
     bench->session.input_file = "filter.qfi";
     window.files = {"delay.data"};
     window.forms = {accept};
     dispatch_event(*bench, 135);
     EXPECT_EQ(read_text("filter.qfi"), kept);
-    EXPECT_EQ(read_text("delay.data.qfi"), delay_bytes(*bench));
+    EXPECT_EQ(read_text("delay.data.qfi"), input_cases[1].bytes(*bench));
 }
 
 // Of the lists of the delay form the one that its delay type uses is stored.

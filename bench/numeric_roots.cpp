@@ -18,7 +18,7 @@ namespace kavrel {
 namespace {
 
 std::vector<testing::RandomSum> sums_of_degree(int degree) {
-    testing::RandomNumbers random(static_cast<unsigned>(degree));
+    RandomNumbers random(static_cast<unsigned>(degree));
     std::vector<testing::RandomSum> sums;
     for (int i = 0; i < 500; ++i) {
         sums.push_back(testing::random_sum(random, static_cast<testing::SumKind>(i % 4), degree));

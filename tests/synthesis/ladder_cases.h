@@ -1,22 +1,91 @@
-// A request taken through approximation and synthesis, with all that it leaves; and an analysis of its own.
+// Requests written in a line, each taken through approximation and synthesis, with all that it leaves.
 #pragma once
 
+#include <cctype>
 #include <cmath>
-#include <complex>
-#include <cstdio>
 #include <memory>
 #include <numbers>
+#include <sstream>
 #include <string>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "approximation/hurwitz_factors.h"
 #include "approximation/hurwitz_parts.h"
 #include "approximation/immittance.h"
+#include "circuit/chain_analysis.h"
 #include "synthesis/synthesise.h"
 #include "tests/approximation/transfer_cases.h"
 
 namespace kavrel::test {
+
+// "low ripple 7 minima 1 R 50 50": low, high, band or matching; flat or ripple; the degree, all zeros at the extreme
+// points unless words say otherwise; then any of
+//   minima FLAG   equal minima, with the symmetry flag; at once behind the degree
+//   parametric    band-pass
+//   ends NZ NI    zeros at zero and at infinity       zeros F ...     finite ones, Hz
+//   lines N       unit elements                       complex RE IM   a quadruplet
+//   quarter F     microwave, twice the quarter wave   stop F LOSS     upper stop edge
+//   R R1 R2       edges LOWER UPPER                   loss DB
+inline FilterSpec asked(const std::string& text) {
+    std::istringstream words(text);
+    std::string type, passband;
+    int degree = 0;
+    const auto digit_follows = [&] { return !words.eof() && std::isdigit((words >> std::ws).peek()) != 0; };
+    words >> type >> passband;
+    if (digit_follows()) words >> degree;
+    const FilterType kind = type == "low" ? low_pass : type == "high" ? high_pass : band_pass;
+    const PassbandType shape = passband == "flat" ? maximally_flat : equal_ripple;
+    FilterSpec s = all_pole(kind, shape, degree);
+    if (type == "matching") {
+        s.bandpassType = impedance_matching;
+        s.stopbandType = degree > 0 ? specified_zeros : monotonic_stopband;
+        s.zerosAtInfinity = degree, s.zerosAtZero = 0;
+    }
+    int listed = 0;
+    for (std::string word; words >> word;) {
+        if (word == "minima") {
+            words >> s.symmetryFlag;
+            s = with_minima(kind, shape, degree, s.symmetryFlag);
+        } else if (word == "parametric") {
+            s.bandpassType = parametric;
+        } else if (word == "ends") {
+            words >> s.zerosAtZero >> s.zerosAtInfinity;
+            s.stopbandType = specified_zeros;
+            listed += s.zerosAtZero + s.zerosAtInfinity;
+        } else if (word == "zeros") {
+            while (digit_follows()) {
+                words >> s.FZI(++s.zeroCount);
+                listed += 2;
+            }
+        } else if (word == "complex") {
+            ++s.zeroCount;
+            words >> s.FZR(s.zeroCount) >> s.FZI(s.zeroCount);
+            listed += 4;
+        } else if (word == "lines") {
+            words >> s.unitElements;
+            listed += s.unitElements;
+        } else if (word == "quarter") {
+            words >> s.sampleFrequency;
+            s.medium = microwave;
+            s.implementation = 'M';
+        } else if (word == "stop") {
+            words >> s.upperStopEdge >> s.upperStopLoss;
+        } else if (word == "edges") {
+            words >> s.lowerPassEdge >> s.upperPassEdge;
+        } else if (word == "R") {
+            words >> s.sourceResistance >> s.loadResistance;
+        } else if (word == "loss") {
+            words >> s.bandEdgeLoss;
+        } else {
+            ADD_FAILURE() << word << " in " << text;
+        }
+    }
+    EXPECT_TRUE(words.eof()) << text;
+    if (listed > 0) s.degree = listed, s.degreeParity = listed % 2;
+    return s;
+}
 
 struct LadderRun {
     Design design;
@@ -50,88 +119,57 @@ struct LadderRun {
     }
 };
 
-// A R2 + B + C R1 R2 + D R1 of the chain matrix of branches 0 to 3 and 10 from the source on, at a complex s in rad/s
-// (lumped) or of the variable j tan theta (microwave): the source voltage for 1 V across the load, times R2. Its zeros
-// are the natural modes.
-[[nodiscard]] inline std::complex<double> chain_characteristic(const Circuit& circuit, std::complex<double> s) {
-    using C = std::complex<double>;
-    C A = 1, B = 0, Cc = 0, D = 1;
-    const auto times = [&](C a, C b, C c, C d) {
-        const C A2 = A * a + B * c, B2 = A * b + B * d, C2 = Cc * a + D * c, D2 = Cc * b + D * d;
-        A = A2, B = B2, Cc = C2, D = D2;
-    };
-    const double r1 = circuit.VALUE(unpackBranch(circuit, 1).i1);
-    const double r2 = circuit.VALUE(unpackBranch(circuit, circuit.klast).i1);
-    for (int k = unpackBranch(circuit, 1).kn; k != circuit.klast; k = unpackBranch(circuit, k).kn) {
-        const Branch branch = unpackBranch(circuit, k);
-        const double v = circuit.VALUE(branch.i1);
-        if (branch.id == BranchId::unit_element) {
-            // cosh and sinh of a line, tanh = s.
-            const C scale = 1.0 / std::sqrt(1.0 - s * s);
-            times(scale, v * s * scale, s * scale / v, scale);
-            continue;
-        }
-        const double w = branch.id == BranchId::lc ? circuit.VALUE(branch.i1 + 1) : 0;
-        const bool series = k % 2 == 0;
-        if (series) {
-            const C y = branch.id == BranchId::inductor    ? 1.0 / (s * v)
-                        : branch.id == BranchId::capacitor ? s * v
-                                                           : 1.0 / (s * v) + s * w;
-            times(1, 1.0 / y, 0, 1);
-        } else {
-            const C z = branch.id == BranchId::inductor    ? s * v
-                        : branch.id == BranchId::capacitor ? 1.0 / (s * v)
-                                                           : s * v + 1.0 / (s * w);
-            times(1, 0, 1.0 / z, 1);
-        }
-    }
-    return A * r2 + B + Cc * r1 * r2 + D * r1;
+using Ladder = std::unique_ptr<LadderRun>;
+
+inline Ladder run_of(const FilterSpec& spec, const SynthesisRequest& request = {}) {
+    auto run = std::make_unique<LadderRun>();
+    run->request = request;
+    run->run(spec);
+    EXPECT_TRUE(run->approximated);
+    return run;
+}
+inline Ladder run_of(const std::string& text, const SynthesisRequest& request = {}) {
+    SCOPED_TRACE(text);
+    return run_of(asked(text), request);
+}
+inline Ladder run_of(const std::string& text, Direction direction) { return run_of(text, {.direction = direction}); }
+
+// The circuit of a ladder that was extracted by hand, of a run's problem with 50 ohm.
+[[nodiscard]] inline Circuit circuit_of(const LadderRun& run, const LadderState& ladder) {
+    Terminations ends{50, 0};
+    Circuit circuit;
+    EXPECT_TRUE(far_termination(run.state.problem, ladder, ends.own, ends.far));
+    EXPECT_EQ(storeResult(run.state.problem, ladder, ends, circuit), CircuitVerdict::done);
+    circuit.fnorm = run.state.problem.norm_frequency;
+    return circuit;
 }
 
 // Transducer loss in dB.
-[[nodiscard]] inline double chain_loss(const Circuit& circuit, double hz) {
-    const bool lines = circuit.kind == CircuitKind::microwave;
-    const double s = lines ? std::tan(std::numbers::pi * hz / circuit.fs) : 2 * std::numbers::pi * hz;
-    const double r1 = circuit.VALUE(unpackBranch(circuit, 1).i1);
-    const double r2 = circuit.VALUE(unpackBranch(circuit, circuit.klast).i1);
-    return 10 * std::log10(std::norm(chain_characteristic(circuit, {0, s})) / (4 * r1 * r2));
+[[nodiscard]] inline double loss_at(const Circuit& circuit, double hz) {
+    Chain chain;
+    ChainPoint point;
+    EXPECT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
+    EXPECT_EQ(analyze_point(chain, 2 * std::numbers::pi_v<long double> * hz, point), PointVerdict::computed);
+    return static_cast<double>(point.loss);
 }
 
 // What a number of requests came to: each circuit has the loss of its transfer function.
 struct Tally {
     int requests = 0;
     int with_negative_elements = 0;
-    double passband = 0;
-    double stopband_relative = 0;
 
-    void take(const FilterSpec& spec, const char* what) {
-        auto run = std::make_unique<LadderRun>();
-        run->run(spec);
-        take(spec, what, *run);
-    }
-    void take(const FilterSpec& spec, const char* what, const LadderRun& done) {
-        const LadderRun* run = &done;
-        if (!run->approximated) return;
-        SCOPED_TRACE(testing::Message() << what << " type " << spec.filterType << " pass band " << spec.passbandType
-                                        << " degree " << run->design.xp.ES.count << " nz " << spec.zerosAtZero << " ni "
-                                        << spec.zerosAtInfinity << " ue " << spec.unitElements << " zeros "
-                                        << run->design.xp.zeroCount << " R2 " << spec.loadResistance << ": "
-                                        << run->words());
+    void take(const LadderRun& run, const std::string& what) {
+        if (!run.approximated) return;
+        SCOPED_TRACE(what + ": " + run.words());
         ++requests;
-        EXPECT_TRUE(run->verdict.good()) << static_cast<int>(run->verdict.fault) << " script fault "
-                                         << static_cast<int>(run->state.script_verdict.fault);
-        if (!run->verdict.good()) return;
-        EXPECT_LT(run->state.loss.passband, 1e-6);
-        EXPECT_LT(run->state.loss.stopband_relative, 1e-4);
-        EXPECT_GT(run->state.loss.points, 100);
-        passband = std::fmax(passband, run->state.loss.passband);
-        stopband_relative = std::fmax(stopband_relative, run->state.loss.stopband_relative);
-        with_negative_elements += run->state.negative_elements > 0 ? 1 : 0;
+        ASSERT_TRUE(run.verdict.good()) << static_cast<int>(run.verdict.fault) << " script fault "
+                                        << static_cast<int>(run.state.script_verdict.fault);
+        EXPECT_LT(run.state.loss.passband, 1e-6);
+        EXPECT_LT(run.state.loss.stopband_relative, 1e-4);
+        EXPECT_GT(run.state.loss.points, 100);
+        with_negative_elements += run.state.negative_elements > 0 ? 1 : 0;
     }
-    void tell() const {
-        std::printf("%d requests, pass band %.2g dB, stop band %.2g relative, %d with negative elements\n", requests,
-                    passband, stopband_relative, with_negative_elements);
-    }
+    void take(const std::string& text, const SynthesisRequest& request = {}) { take(*run_of(text, request), text); }
 };
 
 }  // namespace kavrel::test

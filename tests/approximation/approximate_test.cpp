@@ -15,7 +15,7 @@ namespace kavrel {
 namespace {
 
 // F of another E would make E = F + Q false.
-TEST(Approximate, single_termination_of_a_new_e_leaves_no_f) {
+TEST(Approximate, SingleTerminationOfANewELeavesNoF) {
     for (FilterSpec spec : {request("predistortionQ 100", test::all_pole(low_pass, maximally_flat, 3)),
                             request("stopbandLoss 3", test::all_pole(band_pass, sloping_passband, 6))}) {
         test::single_terminated(spec);
@@ -30,7 +30,7 @@ TEST(Approximate, single_termination_of_a_new_e_leaves_no_f) {
 }
 
 // No request is known whose immittances fail; the routine refuses what has no roots.
-TEST(Approximate, immittances_without_roots_are_refused) {
+TEST(Approximate, ImmittancesWithoutRootsAreRefused) {
     const auto d = test::designed(test::all_pole(low_pass, equal_ripple, 5));
     d->xp.eOdd.multiplier = std::numeric_limits<long double>::quiet_NaN();
     const auto ws = std::make_unique<ExtractionWorkspace>();
@@ -39,7 +39,7 @@ TEST(Approximate, immittances_without_roots_are_refused) {
     EXPECT_EQ(messageOf(ApproximationFault::immittance_missing).second, "could not be found, design discontinued");
 }
 
-TEST(Approximate, may_be_stopped_at_every_step) {
+TEST(Approximate, MayBeStoppedAtEveryStep) {
     int steps = 0;
     for (;; ++steps) {
         const auto d = std::make_unique<test::Design>();
@@ -54,7 +54,7 @@ TEST(Approximate, may_be_stopped_at_every_step) {
     EXPECT_GE(steps, 4);
 }
 
-TEST(Approximate, single_termination_leaves_the_parts_of_e) {
+TEST(Approximate, SingleTerminationLeavesThePartsOfE) {
     FilterSpec s = test::with_minima(low_pass, equal_ripple, 7, -1);
     test::single_terminated(s);
     const auto d = test::designed(s);
@@ -65,7 +65,7 @@ TEST(Approximate, single_termination_leaves_the_parts_of_e) {
     EXPECT_EQ(d->xp.od.multiplier, 0);
 }
 
-TEST(Approximate, a_low_pass_to_be_shifted_keeps_its_poles) {
+TEST(Approximate, ALowPassToBeShiftedKeepsItsPoles) {
     FilterSpec s = test::all_pole(low_pass, maximally_flat, 5);
     const auto plain = test::run(s);
     const auto d = test::designed(request("predistortionQ 100 centerFrequency 20e3", s));
@@ -74,7 +74,7 @@ TEST(Approximate, a_low_pass_to_be_shifted_keeps_its_poles) {
 }
 
 // gainConstant and lossConstant turn the sum over poles and zeros into the loss.
-TEST(Approximate, constants_of_the_transfer_function) {
+TEST(Approximate, ConstantsOfTheTransferFunction) {
     for (const auto type : {low_pass, high_pass, band_pass}) {
         FilterSpec s = test::with_minima(type, equal_ripple, 6, -1);
         test::single_terminated(s);
@@ -98,7 +98,7 @@ TEST(Approximate, constants_of_the_transfer_function) {
 }
 
 // Unit elements are zeros at S = 1, whichever plane the design worked in.
-TEST(Approximate, unit_elements_in_the_plane_of_the_tangent) {
+TEST(Approximate, UnitElementsInThePlaneOfTheTangent) {
     for (const auto type : {low_pass, high_pass}) {
         FilterSpec s = request("microwave sampleFrequency 14e3 unitElements 2", test::all_pole(type, equal_ripple, 5));
         (type == low_pass ? s.zerosAtInfinity : s.zerosAtZero) = 3;

@@ -83,7 +83,7 @@ double largest_difference_of_loss(const test::Design& a, const test::Design& b, 
     return largest;
 }
 
-TEST(TransferFunctional, given_e_is_returned) {
+TEST(TransferFunctional, GivenEIsReturned) {
     for (const auto type : {low_pass, high_pass, band_pass}) {
         for (const int n : {3, 4, 8, 15, 30}) {
             if (type == band_pass && n % 2 == 1) continue;
@@ -102,7 +102,7 @@ TEST(TransferFunctional, given_e_is_returned) {
     }
 }
 
-TEST(TransferFunctional, given_f_is_returned) {
+TEST(TransferFunctional, GivenFIsReturned) {
     std::mt19937_64 random(11);
     std::uniform_real_distribution<double> part(0.1, 0.9);
     for (const auto type : {low_pass, high_pass, band_pass}) {
@@ -143,7 +143,7 @@ TEST(TransferFunctional, given_f_is_returned) {
 }
 
 // Of a high-pass f may be of lower degree: its reflection zeros at infinity.
-TEST(TransferFunctional, high_pass_with_reflection_zeros_at_infinity) {
+TEST(TransferFunctional, HighPassWithReflectionZerosAtInfinity) {
     for (const int given : {1, 2, 3}) {
         SCOPED_TRACE(given);
         const char* const factors[] = {"0.5", "0.2 0.65", "0.2 0.65 0.5"};
@@ -161,8 +161,8 @@ TEST(TransferFunctional, high_pass_with_reflection_zeros_at_infinity) {
     }
 }
 
-// Digital: the zeros of e stand for frequencies of the true axis, those of the warped one are tan(theta w)/tan(theta).
-TEST(TransferFunctional, sampled_e_is_warped) {
+// Digital: the zeros of e lie at frequencies of the true axis, those of the warped one are tan(theta w)/tan(theta).
+TEST(TransferFunctional, SampledEIsWarped) {
     FilterSpec s = request("sampled_data sampleFrequency 12e3 zerosAtInfinity 3 degree 3", functional(low_pass));
     test::single_terminated(s);
     const Root p(-0.3, 0.9);
@@ -178,7 +178,7 @@ TEST(TransferFunctional, sampled_e_is_warped) {
 }
 
 // Equal minima belong to the poles: those of an elliptic filter get its zeros back, also through f.
-TEST(TransferFunctional, given_e_gets_equal_minima) {
+TEST(TransferFunctional, GivenEGetsEqualMinima) {
     const auto g = source_design(low_pass, 7);
     FilterSpec s = request("equal_minima stopbandLoss 40 upperStopEdge 4500 degree 7", functional(low_pass));
     append_factors(s.denominatorFactors, s.denominatorDegree, g->poles, g->real_poles);
@@ -202,7 +202,7 @@ FilterSpec sloping(double slope, int n) {
     return s;
 }
 
-TEST(TransferSloping, loss_of_the_edges_differs_by_the_slope) {
+TEST(TransferSloping, LossOfTheEdgesDiffersByTheSlope) {
     for (const auto medium : {lumped, microwave}) {
         for (const double slope : {0.5, 1.5, -1.5, 2.0, 3.0, -3.0, 6.0206, -6.0206, 9.0, -9.0, 12.0412, -12.0412}) {
             SCOPED_TRACE(std::to_string(slope) + " medium " + number(medium));
@@ -222,7 +222,7 @@ TEST(TransferSloping, loss_of_the_edges_differs_by_the_slope) {
     }
 }
 
-TEST(TransferSloping, random_slopes) {
+TEST(TransferSloping, RandomSlopes) {
     std::mt19937_64 random(17);
     std::uniform_real_distribution<double> slope(-14, 14), ripple(0.01, 2), ratio(0.3, 0.95);
     for (int turn = 0; turn < 60; ++turn) {

@@ -74,7 +74,7 @@ std::vector<Root> upper_half(int count, const Table<double, max_degree>& re, con
     return roots;
 }
 
-TEST(TransferGolden, poles_and_zeros_of_classical_filters) {
+TEST(TransferGolden, PolesAndZerosOfClassicalFilters) {
     std::ifstream file(TEST_DATA "/approximation/transfer_golden.txt");
     ASSERT_TRUE(file.is_open());
     int cases = 0;

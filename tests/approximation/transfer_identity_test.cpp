@@ -108,7 +108,7 @@ void expect_immittances(const XPlane& xp) {
     }
 }
 
-TEST(TransferIdentity, energy_and_parts_for_every_kind) {
+TEST(TransferIdentity, EnergyAndPartsForEveryKind) {
     const auto check = [](const FilterSpec& spec, const std::string& name) {
         SCOPED_TRACE(name);
         const auto d = test::designed(spec);
@@ -166,7 +166,7 @@ void expect_parts_of_factors(const XPlane& xp) {
 }
 
 // All degrees, with all the ratios that make the zeros of f leave the axis.
-TEST(TransferIdentity, unequal_terminations_split_f_at_every_degree) {
+TEST(TransferIdentity, UnequalTerminationsSplitFAtEveryDegree) {
     for (const auto type : {low_pass, high_pass}) {
         for (const auto passband : {maximally_flat, equal_ripple}) {
             for (int units = 0; units <= 8; ++units) {
@@ -190,7 +190,7 @@ TEST(TransferIdentity, unequal_terminations_split_f_at_every_degree) {
     }
 }
 
-TEST(TransferIdentity, random_unit_elements_and_zeros) {
+TEST(TransferIdentity, RandomUnitElementsAndZeros) {
     RandomNumbers random(23);
     for (int turn = 0; turn < 300; ++turn) {
         const bool low = turn % 2 == 0;
@@ -216,7 +216,7 @@ TEST(TransferIdentity, random_unit_elements_and_zeros) {
 }
 
 // e given by random poles: f is found from E alone.
-TEST(TransferIdentity, random_given_e) {
+TEST(TransferIdentity, RandomGivenE) {
     RandomNumbers random(29);
     for (int turn = 0; turn < 300; ++turn) {
         const int n = random.integer(1, 30);
@@ -239,7 +239,7 @@ TEST(TransferIdentity, random_given_e) {
 }
 
 // Equal ripple poles as typed, in doubles, odd degrees.
-TEST(TransferIdentity, given_e_of_equal_ripple) {
+TEST(TransferIdentity, GivenEOfEqualRipple) {
     for (const double load : {50.0, 75.0}) {
         for (int n = 3; n <= 49; n += 2) {
             SCOPED_TRACE("load " + std::to_string(load) + " degree " + std::to_string(n));
@@ -262,7 +262,7 @@ TEST(TransferIdentity, given_e_of_equal_ripple) {
 }
 
 // At s = 0, which is x = a, e + f and e - f are their even parts: their ratio is that of the terminations.
-TEST(TransferIdentity, unequal_terminations_are_met_at_zero) {
+TEST(TransferIdentity, UnequalTerminationsAreMetAtZero) {
     for (const auto passband : {maximally_flat, equal_ripple}) {
         for (int n = 1; n <= 9; ++n) {
             SCOPED_TRACE(n);
@@ -274,7 +274,7 @@ TEST(TransferIdentity, unequal_terminations_are_met_at_zero) {
 }
 
 // The two allpasses whose half sum or half difference is the filter.
-TEST(TransferIdentity, pole_chains_make_the_filter) {
+TEST(TransferIdentity, PoleChainsMakeTheFilter) {
     std::vector<FilterSpec> specs;
     for (const int n : {1, 3, 7, 15, 25, 31, 49}) {
         for (const auto passband : {maximally_flat, equal_ripple}) {

@@ -40,7 +40,7 @@ WidePseudoPolynomial random_hurwitz(std::mt19937_64& random, int n, Real a) {
     return p;
 }
 
-TEST(TransferSteps, factors_to_roots_and_back) {
+TEST(TransferSteps, FactorsToRootsAndBack) {
     std::mt19937_64 random(3);
     for (const Real a : {0.0L, 0.04L, 0.9L}) {
         for (int n = 1; n <= 50; ++n) {
@@ -62,7 +62,7 @@ TEST(TransferSteps, factors_to_roots_and_back) {
     }
 }
 
-TEST(TransferSteps, roots_on_the_frequency_axis_are_refused) {
+TEST(TransferSteps, RootsOnTheFrequencyAxisAreRefused) {
     const struct {
         const char* what;
         std::vector<Real> roots;
@@ -86,7 +86,7 @@ TEST(TransferSteps, roots_on_the_frequency_axis_are_refused) {
 }
 
 // Q/E scanned step by step, against the summits that the scaling finds.
-TEST(TransferSteps, scaling_finds_the_largest_transmission) {
+TEST(TransferSteps, ScalingFindsTheLargestTransmission) {
     std::mt19937_64 random(5);
     std::uniform_real_distribution<double> unit(0.1, 1);
     for (int turn = 0; turn < 30; ++turn) {
@@ -113,7 +113,7 @@ TEST(TransferSteps, scaling_finds_the_largest_transmission) {
     }
 }
 
-TEST(TransferSteps, terminations_lose_what_their_ratio_loses) {
+TEST(TransferSteps, TerminationsLoseWhatTheirRatioLoses) {
     for (const Real ratio : {1.0L, 1.4L, 2.0L, 10.0L}) {
         const auto d = test::designed(request("loadResistance 50", test::all_pole(low_pass, equal_ripple, 4)));
         // Even degree: the ripple at zero frequency serves this ratio, and no less.
@@ -146,7 +146,7 @@ double distance_to_nearest(const Root& wanted, const std::vector<Root>& found) {
     return nearest;
 }
 
-TEST(TransferPredistortion, poles_move_by_the_loss_at_the_edge) {
+TEST(TransferPredistortion, PolesMoveByTheLossAtTheEdge) {
     for (const auto type : {low_pass, high_pass, band_pass}) {
         for (const auto passband : {maximally_flat, equal_ripple}) {
             for (const int n : {1, 2, 5, 8, 12}) {
@@ -172,7 +172,7 @@ TEST(TransferPredistortion, poles_move_by_the_loss_at_the_edge) {
     }
 }
 
-TEST(TransferPredistortion, q_out_of_reach_asks) {
+TEST(TransferPredistortion, QOutOfReachAsks) {
     const FilterSpec spec = test::all_pole(low_pass, equal_ripple, 7);
     const auto plain = test::designed(spec);
     const auto answered = [&](PredistortionChoice answer, double q = 2) {
@@ -210,7 +210,7 @@ TEST(TransferPredistortion, q_out_of_reach_asks) {
     EXPECT_EQ(close->notes.predistortion.used_q, close->notes.predistortion.minimum_q);
 }
 
-TEST(TransferPredistortion, depth_is_that_of_the_zero_in_s) {
+TEST(TransferPredistortion, DepthIsThatOfTheZeroInS) {
     const struct {
         const char* factor;
         int i;
@@ -233,7 +233,7 @@ TEST(TransferPredistortion, depth_is_that_of_the_zero_in_s) {
 }
 
 // Mirroring keeps F and takes every second zero, from the deepest on, to the right half plane.
-TEST(TransferSigns, alternate_from_the_deepest) {
+TEST(TransferSigns, AlternateFromTheDeepest) {
     std::mt19937_64 random(9);
     for (const bool high : {false, true}) {
         const auto x = std::make_unique<XPlane>();
@@ -252,7 +252,7 @@ TEST(TransferSigns, alternate_from_the_deepest) {
     }
 }
 
-TEST(TransferSigns, one_real_zero_of_a_pair_is_mirrored) {
+TEST(TransferSigns, OneRealZeroOfAPairIsMirrored) {
     const auto x = std::make_unique<XPlane>();
     x->a = 0.3L;
     x->fFactors.degree = 2;

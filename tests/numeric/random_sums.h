@@ -23,7 +23,7 @@ enum class SumKind {
 };
 inline constexpr int sum_kinds = 5;
 
-// Conjugate pairs, and real roots as `reals` (0 to 1) tells, of magnitude 10^-decades to 10^decades.
+// Conjugate pairs, real roots with the probability `reals`, of magnitude 10^-decades to 10^decades.
 inline WideRootSet random_set(RandomNumbers& random, int count, double decades, double reals) {
     WideRootSet set;
     set.multiplier = (random.coin() ? 1 : -1) * std::pow(10.0, random.between(-2, 2));

@@ -126,7 +126,7 @@ TEST(Printing, PagesKeepTheirLinesAndGoToTheFileNamed) {
     EXPECT_TRUE(DesktopWindow({}).print_page(page));
     EXPECT_TRUE(read_text("pages.v2.pdf").starts_with("%PDF")) << "no other file's name";
     run.hands.then([](QDialog& dialog) { dialog.reject(); });
-    EXPECT_TRUE(DesktopWindow({}).print_plot({})) << "who cancels has nothing to be told";
+    EXPECT_TRUE(DesktopWindow({}).print_plot({})) << "who cancels is shown no error";
     run.window.printing().use_pdf("missing/pages");
     EXPECT_FALSE(run.window.print_page(page));
 }
@@ -205,7 +205,7 @@ TEST(Start, OfAFileThatCannotBeOpenedABoxComesUpAndTheWindowIsUsable) {
     }
 }
 
-TEST(Start, AFolderThatCannotBeWrittenToIsToldWhenItMatters) {
+TEST(Start, AFolderThatCannotBeWrittenToIsReportedWhenItMatters) {
     DesktopRun run(false);
     std::filesystem::current_path("/proc");  // not even by root
     run.start({});

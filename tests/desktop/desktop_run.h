@@ -3,11 +3,13 @@
 
 #include <memory>
 
+#include "desktop/form_dialog.h"
 #include "desktop/program.h"
 #include "desktop/report_view.h"
 #include "desktop/text.h"
 #include "tests/desktop/hands.h"
 #include "tests/support/scratch_folder.h"
+#include "workbench/all_forms.h"
 #include "workbench/menus.h"
 #include "workbench/rooms.h"
 
@@ -35,6 +37,27 @@ struct DesktopRun {
 
     [[nodiscard]] std::string report() { return utf8_text(window.main().report().report_text()); }
     [[nodiscard]] Workbench& bench() { return program->bench(); }
+};
+
+// A form on the screen, over its record of the run.
+struct FormRun : DesktopRun {
+    WindowSettings settings;
+    std::unique_ptr<FormSheet> sheet;
+    std::unique_ptr<FormDialog> dialog;
+
+    void take(const Form& form) {
+        dialog.reset();
+        sheet = std::make_unique<FormSheet>(form, record_of(form, bench()), bench().session.units, bench().reporter);
+    }
+    void open() {
+        dialog = std::make_unique<FormDialog>(*sheet, settings, &window.main());
+        dialog->show();
+        EXPECT_TRUE(wait_for(*dialog));
+    }
+    void open(const Form& form) {
+        take(form);
+        open();
+    }
 };
 
 // The action behind an item of the main window's menus, by its id.

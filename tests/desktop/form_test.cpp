@@ -14,25 +14,19 @@
 #include <cmath>
 #include <random>
 
-#include "desktop/form_dialog.h"
+#include <fmt/format.h>
+
 #include "desktop/number_entry.h"
 #include "desktop/palettes.h"
 #include "desktop/window_fit.h"
 #include "shell/number_text.h"
 #include "synthesis/synthesis_form.h"
 #include "tests/desktop/desktop_run.h"
-#include "workbench/all_forms.h"
 #include "workbench/filter_form.h"
 #include "workbench/fir_form.h"
 
 namespace kavrel {
 namespace {
-
-// An immittance can be chosen from all polynomials.
-void describe_whole_design(Workbench& bench) {
-    SynthesisForm& synthesis = bench.ladder.form;
-    synthesis.has_es = synthesis.has_os = synthesis.has_ed = synthesis.has_od = true;
-}
 
 // Brings a field on by choices of the form's other fields; false when none of many tries does.
 bool turn_on(FormSheet& sheet, std::size_t wanted) {
@@ -118,171 +112,133 @@ std::string set_by_keys(QDialog& dialog, FormSheet& sheet, std::size_t i) {
     return sheet.shown(i);
 }
 
-TEST(Forms, EveryFieldCanBeSetByKeysAndArrivesInTheRecord) {
-    DesktopRun run;
-    WindowSettings settings;
+struct Forms : testing::Test, FormRun {
+    Forms() {
+        SynthesisForm& synthesis = bench().ladder.form;  // an immittance can be chosen from all polynomials
+        synthesis.has_es = synthesis.has_os = synthesis.has_ed = synthesis.has_od = true;
+    }
+
+    template <class Widget = QWidget>
+    Widget* find(std::string_view name) {
+        return dialog->findChild<Widget*>(qt_text(name));
+    }
+    // Whether fields and choices are on and off by the form's rules.
+    bool follows_rules() {
+        for (std::size_t i = 0; i < sheet->size(); ++i) {
+            const Field& field = sheet->field(i);
+            const QWidget* here = find(field.name);
+            if (here != nullptr && here->isEnabledTo(dialog.get()) != sheet->is_on(i)) return false;
+            for (const Choice& choice : field.choices) {
+                const auto* radio = find<QRadioButton>(fmt::format("{}={}", field.name, choice.value));
+                if (radio != nullptr && radio->isEnabledTo(here) != sheet->choice_is_on(i, choice.value)) return false;
+            }
+        }
+        return true;
+    }
+    // The text at a field's widget, with its access key.
+    QString label_of(QWidget* widget) {
+        if (const auto* box = qobject_cast<QGroupBox*>(widget)) return box->title();
+        if (const auto* button = qobject_cast<QAbstractButton*>(widget)) return button->text().remove("...");
+        for (const auto* label : dialog->findChildren<QLabel*>()) {
+            if (label->buddy() == widget) return label->text();
+        }
+        return {};
+    }
+};
+
+TEST_F(Forms, EveryFieldCanBeSetByKeysAndArrivesInTheRecord) {
     int set = 0;
-    describe_whole_design(run.bench());
     for (const Form* form : all_forms()) {
-        FormSheet sheet(*form, record_of(*form, run.bench()), run.bench().session.units, run.bench().reporter);
-        for (std::size_t i = 0; i < sheet.size(); ++i) {
-            const FieldKind kind = sheet.field(i).kind;
+        take(*form);
+        for (std::size_t i = 0; i < sheet->size(); ++i) {
+            const FieldKind kind = sheet->field(i).kind;
             if (kind == FieldKind::heading || kind == FieldKind::button) continue;
-            ASSERT_TRUE(turn_on(sheet, i)) << form->name << ' ' << sheet.field(i).name;
-            FormDialog dialog(sheet, settings, &run.window.main());
-            dialog.show();
-            ASSERT_TRUE(wait_for(dialog));
-            const std::string expected = set_by_keys(dialog, sheet, i);
-            EXPECT_EQ(sheet.shown(i), expected) << form->name << ' ' << sheet.field(i).name;
+            ASSERT_TRUE(turn_on(*sheet, i)) << form->name << ' ' << sheet->field(i).name;
+            open();
+            const std::string expected = set_by_keys(*dialog, *sheet, i);
+            EXPECT_EQ(sheet->shown(i), expected) << form->name << ' ' << sheet->field(i).name;
             ++set;
         }
     }
     EXPECT_GT(set, 50);
 }
 
-TEST(Forms, EveryFieldIsLabelledAndReachedByItsAccessKey) {
-    DesktopRun run;
-    WindowSettings settings;
-    describe_whole_design(run.bench());
+TEST_F(Forms, EveryFieldIsLabelledAndHasAnAccessKeyOfItsOwn) {
     for (const Form* form : all_forms()) {
-        FormSheet sheet(*form, record_of(*form, run.bench()), run.bench().session.units, run.bench().reporter);
-        FormDialog dialog(sheet, settings, &run.window.main());
-        dialog.show();
-        ASSERT_TRUE(wait_for(dialog));
+        open(*form);
+        EXPECT_TRUE(follows_rules()) << form->name;
         QSet<QChar> keys;
-        const auto check_key = [&](const QString& text, const std::string& expected) {
-            QString plain = text;
-            for (qsizetype at = 0; (at = plain.indexOf('&', at)) >= 0;) {
-                plain.remove(at, 1);  // a doubled one leaves one
-                if (at < plain.size() && plain[at] == '&') {
-                    ++at;
-                    continue;
-                }
-                const QChar key = plain[at].toLower();
-                EXPECT_FALSE(keys.contains(key)) << form->name << ": two fields have Alt+" << key.toLatin1();
-                keys.insert(key);
+        for (std::size_t i = 0; i < sheet->size(); ++i) {
+            if (sheet->field(i).kind == FieldKind::heading) continue;
+            QString label = label_of(find(sheet->field(i).name));
+            for (qsizetype at = 0; (at = label.indexOf('&', at)) >= 0; ++at) {
+                label.remove(at, 1);  // a doubled one leaves one
+                if (label.mid(at, 1) == "&") continue;
+                EXPECT_FALSE(keys.contains(label[at].toLower()))
+                    << form->name << ": a key twice at " << utf8_text(label);
+                keys.insert(label[at].toLower());
             }
-            EXPECT_EQ(utf8_text(plain), expected) << form->name;
-        };
-        for (std::size_t i = 0; i < sheet.size(); ++i) {
-            const Field& field = sheet.field(i);
-            auto* widget = dialog.findChild<QWidget*>(qt_text(field.name));
-            if (field.kind == FieldKind::heading) continue;
-            ASSERT_NE(widget, nullptr) << field.name;
-            EXPECT_EQ(widget->isEnabledTo(&dialog), sheet.is_on(i)) << field.name;
-            if (auto* box = qobject_cast<QGroupBox*>(widget)) {
-                check_key(box->title(), sheet.label(i));
-            } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
-                check_key(button->text().remove("..."), sheet.label(i));
-            } else {
-                const auto labels = dialog.findChildren<QLabel*>();
-                const auto label = std::ranges::find_if(labels, [&](QLabel* l) { return l->buddy() == widget; });
-                ASSERT_NE(label, labels.end()) << field.name;
-                check_key((*label)->text(), sheet.label(i));
-            }
+            EXPECT_EQ(utf8_text(label), sheet->label(i)) << form->name;
         }
     }
 }
 
-TEST(Forms, RulesTurnFieldsOnAndOffWhileTheUserWorks) {
-    DesktopRun run;
-    WindowSettings settings;
-    FormSheet sheet(DESIGN_FILTER_DLG, &run.bench().filter_request, run.bench().session.units, run.bench().reporter);
-    FormDialog dialog(sheet, settings, &run.window.main());
-    dialog.show();
-    ASSERT_TRUE(wait_for(dialog));
-    const auto widget = [&](const char* name) { return dialog.findChild<QWidget*>(name); };
-    const auto choose = [&](const char* name) { dialog.findChild<QRadioButton*>(name)->click(); };
-    const auto matches_rules = [&] {
-        for (std::size_t i = 0; i < sheet.size(); ++i) {
-            QWidget* here = widget(std::string(sheet.field(i).name).c_str());
-            if (here != nullptr && here->isEnabledTo(&dialog) != sheet.is_on(i)) return false;
-            for (const Choice& choice : sheet.field(i).choices) {
-                auto* radio =
-                    dialog.findChild<QRadioButton*>(qt_text(sheet.field(i).name) + '=' + QString::number(choice.value));
-                if (radio->isEnabledTo(here) != sheet.choice_is_on(i, choice.value)) return false;
-            }
-        }
-        return true;
-    };
-    EXPECT_TRUE(matches_rules());
-    EXPECT_FALSE(widget("lower_passband")->isEnabled()) << "of a low-pass";
-    choose("filter_type=3");
-    EXPECT_TRUE(widget("lower_passband")->isEnabled());
-    EXPECT_TRUE(dialog.findChild<QRadioButton*>("passband_type=4")->isEnabled()) << "Sloping";
-    choose("passband_type=3");
-    EXPECT_FALSE(widget("band_edge_loss")->isEnabled());
-    EXPECT_FALSE(widget("stopband_type")->isEnabled());
-    EXPECT_TRUE(matches_rules());
-    choose("filter_kind=4");
-    const auto labels = dialog.findChildren<QLabel*>();
-    EXPECT_TRUE(
-        std::ranges::any_of(labels, [](QLabel* l) { return l->text().remove('&') == "Sampling frequency ( Hz)"; }));
-    EXPECT_TRUE(matches_rules());
+TEST_F(Forms, RulesTurnFieldsOnAndOffWhileTheUserWorks) {
+    open(DESIGN_FILTER_DLG);
+    const auto is_on = [&](const char* name) { return find(name)->isEnabled(); };
+    EXPECT_FALSE(is_on("lower_passband")) << "of a low-pass";
+    find<QRadioButton>("filter_type=3")->click();
+    EXPECT_TRUE(is_on("lower_passband") && is_on("passband_type=4"));
+    find<QRadioButton>("passband_type=3")->click();
+    EXPECT_FALSE(is_on("band_edge_loss") || is_on("stopband_type"));
+    EXPECT_TRUE(follows_rules());
+    find<QRadioButton>("filter_kind=4")->click();
+    EXPECT_EQ(label_of(find("fq_or_fs")).remove('&'), "Sampling frequency ( Hz)");
+    EXPECT_TRUE(follows_rules());
 }
 
-TEST(Forms, EntriesThatAreNoNumbersKeepTheFormOpen) {
-    DesktopRun run;
-    WindowSettings settings;
-    FormSheet sheet(DESIGN_FILTER_DLG, &run.bench().filter_request, run.bench().session.units, run.bench().reporter);
-    FormDialog dialog(sheet, settings, &run.window.main());
-    dialog.show();
-    ASSERT_TRUE(wait_for(dialog));
-    auto* box = dialog.findChild<QLineEdit*>("upper_passband");
-    type_over(*box, "12x");
-    dialog.accept();
-    EXPECT_TRUE(dialog.isVisible());
-    EXPECT_EQ(box->text(), "12x");
-    EXPECT_EQ(box->toolTip(), "'12x' is not a number");
-    EXPECT_EQ(run.bench().filter_request.upper_passband, 12.0) << "the last that was a number";
+TEST_F(Forms, EntriesThatAreNoNumbersKeepTheFormOpen) {
+    open(DESIGN_FILTER_DLG);
+    const double& number = bench().filter_request.upper_passband;
+    auto* box = find<QLineEdit>("upper_passband");
+    type_over(*box, "12,5x");
+    dialog->accept();
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_EQ(box->text(), "12,5x");
+    EXPECT_EQ(box->toolTip(), "'12,5x' is not a number") << "as it was typed";
+    EXPECT_EQ(number, 12.5) << "the last that was a number";
     type_over(*box, "1,5 ");
-    EXPECT_EQ(run.bench().filter_request.upper_passband, 1.5) << "a decimal comma";
-    dialog.accept();
-    EXPECT_FALSE(dialog.isVisible());
-}
-
-TEST(Forms, ALetterWithAltIsNeverText) {
-    DesktopRun run;
-    WindowSettings settings;
-    FormSheet sheet(DESIGN_FILTER_DLG, &run.bench().filter_request, run.bench().session.units, run.bench().reporter);
-    FormDialog dialog(sheet, settings, &run.window.main());
-    dialog.show();
-    ASSERT_TRUE(wait_for(dialog));
-    auto* box = dialog.findChild<QLineEdit*>("upper_passband");
+    EXPECT_EQ(number, 1.5) << "a decimal comma";
     type_over(*box, "4k");
-    press(*box, Qt::Key_S, Qt::AltModifier);  // the key of a field that is off
+    press(*box, Qt::Key_S, Qt::AltModifier);  // the access key of a field that is off is no text
     EXPECT_EQ(box->text(), "4k");
-    type_over(*box, "2,5x");
-    EXPECT_EQ(box->toolTip(), "'2,5x' is not a number") << "as it was typed";
+    dialog->accept();
+    EXPECT_FALSE(dialog->isVisible());
 }
 
-TEST(Forms, TheFieldThatHasTheKeysIsInSightOnASmallScreen) {
-    DesktopRun run;
-    WindowSettings settings;
-    FormSheet sheet(DESIGN_FILTER_DLG, &run.bench().filter_request, run.bench().session.units, run.bench().reporter);
-    FormDialog dialog(sheet, settings, &run.window.main());
-    EXPECT_EQ(dialog.size(), dialog.size().boundedTo(most_of_screen(dialog)));
-    dialog.resize(420, 300);
-    run.hands.then([](QDialog&) {});  // stays open
-    dialog.show();
-    ASSERT_TRUE(wait_for(dialog));
-    EXPECT_EQ(dialog.size(), QSize(420, 300));
-    auto* first = dialog.findChild<QWidget*>("filter_kind=1");
-    auto* last = dialog.findChild<QWidget*>("center_frequency");
+TEST_F(Forms, TheFieldThatHasTheFocusIsInSightOnASmallScreen) {
+    take(DESIGN_FILTER_DLG);
+    dialog = std::make_unique<FormDialog>(*sheet, settings, &window.main());
+    EXPECT_EQ(dialog->size(), dialog->size().boundedTo(most_of_screen(*dialog)));
+    dialog->resize(420, 300);
+    hands.then([](QDialog&) {});  // stays open
+    dialog->show();
+    ASSERT_TRUE(wait_for(*dialog));
+    EXPECT_EQ(dialog->size(), QSize(420, 300));
+    QWidget* first = find("filter_kind=1");
+    QWidget* last = find("center_frequency");
     for (QWidget* field : {last, first, last}) {
         field->setFocus();
         EXPECT_EQ(field->visibleRegion().boundingRect(), field->rect()) << utf8_text(field->objectName());
     }
-    auto* ok = button_of(dialog, "OK");
-    EXPECT_FALSE(ok->visibleRegion().isEmpty());
-    dialog.resize(dialog.sizeHint());
+    EXPECT_FALSE(button_of(*dialog, "OK")->visibleRegion().isEmpty());
+    dialog->resize(dialog->sizeHint());
     QApplication::processEvents();
     EXPECT_FALSE(first->visibleRegion().isEmpty() || last->visibleRegion().isEmpty()) << "room for all";
 }
 
-TEST(Forms, ARefusedFormTellsWhyAndComesBackWithWhatWasEntered) {
-    DesktopRun run;
-    run.hands
+TEST_F(Forms, ARefusedFormSaysWhyAndComesBackWithWhatWasEntered) {
+    hands
         .then([](QDialog& form) {
             type_over(*form.findChild<QLineEdit*>("upper_passband"), "2.5k");
             press(form, Qt::Key_Return);
@@ -297,14 +253,13 @@ TEST(Forms, ARefusedFormTellsWhyAndComesBackWithWhatWasEntered) {
             EXPECT_EQ(form.focusWidget()->objectName(), "upper_passband") << "where the user was";
             press(form, Qt::Key_Escape);
         });
-    run.program->send(166);
-    EXPECT_TRUE(run.hands.are_done());
-    EXPECT_EQ(run.bench().filter_request.upper_passband, 0.0) << "cancelled";
+    program->send(166);
+    EXPECT_TRUE(hands.are_done());
+    EXPECT_EQ(bench().filter_request.upper_passband, 0.0) << "cancelled";
 }
 
-TEST(Forms, AButtonOpensAFurtherFormOnTheSameRecord) {
-    DesktopRun run;
-    run.hands
+TEST_F(Forms, AButtonOpensAFurtherFormOnTheSameRecord) {
+    hands
         .then([](QDialog& form) {
             click(form, "Details");
             EXPECT_TRUE(form.isVisible());
@@ -312,19 +267,17 @@ TEST(Forms, AButtonOpensAFurtherFormOnTheSameRecord) {
         })
         .then([](QDialog& list) {
             EXPECT_EQ(list.objectName(), "FIR_QUADS_DLG");
-            auto* table = list.findChild<QTableWidget*>();
-            type_cells(*table, {"0", "1k", "1", "0.1"});
+            type_cells(*list.findChild<QTableWidget*>(), {"0", "1k", "1", "0.1"});
             press(list, Qt::Key_Return, Qt::ControlModifier);
         });
-    FirRequest& request = run.bench().fir_request;
-    FormSheet sheet(FIR_DESIGN_DLG, &request, run.bench().session.units, run.bench().reporter);
-    EXPECT_FALSE(run.window.edit_form(sheet));
-    EXPECT_TRUE(run.hands.are_done());
-    EXPECT_EQ(request.QUADRUPLETS.rows, 1);
-    EXPECT_EQ(request.QUADRUPLETS(1, 2), 1000.0);
+    take(FIR_DESIGN_DLG);
+    EXPECT_FALSE(window.edit_form(*sheet));
+    EXPECT_TRUE(hands.are_done());
+    EXPECT_EQ(bench().fir_request.QUADRUPLETS.rows, 1);
+    EXPECT_EQ(bench().fir_request.QUADRUPLETS(1, 2), 1000.0);
 }
 
-TEST(Forms, NumbersReadBackAsTheSameNumbers) {
+TEST(NumberEntry, ShownNumbersReadBackAsTheSame) {
     std::mt19937_64 random(7);
     for (int i = 0; i < 20000; ++i) {
         const double value = std::bit_cast<double>(random());
@@ -338,10 +291,10 @@ TEST(Forms, NumbersReadBackAsTheSameNumbers) {
     EXPECT_EQ(short_number(0.0), "0");
 }
 
-TEST(Palettes, WhatIsToBeTickedStandsOutFromADarkWindow) {
-    for (QAbstractButton* made :
-         {static_cast<QAbstractButton*>(new QRadioButton), static_cast<QAbstractButton*>(new QCheckBox)}) {
-        const std::unique_ptr<QAbstractButton> button(made);
+TEST(Palettes, WhatIsToBeTickedIsSeenOnADarkWindow) {
+    QRadioButton radio;
+    QCheckBox flag;
+    for (QAbstractButton* button : {static_cast<QAbstractButton*>(&radio), static_cast<QAbstractButton*>(&flag)}) {
         button->setPalette(window_palette(Shade::dark));
         button->resize(40, 24);
         const QImage drawn = button->grab().toImage();

@@ -42,7 +42,7 @@ private:
         look_soon();
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         if (dialog == nullptr || !dialog->isVisible() || seen_.contains(dialog)) return;
-        if (QApplication::activeWindow() != dialog) return dialog->activateWindow();  // it has no keys yet
+        if (QApplication::activeWindow() != dialog) return dialog->activateWindow();  // it has no focus yet
         seen_.insert(dialog);
         connect(dialog, &QObject::destroyed, this, [this, dialog] { seen_.remove(dialog); });
         QTimer::singleShot(patience, dialog, [dialog] {
@@ -68,7 +68,7 @@ private:
     QSet<QObject*> seen_;
 };
 
-// Until the keys go to this window.
+// Until this window has the focus.
 inline bool wait_for(QWidget& window) {
     window.activateWindow();
     return QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; });
@@ -78,7 +78,7 @@ inline void press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = Qt
     QTest::keyClick(&widget, static_cast<Qt::Key>(key), modifiers);
 }
 
-// Types into the widget that has the keys, what it held marked before.
+// Types into a widget, over what it held.
 inline void type_over(QWidget& widget, const QString& text) {
     widget.setFocus();
     press(widget, Qt::Key_A, Qt::ControlModifier);

@@ -2,25 +2,18 @@
 #include <QClipboard>
 #include <QTableWidget>
 
-#include "desktop/form_dialog.h"
 #include "tests/desktop/desktop_run.h"
 #include "workbench/fir_form.h"
 
 namespace kavrel {
 namespace {
 
-struct ListForm : testing::Test {
-    DesktopRun run;
-    WindowSettings settings;
-    FirRequest& request = run.bench().fir_request;
-    FormSheet sheet{FIR_TWIN_DLG, &request, run.bench().session.units, run.bench().reporter};
-    std::unique_ptr<FormDialog> dialog;
+struct ListForm : testing::Test, FormRun {
+    FirRequest& request = bench().fir_request;
     QTableWidget* table = nullptr;
 
-    void open() {
-        dialog = std::make_unique<FormDialog>(sheet, settings, &run.window.main());
-        dialog->show();
-        ASSERT_TRUE(wait_for(*dialog));
+    void open_list() {
+        open(FIR_TWIN_DLG);
         table = dialog->findChild<QTableWidget*>();
         table->setFocus();
     }
@@ -42,7 +35,7 @@ struct ListForm : testing::Test {
 };
 
 TEST_F(ListForm, TakesWhatASpreadsheetGives) {
-    open();
+    open_list();
     paste("Frequency\tLoss\n0\t0\r\n1k\t-0.5\n2500\t1,25\n");
     EXPECT_EQ(rows(), (std::vector<double>{0, 0, 1000, -0.5, 2500, 1.25})) << "heads are left out, commas are points";
     paste("7", 1, 1);
@@ -61,7 +54,7 @@ TEST_F(ListForm, TakesWhatASpreadsheetGives) {
 TEST_F(ListForm, InsertsDeletesCopiesAndEmptiesRows) {
     request.shape.rows = 3;
     for (int row = 1; row <= 3; ++row) request.shape(row, 1) = request.shape(row, 2) = row;
-    open();
+    open_list();
     table->setCurrentCell(1, 0);
     press(*table, Qt::Key_Insert);
     EXPECT_EQ(rows().size(), 6U) << "a blank row is none";
@@ -83,7 +76,7 @@ TEST_F(ListForm, InsertsDeletesCopiesAndEmptiesRows) {
 }
 
 TEST_F(ListForm, AWrongCellIsShownAndKeepsTheFormOpen) {
-    open();
+    open_list();
     paste("1\tx\n2\t3");
     EXPECT_EQ(request.shape.rows, 0);
     dialog->accept();
@@ -98,7 +91,7 @@ TEST_F(ListForm, AWrongCellIsShownAndKeepsTheFormOpen) {
 TEST_F(ListForm, ReadsAFileAndLeavesTheRowsWhenItDoesNotFit) {
     write_text("shape.txt", "0 0\n1000 2.5\n");
     write_text("wrong.txt", "0 zero\n");
-    open();
+    open_list();
     const auto pick = [](const char* name) { return [name](QDialog& selector) { pick_file(selector, name); }; };
     const auto close_box = [](const char* caption) {
         return [caption](QDialog& box) {
@@ -106,14 +99,14 @@ TEST_F(ListForm, ReadsAFileAndLeavesTheRowsWhenItDoesNotFit) {
             box.accept();
         };
     };
-    run.hands.then(pick("shape.txt")).then(close_box("Success"));
+    hands.then(pick("shape.txt")).then(close_box("Success"));
     click(*dialog, "Read from file");
     EXPECT_EQ(rows(), (std::vector<double>{0, 0, 1000, 2.5}));
     EXPECT_EQ(table->item(1, 1)->text(), "2.5");
-    run.hands.then(pick("wrong.txt")).then(close_box("Error"));
+    hands.then(pick("wrong.txt")).then(close_box("Error"));
     click(*dialog, "Read from file");
     EXPECT_EQ(rows(), (std::vector<double>{0, 0, 1000, 2.5}));
-    EXPECT_TRUE(run.hands.are_done());
+    EXPECT_TRUE(hands.are_done());
 }
 
 }  // namespace

@@ -4,37 +4,31 @@
 #include <QStatusBar>
 #include <QToolBar>
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "tests/desktop/desktop_run.h"
 
 namespace kavrel {
 namespace {
 
-struct Table {
-    const char* name;
-    std::span<const MenuItem> items;
-};
-
-const Table tables[] = {{"main", main_menu}, {"passive", passive_menu}, {"active", active_menu},  {"iir", iir_menu},
-                        {"fir", fir_menu},   {"ladder", ladder_menu},   {"lattice", lattice_menu}};
-
-class MenuTables : public testing::TestWithParam<Table> {
+class Menus : public testing::TestWithParam<std::size_t> {
 protected:
-    MenuTables() {
+    Menus() {
         QObject::connect(&window, &MainWindow::item_chosen, &window, [this](int id) { chosen.push_back(id); });
-        window.set_menu(GetParam().items, "Kavrel");
+        window.set_menu(items, "Kavrel");
         window.show();
-        window.activateWindow();
         EXPECT_TRUE(wait_for(window));
     }
 
+    std::span<const MenuItem> items = room_of(static_cast<SegmentId>(GetParam())).menu;
     WindowSettings settings;
     MainWindow window{settings};
     std::vector<int> chosen;
 };
 
-TEST_P(MenuTables, EveryItemIsWhereTheTableSaysAndSendsItsEvent) {
-    for (const MenuItem& item : GetParam().items) {
+TEST_P(Menus, EveryItemIsWhereTheTableSaysAndSendsItsEvent) {
+    for (const MenuItem& item : items) {
         QAction* action = action_of(window.menuBar()->actions(), item.id);
         ASSERT_NE(action, nullptr) << item.path;
         std::string path = utf8_text(action->text());
@@ -50,13 +44,13 @@ TEST_P(MenuTables, EveryItemIsWhereTheTableSaysAndSendsItsEvent) {
     }
 }
 
-TEST_P(MenuTables, AcceleratorsSendTheFirstItemThatHasThem) {
-    for (const MenuItem& item : GetParam().items) {
+TEST_P(Menus, AcceleratorsSendTheFirstItemThatHasThem) {
+    for (const MenuItem& item : items) {
         if (item.accelerator.empty()) continue;
         const auto keys = QKeySequence::fromString(qt_text(item.accelerator))[0];
         chosen.clear();
         press(window, keys.key(), keys.keyboardModifiers());
-        const int owner = accelerator_owner(GetParam().items, item.accelerator)->id;
+        const int owner = accelerator_owner(items, item.accelerator)->id;
         EXPECT_EQ(chosen, std::vector<int>{owner}) << item.path << ' ' << item.accelerator;
     }
 }
@@ -66,32 +60,27 @@ char key_of(std::string_view label) {
     return at == std::string_view::npos ? '\0' : static_cast<char>(std::toupper(label[at + 1]));
 }
 
-// Whether the keys along a path lead to just this item.
-bool has_own_keys(std::span<const MenuItem> items, const MenuItem& item) {
-    for (int level = 0; level < path_depth(item.path); ++level) {
-        const char key = key_of(path_label(item.path, level));
-        if (key == '\0') return false;
-        if (level == 0 && accelerator_owner(items, std::string("alt+") + key) != nullptr) return false;
-        for (const MenuItem& other : items) {
-            bool same_parent = path_depth(other.path) > level;
-            for (int k = 0; same_parent && k < level; ++k) {
-                same_parent = path_label(other.path, k) == path_label(item.path, k);
-            }
-            if (same_parent && path_label(other.path, level) != path_label(item.path, level) &&
-                key_of(path_label(other.path, level)) == key) {
-                return false;
-            }
+TEST_P(Menus, AccessKeysLeadToTheItemThatAloneHasThem) {
+    std::map<std::string, std::set<std::string>> places;  // keys from the menu bar on to the labels that they lead to
+    const auto lead = [&](const MenuItem& item, const auto& visit) {
+        std::string keys, labels;
+        for (int level = 0; level < path_depth(item.path); ++level) {
+            keys += key_of(path_label(item.path, level));
+            labels += path_label(item.path, level);
+            visit(keys, labels);
         }
-    }
-    return true;
-}
-
-TEST_P(MenuTables, AccessKeysLeadToTheItem) {
-    int walked = 0;
-    for (const MenuItem& item : GetParam().items) {
-        if (!has_own_keys(GetParam().items, item)) continue;
+    };
+    for (const MenuItem& item : items) lead(item, [&](auto& keys, auto& labels) { places[keys].insert(labels); });
+    std::size_t walked = 0;
+    for (const MenuItem& item : items) {
+        bool alone = accelerator_owner(items, std::string("alt+") + key_of(item.path)) == nullptr;
+        lead(item, [&](auto& keys, auto&) { alone = alone && keys.back() != '\0' && places[keys].size() == 1; });
+        if (!alone) continue;
         chosen.clear();
-        press(window, key_of(path_label(item.path, 0)), Qt::AltModifier);
+        press(window, key_of(item.path), Qt::AltModifier);
+        if (&item == &items.front()) {
+            EXPECT_EQ(utf8_text(window.statusBar()->currentMessage()), item.hint) << "under the cursor";
+        }
         for (int level = 1; level < path_depth(item.path); ++level) {
             QWidget* menu = QApplication::activePopupWidget();
             ASSERT_NE(menu, nullptr) << item.path;
@@ -100,19 +89,12 @@ TEST_P(MenuTables, AccessKeysLeadToTheItem) {
         EXPECT_EQ(chosen, std::vector<int>{item.id}) << item.path;
         ++walked;
     }
-    EXPECT_GT(walked, static_cast<int>(GetParam().items.size()) / 2);
+    EXPECT_GT(walked, items.size() / 2);
 }
 
-TEST_P(MenuTables, HintsAreInTheStatusLine) {
-    const MenuItem& item = GetParam().items.front();
-    press(window, key_of(path_label(item.path, 0)), Qt::AltModifier);
-    QWidget* menu = QApplication::activePopupWidget();
-    ASSERT_NE(menu, nullptr);
-    EXPECT_EQ(utf8_text(window.statusBar()->currentMessage()), item.hint) << "of the item under the cursor";
-    menu->close();
-}
-
-INSTANTIATE_TEST_SUITE_P(All, MenuTables, testing::ValuesIn(tables), [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(All, Menus, testing::Range(std::size_t{0}, segment_count), [](const auto& test) {
+    return std::string(room_of(static_cast<SegmentId>(test.param)).name);
+});
 
 TEST(MainWindow, OwnKeysYieldToTheMenus) {
     WindowSettings settings;

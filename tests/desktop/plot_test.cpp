@@ -58,7 +58,7 @@ struct Plot : testing::Test {
         return {qRound(place_x(shown, static_cast<double>(shown.X_DATA(point))) * view.width()),
                 qRound(place_y(shown, curve == 1 ? shown.y1 : shown.y2, y) * view.height())};
     }
-    // Windows of a screen without a screen lie one upon the other: the pointer is told of directly.
+    // Windows of a screen without a screen lie one upon the other: its moves are sent directly.
     void point_at(QPoint at, Qt::MouseButtons buttons = Qt::NoButton) {
         QMouseEvent event(QEvent::MouseMove, at, view.mapToGlobal(at), Qt::NoButton, buttons, Qt::NoModifier);
         QApplication::sendEvent(&view, &event);

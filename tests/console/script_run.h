@@ -1,4 +1,4 @@
-// A script run in this process, in the folder that is current; all that it shows stands in one text, in its order.
+// A script run in this process, in the folder that is current; all that it shows is one text, in its order.
 #pragma once
 
 #include <memory>

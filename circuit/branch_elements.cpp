@@ -6,13 +6,7 @@ namespace kavrel {
 
 namespace {
 
-int copies_of(const BranchKind& kind, int cell) {
-    if (kind.structure == Structure::lattice) return 2;
-    if (kind.structure != Structure::network) return 1;
-    int copies = 0;
-    for (const Connection& connection : kind.connections) copies += connection.cell == cell ? 1 : 0;
-    return copies;
-}
+int copies_of(const BranchKind& kind, int cell);
 
 }  // namespace
 
@@ -69,5 +63,17 @@ std::string impedance_text(const UnitSet& units, double value) {
     if (const auto place = text.find(unit); place != std::string::npos) text.replace(place, unit.size(), "   ");
     return text;
 }
+
+namespace {
+
+int copies_of(const BranchKind& kind, int cell) {
+    if (kind.structure == Structure::lattice) return 2;
+    if (kind.structure != Structure::network) return 1;
+    int copies = 0;
+    for (const Connection& connection : kind.connections) copies += connection.cell == cell ? 1 : 0;
+    return copies;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -1,4 +1,4 @@
-// The single elements of a branch, whatever its kind, and how their values are told.
+// The single elements of a branch, whatever its kind, and how reports show their values.
 #pragma once
 
 #include <array>
@@ -16,8 +16,8 @@ inline constexpr std::string_view all_values_impedances = " **** All values are 
 struct Element {
     char letter = 'R';    // R, L, C, or Z of a unit element
     double value = 0;     // as stored; of a quadruplet the inductance or capacitance
-    bool present = true;  // false: the cell stands for no element
-    int copies = 1;       // how often it stands in the built circuit
+    bool present = true;  // false: the cell holds no element
+    int copies = 1;       // how many of it the built circuit has
 };
 
 struct BranchElements {

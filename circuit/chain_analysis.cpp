@@ -182,7 +182,7 @@ PointVerdict walk(const Chain& chain, const ElementPoint& elements, Waves& waves
     return PointVerdict::computed;
 }
 
-// Over the reactances from link `from` on; the first link that is none, or stands on its pole. Derivatives are taken by
+// Over the reactances from link `from` on; the first link that is none, or is on its pole. Derivatives are taken by
 // ln u here, where x = factor u and factor/u have the derivatives x and -x.
 int walk_reactances(const Chain& chain, int from, const ElementPoint& elements, Waves& waves) {
     if (chain.links(from).reactance == ChainLink::Reactance::none) return from;

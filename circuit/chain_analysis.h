@@ -84,7 +84,7 @@ struct ChainPoint {
 // At omega rad/sec, 0 or above. On a pole where a branch or stub has one, or where |H| is beyond 1e25.
 [[nodiscard]] PointVerdict analyze_point(const Chain& chain, Wide omega, ChainPoint& point);
 
-// The chain matrix of what stands between the terminations, from the source to the load:
+// The chain matrix of what lies between the terminations, from the source to the load:
 //     Vs = A Vl + B Il,  Is = C Vl + D Il.
 struct ChainMatrix {
     WideComplex A, B, C, D;

@@ -91,7 +91,7 @@ CircuitVerdict insertEqualizer(Circuit& circuit, double L, double R1, double C, 
     const double values[] = {R, L, R1, C, C * (R * R), R * R / R1, L / (R * R)};
     Place place{.slot = 2};
     if (const int above = unpackBranch(circuit, 1).kn; above != 0) {
-        // The branch behind keeps its parity and stands at 4 or 5.
+        // The branch behind keeps its parity and comes to 4 or 5.
         place.above = above;
         place.shift = std::max(0, 4 + parity(above) - above);
     }

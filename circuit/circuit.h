@@ -1,9 +1,9 @@
 // The store of a passive two-port: a ladder of numbered branches between two terminations.
 //
 // Branches form a doubly linked chain over 100 slots, in increasing number, from branch 1, the load, to `klast`, where
-// the source stands. Even branches lie in series, odd ones across the rails; a branch that is a two-port of its own
-// (no slot element) may have any number, and stands at a distance of at least 2 from both neighbours,
-// so that parity can be kept on either side of it. An equalizer alone may stand right behind a resistor. Numbers may
+// the source is. Even branches lie in series, odd ones across the rails; a branch that is a two-port of its own
+// (no slot element) may have any number, and keeps a distance of at least 2 from both neighbours,
+// so that parity can be kept on either side of it. An equalizer alone may come right behind a resistor. Numbers may
 // have gaps.
 //
 // Values are in ohm, henry and farad. In a microwave circuit cells of inductors hold the impedance of short-circuited
@@ -62,7 +62,7 @@ private:
 };
 
 // A coupled quadruplet: nodes 1 (towards the load) and 4 are its ports, 2 and 3 the inner nodes. Elements are held as
-// they add up in a node matrix, 0 standing for no element.
+// they add up in a node matrix, 0 where there is none.
 struct Quadruplet {
     NodePairs<double> XK;   // (i, j) inverse inductance of the coupling between i and j, where M(i, j) is 1
     NodePairs<double> XC;   // (i, j) capacitance of the coupling, where M(i, j) is not 1
@@ -162,7 +162,7 @@ void clear_circuit(Circuit& circuit);
 
 // Inserts a branch of any kind but the quadruplet with its values (1 to 11) in cell order. Beyond `klast` it is
 // appended and k keeps its parity; else it takes slot k, the branches at and above moving up as far as their parity and
-// the distances ask; k tells the slot that it really got. Into an empty circuit only branch 1 goes, a resistor. A
+// the distances ask; k becomes the slot that it really got. Into an empty circuit only branch 1 goes, a resistor. A
 // failure changes nothing.
 [[nodiscard]] CircuitVerdict insert_values(Circuit& circuit, int& k, BranchId id, std::span<const double> values);
 

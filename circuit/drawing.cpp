@@ -5,13 +5,13 @@
 #include "circuit/branch_elements.h"
 #include "circuit/element_formulas.h"
 #include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
 namespace {
 
 constexpr int drawing_width = 14;
-constexpr std::string_view resonance_label = "res. frequency";
 
 std::vector<std::string> draw_branch(const Circuit& circuit, int k, const UnitSet& units);
 std::string draw_row(const DrawingRow& row, const BranchElements& elements);
@@ -46,10 +46,10 @@ std::vector<std::string> draw_branch(const Circuit& circuit, int k, const UnitSe
     }
 
     std::vector<std::string> lines;
-    std::size_t zeros_told = 0;
+    std::size_t zeros_noted = 0;
     for (const DrawingRow& row : rows) {
         const bool middle = &row == &rows[(rows.size() - 1) / 2];
-        const std::string start = (middle ? edit_i(k, 3) : edit_x(3)) + edit_x(1);
+        const std::string start = middle ? edited<"(I3,1X)">(k) : edit_x(4);
         const auto cell = [&](int i) { return elements.cells[static_cast<std::size_t>(i)]; };
 
         std::string value;
@@ -57,11 +57,11 @@ std::vector<std::string> draw_branch(const Circuit& circuit, int k, const UnitSe
         std::string note;
         if (row.note == Note::resonance) {
             const double resonance = resonant_frequency(circuit, cell(row.l).value, cell(row.c).value);
-            note = unit_value_text(units, resonance, hertz) + edit_x(1) + std::string(resonance_label);
+            note = edited<"(A,1X,A)">(unit_value_text(units, resonance, hertz), "res. frequency");
         }
-        if (row.note == Note::transmission_zero && zeros_told < zeros.size()) {
-            note = unit_value_text(units, zeros[zeros_told++], hertz) + edit_x(1) +
-                   (kind.structure == Structure::quadruplet ? "transm. zeros" : "transm. zero");
+        if (row.note == Note::transmission_zero && zeros_noted < zeros.size()) {
+            note = edited<"(A,1X,A)">(unit_value_text(units, zeros[zeros_noted++], hertz),
+                                      kind.structure == Structure::quadruplet ? "transm. zeros" : "transm. zero");
         }
         if (microwave && row.z != 0 && section.z1 != 0) {
             const double z = row.z == 1 ? section.z1 : row.z == 2 ? section.z2 : section.z3;
@@ -94,18 +94,18 @@ std::string padded(std::string text, int width) {
 }
 
 std::vector<double> transmission_zeros(const Circuit& circuit, const Branch& branch) {
-    std::vector<double> told;
+    std::vector<double> noted;
     const BranchKind& kind = branch_kinds[branch.id];
     if (kind.structure == Structure::quadruplet) {
         for (const double zero : circuit.QUADRUPLETS(branch.i1).FRES) {
-            if (zero != 0) told.push_back(zero);
+            if (zero != 0) noted.push_back(zero);
         }
     } else if (kind.structure == Structure::triplet) {
         std::array<double, 2> zeros{};
         const int count = triplet_zeros(kind, branch_values(circuit, branch), zeros);
-        told.assign(zeros.begin(), zeros.begin() + count);
+        noted.assign(zeros.begin(), zeros.begin() + count);
     }
-    return told;
+    return noted;
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "circuit/branch_elements.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -22,18 +22,7 @@ constexpr StatisticsRow statistics_rows[] = {
     {'Z', " Unit elem.:", &ElementStatistics::unit_elements},
 };
 
-void add(ClassStatistics& members, double value) {
-    const double magnitude = std::fabs(value);
-    members.minimum = std::min(members.minimum, magnitude);
-    members.maximum = std::max(members.maximum, magnitude);
-    members.sum += magnitude;
-    ++members.count;
-}
-
-// Labels have 12 characters, values 11 of number and 5 of unit, the spread 12; a word ends where its number ends.
-std::string heading() {
-    return line().x(12).a("minimum", 11).x(5).a("maximum", 11).x(5).a("average", 11).x(5).a("spread", 12);
-}
+void add(ClassStatistics& members, double value);
 
 }  // namespace
 
@@ -59,7 +48,8 @@ bool elementStatistics(const Circuit& circuit, ElementStatistics& statistics) {
 std::vector<std::string> statistics_lines(const ElementStatistics& statistics, CircuitKind kind, const UnitSet& units) {
     std::vector<std::string> lines;
     if (kind != CircuitKind::lumped) lines.emplace_back(all_values_impedances);
-    lines.push_back(heading());
+    // Labels have 12 characters, values 11 of number and 5 of unit, the spread 12; a word ends where its number ends.
+    lines.push_back(edited<"(12X,3(A11,5X),A12)">("minimum", "maximum", "average", "spread"));
     for (const StatisticsRow& row : statistics_rows) {
         const ClassStatistics& members = statistics.*row.members;
         if (members.count == 0) continue;
@@ -67,14 +57,22 @@ std::vector<std::string> statistics_lines(const ElementStatistics& statistics, C
             if (kind != CircuitKind::lumped) return impedance_text(units, value);
             return element_text(kind, units, row.letter, value);
         };
-        lines.push_back(line()
-                            .a(row.label)
-                            .a(text(members.minimum))
-                            .a(text(members.maximum))
-                            .a(text(members.average()))
-                            .pd(members.spread(), 12, 4));
+        lines.push_back(edited<"(4A,1P,D12.4)">(row.label, text(members.minimum), text(members.maximum),
+                                                text(members.average()), members.spread()));
     }
     return lines;
 }
+
+namespace {
+
+void add(ClassStatistics& members, double value) {
+    const double magnitude = std::fabs(value);
+    members.minimum = std::min(members.minimum, magnitude);
+    members.maximum = std::max(members.maximum, magnitude);
+    members.sum += magnitude;
+    ++members.count;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "circuit/branch_elements.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -21,15 +21,8 @@ constexpr PartClass part_classes[] = {
     {'l', 'L', "inductors", "inductors:  "},
     {'c', 'C', "capacitors", "capacitors:  "},
 };
-constexpr int total_width = static_cast<int>(part_classes[0].total.size());
 
-std::string name_of(const CircuitPart& part) { return std::string(1, part.letter) + edit_i(part.number, 2, 2); }
-
-// As `element_text` of the class, from a value already turned into an impedance.
-std::string part_text(CircuitKind kind, const UnitSet& units, const CircuitPart& part) {
-    if (kind != CircuitKind::lumped) return impedance_text(units, part.value);
-    return unit_value_text(units, part.value, part.letter == 'l' ? henry : part.letter == 'c' ? farad : ohm);
-}
+std::string part_text(CircuitKind kind, const UnitSet& units, const CircuitPart& part);
 
 }  // namespace
 
@@ -69,18 +62,25 @@ std::vector<std::string> partsList(const Circuit& circuit, bool half_lattices, c
         lines.emplace_back(row.heading);
         for (const CircuitPart& part : parts) {
             if (part.letter != row.letter) continue;
-            lines.push_back(line()
-                                .a(name_of(part), 5)
-                                .x(1)
-                                .a(part_text(circuit.kind, units, part))
-                                .a(part.of_half_lattice ? "*" : ""));
+            lines.push_back(edited<"(2X,A,I2.2,1X,2A)">(part.letter, part.number, part_text(circuit.kind, units, part),
+                                                        part.of_half_lattice ? "*" : ""));
         }
     }
-    for (const PartClass& row : part_classes) lines.push_back(line().a(row.total, total_width).i(count(row.letter), 2));
+    for (const PartClass& row : part_classes) lines.push_back(edited<"(A29,I2)">(row.total, count(row.letter)));
     if (std::any_of(parts.begin(), parts.end(), [](const CircuitPart& part) { return part.of_half_lattice; })) {
         lines.emplace_back(" * \"half-lattice\" branches");
     }
     return lines;
 }
+
+namespace {
+
+// As `element_text` of the class, from a value already turned into an impedance.
+std::string part_text(CircuitKind kind, const UnitSet& units, const CircuitPart& part) {
+    if (kind != CircuitKind::lumped) return impedance_text(units, part.value);
+    return unit_value_text(units, part.value, part.letter == 'l' ? henry : part.letter == 'c' ? farad : ohm);
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -14,7 +14,7 @@ inline constexpr int max_parts = 150;
 struct CircuitPart {
     char letter = 'r';  // r, l or c
     int number = 0;     // in its class, from 1
-    int branch = 0;     // where it stands
+    int branch = 0;     // where it is
     double value = 0;   // as reports show it
     bool of_half_lattice = false;
 };

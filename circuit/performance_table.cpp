@@ -1,6 +1,7 @@
 #include "circuit/performance_table.h"
 
 #include "shell/edit.h"
+#include "shell/edited.h"
 #include "shell/fixed_text.h"
 #include "shell/reporter.h"
 
@@ -54,16 +55,17 @@ void add_head(const Performance& performance, std::string_view title, Immittance
     const std::string immittance = immittance_text(performance.admittance, immittance_head);
     const int before = immittance_head == ImmittanceHead::output ? 6 : 10;
     const int behind = from_delay_to_end - before - static_cast<int>(immittance.size());
-    Line words = line().a("Frequency", 11).x(2).a(loss_label(performance.loss_class)).a(" loss  Phase").a("Delay", 10);
-    words.x(before).a(immittance);
-    Line units = line().x(2).a(performance.radians ? "  rad/sec " : "   in Hz  ").a("in dB", 11).a("in deg", 10);
-    units.a("in sec", 10).a("real", 11).a("imaginary", 14);
+    std::string words =
+        edited<"(A11,2X,2A,A10)">("Frequency", loss_label(performance.loss_class), " loss  Phase", "Delay");
+    words += edit_x(before) + immittance;
+    std::string units = edited<"(2X,A,A11,2A10,A11,A14)">(performance.radians ? "  rad/sec " : "   in Hz  ", "in dB",
+                                                          "in deg", "in sec", "real", "imaginary");
     if (performance.doubly_terminated) {
-        words.a("Ret. loss", behind);
-        units.a("in dB", 10);
+        words += edit_a("Ret. loss", behind);
+        units += edited<"(A10)">("in dB");
     }
-    lines.emplace_back(words);
-    lines.emplace_back(units);
+    lines.push_back(words);
+    lines.push_back(units);
 }
 
 std::string immittance_text(bool admittance, ImmittanceHead head) {
@@ -73,16 +75,10 @@ std::string immittance_text(bool admittance, ImmittanceHead head) {
     return text;
 }
 
-// (1x,1p,d12.5,2x,0p,f9.4,2x,f7.2,1p,d12.4,1p,2d13.5,1x,0p,f8.4), or (1x,1p,d13.6,1x, ...
 std::string row_text(const PerformanceRow& row, bool fine, bool return_loss) {
-    Line text = line().x(1);
-    if (fine) {
-        text.pd(row.frequency, 13, 6).x(1);
-    } else {
-        text.pd(row.frequency, 12, 5).x(2);
-    }
-    text.f(row.loss, 9, 4).x(2).f(row.phase, 7, 2).pd(row.delay, 12, 4).pd(row.real, 13, 5).pd(row.imaginary, 13, 5);
-    if (return_loss) text.x(1).f(row.return_loss, 8, 4);
+    std::string text = fine ? edited<"(1X,1P,D13.6,1X)">(row.frequency) : edited<"(1X,1P,D12.5,2X)">(row.frequency);
+    text += edited<"(F9.4,2X,F7.2,1P,D12.4,2D13.5)">(row.loss, row.phase, row.delay, row.real, row.imaginary);
+    if (return_loss) text += edited<"(1X,F8.4)">(row.return_loss);
     return text;
 }
 

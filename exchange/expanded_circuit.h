@@ -17,9 +17,9 @@ namespace kavrel {
 // A lattice of the arms Za (in series) and Zb (crossed), each L and C in series with X beside them, has both rails on
 // ground only with the help of a transformer:
 enum class LatticeText {
-    four_arms,    // Za, Za, Zb, Zb to a floating pair of nodes, and a transformer from there to the node behind
-    isolated,     // two transformers with a four-port between two floating pairs of nodes; the arms are told elsewhere
-    half,         // 2 Za through, 2 Zb to a node whose voltage is the negative of that behind: a transformer of -1
+    four_arms,  // Za, Za, Zb, Zb to a floating pair of nodes, and a transformer from there to the node behind
+    isolated,   // two transformers with a four-port between two floating pairs of nodes; the arms are written elsewhere
+    half,       // 2 Za through, 2 Zb to a node whose voltage is the negative of that behind: a transformer of -1
     half_paired,  // the same with a transformer of 1 behind 2 Za
 };
 
@@ -52,7 +52,7 @@ struct NetBranch {
     std::vector<NetElement> elements{};  // in cell order
 };
 
-// What stands between the terminations.
+// What lies between the terminations.
 struct ExpandedCircuit {
     double R1 = 0;            // branch 1
     double R2 = 0;            // the last branch; 0: singly terminated

@@ -2,7 +2,7 @@
 
 #include "exchange/text_parts.h"
 #include "exchange/transfer_polynomials.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -26,7 +26,7 @@ TransferVerdict matlab_data(const TransferInput& input, const TransferRequest&, 
     lines.emplace_back(" denom = [");
     add_rows(polynomials.denominator, lines);
     lines.emplace_back(" % (normalized coefficients in descending order)");
-    lines.push_back(line().a(" fnorm =").pe(polynomials.fnorm, 23, 13));
+    lines.push_back(edited<"(' fnorm =',1P,E23.13)">(polynomials.fnorm));
     lines.emplace_back(" % end of kavrel data for matlab");
     return TransferVerdict::written;
 }
@@ -35,7 +35,7 @@ namespace {
 
 void add_rows(const std::vector<double>& ascending, std::vector<std::string>& lines) {
     for (auto order = ascending.size(); order-- > 0;) {
-        lines.push_back(line().x(2).pe(ascending[order], 23, 13).a("   % order=").i(static_cast<long long>(order), 2));
+        lines.push_back(edited<"(2X,1P,E23.13,'   % order=',I2)">(ascending[order], order));
     }
     lines.emplace_back(" ]");
 }

@@ -6,7 +6,7 @@
 #include "exchange/expanded_circuit.h"
 #include "exchange/spice_netlist.h"
 #include "exchange/text_parts.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -159,7 +159,7 @@ void NgspiceText::transformer(const std::array<int, 4>& nodes, double ratio) {
 }
 
 std::string NgspiceText::next_name(char letter) {
-    return letter + edit_i(++counters_[static_cast<std::size_t>(letter)], 0, 2);
+    return edited<"(A,I0.2)">(letter, ++counters_[static_cast<std::size_t>(letter)]);
 }
 
 }  // namespace

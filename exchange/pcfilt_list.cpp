@@ -3,7 +3,7 @@
 #include "circuit/branch_elements.h"
 #include "exchange/expanded_circuit.h"
 #include "exchange/text_parts.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -31,18 +31,8 @@ constexpr CodeRow codes[] = {
     {BranchId::triplet_lll, BranchId::triplet_lcl, 8, 8, false, true, 1},
 };
 
-int code_of(BranchId id, bool series, bool microwave) {
-    for (const CodeRow& row : codes) {
-        if (id < row.first || id > row.last || !(microwave ? row.microwave : row.lumped)) continue;
-        return (series ? row.series : row.shunt) + row.per_kind * (static_cast<int>(id) - static_cast<int>(row.first));
-    }
-    return 0;
-}
-
-// (G15.9,1X,A1,I3)
-std::string item(double value, char letter, int code) {
-    return line().g(value, 15, 9).x(1).a(std::string(1, letter)).i(code, 3);
-}
+int code_of(BranchId id, bool series, bool microwave);
+std::string item(double value, char letter, int code);
 
 }  // namespace
 
@@ -73,5 +63,19 @@ TransferVerdict pcfilt_list(const TransferInput& input, const TransferRequest&, 
     if (net.R2 != 0) lines.push_back(item(net.R2, 'R', code_of(BranchId::resistor, false, microwave)));
     return TransferVerdict::written;
 }
+
+namespace {
+
+int code_of(BranchId id, bool series, bool microwave) {
+    for (const CodeRow& row : codes) {
+        if (id < row.first || id > row.last || !(microwave ? row.microwave : row.lumped)) continue;
+        return (series ? row.series : row.shunt) + row.per_kind * (static_cast<int>(id) - static_cast<int>(row.first));
+    }
+    return 0;
+}
+
+std::string item(double value, char letter, int code) { return edited<"(G15.9,1X,A,I3)">(value, letter, code); }
+
+}  // namespace
 
 }  // namespace kavrel

@@ -5,22 +5,16 @@
 
 #include "exchange/text_parts.h"
 #include "exchange/transfer_polynomials.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 #include "shell/fixed_text.h"
 
 namespace kavrel {
 
 namespace {
 
-std::string row(double left, double right) { return line().x(2).pe(left, 17, 9).x(2).pe(right, 17, 9); }
-
+std::string row(double left, double right);
 void add_roots(int count, const Table<double, max_degree>& re, const Table<double, max_degree>& im, double unit,
-               std::vector<std::string>& lines) {
-    for (int i = 1; i <= count; ++i) {
-        // Adding 0 takes the sign of a -0.
-        if (im(i) >= 0) lines.push_back(row(re(i) / unit + 0.0, im(i) / unit + 0.0));
-    }
-}
+               std::vector<std::string>& lines);
 
 }  // namespace
 
@@ -33,7 +27,7 @@ std::vector<std::string> pole_zero_lines(const TransferFunction& t, bool warped,
     add_roots(t.zeroCount, t.ZEROS_RE, t.ZEROS_IM, unit, lines);
     lines.push_back(" ! Poles " + of_unit);
     add_roots(t.poleCount, t.POLES_RE, t.POLES_IM, unit, lines);
-    lines.push_back(line().a(" ! normalization freq =").pe(polynomials.fnorm, 17, 9).a(" hz"));
+    lines.push_back(edited<"(' ! normalization freq =',1P,E17.9,' hz')">(polynomials.fnorm));
     lines.emplace_back("!     Transfer function polynomials (normalized)");
     lines.emplace_back("!     Numerator          Denominator");
     for (std::size_t i = 0; i < std::max(polynomials.numerator.size(), polynomials.denominator.size()); ++i) {
@@ -41,5 +35,19 @@ std::vector<std::string> pole_zero_lines(const TransferFunction& t, bool warped,
     }
     return lines;
 }
+
+namespace {
+
+std::string row(double left, double right) { return edited<"(1P,2(2X,E17.9))">(left, right); }
+
+void add_roots(int count, const Table<double, max_degree>& re, const Table<double, max_degree>& im, double unit,
+               std::vector<std::string>& lines) {
+    for (int i = 1; i <= count; ++i) {
+        // Adding 0 takes the sign of a -0.
+        if (im(i) >= 0) lines.push_back(row(re(i) / unit + 0.0, im(i) / unit + 0.0));
+    }
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -6,7 +6,7 @@
 #include "circuit/parts_list.h"
 #include "exchange/expanded_circuit.h"
 #include "exchange/text_parts.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -131,7 +131,6 @@ TransferVerdict RfText::write() {
     return TransferVerdict::written;
 }
 
-// (3A,19A4)
 void RfText::header() {
     if (microwave_ || !trim(title_).empty()) add(std::string(words_.comment) + title_words(title_));
 }
@@ -139,20 +138,19 @@ void RfText::header() {
 void RfText::variables() {
     if (request_.variable_block || (touchstone_ && microwave_)) add(" var");
     if (microwave_) {
-        add(line().a(" el").a(words_.assign, 3).f(quarter_wave_degrees, 8, 2));
-        add(line().a(" f1").a(words_.assign, 3).pe(circuit_.fs / 2, 14, 7));
+        add(edited<"(' el',A3,F8.2)">(words_.assign, quarter_wave_degrees));
+        add(edited<"(' f1',A3,1P,E14.7)">(words_.assign, circuit_.fs / 2));
     }
     if (!request_.variable_block) return;
     for (const NetBranch& b : net_.branches) {
         if (!b.kind->slot_element() || !b.kind->simple()) continue;
         for (const NetElement& e : b.elements) {
-            // (3X,A4,2I4,3X,(A3,1P,E14.7,2X)*2,1X,A10)
             const Keyword w = keyword(e.kind);
             const bool pair = e.kind == Kind::series_pair || e.kind == Kind::parallel_pair;
-            Line text = line().x(3).a(word(w)).i(e.nodes[0], 4).i(e.nodes[1], 4).x(3);
-            text.a(pair ? key(ind) : key(w), 3).pe(e.value, 14, 7).x(2);
-            if (pair) text.a(key(cap), 3).pe(e.second, 14, 7).x(2);
-            add(text.x(1).a(part_names(b.k)));
+            std::string text = edited<"(3X,A,2I4,3X,A3,1P,E14.7,2X)">(word(w), e.nodes[0], e.nodes[1],
+                                                                      pair ? key(ind) : key(w), e.value);
+            if (pair) text += edited<"(A3,1P,E14.7,2X)">(key(cap), e.second);
+            add(edited<"(A,1X,A)">(text, part_names(b.k)));
         }
     }
 }
@@ -164,65 +162,22 @@ void RfText::branch(const NetBranch& b) {
         switch (e.kind) {
             case Kind::series_pair:
             case Kind::parallel_pair:
-                // (3X,"slc ",(2X,I2)*2,3X,"l=",1P,E15.7,2X,"c=",E15.7)
-                add(line()
-                        .x(3)
-                        .a(word(w))
-                        .x(2)
-                        .i(from, 2)
-                        .x(2)
-                        .i(to, 2)
-                        .x(3)
-                        .a("l=")
-                        .pe(e.value, 15, 7)
-                        .x(2)
-                        .a("c=")
-                        .pe(e.second, 15, 7));
+                add(edited<"(3X,A,2(2X,I2),3X,'l=',1P,E15.7,2X,'c=',E15.7)">(word(w), from, to, e.value, e.second));
                 break;
             case Kind::transformer:
-                // (3X,A4,(2X,I2)*2,"  0  0  n=1.0")
-                add(line()
-                        .x(3)
-                        .a(word(trf))
-                        .x(2)
-                        .i(from, 2)
-                        .x(2)
-                        .i(e.nodes[2], 2)
-                        .a("  0  0  n=")
-                        .a(e.value < 0 ? "-1.0" : "1.0"));
+                add(edited<"(3X,A,2(2X,I2),'  0  0  n=',A)">(word(trf), from, e.nodes[2],
+                                                             e.value < 0 ? "-1.0" : "1.0"));
                 break;
             default:
                 if (microwave_ && w != res) {
-                    add(line()
-                            .a("   ")
-                            .a(word(w))
-                            .i(from, 4)
-                            .i(to, 4)
-                            .x(3)
-                            .a(key(w), 3)
-                            .pe(e.value, 14, 7)
-                            .x(2)
-                            .a(words_.length)
-                            .x(2)
-                            .a(words_.at));
+                    add(edited<"(3X,A,2I4,3X,A3,1P,E14.7,2(2X,A))">(word(w), from, to, key(w), e.value, words_.length,
+                                                                    words_.at));
                 } else if (b.kind->slot_element() && b.values.size() == 1) {
-                    // (3X,A4,2I4,3X,A3,1P,E14.7,3X,A10)
-                    add(line()
-                            .x(3)
-                            .a(word(w))
-                            .i(from, 4)
-                            .i(to, 4)
-                            .x(3)
-                            .a(key(w), 3)
-                            .pe(e.value, 14, 7)
-                            .x(3)
-                            .a(part_names(b.k)));
+                    add(edited<"(3X,A,2I4,3X,A3,1P,E14.7,3X,A)">(word(w), from, to, key(w), e.value, part_names(b.k)));
                 } else if (b.kind->slot_element() || is_lattice(b)) {
-                    // (3X,A4,(2X,I2)*2,3X,A3,E14.7)
-                    add(line().x(3).a(word(w)).x(2).i(from, 2).x(2).i(to, 2).x(3).a(key(w), 3).pe(e.value, 14, 7));
+                    add(edited<"(3X,A,2(2X,I2),3X,A3,1P,E14.7)">(word(w), from, to, key(w), e.value));
                 } else {
-                    // (A3,A4,2I4,3X,A3,1P,E14.7)
-                    add(line().a("", 3).a(word(w)).i(from, 4).i(to, 4).x(3).a(key(w), 3).pe(e.value, 14, 7));
+                    add(edited<"(3X,A,2I4,3X,A3,1P,E14.7)">(word(w), from, to, key(w), e.value));
                 }
         }
     }
@@ -235,25 +190,25 @@ void RfText::lattice_arms(const NetBranch& b, int second) {
         const double* v = b.values.data() + 3 * arm;
         const Keyword x = b.kind->cells[2] == 'C' ? cap : ind;
         if (touchstone_) {
-            add(line().a("   slc   1   2   l=").pe(v[0], 15, 7).x(2).a("c=").pe(v[1], 15, 7));
-            add(line().x(3).a(word(x)).a("  1   2   ").a(key(x), 3).pe(v[2], 14, 7));
-            add(line().a(" def2p   1   2   z").i(number, 1));
+            add(edited<"('   slc   1   2   l=',1P,E15.7,2X,'c=',E15.7)">(v[0], v[1]));
+            add(edited<"(3X,A,'  1   2   ',A3,1P,E14.7)">(word(x), key(x), v[2]));
+            add(edited<"(' def2p   1   2   z',I1)">(number));
         } else {
             add(" lad");
-            add(line().a("   slc   1   l= ").pe(v[0], 14, 7).x(2).a("c= ").pe(v[1], 14, 7));
-            add(line().x(3).a(word(x)).a("  1   ").a(key(x), 3).pe(v[2], 14, 7));
-            add(line().a(" z").i(number, 1).a(": 1por 1"));
+            add(edited<"('   slc   1   l= ',1P,E14.7,2X,'c= ',E14.7)">(v[0], v[1]));
+            add(edited<"(3X,A,'  1   ',A3,1P,E14.7)">(word(x), key(x), v[2]));
+            add(edited<"(' z',I1,': 1por 1')">(number));
             add(" end");
             add(" *");
         }
     }
     if (!touchstone_) return;
-    const auto place = [&](int number, std::string_view nodes) { add(line().x(3).a("z").i(number, 1).a(nodes)); };
+    const auto place = [&](int number, std::string_view nodes) { add(edited<"(3X,'z',I1,A)">(number, nodes)); };
     place(second - 1, "   1   2");
     place(second - 1, "   3   4");
     place(second, "   1   4");
     place(second, "   3   2");
-    add(line().a(" def4p   1   2   3   4   sec").i(second / 2, 1));
+    add(edited<"(' def4p   1   2   3   4   sec',I1)">(second / 2));
 }
 
 // A four-port between two transformers: its upper rail leads from node a to c, its lower one from b to d.
@@ -262,22 +217,13 @@ void RfText::lattice_four_port(const NetBranch& b, int number) {
     const auto& behind = b.elements[1].nodes;
     const int a_ = before[2], b_ = before[3], c_ = behind[2], d_ = behind[3];
     const auto transformer = [&](const std::array<int, 4>& nodes) {
-        if (touchstone_) {
-            // (3X,"xfer",(2X,I2)*2,"   0  ",I2,"   n=1.0")
-            add(line().x(3).a("xfer").x(2).i(nodes[0], 2).x(2).i(nodes[2], 2).a("   0  ").i(nodes[3], 2).a("   n=1.0"));
-        } else {
-            add(line().x(3).a("trf  ").i(nodes[0], 2).x(2).i(nodes[2], 2).a("   0  ").i(nodes[3], 2).a("   n=1.0"));
-        }
+        add(edited<"(3X,A,2(2X,I2),'   0  ',I2,'   n=1.0')">(trim_right(word(trf)), nodes[0], nodes[2], nodes[3]));
     };
     transformer(before);
     if (touchstone_) {
-        // (3X,"sec",I1,(2X,I2)*4)
-        add(line().x(3).a("sec").i(number, 1).x(2).i(a_, 2).x(2).i(c_, 2).x(2).i(b_, 2).x(2).i(d_, 2));
+        add(edited<"(3X,'sec',I1,4(2X,I2))">(number, a_, c_, b_, d_));
     } else {
-        // (3X,"z",I1,3X,I2,2X,I2,/)*4
-        const auto arm = [&](int z, int from, int to) {
-            add(line().x(3).a("z").i(z, 1).x(3).i(from, 2).x(2).i(to, 2));
-        };
+        const auto arm = [&](int z, int from, int to) { add(edited<"(3X,'z',I1,3X,I2,2X,I2)">(z, from, to)); };
         arm(2 * number - 1, a_, c_);
         arm(2 * number - 1, b_, d_);
         arm(2 * number, a_, d_);
@@ -287,43 +233,39 @@ void RfText::lattice_four_port(const NetBranch& b, int number) {
 }
 
 void RfText::circuit_end() {
-    const Line ports = line().x(1).i(net_.first, 3).x(1).i(net_.last, 3);
-    if (touchstone_) {
-        add(line().a(" def2p ").a(ports.text()).x(3).a("a"));
-    } else {
-        add(line().a(" a: 2por").a(ports.text()));
-    }
+    const std::string ports = edited<"(2(1X,I3))">(net_.first, net_.last);
+    add(touchstone_ ? " def2p " + ports + "   a" : " a: 2por" + ports);
     add("   end");
 }
 
 void RfText::touchstone_tail() {
     add("   freq");
     add(std::string(words_.comment) + "put frequencies here");
-    add(line().x(5).a("sweep ").pe(sweep_.low, 16, 7).pe(sweep_.high, 16, 7).pe(sweep_.step(), 16, 7));
+    add(edited<"(5X,'sweep ',1P,3E16.7)">(sweep_.low, sweep_.high, sweep_.step()));
     add("   out");
     add("     a db[s21] gr1");
     add("   grid");
     add(std::string(words_.comment) + "put plot info here");
     const double division = (sweep_.high - sweep_.low) / range_steps;
-    add(line().x(5).a("range ").pe(sweep_.low, 16, 7).pe(sweep_.high, 16, 7).pe(division, 16, 7));
+    add(edited<"(5X,'range ',1P,3E16.7)">(sweep_.low, sweep_.high, division));
     add("     gr1 -4.0 1.0 1.0");
     add("   dim");
     add("     freq hz");
     add("     ind h");
     add("     cap f");
     add("   term");
-    add(line().x(4).a(" a ").pe(net_.R1, 14, 7));
+    add(edited<"(4X,' a ',1P,E14.7)">(net_.R1));
 }
 
 void RfText::scompact_tail() {
     add("   freq");
     add(std::string(words_.comment) + "put frequencies here");
-    add(line().x(5).a("step ").pe(sweep_.low, 16, 7).pe(sweep_.high, 16, 7).pe(sweep_.step(), 16, 7));
+    add(edited<"(5X,'step ',1P,3E16.7)">(sweep_.low, sweep_.high, sweep_.step()));
     add("   end");
     add(" *");
     add("   out");
     const double r2 = net_.R2 != 0 || net_.series_end ? net_.R2 : open_end;
-    add(line().x(4).a("pri a r1 = ").pe(net_.R1, 14, 7).a(" r2 = ").pe(r2, 14, 7).a(" s"));
+    add(edited<"(4X,'pri a r1 = ',1P,E14.7,' r2 = ',E14.7,' s')">(net_.R1, r2));
     add("   end");
 }
 
@@ -343,7 +285,7 @@ Keyword RfText::keyword(Kind kind) const {
 std::string RfText::part_names(int k) const {
     std::string names(words_.comment);
     for (const CircuitPart& part : parts_) {
-        if (part.branch == k) names += line().a(std::string(1, part.letter)).i(part.number, 0, 2).x(1).text();
+        if (part.branch == k) names += edited<"(A,I0.2,1X)">(part.letter, part.number);
     }
     names.resize(10, ' ');
     return names;

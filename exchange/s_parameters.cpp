@@ -11,26 +11,7 @@ namespace kavrel {
 
 namespace {
 
-void add_head(const Chain& chain, std::string_view title, std::vector<std::string>& lines) {
-    if (const std::string words = trimmed_title(title); !words.empty()) lines.push_back(fmt::format("! {}", words));
-    lines.emplace_back("! Port 1: source, port 2: load");
-    if (chain.R2 != 0) {
-        lines.push_back(
-            fmt::format("! Terminations in ohm: port 1 {}, port 2 {}", plain_number(chain.R2), plain_number(chain.R1)));
-        if (chain.R1 != chain.R2) lines.emplace_back("! Both ports are renormalised to the termination of port 2");
-    } else {
-        lines.push_back(fmt::format("! Singly terminated: port 2 in {} ohm, port 1 driven by a {}",
-                                    plain_number(chain.R1),
-                                    chain.loss_class == LossClass::voltage ? "voltage" : "current"));
-        lines.emplace_back("! Both ports are normalised to the termination of port 2");
-    }
-    if (chain.loss.QL != 0 || chain.loss.QC != 0) {
-        lines.push_back(
-            fmt::format("! Inductor Q {}, capacitor Q {}", plain_number(chain.loss.QL), plain_number(chain.loss.QC)));
-    }
-    lines.push_back(fmt::format("# HZ S RI R {}", plain_number(chain.R1)));
-    lines.emplace_back("! frequency, S11, S21, S12, S22");
-}
+void add_head(const Chain& chain, std::string_view title, std::vector<std::string>& lines);
 
 }  // namespace
 
@@ -56,5 +37,30 @@ TransferVerdict s_parameter_lines(const TransferInput& input, const TransferRequ
     }
     return TransferVerdict::written;
 }
+
+namespace {
+
+void add_head(const Chain& chain, std::string_view title, std::vector<std::string>& lines) {
+    if (const std::string words = trimmed_title(title); !words.empty()) lines.push_back(fmt::format("! {}", words));
+    lines.emplace_back("! Port 1: source, port 2: load");
+    if (chain.R2 != 0) {
+        lines.push_back(
+            fmt::format("! Terminations in ohm: port 1 {}, port 2 {}", plain_number(chain.R2), plain_number(chain.R1)));
+        if (chain.R1 != chain.R2) lines.emplace_back("! Both ports are renormalised to the termination of port 2");
+    } else {
+        lines.push_back(fmt::format("! Singly terminated: port 2 in {} ohm, port 1 driven by a {}",
+                                    plain_number(chain.R1),
+                                    chain.loss_class == LossClass::voltage ? "voltage" : "current"));
+        lines.emplace_back("! Both ports are normalised to the termination of port 2");
+    }
+    if (chain.loss.QL != 0 || chain.loss.QC != 0) {
+        lines.push_back(
+            fmt::format("! Inductor Q {}, capacitor Q {}", plain_number(chain.loss.QL), plain_number(chain.loss.QC)));
+    }
+    lines.push_back(fmt::format("# HZ S RI R {}", plain_number(chain.R1)));
+    lines.emplace_back("! frequency, S11, S21, S12, S22");
+}
+
+}  // namespace
 
 }  // namespace kavrel

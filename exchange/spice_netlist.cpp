@@ -5,7 +5,7 @@
 
 #include "exchange/expanded_circuit.h"
 #include "exchange/text_parts.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -14,7 +14,7 @@ namespace {
 using Kind = NetElement::Kind;
 
 constexpr int largest_count = 99;              // of points, in two digits
-constexpr double transformer_reactance = 1e6;  // of the coils that stand for an ideal one, relative to the load
+constexpr double transformer_reactance = 1e6;  // of the coils that replace an ideal one, relative to the load
 
 // Names are a letter and the two digits of a running counter.
 class SpiceText {
@@ -29,7 +29,7 @@ private:
     std::string two_pole(char letter, int from, int to, double value);
     void coils(const std::array<int, 4>& nodes, double first, double second, double coupling);
     void end();
-    std::string next_name(char letter) { return letter + edit_i(++counter_, 0, 2); }
+    std::string next_name(char letter) { return edited<"(A,I0.2)">(letter, ++counter_); }
 
     const Circuit& circuit_;
     const ExpandedCircuit& net_;
@@ -55,7 +55,7 @@ TransferVerdict spice_netlist(const TransferInput& input, const TransferRequest&
 namespace {
 
 void SpiceText::write() {
-    lines_.push_back(line().a(" vin  ").i(1, 3).a("   0   ac   2.0"));
+    lines_.push_back(" vin    1   0   ac   2.0");
     two_pole('r', 1, net_.first, net_.R1);
     for (const NetBranch& branch : net_.branches) {
         for (const NetElement& e : branch.elements) element(e);
@@ -82,31 +82,29 @@ void SpiceText::element(const NetElement& e) {
     }
 }
 
-// (1X,A4,2I4,2X,1P,E14.6)
 std::string SpiceText::two_pole(char letter, int from, int to, double value) {
     const std::string name = next_name(letter);
     std::string padded = name;
     if (padded.size() < 4) padded.resize(4, ' ');
-    lines_.push_back(line().x(1).a(padded).i(from, 4).i(to, 4).x(2).pe(value, 14, 6));
+    lines_.push_back(edited<"(1X,A,2I4,2X,1P,E14.6)">(padded, from, to, value));
     return padded;
 }
 
-// ((1X,A4)*3,2X,1P,E14.6)
 void SpiceText::coils(const std::array<int, 4>& nodes, double first, double second, double coupling) {
     const std::string l1 = two_pole('l', nodes[0], nodes[1], first);
     const std::string l2 = two_pole('l', nodes[2], nodes[3], second);
     std::string name = next_name('k');
     if (name.size() < 4) name.resize(4, ' ');
-    lines_.push_back(line().x(1).a(name).x(1).a(l1).x(1).a(l2).x(2).pe(coupling, 14, 6));
+    lines_.push_back(edited<"(3(1X,A),2X,1P,E14.6)">(name, l1, l2, coupling));
 }
 
 void SpiceText::end() {
     const int count = std::min(sweep_.count, largest_count);
-    lines_.push_back(line().a(" .ac lin ").i(count, 2).x(2).x(2).pe(sweep_.low, 14, 6).x(2).pe(sweep_.high, 14, 6));
+    lines_.push_back(edited<"(' .ac lin ',I2,2X,1P,2(2X,E14.6))">(count, sweep_.low, sweep_.high));
     const bool voltage = net_.R2 != 0;
-    const std::string nodes = line().i(net_.last, 2).a(",").i(0, 2).a(")");
+    const char quantity = voltage ? 'v' : 'i';
     lines_.push_back(
-        line().a(voltage ? " .print ac vdb(" : " .print ac idb(").a(nodes).a(voltage ? " vp(" : " ip(").a(nodes));
+        edited<"(' .print ac ',A,'db(',I2,', 0) ',A,'p(',I2,', 0)')">(quantity, net_.last, quantity, net_.last));
     lines_.emplace_back(" .end");
 }
 

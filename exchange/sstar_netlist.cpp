@@ -7,6 +7,7 @@
 #include "exchange/expanded_circuit.h"
 #include "exchange/text_parts.h"
 #include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -40,12 +41,12 @@ TransferVerdict sstar_netlist(const TransferInput& input, const TransferRequest&
     for (const NetBranch& branch : net.branches) {
         for (const NetElement& e : branch.elements) lines.push_back(element_line(circuit, branch, e, counters));
     }
-    lines.push_back(line().a(" def2p").i(net.first, 4).i(net.last, 4).a(" filter"));
+    lines.push_back(edited<"(' def2p',2I4,' filter')">(net.first, net.last));
     const Sweep sweep(input.frequencies);
     lines.emplace_back(" freq");
-    lines.push_back(line().a(" swp ").g(sweep.low, 12, 6).x(2).g(sweep.high, 12, 6).x(2).i(sweep.count, 3));
+    lines.push_back(edited<"(' swp ',2(G12.6,2X),I3)">(sweep.low, sweep.high, sweep.count));
     lines.emplace_back(" window");
-    lines.push_back(line().a(" filter(").g(sweep.low, 12, 6).a(",").g(sweep.high, 12, 6).a(")"));
+    lines.push_back(edited<"(' filter(',G12.6,',',G12.6,')')">(sweep.low, sweep.high));
     lines.emplace_back(" gph s21 -100 0");
     lines.emplace_back(" gph dly 0 500");
     return TransferVerdict::written;
@@ -54,48 +55,34 @@ TransferVerdict sstar_netlist(const TransferInput& input, const TransferRequest&
 namespace {
 
 std::string element_line(const Circuit& circuit, const NetBranch& branch, const NetElement& e, Counters& counters) {
-    const auto head = [&](std::string_view word) { return line().a(word).i(e.nodes[0], 4).i(e.nodes[1], 4); };
-    const auto single = [&](Line text, std::string_view comment, int number) {
-        return text.x(14).a(comment).i(number, 0, 2).text();
-    };
+    const auto [from, to, third, fourth] = e.nodes;
     switch (e.kind) {
-        case Kind::resistor: return single(head(" res ").a(" r=").a(general(e.value)), " 'r", ++counters.r);
-        case Kind::inductor: return single(head(" ind ").a(" l=").g(e.value, 12, 6), " 'l", ++counters.l);
-        case Kind::capacitor: return single(head(" cap ").a(" c=").g(e.value, 12, 6), " 'c", ++counters.c);
+        case Kind::resistor:
+            return edited<"(' res ',2I4,' r=',A,14X,' ''r',I0.2)">(from, to, general(e.value), ++counters.r);
+        case Kind::inductor:
+            return edited<"(' ind ',2I4,' l=',G12.6,14X,' ''l',I0.2)">(from, to, e.value, ++counters.l);
+        case Kind::capacitor:
+            return edited<"(' cap ',2I4,' c=',G12.6,14X,' ''c',I0.2)">(from, to, e.value, ++counters.c);
         case Kind::series_pair:
         case Kind::parallel_pair: {
             const double f = resonant_frequency(circuit, e.value, e.second);
             if (branch.kind->structure == Structure::lattice && f > 0) {
-                return head(" sfc ")
-                    .a(" f=")
-                    .a(general(f))
-                    .a(" c=")
-                    .a(general(e.second))
-                    .a(" 'lc")
-                    .i(++counters.lc, 0, 2);
+                return edited<"(' sfc ',2I4,' f=',A,' c=',A,' ''lc',I0.2)">(from, to, general(f), general(e.second),
+                                                                            ++counters.lc);
             }
-            const bool series = e.kind == Kind::series_pair;
-            return head(series ? " slc " : " plc ")
-                .a(" l=")
-                .g(e.value, 12, 6)
-                .a(" c=")
-                .a(general(e.second))
-                .a(" 'lc")
-                .i(++counters.lc, 0, 2);
+            const std::string_view word = e.kind == Kind::series_pair ? " slc " : " plc ";
+            return edited<"(A,2I4,' l=',G12.6,' c=',A,' ''lc',I0.2)">(word, from, to, e.value, general(e.second),
+                                                                      ++counters.lc);
         }
         case Kind::coupled_coils:
-        case Kind::transformer: break;
-        case Kind::line: return not_implemented(branch.k);
+            return edited<"(' mui ',4I4,' l1=',A,' l2=',A,' k=',F5.4,' ''tr',I0.2)">(
+                from, to, third, fourth, general(e.value), general(e.second), e.third, ++counters.tr);
+        case Kind::transformer:
+            return edited<"(' trf ',4I4,' o=im p= 1.0 s=',F4.1,' ''tr',I0.2)">(from, to, third, fourth, e.value,
+                                                                               ++counters.tr);
+        case Kind::line: break;
     }
-    const bool coils = e.kind == Kind::coupled_coils;
-    Line text = line().a(coils ? " mui " : " trf ");
-    for (const int node : e.nodes) text.i(node, 4);
-    if (coils) {
-        text.a(" l1=").a(general(e.value)).a(" l2=").a(general(e.second)).a(" k=").f(e.third, 5, 4);
-    } else {
-        text.a(" o=im p=").f(1, 4, 1).a(" s=").f(e.value, 4, 1);
-    }
-    return text.a(" 'tr").i(++counters.tr, 0, 2);
+    return not_implemented(branch.k);
 }
 
 // G11.6; a negative number with an exponent takes the one place more that it needs.

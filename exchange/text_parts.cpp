@@ -3,7 +3,7 @@
 #include <array>
 #include <charconv>
 
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -15,7 +15,7 @@ std::string title_words(std::string_view title) {
     return words;
 }
 
-std::string not_implemented(int k) { return line().a("  Branch").i(k, 3).a(" not implemented"); }
+std::string not_implemented(int k) { return edited<"('  Branch',I3,' not implemented')">(k); }
 
 std::string plain_number(double value) {
     std::array<char, 32> digits{};

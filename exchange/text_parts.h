@@ -17,7 +17,7 @@ namespace kavrel {
 // The same without the blanks at its ends.
 [[nodiscard]] inline std::string trimmed_title(std::string_view title) { return std::string(trim(title_words(title))); }
 
-// What stands in a file in place of a branch that its program has no words for.
+// What a file has in place of a branch that its program has no words for.
 [[nodiscard]] std::string not_implemented(int k);
 
 // The coefficient of s^order, 0 beyond the degree.

@@ -101,7 +101,7 @@ bool overflows(std::string_view line, std::string_view title) {
     return line.find("**") != std::string_view::npos;
 }
 
-// What stands behind the mark of a comment line.
+// What follows the mark of a comment line.
 std::string_view without_mark(std::string_view line) {
     for (const std::string_view mark : {"! ", "* ", " %"}) {
         if (line.starts_with(mark)) return trim(line.substr(mark.size()));

@@ -36,7 +36,7 @@ inline constexpr std::string_view file_not_opened = "File could not be opened";
 // The frequencies of a grid in Hz.
 [[nodiscard]] std::vector<double> frequencies_in_hertz(const FrequencyGrid& grid);
 
-// What stands in for them when there was none: 100 points up to twice the upper edge of the band, in a microwave
+// What is taken for them when there was none: 100 points up to twice the upper edge of the band, in a microwave
 // circuit up to the quarter-wave frequency.
 [[nodiscard]] std::vector<double> default_frequencies(const Circuit& circuit);
 

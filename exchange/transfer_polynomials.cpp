@@ -7,7 +7,7 @@
 
 #include "exchange/text_parts.h"
 #include "numeric/root_set.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -15,24 +15,8 @@ namespace {
 
 using Roots = Table<double, max_degree>;
 
-// Of multiplier times the product of (s - root/unit), ascending.
-std::vector<double> coefficients(int count, const Roots& re, const Roots& im, long double unit,
-                                 long double multiplier) {
-    WideRootSet set;
-    set.multiplier = multiplier;
-    for (int i = 1; i <= count; ++i) set.append({re(i) / unit, im(i) / unit});
-    const Polynomial expanded = expandRoots(set);
-    std::vector<double> ascending;
-    for (int i = expanded.degree + 1; i >= 1; --i) ascending.push_back(static_cast<double>(expanded.re(i)));
-    return ascending;
-}
-
-// Factors s - a of unit elements stand for a - s.
-int turned_factors(const TransferFunction& t) {
-    int count = 0;
-    for (int i = 1; i <= t.zeroCount; ++i) count += t.ZEROS_RE(i) > 0 && t.ZEROS_IM(i) == 0 ? 1 : 0;
-    return count;
-}
+std::vector<double> coefficients(int count, const Roots& re, const Roots& im, long double unit, long double multiplier);
+int turned_factors(const TransferFunction& t);
 
 }  // namespace
 
@@ -50,17 +34,37 @@ TransferPolynomials transfer_polynomials(const TransferFunction& t, bool warped)
 std::vector<std::string> polynomial_lines(const TransferPolynomials& polynomials) {
     std::vector<std::string> lines = {"******* Transfer function polynomials *******",
                                       "normalized coefficients in ascending order",
-                                      line().a("numerator", 3 + 22).a("denominator", 25)};
+                                      edited<"(2A25)">("numerator", "denominator")};
     const std::size_t rows = std::max(polynomials.numerator.size(), polynomials.denominator.size());
     for (std::size_t i = 0; i < rows; ++i) {
-        lines.push_back(line()
-                            .x(1)
-                            .i(static_cast<long long>(i), 2)
-                            .pe(coefficient_at(polynomials.numerator, i), 25, 13)
-                            .pe(coefficient_at(polynomials.denominator, i), 25, 13));
+        lines.push_back(edited<"(1X,I2,1P,2E25.13)">(i, coefficient_at(polynomials.numerator, i),
+                                                     coefficient_at(polynomials.denominator, i)));
     }
-    lines.push_back(line().a(" normalization frequency =").pe(polynomials.fnorm, 25, 13).a(" hz"));
+    lines.push_back(edited<"(' normalization frequency =',1P,E25.13,' hz')">(polynomials.fnorm));
     return lines;
 }
+
+namespace {
+
+// Of multiplier times the product of (s - root/unit), ascending.
+std::vector<double> coefficients(int count, const Roots& re, const Roots& im, long double unit,
+                                 long double multiplier) {
+    WideRootSet set;
+    set.multiplier = multiplier;
+    for (int i = 1; i <= count; ++i) set.append({re(i) / unit, im(i) / unit});
+    const Polynomial expanded = expandRoots(set);
+    std::vector<double> ascending;
+    for (int i = expanded.degree + 1; i >= 1; --i) ascending.push_back(static_cast<double>(expanded.re(i)));
+    return ascending;
+}
+
+// Factors s - a of unit elements are a - s in truth.
+int turned_factors(const TransferFunction& t) {
+    int count = 0;
+    for (int i = 1; i <= t.zeroCount; ++i) count += t.ZEROS_RE(i) > 0 && t.ZEROS_IM(i) == 0 ? 1 : 0;
+    return count;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -144,7 +144,8 @@ TEST(PoleZeroText, IsReadByListForms) {
         double scale;
     } forms[] = {{2, 1, 1}, {3, 1, 1e-6}, {3, 2, 2 * pi}};
     for (const auto& [fields, unit, scale] : forms) {
-        RootsRequest request{.unit = unit};
+        RootsRequest request;
+        request.unit = unit;
         const Form form = form_of<RootsRequest>("ROOTS_DLG", "Roots", std::span(root_fields).first(fields), true);
         FormSheet sheet(form, &request, megahertz, reporter);
         for (std::size_t i = 0; i < 2; ++i) {

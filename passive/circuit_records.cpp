@@ -49,9 +49,9 @@ void store_records(File& file, Filter& filter, CircuitRecords kind) {
 
 // Records 9 to 17.
 template <class File, class Filter, class Mark, class Title>
-void further_records(File& file, Filter& filter, Mark& told_mark, Title& title, CircuitRecords kind) {
+void further_records(File& file, Filter& filter, Mark& found_mark, Title& title, CircuitRecords kind) {
     auto& [c, designed, spec, transfer, background, mod] = filter;
-    file.record(told_mark);
+    file.record(found_mark);
     file.record(title);
     file.record(c.R1, c.R2, c.termination_ratio, c.fa, c.fb, kind == CircuitRecords::stored_file ? c.fnorm : c.fs);
     file.record(c.mode_count, c.MODE_RE, c.MODE_IM);

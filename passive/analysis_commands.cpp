@@ -5,7 +5,7 @@
 #include "circuit/performance_table.h"
 #include "passive/command_tools.h"
 #include "passive/phase_line.h"
-#include "shell/edit.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -179,13 +179,9 @@ void store_time(const TimeGrid& grid, const Table<double, analysis_points>& impu
 
 std::vector<std::string> time_lines(const AnalysisResult& results, std::string_view title) {
     std::vector<std::string> lines{"", std::string(title), "", "===== Time-domain response =====", ""};
-    lines.emplace_back(line().a("Time in sec", 14).a("Impulse resp.", 15).a("Step resp.", 14));
+    lines.push_back(edited<"(A14,A15,A14)">("Time in sec", "Impulse resp.", "Step resp."));
     for (int i = 1; i <= results.time_count; ++i) {
-        lines.emplace_back(line()
-                               .x(1)
-                               .pd(static_cast<double>(results.TIME(i)), 15, 5)
-                               .pd(static_cast<double>(results.IMPULSE(i)), 15, 5)
-                               .pd(static_cast<double>(results.STEP(i)), 15, 5));
+        lines.push_back(edited<"(1X,1P,3D15.5)">(results.TIME(i), results.IMPULSE(i), results.STEP(i)));
     }
     return lines;
 }

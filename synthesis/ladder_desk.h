@@ -12,7 +12,7 @@ namespace kavrel {
 enum class SynthesisOutcome {
     none,
     done,       // LadderWork::circuit is the ladder
-    failed,     // told on the report
+    failed,     // for the reason on the report
     cancelled,  // the form was left
     unbuilt,    // what the form asks for is not there yet
 };

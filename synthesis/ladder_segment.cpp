@@ -3,19 +3,12 @@
 #include "synthesis/synthesis_report.h"
 
 namespace kavrel {
-
 namespace {
 
-void report(LadderDesk& desk, const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) desk.reporter.report_line(line);
-}
+void show_result(LadderDesk& desk);
+[[nodiscard]] SynthesisOutcome synthesise_design(LadderDesk& desk);
 
-void show_result(LadderDesk& desk) {
-    if (desk.work.outcome == SynthesisOutcome::done) {
-        report(desk, result_report(desk.session.TITLE.text(), desk.work.state));
-    }
-}
-
+// In the order in which they are looked up; most of them are not built yet.
 constexpr CommandTable commands({Command<LadderDesk>{"in  "},
                                  {"es  "},
                                  {"os  "},
@@ -32,6 +25,34 @@ constexpr CommandTable commands({Command<LadderDesk>{"in  "},
                                  {"adm "},
                                  {"s   "},
                                  {"c   "}});
+
+}  // namespace
+
+CommandWords ladder_words() { return commands.words(); }
+
+void ladderSegment(LadderDesk& desk) {
+    int& entry = desk.session.entry(SegmentId::ladder);
+    CommandKeyword& cell = desk.session.word(SegmentId::ladder);
+    if (entry == ladder_entry::designed) {
+        entry = ladder_entry::ordinary_command;
+        desk.work.outcome = synthesise_design(desk);
+        cell = {};
+    } else {
+        commands.run(desk, cell);
+    }
+}
+
+namespace {
+
+void report(LadderDesk& desk, const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) desk.reporter.report_line(line);
+}
+
+void show_result(LadderDesk& desk) {
+    if (desk.work.outcome == SynthesisOutcome::done) {
+        report(desk, result_report(desk.session.TITLE.text(), desk.work.state));
+    }
+}
 
 SynthesisOutcome synthesise_design(LadderDesk& desk) {
     LadderWork& work = desk.work;
@@ -55,19 +76,4 @@ SynthesisOutcome synthesise_design(LadderDesk& desk) {
 }
 
 }  // namespace
-
-CommandWords ladder_words() { return commands.words(); }
-
-void ladderSegment(LadderDesk& desk) {
-    int& entry = desk.session.entry(SegmentId::ladder);
-    CommandKeyword& cell = desk.session.word(SegmentId::ladder);
-    if (entry == ladder_entry::designed) {
-        entry = ladder_entry::ordinary_command;
-        desk.work.outcome = synthesise_design(desk);
-        cell = {};
-    } else {
-        commands.run(desk, cell);
-    }
-}
-
 }  // namespace kavrel

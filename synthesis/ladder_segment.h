@@ -15,8 +15,8 @@ inline constexpr int designed = 1;  // an approximation is ready: the form comes
 // The words that the Segment knows, in the order in which it looks them up.
 [[nodiscard]] CommandWords ladder_words();
 
-// Entered with a design: asks for the form, synthesises, and writes the report; `LadderWork::outcome` tells the rest.
-// Otherwise performs the one command in the Segment's cell. A word that is in no table is ignored.
+// Entered with a design: asks for the form, synthesises, and writes the report; `LadderWork::outcome` says how it
+// ended. Otherwise performs the one command in the Segment's cell. A word that is in no table is ignored.
 void ladderSegment(LadderDesk& desk);
 
 }  // namespace kavrel

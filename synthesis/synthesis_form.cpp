@@ -3,7 +3,6 @@
 #include "shell/field_table.h"
 
 namespace kavrel {
-
 namespace {
 
 using R = SynthesisForm;
@@ -15,8 +14,7 @@ constexpr Choice numerators[] = {{"Even sum", NumeratorChoice::even_sum},
                                  {"Even difference", NumeratorChoice::even_difference}};
 constexpr Choice denominators[] = {{"Odd sum", DenominatorChoice::odd_sum},
                                    {"Odd difference", DenominatorChoice::odd_difference}};
-constexpr Choice immittances[] = {{"Impedance", ImmittanceChoice::z},
-                                  {"Admittance", ImmittanceChoice::y}};
+constexpr Choice immittances[] = {{"Impedance", ImmittanceChoice::z}, {"Admittance", ImmittanceChoice::y}};
 constexpr Choice formats[] = {{"Decimal", NumberFormat::decimal}, {"Hexadecimal", NumberFormat::hexadecimal}};
 
 constexpr Field fields[] = {

@@ -55,7 +55,8 @@ public:
         for (const auto& [unknown, value] : rights_) {
             if (places.contains(unknown)) b(places.at(unknown), 0) = value;
         }
-        const Matrix x = Eigen::PartialPivLU<Matrix>(A).solve(b);
+        // With both pivots: a part without a tie to ground may lie at any voltage, and lies at 0.
+        const Matrix x = Eigen::FullPivLU<Matrix>(A).solve(b);
         std::map<int, LongComplex> found;
         for (const auto& [unknown, place] : places) found[unknown] = x(place, 0);
         return found;

@@ -7,6 +7,7 @@ import pathlib
 import re
 import resource
 import shutil
+import signal
 import subprocess
 import sys
 import time
@@ -15,7 +16,7 @@ from random_requests import Draw
 
 top = pathlib.Path(__file__).resolve().parents[2]
 
-# What a mutant is told by: the line's text without its indentation finds it again after code has moved to another file.
+# What identifies a mutant: the line's text without its indentation finds it again after code has moved to another file.
 Mutant = collections.namedtuple("Mutant", "file place kind column old new line")
 
 operators = [
@@ -78,7 +79,7 @@ def lines_of(path):
 
 
 def index_of(tree, folders):
-    """Line texts of the product to the places where they stand: file, row."""
+    """Line texts of the product to the places that have them: file, row."""
     places = collections.defaultdict(list)
     for name in product_files(tree, folders):
         for row, line in enumerate(lines_of(tree / name)):
@@ -97,7 +98,7 @@ def candidates(tree, folders):
 
 
 def locate(places, mutant):
-    """Where the mutant's line stands now: in its file if it is there, else at its place among equal lines; None if it is gone."""
+    """Where the mutant's line is now: in its file if it is there, else at its place among equal lines; None if it is gone."""
     equal = places.get(mutant.line, [])
     same_file = [place for place in equal if place[0] == mutant.file]
     if len(same_file) == 1:
@@ -223,12 +224,13 @@ def main():
     parse = argparse.ArgumentParser(prog="script/mutants")
     parse.add_argument("count", nargs="?", type=int, default=60, help="mutants that are tested (60)")
     parse.add_argument("seed", nargs="?", type=int, default=11, help="of the draw (11)")
-    parse.add_argument("--folders", help="only these, between commas; all but desktop unless told")
-    parse.add_argument("--tree", type=pathlib.Path, default=top, help="the repository that is tested; this one unless told")
+    parse.add_argument("--folders", help="only these, between commas; all but desktop by default")
+    parse.add_argument("--tree", type=pathlib.Path, default=top, help="the repository that is tested; this one by default")
     parse.add_argument("--save", help="appends each mutant with its verdict to this file")
     parse.add_argument("--replay", help="tests the mutants of such a file, instead of drawing")
     parse.add_argument("--own", action="store_true", help="tests of the own folder alone")
     options = parse.parse_args()
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("script/mutants: ended"))  # the mutant is taken back, too
 
     every = list(floors(options.tree))
     folders = options.folders.split(",") if options.folders else [name for name in every if name != "desktop"]

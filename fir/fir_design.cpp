@@ -39,7 +39,7 @@ private:
     WindowLayer& window_;
 };
 
-bool is_filter(const FirTask& task) { return task.JTYPE == jtype_filter; }
+bool is_filter(const FirTask& task) { return task.JTYPE == FirType::filter; }
 
 const char* take_request(const FirRequest& request, FirDraft& draft);
 void bands_of_table(const FirRequest& request, FirDraft& draft);
@@ -59,8 +59,8 @@ FirDesignVerdict remez_design(FirDesk& desk) {
         desk.reporter.message(text, "Error");
         return FirDesignVerdict::refused;
     };
-    if (request.design_method == static_cast<int>(FirMethod::windowed)) return FirDesignVerdict::unbuilt;
-    if (request.design_method != static_cast<int>(FirMethod::equal_ripple)) return refuse("Error in specification");
+    if (request.design_method == FirMethod::windowed) return FirDesignVerdict::unbuilt;
+    if (request.design_method != FirMethod::equal_ripple) return refuse("Error in specification");
 
     const auto draft = std::make_unique<FirDraft>();
     if (const char* wrong = take_request(request, *draft)) return refuse(wrong);
@@ -126,7 +126,7 @@ const char* take_request(const FirRequest& request, FirDraft& draft) {
     for (int i = 1; i <= 2 * bands.NBANDS; ++i) bands.EDGE(i) /= draft.sampling_frequency;
     if (is_filter(task)) {
         take_shape(request, draft.sampling_frequency, task.SHAPE);
-        if (request.specification_type == static_cast<int>(FirSpecification::ripple_in_db)) weights_of_ripples(draft);
+        if (request.specification_type == FirSpecification::ripple_in_db) weights_of_ripples(draft);
     }
     return nullptr;
 }
@@ -148,7 +148,7 @@ void bands_of_table(const FirRequest& request, FirDraft& draft) {
 // The one band of a differentiator or Hilbert transformer.
 void band_of_frequencies(const FirRequest& request, FirDraft& draft) {
     BandTable& bands = draft.task.BANDS;
-    const bool differentiator = draft.task.JTYPE == jtype_differentiator;
+    const bool differentiator = draft.task.JTYPE == FirType::differentiator;
     bands.NBANDS = 1;
     bands.EDGE(1) = differentiator ? 0.0 : request.lower_frequency;
     bands.EDGE(2) = request.upper_frequency;
@@ -189,7 +189,7 @@ void weights_of_ripples(FirDraft& draft) {
 const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter) {
     FirTask& task = draft.task;
     const bool applies = is_filter(task) && task.BANDS.NBANDS == 2 && task.BANDS.FX(1) == 1.0 &&
-                         request.specification_type == static_cast<int>(FirSpecification::ripple_in_db);
+                         request.specification_type == FirSpecification::ripple_in_db;
     if (!applies) return incomplete;
     const double length =
         estimated_fir_length(draft.ripple_db[0], draft.ripple_db[1], task.BANDS.EDGE(3) - task.BANDS.EDGE(2));

@@ -15,9 +15,9 @@ bool shaped(const FirTask& task, int band);
 
 }  // namespace
 
-bool plan_fir(int jtype, int nfilt, FirPlan& plan) {
-    if (jtype < jtype_filter || jtype > jtype_hilbert || nfilt < 1 || nfilt > max_fir_taps) return false;
-    const int neg = jtype == jtype_filter ? 0 : 1;
+bool plan_fir(FirType jtype, int nfilt, FirPlan& plan) {
+    if (jtype < FirType::filter || jtype > FirType::hilbert || nfilt < 1 || nfilt > max_fir_taps) return false;
+    const int neg = jtype == FirType::filter ? 0 : 1;
     const int nodd = nfilt % 2;
     const int nfcns = nfilt / 2 + (nodd == 1 && neg == 0 ? 1 : 0);
     const int least = neg == 1 && nodd == 1 ? 2 : 1;
@@ -28,7 +28,7 @@ bool plan_fir(int jtype, int nfilt, FirPlan& plan) {
 
 double desired(const FirTask& task, double f, int band) {
     const double fx = task.BANDS.FX(band);
-    if (task.JTYPE == jtype_differentiator) return f * fx;
+    if (task.JTYPE == FirType::differentiator) return f * fx;
     if (!shaped(task, band)) return fx;
 
     const auto& freq = task.SHAPE.FIR_FREQ;
@@ -46,7 +46,7 @@ double desired(const FirTask& task, double f, int band) {
 
 double weight(const FirTask& task, double f, int band) {
     const double wtx = task.BANDS.WTX(band);
-    if (task.JTYPE == jtype_differentiator) return task.BANDS.FX(band) >= 0.0001 ? wtx / f : wtx;
+    if (task.JTYPE == FirType::differentiator) return task.BANDS.FX(band) >= 0.0001 ? wtx / f : wtx;
     if (!shaped(task, band)) return wtx;
     const double des = desired(task, f, band);
     return des >= 0.001 ? wtx / des : wtx;

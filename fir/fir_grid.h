@@ -28,10 +28,8 @@ inline constexpr int max_shape_points = 501;
 inline constexpr double fir_two_pi = 6.2831853071796;
 inline constexpr double fir_pi = 3.1415926535898;
 
-// The values of JTYPE.
-inline constexpr int jtype_filter = 1;
-inline constexpr int jtype_differentiator = 2;
-inline constexpr int jtype_hilbert = 3;
+// What is designed. Files hold the numbers.
+enum class FirType : int { unchosen = 0, filter = 1, differentiator = 2, hilbert = 3 };
 
 // [i] coefficient ALPHA(i) of cos(2 pi (i-1) f), i <= NFCNS; 0 above
 using CosineSeries = Table<double, max_fir_functions + 1>;
@@ -53,8 +51,8 @@ struct ShapeTable {
 
 // What a design asks for.
 struct FirTask {
-    int JTYPE = jtype_filter;  // 1 filter, 2 differentiator, 3 Hilbert transformer
-    int NFILT = 0;             // taps, 1 to 512
+    FirType JTYPE = FirType::filter;
+    int NFILT = 0;  // taps, 1 to 512
     BandTable BANDS;
     ShapeTable SHAPE;
 };
@@ -80,12 +78,11 @@ static_assert(std::is_trivially_copyable_v<FirTask> && std::is_trivially_copyabl
               std::is_trivially_copyable_v<FirGrid>);
 
 // Symmetry and number of cosine functions of a design of `nfilt` taps of type `jtype`.
-//   jtype   1 to 3
 //   nfilt   1 to 512
-// False, with `plan` as it was, when either is out of range or when the impulse response cannot be read off the cosine
-// series: an antisymmetric filter of 1 tap has no function at all, one of 3 taps has a single one where the table of H
-// asks for two.
-[[nodiscard]] bool plan_fir(int jtype, int nfilt, FirPlan& plan);
+// False, with `plan` as it was, when the length or the type is none or when the impulse response cannot be read off the
+// cosine series: an antisymmetric filter of 1 tap has no function at all, one of 3 taps has a single one where the
+// table of H asks for two.
+[[nodiscard]] bool plan_fir(FirType jtype, int nfilt, FirPlan& plan);
 
 // Desired response of band `band` at the frequency `f`, not folded.
 //   differentiator              f FX

@@ -16,8 +16,8 @@ constexpr std::size_t label_width = 17;
 std::string stars() { return " " + std::string(70, '*'); }
 
 std::string_view type_text(const FirTask& task, bool length_estimated) {
-    if (task.JTYPE == jtype_differentiator) return "Differentiator";
-    if (task.JTYPE == jtype_hilbert) return "Hilbert transformer";
+    if (task.JTYPE == FirType::differentiator) return "Differentiator";
+    if (task.JTYPE == FirType::hilbert) return "Hilbert transformer";
     return length_estimated ? "Lowpass filter" : "Bandpass filter";
 }
 
@@ -53,7 +53,7 @@ void report_fir_design(const FirTask& task, const FirDesignFigures& figures, con
     report_impulse_response(filter, 1, reporter);
 
     const BandTable& bands = task.BANDS;
-    const bool slope = task.JTYPE == jtype_differentiator;
+    const bool slope = task.JTYPE == FirType::differentiator;
     for (int first = 1; first <= bands.NBANDS; first += columns_of_a_group) {
         const int last = std::min(first + columns_of_a_group - 1, bands.NBANDS);
         std::string head = edit_x(label_width);
@@ -68,7 +68,7 @@ void report_fir_design(const FirTask& task, const FirDesignFigures& figures, con
         row(slope ? "Desired slope" : "Desired value", [&](int j) { return bands.FX(j); });
         row("Weighting", [&](int j) { return bands.WTX(j); });
         row("Deviation", [&](int j) { return static_cast<double>(figures.DEVIAT(j)); });
-        if (task.JTYPE == jtype_filter) {
+        if (task.JTYPE == FirType::filter) {
             row("Deviation in db", [&](int j) { return static_cast<double>(figures.DEVIAT_DB(j)); });
         }
     }

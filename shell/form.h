@@ -7,7 +7,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <vector>
 
 #include "shell/units.h"
@@ -44,10 +43,7 @@ struct Choice {
     constexpr Choice() = default;
     template <class Value>
     constexpr Choice(std::string_view text, Value enumerator, Unit prefix = Unit::none)
-        : label(text),
-          value(static_cast<int>(enumerator)),
-          unit(prefix),
-          type(&type_tag<std::conditional_t<std::is_convertible_v<Value, int>, int, Value>>) {}
+        : label(text), value(static_cast<int>(enumerator)), unit(prefix), type(&type_tag<Value>) {}
 };
 
 struct Column {

@@ -8,7 +8,7 @@ namespace kavrel {
 
 enum class FormChoice : int { lattice = 1, ladder = 2 };
 enum class AutoChoice : int { automatic = 1, manual = 2 };
-enum class DirectionChoice : int { none = 0, forward = 1, reverse = 2 };  // without a choice: automatic
+enum class DirectionChoice : int { unchosen = 0, forward = 1, reverse = 2 };  // without a choice: automatic
 enum class NumeratorChoice : int { even_sum = 1, even_difference = 2 };
 enum class DenominatorChoice : int { odd_sum = 1, odd_difference = 2 };
 enum class ImmittanceChoice : int { z = 1, y = 2 };
@@ -17,7 +17,7 @@ enum class NumberFormat : int { decimal = 1, hexadecimal = 2 };
 struct SynthesisForm {
     FormChoice form = FormChoice::ladder;
     AutoChoice configuration = AutoChoice::automatic;
-    DirectionChoice direction = DirectionChoice::none;
+    DirectionChoice direction = DirectionChoice::unchosen;
     AutoChoice impedance_selection = AutoChoice::automatic;
     NumeratorChoice numerator = NumeratorChoice::even_sum;
     DenominatorChoice denominator = DenominatorChoice::odd_sum;

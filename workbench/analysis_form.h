@@ -9,28 +9,20 @@
 
 namespace kavrel {
 
-// The choices of the form, by the numbers that the record holds.
-struct AnalysisKind {
-    enum { passive_lc = 1, active_rc = 2, iir_digital = 3, microwave = 4, switched_capacitor = 5 };
-};
-struct AnalysisType {
-    enum { low_pass = 1, high_pass = 2, band_pass = 4, band_reject = 5, delay_equalizer = 6 };
-};
-struct AnalysisStructure {
-    enum { cascade = 1, follow_the_leader = 2, leapfrog = 3 };
-};
-struct AnalysisForm {
-    enum { roots = 1, factors = 2 };
-};
+// The choices of the form. Files hold their numbers, 0 where a group was off and nothing was chosen.
+enum class AnalysisKind : int { passive_lc = 1, active_rc = 2, iir_digital = 3, microwave = 4, switched_capacitor = 5 };
+enum class AnalysisType : int { low_pass = 1, high_pass = 2, band_pass = 4, band_reject = 5, delay_equalizer = 6 };
+enum class AnalysisStructure : int { unchosen = 0, cascade = 1, follow_the_leader = 2, leapfrog = 3 };
+enum class AnalysisForm : int { unchosen = 0, roots = 1, factors = 2 };
 
 inline constexpr int section_limit = 25;
 
 // Frequencies are in the user's frequency unit; roots are in hertz.
 struct FilterAnalysisRequest {
-    int analysis_kind = AnalysisKind::passive_lc;
-    int analysis_type = AnalysisType::low_pass;
-    int structure = AnalysisStructure::cascade;
-    int form = AnalysisForm::roots;
+    AnalysisKind analysis_kind = AnalysisKind::passive_lc;
+    AnalysisType analysis_type = AnalysisType::low_pass;
+    AnalysisStructure structure = AnalysisStructure::cascade;
+    AnalysisForm form = AnalysisForm::roots;
     double lower_passband = 0.0;
     double upper_passband = 0.0;              // the edge of a low-pass; the normalisation where there is none
     double sampling_or_qw = 0.0;              // sampling frequency, microwave: quarter-wave frequency

@@ -44,7 +44,7 @@ void FilterItems::list(File& file, Request& r, Units&) {
     file.begin();
     numbers(file, r.lower_passband, r.upper_passband, r.sampling_or_qw);
     whole(file, r.analysis_kind, 1, 5);
-    whole(file, r.analysis_type, AnalysisType::low_pass, AnalysisType::delay_equalizer);
+    whole(file, r.analysis_type, 1, 6);
     file.require(r.analysis_type <= AnalysisType::high_pass || r.analysis_type >= AnalysisType::band_pass);
     whole(file, r.zeros_at_infinity, 0, max_degree);
     choice(file, r.form, 2);

@@ -9,25 +9,13 @@
 
 namespace kavrel {
 
-// The choices of the form, by the numbers that the record holds.
-struct DelayType {
-    enum { max_flat = 1, equal_ripple = 2, equalizer = 3 };
-};
-struct DelayImplementation {
-    enum { lc = 1, active_rc = 2, microwave = 3, iir_digital = 4 };
-};
-struct DelayNetwork {
-    enum { filter = 1, delay_line = 2 };
-};
-struct DelayStopband {
-    enum { equal_min = 1, specified = 2 };
-};
-struct HurwitzType {
-    enum { hurwitz = 1, non_hurwitz = 2 };
-};
-struct SignSelection {
-    enum { automatic = 1, manual = 2 };
-};
+// The choices of the form. Files hold their numbers, 0 where a group was off and nothing was chosen.
+enum class DelayType : int { max_flat = 1, equal_ripple = 2, equalizer = 3 };
+enum class DelayImplementation : int { lc = 1, active_rc = 2, microwave = 3, iir_digital = 4 };
+enum class DelayNetwork : int { unchosen = 0, filter = 1, delay_line = 2 };
+enum class DelayStopband : int { unchosen = 0, equal_min = 1, specified = 2 };
+enum class HurwitzType : int { unchosen = 0, hurwitz = 1, non_hurwitz = 2 };
+enum class SignSelection : int { unchosen = 0, automatic = 1, manual = 2 };
 
 inline constexpr int delay_row_limit = 501;
 inline constexpr int sign_limit = 25;
@@ -37,14 +25,14 @@ inline constexpr int least_delay_rows = 4;  // of an equalizer's table
 
 // Frequencies are in the user's frequency unit, delays in the time unit, terminations in ohm.
 struct DelayRequest {
-    int delay_type = DelayType::max_flat;
-    int implementation = DelayImplementation::lc;
+    DelayType delay_type = DelayType::max_flat;
+    DelayImplementation implementation = DelayImplementation::lc;
     FormList<delay_row_limit, 2> DELAY_DATA;  // what an equalizer is to level: FREQUENCY, DELAY
     double fq_or_fs = 0.0;                    // microwave: quarter-wave frequency; IIR digital: sampling frequency
     double normalization_freq = 0.0;          // of an equalizer
-    int network_type = DelayNetwork::filter;
+    DelayNetwork network_type = DelayNetwork::filter;
     double delay = 0.0;  // of a filter or line
-    int stopband = DelayStopband::equal_min;
+    DelayStopband stopband = DelayStopband::equal_min;
     double end_of_passband = 0.0;  // equal ripple: where the ripple ends
     double start_of_stopband = 0.0;
     int degree = 0;                           // 2 to 40, 0 while none was given
@@ -53,10 +41,10 @@ struct DelayRequest {
     double r1 = 50.0;
     double r2 = 50.0;
     double q_value = 0.0;  // of the elements, 0 lossless
-    int hurwitz = HurwitzType::hurwitz;
-    int selection = SignSelection::automatic;  // of the signs, where not Hurwitz
-    FormList<sign_limit, 1> PLUS_MIN;          // a sign for each factor of f: below 1 its zeros lie to the right
-    double center_frequency = 0.0;             // of the band-pass that it is shifted to, 0 where it stays
+    HurwitzType hurwitz = HurwitzType::hurwitz;
+    SignSelection selection = SignSelection::automatic;  // of the signs, where not Hurwitz
+    FormList<sign_limit, 1> PLUS_MIN;  // a sign for each factor of f: below 1 its zeros lie to the right
+    double center_frequency = 0.0;     // of the band-pass that it is shifted to, 0 where it stays
     bool odd_parametric = false;
     bool save_design = false;
 };

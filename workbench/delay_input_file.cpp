@@ -33,7 +33,7 @@ struct Stored {
     DelayColumn second{};
     std::int32_t rows = 0;
     std::int32_t signs = 0;
-    int delay_type = 0;
+    DelayType delay_type{};
     int odd_parametric = 0;
 };
 Stored stored_of(const DelayRequest& r);

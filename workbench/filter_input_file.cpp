@@ -29,7 +29,8 @@ double zero_scale(const FilterRequest& request, const UnitSet& units) {
 
 namespace {
 
-constexpr int stored_band_pass = 4;
+// As in FilterType; the form has 3.
+constexpr auto stored_band_pass = static_cast<TypeChoice>(4);
 
 template <int Rows>
 using Pairs = std::array<double, static_cast<std::size_t>(2 * Rows)>;
@@ -38,7 +39,7 @@ using RootColumn = std::array<double, finite_zero_limit>;
 // What the file holds in another shape than the request.
 struct Stored {
     double reflection = 0.0;
-    int filter_type = 0;
+    TypeChoice filter_type{};
     int function_rows = 0;
     int odd_parametric = 0;
     Pairs<requirement_limit> requirements{};
@@ -63,7 +64,7 @@ void Items::list(File& file, Request& r, Units& units) {
 
     file.begin();
     whole(file, r.filter_kind, 0, 4);  // 0 while nothing is chosen
-    whole(file, stored.filter_type, 1, stored_band_pass);
+    whole(file, stored.filter_type, 1, 4);
     whole(file, r.passband_type, 1, 4);
     choice(file, r.function_type, 2);
     file.items(stored.function_rows);

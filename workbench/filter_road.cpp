@@ -29,7 +29,7 @@ bool save(Workbench& bench) {
 
 // What OK settles beside the fields themselves.
 void settle(FilterRequest& request, Session& session) {
-    session.design_kind = request.filter_kind;
+    session.design_kind = static_cast<int>(request.filter_kind);
     if (request.filter_kind > FilterKind::microwave) request.zs_parameter = -1;
     if (request.filter_kind == FilterKind::microwave) {
         // Lines have no inductor and capacitor units.
@@ -48,7 +48,8 @@ void design(Workbench& bench) {
     }
     FilterSpec spec = spec_of(request, bench.session.units);
     spec.title.assign(fmt::format("{} {}", new_title, bench.window.date_and_time()));
-    const auto verdict = designFilter(request.filter_kind, spec, bench.filter, bench.session.units, bench.reporter);
+    const auto verdict =
+        designFilter(static_cast<int>(request.filter_kind), spec, bench.filter, bench.session.units, bench.reporter);
     bench.filter_spec = spec;
     if (verdict == FilterDesignVerdict::discontinued) {
         bench.design = DesignOutcome::discontinued;
@@ -136,7 +137,7 @@ FilterSpec spec_of(const FilterRequest& r, const UnitSet& units) {
     const double hz = units.frequency_multiplier;
     FilterSpec spec;
     spec.filterType = r.filter_type == TypeChoice::band_pass ? band_pass : static_cast<FilterType>(r.filter_type);
-    spec.passbandType = static_cast<PassbandType>(r.passband_type - 1);
+    spec.passbandType = static_cast<PassbandType>(static_cast<int>(r.passband_type) - 1);
     spec.bandpassType = static_cast<BandpassType>(r.bandpass_form);
     spec.lowerPassEdge = r.lower_passband * hz;
     spec.upperPassEdge = r.upper_passband * hz;

@@ -10,23 +10,23 @@ namespace {
 
 using R = FirRequest;
 
-constexpr int first_window_with_parameter = 17;
+bool is_windowed(const FirRequest& r) { return r.design_method == FirMethod::windowed; }
 
-bool is_windowed(const FirRequest& r) { return r.design_method == static_cast<int>(FirMethod::windowed); }
+bool has_parameter(const FirRequest& r) { return r.window_type >= FirWindow::kaiser; }
 
 void fir_rules(const FirRequest& r, FieldStates& states) {
     const bool windowed = is_windowed(r);
-    const bool filter = r.fir_type == jtype_filter;
+    const bool filter = r.fir_type == FirType::filter;
     states.off({"fir_type", "specification_type", "details", "shaped_passband"}, windowed);
     states.off({"filter_type", "window_type"}, !windowed);
-    states.off("parameter", !windowed || r.window_type < first_window_with_parameter);
+    states.off("parameter", !windowed || !has_parameter(r));
     // An equal ripple filter takes its frequencies from the band table.
     states.off({"specification_type", "details", "shaped_passband"}, !windowed && !filter);
     states.off({"lower_frequency", "upper_frequency", "sampling_frequency"}, !windowed && filter);
-    states.off("lower_frequency", r.fir_type == jtype_differentiator && !windowed);
-    states.off("lower_frequency", windowed && r.filter_type == 1);
-    states.off("upper_frequency", windowed && r.filter_type == 2);
-    states.off("slope", windowed || r.fir_type != jtype_differentiator);
+    states.off("lower_frequency", r.fir_type == FirType::differentiator && !windowed);
+    states.off("lower_frequency", windowed && r.filter_type == FirFilterType::low_pass);
+    states.off("upper_frequency", windowed && r.filter_type == FirFilterType::high_pass);
+    states.off("slope", windowed || r.fir_type != FirType::differentiator);
 }
 
 std::string_view windowed_message(const FirRequest& r) {
@@ -34,11 +34,12 @@ std::string_view windowed_message(const FirRequest& r) {
     if (!(r.sampling_frequency > 0.0)) return "Sampling frequency missing";
     const double half = r.sampling_frequency / 2.0;
     const auto in_band = [half](double f) { return f > 0.0 && f < half; };
-    const bool good = r.filter_type == 1   ? in_band(r.upper_frequency)
-                      : r.filter_type == 2 ? in_band(r.lower_frequency)
-                                           : in_band(r.lower_frequency) && in_band(r.upper_frequency);
+    const bool good = r.filter_type == FirFilterType::low_pass ? in_band(r.upper_frequency)
+                      : r.filter_type == FirFilterType::high_pass
+                          ? in_band(r.lower_frequency)
+                          : in_band(r.lower_frequency) && in_band(r.upper_frequency);
     if (!good) return "Incorrect frequency band specification";
-    if (r.window_type >= first_window_with_parameter && !(r.parameter > 0.0)) return "Parameter missing";
+    if (has_parameter(r) && !(r.parameter > 0.0)) return "Parameter missing";
     return {};
 }
 
@@ -46,15 +47,15 @@ std::string_view equal_ripple_message(const FirRequest& r) {
     if (r.filter_length == 0 && r.QUADRUPLETS.rows >= 3 && r.QUADRUPLETS(3, 2) != 0.0) {
         return "Only lowpass can have zero length";
     }
-    if (r.fir_type == jtype_filter) {
+    if (r.fir_type == FirType::filter) {
         int positive = 0;
         for (int row = 1; row <= std::min(2, r.QUADRUPLETS.rows); ++row) {
             positive += (r.QUADRUPLETS(row, 1) > 0.0 ? 1 : 0) + (r.QUADRUPLETS(row, 2) > 0.0 ? 1 : 0);
         }
         return positive >= 3 ? "" : "Incorrect frequency band specification";
     }
-    const double product = r.fir_type == jtype_differentiator ? r.upper_frequency * r.sampling_frequency * r.slope
-                                                              : r.lower_frequency * r.sampling_frequency;
+    const double product = r.fir_type == FirType::differentiator ? r.upper_frequency * r.sampling_frequency * r.slope
+                                                                 : r.lower_frequency * r.sampling_frequency;
     return product > 0.0 ? "" : "Missing data";
 }
 
@@ -62,17 +63,37 @@ std::string_view fir_message(const FirRequest& r) {
     return is_windowed(r) ? windowed_message(r) : equal_ripple_message(r);
 }
 
-constexpr Choice methods[] = {{"Equal ripple", 1}, {"Windowed", 2}};
-constexpr Choice types[] = {{"Filter", 1}, {"Differentiator", 2}, {"Hilbert transformer", 3}};
-constexpr Choice specifications[] = {{"Ripple in dB", 1}, {"Weights", 2}};
-constexpr Choice filter_types[] = {{"Lowpass", 1}, {"Highpass", 2}, {"Bandpass", 3}, {"Bandreject", 4}};
-constexpr Choice windows[] = {{"Rectangular", 1},  {"Triangular", 2},       {"Hamming", 3},
-                              {"Hann", 4},         {"Cosine", 5},           {"Cos**3", 6},
-                              {"Cos**4", 7},       {"Blackman", 8},         {"'Exact' Blackman", 9},
-                              {"3-term B-H", 10},  {"3-term 18dB/oct", 11}, {"Opt. 3-term", 12},
-                              {"4-term B-H", 13},  {"4-term 40dB/oct", 14}, {"4-term 18dB/oct", 15},
-                              {"Opt. 4-term", 16}, {"Kaiser", 17},          {"Chebyshev", 18},
-                              {"Gaussian", 19},    {"Taylor", 20},          {"Sampled Kaiser", 21}};
+constexpr Choice methods[] = {{"Equal ripple", FirMethod::equal_ripple}, {"Windowed", FirMethod::windowed}};
+constexpr Choice types[] = {{"Filter", FirType::filter},
+                            {"Differentiator", FirType::differentiator},
+                            {"Hilbert transformer", FirType::hilbert}};
+constexpr Choice specifications[] = {{"Ripple in dB", FirSpecification::ripple_in_db},
+                                     {"Weights", FirSpecification::weights}};
+constexpr Choice filter_types[] = {{"Lowpass", FirFilterType::low_pass},
+                                   {"Highpass", FirFilterType::high_pass},
+                                   {"Bandpass", FirFilterType::band_pass},
+                                   {"Bandreject", FirFilterType::band_reject}};
+constexpr Choice windows[] = {{"Rectangular", FirWindow::rectangular},
+                              {"Triangular", FirWindow::triangular},
+                              {"Hamming", FirWindow::hamming},
+                              {"Hann", FirWindow::hann},
+                              {"Cosine", FirWindow::cosine},
+                              {"Cos**3", FirWindow::cosine_cubed},
+                              {"Cos**4", FirWindow::cosine_fourth},
+                              {"Blackman", FirWindow::blackman},
+                              {"'Exact' Blackman", FirWindow::exact_blackman},
+                              {"3-term B-H", FirWindow::three_term_b_h},
+                              {"3-term 18dB/oct", FirWindow::three_term_18_db},
+                              {"Opt. 3-term", FirWindow::optimal_three_term},
+                              {"4-term B-H", FirWindow::four_term_b_h},
+                              {"4-term 40dB/oct", FirWindow::four_term_40_db},
+                              {"4-term 18dB/oct", FirWindow::four_term_18_db},
+                              {"Opt. 4-term", FirWindow::optimal_four_term},
+                              {"Kaiser", FirWindow::kaiser},
+                              {"Chebyshev", FirWindow::chebyshev},
+                              {"Gaussian", FirWindow::gaussian},
+                              {"Taylor", FirWindow::taylor},
+                              {"Sampled Kaiser", FirWindow::sampled_kaiser}};
 
 constexpr Column band_columns[] = {{"Lower band-edge", Unit::frequency},
                                    {"Upper band-edge", Unit::frequency},

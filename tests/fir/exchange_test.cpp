@@ -66,7 +66,7 @@ struct Design {
 std::unique_ptr<Design> design_of(int jtype, int nfilt, const std::vector<double>& edges, const std::vector<double>& fx,
                                   const std::vector<double>& wtx) {
     auto design = std::make_unique<Design>();
-    design->task.JTYPE = jtype;
+    design->task.JTYPE = static_cast<FirType>(jtype);
     design->task.NFILT = nfilt;
     BandTable& bands = design->task.BANDS;
     bands.NBANDS = static_cast<int>(fx.size());
@@ -198,12 +198,12 @@ TEST(FirGrid, LengthsWithoutACosineSeriesAreRefused) {
     FirPlan plan{.NFCNS = 7, .NODD = 1, .NEG = 1};
     for (const auto& [jtype, taps] :
          {std::pair{2, 1}, {3, 1}, {2, 3}, {3, 3}, {1, 0}, {1, -4}, {1, 513}, {0, 20}, {4, 20}}) {
-        EXPECT_FALSE(plan_fir(jtype, taps, plan)) << jtype << " " << taps;
+        EXPECT_FALSE(plan_fir(static_cast<FirType>(jtype), taps, plan)) << jtype << " " << taps;
     }
     EXPECT_EQ(plan.NFCNS, 7);
-    ASSERT_TRUE(plan_fir(1, 511, plan));
+    ASSERT_TRUE(plan_fir(FirType::filter, 511, plan));
     EXPECT_EQ(plan.NFCNS, 256);
-    ASSERT_TRUE(plan_fir(2, 511, plan));
+    ASSERT_TRUE(plan_fir(FirType::differentiator, 511, plan));
     EXPECT_EQ(plan.NFCNS, 255);
 }
 
@@ -244,7 +244,7 @@ TEST(FirGrid, ShapeIsAPolygonWithItsOddEnds) {
     EXPECT_DOUBLE_EQ(weight(task, 0.0001, 1), 3);  // desired below 0.001
     EXPECT_DOUBLE_EQ(desired(task, 0.2, 2), 0);
     EXPECT_DOUBLE_EQ(weight(task, 0.2, 2), 5);
-    task.JTYPE = 2;
+    task.JTYPE = FirType::differentiator;
     EXPECT_DOUBLE_EQ(desired(task, 0.25, 1), 0.5);
     EXPECT_DOUBLE_EQ(weight(task, 0.25, 1), 12);
     EXPECT_DOUBLE_EQ(weight(task, 0.25, 2), 5);
@@ -280,7 +280,7 @@ TEST(FirGrid, HoldsTenTouchingBandsAtTheGreatestLength) {
     }
     for (const int taps : {510, 511, 512}) {
         const auto d = design_of(1, taps, edges, fx, wtx);
-        ASSERT_TRUE(plan_fir(1, taps, d->plan));
+        ASSERT_TRUE(plan_fir(FirType::filter, taps, d->plan));
         ASSERT_TRUE(make_grid(d->task, d->plan, d->grid));
         EXPECT_GT(d->grid.NGRID, fir_grid_density * d->plan.NFCNS);
         Unwatched unwatched;

@@ -30,7 +30,7 @@ struct FirDesign : testing::Test {
 
     void ask(int length, FirSpecification specification, std::initializer_list<std::array<double, 4>> bands) {
         request.filter_length = length;
-        request.specification_type = static_cast<int>(specification);
+        request.specification_type = specification;
         request.QUADRUPLETS = {};
         for (const auto& band : bands) {
             const int row = ++request.QUADRUPLETS.rows;
@@ -175,7 +175,7 @@ TEST_F(FirDesign, ShapedPassBandFollowsItsPolygon) {
 TEST_F(FirDesign, AntisymmetricTypesAreWhatTheyAreCalled) {
     for (const int length : {30, 31}) {
         request = {};
-        request.fir_type = jtype_differentiator;
+        request.fir_type = FirType::differentiator;
         request.filter_length = length;
         request.sampling_frequency = 10.0;
         request.upper_frequency = length == 30 ? 5.0 : 4.5;
@@ -187,7 +187,7 @@ TEST_F(FirDesign, AntisymmetricTypesAreWhatTheyAreCalled) {
         ASSERT_EQ(taps.size(), static_cast<std::size_t>(length));
         EXPECT_EQ(taps.front(), -taps.back());
         EXPECT_TRUE(told("Desired slope"));
-        request.fir_type = jtype_hilbert;
+        request.fir_type = FirType::hilbert;
         request.lower_frequency = 0.6;
         request.upper_frequency = length == 30 ? 5.0 : 4.4;
         ASSERT_EQ(remez_design(desk), FirDesignVerdict::designed);

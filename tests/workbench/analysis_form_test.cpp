@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "passive/passive_segment.h"
+#include "tests/support/choices.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
 #include "workbench/events.h"
@@ -30,7 +31,9 @@ Names on(const Form& form, const void* record) {
 
 TEST(AnalysisForm, FieldsAreOnForWhatTheFilterNeeds) {
     const struct {
-        int kind, type, structure, form;
+        K kind;
+        T type;
+        int structure, form;
         Names names;
     } rows[] = {
         {K::passive_lc, T::low_pass, 1, 1, {"upper_passband"}},
@@ -64,8 +67,8 @@ TEST(AnalysisForm, FieldsAreOnForWhatTheFilterNeeds) {
         FilterAnalysisRequest r;
         r.analysis_kind = row.kind;
         r.analysis_type = row.type;
-        r.structure = row.structure;
-        r.form = row.form;
+        r.structure = static_cast<AnalysisStructure>(row.structure);
+        r.form = static_cast<AnalysisForm>(row.form);
         Names names = row.names;
         names.insert({"analysis_kind", "analysis_type", "save_analysis"});
         EXPECT_EQ(on(ANALYSIS_DLG, &r), names) << "row " << n++;
@@ -77,7 +80,7 @@ TEST(AnalysisForm, FieldsAreOnForWhatTheFilterNeeds) {
 }
 
 TEST(AnalysisForm, TheEdgeIsTheNormalisationWhereThereIsOne) {
-    const auto label = [](int kind) {
+    const auto label = [](K kind) {
         FilterAnalysisRequest r;
         r.analysis_kind = kind;
         FieldStates states(ANALYSIS_DLG.fields);
@@ -87,7 +90,7 @@ TEST(AnalysisForm, TheEdgeIsTheNormalisationWhereThereIsOne) {
         }
         return std::string_view{};
     };
-    for (const int kind : {K::passive_lc, K::microwave, K::active_rc, K::switched_capacitor}) {
+    for (const K kind : {K::passive_lc, K::microwave, K::active_rc, K::switched_capacitor}) {
         EXPECT_EQ(label(kind), "(Upper) passband/norm.") << kind;
     }
     EXPECT_EQ(label(K::iir_digital), "Upper passband freq");
@@ -95,7 +98,7 @@ TEST(AnalysisForm, TheEdgeIsTheNormalisationWhereThereIsOne) {
 
 TEST(AnalysisForm, ValidatorGoodAndBadSideBySide) {
     const struct {
-        int kind;
+        K kind;
         double quarter_wave;
         const char* wrong;
     } rows[] = {{K::passive_lc, 0.0, ""},
@@ -133,7 +136,8 @@ TEST_F(AnalysisRoad, APassiveFilterOpensItsSegmentOnAnEmptyStore) {
     bench->filter.transfer.poleCount = 5;
     bench->design = DesignOutcome::done;
     const struct {
-        int kind, type;
+        K kind;
+        T type;
         double fa, fb, fnorm, fs;
         CircuitKind circuit;
         const char* title;
@@ -161,7 +165,7 @@ TEST_F(AnalysisRoad, APassiveFilterOpensItsSegmentOnAnEmptyStore) {
         EXPECT_EQ(circuit.fb, row.fb);
         EXPECT_EQ(circuit.fnorm, row.fnorm);
         EXPECT_EQ(circuit.fs, row.fs);
-        EXPECT_EQ(bench->passive.spec.filterType, FilterType{row.type});
+        EXPECT_EQ(bench->passive.spec.filterType, static_cast<FilterType>(row.type));
         EXPECT_FALSE(bench->passive.designed);
         EXPECT_EQ(bench->passive_state.kept.undoCount, 0);
         EXPECT_EQ(bench->filter.transfer.poleCount, 0) << "of the former design";
@@ -171,7 +175,7 @@ TEST_F(AnalysisRoad, APassiveFilterOpensItsSegmentOnAnEmptyStore) {
 }
 
 TEST_F(AnalysisRoad, OtherKindsAreNotImplementedAndChangeNothing) {
-    for (const int kind : {K::active_rc, K::iir_digital, K::switched_capacitor}) {
+    for (const K kind : {K::active_rc, K::iir_digital, K::switched_capacitor}) {
         bench->analysis_request.analysis_kind = kind;
         analyse();
         EXPECT_EQ(window.boxes.back(), "Default: Command not implemented") << kind;

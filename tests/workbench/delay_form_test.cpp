@@ -22,7 +22,7 @@ R with(R r, Change change) {
     return r;
 }
 
-R request_of(int type, int implementation, int network = N::filter, int stopband = S::equal_min) {
+R request_of(T type, I implementation, N network = N::filter, S stopband = S::equal_min) {
     R r;
     r.delay_type = type;
     r.implementation = implementation;
@@ -32,7 +32,7 @@ R request_of(int type, int implementation, int network = N::filter, int stopband
 }
 
 // A request of each family that passes, all its numbers given.
-R good(int type, int implementation, int network = N::filter, int stopband = S::equal_min) {
+R good(T type, I implementation, N network = N::filter, S stopband = S::equal_min) {
     R r = request_of(type, implementation, network, stopband);
     r.delay = 1e-3;
     r.degree = 5;

@@ -12,7 +12,12 @@ namespace kavrel {
 namespace {
 
 struct Choices {
-    int kind, type, passband, function, stopband, form = BandpassChoice::conventional;
+    FilterKind kind;
+    TypeChoice type;
+    PassbandChoice passband;
+    FunctionChoice function;
+    StopbandChoice stopband;
+    BandpassChoice form = BandpassChoice::conventional;
 };
 
 FilterRequest request_of(const Choices& choices) {
@@ -155,7 +160,7 @@ TEST_F(FilterForm, PredistortionIsAskedForWithAPlacerAndAQ) {
 TEST_F(FilterForm, LabelsFollowTheKindAndTheUnit) {
     units.frequency_index = 2;
     units.frequency_multiplier = 1e3;
-    const auto of_kind = [](int kind) { return request_of({kind, T::low_pass, P::max_flat, F::e, S::specified}); };
+    const auto of_kind = [](K kind) { return request_of({kind, T::low_pass, P::max_flat, F::e, S::specified}); };
     EXPECT_EQ(label(of_kind(K::lc), "fq_or_fs"), "Quarter-wave/Sampling freq (KHz)");
     EXPECT_EQ(label(of_kind(K::microwave), "fq_or_fs"), "Quarter-wave frequency (KHz)");
     EXPECT_EQ(label(of_kind(K::iir_digital), "fq_or_fs"), "Sampling frequency (KHz)");
@@ -245,7 +250,7 @@ FilterRequest good_band_pass() {
     return r;
 }
 
-FilterRequest good_placer(int type) {
+FilterRequest good_placer(T type) {
     FilterRequest r = good_band_pass();
     r.filter_type = type;
     r.stopband_type = S::placer;
@@ -253,7 +258,7 @@ FilterRequest good_placer(int type) {
     return r;
 }
 
-FilterRequest good_functional(int stopband) {
+FilterRequest good_functional(S stopband) {
     FilterRequest r = good_low_pass();
     r.passband_type = P::functional;
     r.stopband_type = stopband;
@@ -284,7 +289,7 @@ FilterRequest changed(FilterRequest r, Change change) {
 
 TEST(FilterValidator, GoodAndBadRequests) {
     using R = FilterRequest;
-    const auto kind = [](int k, double fs) { return [=](R& r) { r.filter_kind = k, r.fq_or_fs = fs; }; };
+    const auto kind = [](K k, double fs) { return [=](R& r) { r.filter_kind = k, r.fq_or_fs = fs; }; };
     const struct {
         FilterRequest request;
         const char* wrong;

@@ -105,7 +105,7 @@ TEST(FilterInputFile, GroupsWithNothingChosenComeBackAtTheirFirstChoice) {
     FilterRequest read;
     UnitSet units;
     ASSERT_TRUE(read_filter_input(bytes, read, units));
-    EXPECT_EQ(read.filter_kind, 0) << "a kind that is not chosen is asked for";
+    EXPECT_EQ(read.filter_kind, FilterKind::unchosen) << "a kind that is not chosen is asked for";
     EXPECT_EQ(read.function_type, FunctionChoice::e);
     EXPECT_EQ(read.stopband_type, StopbandChoice::monotonic);
     EXPECT_EQ(read.bandpass_form, BandpassChoice::conventional);

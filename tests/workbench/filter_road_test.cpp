@@ -82,7 +82,7 @@ TEST_F(FilterRoad, ADesignLeavesItsPartsInTheState) {
     EXPECT_EQ(now["x_plane"]["type"], "high_pass");
     EXPECT_EQ(now["terminations"]["requested_ratio"], 1.0);
     EXPECT_EQ(now["terminations"]["nearest_ratio"], 1.0);
-    EXPECT_EQ(bench.session.design_kind, FilterKind::lc);
+    EXPECT_EQ(bench.session.design_kind, 1);
     EXPECT_EQ(bench.session.design_class, std::string_view("filter"));
 }
 
@@ -135,9 +135,9 @@ TEST_F(FilterRoad, AListOfZerosReadFromAPoleZeroFileIsTheDesignAgain) {
 TEST_F(FilterRoad, ParametricBandPassesOfEachKindHaveTheirDegreeEstimated) {
     ask_for_band_pass(request);
     request.bandpass_form = BandpassChoice::parametric;
-    for (int kind = FilterKind::lc; kind <= FilterKind::iir_digital; ++kind) {
-        for (const int stopband : {StopbandChoice::monotonic, StopbandChoice::equal_min}) {
-            request.filter_kind = kind;
+    for (int kind = 1; kind <= 4; ++kind) {
+        for (const StopbandChoice stopband : {StopbandChoice::monotonic, StopbandChoice::equal_min}) {
+            request.filter_kind = static_cast<FilterKind>(kind);
             request.stopband_type = stopband;
             window.boxes.clear();
             design();
@@ -364,7 +364,7 @@ TEST(SpecOfRequest, RootsOfAFunctionBecomeItsFactors) {
     kilohertz.frequency_index = 2;
     settle_units(kilohertz);
     const auto expected = [](double s) { return (s + 0.5) * (s * s + 3.0 * s + 6.25) * (s + 2.5) * (s + 1.0); };
-    for (const int function : {FunctionChoice::e, FunctionChoice::f}) {
+    for (const FunctionChoice function : {FunctionChoice::e, FunctionChoice::f}) {
         r.function_type = function;
         const FilterSpec spec = spec_of(r, kilohertz);
         const bool of_e = function == FunctionChoice::e;

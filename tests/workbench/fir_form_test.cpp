@@ -25,20 +25,20 @@ FirRequest filter_request(std::initializer_list<std::array<double, 4>> rows) {
 
 FirRequest windowed_request(int filter_type, double lower, double upper, double sampling, int window = 3) {
     FirRequest r;
-    r.design_method = 2;
+    r.design_method = FirMethod::windowed;
     r.filter_length = 21;
-    r.filter_type = filter_type;
+    r.filter_type = static_cast<FirFilterType>(filter_type);
     r.lower_frequency = lower;
     r.upper_frequency = upper;
     r.sampling_frequency = sampling;
-    r.window_type = window;
+    r.window_type = static_cast<FirWindow>(window);
     return r;
 }
 
 FirRequest typed_request(int type, double lower, double upper, double sampling, double slope) {
     FirRequest r = windowed_request(1, lower, upper, sampling);
-    r.design_method = 1;
-    r.fir_type = type;
+    r.design_method = FirMethod::equal_ripple;
+    r.fir_type = static_cast<FirType>(type);
     r.slope = slope;
     return r;
 }

@@ -31,7 +31,7 @@ struct FirRoad : testing::Test {
     void ask_for(int length, double pass, double stop, double nyquist) {
         FirRequest& r = bench.fir_request;
         r.filter_length = length;
-        r.specification_type = 2;
+        r.specification_type = FirSpecification::weights;
         r.QUADRUPLETS = {};
         r.QUADRUPLETS.rows = 2;
         const double rows[2][4] = {{0, pass, 1, 1}, {stop, nyquist, 0, 10}};
@@ -84,8 +84,8 @@ TEST_F(FirRoad, WhatFailsLeavesTheFormerDesign) {
     EXPECT_TRUE(refused([](FirRequest& r) { r.QUADRUPLETS(2, 3) = std::nan(""); }, "Error: Error in input data"));
     EXPECT_TRUE(refused([](FirRequest& r) { r.filter_length = 513; }, "Error: Error in input data"));
     EXPECT_TRUE(refused([](FirRequest& r) { r.filter_length = 0; }, "Error: Incomplete specification"));
-    EXPECT_TRUE(refused([](FirRequest& r) { r.design_method = 7; }, "Error: Error in specification"));
-    for (const int type : {2, 3}) {
+    EXPECT_TRUE(refused([](FirRequest& r) { r.design_method = FirMethod{7}; }, "Error: Error in specification"));
+    for (const FirType type : {FirType::differentiator, FirType::hilbert}) {
         const auto antisymmetric = [type](int length, double upper) {
             return [=](FirRequest& r) {
                 r.fir_type = type;

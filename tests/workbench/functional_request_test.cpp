@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/choices.h"
 #include "tests/support/fake_window.h"
 #include "workbench/filter_road.h"
 
@@ -25,7 +26,7 @@ struct FunctionalRequest : testing::Test {
             << (window.boxes.empty() ? window.lines.back() : window.boxes.back());
     }
 
-    void ask_for_elliptic(int filter_type) {
+    void ask_for_elliptic(TypeChoice filter_type) {
         request = {};
         request.filter_type = filter_type;
         request.passband_type = PassbandChoice::equal_ripple;
@@ -74,8 +75,8 @@ struct FunctionalRequest : testing::Test {
 };
 
 TEST_F(FunctionalRequest, PolesTypedInComeOutAgain) {
-    for (const int type : {TypeChoice::low_pass, TypeChoice::high_pass, TypeChoice::band_pass}) {
-        for (const int kind : {FilterKind::lc, FilterKind::active_rc}) {
+    for (const TypeChoice type : {TypeChoice::low_pass, TypeChoice::high_pass, TypeChoice::band_pass}) {
+        for (const FilterKind kind : {FilterKind::lc, FilterKind::active_rc}) {
             ask_for_elliptic(type);
             request.filter_kind = kind;
             design();
@@ -89,7 +90,7 @@ TEST_F(FunctionalRequest, PolesTypedInComeOutAgain) {
 
 // The zeros that give the stopband of an elliptic filter equal minima are its own.
 TEST_F(FunctionalRequest, EqualMinimaFindsTheZerosThatThePolesBelongTo) {
-    for (const int type : {TypeChoice::low_pass, TypeChoice::high_pass}) {
+    for (const TypeChoice type : {TypeChoice::low_pass, TypeChoice::high_pass}) {
         ask_for_elliptic(type);
         request.lower_stop_loss = request.upper_stop_loss = 55.0;
         design();

@@ -30,7 +30,8 @@ struct Design {
     void (*ask)(FilterRequest& request);
 };
 
-void low_pass(FilterRequest& r, int passband, double edge, double ripple, double stop, double loss, int stopband) {
+void low_pass(FilterRequest& r, PassbandChoice passband, double edge, double ripple, double stop, double loss,
+              StopbandChoice stopband) {
     r.filter_type = TypeChoice::low_pass;
     r.passband_type = passband;
     r.upper_passband = edge;
@@ -39,14 +40,16 @@ void low_pass(FilterRequest& r, int passband, double edge, double ripple, double
     r.upper_stop_loss = loss;
     r.stopband_type = stopband;
 }
-void high_pass(FilterRequest& r, int passband, double edge, double ripple, double stop, double loss, int stopband) {
+void high_pass(FilterRequest& r, PassbandChoice passband, double edge, double ripple, double stop, double loss,
+               StopbandChoice stopband) {
     low_pass(r, passband, 0, ripple, 0, 0, stopband);
     r.filter_type = TypeChoice::high_pass;
     r.lower_passband = edge;
     r.lower_stopband = stop;
     r.lower_stop_loss = loss;
 }
-void band_pass(FilterRequest& r, int passband, double low, double high, double ripple, double loss, int stopband) {
+void band_pass(FilterRequest& r, PassbandChoice passband, double low, double high, double ripple, double loss,
+               StopbandChoice stopband) {
     low_pass(r, passband, high, ripple, high * 1.3, loss, stopband);
     r.filter_type = TypeChoice::band_pass;
     r.lower_passband = low;
@@ -62,10 +65,10 @@ void zeros(FilterRequest& r, std::initializer_list<std::pair<double, double>> li
     }
 }
 
-constexpr int flat = PassbandChoice::max_flat;
-constexpr int ripple = PassbandChoice::equal_ripple;
-constexpr int monotonic = StopbandChoice::monotonic;
-constexpr int minima = StopbandChoice::equal_min;
+constexpr auto flat = PassbandChoice::max_flat;
+constexpr auto ripple = PassbandChoice::equal_ripple;
+constexpr auto monotonic = StopbandChoice::monotonic;
+constexpr auto minima = StopbandChoice::equal_min;
 
 const Design designs[] = {
     {"Butterworth 3", 4e3, [](FilterRequest& r) { low_pass(r, flat, 1e3, 3.0103, 4e3, 35, monotonic); }},

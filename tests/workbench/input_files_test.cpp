@@ -112,11 +112,11 @@ void fill_equalizer(Workbench& bench) {
 
 void fill_fir(Workbench& bench) {
     FirRequest& r = bench.fir_request;
-    r.design_method = 2;
+    r.design_method = FirMethod::windowed;
     r.filter_length = 21;
     r.upper_frequency = 1.0;
     r.sampling_frequency = 5.0;
-    r.window_type = 21;
+    r.window_type = FirWindow::sampled_kaiser;
     r.parameter = 60.0;
     fill(r.QUADRUPLETS, 10);
     fill(r.shape, 501);
@@ -430,7 +430,7 @@ TEST(DelayInputFile, AWriterWithoutATypeOfDelayMeansAnEqualizerByItsTable) {
         std::memcpy(bytes.data() + bytes.size() - 56 - 8 - 4, &spare, sizeof spare);
         DelayRequest read;
         UnitSet units;
-        return read_delay_input(bytes, read, units) ? read.delay_type : -1;
+        return read_delay_input(bytes, read, units) ? read.delay_type : DelayType{-1};
     };
     EXPECT_EQ(read_type(bench->delay_request), DelayType::equalizer);
     bench->delay_request.DELAY_DATA = {};

@@ -19,19 +19,9 @@ constexpr double lossy_ratio = 1.001;  // of the terminations of a lossy filter 
 constexpr double default_resistance = 50.0;
 constexpr double equal_within = 1e-6;
 
-struct Entry {
-    int code;
-    char letter;
-    Medium medium;
-};
-constexpr Entry entries[] = {{EntryCode::passive_lc, 'P', lumped},
-                             {EntryCode::microwave, 'M', microwave},
-                             {EntryCode::active_rc, 'A', lumped},
-                             {EntryCode::iir_digital, 'I', sampled_data}};
-
-bool take_entry(int entry_code, FilterSpec& spec);
-void settle_terminations(FilterSpec& spec);
-void settle_symmetry(FilterSpec& spec);
+void take_kind(const FilterKindRow& kind, FilterSpec& spec);
+void settle_terminations(const FilterKindRow& kind, FilterSpec& spec);
+void settle_symmetry(const FilterKindRow& kind, FilterSpec& spec);
 bool is_specified(const FilterSpec& spec);
 bool a_zero_is_beyond_the_medium(const FilterSpec& spec);
 ApproximationFault fault_of_steep_slope(const FilterSpec& spec);
@@ -72,15 +62,17 @@ std::string with_number(std::string text, int number);
 
 }  // namespace
 
-FilterDesignVerdict designFilter(int entry_code, FilterSpec& spec, FilterDesign& design, const UnitSet& units,
+FilterDesignVerdict designFilter(FilterKind kind, FilterSpec& spec, FilterDesign& design, const UnitSet& units,
                                  Reporter& reporter) {
     spec.designError = 1;
-    if (!take_entry(entry_code, spec)) {
+    const FilterKindRow* row = find_kind(kind);
+    if (row == nullptr) {
         reporter.message("Implementation is unknown", "Error");
         return FilterDesignVerdict::discontinued;
     }
-    settle_terminations(spec);
-    settle_symmetry(spec);
+    take_kind(*row, spec);
+    settle_terminations(*row, spec);
+    settle_symmetry(*row, spec);
     if (!is_specified(spec)) {
         reporter.message("Incorrect or inadequate specification", "Fatal error");
         return FilterDesignVerdict::discontinued;
@@ -111,22 +103,19 @@ FilterDesignVerdict designFilter(int entry_code, FilterSpec& spec, FilterDesign&
 
 namespace {
 
-bool take_entry(int entry_code, FilterSpec& spec) {
-    const auto entry = std::ranges::find(entries, entry_code, &Entry::code);
-    if (entry == std::end(entries)) return false;
-    spec.implementation = entry->letter;
-    spec.medium = entry->medium;
+void take_kind(const FilterKindRow& kind, FilterSpec& spec) {
+    spec.implementation = kind.letter;
+    spec.medium = kind.medium;
     if (spec.medium == microwave) spec.sampleFrequency *= 2.0;
     if (spec.medium == lumped) spec.sampleFrequency = 0.0;
-    return true;
 }
 
 // Losses and equal terminations exclude each other; without R1 the filter is driven from R2 as its single termination.
-void settle_terminations(FilterSpec& spec) {
+void settle_terminations(const FilterKindRow& kind, FilterSpec& spec) {
     double& R1 = spec.sourceResistance;
     double& R2 = spec.loadResistance;
     if (spec.predistortionQ != 0.0 && R1 == R2) R2 = lossy_ratio * R1;
-    if (spec.implementation == 'A' || spec.implementation == 'I') {
+    if (!kind.terminated) {
         R1 = 1.0;
         R2 = 0.0;
     } else if (R1 == 0.0) {
@@ -137,9 +126,9 @@ void settle_terminations(FilterSpec& spec) {
 
 // A ladder ends in a branch for a zero at infinity, at zero or of a unit element; cascades and digital filters do not
 // ask for one.
-void settle_symmetry(FilterSpec& spec) {
+void settle_symmetry(const FilterKindRow& kind, FilterSpec& spec) {
     if (spec.symmetryFlag != 0) return;
-    if (spec.implementation == 'A' || spec.implementation == 'I') {
+    if (!kind.terminated) {
         spec.symmetryFlag = -1;
         return;
     }

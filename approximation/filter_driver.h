@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "approximation/approximate.h"
+#include "approximation/filter_kinds.h"
 #include "approximation/filter_spec.h"
 #include "approximation/x_plane.h"
 #include "shell/reporter.h"
@@ -25,11 +26,6 @@ enum class FilterDesignVerdict {
     discontinued,  // reported in a box or a line
 };
 
-// Entry codes of the implementations.
-struct EntryCode {
-    enum { passive_lc = 1, microwave = 2, active_rc = 3, iir_digital = 4 };
-};
-
 // Frequencies of a sampled or microwave filter that its medium cannot serve.
 inline constexpr std::string_view sampling_too_low = "Sampling frequency too low";
 inline constexpr std::string_view quarter_wave_too_low = "Quarter-wave frequency too low";
@@ -40,7 +36,7 @@ inline constexpr std::string_view quarter_wave_too_low = "Quarter-wave frequency
 // frequency (and twice that afterwards). Designed: `spec` holds the degree, counts, zeros and losses that were found,
 // frequencies in Hz as typed, a shifted band-pass in place of its low-pass; `design` is new and the report is written.
 // Discontinued: spec.designError is set, `design` stays as it was.
-[[nodiscard]] FilterDesignVerdict designFilter(int entry_code, FilterSpec& spec, FilterDesign& design,
+[[nodiscard]] FilterDesignVerdict designFilter(FilterKind kind, FilterSpec& spec, FilterDesign& design,
                                                const UnitSet& units, Reporter& reporter);
 
 }  // namespace kavrel

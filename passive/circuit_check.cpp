@@ -6,6 +6,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "approximation/filter_kinds.h"
 #include "circuit/branch_kinds.h"
 #include "shell/fields.h"
 
@@ -114,12 +115,11 @@ bool canonical(std::int32_t word) {
 }
 
 bool sound_spec(const FilterSpec& spec) {
-    constexpr std::string_view implementations = "PMAI";
     const bool choices =
         within(spec.filterType, low_pass, band_pass) && within(spec.passbandType, maximally_flat, sloping_passband) &&
         within(spec.bandpassType, conventional, impedance_matching) &&
         within(spec.stopbandType, monotonic_stopband, functional_stopband) && within(spec.medium, lumped, microwave) &&
-        implementations.find(spec.implementation) != std::string_view::npos;
+        find_kind(spec.implementation) != nullptr;
     return choices && counts_fit(spec) && within(spec.degree, 0, max_degree);
 }
 

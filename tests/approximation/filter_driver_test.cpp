@@ -29,14 +29,14 @@ struct FilterDriver : testing::Test {
             "loadResistance 50 " +
             change);
     }
-    FilterDesignVerdict run(FilterSpec& spec, int entry = EntryCode::passive_lc) {
+    FilterDesignVerdict run(FilterSpec& spec, FilterKind kind = FilterKind::lc) {
         window.lines.clear();
         window.boxes.clear();
-        return designFilter(entry, spec, *design, {}, reporter);
+        return designFilter(kind, spec, *design, {}, reporter);
     }
-    FilterSpec designed(const std::string& change, int entry = EntryCode::passive_lc) {
+    FilterSpec designed(const std::string& change, FilterKind kind = FilterKind::lc) {
         FilterSpec spec = asked(change);
-        EXPECT_EQ(run(spec, entry), FilterDesignVerdict::designed) << change;
+        EXPECT_EQ(run(spec, kind), FilterDesignVerdict::designed) << change;
         return spec;
     }
     [[nodiscard]] bool reports(std::string_view text) const {
@@ -49,26 +49,26 @@ struct FilterDriver : testing::Test {
 
 TEST_F(FilterDriver, TerminationsAndSymmetryFollowTheImplementation) {
     const struct {
-        int entry;
+        FilterKind kind;
         const char* change;
         double R1, R2;
         int symmetry;
         char letter;
     } rows[] = {
-        {EntryCode::passive_lc, "", 50, 50, 1, 'P'},
-        {EntryCode::passive_lc, "symmetryFlag -1", 50, 50, -1, 'P'},
-        {EntryCode::passive_lc, "loadResistance 75", 50, 75, 0, 'P'},
-        {EntryCode::passive_lc, "sourceResistance 0 loadResistance 0", 50, 0, 0, 'P'},
-        {EntryCode::passive_lc, "sourceResistance 0 loadResistance 75", 75, 0, 0, 'P'},
-        {EntryCode::passive_lc, "sourceResistance 75 loadResistance 0", 75, 0, 0, 'P'},
-        {EntryCode::passive_lc, "predistortionQ 100", 50, 50.05, 0, 'P'},
-        {EntryCode::active_rc, "", 1, 0, -1, 'A'},
-        {EntryCode::iir_digital, "sourceResistance 0 loadResistance 0", 1, 0, -1, 'I'},
-        {EntryCode::microwave, "", 50, 50, 1, 'M'},
+        {FilterKind::lc, "", 50, 50, 1, 'P'},
+        {FilterKind::lc, "symmetryFlag -1", 50, 50, -1, 'P'},
+        {FilterKind::lc, "loadResistance 75", 50, 75, 0, 'P'},
+        {FilterKind::lc, "sourceResistance 0 loadResistance 0", 50, 0, 0, 'P'},
+        {FilterKind::lc, "sourceResistance 0 loadResistance 75", 75, 0, 0, 'P'},
+        {FilterKind::lc, "sourceResistance 75 loadResistance 0", 75, 0, 0, 'P'},
+        {FilterKind::lc, "predistortionQ 100", 50, 50.05, 0, 'P'},
+        {FilterKind::active_rc, "", 1, 0, -1, 'A'},
+        {FilterKind::iir_digital, "sourceResistance 0 loadResistance 0", 1, 0, -1, 'I'},
+        {FilterKind::microwave, "", 50, 50, 1, 'M'},
     };
     for (const auto& row : rows) {
         const FilterSpec spec =
-            designed(std::string("specified_zeros zerosAtInfinity 3 sampleFrequency 8000 ") + row.change, row.entry);
+            designed(std::string("specified_zeros zerosAtInfinity 3 sampleFrequency 8000 ") + row.change, row.kind);
         EXPECT_EQ(spec.sourceResistance, row.R1) << row.letter << row.change;
         EXPECT_DOUBLE_EQ(spec.loadResistance, row.R2) << row.letter << row.change;
         EXPECT_EQ(spec.symmetryFlag, row.symmetry) << row.letter << row.change;
@@ -92,7 +92,7 @@ TEST_F(FilterDriver, EveryRefusalIsReportedAndLeavesTheFormerDesign) {
     const std::string low_at_infinity = "Error: Multiplicity at infinity too low for given slope";
     const struct {
         std::string text, change;
-        int entry = EntryCode::passive_lc;
+        FilterKind kind = FilterKind::lc;
     } rows[] = {
         // the driver
         {"Error: Implementation is unknown", low, 7},
@@ -100,13 +100,13 @@ TEST_F(FilterDriver, EveryRefusalIsReportedAndLeavesTheFormerDesign) {
         {inadequate, low + "monotonic_stopband stopbandLoss 0"},
         {inadequate, low + "monotonic_stopband upperStopEdge 1000"},
         {inadequate, low + "high_pass equal_minima lowerPassEdge 1000 lowerStopEdge 1001"},
-        {"Error: Sampling frequency too low", low + "sampleFrequency 5000 FZI 1500 2500", EntryCode::iir_digital},
-        {"Error: Quarter-wave frequency too low", low + "sampleFrequency 2500 FZI -2500", EntryCode::microwave},
+        {"Error: Sampling frequency too low", low + "sampleFrequency 5000 FZI 1500 2500", FilterKind::iir_digital},
+        {"Error: Quarter-wave frequency too low", low + "sampleFrequency 2500 FZI -2500", FilterKind::microwave},
         {low_at_zero, band + "sloping_passband stopbandLoss -1e300"},
         {low_at_infinity, band + "sloping_passband stopbandLoss 1e12"},
         // the check of the request
         {"Error: Cut-off frequency(ies) not specified,\ndesign discontinued", low + "upperPassEdge 0"},
-        {"Cut-off frequency(ies) not specified,", low + "sampleFrequency 2000", EntryCode::iir_digital},
+        {"Cut-off frequency(ies) not specified,", low + "sampleFrequency 2000", FilterKind::iir_digital},
         {"Cut-off frequency(ies) not specified,", band + "lowerPassEdge 1001"},
         {"Passband edge frequencies equal,", band + "lowerPassEdge 1000"},
         {"Error: Filter type is incorrect,\ndesign discontinued", low + "filterType 5"},
@@ -164,15 +164,15 @@ TEST_F(FilterDriver, EveryRefusalIsReportedAndLeavesTheFormerDesign) {
                    "flatLoss 1e5"},
         {" **** design discontinued ****", low + "predistortionQ 1"},  // by the answer
         // the shift to a centre
-        {"Band center frequency is too low", low + "centerFrequency 3000 FZI 3000", EntryCode::active_rc},
-        {"Center frequency too low, no shifted bandpass", low + "centerFrequency 2000", EntryCode::active_rc},
-        {"Degree too high, no shifted bandpass", low + "centerFrequency 1e5 zerosAtInfinity 26", EntryCode::active_rc},
+        {"Band center frequency is too low", low + "centerFrequency 3000 FZI 3000", FilterKind::active_rc},
+        {"Center frequency too low, no shifted bandpass", low + "centerFrequency 2000", FilterKind::active_rc},
+        {"Degree too high, no shifted bandpass", low + "centerFrequency 1e5 zerosAtInfinity 26", FilterKind::active_rc},
         {"Degree too high, no shifted bandpass", low + "centerFrequency 1e5 zerosAtInfinity 25 odd_parametric 1",
-         EntryCode::active_rc},
+         FilterKind::active_rc},
     };
     for (const auto& row : rows) {
         FilterSpec spec = asked(row.change);
-        EXPECT_EQ(run(spec, row.entry), FilterDesignVerdict::discontinued) << row.change;
+        EXPECT_EQ(run(spec, row.kind), FilterDesignVerdict::discontinued) << row.change;
         EXPECT_TRUE(reports(row.text)) << row.change;
         EXPECT_NE(spec.designError, 0) << row.change;
         EXPECT_EQ(design->transfer.POLES_RE(1), pole);
@@ -199,7 +199,7 @@ TEST_F(FilterDriver, EqualMinimaOfALadderLeaveZerosAtItsEnds) {
         for (const std::string passband : {" maximally_flat", " equal_ripple"}) {
             const std::string change =
                 edges + passband + " equal_minima bandEdgeLoss 0.1 upperStopLoss 40 loadResistance 0";
-            const FilterSpec active = designed(change, EntryCode::active_rc), ladder = designed(change);
+            const FilterSpec active = designed(change, FilterKind::active_rc), ladder = designed(change);
             const int prototype = type == band_pass ? ladder.degree / 2 : ladder.degree;
             const int at_each_end = prototype % 2 == 0 ? 2 : 1;
             EXPECT_EQ(ladder.zerosAtZero, type == low_pass ? 0 : at_each_end);
@@ -242,11 +242,11 @@ TEST_F(FilterDriver, TheUserMayStop) {
 // A shifted low-pass has each of its poles at plus the centre, and the conjugates; its loss at the centre is the least.
 TEST_F(FilterDriver, AShiftedBandHasThePolesOfTheLowPassAroundItsCentre) {
     const double centre = 2.0 * std::numbers::pi * 20e3;
-    const FilterSpec low = designed("equal_minima", EntryCode::active_rc);
+    const FilterSpec low = designed("equal_minima", FilterKind::active_rc);
     const TransferFunction prototype = design->transfer;
     for (const bool odd : {false, true}) {
         const FilterSpec band = designed(
-            std::string("equal_minima centerFrequency 20e3 odd_parametric ") + (odd ? "1" : "0"), EntryCode::active_rc);
+            std::string("equal_minima centerFrequency 20e3 odd_parametric ") + (odd ? "1" : "0"), FilterKind::active_rc);
         const TransferFunction& shifted = design->transfer;
         EXPECT_EQ(band.filterType, band_pass);
         EXPECT_EQ(band.degree, 2 * low.degree + (odd ? 1 : 0));

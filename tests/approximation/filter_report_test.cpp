@@ -35,7 +35,7 @@ constexpr const char* band =
 
 struct Case {
     const char* name;
-    int entry;
+    FilterKind kind;
     const char* base;
     const char* change;
     int frequency_index = 1;
@@ -45,39 +45,39 @@ struct Case {
 void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
 
 constexpr Case cases[] = {
-    {"butterworth_lowpass", EntryCode::passive_lc, low, "bandEdgeLoss 3 upperStopEdge 3000"},
-    {"chebyshev_highpass_return_loss", EntryCode::passive_lc,
+    {"butterworth_lowpass", FilterKind::lc, low, "bandEdgeLoss 3 upperStopEdge 3000"},
+    {"chebyshev_highpass_return_loss", FilterKind::lc,
      "high_pass equal_ripple lowerPassEdge 1e6 lowerStopEdge 5e5",
      "reflectionInput 20 bandEdgeLoss 0.0436480540245 stopbandLoss 50 sourceResistance 50 loadResistance 50", 3},
-    {"elliptic_lowpass_even", EntryCode::passive_lc, low,
+    {"elliptic_lowpass_even", FilterKind::lc, low,
      "equal_ripple equal_minima reflectionInput -15 bandEdgeLoss 0.0988196 stopbandLoss 50"},
-    {"zeros_shifted_lowpass", EntryCode::passive_lc, low,
+    {"zeros_shifted_lowpass", FilterKind::lc, low,
      "equal_ripple specified_zeros zerosAtInfinity 2 FZR 0 700 500 FZI 1600 0 1200"},
-    {"elliptic_bandpass", EntryCode::passive_lc, band,
+    {"elliptic_bandpass", FilterKind::lc, band,
      "equal_ripple equal_minima lowerStopEdge 58e3 upperStopEdge 71e3 stopbandLoss 60 upperStopLoss 50", 2},
-    {"odd_bandpass_reset", EntryCode::active_rc, band, "specified_zeros zerosAtZero 2 zerosAtInfinity 3", 2},
-    {"digital_bandpass", EntryCode::iir_digital, band,
+    {"odd_bandpass_reset", FilterKind::active_rc, band, "specified_zeros zerosAtZero 2 zerosAtInfinity 3", 2},
+    {"digital_bandpass", FilterKind::iir_digital, band,
      "equal_ripple lowerStopEdge 50e3 upperStopEdge 80e3 stopbandLoss 30 upperStopLoss 40 sampleFrequency 200e3"},
-    {"microwave_lowpass", EntryCode::microwave, low,
+    {"microwave_lowpass", FilterKind::microwave, low,
      "equal_ripple specified_zeros upperPassEdge 1e9 sampleFrequency 3e9 zerosAtInfinity 2 unitElements 3", 4},
-    {"microwave_bandpass_freal", EntryCode::microwave, band,
+    {"microwave_bandpass_freal", FilterKind::microwave, band,
      "specified_zeros parametric lowerPassEdge 1e9 upperPassEdge 2e9 sampleFrequency 4e9 zerosAtZero 3 "
      "zerosAtInfinity 2 unitElements 1",
      4},
-    {"functional_e_rescaled", EntryCode::active_rc, "functional_passband functional_stopband upperPassEdge 1000",
+    {"functional_e_rescaled", FilterKind::active_rc, "functional_passband functional_stopband upperPassEdge 1000",
      "zerosAtInfinity 3 denominatorFactors 3 9 3"},
-    {"functional_f_highpass", EntryCode::passive_lc,
+    {"functional_f_highpass", FilterKind::lc,
      "high_pass functional_passband functional_stopband lowerPassEdge 1000",
      "zerosAtZero 3 functionMultiplier 2 numeratorFactors 0 2 sourceResistance 50 loadResistance 50"},
-    {"sloped_bandpass", EntryCode::passive_lc, band,
+    {"sloped_bandpass", FilterKind::lc, band,
      "sloping_passband specified_zeros stopbandLoss -4 flatLoss 0.5 zerosAtZero 4 zerosAtInfinity 2", 2},
-    {"matching_bandpass", EntryCode::passive_lc, band,
+    {"matching_bandpass", FilterKind::lc, band,
      "equal_ripple impedance_matching lowerPassEdge 40e6 upperPassEdge 80e6 loadResistance 300", 3},
-    {"predistortion_question", EntryCode::passive_lc, low, "equal_ripple predistortionQ 3 upperStopEdge 2000", 1, 2},
-    {"shifted_bandpass", EntryCode::active_rc, low,
+    {"predistortion_question", FilterKind::lc, low, "equal_ripple predistortionQ 3 upperStopEdge 2000", 1, 2},
+    {"shifted_bandpass", FilterKind::active_rc, low,
      "equal_minima upperStopEdge 3000 centerFrequency 20e3 odd_parametric 1"},
-    {"degree_specified", EntryCode::passive_lc, low, "equal_ripple equal_minima degree 5"},
-    {"degree_too_high", EntryCode::passive_lc, low, "upperStopEdge 1100"},
+    {"degree_specified", FilterKind::lc, low, "equal_ripple equal_minima degree 5"},
+    {"degree_too_high", FilterKind::lc, low, "upperStopEdge 1100"},
 };
 
 class FilterReport : public testing::TestWithParam<Case> {};
@@ -95,7 +95,7 @@ TEST_P(FilterReport, ReadsAsItWasReadThroughOnce) {
     FilterSpec spec = request(c.change, request(c.base));
     spec.title = "<New Filter> 2026-01-01";
     const auto design = std::make_unique<FilterDesign>();
-    static_cast<void>(designFilter(c.entry, spec, *design, units, reporter));
+    static_cast<void>(designFilter(c.kind, spec, *design, units, reporter));
 
     // The head of a golden file, lines that begin with '#', is no part of the report.
     const std::string file = TEST_DATA "/approximation/reports/" + std::string(c.name) + ".txt";

@@ -19,6 +19,57 @@ namespace {
 constexpr int first_menu_id = 129;
 constexpr int last_menu_id = 1199;
 
+// An item and the Segment that it belongs to.
+struct Place {
+    const Room* room = nullptr;
+    const MenuItem* item = nullptr;
+};
+
+void refresh(Session& session);
+Place place_of(int item_id);
+bool perform(Workbench& bench, const Room& room, const MenuItem& item);
+void help(Workbench& bench);
+
+}  // namespace
+
+int dispatch_event(Workbench& bench, int item_id) {
+    refresh(bench.session);
+    const Place place = place_of(item_id);
+    if (place.item != nullptr && perform(bench, *place.room, *place.item)) return -1;
+    if (item_id == help_event) {
+        help(bench);
+        return -1;
+    }
+    const bool of_menus = item_id >= first_menu_id && item_id <= last_menu_id;
+    if (!of_menus && bench.window.own_event(item_id)) return 0;
+    not_implemented(bench);
+    return -1;
+}
+
+void open_stored_filter(Workbench& bench, std::string_view name) {
+    const Room* room = name.empty() ? nullptr : room_of_file(name.back());
+    if (room == nullptr) {
+        bench.reporter.message("File is no stored filter", "Error");
+        return;
+    }
+    if (!room->commands().performs("read")) {
+        not_implemented(bench);
+        return;
+    }
+    const auto kept = decltype(bench.session.filter_file)(name);
+    const std::string_view refusal = room->file_refusal == nullptr ? "" : room->file_refusal(kept.trimmed());
+    if (!refusal.empty()) {
+        bench.reporter.message(refusal, "Error");
+        return;
+    }
+    bench.session.filter_file = kept;
+    enter_segment(bench, room->id);
+    bench.session.entry(room->id) = room->recall_entry;
+    send_command(bench, *room, "read", nullptr);
+}
+
+namespace {
+
 void view_text_file(Workbench& bench) {
     const std::string name = bench.window.choose_file(
         {.caption = "Select a file name", .description = "Text files", .filter = "*.txt;*.tab;*.ckt;*.*"});
@@ -124,12 +175,6 @@ void refresh(Session& session) {
     session.time_scale = session.units.time_multiplier;
 }
 
-// An item and the Segment that it belongs to.
-struct Place {
-    const Room* room = nullptr;
-    const MenuItem* item = nullptr;
-};
-
 Place place_of(int item_id) {
     for (std::size_t i = 0; i < segment_count; ++i) {
         const Room& room = room_of(static_cast<SegmentId>(i));
@@ -154,41 +199,5 @@ bool perform(Workbench& bench, const Room& room, const MenuItem& item) {
 }
 
 }  // namespace
-
-int dispatch_event(Workbench& bench, int item_id) {
-    refresh(bench.session);
-    const Place place = place_of(item_id);
-    if (place.item != nullptr && perform(bench, *place.room, *place.item)) return -1;
-    if (item_id == help_event) {
-        help(bench);
-        return -1;
-    }
-    const bool of_menus = item_id >= first_menu_id && item_id <= last_menu_id;
-    if (!of_menus && bench.window.own_event(item_id)) return 0;
-    not_implemented(bench);
-    return -1;
-}
-
-void open_stored_filter(Workbench& bench, std::string_view name) {
-    const Room* room = name.empty() ? nullptr : room_of_file(name.back());
-    if (room == nullptr) {
-        bench.reporter.message("File is no stored filter", "Error");
-        return;
-    }
-    if (!room->commands().performs("read")) {
-        not_implemented(bench);
-        return;
-    }
-    const auto kept = decltype(bench.session.filter_file)(name);
-    const std::string_view refusal = room->file_refusal == nullptr ? "" : room->file_refusal(kept.trimmed());
-    if (!refusal.empty()) {
-        bench.reporter.message(refusal, "Error");
-        return;
-    }
-    bench.session.filter_file = kept;
-    enter_segment(bench, room->id);
-    bench.session.entry(room->id) = room->recall_entry;
-    send_command(bench, *room, "read", nullptr);
-}
 
 }  // namespace kavrel

@@ -8,14 +8,15 @@
 
 namespace kavrel {
 
-// As the filter form numbers them.
+// By the numbers of the filter form; none is chosen while its group is off.
 enum class FilterKind : int { unchosen = 0, lc = 1, microwave = 2, active_rc = 3, iir_digital = 4 };
 
 struct FilterKindRow {
     FilterKind kind;
-    char letter;      // FilterSpec::implementation
+    char letter;  // FilterSpec::implementation
     Medium medium;
-    bool terminated;  // a network between a source and a load; else a cascade or a digital filter, which asks for neither
+    bool terminated;  // a network between a source and a load; else a cascade or a digital filter, which asks for
+                      // neither
 };
 
 inline constexpr std::array<FilterKindRow, 4> filter_kinds = {{

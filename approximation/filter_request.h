@@ -1,13 +1,12 @@
 // What the filter form asks for. Frequencies are in the user's frequency unit, losses in dB, terminations in ohm.
 #pragma once
 
-#include "approximation/filter_spec.h"
+#include "approximation/filter_kinds.h"
 #include "shell/form_list.h"
 
 namespace kavrel {
 
 // The choices of the form. Files hold their numbers, 0 where a group was off and nothing was chosen.
-enum class FilterKind : int { unchosen = 0, lc = 1, microwave = 2, active_rc = 3, iir_digital = 4 };
 enum class TypeChoice : int { low_pass = 1, high_pass = 2, band_pass = 3 };
 enum class PassbandChoice : int { max_flat = 1, equal_ripple = 2, functional = 3, sloping = 4 };
 enum class FunctionChoice : int { unchosen = 0, e = 1, f = 2 };

@@ -1,6 +1,7 @@
 #include "workbench/analysis_road.h"
 
 #include "passive/passive_segment.h"
+#include "workbench/kind_roads.h"
 #include "workbench/rooms.h"
 
 namespace kavrel {
@@ -8,18 +9,17 @@ namespace kavrel {
 namespace {
 
 // What the form tells of a filter whose circuit is still to come: the edges are those of its type.
-FilterSpec given(const FilterAnalysisRequest& r, const UnitSet& units) {
+FilterSpec given(const FilterAnalysisRequest& r, const FilterKindRow& kind, const UnitSet& units) {
     const double hz = units.frequency_multiplier;
     const bool low = r.analysis_type == AnalysisType::low_pass || r.analysis_type == AnalysisType::delay_equalizer;
     const bool high = r.analysis_type == AnalysisType::high_pass;
-    const bool microwave_circuit = r.analysis_kind == AnalysisKind::microwave;
     FilterSpec spec;
     spec.filterType = static_cast<FilterType>(r.analysis_type);
-    spec.medium = microwave_circuit ? microwave : lumped;
-    spec.implementation = microwave_circuit ? 'M' : 'P';
+    spec.medium = kind.medium;
+    spec.implementation = kind.letter;
     spec.lowerPassEdge = low ? 0.0 : r.lower_passband * hz;
     spec.upperPassEdge = high ? 0.0 : r.upper_passband * hz;
-    spec.sampleFrequency = microwave_circuit ? 2.0 * r.sampling_or_qw * hz : 0.0;
+    spec.sampleFrequency = kind.medium == microwave ? 2.0 * r.sampling_or_qw * hz : 0.0;
     return spec;
 }
 
@@ -34,9 +34,20 @@ PassiveFilter empty_store(const FilterSpec& spec) {
     return filter;
 }
 
-// Nothing of a former filter's design and analysis tells of this one.
-void enter_passive(Workbench& bench) {
-    const FilterSpec spec = given(bench.analysis_request, bench.session.units);
+}  // namespace
+
+void analysis_road(Workbench& bench, FormStart start) {
+    FilterAnalysisRequest& request = bench.analysis_request;
+    if (!ask_for_design(bench, start, analysis_input, request)) return;
+    if (request.save_analysis && !save_design_input(bench, analysis_input, request)) return;
+    const auto from_outside = kind_road(request.analysis_kind).from_outside;
+    from_outside == nullptr ? not_implemented(bench) : from_outside(bench);
+}
+
+void typed_circuit_road(Workbench& bench) {
+    const FilterAnalysisRequest& request = bench.analysis_request;
+    const FilterKindRow& kind = *find_kind(kind_road(request.analysis_kind).kind);
+    const FilterSpec spec = given(request, kind, bench.session.units);
     bench.passive = empty_store(spec);
     bench.design = DesignOutcome::none;
     bench.filter_spec = {};
@@ -47,19 +58,6 @@ void enter_passive(Workbench& bench) {
     bench.session.entry(SegmentId::passive) = passive_entry::analysis;
     bench.session.word(SegmentId::passive) = "show";
     enter_segment(bench, SegmentId::passive);
-}
-
-}  // namespace
-
-void analysis_road(Workbench& bench, FormStart start) {
-    FilterAnalysisRequest& request = bench.analysis_request;
-    if (!ask_for_design(bench, start, analysis_input, request)) return;
-    if (request.save_analysis && !save_design_input(bench, analysis_input, request)) return;
-    switch (request.analysis_kind) {
-        case AnalysisKind::passive_lc:
-        case AnalysisKind::microwave: enter_passive(bench); break;
-        default: not_implemented(bench); break;
-    }
 }
 
 void fir_analysis_road(Workbench& bench, FormStart start) {

@@ -10,6 +10,10 @@ namespace kavrel {
 // it was.
 void analysis_road(Workbench& bench, FormStart start);
 
+// From the finished form of a passive or microwave filter on: nothing of a former filter's design and analysis is of
+// this one.
+void typed_circuit_road(Workbench& bench);
+
 // The same for a FIR filter.
 void fir_analysis_road(Workbench& bench, FormStart start);
 

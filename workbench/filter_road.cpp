@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "workbench/ladder_road.h"
+#include "workbench/kind_roads.h"
 #include "workbench/rooms.h"
 
 namespace kavrel {
@@ -48,8 +48,7 @@ void design(Workbench& bench) {
     }
     FilterSpec spec = spec_of(request, bench.session.units);
     spec.title.assign(fmt::format("{} {}", new_title, bench.window.date_and_time()));
-    const auto verdict =
-        designFilter(static_cast<int>(request.filter_kind), spec, bench.filter, bench.session.units, bench.reporter);
+    const auto verdict = designFilter(request.filter_kind, spec, bench.filter, bench.session.units, bench.reporter);
     bench.filter_spec = spec;
     if (verdict == FilterDesignVerdict::discontinued) {
         bench.design = DesignOutcome::discontinued;
@@ -58,7 +57,7 @@ void design(Workbench& bench) {
     }
     bench.design = DesignOutcome::done;
     bench.session.TITLE = new_title;
-    if (spec.implementation == 'P' || spec.implementation == 'M') ladder_road(bench);
+    if (const auto take_over = kind_road(request.filter_kind).design) take_over(bench);
 }
 
 // The stopband of a high-pass lies below its pass band.

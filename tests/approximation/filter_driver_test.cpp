@@ -95,7 +95,7 @@ TEST_F(FilterDriver, EveryRefusalIsReportedAndLeavesTheFormerDesign) {
         FilterKind kind = FilterKind::lc;
     } rows[] = {
         // the driver
-        {"Error: Implementation is unknown", low, 7},
+        {"Error: Implementation is unknown", low, static_cast<FilterKind>(7)},
         {inadequate, low + "bandEdgeLoss 0"},
         {inadequate, low + "monotonic_stopband stopbandLoss 0"},
         {inadequate, low + "monotonic_stopband upperStopEdge 1000"},

@@ -1,7 +1,5 @@
-// The classic edit descriptors of Fortran as functions that return the text of one field, and `line()`, which strings
-// fields together so that a report line reads like its format:
-//
-//     (1X, "R", I3, 2X, 1P, E15.7)        line().x(1).a("R").i(n, 3).x(2).pe(value, 15, 7)
+// The classic edit descriptors of Fortran as functions that return the text of one field, for fields whose width or
+// number is computed; a line of fixed fields is written as its format (shell/edited.h).
 //
 // `width` is the width of the field in characters: the text is at its right end, and a text that does not fit
 // leaves a field of asterisks; width 0 takes the least that holds it (never with G). `decimals` (at least 0) is the
@@ -36,14 +34,6 @@ namespace kavrel {
 [[nodiscard]] std::string edit_e(double value, int width, int decimals, int exp_digits = 0, int scale = 0);
 [[nodiscard]] std::string edit_d(double value, int width, int decimals, int scale = 0);
 
-// 1P,Ew.d and 1P,Dw.d.
-[[nodiscard]] inline std::string edit_1pe(double value, int width, int decimals) {
-    return edit_e(value, width, decimals, 0, 1);
-}
-[[nodiscard]] inline std::string edit_1pd(double value, int width, int decimals) {
-    return edit_d(value, width, decimals, 1);
-}
-
 // ENw.d: the exponent is a multiple of three, 1 to 3 digits are before the point: 12.340E+03.
 [[nodiscard]] std::string edit_en(double value, int width, int decimals);
 
@@ -58,39 +48,5 @@ namespace kavrel {
 
 // nX: n blanks.
 [[nodiscard]] std::string edit_x(int n);
-
-// A line under construction; each method appends the field of its descriptor. The `p` forms carry the scale factor 1P.
-class Line {
-public:
-    Line& a(std::string_view text) { return add(edit_a(text)); }
-    Line& a(std::string_view text, int width) { return add(edit_a(text, width)); }
-    Line& i(long long value, int width, int min_digits = 1) { return add(edit_i(value, width, min_digits)); }
-    Line& x(int n) { return add(edit_x(n)); }
-    Line& f(double value, int width, int decimals) { return add(edit_f(value, width, decimals)); }
-    Line& e(double value, int width, int decimals, int exp_digits = 0) {
-        return add(edit_e(value, width, decimals, exp_digits));
-    }
-    Line& d(double value, int width, int decimals) { return add(edit_d(value, width, decimals)); }
-    Line& g(double value, int width, int decimals) { return add(edit_g(value, width, decimals)); }
-    Line& en(double value, int width, int decimals) { return add(edit_en(value, width, decimals)); }
-    Line& pf(double value, int width, int decimals) { return add(edit_f(value, width, decimals, 1)); }
-    Line& pe(double value, int width, int decimals) { return add(edit_1pe(value, width, decimals)); }
-    Line& pd(double value, int width, int decimals) { return add(edit_1pd(value, width, decimals)); }
-    Line& pg(double value, int width, int decimals) { return add(edit_g(value, width, decimals, 1)); }
-
-    [[nodiscard]] std::string text() const { return text_; }
-    operator std::string() const { return text_; }       // NOLINT: a line is its text,
-    operator std::string_view() const { return text_; }  // NOLINT: as long as the line lives
-
-private:
-    Line& add(std::string_view field) {
-        text_ += field;
-        return *this;
-    }
-
-    std::string text_;
-};
-
-[[nodiscard]] inline Line line() { return {}; }
 
 }  // namespace kavrel

@@ -128,16 +128,6 @@ static_assert(mismatch<std::string, char, int, double>("(2A,'x',I3,1P,E9.2)") ==
 static_assert(mismatch<int>("(A)") == 1 && mismatch<char, char>("(A,I)") == 2 && mismatch<bool>("(I)") == 1);
 static_assert(mismatch<double, int>("(F4.1,EN9.2)") == 2 && mismatch<double, long double>("(2D9.2)") == 2);
 
-TEST(Edit, LineReadsLikeItsFormat) {
-    const std::string text =
-        line().x(1).a("R").i(7, 3).x(2).pe(-1234.5, 15, 7).e(0.5, 11, 4).d(50.0, 10, 2).f(-0.5, 5, 2).a("dB", 4);
-    EXPECT_EQ(text, " R  7   -1.2345000E+03 0.5000E+00  0.50D+02-0.50  dB");
-    EXPECT_EQ(line().en(47e3, 15, 6).g(2.5, 11, 3).pg(2.5e9, 11, 3).pd(1.0, 9, 2).pf(0.25, 5, 1).i(5, 3, 3).text(),
-              "  47.000000E+03   2.50      2.500E+09 1.00D+00  2.5005");
-    const auto kept = line().a("a").x(0).i(12, 1).a("b");
-    EXPECT_EQ(std::string_view(kept), "a*b");
-}
-
 struct Commas : std::numpunct<char> {
     char do_decimal_point() const override { return ','; }
     char do_thousands_sep() const override { return '.'; }
@@ -149,7 +139,7 @@ TEST(Edit, DoesNotAskTheLocale) {
     const std::string numbers = std::setlocale(LC_NUMERIC, nullptr);
     for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8"})
         if (std::setlocale(LC_NUMERIC, name)) break;
-    const auto text = line().f(1234567.5, 11, 1).e(0.25, 9, 2).en(1500.0, 12, 3).g(2.5, 9, 2).i(1234567, 8).text();
+    const auto text = edited<"(F11.1,E9.2,EN12.3,G9.2,I8)">(1234567.5, 0.25, 1500.0, 2.5, 1234567);
     std::setlocale(LC_NUMERIC, numbers.c_str());
     std::locale::global(before);
     EXPECT_EQ(text, "  1234567.5 0.25E+00   1.500E+03  2.5     1234567");

@@ -110,7 +110,7 @@ void print_phase_nonlinearity(PassiveDesk& desk) {
 
 namespace {
 
-// A line that ends the circuit may be driven by a voltage or by a current, which the parity of its number stands for.
+// A line that ends the circuit may be driven by a voltage or by a current, which the parity of its number records.
 bool settle_drive(PassiveDesk& desk) {
     Circuit& circuit = desk.filter.circuit;
     if (circuit.kind != CircuitKind::microwave || circuit.klast < 2) return true;
@@ -124,7 +124,7 @@ bool settle_drive(PassiveDesk& desk) {
     return false;
 }
 
-// What the counters of the design tell stands for the row at f = 0.
+// The row at f = 0 follows from the counters of the design.
 AnalysisRequest analysis_request(const PassiveDesk& desk, const FrequencyGrid& grid) {
     AnalysisRequest request{.frequencies = grid.values(),
                             .radians = grid.radians,

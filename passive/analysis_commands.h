@@ -15,9 +15,9 @@ inline constexpr int print_analysis = 160;
 inline constexpr int print_nonlinearity = 154;
 }  // namespace passive_plot
 
-// Frequency analysis of the circuit as it stands. Refused: a circuit in wave digital form, a bad request, a circuit
-// that cannot be analysed. In a microwave circuit that ends in a line the user tells how it is driven; the last branch
-// then takes the number that stands for it.
+// Frequency analysis of the circuit as it is. Refused: a circuit in wave digital form, a bad request, a circuit
+// that cannot be analysed. In a microwave circuit that ends in a line the user is asked how it is driven; the last
+// branch then takes the number that records it.
 void analyse_frequency(PassiveDesk& desk);
 
 // Impulse and step response of the design, from its natural modes.

@@ -115,11 +115,11 @@ bool canonical(std::int32_t word) {
 }
 
 bool sound_spec(const FilterSpec& spec) {
-    const bool choices =
-        within(spec.filterType, low_pass, band_pass) && within(spec.passbandType, maximally_flat, sloping_passband) &&
-        within(spec.bandpassType, conventional, impedance_matching) &&
-        within(spec.stopbandType, monotonic_stopband, functional_stopband) && within(spec.medium, lumped, microwave) &&
-        find_kind(spec.implementation) != nullptr;
+    const bool choices = within(spec.filterType, low_pass, band_pass) &&
+                         within(spec.passbandType, maximally_flat, sloping_passband) &&
+                         within(spec.bandpassType, conventional, impedance_matching) &&
+                         within(spec.stopbandType, monotonic_stopband, functional_stopband) &&
+                         within(spec.medium, lumped, microwave) && find_kind(spec.implementation) != nullptr;
     return choices && counts_fit(spec) && within(spec.degree, 0, max_degree);
 }
 

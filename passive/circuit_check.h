@@ -10,7 +10,7 @@ namespace kavrel {
 // with links both ways and no word outside of it. Each branch has the number of cells that its kind asks for, among the
 // first `ilast`, or a slot of the quadruplet table that is in use, and shares them with no other.
 //
-// How far two-ports stand apart is not asked: analysis does not depend on it, and edits restore it.
+// How far apart two-ports are is not asked: analysis does not depend on it, and edits restore it.
 [[nodiscard]] bool sound_store(const Circuit& circuit);
 
 // Whether the counts and choices of a design are such as its tables can hold.

@@ -7,7 +7,7 @@
 //   5  klast, 6 ilast, 7 kind    integers                                                          4 bytes each
 //   8  fs, in a snapshot fnorm   a double                                                                 8 bytes
 //
-// Behind them stands what the circuit needs besides to be scaled and displayed:
+// Behind them is what the circuit needs besides to be scaled and displayed:
 //
 //   9  "Kavrel 1"                mark and version
 //  10  title                     80 characters
@@ -19,7 +19,7 @@
 //  16  request of the design     a FilterSpec
 //  17  notes of the design       ApproximationNotes, the edges that were worked with
 //
-// Matrices stand by columns. All numbers are binary, so that a circuit comes back as it was to the last bit.
+// Matrices are stored by columns. All numbers are binary, so that a circuit comes back as it was to the last bit.
 #pragma once
 
 #include <string>
@@ -35,7 +35,7 @@ enum class CircuitRecords { stored_file, snapshot };
 
 // False, with the filter and the title as they were, when the bytes are not such records to their end, or hold what no
 // circuit could be (passive/circuit_check.h; a snapshot may hold numbers that are not finite, as what it is a copy of).
-// A stored file may end after record 8: it then tells of a circuit without design, its title blank, its terminations
+// A stored file may end after record 8: it then holds a circuit without design, its title blank, its terminations
 // those of its first and last branch, its normalisation frequency that at which lines are a quarter wave long, or at
 // which coils and capacitors have, in the geometric mean, the impedance of the load. The edges of its band are unknown,
 // that is 0.

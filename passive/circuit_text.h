@@ -24,7 +24,7 @@ namespace kavrel {
 // A character of the title that would end its line is left out for a blank.
 [[nodiscard]] std::string circuit_text(const PassiveFilter& filter, const FixedText<80>& title);
 
-// False, with the filter and the title as they were, when the text is not made of such lines to its end, or tells of
+// False, with the filter and the title as they were, when the text is not made of such lines to its end, or holds
 // what no circuit could be. The exponent letter may be D, E or none; a line may end in a carriage return; spare numbers
 // and the short title are passed over. The circuit is one without design.
 [[nodiscard]] bool read_circuit_text(std::string_view text, PassiveFilter& filter, FixedText<80>& title);

@@ -9,7 +9,7 @@ namespace kavrel {
 
 namespace {
 
-// A row of lines may tell a value, a resonance and an impedance of their equivalent, more than the report takes: then
+// A row of lines may hold a value, a resonance and an impedance of their equivalent, more than the report takes: then
 // blanks give way, the widest gap behind the drawing first, so that no number loses its end. The label of the impedance
 // stays whole.
 std::string fitted(std::string_view row) {

@@ -43,7 +43,7 @@ void start_macro(PassiveDesk& desk);
 // "clos": display on again, a last show, and the end of the recording.
 void stop_macro(PassiveDesk& desk);
 
-// "Play": the program that plays macros stands outside; the script is shown in the text viewer, from where it can be
+// "Play": the program that plays macros is another one; the script is shown in the text viewer, from where it can be
 // handed over.
 void play_macro(PassiveDesk& desk);
 

@@ -9,7 +9,7 @@
 
 namespace kavrel {
 
-// What a design's report tells beside its result.
+// What a design's report holds beside its result.
 struct DesignBackground {
     FilterSpec request;  // as the approximation was asked
     ApproximationNotes notes;
@@ -19,7 +19,7 @@ struct DesignBackground {
 
 struct PassiveFilter {
     Circuit circuit;
-    bool designed = false;      // spec and transfer tell of the circuit's design
+    bool designed = false;      // spec and transfer are those of the circuit's design
     FilterSpec spec;            // its request, with what was found for it; frequencies in Hz
     TransferFunction transfer;  // its poles and zeros
     DesignBackground background;

@@ -16,7 +16,7 @@ constexpr std::string_view insert_title = "<New Passive> Insert a branch";
 constexpr std::string_view delete_title = "<New Passive> Delete a branch";
 constexpr std::string_view change_title = "<New Passive> Change a branch";
 
-constexpr int highest_number = 999;  // that can be typed: whether a branch has it, the command tells
+constexpr int highest_number = 999;  // that can be typed: whether a branch has it, the command finds
 
 template <auto... Path>
 constexpr Field branch_number(std::string_view name, std::string_view label) {

@@ -17,7 +17,7 @@ struct PhaseLine {
     Table<double, analysis_points> deviation;  // degrees, phase less line
     double intercept = 0;                      // degrees
     double slope = 0;                          // degrees by the unit of frequency
-    double delay = 0;                          // seconds, the delay that the slope stands for
+    double delay = 0;                          // seconds, the delay that the slope means
     double largest = 0;                        // magnitude of the largest deviation, degrees
 };
 

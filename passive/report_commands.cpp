@@ -77,7 +77,7 @@ void suppress(PassiveDesk& desk) { desk.state.suppress = desk.command.display ==
 
 namespace {
 
-// Of the pairs that the branch's drawing tells the resonance of, where there is one.
+// Of the pairs whose resonance the branch's drawing shows, where there is one.
 std::vector<double> resonances_of(const Circuit& circuit, int k) {
     std::vector<double> resonances;
     if (!branchExists(circuit, k)) return resonances;

@@ -1,4 +1,4 @@
-// Commands that tell of the circuit and of the design that it came from.
+// Commands that report the circuit and of the design that it came from.
 #pragma once
 
 #include "passive/passive_desk.h"

@@ -31,7 +31,7 @@ enum class FileStatus {
     not_found,    // there is no such file
     not_opened,   // there is one, but it cannot be read
     not_written,  // the old one, if any, is as it was
-    damaged,      // what was read is not such a file: told by those who take its bytes apart
+    damaged,      // what was read is not such a file: found by those who take its bytes apart
 };
 
 // What a Segment's box says; blank when it is done.

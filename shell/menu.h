@@ -36,13 +36,13 @@ enum class MenuAction : int {
     about,
 };
 
-// A row of a menu table. The tree is in the paths: "&File > &Open" stands in the submenu "&File"; an ampersand marks
+// A row of a menu table. The tree is in the paths: "&File > &Open" is in the submenu "&File"; an ampersand marks
 // the access key. Rows of one submenu follow each other, in the order in which they are shown.
 struct MenuItem {
     std::string_view path;
     std::string_view hint = {};            // shown while the item is selected
     std::string_view accelerator = {};     // "ctrl+O", "CTRL+F2", "F1", or blank
-    int id = 0;                            // what `dispatch_event` is told
+    int id = 0;                            // what `dispatch_event` is given
     std::string_view command = {};         // the word it leaves in its Segment's cell
     const Form* form = nullptr;            // the form that the command asks for first
     MenuAction action = MenuAction::none;  // goes before the command, where the Segment has it
@@ -64,7 +64,7 @@ struct ToolbarItem {
 // Two texts alike but for case, ampersands, blanks at their ends and the length of runs of blanks.
 [[nodiscard]] bool same_label(std::string_view a, std::string_view b);
 
-// The item whose path has just these labels, or null. Whether labels lead only to a submenu tells `opens_submenu`.
+// The item whose path has just these labels, or null. `opens_submenu`: whether labels lead only to a submenu.
 [[nodiscard]] const MenuItem* find_item(std::span<const MenuItem> menu, std::span<const std::string> labels);
 [[nodiscard]] const MenuItem* find_item(std::span<const MenuItem> menu, int id);
 [[nodiscard]] bool opens_submenu(std::span<const MenuItem> menu, std::span<const std::string> labels);

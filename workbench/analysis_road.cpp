@@ -8,7 +8,7 @@ namespace kavrel {
 
 namespace {
 
-// What the form tells of a filter whose circuit is still to come: the edges are those of its type.
+// What the form says of a filter whose circuit is still to come: the edges are those of its type.
 FilterSpec given(const FilterAnalysisRequest& r, const FilterKindRow& kind, const UnitSet& units) {
     const double hz = units.frequency_multiplier;
     const bool low = r.analysis_type == AnalysisType::low_pass || r.analysis_type == AnalysisType::delay_equalizer;

@@ -143,7 +143,7 @@ void stop(Workbench& bench) {
         bench.session.stopped = true;
 }
 
-// What items do that no command stands behind, in whatever menu they are.
+// What items do that have no command, in whatever menu they are.
 constexpr ActionRow actions[] = {
     {MenuAction::view_text, view_text_file},
     {MenuAction::close_text_view, close_text_view},

@@ -24,7 +24,7 @@ void main_program(Workbench& bench, std::string_view command_line, std::string_v
     session.program_directory.assign(folder_of(executable));
     const SettingsStatus settings = read_settings(settings_file, session.units);
     if (settings == SettingsStatus::missing) {
-        // A folder that cannot be written to is no reason not to start: the units form tells when its choice cannot be
+        // A folder that cannot be written to is no reason not to start: the units form reports when its choice cannot be
         // kept.
         static_cast<void>(write_settings(settings_file, session.units));
     }

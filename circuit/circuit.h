@@ -27,7 +27,7 @@ namespace kavrel {
 inline constexpr int max_values = 150;           // cells of VALUE
 inline constexpr int max_branches = 100;         // slots of INDX1
 inline constexpr int last_insert_slot = 98;      // no edit makes a branch beyond it
-inline constexpr int max_values_of_branch = 11;  // what the field `in` of a branch word can tell
+inline constexpr int max_values_of_branch = 11;  // what the field `in` of a branch word can hold
 inline constexpr int max_quadruplets = 8;
 inline constexpr int max_natural_modes = 50;
 

@@ -25,6 +25,14 @@ const ElementLoss losses[] = {{0, 0},    {80, 0},  {0, 150},  {60, 200}, {-70, -
 LongComplex from(WideComplex z) { return {z.re, z.im}; }
 long double relative(LongComplex got, LongComplex truth) { return std::abs(got - truth) / std::abs(truth); }
 
+ChainPoint point_of(const Circuit& circuit, const ElementLoss& loss, Wide omega) {
+    Chain chain;
+    ChainPoint point;
+    EXPECT_EQ(prepare_chain(circuit, loss, chain), ChainVerdict::done);
+    EXPECT_EQ(analyze_point(chain, omega, point), PointVerdict::computed);
+    return point;
+}
+
 // The largest relative deviation of V, I and H from the nodal solution; -1 where the chain refuses the point.
 long double deviation(const Circuit& circuit, const ElementLoss& loss, Wide omega) {
     Chain chain;
@@ -41,6 +49,15 @@ std::vector<BranchId> all_kinds(bool lines) {
     for (const BranchKind& kind : branch_kinds) kinds.push_back(kind.id);
     if (!lines) std::erase(kinds, unit_element);
     return kinds;
+}
+
+// Every third one with lines: quarter wave at 0.5 Hz, pi rad/sec.
+Circuit random_circuit(CircuitMaker& make, int trial, int branches) {
+    const bool microwave = trial % 3 == 2;
+    Circuit made = make.circuit(all_kinds(microwave), make.whole(1, branches), trial % 4 != 0);
+    made.kind = microwave ? CircuitKind::microwave : CircuitKind::lumped;
+    made.fs = 1.0;
+    return made;
 }
 
 // Each kind by itself, in both slots, in every state of losses.
@@ -67,11 +84,8 @@ TEST(ChainAnalysis, RandomCircuitsAgreeWithNodes) {
     int refused = 0;
     long double worst = 0;
     for (int trial = 0; trial < 1500; ++trial) {
-        const bool microwave = trial % 3 == 2;
         make.negative_share = trial % 5 == 4 ? 0.1 : 0;
-        Circuit circuit = make.circuit(all_kinds(microwave), make.whole(1, 10), trial % 4 != 0);
-        circuit.kind = microwave ? CircuitKind::microwave : CircuitKind::lumped;
-        circuit.fs = 1.0;  // quarter wave at 0.5 Hz, pi rad/sec: both sides of it
+        const Circuit circuit = random_circuit(make, trial, 10);
         const long double off = deviation(circuit, losses[trial % std::size(losses)], make.uniform(0.2, 6));
         refused += off < 0 ? 1 : 0;
         ASSERT_LT(off, 1e-10L) << trial;
@@ -109,10 +123,7 @@ TEST(ChainAnalysis, LosslessCircuitsKeepThePower) {
     std::erase_if(kinds, [](BranchId id) { return branch_kinds[id].cells.find('R') != std::string_view::npos; });
     for (int trial = 0; trial < 200; ++trial) {
         const Circuit circuit = make.circuit(kinds, 3, true);
-        Chain chain;
-        ASSERT_EQ(prepare_chain(circuit, {}, chain), ChainVerdict::done);
-        ChainPoint point;
-        ASSERT_EQ(analyze_point(chain, make.uniform(0.3, 3), point), PointVerdict::computed);
+        const ChainPoint point = point_of(circuit, {}, make.uniform(0.3, 3));
         if (point.return_loss == 100) continue;
         EXPECT_NEAR(static_cast<double>(std::pow(10, -point.loss / 10) + std::pow(10, -point.return_loss / 10)), 1,
                     1e-12);
@@ -123,17 +134,10 @@ TEST(ChainAnalysis, LosslessCircuitsKeepThePower) {
 TEST(ChainAnalysis, DelayIsTheSlopeOfThePhase) {
     CircuitMaker make(5);
     for (int trial = 0; trial < 600; ++trial) {
-        const bool microwave = trial % 3 == 2;
-        Circuit circuit = make.circuit(all_kinds(microwave), make.whole(1, 8), trial % 4 != 0);
-        circuit.kind = microwave ? CircuitKind::microwave : CircuitKind::lumped;
-        circuit.fs = 1.0;
+        const Circuit circuit = random_circuit(make, trial, 8);
         const auto& loss = losses[trial % std::size(losses)];
         const Wide omega = make.uniform(0.3, 3);
-        Chain chain;
-        ASSERT_EQ(prepare_chain(circuit, loss, chain), ChainVerdict::done);
-        ChainPoint point;
-        ASSERT_EQ(analyze_point(chain, omega, point), PointVerdict::computed);
-
+        const ChainPoint point = point_of(circuit, loss, omega);
         const auto H = [&](Wide w) { return NodalReference(circuit, loss, w).solve().H; };
         const LongComplex centre = H(omega);
         const Wide h = 1e-5L * omega;
@@ -177,13 +181,12 @@ TEST(ChainAnalysis, ButterworthAtItsCorner) {
 
 TEST(ChainAnalysis, TerminationClasses) {
     Chain chain;
-    ChainPoint point;
     EXPECT_EQ(prepare_chain(circuit("R 2"), {}, chain), ChainVerdict::no_circuit);
     const Circuit by_voltage = circuit("R 2 | L2 3");
     ASSERT_EQ(prepare_chain(by_voltage, {}, chain), ChainVerdict::done);
     EXPECT_EQ(chain.loss_class, LossClass::voltage);
     EXPECT_TRUE(chain.admittance);
-    ASSERT_EQ(analyze_point(chain, 2, point), PointVerdict::computed);
+    ChainPoint point = point_of(by_voltage, {}, 2);
     EXPECT_NEAR(static_cast<double>(point.loss), 10 * std::log10(1 + 9), 1e-14);  // |1 + j w L/R|
     EXPECT_LT(relative(from(point.immittance), 1.0L / LongComplex(2, 6)), 1e-18L);
 
@@ -191,7 +194,7 @@ TEST(ChainAnalysis, TerminationClasses) {
     ASSERT_EQ(prepare_chain(by_current, {}, chain), ChainVerdict::done);
     EXPECT_EQ(chain.loss_class, LossClass::current);
     EXPECT_FALSE(chain.admittance);
-    ASSERT_EQ(analyze_point(chain, 2, point), PointVerdict::computed);
+    point = point_of(by_current, {}, 2);
     EXPECT_LT(relative(from(point.H.v), 1.0L + LongComplex(0, 0.5) * LongComplex(2, 6)), 1e-18L);
 
     by_current.kind = CircuitKind::wave_digital;
@@ -209,7 +212,7 @@ TEST(ChainAnalysis, Lines) {
     ChainPoint point;
     ASSERT_EQ(prepare_chain(line, {}, chain), ChainVerdict::done);
     EXPECT_EQ(analyze_point(chain, two_pi * 1e9L, point), PointVerdict::on_pole);
-    ASSERT_EQ(analyze_point(chain, two_pi * 0.9999e9L, point), PointVerdict::computed);
+    point = point_of(line, {}, two_pi * 0.9999e9L);
     EXPECT_NEAR(static_cast<double>(point.loss), 0, 1e-7);  // 70^2 = 100 x 49: matched
     EXPECT_NEAR(static_cast<double>(point.delay), 0.25e-9, 0.02e-9);
 
@@ -229,24 +232,18 @@ TEST(ChainAnalysis, Lines) {
     }
 
     line.VALUE(1) = line.VALUE(2) = line.VALUE(3) = 50;
-    ASSERT_EQ(prepare_chain(line, {.QL = 4.0, .QC = 0}, chain), ChainVerdict::done);
-    ASSERT_EQ(analyze_point(chain, two_pi * 0.5e9L, point), PointVerdict::computed);
+    point = point_of(line, {.QL = 4.0, .QC = 0}, two_pi * 0.5e9L);
     EXPECT_NEAR(static_cast<double>(point.loss), 1.0, 1e-5);  // 4 dB in four quarter waves
     EXPECT_NEAR(static_cast<double>(point.delay), 0.25e-9, 1e-22);
-    ASSERT_EQ(prepare_chain(line, {.QL = -4.0, .QC = 0}, chain), ChainVerdict::done);
-    ASSERT_EQ(analyze_point(chain, two_pi * 0.5e9L, point), PointVerdict::computed);
-    EXPECT_NEAR(static_cast<double>(point.loss), 0.5, 1e-5);
+    EXPECT_NEAR(static_cast<double>(point_of(line, {.QL = -4.0, .QC = 0}, two_pi * 0.5e9L).loss), 0.5, 1e-5);
 }
 
 // The loss of a trap climbs to its pole without a step: |H|^2 = 1 + (w/(2 (1 - w^2)))^2.
 TEST(ChainAnalysis, NearAPole) {
     const Circuit trap = circuit("R 1 | LC2 1 1 | R 1");
-    Chain chain;
-    ASSERT_EQ(prepare_chain(trap, {}, chain), ChainVerdict::done);
     for (int power = 4; power <= 44; ++power) {
         const Wide off = std::ldexp(1.0L, -power);
-        ChainPoint point;
-        ASSERT_EQ(analyze_point(chain, 1 + off, point), PointVerdict::computed) << power;
+        const ChainPoint point = point_of(trap, {}, 1 + off);
         const Wide X = (1 + off) / (2 * off + off * off);
         EXPECT_NEAR(static_cast<double>(point.loss - 10 * std::log10(1 + X * X / 4)), 0, 1e-5) << power;
         // arg H = -atan(X/2), dX/dw = -(1 + w^2)/(1 - w^2)^2

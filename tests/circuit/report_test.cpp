@@ -27,7 +27,7 @@ void append(std::vector<std::string>& lines, const std::vector<std::string>& mor
     lines.insert(lines.end(), more.begin(), more.end());
 }
 
-// Value i of a branch: 1, 2, 3, ... in mH, nF or ohm, so that each row tells which cell it shows.
+// Value i of a branch: 1, 2, 3, ... in mH, nF or ohm, so that each row says which cell it shows.
 std::vector<double> counting_values(const BranchKind& kind, bool microwave) {
     std::vector<double> values;
     for (const char letter : kind.cells) {

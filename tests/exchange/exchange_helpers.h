@@ -57,8 +57,6 @@ inline ProgramRun run_program(const std::string& command) {
     return run;
 }
 
-inline void write_file(const std::string& name, const std::string& text) { std::ofstream(name) << text; }
-
 // The first table of an ngspice print: frequency and the first two columns of each row.
 struct PrintedRow {
     double f, decibels, degrees;

@@ -103,7 +103,7 @@ TEST(Ngspice, RunsTheNetlistAndAgreesWithTheAnalysis) {
                                                        .dialect = TransferDialect::ngspice,
                                                        .half_lattices = net.half_lattices});
         EXPECT_TRUE(text.starts_with("* " + net.name + "\n")) << text;
-        write_file("net.cir", text);
+        write_text("net.cir", text);
         const ProgramRun run = run_program("ngspice -b net.cir");
         const auto rows = printed_rows(run.output);
         ASSERT_EQ(rows.size(), frequencies.size()) << net.name << "\n" << text << run.output;
@@ -134,7 +134,7 @@ TEST(Ngspice, ASweepFromZeroPrintsDecibels) {
                                       {"R 50 | L3 100u | R 50", true},
                                       {"R 50 | C3 10n | R 50", false}}) {
         const Circuit made = circuit(net);
-        write_file("net.cir",
+        write_text("net.cir",
                    transfer_text({.circuit = made, .frequencies = frequencies},
                                  {.file_type = TransferFileType::spice, .dialect = TransferDialect::ngspice}));
         const auto rows = printed_rows(run_program("ngspice -b net.cir").output);

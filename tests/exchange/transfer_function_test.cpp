@@ -67,7 +67,7 @@ TEST(TransferPolynomials, OfKnownRootsAndTheirTexts) {
 }
 
 // Two unit elements of impedance Z between resistors of 1 ohm: with cos = 1/sqrt(1 - s^2) and j sin = s cos the chain
-// matrix gives h = (1 - s^2)/((s + Z)(s + 1/Z)). The roots do not tell its sign.
+// matrix gives h = (1 - s^2)/((s + Z)(s + 1/Z)). Its sign is not in the roots.
 TEST(TransferPolynomials, HaveTheSignOfLines) {
     const double Z = 3;
     TransferFunction t;
@@ -96,7 +96,7 @@ TEST(TransferPolynomials, OctaveEvaluatesTheMatlabTextAsTheRoots) {
     t.lossConstant = -20 * std::log10(std::abs(response(t, 5.5e9)));
     const ScratchFolder folder;
     const Circuit empty;
-    write_file("band.m", transfer_text({.circuit = empty, .title = "band", .transfer = &t},
+    write_text("band.m", transfer_text({.circuit = empty, .title = "band", .transfer = &t},
                                        {.file_type = TransferFileType::matlab}));
     const ProgramRun run = run_program(
         "octave-cli --no-gui -q --eval \"evalc('band'); w = linspace(0.1, 2, 200); s = 1i*w;"

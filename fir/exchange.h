@@ -27,7 +27,7 @@ enum class ExchangeStatus {
     not_run,
     converged,       // no error on the grid exceeds the deviation: the alternation holds
     deviation_fell,  // the deviation fell, which in exact arithmetic it cannot, or the taps miss it: rounding rules;
-                     // the result may well be good, `measured` tells
+                     // the result may well be good, see `measured`
     limit_reached,   // 100 passes; the result is that of the last one
     stopped,         // the watcher said so; no result
     degenerate,      // the points coincide or numbers ran out of range; no result
@@ -44,7 +44,7 @@ struct ExchangeResult {
 
 static_assert(std::is_trivially_copyable_v<ExchangeResult>);
 
-// Is told each pass, 1, 2, ..., before it is made. False ends the exchange.
+// Called for each pass, 1, 2, ..., before it is made. False ends the exchange.
 class ExchangeWatcher {
 public:
     virtual bool pass(int iteration) = 0;

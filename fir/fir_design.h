@@ -12,7 +12,7 @@ namespace kavrel {
 
 enum class FirDesignVerdict {
     designed,
-    refused,  // told in a box
+    refused,  // reported in a box
     stopped,  // by the user
     unbuilt,  // the design method has no routine
 };

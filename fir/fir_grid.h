@@ -100,8 +100,8 @@ static_assert(std::is_trivially_copyable_v<FirTask> && std::is_trivially_copyabl
 // Lays out the grid of `task`, 32 points for each cosine function over 0 to 0.5, and folds it.
 // Each band begins on its lower edge, goes on in steps of DELF and ends on its upper edge. An end of the grid at which
 // Q is zero is left out: with NEG 1 it starts at DELF; with NEG = NODD a last point closer than DELF to 0.5 is dropped.
-// False when no design can stand on it: edges that are not ascending within 0 to 0.5, a desired response or weight that
-// is not finite, a weight that is not positive, or fewer than NFCNS + 1 points.
+// False when no design can be made on it: edges that are not ascending within 0 to 0.5, a desired response or weight
+// that is not finite, a weight that is not positive, or fewer than NFCNS + 1 points.
 [[nodiscard]] bool make_grid(const FirTask& task, const FirPlan& plan, FirGrid& grid);
 
 }  // namespace kavrel

@@ -13,27 +13,11 @@ namespace {
 constexpr int columns_of_a_group = 4;
 constexpr std::size_t label_width = 17;
 
-std::string stars() { return " " + std::string(70, '*'); }
-
-std::string_view type_text(const FirTask& task, bool length_estimated) {
-    if (task.JTYPE == FirType::differentiator) return "Differentiator";
-    if (task.JTYPE == FirType::hilbert) return "Hilbert transformer";
-    return length_estimated ? "Lowpass filter" : "Bandpass filter";
-}
-
-std::string labelled(std::string_view label) {
-    std::string text = "  " + std::string(label);
-    text.resize(std::max(text.size(), label_width), ' ');
-    return text;
-}
-
-// A row of the band table: the label and value(j) of the bands first to last.
+std::string stars();
+std::string_view type_text(const FirTask& task, bool length_estimated);
+std::string labelled(std::string_view label);
 template <class Value>
-std::string band_row(std::string_view label, int first, int last, Value value) {
-    std::string text = labelled(label);
-    for (int j = first; j <= last; ++j) text += edited<"(F15.9)">(value(j));
-    return text;
-}
+std::string band_row(std::string_view label, int first, int last, Value value);
 
 }  // namespace
 
@@ -80,15 +64,41 @@ void report_impulse_response(const FirFilter& filter, int function, Reporter& re
     const int taps = fir_taps(half, filter.NODD, filter.NEG);
     const auto tap = [](int i) { return edited<"('H(',I3,')')">(i); };
     const std::string mirrored = filter.NEG == 1 ? " = -" : " = ";
-    const auto tell = [&](int i, double value) {
+    const auto report = [&](int i, double value) {
         std::string text = edited<"(13X,A,' = ',1P,E17.9)">(tap(i), value);
         if (taps + 1 - i != i) text += mirrored + tap(taps + 1 - i);
         reporter.report_line(text);
     };
     reporter.report_line("");
     reporter.report_line(edited<"(18X,'***** Impulse response *****')">());
-    for (int i = 1; i <= half; ++i) tell(i, filter.X(filter.IST(function) + i - 1));
-    if (filter.NEG == 1 && filter.NODD == 1) tell(half + 1, 0.0);
+    for (int i = 1; i <= half; ++i) report(i, filter.X(filter.IST(function) + i - 1));
+    if (filter.NEG == 1 && filter.NODD == 1) report(half + 1, 0.0);
 }
+
+namespace {
+
+std::string stars() { return " " + std::string(70, '*'); }
+
+std::string_view type_text(const FirTask& task, bool length_estimated) {
+    if (task.JTYPE == FirType::differentiator) return "Differentiator";
+    if (task.JTYPE == FirType::hilbert) return "Hilbert transformer";
+    return length_estimated ? "Lowpass filter" : "Bandpass filter";
+}
+
+std::string labelled(std::string_view label) {
+    std::string text = "  " + std::string(label);
+    text.resize(std::max(text.size(), label_width), ' ');
+    return text;
+}
+
+// A row of the band table: the label and value(j) of the bands first to last.
+template <class Value>
+std::string band_row(std::string_view label, int first, int last, Value value) {
+    std::string text = labelled(label);
+    for (int j = first; j <= last; ++j) text += edited<"(F15.9)">(value(j));
+    return text;
+}
+
+}  // namespace
 
 }  // namespace kavrel

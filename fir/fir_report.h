@@ -1,4 +1,4 @@
-// What an equal ripple FIR design tells.
+// What an equal ripple FIR design reports.
 #pragma once
 
 #include <string_view>

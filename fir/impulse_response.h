@@ -1,4 +1,4 @@
-// The impulse response that a cosine series stands for.
+// The impulse response of a cosine series.
 #pragma once
 
 #include "fir/fir_grid.h"

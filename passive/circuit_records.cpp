@@ -13,87 +13,12 @@ namespace {
 
 constexpr FixedText<8> mark = "Kavrel 1";
 
-// `Quadruplets` is the table of a circuit, const or not.
-template <class File, class Quadruplets>
-void first_quadruplet_record(File& file, Quadruplets& quadruplets) {
-    file.begin();
-    for (auto& q : quadruplets) file.items(q.XK.cells);
-    for (auto& q : quadruplets) file.items(q.XC.cells);
-    for (auto& q : quadruplets) file.items(q.YK);
-    for (auto& q : quadruplets) file.items(q.YC);
-    for (auto& q : quadruplets) file.items(q.FRES);
-    file.end();
-}
-
-template <class File, class Quadruplets, class Count>
-void second_quadruplet_record(File& file, Quadruplets& quadruplets, Count& count) {
-    file.begin();
-    for (auto& q : quadruplets) file.items(q.M.cells);
-    file.items(count);
-    file.end();
-}
-
-// Records 1 to 8. `Filter` is a PassiveFilter, const or not.
+// The two directions: `File` is a RecordWriter or a RecordReader, `Filter` a PassiveFilter, const or not accordingly.
 template <class File, class Filter>
-void store_records(File& file, Filter& filter, CircuitRecords kind) {
-    auto& circuit = filter.circuit;
-    file.record(circuit.VALUE);
-    file.record(circuit.INDX1);
-    first_quadruplet_record(file, circuit.QUADRUPLETS);
-    second_quadruplet_record(file, circuit.QUADRUPLETS, circuit.quadruplet_count);
-    file.record(circuit.klast);
-    file.record(circuit.ilast);
-    file.record(circuit.kind);
-    file.record(kind == CircuitRecords::stored_file ? circuit.fs : circuit.fnorm);
-}
-
-// Records 9 to 17.
+void store_records(File& file, Filter& filter, CircuitRecords kind);
 template <class File, class Filter, class Mark, class Title>
-void further_records(File& file, Filter& filter, Mark& found_mark, Title& title, CircuitRecords kind) {
-    auto& [c, designed, spec, transfer, background, mod] = filter;
-    file.record(found_mark);
-    file.record(title);
-    file.record(c.R1, c.R2, c.termination_ratio, c.fa, c.fb, kind == CircuitRecords::stored_file ? c.fnorm : c.fs);
-    file.record(c.mode_count, c.MODE_RE, c.MODE_IM);
-    file.record(designed, mod);
-    file.record(spec);
-    file.record(transfer);
-    auto& [request, notes, worked_lower_edge, worked_upper_edge] = background;
-    file.record(request);
-    file.record(notes, worked_lower_edge, worked_upper_edge);
-}
-
-// The quarter-wave frequency of lines. Else where the reactances of coils and capacitors are, in the geometric mean,
-// the resistance of the load: within the pass band of most filters, or near it.
-double norm_frequency(const Circuit& circuit) {
-    if (circuit.kind != CircuitKind::lumped) return circuit.fs / 2;
-    double logarithms = 0;
-    int elements = 0;
-    for (int k = 2; k <= circuit.klast; ++k) {
-        if (!branchExists(circuit, k)) continue;
-        const Branch branch = unpackBranch(circuit, k);
-        const auto values = branch_values(circuit, branch);
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            const char letter = branch_kinds[branch.id].cells[i];
-            if (letter != 'L' && letter != 'C') continue;
-            const double omega = letter == 'L' ? circuit.R1 / values[i] : 1 / (circuit.R1 * values[i]);
-            if (omega == 0 || !std::isfinite(omega)) continue;
-            logarithms += std::log(std::fabs(omega));
-            ++elements;
-        }
-    }
-    return elements == 0 ? 1 : std::exp(logarithms / elements) / (2 * std::numbers::pi);
-}
-
-// The terminations of a sound store, and a frequency at which it is worth looking.
-void take_band(Circuit& circuit) {
-    if (circuit.klast == 0) return;
-    circuit.R1 = branch_values(circuit, unpackBranch(circuit, 1)).front();
-    const Branch last = unpackBranch(circuit, circuit.klast);
-    if (circuit.klast > 1 && last.id == BranchId::resistor) circuit.R2 = branch_values(circuit, last).front();
-    if (circuit.R1 != 0) circuit.termination_ratio = circuit.R2 / circuit.R1;
-    if (circuit.fnorm == 0) circuit.fnorm = norm_frequency(circuit);
-}
+void further_records(File& file, Filter& filter, Mark& stored_mark, Title& title, CircuitRecords kind);
+void take_band(Circuit& circuit);
 
 }  // namespace
 
@@ -122,5 +47,96 @@ bool read_circuit_records(std::string_view bytes, PassiveFilter& filter, FixedTe
     title = found_title;
     return true;
 }
+
+namespace {
+
+template <class File, class Quadruplets>
+void first_quadruplet_record(File& file, Quadruplets& quadruplets);
+template <class File, class Quadruplets, class Count>
+void second_quadruplet_record(File& file, Quadruplets& quadruplets, Count& count);
+double norm_frequency(const Circuit& circuit);
+
+// Records 1 to 8.
+template <class File, class Filter>
+void store_records(File& file, Filter& filter, CircuitRecords kind) {
+    auto& circuit = filter.circuit;
+    file.record(circuit.VALUE);
+    file.record(circuit.INDX1);
+    first_quadruplet_record(file, circuit.QUADRUPLETS);
+    second_quadruplet_record(file, circuit.QUADRUPLETS, circuit.quadruplet_count);
+    file.record(circuit.klast);
+    file.record(circuit.ilast);
+    file.record(circuit.kind);
+    file.record(kind == CircuitRecords::stored_file ? circuit.fs : circuit.fnorm);
+}
+
+// Records 9 to 17.
+template <class File, class Filter, class Mark, class Title>
+void further_records(File& file, Filter& filter, Mark& stored_mark, Title& title, CircuitRecords kind) {
+    auto& [c, designed, spec, transfer, background, mod] = filter;
+    file.record(stored_mark);
+    file.record(title);
+    file.record(c.R1, c.R2, c.termination_ratio, c.fa, c.fb, kind == CircuitRecords::stored_file ? c.fnorm : c.fs);
+    file.record(c.mode_count, c.MODE_RE, c.MODE_IM);
+    file.record(designed, mod);
+    file.record(spec);
+    file.record(transfer);
+    auto& [request, notes, worked_lower_edge, worked_upper_edge] = background;
+    file.record(request);
+    file.record(notes, worked_lower_edge, worked_upper_edge);
+}
+
+template <class File, class Quadruplets>
+void first_quadruplet_record(File& file, Quadruplets& quadruplets) {
+    file.begin();
+    for (auto& q : quadruplets) file.items(q.XK.cells);
+    for (auto& q : quadruplets) file.items(q.XC.cells);
+    for (auto& q : quadruplets) file.items(q.YK);
+    for (auto& q : quadruplets) file.items(q.YC);
+    for (auto& q : quadruplets) file.items(q.FRES);
+    file.end();
+}
+
+template <class File, class Quadruplets, class Count>
+void second_quadruplet_record(File& file, Quadruplets& quadruplets, Count& count) {
+    file.begin();
+    for (auto& q : quadruplets) file.items(q.M.cells);
+    file.items(count);
+    file.end();
+}
+
+// The terminations of a sound store, and a frequency at which it is worth looking.
+void take_band(Circuit& circuit) {
+    if (circuit.klast == 0) return;
+    circuit.R1 = branch_values(circuit, unpackBranch(circuit, 1)).front();
+    const Branch last = unpackBranch(circuit, circuit.klast);
+    if (circuit.klast > 1 && last.id == BranchId::resistor) circuit.R2 = branch_values(circuit, last).front();
+    if (circuit.R1 != 0) circuit.termination_ratio = circuit.R2 / circuit.R1;
+    if (circuit.fnorm == 0) circuit.fnorm = norm_frequency(circuit);
+}
+
+// The quarter-wave frequency of lines. Else where the reactances of coils and capacitors are, in the geometric mean,
+// the resistance of the load: within the pass band of most filters, or near it.
+double norm_frequency(const Circuit& circuit) {
+    if (circuit.kind != CircuitKind::lumped) return circuit.fs / 2;
+    double logarithms = 0;
+    int elements = 0;
+    for (int k = 2; k <= circuit.klast; ++k) {
+        if (!branchExists(circuit, k)) continue;
+        const Branch branch = unpackBranch(circuit, k);
+        const auto values = branch_values(circuit, branch);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const char letter = branch_kinds[branch.id].cells[i];
+            if (letter != 'L' && letter != 'C') continue;
+            const double omega = letter == 'L' ? circuit.R1 / values[i] : 1 / (circuit.R1 * values[i]);
+            if (omega == 0 || !std::isfinite(omega)) continue;
+            logarithms += std::log(std::fabs(omega));
+            ++elements;
+        }
+    }
+    return elements == 0 ? 1 : std::exp(logarithms / elements) / (2 * std::numbers::pi);
+}
+
+}  // namespace
 
 }  // namespace kavrel

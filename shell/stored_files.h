@@ -48,7 +48,7 @@ enum class ExtSlot {
 // The extension of a slot as the table holds it, four characters; the slot number is taken modulo 25.
 [[nodiscard]] std::string_view EXT(int slot);
 
-// The stem with the slot's extension: a stem that ends in it stands as it is; a dot among the last four characters cuts
+// The stem with the slot's extension: a stem that ends in it stays as it is; a dot among the last four characters cuts
 // the stem there before the extension is appended.
 [[nodiscard]] std::string file_name(std::string_view stem, ExtSlot slot);
 

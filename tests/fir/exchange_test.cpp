@@ -297,7 +297,7 @@ TEST(Exchange, BandOfOnePointIsMet) {
 
 // ------------------------------------------------------------------------------------------------------ other ends
 
-// A ripple below the last place of double: the deviation ends in rounding, the taps stand.
+// A ripple below the last place of double: the deviation ends in rounding, the taps are good.
 TEST(Exchange, LessRippleThanDoublesHoldEndsWithAFallingDeviation) {
     auto d = design_of(1, 201, {0, 0.1, 0.3, 0.5}, {1, 0}, {1, 1});
     d->run();
@@ -338,8 +338,9 @@ TEST(Exchange, TenBandsConvergeWithinTheLimit) {
     }
 }
 
-// Deep ones and shallow ones: the taps do what is told, or the failure is told and the taps stand nevertheless.
-TEST(Exchange, RandomLowPassesDoWhatIsTold) {
+// Deep ones and shallow ones: the taps do what is reported, or the failure is reported and the taps are good
+// nevertheless.
+TEST(Exchange, RandomLowPassesDoWhatIsReported) {
     std::mt19937 engine(1);
     const auto between = [&](double a, double b) {
         return a + (b - a) * static_cast<double>(engine()) / static_cast<double>(std::mt19937::max());

@@ -62,7 +62,7 @@ struct FirDesign : testing::Test {
         }
         return largest;
     }
-    [[nodiscard]] bool told(std::string_view text) const {
+    [[nodiscard]] bool reports(std::string_view text) const {
         return std::ranges::any_of(window.lines,
                                    [&](const auto& line) { return line.find(text) != std::string::npos; });
     }
@@ -93,7 +93,7 @@ TEST_F(FirDesign, TheReportTellsWhatTheTapsDo) {
         if (line.starts_with("  Deviation  ")) deviations += line.substr(17);
         if (line.find("band  5") != std::string::npos) heads += line.find("band  1") == std::string::npos ? 1 : 100;
     }
-    EXPECT_EQ(heads, 1) << "bands stand in groups of four";
+    EXPECT_EQ(heads, 1) << "bands are in groups of four";
     ASSERT_EQ(deviations.size(), 5U * 15U);
     for (int b = 1; b <= 5; ++b) {
         const double told_value = std::stod(deviations.substr(static_cast<std::size_t>(15 * (b - 1)), 15));
@@ -133,9 +133,9 @@ TEST_F(FirDesign, TheEstimatedLengthIsAFewTapsShort) {
         ask(0, FirSpecification::ripple_in_db, {{0, row.pass, 1, row.ripple}, {row.stop, 24, 0, row.loss}});
         ASSERT_EQ(remez_design(desk), FirDesignVerdict::designed);
         const int estimated = request.filter_length;
-        EXPECT_TRUE(told(" Estimated degree = "));
-        EXPECT_TRUE(told("Filter length determined by approximation"));
-        EXPECT_TRUE(told("Lowpass filter"));
+        EXPECT_TRUE(reports(" Estimated degree = "));
+        EXPECT_TRUE(reports("Filter length determined by approximation"));
+        EXPECT_TRUE(reports("Lowpass filter"));
         int needed = estimated - 3;
         do {
             ask(++needed, FirSpecification::ripple_in_db, {{0, row.pass, 1, row.ripple}, {row.stop, 24, 0, row.loss}});
@@ -143,13 +143,13 @@ TEST_F(FirDesign, TheEstimatedLengthIsAFewTapsShort) {
         } while (-20.0 * std::log10(filter.deviation) < row.loss);
         EXPECT_LE(std::abs(needed - estimated), 5) << row.ripple;
     }
-    EXPECT_TRUE(told("Bandpass filter")) << "a filter of given length";
+    EXPECT_TRUE(reports("Bandpass filter")) << "a filter of given length";
 }
 
 TEST_F(FirDesign, AnEstimateBeyondTheLimitIsReset) {
     ask(0, FirSpecification::ripple_in_db, {{0, 10, 1, 0.01}, {10.1, 24, 0, 80}});
     ASSERT_EQ(remez_design(desk), FirDesignVerdict::designed);
-    EXPECT_TRUE(told(" is too high. reset to:  512"));
+    EXPECT_TRUE(reports(" is too high. reset to:  512"));
     EXPECT_EQ(request.filter_length, 512);
     EXPECT_EQ(results.time_count, 0) << "more than 501 taps leave no time results";
     ask(0, FirSpecification::ripple_in_db, {{0, 10, 1, 0.01}, {10, 24, 0, 80}});
@@ -186,7 +186,7 @@ TEST_F(FirDesign, AntisymmetricTypesAreWhatTheyAreCalled) {
         const auto taps = full_response(filter, 1);
         ASSERT_EQ(taps.size(), static_cast<std::size_t>(length));
         EXPECT_EQ(taps.front(), -taps.back());
-        EXPECT_TRUE(told("Desired slope"));
+        EXPECT_TRUE(reports("Desired slope"));
         request.fir_type = FirType::hilbert;
         request.lower_frequency = 0.6;
         request.upper_frequency = length == 30 ? 5.0 : 4.4;
@@ -224,7 +224,7 @@ TEST_F(FirDesign, SegmentShowsAndAnalysesAFunction) {
     EXPECT_EQ(results.time_count, 0);
     send("time");
     EXPECT_EQ(results.time_count, 501);
-    EXPECT_TRUE(told(" Time response: first 501 of 512 samples"));
+    EXPECT_TRUE(reports(" Time response: first 501 of 512 samples"));
     EXPECT_NEAR(results.STEP(501), 1.0F, 0.01F);
     EXPECT_FLOAT_EQ(results.TIME(2), 1.0F / 48.0F);
     EXPECT_FLOAT_EQ(results.IMPULSE(20), static_cast<float>(filter.X(20)));

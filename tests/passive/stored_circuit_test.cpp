@@ -263,7 +263,7 @@ constexpr Damage damages[] = {
     {"implementation", [](PassiveFilter& f) { f.spec.implementation = 'X'; }},
 };
 
-// Text does not tell of the design, nor of the ratio that the terminations have.
+// Text holds neither the design nor the ratio that the terminations have.
 bool sound_in_text(const PassiveFilter& damaged) {
     PassiveFilter rest = damaged;
     rest.spec = {};

@@ -229,7 +229,7 @@ TEST_F(InputFiles, DamagedTruncatedForeignAndEmptyFilesAreRefused) {
                 EXPECT_EQ(form.new_event, other.new_event) << other.name;
             }
         }
-        // The count of every record told wrongly, at its head and at its end.
+        // A wrong count of every record, at its head and at its end.
         for (std::size_t at = 0; at < good.size();) {
             std::int32_t length = 0;
             std::memcpy(&length, good.data() + at, sizeof length);

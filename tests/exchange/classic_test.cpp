@@ -164,6 +164,13 @@ TEST(ClassicTexts, CoupledCoilsAreTheTee) {
     expect_described(tee, read_spice(spice).net, 1, 1.5, 1e-5, spice);
 }
 
+TEST(ClassicTexts, AVariablePairHasBothValues) {
+    const Circuit trap = circuit("R 50 | LC2 1u 1n | R 50");
+    const std::string text = transfer_text({trap}, {.file_type = TransferFileType::touchstone, .variable_block = true});
+    EXPECT_NE(text.find("\n   plc    1   2    l= 1.0000000E-06   c= 1.0000000E-09   ! l01 c01 \n"), std::string::npos)
+        << text;
+}
+
 // 2 V behind R1 into a short circuit at the other end: by reciprocity the current is 2/(R1 H).
 TEST(ClassicTexts, SpiceOfACircuitDrivenByAVoltagePrintsItsCurrent) {
     const Circuit driven = by_voltage();

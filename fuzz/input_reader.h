@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "workbench/input_forms.h"
+#include "forms/input_forms.h"
 
 namespace kavrel {
 

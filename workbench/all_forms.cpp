@@ -4,15 +4,15 @@
 #include <cstdlib>
 
 #include "fir/fir_segment.h"
+#include "forms/analysis_form.h"
+#include "forms/delay_form.h"
+#include "forms/filter_form.h"
+#include "forms/fir_analysis_form.h"
+#include "forms/fir_form.h"
+#include "forms/units_form.h"
 #include "passive/passive_forms.h"
 #include "shell/field_table.h"
 #include "synthesis/synthesis_form.h"
-#include "workbench/analysis_form.h"
-#include "workbench/delay_form.h"
-#include "workbench/filter_form.h"
-#include "workbench/fir_analysis_form.h"
-#include "workbench/fir_form.h"
-#include "workbench/units_form.h"
 
 namespace kavrel {
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string_view>
 
-#include "workbench/input_forms.h"
+#include "forms/input_forms.h"
 #include "workbench/workbench.h"
 
 namespace kavrel {

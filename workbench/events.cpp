@@ -4,13 +4,13 @@
 
 #include <fmt/format.h>
 
+#include "forms/units_form.h"
 #include "shell/stored_files.h"
 #include "workbench/analysis_road.h"
 #include "workbench/delay_road.h"
 #include "workbench/filter_road.h"
 #include "workbench/fir_road.h"
 #include "workbench/rooms.h"
-#include "workbench/units_form.h"
 
 namespace kavrel {
 

@@ -9,9 +9,4 @@ namespace kavrel {
 // everything as it was; a design that does not come off leaves its request in `filter_spec` and the former results.
 void filter_design_road(Workbench& bench, FormStart start);
 
-// The request in force as the approximation takes it: frequencies in Hz, a reflection coefficient or return loss turned
-// into a loss, the roots of a function as factors of s, s = j at the pass band's edge (its upper one where there are
-// two).
-[[nodiscard]] FilterSpec spec_of(const FilterRequest& request, const UnitSet& units);
-
 }  // namespace kavrel

@@ -2,17 +2,17 @@
 #pragma once
 
 #include "approximation/filter_driver.h"
-#include "approximation/filter_request.h"
 #include "fir/fir_desk.h"
+#include "forms/analysis_form.h"
+#include "forms/delay_form.h"
+#include "forms/filter_request.h"
+#include "forms/fir_analysis_form.h"
 #include "passive/passive_desk.h"
 #include "shell/analysis_result.h"
 #include "shell/journal.h"
 #include "shell/reporter.h"
 #include "shell/session.h"
 #include "synthesis/ladder_desk.h"
-#include "workbench/analysis_form.h"
-#include "workbench/delay_form.h"
-#include "workbench/fir_analysis_form.h"
 
 namespace kavrel {
 

@@ -19,11 +19,11 @@
 #include "desktop/number_entry.h"
 #include "desktop/palettes.h"
 #include "desktop/window_fit.h"
+#include "forms/filter_form.h"
+#include "forms/fir_form.h"
 #include "shell/number_text.h"
 #include "synthesis/synthesis_form.h"
 #include "tests/desktop/desktop_run.h"
-#include "workbench/filter_form.h"
-#include "workbench/fir_form.h"
 
 namespace kavrel {
 namespace {

@@ -2,8 +2,8 @@
 #include <QClipboard>
 #include <QTableWidget>
 
+#include "forms/fir_form.h"
 #include "tests/desktop/desktop_run.h"
-#include "workbench/fir_form.h"
 
 namespace kavrel {
 namespace {

@@ -1,16 +1,16 @@
-#include "workbench/analysis_form.h"
+#include "forms/analysis_form.h"
 
 #include <memory>
 #include <set>
 
 #include <gtest/gtest.h>
 
+#include "forms/fir_analysis_form.h"
 #include "passive/passive_segment.h"
 #include "tests/support/choices.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
 #include "workbench/events.h"
-#include "workbench/fir_analysis_form.h"
 
 namespace kavrel {
 namespace {

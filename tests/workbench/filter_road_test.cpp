@@ -7,13 +7,13 @@
 #include <nlohmann/json.hpp>
 
 #include "exchange/pole_zero_text.h"
+#include "forms/filter_form.h"
+#include "forms/filter_input_file.h"
+#include "forms/fir_input_file.h"
 #include "shell/stored_files.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
 #include "workbench/events.h"
-#include "workbench/filter_form.h"
-#include "workbench/filter_input_file.h"
-#include "workbench/fir_input_file.h"
 #include "workbench/start_up.h"
 #include "workbench/state_json.h"
 

@@ -2,11 +2,11 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "forms/fir_input_file.h"
 #include "shell/settings.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
 #include "workbench/events.h"
-#include "workbench/fir_input_file.h"
 #include "workbench/start_up.h"
 #include "workbench/state_json.h"
 

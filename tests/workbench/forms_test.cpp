@@ -6,12 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include "forms/filter_form.h"
 #include "shell/stored_files.h"
 #include "synthesis/synthesis_form.h"
 #include "tests/support/fake_window.h"
 #include "tests/workbench/form_plan.h"
 #include "workbench/all_forms.h"
-#include "workbench/filter_form.h"
 
 namespace kavrel {
 namespace {

@@ -8,10 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include "forms/input_forms.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
 #include "workbench/events.h"
-#include "workbench/input_forms.h"
 
 namespace kavrel {
 namespace {

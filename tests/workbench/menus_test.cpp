@@ -6,17 +6,17 @@
 
 #include <gtest/gtest.h>
 
+#include "forms/analysis_form.h"
+#include "forms/delay_form.h"
+#include "forms/filter_form.h"
+#include "forms/fir_analysis_form.h"
+#include "forms/fir_form.h"
 #include "synthesis/synthesis_form.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/workbench/form_plan.h"
 #include "workbench/all_forms.h"
-#include "workbench/analysis_form.h"
-#include "workbench/delay_form.h"
 #include "workbench/events.h"
-#include "workbench/filter_form.h"
-#include "workbench/fir_analysis_form.h"
-#include "workbench/fir_form.h"
 
 namespace kavrel {
 namespace {

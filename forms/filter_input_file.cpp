@@ -1,8 +1,6 @@
-#include "workbench/filter_input_file.h"
+#include "forms/filter_input_file.h"
 
-#include <numbers>
-
-#include "workbench/input_items.h"
+#include "forms/input_items.h"
 
 namespace kavrel {
 
@@ -21,10 +19,6 @@ std::string filter_input_bytes(const FilterRequest& request, const UnitSet& unit
 
 bool read_filter_input(std::string_view bytes, FilterRequest& request, UnitSet& units) {
     return read_input<Items>(bytes, request, units);
-}
-
-double zero_scale(const FilterRequest& request, const UnitSet& units) {
-    return request.zero_unit == ZeroUnitChoice::radians ? 0.5 / std::numbers::pi : units.frequency_multiplier;
 }
 
 namespace {

@@ -15,7 +15,7 @@
 #include <string>
 #include <string_view>
 
-#include "approximation/filter_request.h"
+#include "forms/filter_request.h"
 #include "shell/units.h"
 
 namespace kavrel {
@@ -27,8 +27,5 @@ inline constexpr int stored_fixed_zeros = 10;  // what the file has room for
 
 // False, with request and units as they were, when the bytes are not such a file or hold what the form could not.
 [[nodiscard]] bool read_filter_input(std::string_view bytes, FilterRequest& request, UnitSet& units);
-
-// Zeros in the user's frequency unit as they were entered: times this, they are in hertz.
-[[nodiscard]] double zero_scale(const FilterRequest& request, const UnitSet& units);
 
 }  // namespace kavrel

@@ -15,9 +15,9 @@
 #include <string>
 #include <string_view>
 
+#include "forms/analysis_form.h"
+#include "forms/fir_analysis_form.h"
 #include "shell/units.h"
-#include "workbench/analysis_form.h"
-#include "workbench/fir_analysis_form.h"
 
 namespace kavrel {
 

@@ -1,6 +1,6 @@
-#include "workbench/analysis_input_file.h"
+#include "forms/analysis_input_file.h"
 
-#include "workbench/input_items.h"
+#include "forms/input_items.h"
 
 namespace kavrel {
 

@@ -1,4 +1,4 @@
-#include "workbench/fir_form.h"
+#include "forms/fir_form.h"
 
 #include <algorithm>
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "approximation/filter_kinds.h"
+#include "approximation/filter_spec.h"
 #include "shell/form_list.h"
+#include "shell/units.h"
 
 namespace kavrel {
 
@@ -58,5 +60,13 @@ struct FilterRequest {
     int lower_movable = 0;                             // in place of such a list: zeros below the pass band, 0 to 15
     int upper_movable = 0;                             // and above it
 };
+
+// Zeros in the user's frequency unit as they were entered: times this, they are in hertz.
+[[nodiscard]] double zero_scale(const FilterRequest& request, const UnitSet& units);
+
+// The request in force as the approximation takes it: frequencies in Hz, a reflection coefficient or return loss turned
+// into a loss, the roots of a function as factors of s, s = j at the pass band's edge (its upper one where there are
+// two).
+[[nodiscard]] FilterSpec spec_of(const FilterRequest& request, const UnitSet& units);
 
 }  // namespace kavrel

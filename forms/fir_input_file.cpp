@@ -1,8 +1,8 @@
-#include "workbench/fir_input_file.h"
+#include "forms/fir_input_file.h"
 
 #include <limits>
 
-#include "workbench/input_items.h"
+#include "forms/input_items.h"
 
 namespace kavrel {
 

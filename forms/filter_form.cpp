@@ -1,4 +1,4 @@
-#include "workbench/filter_form.h"
+#include "forms/filter_form.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // The filter design form, and what of its record counts.
 #pragma once
 
-#include "approximation/filter_request.h"
+#include "forms/filter_request.h"
 #include "shell/form.h"
 
 namespace kavrel {

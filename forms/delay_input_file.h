@@ -12,8 +12,8 @@
 #include <string>
 #include <string_view>
 
+#include "forms/delay_form.h"
 #include "shell/units.h"
-#include "workbench/delay_form.h"
 
 namespace kavrel {
 

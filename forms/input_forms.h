@@ -4,12 +4,12 @@
 #include <string>
 #include <string_view>
 
-#include "workbench/analysis_input_file.h"
-#include "workbench/delay_input_file.h"
-#include "workbench/filter_form.h"
-#include "workbench/filter_input_file.h"
-#include "workbench/fir_form.h"
-#include "workbench/fir_input_file.h"
+#include "forms/analysis_input_file.h"
+#include "forms/delay_input_file.h"
+#include "forms/filter_form.h"
+#include "forms/filter_input_file.h"
+#include "forms/fir_form.h"
+#include "forms/fir_input_file.h"
 
 namespace kavrel {
 

@@ -1,4 +1,4 @@
-#include "workbench/filter_input_file.h"
+#include "forms/filter_input_file.h"
 
 #include <cstring>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "workbench/delay_form.h"
+#include "forms/delay_form.h"
 
 #include <set>
 

@@ -1,4 +1,4 @@
-#include "workbench/analysis_form.h"
+#include "forms/analysis_form.h"
 
 #include "shell/field_table.h"
 

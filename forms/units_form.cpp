@@ -1,4 +1,4 @@
-#include "workbench/units_form.h"
+#include "forms/units_form.h"
 
 #include "shell/field_table.h"
 #include "shell/reporter.h"

@@ -1,4 +1,4 @@
-#include "workbench/input_items.h"
+#include "forms/input_items.h"
 
 namespace kavrel {
 

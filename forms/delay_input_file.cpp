@@ -1,8 +1,8 @@
-#include "workbench/delay_input_file.h"
+#include "forms/delay_input_file.h"
 
 #include <cstdint>
 
-#include "workbench/input_items.h"
+#include "forms/input_items.h"
 
 namespace kavrel {
 

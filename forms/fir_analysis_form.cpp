@@ -1,4 +1,4 @@
-#include "workbench/fir_analysis_form.h"
+#include "forms/fir_analysis_form.h"
 
 #include "shell/field_table.h"
 

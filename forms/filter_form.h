@@ -14,7 +14,7 @@ extern const Form DOUBLETS_DLG;         // function and transmission zeros
 extern const Form PLACER_DLG;           // requirements, fixed and movable zeros
 
 // The request as the form's rules leave it: a number whose field is off is 0, a flag no; a group that is off, and a
-// stopband that a functional pass band cannot have, stand at the choice that then holds.
+// stopband that a functional pass band cannot have, have the choice that then holds.
 [[nodiscard]] FilterRequest in_force(const FilterRequest& request);
 
 }  // namespace kavrel

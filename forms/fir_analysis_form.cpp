@@ -8,7 +8,7 @@ namespace {
 
 using R = FirAnalysisRequest;
 
-// Factors tell length and symmetry themselves.
+// Factors give length and symmetry themselves.
 void fir_analysis_rules(const FirAnalysisRequest& r, FieldStates& states) {
     states.off({"filter_symmetry", "filter_length"}, r.filter_data == FirData::quadratics);
 }

@@ -1,7 +1,7 @@
 // The columns of numbers that an analysis leaves, and their text as comma-separated values.
 //
-// Columns are single precision, numbered from 1. A frequency analysis and a time analysis stand side by side: each
-// keeps its rows until the next one of its kind overwrites them, and `kind` tells which of the two came last.
+// Columns are single precision, numbered from 1. A frequency analysis and a time analysis are kept side by side: each
+// keeps its rows until the next one of its kind overwrites them, and `kind` says which of the two came last.
 // Frequencies are in Hz (rad/sec with `radians`), times and delays in seconds, losses in dB, phases in degrees,
 // immittances in ohm (siemens with `admittance`).
 #pragma once
@@ -66,7 +66,7 @@ struct AnalysisResult {
 
 static_assert(std::is_trivially_copyable_v<AnalysisResult>);
 
-// A column that an analysis may have. A null `present` stands for a column that every analysis of the kind has.
+// A column that an analysis may have. A null `present` means a column that every analysis of the kind has.
 struct ColumnRow {
     AnalysisResult::Kind kind;
     std::string_view name;  // in the table and the dump

@@ -1,4 +1,4 @@
-// Tables of fields: a maker for each kind, a row a field. The member that a field stands for is a template argument, a
+// Tables of fields: a maker for each kind, a row a field. The member that a field shows is a template argument, a
 // member of a member a path of them, and its type must be the kind's:
 //
 //     using R = FirRequest;
@@ -100,7 +100,7 @@ struct InsteadOf {
     std::string_view name = {};
 };
 
-// What a row of a list stands for: itself, or a root and its mirror images.
+// What a row of a list means: itself, or a root and its mirror images.
 enum class ListRows { plain, mirrored };
 
 template <auto... Path>

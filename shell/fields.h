@@ -40,7 +40,7 @@ constexpr void for_each_field(Record& record, const Visit& visit) {
 // Members of an aggregate: it takes so many initialisers.
 struct AnyMember {
     template <class T>
-    constexpr operator T() const;  // NOLINT: stands for a member of any type
+    constexpr operator T() const;  // NOLINT: serves as a member of any type
 };
 template <class Record, class... Members>
 consteval std::size_t member_count() {

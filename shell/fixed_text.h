@@ -33,8 +33,10 @@ struct FixedText {
     std::array<char, N> bytes = blank();
 
     constexpr FixedText() = default;
-    constexpr FixedText(std::string_view text) { assign(text); }  // NOLINT: a text may stand for a fixed text
-    constexpr FixedText(const char* text) { assign(text); }       // NOLINT
+    constexpr FixedText(std::string_view text) {
+        assign(text);
+    }                                                        // NOLINT: a text is taken where a fixed text is wanted
+    constexpr FixedText(const char* text) { assign(text); }  // NOLINT
 
     constexpr void assign(std::string_view text) {
         bytes = blank();

@@ -103,7 +103,7 @@ struct FileRows {
     bool in_hertz = false;  // their heading says "(in Hz)"
 };
 
-// Whether a list of zeros with their mirror images does without a root of a pole-zero file, which tells all of the
+// Whether a list of zeros with their mirror images does without a root of a pole-zero file, which lists all of the
 // upper half plane: of re + j im and -re + j im the list has the first, and zeros at the origin are counted elsewhere.
 bool goes_without_saying(double re, double im, std::vector<std::pair<double, double>>& without_image) {
     if (re == 0 && im == 0) return true;
@@ -155,7 +155,7 @@ std::optional<FileRows> rows_of_file(std::istream& file, const Field& list, cons
     return rows;
 }
 
-// What 1 in a column of frequencies stands for: by the column's unit, or by the form's choice between the unit of
+// What 1 in a column of frequencies means: by the column's unit, or by the form's choice between the unit of
 // frequency and radians a second.
 double hertz_of_column(const Form& form, const Column& column, void* record, const UnitSet& units) {
     const double unit = unit_multiplier(units, Unit::frequency);
@@ -298,7 +298,7 @@ void FormSheet::clear_rows(std::size_t i) {
 
 void FormSheet::press(std::size_t i) {
     const Form* form = field(i).opens(record_);
-    // The record stays as it is when the inner form is cancelled, so there is nothing to tell the outer one.
+    // The record stays as it is when the inner form is cancelled, so there is nothing to report to the outer one.
     if (form != nullptr) static_cast<void>(run_form(*form, record_, units_, reporter_));
     apply_rules();
 }

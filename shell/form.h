@@ -66,7 +66,7 @@ struct TextView {
     std::size_t size;
 };
 
-// Made by the makers of shell/field_table.h, which know the member that a field stands for.
+// Made by the makers of shell/field_table.h, which know the member that a field shows.
 struct Field {
     std::string_view name;   // of the record's member, or made from the label
     std::string_view label;  // the unit in parentheses is added to it
@@ -81,7 +81,7 @@ struct Field {
     ListView (*list)(void* record) = nullptr;            // of a list
     const Form* (*opens)(const void* record) = nullptr;  // of a button
     std::string_view instead_of = {};                    // the number that becomes 0 when this one is given
-    bool mirrored = false;                               // of a list: a row stands for a root and its mirror images
+    bool mirrored = false;                               // of a list: a row is a root and its mirror images
     TypeTag record = nullptr;                            // whose field it is; none of a heading or a plain button
 };
 
@@ -125,7 +125,7 @@ struct Form {
     void (*rules)(const void* record, FieldStates& states) = nullptr;
     std::string_view (*message)(const void* record) = nullptr;  // what is wrong with the record, or blank
     bool reads_file = false;                                    // its lists have a button "Read from file"
-    std::string_view caption = "Error";                         // of the box that tells what is wrong
+    std::string_view caption = "Error";                         // of the box that says what is wrong
 };
 
 // A form while it is open: what a window layer reads, shows and changes. Field numbers count from 0.
@@ -183,8 +183,8 @@ private:
 };
 
 // Opens a form on a record and keeps it open until it is cancelled (false, the record as it was) or passes its
-// validator (true). What the validator refuses is told in a box with the form's caption, and the form comes back with
-// what was entered.
+// validator (true). What the validator refuses is reported in a box with the form's caption, and the form comes back
+// with what was entered.
 [[nodiscard]] bool run_form(const Form& form, void* record, const UnitSet& units, Reporter& reporter);
 
 // The number of the field with this name or, failing that, with this label, as it reads or made a name ("Fixed zeros",

@@ -129,7 +129,7 @@ void plot_data(PlotSurface& surface, const PlotWindow& window, int curve) {
                 run.first(thin_dashed(run, window.area.right - window.area.left, window.area.bottom - window.area.top));
         }
         if (run.size() == 1) {
-            surface.line(run[0], run[0], pen);  // a point that stands alone
+            surface.line(run[0], run[0], pen);  // a point on its own
         } else if (!run.empty()) {
             surface.polyline(run, pen);
         }

@@ -24,7 +24,7 @@ inline constexpr int plot_bound = 1002;  // points of a curve
 
 // ---- verdicts ----
 
-// What a box is to tell; an empty text says that all went well.
+// What a box is to say; an empty text says that all went well.
 struct PlotVerdict {
     std::string_view text;
     std::string_view caption;
@@ -68,14 +68,14 @@ struct TextSize {
 
 enum class PlotPen { frame, tick, grid, y1, y2 };
 
-// The second curve is told from the first by its dashes, also where colours are lost.
+// The second curve differs from the first by its dashes, also where colours are lost.
 [[nodiscard]] constexpr bool is_dashed(PlotPen pen) { return pen == PlotPen::y2; }
 
 enum class Across { left, middle, right };
 enum class Along { top, middle, bottom };
 enum class PlotInk { plain, y1, y2 };
 
-// A text in the face "ARIAL". `across` and `along` tell which point of its box stands at `at`; an upwards text is
+// A text in the face "ARIAL". `across` and `along` say which point of its box is at `at`; an upwards text is
 // turned by a quarter, so that it is read from below, and its box (and the two anchors) are those of the turned text.
 struct PlotText {
     std::string_view text;

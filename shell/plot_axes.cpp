@@ -170,7 +170,7 @@ NiceRange range_of(const DecimalRange& decimal) {
     return range;
 }
 
-// Tick steps are told by their leading digits, the roundest first; a step in no row is not round.
+// Tick steps are found by their leading digits, the roundest first; a step in no row is not round.
 struct StepRow {
     double mantissa;
     int cost;
@@ -232,13 +232,13 @@ string_view offset_letter(string_view label, bool is_x) {
 }
 
 // Whether the six decimals of a chosen unit blur an offset against the deviations that it is the level of, so that a
-// smaller prefix tells more: 29 nsec in seconds are none.
+// smaller prefix shows more: 29 nsec in seconds are none.
 bool is_blurred(const PlotAxis& axis, double unit) {
     return 1e-6 * unit > 0.01 * axis.amount && std::abs(axis.offset) < unit;
 }
 
 // ", L0 = 40.050000 dB": the offset by the conversion of component values. Of quantities that the conversion has no
-// unit for the unit is the one told by the label, in parentheses.
+// unit for the unit is the one named in the label, in parentheses.
 std::string offset_text(string_view label, const PlotAxis& axis, bool is_x, const UnitSet& units) {
     const string_view letter = offset_letter(label, is_x);
     int code = -1;

@@ -1,4 +1,4 @@
-// "Printing to": what stands behind the item "&Print" of every Segment.
+// "Printing to": what is behind the item "&Print" of every Segment.
 #pragma once
 
 #include "shell/field_table.h"

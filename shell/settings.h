@@ -12,7 +12,7 @@ inline constexpr const char* settings_file = "q_qxz";
 enum class SettingsStatus { read, missing, damaged };
 
 // Reads the settings into `units`; a file that is missing or damaged leaves them as they are. The multipliers rule: the
-// four indices of the file are dropped for those that the multipliers stand for. Numbers may have E or D as exponent
+// four indices of the file are dropped for those that the multipliers mean. Numbers may have E or D as exponent
 // letter.
 [[nodiscard]] SettingsStatus read_settings(const std::string& path, UnitSet& units);
 

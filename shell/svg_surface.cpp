@@ -16,7 +16,7 @@ constexpr double pixels_per_point = 4.0 / 3.0;
 constexpr double line_height = 1.4;      // of a text's box, in heights of its type
 constexpr double ascent = 1.06;          // from the top of the box to the base line
 constexpr double half_capital = 0.36;    // from the middle of a capital to the base line
-constexpr double stand_in_width = 1.15;  // of the faces that may stand in, against the metrics
+constexpr double stand_in_width = 1.15;  // of the faces that may replace it, against the metrics
 constexpr std::string_view faces = "Arial, Helvetica, 'Liberation Sans', 'DejaVu Sans', sans-serif";
 
 // Widths of the Helvetica characters ' ' to '~', in thousandths of the type's height.

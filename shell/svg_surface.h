@@ -2,7 +2,7 @@
 //
 // Every line and text bears the class of its pen or place: "grid", "tick", "frame", "y1", "y2", "text". Places are
 // written in pixels with three decimals, styles as attributes, so that any program that takes SVG shows the same
-// picture. Text widths are those of the Helvetica metrics with room for the wider faces that may stand in for it.
+// picture. Text widths are those of the Helvetica metrics with room for the wider faces that may replace it.
 #pragma once
 
 #include <string>

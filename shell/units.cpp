@@ -28,7 +28,7 @@ double multiplier_of(const UnitSet& units, int unit_code) {
     }
 }
 
-// The exponent in steps of 1000 that a multiplier stands for.
+// The exponent in steps of 1000 that a multiplier means.
 int exponent_of(double multiplier) {
     const double power = std::log10(multiplier);
     return static_cast<int>(power + (power < 0.0 ? -prefix_guard : prefix_guard)) / 3;

@@ -37,7 +37,7 @@ enum UnitCode { ohm = 0, henry = 1, farad = 2, hertz = 3, second = 4 };
 // time units are had only together with a frequency unit above hertz (otherwise they fall back to H, F and sec).
 void settle_units(UnitSet& units);
 
-// " ( Hz)", " (KHz)", ... and " ( sec)", " (msec)", ... as they stand behind a label; blank for `Unit::none`.
+// " ( Hz)", " (KHz)", ... and " ( sec)", " (msec)", ... as they are appended to a label; blank for `Unit::none`.
 [[nodiscard]] std::string unit_suffix(const UnitSet& units, Unit unit);
 
 // The multiplier of a unit: SI value = value in the user's unit times this.

@@ -198,25 +198,5 @@ TEST(DelayForm, RefusalsKeepWhatWasEntered) {
     EXPECT_EQ(r.DELAY_DATA.rows, 4) << "the three rows of the first try are still there";
 }
 
-TEST(DelayForm, UnitsStandBehindLabels) {
-    FakeWindow window;
-    Journal journal;
-    PrintState print;
-    Reporter reporter(window, journal, print);
-    UnitSet units;
-    units.frequency_index = 2;
-    units.time_index = 3;
-    settle_units(units);
-    R r;
-    const FormSheet sheet(DELAY_DESIGN_DLG, &r, units, reporter);
-    const auto label = [&](std::string_view name) {
-        return sheet.label(static_cast<std::size_t>(find_field(sheet, name)));
-    };
-    EXPECT_EQ(label("fq_or_fs"), "FQ or FS (KHz)");
-    const FormSheet data(ZEROS_DLG, &r, units, reporter);
-    EXPECT_EQ(label("delay").substr(0, 7), "Delay (");
-    EXPECT_EQ(data.column_label(0, 2), label("delay")) << "one unit of time in both";
-}
-
 }  // namespace
 }  // namespace kavrel

@@ -177,22 +177,6 @@ TEST_F(FilterForm, LabelsFollowTheKindAndTheUnit) {
     }
 }
 
-TEST_F(FilterForm, ListsAreFoundByLabelOrByTheNameMadeOfIt) {
-    FilterRequest r;
-    const FormSheet doublets(DOUBLETS_DLG, &r, units, reporter);
-    for (const char* name : {"DOUBLETS", "doublets", "Function zeros", "function_zeros"}) {
-        EXPECT_EQ(find_field(doublets, name), 1) << name;
-    }
-    EXPECT_EQ(find_field(doublets, "transmission_zeros"), 2);
-    const FormSheet placer(PLACER_DLG, &r, units, reporter);
-    EXPECT_EQ(find_field(placer, "requirements"), 0);
-    EXPECT_EQ(find_field(placer, "fixed_zeros"), 1);
-    EXPECT_EQ(find_field(placer, "movable zeros"), 2);
-    const FormSheet filter(DESIGN_FILTER_DLG, &r, units, reporter);
-    EXPECT_EQ(find_field(filter, "Loss (dB)"), -2);
-    EXPECT_EQ(find_field(filter, "detail_parameters"), find_field(filter, "Detail Parameters"));
-}
-
 TEST_F(FilterForm, DetailParametersAskForWhatTheCaseNeeds) {
     const struct {
         Choices choices;

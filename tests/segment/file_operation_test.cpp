@@ -49,9 +49,9 @@ TEST(FileOperation, TheEleventhUndoFileMovesTheOthersDown) {
     EXPECT_EQ(write(FileOperation::new_undo, {.undo_count = 10}, "10"), FileStatus::done);
     std::string bytes;
     for (int level = 0; level < 10; ++level) {
-        const FileStatus told = file_operation(FileOperation::undo, {.undo_count = level}, bytes);
-        EXPECT_EQ(told, level == 0 ? FileStatus::not_found : FileStatus::done) << level;
-        if (told == FileStatus::done) {
+        const FileStatus status = file_operation(FileOperation::undo, {.undo_count = level}, bytes);
+        EXPECT_EQ(status, level == 0 ? FileStatus::not_found : FileStatus::done) << level;
+        if (status == FileStatus::done) {
             EXPECT_EQ(bytes, std::to_string(level + 1));
         }
     }

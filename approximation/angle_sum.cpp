@@ -6,6 +6,7 @@
 #include <numbers>
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -106,4 +107,5 @@ Real angle_excess(const AngleSum& angles, Real eta, int half_turns) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

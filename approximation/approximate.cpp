@@ -18,6 +18,7 @@
 #include "numeric/scaled_value.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -317,4 +318,5 @@ Fault Run::find_immittances() {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -3,6 +3,7 @@
 #include <numbers>
 
 namespace kavrel {
+
 namespace {
 
 constexpr int shiftable_degree = max_degree / 2;
@@ -77,4 +78,5 @@ void shift_poles(const FilterSpec& low, const TransferFunction& poles, FilterSpe
 }
 
 }  // namespace
+
 }  // namespace kavrel

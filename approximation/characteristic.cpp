@@ -9,6 +9,7 @@
 #include "numeric/guarded.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -231,4 +232,5 @@ void shift_pass_band(FilterSpec& spec, XPlane& xp, WideRootSet& roots, FrontNote
 }
 
 }  // namespace
+
 }  // namespace kavrel

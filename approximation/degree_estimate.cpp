@@ -10,6 +10,7 @@
 #include "approximation/frequency_variable.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -328,4 +329,5 @@ FrontVerdict count_matching_zeros(FilterSpec& spec, const XPlane& xp, Real misma
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -13,6 +13,7 @@
 #include "numeric/guarded.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -348,4 +349,5 @@ FrontVerdict find_stretch(const WideRootSet& E, Real omega2, FilterSpec& spec, R
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -11,6 +11,7 @@
 #include "numeric/scaled_value.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -212,4 +213,5 @@ Complex<Real> value_of_psi(const FilterSpec& spec, const XPlane& xp, bool band_p
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -13,6 +13,7 @@
 #include "approximation/sloped_passband.h"
 
 namespace kavrel {
+
 namespace {
 
 constexpr double lossy_ratio = 1.001;  // of the terminations of a lossy filter that were equal
@@ -285,4 +286,5 @@ std::string with_number(std::string text, int number) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

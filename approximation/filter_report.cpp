@@ -7,6 +7,7 @@
 #include "shell/edited.h"
 
 namespace kavrel {
+
 namespace {
 
 constexpr int outer_margin = 7;
@@ -229,4 +230,5 @@ void report_transmission_zeros(const DesignFacts& facts, Sheet& sheet) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

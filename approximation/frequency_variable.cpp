@@ -8,6 +8,7 @@
 #include "numeric/guarded.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -330,4 +331,5 @@ void rescale_factors(Table<double, factor_limit>& factors, int degree, Real p) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -5,6 +5,7 @@
 #include "approximation/frequency_variable.h"
 
 namespace kavrel {
+
 namespace {
 
 bool has_given_function(const FilterSpec& spec) {
@@ -62,4 +63,5 @@ void take_given_degree(FilterSpec& spec) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

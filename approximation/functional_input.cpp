@@ -9,6 +9,7 @@
 #include "numeric/scaled_value.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -208,4 +209,5 @@ Real product_of_zero_squares(const XPlane& x) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -6,6 +6,7 @@
 #include "numeric/root_order.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -134,4 +135,5 @@ FactorVerdict factor_of_single(Real x, Real a, Real& c) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -6,6 +6,7 @@
 #include "numeric/scaled_value.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -77,4 +78,5 @@ void set_levels(const WidePseudoPolynomial& e, Real a, WideRootSet& even, WideRo
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -6,6 +6,7 @@
 #include "numeric/scaled_value.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -136,4 +137,5 @@ void settle_forced_root(const WideRootSet& A, const WideRootSet& B, const WideRo
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -9,6 +9,7 @@
 #include "approximation/hurwitz_factors.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -149,4 +150,5 @@ Real summit(const XPlane& x, Real left, Real middle, Real right, Real value) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

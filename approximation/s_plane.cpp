@@ -8,6 +8,7 @@
 #include "numeric/guarded.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -97,4 +98,5 @@ double level_at(const TransferFunction& t, double w) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

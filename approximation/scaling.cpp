@@ -5,6 +5,7 @@
 #include "approximation/power_loss.h"
 
 namespace kavrel {
+
 namespace {
 
 long double ratio_for_loss(long double u);
@@ -52,4 +53,5 @@ long double ratio_for_loss(long double u) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -8,6 +8,7 @@
 #include "numeric/root_order.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -85,4 +86,5 @@ void give_back(int m, Real a, WideRootSet& Q) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -8,6 +8,7 @@
 #include "approximation/frequency_variable.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = XPlane::Real;
@@ -71,4 +72,5 @@ Real least_between(const XPlane& xp, Real from, Real to) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -10,6 +10,7 @@
 #include "numeric/complex.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = long double;
@@ -431,4 +432,5 @@ Real output(const StateSpace& system, const Vector& x) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -8,6 +8,7 @@
 #include "approximation/s_plane.h"
 
 namespace kavrel {
+
 namespace {
 
 struct NoAnswers final : ApproximationQuestions {
@@ -65,4 +66,5 @@ BENCHMARK(ellip_ladder)->DEGREES;
 #undef DEGREES
 
 }  // namespace
+
 }  // namespace kavrel

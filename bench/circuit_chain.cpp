@@ -12,6 +12,7 @@
 #include "circuit/chain_analysis.h"
 
 namespace kavrel {
+
 namespace {
 
 enum class Ladder { polynomial, traps, compounds };
@@ -95,4 +96,5 @@ void plain_recursion(benchmark::State& state) {
 BENCHMARK(plain_recursion)->Arg(30)->Arg(50)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
+
 }  // namespace kavrel

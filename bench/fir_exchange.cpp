@@ -10,6 +10,7 @@
 #include "fir/impulse_response.h"
 
 namespace kavrel {
+
 namespace {
 
 void design(benchmark::State& state) {
@@ -37,4 +38,5 @@ void design(benchmark::State& state) {
 BENCHMARK(design)->Arg(32)->Arg(64)->Arg(101)->Arg(128)->Arg(256)->Arg(512)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
+
 }  // namespace kavrel

@@ -15,6 +15,7 @@
 #include "tests/numeric/random_sums.h"
 
 namespace kavrel {
+
 namespace {
 
 std::vector<testing::RandomSum> sums_of_degree(int degree) {
@@ -110,4 +111,5 @@ BENCHMARK(solve_sum)->Arg(5)->Arg(10)->Arg(20)->Arg(50)->Unit(benchmark::kMicros
 BENCHMARK(companion_matrix)->Arg(5)->Arg(10)->Arg(20)->Arg(50)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
+
 }  // namespace kavrel

@@ -8,6 +8,7 @@
 #include "tests/approximation/transfer_cases.h"
 
 namespace kavrel {
+
 namespace {
 
 FilterSpec request(int n, bool elliptic) {
@@ -79,4 +80,5 @@ void search(benchmark::State& state) {
 BENCHMARK(search)->Arg(0)->Arg(2)->Arg(6)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
 }  // namespace kavrel

@@ -14,6 +14,7 @@
 #include "workbench/start_up.h"
 
 namespace kavrel {
+
 namespace {
 
 constexpr int file_failure = static_cast<int>(Failure::file);
@@ -80,6 +81,7 @@ int run(const ConsoleOptions& options) {
 }
 
 }  // namespace
+
 }  // namespace kavrel
 
 int main(int argc, char** argv) {

@@ -11,6 +11,7 @@
 #include "workbench/start_up.h"
 
 namespace kavrel {
+
 namespace {
 
 constexpr const char* usage =
@@ -47,6 +48,7 @@ int run(int argc, char** argv) {
 }
 
 }  // namespace
+
 }  // namespace kavrel
 
 int main(int argc, char** argv) {

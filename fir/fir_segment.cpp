@@ -11,39 +11,9 @@ namespace {
 
 constexpr int ordinary_command = 1;
 
-// Whether the function that the command's form names is there; tells it if not.
-bool has_function(FirDesk& desk, std::string_view without_any) {
-    const int n = desk.command.function_number;
-    if (desk.filter.functions == 0) {
-        desk.reporter.message(without_any, "Error");
-    } else if (n < 1 || n > desk.filter.functions) {
-        desk.reporter.message("Function does not exist", "Error");
-    } else {
-        return true;
-    }
-    return false;
-}
-
-void show(FirDesk& desk) {
-    if (!has_function(desk, "No function to show")) return;
-    const int n = desk.command.function_number;
-    desk.reporter.report_line(" " + desk.session.TITLE.text());
-    desk.reporter.report_line(" Function number " + edit_i(n, 2) + ", length " +
-                              edit_i(fir_taps(desk.filter.LENGTH(n), desk.filter.NODD, desk.filter.NEG), 3));
-    report_impulse_response(desk.filter, n, desk.reporter);
-}
-
-void time(FirDesk& desk) {
-    if (!has_function(desk, "No function to analyze")) return;
-    const int n = desk.command.function_number;
-    fir_time_response(desk.filter, n, desk.results);
-    const int taps = fir_taps(desk.filter.LENGTH(n), desk.filter.NODD, desk.filter.NEG);
-    desk.results.TITLE = desk.session.TITLE.trimmed();
-    if (taps > desk.results.time_count) {
-        desk.reporter.report_line(" Time response: first " + edit_i(desk.results.time_count, 3) + " of " +
-                                  edit_i(taps, 3) + " samples");
-    }
-}
+bool has_function(FirDesk& desk, std::string_view without_any);
+void show(FirDesk& desk);
+void time(FirDesk& desk);
 
 void print(FirDesk& desk) { choose_print_mode(desk.command.printing_to, desk.reporter); }
 
@@ -97,5 +67,43 @@ void firSegment(FirDesk& desk) {
     commands.run(desk, desk.session.word(SegmentId::fir));
     desk.session.entry(SegmentId::fir) = ordinary_command;
 }
+
+namespace {
+
+// Whether the function that the command's form names is there; tells it if not.
+bool has_function(FirDesk& desk, std::string_view without_any) {
+    const int n = desk.command.function_number;
+    if (desk.filter.functions == 0) {
+        desk.reporter.message(without_any, "Error");
+    } else if (n < 1 || n > desk.filter.functions) {
+        desk.reporter.message("Function does not exist", "Error");
+    } else {
+        return true;
+    }
+    return false;
+}
+
+void show(FirDesk& desk) {
+    if (!has_function(desk, "No function to show")) return;
+    const int n = desk.command.function_number;
+    desk.reporter.report_line(" " + desk.session.TITLE.text());
+    desk.reporter.report_line(" Function number " + edit_i(n, 2) + ", length " +
+                              edit_i(fir_taps(desk.filter.LENGTH(n), desk.filter.NODD, desk.filter.NEG), 3));
+    report_impulse_response(desk.filter, n, desk.reporter);
+}
+
+void time(FirDesk& desk) {
+    if (!has_function(desk, "No function to analyze")) return;
+    const int n = desk.command.function_number;
+    fir_time_response(desk.filter, n, desk.results);
+    const int taps = fir_taps(desk.filter.LENGTH(n), desk.filter.NODD, desk.filter.NEG);
+    desk.results.TITLE = desk.session.TITLE.trimmed();
+    if (taps > desk.results.time_count) {
+        desk.reporter.report_line(" Time response: first " + edit_i(desk.results.time_count, 3) + " of " +
+                                  edit_i(taps, 3) + " samples");
+    }
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -8,6 +8,7 @@
 #include "numeric/root_hunt.h"
 
 namespace kavrel {
+
 namespace {
 
 enum class Part { even, odd };
@@ -153,4 +154,5 @@ bool has_complex_root(const WideRootSet& set) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

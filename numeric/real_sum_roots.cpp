@@ -7,6 +7,7 @@
 #include "numeric/root_hunt.h"
 
 namespace kavrel {
+
 namespace {
 
 void take_out_common_roots(RealSumWorkspace& ws);
@@ -198,4 +199,5 @@ void delete_root(RealRootSet& set, int i) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -5,6 +5,7 @@
 #include "numeric/guarded.h"
 
 namespace kavrel {
+
 namespace {
 
 using Root = Complex<Wide>;
@@ -47,4 +48,5 @@ void sort_range(WideRootSet& set, int first, int last, Before before) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

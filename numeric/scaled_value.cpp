@@ -4,6 +4,7 @@
 #include <cmath>
 
 namespace kavrel {
+
 namespace {
 
 // A running product is brought back towards 1 when it leaves this range; a factor may then still be 1e100 or 1e-100.

@@ -9,6 +9,7 @@
 #include "numeric/root_order.h"
 
 namespace kavrel {
+
 namespace {
 
 void take_out_common_roots(SumWorkspace& ws);
@@ -251,4 +252,5 @@ void average_clusters(WideRootSet& R) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

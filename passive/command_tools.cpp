@@ -9,29 +9,7 @@ namespace kavrel {
 
 namespace {
 
-// A row of lines may hold a value, a resonance and an impedance of their equivalent, more than the report takes: then
-// blanks give way, the widest gap behind the drawing first, so that no number loses its end. The label of the impedance
-// stays whole.
-std::string fitted(std::string_view row) {
-    constexpr std::size_t drawing_width = 18;
-    if (utf8_length(trim_right(row)) <= Reporter::line_limit) return std::string(row);
-    std::string text(trim_right(row));
-    const std::size_t from = utf8_head(text, drawing_width).size();
-    while (utf8_length(text) > Reporter::line_limit) {
-        std::size_t widest = 1, place = 0;
-        for (std::size_t i = from; i < text.size();) {
-            const std::size_t end = text.find_first_not_of(' ', i);
-            if (end - i > widest && text[end] != 'z') {
-                widest = end - i;
-                place = i;
-            }
-            i = std::min(text.find(' ', end), text.size());
-        }
-        if (place == 0) break;
-        text.erase(place, 1);
-    }
-    return text;
-}
+std::string fitted(std::string_view row);
 
 }  // namespace
 
@@ -58,5 +36,33 @@ bool wishes_original(PassiveDesk& desk, std::string_view what) {
         std::string(what) + " is for the original filter, not the current (modified) one \nWish to continue?";
     return desk.reporter.message(text, "Question", Buttons::yes_no) == Answer::yes;
 }
+
+namespace {
+
+// A row of lines may hold a value, a resonance and an impedance of their equivalent, more than the report takes: then
+// blanks give way, the widest gap behind the drawing first, so that no number loses its end. The label of the impedance
+// stays whole.
+std::string fitted(std::string_view row) {
+    constexpr std::size_t drawing_width = 18;
+    if (utf8_length(trim_right(row)) <= Reporter::line_limit) return std::string(row);
+    std::string text(trim_right(row));
+    const std::size_t from = utf8_head(text, drawing_width).size();
+    while (utf8_length(text) > Reporter::line_limit) {
+        std::size_t widest = 1, place = 0;
+        for (std::size_t i = from; i < text.size();) {
+            const std::size_t end = text.find_first_not_of(' ', i);
+            if (end - i > widest && text[end] != 'z') {
+                widest = end - i;
+                place = i;
+            }
+            i = std::min(text.find(' ', end), text.size());
+        }
+        if (place == 0) break;
+        text.erase(place, 1);
+    }
+    return text;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -21,24 +21,9 @@ constexpr std::string_view view_show = "View Show";
 std::string send_menus(std::string_view menu) { return "SendMenusTo (\"Kavrel\", \"" + std::string(menu) + "\")\n"; }
 std::string send_key(std::string_view keys) { return "SendKey (\"" + std::string(keys) + "\")\n"; }
 
-// Chooses one of the two buttons of "View Suppress", whose form is there at once.
-std::string display_lines(std::string_view keys) {
-    return std::string(wait_for_segment) + send_menus(view_suppress) + send_key(keys);
-}
-
-void append(PassiveDesk& desk, std::string_view text) {
-    std::ofstream file(desk.state.macro_file.text(), std::ios::app | std::ios::binary);
-    file << text;
-    file.close();
-    if (file) return;
-    desk.state.recording = false;
-    refuse(desk, "File could not be written");
-}
-
-void close_macro(PassiveDesk& desk) {
-    append(desk, display_lines("{DOWN} ~") + std::string(wait_for_segment) + send_menus(view_show));
-    desk.state.recording = false;
-}
+std::string display_lines(std::string_view keys);
+void append(PassiveDesk& desk, std::string_view text);
+void close_macro(PassiveDesk& desk);
 
 }  // namespace
 
@@ -83,5 +68,28 @@ void play_macro(PassiveDesk& desk) {
         refuse(desk, "File was not found");
     }
 }
+
+namespace {
+
+// Chooses one of the two buttons of "View Suppress", whose form is there at once.
+std::string display_lines(std::string_view keys) {
+    return std::string(wait_for_segment) + send_menus(view_suppress) + send_key(keys);
+}
+
+void append(PassiveDesk& desk, std::string_view text) {
+    std::ofstream file(desk.state.macro_file.text(), std::ios::app | std::ios::binary);
+    file << text;
+    file.close();
+    if (file) return;
+    desk.state.recording = false;
+    refuse(desk, "File could not be written");
+}
+
+void close_macro(PassiveDesk& desk) {
+    append(desk, display_lines("{DOWN} ~") + std::string(wait_for_segment) + send_menus(view_show));
+    desk.state.recording = false;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -80,6 +80,34 @@ constexpr CommandTable commands({
     {"conv"},
 });
 
+void begin_empty(PassiveFilter& filter);
+void enter(PassiveDesk& desk, int entry);
+
+}  // namespace
+
+CommandWords passive_words() { return commands.words(); }
+
+void passiveSegment(PassiveDesk& desk) {
+    int& entry = desk.session.entry(SegmentId::passive);
+    CommandKeyword& cell = desk.session.word(SegmentId::passive);
+    // The circuit of a stored lattice is there when the Segment is entered; that of a stored circuit is to be read.
+    if (entry == passive_entry::stored_lattice && cell == read_word) cell = show_word;
+    const bool name_given = entry == passive_entry::stored_circuit;
+    if (entry != passive_entry::ordinary_command) enter(desk, entry);
+    entry = passive_entry::ordinary_command;
+    if (desk.filter.circuit.ilast >= compact_from) compactValues(desk.filter.circuit);
+
+    if (name_given && cell == read_word) {
+        read_circuit_file(desk, true);
+        cell = {};
+    } else {
+        commands.run(desk, cell);
+    }
+    desk.command.title = desk.session.TITLE;
+}
+
+namespace {
+
 // The store is empty: kind, band and quarter-wave frequency are all that is known of a circuit to be typed in.
 void begin_empty(PassiveFilter& filter) {
     Circuit& circuit = filter.circuit;
@@ -111,26 +139,5 @@ void enter(PassiveDesk& desk, int entry) {
 }
 
 }  // namespace
-
-CommandWords passive_words() { return commands.words(); }
-
-void passiveSegment(PassiveDesk& desk) {
-    int& entry = desk.session.entry(SegmentId::passive);
-    CommandKeyword& cell = desk.session.word(SegmentId::passive);
-    // The circuit of a stored lattice is there when the Segment is entered; that of a stored circuit is to be read.
-    if (entry == passive_entry::stored_lattice && cell == read_word) cell = show_word;
-    const bool name_given = entry == passive_entry::stored_circuit;
-    if (entry != passive_entry::ordinary_command) enter(desk, entry);
-    entry = passive_entry::ordinary_command;
-    if (desk.filter.circuit.ilast >= compact_from) compactValues(desk.filter.circuit);
-
-    if (name_given && cell == read_word) {
-        read_circuit_file(desk, true);
-        cell = {};
-    } else {
-        commands.run(desk, cell);
-    }
-    desk.command.title = desk.session.TITLE;
-}
 
 }  // namespace kavrel

@@ -15,35 +15,8 @@ constexpr double turn = 360.0;
 // Degrees by which a delay of 1 sec turns the phase back for each unit of frequency.
 double degrees_per_second(bool radians) { return radians ? 180.0 / std::numbers::pi : turn; }
 
-void unwrap(const AnalysisResult& results, PhaseLine& line) {
-    const double back = degrees_per_second(results.radians);
-    for (int i = 1; i <= line.count; ++i) {
-        line.frequency(i) = static_cast<double>(results.FREQ(i));
-        const auto wrapped = static_cast<double>(results.PHASE(i));
-        line.phase(i) = wrapped;
-        if (i == 1) continue;
-        const double delay = (static_cast<double>(results.DELA(i - 1)) + static_cast<double>(results.DELA(i))) / 2.0;
-        const double expected = line.phase(i - 1) - back * delay * (line.frequency(i) - line.frequency(i - 1));
-        line.phase(i) += turn * std::round((expected - wrapped) / turn);
-    }
-}
-
-// Least squares about the means: slope = sum (f - mf)(p - mp)/sum (f - mf)^2, intercept = mp - slope mf.
-void fit(PhaseLine& line) {
-    double mean_f = 0, mean_p = 0;
-    for (int i = 1; i <= line.count; ++i) {
-        mean_f += line.frequency(i) / line.count;
-        mean_p += line.phase(i) / line.count;
-    }
-    double products = 0, squares = 0;
-    for (int i = 1; i <= line.count; ++i) {
-        const double df = line.frequency(i) - mean_f;
-        products += df * (line.phase(i) - mean_p);
-        squares += df * df;
-    }
-    line.slope = products / squares;
-    line.intercept = mean_p - line.slope * mean_f;
-}
+void unwrap(const AnalysisResult& results, PhaseLine& line);
+void fit(PhaseLine& line);
 
 }  // namespace
 
@@ -76,5 +49,39 @@ std::vector<std::string> phase_line_lines(const PhaseLine& line, bool radians, s
     lines.push_back(edited<"(' Largest deviation          =',1P,D15.7,' deg')">(line.largest));
     return lines;
 }
+
+namespace {
+
+void unwrap(const AnalysisResult& results, PhaseLine& line) {
+    const double back = degrees_per_second(results.radians);
+    for (int i = 1; i <= line.count; ++i) {
+        line.frequency(i) = static_cast<double>(results.FREQ(i));
+        const auto wrapped = static_cast<double>(results.PHASE(i));
+        line.phase(i) = wrapped;
+        if (i == 1) continue;
+        const double delay = (static_cast<double>(results.DELA(i - 1)) + static_cast<double>(results.DELA(i))) / 2.0;
+        const double expected = line.phase(i - 1) - back * delay * (line.frequency(i) - line.frequency(i - 1));
+        line.phase(i) += turn * std::round((expected - wrapped) / turn);
+    }
+}
+
+// Least squares about the means: slope = sum (f - mf)(p - mp)/sum (f - mf)^2, intercept = mp - slope mf.
+void fit(PhaseLine& line) {
+    double mean_f = 0, mean_p = 0;
+    for (int i = 1; i <= line.count; ++i) {
+        mean_f += line.frequency(i) / line.count;
+        mean_p += line.phase(i) / line.count;
+    }
+    double products = 0, squares = 0;
+    for (int i = 1; i <= line.count; ++i) {
+        const double df = line.frequency(i) - mean_f;
+        products += df * (line.phase(i) - mean_p);
+        squares += df * df;
+    }
+    line.slope = products / squares;
+    line.intercept = mean_p - line.slope * mean_f;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 namespace kavrel {
+
 namespace {
 
 // A rounded magnitude, 0.DIGITS * 10**point.
@@ -155,4 +156,5 @@ Decimal rounded_to_decimals(double value, int decimals) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

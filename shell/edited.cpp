@@ -3,6 +3,7 @@
 #include "shell/edit.h"
 
 namespace kavrel {
+
 namespace {
 
 std::string field(const FormatItem& item, const FormatValue& value);
@@ -38,4 +39,5 @@ std::string field(const FormatItem& item, const FormatValue& value) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -46,7 +46,7 @@ struct MemberAt<First> {
 
 template <class Member>
 constexpr Field field_of(std::string_view name, std::string_view label, FieldKind kind) {
-    return {.name = name, .label = label, .kind = kind, .record = &type_tag<typename Member::Record>};
+    return {.name = name, .label = label, .kind = kind, .record = type_tag<typename Member::Record>};
 }
 
 // A field over a number: what is got and set is the member's value.
@@ -71,7 +71,7 @@ constexpr Field choice_field(std::string_view name, std::string_view label, Fiel
     using Value = typename Member::Value;
     static_assert(std::is_same_v<Value, int> || std::is_enum_v<Value>);
     for (const Choice& choice : choices) {
-        if (choice.type != &type_tag<Value>) throw "a choice of another type than the member's";
+        if (choice.type != type_tag<Value>) throw "a choice of another type than the member's";
     }
     Field field = number_field<Member>(name, label, kind);
     field.choices = choices;
@@ -176,7 +176,7 @@ constexpr Field button(std::string_view name, std::string_view label) {
             .label = label,
             .kind = FieldKind::button,
             .opens = [](const void* record) { return Choose(*static_cast<const Record*>(record)); },
-            .record = &type_tag<Record>};
+            .record = type_tag<Record>};
 }
 
 constexpr Field heading(std::string_view name, std::string_view label) {
@@ -200,12 +200,12 @@ constexpr Form form_of(std::string_view name, std::string_view title, std::span<
                        bool reads_file = false, std::string_view caption = "Error") {
     static_assert(std::is_trivially_copyable_v<Record>);
     for (const Field& field : fields) {
-        if (field.record != nullptr && field.record != &type_tag<Record>) throw "a field of another record";
+        if (!field.record.empty() && field.record != type_tag<Record>) throw "a field of another record";
     }
     Form form{.name = name,
               .title = title,
               .fields = fields,
-              .record = &type_tag<Record>,
+              .record = type_tag<Record>,
               .record_size = sizeof(Record),
               .reads_file = reads_file,
               .caption = caption};

@@ -28,145 +28,23 @@ struct Entry {
     std::string wrong = {};
 };
 
-Entry real_entry(std::string_view typed) {
-    if (const auto number = parse_number(typed)) return {*number};
-    return {.wrong = fmt::format("'{}' is not a number", typed)};
-}
-
-Entry integer_entry(const Field& field, std::string_view typed) {
-    const auto number = parse_integer(typed);
-    if (!number) return {.wrong = fmt::format("'{}' is not a whole number", typed)};
-    if (*number >= field.low && *number <= field.high) return {static_cast<double>(*number)};
-    return {.wrong = fmt::format("{} is outside {} to {}", *number, field.low, field.high)};
-}
-
-Entry choice_entry(const FormSheet& sheet, std::size_t i, std::string_view typed) {
-    const auto number = parse_integer(typed);
-    const auto choices = sheet.field(i).choices;
-    const auto chosen = std::ranges::find_if(choices, [&](const Choice& choice) {
-        if (number) return choice.value == *number;
-        return same_label(choice.label, typed) || same_label(sheet.choice_label(choice), typed);
-    });
-    if (chosen == choices.end()) return {.wrong = fmt::format("'{}' is none of its choices", typed)};
-    if (sheet.choice_is_on(i, chosen->value)) return {static_cast<double>(chosen->value)};
-    return {.wrong = fmt::format("'{}' cannot be chosen here", sheet.choice_label(*chosen))};
-}
-
-Entry flag_entry(std::string_view typed) {
-    if (same_label(typed, "yes") || typed == "1") return {1};
-    if (same_label(typed, "no") || typed == "0") return {0};
-    return {.wrong = fmt::format("'{}' is neither yes nor no", typed)};
-}
-
-void assign_text(TextView cell, std::string_view text) {
-    std::memset(cell.bytes, ' ', cell.size);
-    const auto kept = head_of(text, cell.size);
-    std::memcpy(cell.bytes, kept.data(), kept.size());
-}
-
-// A label as a field's name: "No. of sections" is "no_of_sections".
-std::string name_of_label(std::string_view label) {
-    std::string name;
-    for (const char c : label) {
-        if (std::isalnum(static_cast<unsigned char>(c)) != 0) {
-            name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        } else if (!name.empty() && name.back() != '_') {
-            name += '_';
-        }
-    }
-    if (name.ends_with('_')) name.pop_back();
-    return name;
-}
-
-// By its name in any case, or by its label, the one it has at the moment or the one it always has, with and without
-// the unit, as it reads or made a name.
-bool is_called(const FormSheet& sheet, std::size_t i, std::string_view text) {
-    if (same_label(sheet.field(i).name, text) || same_label(sheet.label(i), text)) return true;
-    return std::ranges::any_of(std::array{sheet.field(i).label, sheet.bare_label(i)}, [&](std::string_view label) {
-        return same_label(label, text) || name_of_label(label) == text;
-    });
-}
-
-// Whether a comment line, "! Zeros (in Hz):", bears the name of a list, "Transmission zeros": both name their rows by
-// the same word, the first here and the last there.
-bool heads_list(std::string_view comment, std::string_view label) {
-    const auto from = comment.find_first_not_of("! ");
-    if (from == std::string_view::npos) return false;
-    comment.remove_prefix(from);
-    const auto blank = label.find_last_of(' ');
-    return same_label(comment.substr(0, comment.find(' ')),
-                      label.substr(blank == std::string_view::npos ? 0 : blank + 1));
-}
+Entry real_entry(std::string_view typed);
+Entry integer_entry(const Field& field, std::string_view typed);
+Entry choice_entry(const FormSheet& sheet, std::size_t i, std::string_view typed);
+Entry flag_entry(std::string_view typed);
+void assign_text(TextView cell, std::string_view text);
+std::string name_of_label(std::string_view label);
+bool is_called(const FormSheet& sheet, std::size_t i, std::string_view text);
+bool heads_list(std::string_view comment, std::string_view label);
 
 struct FileRows {
     std::vector<double> cells;
     bool in_hertz = false;  // their heading says "(in Hz)"
 };
 
-// Whether a list of zeros with their mirror images does without a root of a pole-zero file, which lists all of the
-// upper half plane: of re + j im and -re + j im the list has the first, and zeros at the origin are counted elsewhere.
-bool goes_without_saying(double re, double im, std::vector<std::pair<double, double>>& without_image) {
-    if (re == 0 && im == 0) return true;
-    if (re == 0) return false;
-    const auto image = std::ranges::find(without_image, std::pair{-re, im});
-    if (image == without_image.end()) {
-        without_image.emplace_back(re, im);
-        return false;
-    }
-    without_image.erase(image);
-    return true;
-}
-
-// The rows of a data file, a row a line, in free format; none when a line does not hold just a row of numbers or when
-// there are too many. Empty lines and comments, which begin with "!", pass; but in a file that holds several lists
-// under comments as their headings, the rows are those from the heading with the list's name to the next comment.
-std::optional<FileRows> rows_of_file(std::istream& file, const Field& list, const ListView& view) {
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);) lines.push_back(line);
-    if (!lines.empty() && lines.front().starts_with(byte_order_mark)) lines.front().erase(0, byte_order_mark.size());
-    const auto is_comment = [](std::string_view line) { return trim(line).starts_with('!'); };
-    auto from = std::ranges::find_if(
-        lines, [&](std::string_view line) { return is_comment(line) && heads_list(trim(line), list.label); });
-    auto to = lines.end();
-    FileRows rows;
-    const bool headed = from != lines.end();
-    if (headed) {
-        rows.in_hertz = from->find("(in Hz)") != std::string::npos;
-        to = std::find_if(++from, lines.end(), is_comment);
-    } else {
-        from = lines.begin();
-    }
-
-    std::vector<double>& cells = rows.cells;
-    std::vector<std::pair<double, double>> without_image;
-    bool any = false;
-    for (; from != to; ++from) {
-        if (is_comment(*from)) continue;
-        const auto row = parse_free_format(*from);
-        if (!row) return std::nullopt;
-        if (row->empty()) continue;
-        if (row->size() != static_cast<std::size_t>(view.columns)) return std::nullopt;
-        any = true;
-        if (headed && list.mirrored && goes_without_saying(row->front(), row->back(), without_image)) continue;
-        cells.insert(cells.end(), row->begin(), row->end());
-        if (static_cast<int>(cells.size()) > view.columns * view.capacity) return std::nullopt;
-    }
-    if (!any) return std::nullopt;
-    return rows;
-}
-
-// What 1 in a column of frequencies means: by the column's unit, or by the form's choice between the unit of
-// frequency and radians a second.
-double hertz_of_column(const Form& form, const Column& column, void* record, const UnitSet& units) {
-    const double unit = unit_multiplier(units, Unit::frequency);
-    if (column.unit != Unit::none) return column.unit == Unit::frequency ? unit : 1.0;
-    for (const Field& field : form.fields) {
-        if (std::ranges::find(field.choices, Unit::frequency, &Choice::unit) == field.choices.end()) continue;
-        const auto chosen = std::ranges::find(field.choices, static_cast<int>(field.get(record)), &Choice::value);
-        return chosen != field.choices.end() && chosen->unit == Unit::none ? 0.5 / std::numbers::pi : unit;
-    }
-    return 1.0;
-}
+bool goes_without_saying(double re, double im, std::vector<std::pair<double, double>>& without_image);
+std::optional<FileRows> rows_of_file(std::istream& file, const Field& list, const ListView& view);
+double hertz_of_column(const Form& form, const Column& column, void* record, const UnitSet& units);
 
 }  // namespace
 
@@ -355,5 +233,144 @@ int find_field(const FormSheet& sheet, std::string_view name_or_label) {
     }
     return found;
 }
+
+namespace {
+
+Entry real_entry(std::string_view typed) {
+    if (const auto number = parse_number(typed)) return {*number};
+    return {.wrong = fmt::format("'{}' is not a number", typed)};
+}
+
+Entry integer_entry(const Field& field, std::string_view typed) {
+    const auto number = parse_integer(typed);
+    if (!number) return {.wrong = fmt::format("'{}' is not a whole number", typed)};
+    if (*number >= field.low && *number <= field.high) return {static_cast<double>(*number)};
+    return {.wrong = fmt::format("{} is outside {} to {}", *number, field.low, field.high)};
+}
+
+Entry choice_entry(const FormSheet& sheet, std::size_t i, std::string_view typed) {
+    const auto number = parse_integer(typed);
+    const auto choices = sheet.field(i).choices;
+    const auto chosen = std::ranges::find_if(choices, [&](const Choice& choice) {
+        if (number) return choice.value == *number;
+        return same_label(choice.label, typed) || same_label(sheet.choice_label(choice), typed);
+    });
+    if (chosen == choices.end()) return {.wrong = fmt::format("'{}' is none of its choices", typed)};
+    if (sheet.choice_is_on(i, chosen->value)) return {static_cast<double>(chosen->value)};
+    return {.wrong = fmt::format("'{}' cannot be chosen here", sheet.choice_label(*chosen))};
+}
+
+Entry flag_entry(std::string_view typed) {
+    if (same_label(typed, "yes") || typed == "1") return {1};
+    if (same_label(typed, "no") || typed == "0") return {0};
+    return {.wrong = fmt::format("'{}' is neither yes nor no", typed)};
+}
+
+void assign_text(TextView cell, std::string_view text) {
+    std::memset(cell.bytes, ' ', cell.size);
+    const auto kept = head_of(text, cell.size);
+    std::memcpy(cell.bytes, kept.data(), kept.size());
+}
+
+// A label as a field's name: "No. of sections" is "no_of_sections".
+std::string name_of_label(std::string_view label) {
+    std::string name;
+    for (const char c : label) {
+        if (std::isalnum(static_cast<unsigned char>(c)) != 0) {
+            name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        } else if (!name.empty() && name.back() != '_') {
+            name += '_';
+        }
+    }
+    if (name.ends_with('_')) name.pop_back();
+    return name;
+}
+
+// By its name in any case, or by its label, the one it has at the moment or the one it always has, with and without
+// the unit, as it reads or made a name.
+bool is_called(const FormSheet& sheet, std::size_t i, std::string_view text) {
+    if (same_label(sheet.field(i).name, text) || same_label(sheet.label(i), text)) return true;
+    return std::ranges::any_of(std::array{sheet.field(i).label, sheet.bare_label(i)}, [&](std::string_view label) {
+        return same_label(label, text) || name_of_label(label) == text;
+    });
+}
+
+// Whether a comment line, "! Zeros (in Hz):", bears the name of a list, "Transmission zeros": both name their rows by
+// the same word, the first here and the last there.
+bool heads_list(std::string_view comment, std::string_view label) {
+    const auto from = comment.find_first_not_of("! ");
+    if (from == std::string_view::npos) return false;
+    comment.remove_prefix(from);
+    const auto blank = label.find_last_of(' ');
+    return same_label(comment.substr(0, comment.find(' ')),
+                      label.substr(blank == std::string_view::npos ? 0 : blank + 1));
+}
+
+// Whether a list of zeros with their mirror images does without a root of a pole-zero file, which lists all of the
+// upper half plane: of re + j im and -re + j im the list has the first, and zeros at the origin are counted elsewhere.
+bool goes_without_saying(double re, double im, std::vector<std::pair<double, double>>& without_image) {
+    if (re == 0 && im == 0) return true;
+    if (re == 0) return false;
+    const auto image = std::ranges::find(without_image, std::pair{-re, im});
+    if (image == without_image.end()) {
+        without_image.emplace_back(re, im);
+        return false;
+    }
+    without_image.erase(image);
+    return true;
+}
+
+// The rows of a data file, a row a line, in free format; none when a line does not hold just a row of numbers or when
+// there are too many. Empty lines and comments, which begin with "!", pass; but in a file that holds several lists
+// under comments as their headings, the rows are those from the heading with the list's name to the next comment.
+std::optional<FileRows> rows_of_file(std::istream& file, const Field& list, const ListView& view) {
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    if (!lines.empty() && lines.front().starts_with(byte_order_mark)) lines.front().erase(0, byte_order_mark.size());
+    const auto is_comment = [](std::string_view line) { return trim(line).starts_with('!'); };
+    auto from = std::ranges::find_if(
+        lines, [&](std::string_view line) { return is_comment(line) && heads_list(trim(line), list.label); });
+    auto to = lines.end();
+    FileRows rows;
+    const bool headed = from != lines.end();
+    if (headed) {
+        rows.in_hertz = from->find("(in Hz)") != std::string::npos;
+        to = std::find_if(++from, lines.end(), is_comment);
+    } else {
+        from = lines.begin();
+    }
+
+    std::vector<double>& cells = rows.cells;
+    std::vector<std::pair<double, double>> without_image;
+    bool any = false;
+    for (; from != to; ++from) {
+        if (is_comment(*from)) continue;
+        const auto row = parse_free_format(*from);
+        if (!row) return std::nullopt;
+        if (row->empty()) continue;
+        if (row->size() != static_cast<std::size_t>(view.columns)) return std::nullopt;
+        any = true;
+        if (headed && list.mirrored && goes_without_saying(row->front(), row->back(), without_image)) continue;
+        cells.insert(cells.end(), row->begin(), row->end());
+        if (static_cast<int>(cells.size()) > view.columns * view.capacity) return std::nullopt;
+    }
+    if (!any) return std::nullopt;
+    return rows;
+}
+
+// What 1 in a column of frequencies means: by the column's unit, or by the form's choice between the unit of
+// frequency and radians a second.
+double hertz_of_column(const Form& form, const Column& column, void* record, const UnitSet& units) {
+    const double unit = unit_multiplier(units, Unit::frequency);
+    if (column.unit != Unit::none) return column.unit == Unit::frequency ? unit : 1.0;
+    for (const Field& field : form.fields) {
+        if (std::ranges::find(field.choices, Unit::frequency, &Choice::unit) == field.choices.end()) continue;
+        const auto chosen = std::ranges::find(field.choices, static_cast<int>(field.get(record)), &Choice::value);
+        return chosen != field.choices.end() && chosen->unit == Unit::none ? 0.5 / std::numbers::pi : unit;
+    }
+    return 1.0;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -28,22 +28,26 @@ enum class FieldKind {
     heading,  // a text above a group
 };
 
-// One address for each type, to compare types by.
+// A text for each type, to compare types by. (Addresses cannot be compared at compile time under the sanitizers.)
+using TypeTag = std::string_view;
 template <class T>
-inline constexpr char type_tag = 0;
-using TypeTag = const char*;
+consteval TypeTag text_of_type() {
+    return __PRETTY_FUNCTION__;
+}
+template <class T>
+inline constexpr TypeTag type_tag = text_of_type<T>();
 
 // An enumerator (or, where the choices are numbered rows of a table, an int) and how it reads.
 struct Choice {
     std::string_view label;
     int value = 0;
     Unit unit = Unit::none;  // whose prefix goes before the unit's name in the label: "in  Hz"
-    TypeTag type = nullptr;  // of the value
+    TypeTag type = {};       // of the value
 
     constexpr Choice() = default;
     template <class Value>
     constexpr Choice(std::string_view text, Value enumerator, Unit prefix = Unit::none)
-        : label(text), value(static_cast<int>(enumerator)), unit(prefix), type(&type_tag<Value>) {}
+        : label(text), value(static_cast<int>(enumerator)), unit(prefix), type(type_tag<Value>) {}
 };
 
 struct Column {
@@ -82,7 +86,7 @@ struct Field {
     const Form* (*opens)(const void* record) = nullptr;  // of a button
     std::string_view instead_of = {};                    // the number that becomes 0 when this one is given
     bool mirrored = false;                               // of a list: a row is a root and its mirror images
-    TypeTag record = nullptr;                            // whose field it is; none of a heading or a plain button
+    TypeTag record = {};                                 // whose field it is; none of a heading or a plain button
 };
 
 // What the rules make of a form's fields at the moment; everything is on until a rule turns it off.

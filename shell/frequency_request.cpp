@@ -6,16 +6,8 @@ namespace kavrel {
 
 namespace {
 
-// By the increment or, where there is none, by the count.
-int points(const FrequencyRequest& request) {
-    if (request.increment != 0) return steps_of(request.start, request.end, request.increment) + 1;
-    return request.count == 1 || request.end > request.start ? request.count : 0;
-}
-
-double distance(const FrequencyRequest& request) {
-    if (request.increment != 0) return request.increment;
-    return request.count > 1 ? (request.end - request.start) / (request.count - 1) : 0;
-}
+int points(const FrequencyRequest& request);
+double distance(const FrequencyRequest& request);
 
 }  // namespace
 
@@ -33,5 +25,20 @@ FrequencyGrid frequency_grid(const FrequencyRequest& request, const UnitSet& uni
     for (int i = 1; i <= grid.count; ++i) grid.frequencies(i) = (request.start + (i - 1) * step) * unit;
     return grid;
 }
+
+namespace {
+
+// By the increment or, where there is none, by the count.
+int points(const FrequencyRequest& request) {
+    if (request.increment != 0) return steps_of(request.start, request.end, request.increment) + 1;
+    return request.count == 1 || request.end > request.start ? request.count : 0;
+}
+
+double distance(const FrequencyRequest& request) {
+    if (request.increment != 0) return request.increment;
+    return request.count > 1 ? (request.end - request.start) / (request.count - 1) : 0;
+}
+
+}  // namespace
 
 }  // namespace kavrel

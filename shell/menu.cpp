@@ -11,21 +11,8 @@ namespace {
 
 constexpr std::string_view separator = " > ";
 
-std::string folded(std::string_view text) {
-    std::string plain = plain_label(trim(text));
-    const auto both_blank = [](char a, char b) { return a == ' ' && b == ' '; };
-    plain.erase(std::unique(plain.begin(), plain.end(), both_blank), plain.end());
-    std::ranges::transform(plain, plain.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return plain;
-}
-
-// Whether the first labels of the path are these.
-bool starts_with(const MenuItem& item, std::span<const std::string> labels) {
-    for (std::size_t i = 0; i < labels.size(); ++i) {
-        if (!same_label(path_label(item.path, static_cast<int>(i)), labels[i])) return false;
-    }
-    return true;
-}
+std::string folded(std::string_view text);
+bool starts_with(const MenuItem& item, std::span<const std::string> labels);
 
 }  // namespace
 
@@ -76,5 +63,25 @@ const MenuItem* accelerator_owner(std::span<const MenuItem> menu, std::string_vi
     });
     return found == menu.end() ? nullptr : &*found;
 }
+
+namespace {
+
+std::string folded(std::string_view text) {
+    std::string plain = plain_label(trim(text));
+    const auto both_blank = [](char a, char b) { return a == ' ' && b == ' '; };
+    plain.erase(std::unique(plain.begin(), plain.end(), both_blank), plain.end());
+    std::ranges::transform(plain, plain.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return plain;
+}
+
+// Whether the first labels of the path are these.
+bool starts_with(const MenuItem& item, std::span<const std::string> labels) {
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+        if (!same_label(path_label(item.path, static_cast<int>(i)), labels[i])) return false;
+    }
+    return true;
+}
+
+}  // namespace
 
 }  // namespace kavrel

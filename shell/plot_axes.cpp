@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include <fmt/format.h>
@@ -241,19 +242,21 @@ bool is_blurred(const PlotAxis& axis, double unit) {
 // unit for the unit is the one named in the label, in parentheses.
 std::string offset_text(string_view label, const PlotAxis& axis, bool is_x, const UnitSet& units) {
     const string_view letter = offset_letter(label, is_x);
-    int code = -1;
-    if (letter == "T0" || (is_x && first_characters(label, 4) == "Time")) code = kavrel::second;
-    if (letter == "F0" && first_characters(label, 4) == "Freq") code = kavrel::hertz;
-    if (letter == "R0") code = kavrel::ohm;
+    std::optional<UnitCode> code;
+    if (letter == "T0" || (is_x && first_characters(label, 4) == "Time")) code = UnitCode::second;
+    if (letter == "F0" && first_characters(label, 4) == "Freq") code = UnitCode::hertz;
+    if (letter == "R0") code = UnitCode::ohm;
 
-    const double unit = unit_multiplier(units, code == kavrel::hertz    ? Unit::frequency
-                                               : code == kavrel::second ? Unit::time
-                                                                        : Unit::none);
-    std::string text = unit_value_text(units, axis.offset, std::max(code, 0));
+    const double unit = unit_multiplier(units, code == UnitCode::hertz    ? Unit::frequency
+                                               : code == UnitCode::second ? Unit::time
+                                                                          : Unit::none);
+    std::string text = unit_value_text(units, axis.offset, code.value_or(UnitCode::ohm));
     const bool too_large = text.find('*') != std::string::npos;
-    if (too_large || is_blurred(axis, unit)) text = unit_value_text(UnitSet{}, axis.offset, std::max(code, 0));
+    if (too_large || is_blurred(axis, unit)) {
+        text = unit_value_text(UnitSet{}, axis.offset, code.value_or(UnitCode::ohm));
+    }
     const bool prefixed = text.size() == 16 && text[11] == ' ';  // otherwise a bare number in scientific form
-    if (code < 0 && prefixed) {
+    if (!code && prefixed) {
         text.resize(13);
         if (const auto open = label.find('('); open != string_view::npos) {
             text += label.substr(open + 1, label.find(')', open) - open - 1);

@@ -12,6 +12,45 @@ struct Curves {
     const CurveRow* y2 = nullptr;  // null with a single curve
 };
 
+const CurveRow* find_curve(const PlotSource& source, int number);
+Curves chosen_curves(const PlotChoice& choice, const PlotSource& source);
+const ResultColumn& x_column(const AnalysisResult& results, AnalysisResult::Kind kind);
+int rows(const AnalysisResult& results, AnalysisResult::Kind kind);
+void take_points(const PlotChoice& choice, const PlotSource& source, const Curves& curves, AnalysisResult& results);
+std::span<const float> points(const ResultColumn& column, int count);
+bool is_constant_delay(const CurveRow& curve, std::span<const float> values);
+
+}  // namespace
+
+PlotVerdict plot_results(const PlotChoice& choice, const PlotSource& source, const UnitSet& units,
+                         AnalysisResult& results, PlotWindow& window) {
+    if (rows(results, source.kind) == 0) return plot_messages::no_results;
+    const Curves curves = chosen_curves(choice, source);
+    if (curves.y1 == nullptr) return plot_messages::nothing_selected;
+    for (const CurveRow* curve : {curves.y1, curves.y2}) {
+        if (curve != nullptr && !(results.*curve->present)) return plot_messages::no_results;
+    }
+    take_points(choice, source, curves, results);
+    if (results.point_count < 2) return plot_messages::too_few_points;
+    const auto x = points(results.X_DATA, results.point_count);
+    const auto y1 = points(results.Y1_DATA, results.point_count);
+    const auto y2 = points(results.Y2_DATA, results.has_y2 ? results.point_count : 0);
+    if (is_constant_delay(*curves.y1, y1) || (results.has_y2 && is_constant_delay(*curves.y2, y2)))
+        return plot_messages::constant_delay;
+    return plot_two(window,
+                    {.x = x,
+                     .y1 = y1,
+                     .y2 = y2,
+                     .x_label = results.x_label.trimmed(),
+                     .y1_label = results.y1_label.trimmed(),
+                     .y2_label = results.y2_label.trimmed(),
+                     .title = results.TITLE.trimmed(),
+                     .print_id = source.print_id},
+                    units);
+}
+
+namespace {
+
 const CurveRow* find_curve(const PlotSource& source, int number) {
     const auto row = static_cast<std::size_t>(number);
     return row >= 1 && row <= source.curves.size() ? &source.curves[row - 1] : nullptr;
@@ -62,32 +101,5 @@ bool is_constant_delay(const CurveRow& curve, std::span<const float> values) {
 }
 
 }  // namespace
-
-PlotVerdict plot_results(const PlotChoice& choice, const PlotSource& source, const UnitSet& units,
-                         AnalysisResult& results, PlotWindow& window) {
-    if (rows(results, source.kind) == 0) return plot_messages::no_results;
-    const Curves curves = chosen_curves(choice, source);
-    if (curves.y1 == nullptr) return plot_messages::nothing_selected;
-    for (const CurveRow* curve : {curves.y1, curves.y2}) {
-        if (curve != nullptr && !(results.*curve->present)) return plot_messages::no_results;
-    }
-    take_points(choice, source, curves, results);
-    if (results.point_count < 2) return plot_messages::too_few_points;
-    const auto x = points(results.X_DATA, results.point_count);
-    const auto y1 = points(results.Y1_DATA, results.point_count);
-    const auto y2 = points(results.Y2_DATA, results.has_y2 ? results.point_count : 0);
-    if (is_constant_delay(*curves.y1, y1) || (results.has_y2 && is_constant_delay(*curves.y2, y2)))
-        return plot_messages::constant_delay;
-    return plot_two(window,
-                    {.x = x,
-                     .y1 = y1,
-                     .y2 = y2,
-                     .x_label = results.x_label.trimmed(),
-                     .y1_label = results.y1_label.trimmed(),
-                     .y2_label = results.y2_label.trimmed(),
-                     .title = results.TITLE.trimmed(),
-                     .print_id = source.print_id},
-                    units);
-}
 
 }  // namespace kavrel

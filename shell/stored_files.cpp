@@ -21,18 +21,8 @@ constexpr std::string_view extensions[] = {".dat", ".f90", ".qfa", ".qff", ".qfd
                                            ".trf", ".dbg", ".qfx", ".ckt", ".txt", ".swc", ".txt", ".txt", ".req",
                                            ".m  ", ".pz ", ".dzn", "    ", "    ", "    ", "    "};
 
-std::uint32_t marker_at(std::string_view bytes) {
-    std::uint32_t marker = 0;
-    std::memcpy(&marker, bytes.data(), marker_size);
-    return marker;
-}
-
-bool write_stream(const std::string& path, std::string_view bytes) {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    return static_cast<bool>(file);
-}
+std::uint32_t marker_at(std::string_view bytes);
+bool write_stream(const std::string& path, std::string_view bytes);
 
 }  // namespace
 
@@ -104,5 +94,22 @@ void RecordReader::begin() {
     payload_ = rest_.substr(marker_size, size);
     rest_.remove_prefix(size + 2 * marker_size);
 }
+
+namespace {
+
+std::uint32_t marker_at(std::string_view bytes) {
+    std::uint32_t marker = 0;
+    std::memcpy(&marker, bytes.data(), marker_size);
+    return marker;
+}
+
+bool write_stream(const std::string& path, std::string_view bytes) {
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    return static_cast<bool>(file);
+}
+
+}  // namespace
 
 }  // namespace kavrel

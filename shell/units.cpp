@@ -18,27 +18,9 @@ constexpr std::string_view unit_texts[] = {"  ohm", "  H  ", "  F  ", "  Hz ", "
 
 char prefix_at(std::string_view prefixes, int index) { return prefixes[static_cast<std::size_t>(index)]; }
 
-double multiplier_of(const UnitSet& units, int unit_code) {
-    switch (unit_code) {
-        case henry: return units.inductor_multiplier;
-        case farad: return units.capacitor_multiplier;
-        case hertz: return units.frequency_multiplier;
-        case second: return units.time_multiplier;
-        default: return 1.0;
-    }
-}
-
-// The exponent in steps of 1000 that a multiplier means.
-int exponent_of(double multiplier) {
-    const double power = std::log10(multiplier);
-    return static_cast<int>(power + (power < 0.0 ? -prefix_guard : prefix_guard)) / 3;
-}
-
-std::string number_with_prefix(double number, int exponent, int unit_code) {
-    std::string text = edited<"(F11.6,A)">(number, unit_texts[unit_code]);
-    text[12] = prefix_at(value_prefixes, exponent + 5);
-    return text;
-}
+double multiplier_of(const UnitSet& units, UnitCode unit);
+int exponent_of(double multiplier);
+std::string number_with_prefix(double number, int exponent, UnitCode unit);
 
 }  // namespace
 
@@ -86,22 +68,48 @@ double unit_multiplier(const UnitSet& units, Unit unit) {
     return 1.0;
 }
 
-std::string unit_value_text(const UnitSet& units, double value, int unit_code) {
-    if (unit_code < farad && value > 1.0e25) return " *** open ***   ";
-    const bool in_fixed_unit = units.fixed_units == 3 && unit_code > ohm;
-    if (in_fixed_unit || (units.frequency_in_unit == 1 && unit_code == hertz)) {
-        const double multiplier = multiplier_of(units, unit_code);
-        return number_with_prefix(value / multiplier, exponent_of(multiplier), unit_code);
+std::string unit_value_text(const UnitSet& units, double value, UnitCode unit) {
+    if (unit < farad && value > 1.0e25) return " *** open ***   ";
+    const bool in_fixed_unit = units.fixed_units == 3 && unit > ohm;
+    if (in_fixed_unit || (units.frequency_in_unit == 1 && unit == hertz)) {
+        const double multiplier = multiplier_of(units, unit);
+        return number_with_prefix(value / multiplier, exponent_of(multiplier), unit);
     }
     // The prefix is chosen for what the number rounds to; the number itself is left alone.
     double v = std::abs(value) * prefix_margin;
-    if (v == 0.0) return number_with_prefix(value, 0, unit_code);
+    if (v == 0.0) return number_with_prefix(value, 0, unit);
     if (!(v > 1.0e-15 && v < 1.0e15)) return edited<"(1P,E16.9)">(value);
     int exponent = 0;
     for (; v >= 1000.0 && exponent < 4; ++exponent) v /= 1000.0;
     for (; v < 1.0 && exponent > -5; --exponent) v *= 1000.0;
     const double scale = std::pow(1000.0, std::abs(exponent));
-    return number_with_prefix(exponent < 0 ? value * scale : value / scale, exponent, unit_code);
+    return number_with_prefix(exponent < 0 ? value * scale : value / scale, exponent, unit);
 }
+
+namespace {
+
+double multiplier_of(const UnitSet& units, UnitCode unit) {
+    switch (unit) {
+        case henry: return units.inductor_multiplier;
+        case farad: return units.capacitor_multiplier;
+        case hertz: return units.frequency_multiplier;
+        case second: return units.time_multiplier;
+        default: return 1.0;
+    }
+}
+
+// The exponent in steps of 1000 that a multiplier means.
+int exponent_of(double multiplier) {
+    const double power = std::log10(multiplier);
+    return static_cast<int>(power + (power < 0.0 ? -prefix_guard : prefix_guard)) / 3;
+}
+
+std::string number_with_prefix(double number, int exponent, UnitCode unit) {
+    std::string text = edited<"(F11.6,A)">(number, unit_texts[static_cast<std::size_t>(unit)]);
+    text[12] = prefix_at(value_prefixes, exponent + 5);
+    return text;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -25,7 +25,8 @@ struct UnitSet {
 enum class Unit { none, frequency, time, inductor, capacitor };
 
 // Codes of the quantities that `unit_value_text` knows.
-enum UnitCode { ohm = 0, henry = 1, farad = 2, hertz = 3, second = 4 };
+enum class UnitCode : int { ohm = 0, henry = 1, farad = 2, hertz = 3, second = 4 };
+using enum UnitCode;
 
 // The index of a frequency multiplier (1, 1e3, 1e6, 1e9 give 1 to 4), and of an inductor, capacitor or time multiplier
 // (1, 1e-3, ... 1e-12 give 1 to 5); a multiplier between two powers takes the index of the smaller exponent's
@@ -46,6 +47,6 @@ void settle_units(UnitSet& units);
 // Sixteen characters for a value in SI units: number in F11.6, prefix letter, unit; in the user's units where those
 // apply, otherwise in engineering form. Above 1.0e25 a resistance or inductance is an open circuit; what the prefixes f
 // to T cannot hold is written alone in scientific form.
-[[nodiscard]] std::string unit_value_text(const UnitSet& units, double value, int unit_code);
+[[nodiscard]] std::string unit_value_text(const UnitSet& units, double value, UnitCode unit);
 
 }  // namespace kavrel

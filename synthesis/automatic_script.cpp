@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 namespace kavrel {
+
 namespace {
 
 struct ZeroCounts {
@@ -193,4 +194,5 @@ bool put_in_zeros(const LadderProblem& problem, Script& script, const LadderStat
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -10,6 +10,7 @@
 #include "synthesis/immittance_choice.h"
 
 namespace kavrel {
+
 namespace {
 
 [[nodiscard]] bool rest_immittance(const LadderProblem& problem, const LadderState& state, double own,
@@ -199,4 +200,5 @@ CircuitVerdict append(Circuit& circuit, const DenormalisedBranch& branch, bool o
 }
 
 }  // namespace
+
 }  // namespace kavrel

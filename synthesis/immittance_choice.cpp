@@ -4,6 +4,7 @@
 #include <cmath>
 
 namespace kavrel {
+
 namespace {
 
 // How many branches an immittance hides, and whether it is the second of two.
@@ -134,4 +135,5 @@ Selection turned(Selection selection) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

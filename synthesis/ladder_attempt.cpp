@@ -6,6 +6,7 @@
 #include "approximation/s_plane.h"
 
 namespace kavrel {
+
 namespace {
 
 // What an immittance that hides a branch leaves open.
@@ -236,4 +237,5 @@ void describe(const LadderTask& task, Circuit& circuit) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

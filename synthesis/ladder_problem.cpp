@@ -5,6 +5,7 @@
 #include <numbers>
 
 namespace kavrel {
+
 namespace {
 
 constexpr long double pi = std::numbers::pi_v<long double>;
@@ -117,4 +118,5 @@ void turn_to_true_variable(WorkingFunction& f) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

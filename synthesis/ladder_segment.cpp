@@ -3,6 +3,7 @@
 #include "synthesis/synthesis_report.h"
 
 namespace kavrel {
+
 namespace {
 
 void show_result(LadderDesk& desk);
@@ -76,4 +77,5 @@ SynthesisOutcome synthesise_design(LadderDesk& desk) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

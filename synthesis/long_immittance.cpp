@@ -9,6 +9,7 @@
 #include "synthesis/long_roots.h"
 
 namespace kavrel {
+
 namespace {
 
 using Long = LongReal;
@@ -428,4 +429,5 @@ bool copy_real(const LongSet& set, ReactanceRoots& roots) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

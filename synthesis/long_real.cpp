@@ -5,6 +5,7 @@
 #include <cstddef>
 
 namespace kavrel {
+
 namespace {
 
 __extension__ using Wide = unsigned __int128;

@@ -8,6 +8,7 @@
 #include "synthesis/ladder_problem.h"
 
 namespace kavrel {
+
 namespace {
 
 using Real = long double;
@@ -96,4 +97,5 @@ Real log_product(const WideRootSet& set, Real x) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

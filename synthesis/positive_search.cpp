@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 namespace kavrel {
+
 namespace {
 
 // Sentences that remove one zero of transmission, or two, and how they rank: the smaller, the earlier.
@@ -253,4 +254,5 @@ bool all_positive(const LadderState& state, int first_record) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

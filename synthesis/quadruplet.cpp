@@ -10,6 +10,7 @@
 #include "synthesis/long_roots.h"
 
 namespace kavrel {
+
 namespace {
 
 using LongComplex = Complex<WideReal>;
@@ -342,4 +343,5 @@ bool element_values(const Section& section, bool at_zero, QuadrupletValues& out)
 }
 
 }  // namespace
+
 }  // namespace kavrel

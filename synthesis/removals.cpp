@@ -1,6 +1,7 @@
 #include "synthesis/removals.h"
 
 namespace kavrel {
+
 namespace {
 
 constexpr long double same_point = 1e-10L;  // distance of two x that are one point
@@ -295,4 +296,5 @@ RemovalFault single_shift(WorkingFunction& f, const ShiftPole& pole, WideReal ze
 }
 
 }  // namespace
+
 }  // namespace kavrel

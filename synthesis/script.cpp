@@ -4,6 +4,7 @@
 #include <charconv>
 
 namespace kavrel {
+
 namespace {
 
 constexpr long double same_zero = 1e-12L;
@@ -553,4 +554,5 @@ ScriptFault fault_of(RemovalFault fault, bool twofold) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -3,6 +3,7 @@
 #include "shell/field_table.h"
 
 namespace kavrel {
+
 namespace {
 
 using R = SynthesisForm;

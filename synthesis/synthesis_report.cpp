@@ -11,6 +11,7 @@
 #include "shell/edited.h"
 
 namespace kavrel {
+
 namespace {
 
 void report_polynomial(std::string_view name, const WideRootSet& set, const XPlane& xp, const FilterSpec& spec,
@@ -190,4 +191,5 @@ std::string in_small(std::string_view drawing, char letter) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

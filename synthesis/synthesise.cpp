@@ -8,6 +8,7 @@
 #include "synthesis/ladder_attempt.h"
 
 namespace kavrel {
+
 namespace {
 
 // All that can be tried for a request, in this order. is_worth_a_run says what is run: mostly the first one or two;
@@ -172,4 +173,5 @@ bool is_better(const LadderOutcome& trial, const LadderOutcome& best, bool neare
 }
 
 }  // namespace
+
 }  // namespace kavrel

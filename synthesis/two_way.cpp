@@ -6,6 +6,7 @@
 #include <vector>
 
 namespace kavrel {
+
 namespace {
 
 using Steps = std::vector<StepKind>;  // in the order of removal
@@ -308,4 +309,5 @@ void append_record(const LadderState& from, int k, const WideReal& level, Ladder
 }
 
 }  // namespace
+
 }  // namespace kavrel

@@ -7,6 +7,7 @@
 #include "synthesis/long_roots.h"
 
 namespace kavrel {
+
 namespace {
 
 constexpr long double least_reach = 1e-8L;
@@ -251,4 +252,5 @@ void start_from_pairs(const ReactanceRoots& A, ReactanceRoots& found) {
 }
 
 }  // namespace
+
 }  // namespace kavrel

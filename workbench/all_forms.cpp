@@ -64,7 +64,7 @@ struct RecordRow {
 template <auto... Path>
 constexpr RecordRow record() {
     using Member = MemberAt<Path...>;
-    return {&type_tag<typename Member::Value>, [](Workbench& bench) -> void* { return &Member::in(bench); }};
+    return {type_tag<typename Member::Value>, [](Workbench& bench) -> void* { return &Member::in(bench); }};
 }
 
 constexpr RecordRow records[] = {record<&Workbench::filter_request>(),

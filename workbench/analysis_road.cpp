@@ -8,31 +8,8 @@ namespace kavrel {
 
 namespace {
 
-// What the form says of a filter whose circuit is still to come: the edges are those of its type.
-FilterSpec given(const FilterAnalysisRequest& r, const FilterKindRow& kind, const UnitSet& units) {
-    const double hz = units.frequency_multiplier;
-    const bool low = r.analysis_type == AnalysisType::low_pass || r.analysis_type == AnalysisType::delay_equalizer;
-    const bool high = r.analysis_type == AnalysisType::high_pass;
-    FilterSpec spec;
-    spec.filterType = static_cast<FilterType>(r.analysis_type);
-    spec.medium = kind.medium;
-    spec.implementation = kind.letter;
-    spec.lowerPassEdge = low ? 0.0 : r.lower_passband * hz;
-    spec.upperPassEdge = high ? 0.0 : r.upper_passband * hz;
-    spec.sampleFrequency = kind.medium == microwave ? 2.0 * r.sampling_or_qw * hz : 0.0;
-    return spec;
-}
-
-PassiveFilter empty_store(const FilterSpec& spec) {
-    PassiveFilter filter;
-    filter.spec = spec;
-    filter.circuit.kind = spec.medium == microwave ? CircuitKind::microwave : CircuitKind::lumped;
-    filter.circuit.fa = spec.lowerPassEdge;
-    filter.circuit.fb = spec.upperPassEdge;
-    filter.circuit.fnorm = spec.filterType == high_pass ? spec.lowerPassEdge : spec.upperPassEdge;
-    filter.circuit.fs = spec.sampleFrequency;
-    return filter;
-}
+FilterSpec given(const FilterAnalysisRequest& r, const FilterKindRow& kind, const UnitSet& units);
+PassiveFilter empty_store(const FilterSpec& spec);
 
 }  // namespace
 
@@ -66,5 +43,35 @@ void fir_analysis_road(Workbench& bench, FormStart start) {
     if (request.save_analysis_data && !save_design_input(bench, fir_analysis_input, request)) return;
     not_implemented(bench);
 }
+
+namespace {
+
+// What the form says of a filter whose circuit is still to come: the edges are those of its type.
+FilterSpec given(const FilterAnalysisRequest& r, const FilterKindRow& kind, const UnitSet& units) {
+    const double hz = units.frequency_multiplier;
+    const bool low = r.analysis_type == AnalysisType::low_pass || r.analysis_type == AnalysisType::delay_equalizer;
+    const bool high = r.analysis_type == AnalysisType::high_pass;
+    FilterSpec spec;
+    spec.filterType = static_cast<FilterType>(r.analysis_type);
+    spec.medium = kind.medium;
+    spec.implementation = kind.letter;
+    spec.lowerPassEdge = low ? 0.0 : r.lower_passband * hz;
+    spec.upperPassEdge = high ? 0.0 : r.upper_passband * hz;
+    spec.sampleFrequency = kind.medium == microwave ? 2.0 * r.sampling_or_qw * hz : 0.0;
+    return spec;
+}
+
+PassiveFilter empty_store(const FilterSpec& spec) {
+    PassiveFilter filter;
+    filter.spec = spec;
+    filter.circuit.kind = spec.medium == microwave ? CircuitKind::microwave : CircuitKind::lumped;
+    filter.circuit.fa = spec.lowerPassEdge;
+    filter.circuit.fb = spec.upperPassEdge;
+    filter.circuit.fnorm = spec.filterType == high_pass ? spec.lowerPassEdge : spec.upperPassEdge;
+    filter.circuit.fs = spec.sampleFrequency;
+    return filter;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -7,6 +7,19 @@ namespace kavrel {
 
 namespace {
 
+void design_fir(Workbench& bench);
+
+}  // namespace
+
+void fir_design_road(Workbench& bench, FormStart start) {
+    FirRequest& request = bench.fir_request;
+    if (!ask_for_design(bench, start, fir_input, request)) return;
+    if (request.save_design && !save_design_input(bench, fir_input, request)) return;
+    design_fir(bench);
+}
+
+namespace {
+
 void design_fir(Workbench& bench) {
     FirDesk desk = fir_desk(bench);
     switch (remez_design(desk)) {
@@ -25,12 +38,5 @@ void design_fir(Workbench& bench) {
 }
 
 }  // namespace
-
-void fir_design_road(Workbench& bench, FormStart start) {
-    FirRequest& request = bench.fir_request;
-    if (!ask_for_design(bench, start, fir_input, request)) return;
-    if (request.save_design && !save_design_input(bench, fir_input, request)) return;
-    design_fir(bench);
-}
 
 }  // namespace kavrel

@@ -8,19 +8,7 @@ namespace kavrel {
 
 namespace {
 
-void hand_over(Workbench& bench) {
-    bench.passive = {.circuit = bench.ladder.circuit,
-                     .designed = true,
-                     .spec = bench.filter_spec,
-                     .transfer = bench.filter.transfer,
-                     .background = {.request = bench.filter.request,
-                                    .notes = bench.filter.notes,
-                                    .worked_lower_edge = bench.filter.worked.lowerPassEdge,
-                                    .worked_upper_edge = bench.filter.worked.upperPassEdge}};
-    bench.session.entry(SegmentId::passive) = passive_entry::synthesised;
-    bench.session.word(SegmentId::passive) = "show";
-    enter_segment(bench, SegmentId::passive);
-}
+void hand_over(Workbench& bench);
 
 }  // namespace
 
@@ -36,5 +24,23 @@ void ladder_road(Workbench& bench) {
     if (bench.ladder.outcome == SynthesisOutcome::unbuilt) not_implemented(bench);
     if (bench.ladder.outcome == SynthesisOutcome::failed) ++bench.discontinued_designs;
 }
+
+namespace {
+
+void hand_over(Workbench& bench) {
+    bench.passive = {.circuit = bench.ladder.circuit,
+                     .designed = true,
+                     .spec = bench.filter_spec,
+                     .transfer = bench.filter.transfer,
+                     .background = {.request = bench.filter.request,
+                                    .notes = bench.filter.notes,
+                                    .worked_lower_edge = bench.filter.worked.lowerPassEdge,
+                                    .worked_upper_edge = bench.filter.worked.upperPassEdge}};
+    bench.session.entry(SegmentId::passive) = passive_entry::synthesised;
+    bench.session.word(SegmentId::passive) = "show";
+    enter_segment(bench, SegmentId::passive);
+}
+
+}  // namespace
 
 }  // namespace kavrel

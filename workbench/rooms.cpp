@@ -17,21 +17,8 @@ namespace kavrel {
 
 namespace {
 
-// What every Segment that analyses works on.
-Desk desk(Workbench& bench) {
-    return {.session = bench.session,
-            .reporter = bench.reporter,
-            .window = bench.window,
-            .results = bench.results,
-            .plot = bench.plot};
-}
-
-// Read for a trial, before the Segment is entered and gives up what it has.
-std::string_view passive_file_refusal(std::string_view name) {
-    const auto filter = std::make_unique<PassiveFilter>();
-    FixedText<80> title;
-    return message_of(read_filter(name, circuit_forms, *filter, title));
-}
+Desk desk(Workbench& bench);
+std::string_view passive_file_refusal(std::string_view name);
 
 // A routine of a Segment, at its desk.
 template <auto desk_of, auto routine>
@@ -142,5 +129,25 @@ LadderDesk ladder_desk(Workbench& bench) {
 }
 
 void not_implemented(Workbench& bench) { bench.reporter.message("Command not implemented", "Default"); }
+
+namespace {
+
+// What every Segment that analyses works on.
+Desk desk(Workbench& bench) {
+    return {.session = bench.session,
+            .reporter = bench.reporter,
+            .window = bench.window,
+            .results = bench.results,
+            .plot = bench.plot};
+}
+
+// Read for a trial, before the Segment is entered and gives up what it has.
+std::string_view passive_file_refusal(std::string_view name) {
+    const auto filter = std::make_unique<PassiveFilter>();
+    FixedText<80> title;
+    return message_of(read_filter(name, circuit_forms, *filter, title));
+}
+
+}  // namespace
 
 }  // namespace kavrel

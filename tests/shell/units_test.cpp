@@ -23,7 +23,7 @@ UnitSet chosen(int frequency, int inductor, int capacitor, int time) {
 TEST(UnitValueText, EngineeringFormOfEveryPrefixAndUnit) {
     const struct {
         double value;
-        int code;
+        UnitCode code;
         const char* text;
     } rows[] = {
         {0.0, ohm, "   0.000000  ohm"},           {1000.0, henry, "   1.000000 KH  "},

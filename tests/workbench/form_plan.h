@@ -8,17 +8,24 @@
 
 #include <fmt/format.h>
 
+#include "shell/fixed_text.h"
 #include "shell/form.h"
 #include "workbench/rooms.h"
 
 namespace kavrel {
 
-// The rows of a golden file without its head.
+// The rows of a file of tests/data without its comments and empty lines; a line that begins with a blank continues the
+// row before it.
 inline std::vector<std::string> plan_rows(const std::string& name) {
-    std::ifstream file(std::string(TEST_DATA) + "/workbench/" + name);
+    std::ifstream file(std::string(TEST_DATA) + "/" + name);
     std::vector<std::string> rows;
-    for (std::string row; std::getline(file, row);) {
-        if (!row.starts_with('#')) rows.push_back(row);
+    for (std::string line; std::getline(file, line);) {
+        if (line.empty() || line.starts_with('#')) continue;
+        if (line.starts_with(' ') && !rows.empty()) {
+            rows.back() += " " + std::string(trim(line));
+        } else {
+            rows.push_back(line);
+        }
     }
     return rows;
 }

@@ -34,7 +34,7 @@ TEST(Menus, TablesAreThePlan) {
     std::map<std::string, std::vector<std::string>> menus;
     std::map<std::string, std::string> words;
     std::string menu;
-    for (const std::string& row : plan_rows("menus.txt")) {
+    for (const std::string& row : plan_rows("workbench/menus.txt")) {
         if (row.starts_with("menu ")) {
             menu = row.substr(5);
         } else if (row.starts_with("words ")) {

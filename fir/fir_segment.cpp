@@ -70,7 +70,7 @@ void firSegment(FirDesk& desk) {
 
 namespace {
 
-// Whether the function that the command's form names is there; tells it if not.
+// Whether the function that the command's form names is there; a box says so if not.
 bool has_function(FirDesk& desk, std::string_view without_any) {
     const int n = desk.command.function_number;
     if (desk.filter.functions == 0) {

@@ -240,6 +240,8 @@ TEST(TwoWay, IsTheAutomaticChoice) {
         {"low ripple 13", "forward", {.manual_selection = true}},
         {"low ripple quarter 20000 R 50 50 ends 0 9 lines 4", "forward"},
         {"low ripple R 50 50 ends 0 9 complex 1500 1000", "forward"},
+        // Its quadruplet is refused as the first removal; a later order comes off.
+        {"low ripple quarter 20000 loss 2 R 50 50 ends 0 4 complex 2700 2700 lines 4", "forward"},
         // No ladder of this one is all positive: what is taken is not the joined one.
         {"band ripple parametric R 50 50 ends 4 0 zeros 4000 1500 5000 1100", "forward"},
     };

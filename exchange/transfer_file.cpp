@@ -112,9 +112,7 @@ std::string_view without_mark(std::string_view line) {
 constexpr bool types_are_whole() {
     int type = 0;
     return std::all_of(transfer_types.begin(), transfer_types.end(), [&](const TransferTypeRow& row) {
-        const bool classic_first = row.texts[0].dialect == TransferDialect::classic && row.texts[0].write != nullptr;
-        const bool second = (row.texts[1].dialect == TransferDialect::none) == (row.texts[1].write == nullptr);
-        return static_cast<int>(row.file_type) == ++type && classic_first && second;
+        return static_cast<int>(row.file_type) == ++type && row.texts[0].dialect == TransferDialect::classic;
     });
 }
 static_assert(types_are_whole());

@@ -11,10 +11,18 @@
 
 namespace kavrel {
 
+// A word with its routine, or without one while the command is not built. (That is noted, since a routine's address
+// cannot be compared with null at compile time under the sanitizers.)
 template <class SegmentDesk>
 struct Command {
+    using Routine = void (*)(SegmentDesk& desk);
+
+    constexpr Command(CommandKeyword text) : word(text) {}  // NOLINT: a row of a table
+    constexpr Command(CommandKeyword text, Routine routine) : word(text), perform(routine), built(true) {}
+
     CommandKeyword word;
-    void (*perform)(SegmentDesk& desk) = nullptr;  // null while the command has no routine
+    Routine perform = nullptr;
+    bool built = false;
 };
 
 // What others may ask a table.
@@ -38,7 +46,7 @@ public:
         for (std::size_t i = 0; i < N; ++i) {
             if (match_command(rows[i].word, std::span(words_).first(i))) a_word_has_two_rows();
             words_[i] = rows[i].word;
-            built_[i] = rows[i].perform != nullptr;
+            built_[i] = rows[i].built;
             routines_[i] = rows[i].perform;
         }
     }

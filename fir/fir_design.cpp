@@ -200,7 +200,8 @@ const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter
     } else {
         task.NFILT = max_fir_taps;
         const int estimated = static_cast<int>(std::min(length, 1.0e9));
-        reporter.report_line(edited<"(' Estimated degree: ',I4,' is too high. reset to: ',I4)">(estimated, max_fir_taps));
+        reporter.report_line(
+            edited<"(' Estimated degree: ',I4,' is too high. reset to: ',I4)">(estimated, max_fir_taps));
     }
     draft.figures.length_estimated = true;
     return nullptr;

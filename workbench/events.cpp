@@ -8,6 +8,7 @@
 #include "shell/stored_files.h"
 #include "workbench/analysis_road.h"
 #include "workbench/delay_road.h"
+#include "workbench/design_input.h"
 #include "workbench/filter_road.h"
 #include "workbench/fir_road.h"
 #include "workbench/rooms.h"
@@ -25,7 +26,6 @@ struct Place {
     const MenuItem* item = nullptr;
 };
 
-void refresh(Session& session);
 Place place_of(int item_id);
 bool perform(Workbench& bench, const Room& room, const MenuItem& item);
 void help(Workbench& bench);
@@ -33,7 +33,7 @@ void help(Workbench& bench);
 }  // namespace
 
 int dispatch_event(Workbench& bench, int item_id) {
-    refresh(bench.session);
+    take_units(bench.session.units, bench.session);  // a change of units takes effect with the next event
     const Place place = place_of(item_id);
     if (place.item != nullptr && perform(bench, *place.room, *place.item)) return -1;
     if (item_id == help_event) {
@@ -166,14 +166,6 @@ constexpr ActionRow actions[] = {
     {MenuAction::help_on_help, help_on_help},
     {MenuAction::about, about},
 };
-
-// What every event starts from: the working copies of the settings.
-void refresh(Session& session) {
-    session.frequency_scale = session.units.frequency_multiplier;
-    session.inductor_scale = session.units.inductor_multiplier;
-    session.capacitor_scale = session.units.capacitor_multiplier;
-    session.time_scale = session.units.time_multiplier;
-}
 
 Place place_of(int item_id) {
     for (std::size_t i = 0; i < segment_count; ++i) {

@@ -55,9 +55,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     PassiveFilter filter;
     FixedText<80> title;
     if (take_form(circuit_forms, bytes, filter, title)) {
-        const std::string stored = stored_circuit_bytes(filter, title);
+        const std::string stored = circuit_forms[0].layout.bytes(filter, title);
         PassiveFilter again;
-        if (!take_form(circuit_forms, stored, again, title) || stored_circuit_bytes(again, title) != stored)
+        if (!take_form(circuit_forms, stored, again, title) || circuit_forms[0].layout.bytes(again, title) != stored)
             std::abort();
         walk(filter, title);
     }

@@ -27,8 +27,4 @@ constexpr Keeping<PassiveFilter> circuit_keeping{
     .open_caption = "Open a stored filter text file",
     .overwrite_warning = "Current network will be overwritten!"};
 
-std::string stored_circuit_bytes(const PassiveFilter& filter, const FixedText<80>& title) {
-    return circuit_records(filter, title, CircuitRecords::stored_file);
-}
-
 }  // namespace kavrel

@@ -14,6 +14,4 @@ namespace kavrel {
 extern const std::array<StoredForm<PassiveFilter>, 2> circuit_forms;
 extern const Keeping<PassiveFilter> circuit_keeping;
 
-[[nodiscard]] std::string stored_circuit_bytes(const PassiveFilter& filter, const FixedText<80>& title);
-
 }  // namespace kavrel

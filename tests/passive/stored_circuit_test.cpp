@@ -135,18 +135,18 @@ TEST(StoredCircuit, EightRecordsAloneGetANormalisationFrequency) {
     }
     PassiveFilter found;
     FixedText<80> title;
-    ASSERT_TRUE(reads(stored_circuit_bytes(filter, "").substr(0, short_size), found, title));
+    ASSERT_TRUE(reads(circuit_forms[0].layout.bytes(filter, "").substr(0, short_size), found, title));
     EXPECT_NEAR(found.circuit.fnorm, 1e6, 1e-6) << "halfway between 500 kHz and 2 MHz";
     filter = {};
     double load = 50;
     k = 1;
     ASSERT_EQ(insert_values(filter.circuit, k, BranchId::resistor, {&load, 1}), CircuitVerdict::done);
-    ASSERT_TRUE(reads(stored_circuit_bytes(filter, "").substr(0, short_size), found, title));
+    ASSERT_TRUE(reads(circuit_forms[0].layout.bytes(filter, "").substr(0, short_size), found, title));
     EXPECT_EQ(found.circuit.fnorm, 1);
 }
 
 TEST(StoredCircuit, EveryTruncationIsRefused) {
-    const std::string whole = stored_circuit_bytes(FilterMaker(4).filter(), "title");
+    const std::string whole = circuit_forms[0].layout.bytes(FilterMaker(4).filter(), "title");
     for (std::size_t size = 0; size < whole.size(); ++size) {
         if (size != short_size) {
             EXPECT_FALSE(reads(whole.substr(0, size))) << size;
@@ -169,7 +169,7 @@ TEST(StoredCircuit, DamagedBytesAreRefusedOrStandForAnotherSoundCircuit) {
     FilterMaker maker(5);
     int refused = 0;
     for (int round = 0; round < 4000; ++round) {
-        std::string bytes = stored_circuit_bytes(maker.filter(), maker.title());
+        std::string bytes = circuit_forms[0].layout.bytes(maker.filter(), maker.title());
         for (int flips = maker.whole(1, 4); flips > 0; --flips) {
             // Half of them in the words of the chain and behind, where most of the structure is.
             const bool anywhere = maker.whole(0, 1) == 0;
@@ -181,7 +181,7 @@ TEST(StoredCircuit, DamagedBytesAreRefusedOrStandForAnotherSoundCircuit) {
         if (!reads(bytes, found, title)) {
             ++refused;
         } else {
-            EXPECT_TRUE(stored_circuit_bytes(found, title) == bytes) << round;
+            EXPECT_TRUE(circuit_forms[0].layout.bytes(found, title) == bytes) << round;
         }
     }
     EXPECT_GT(refused, 1000);
@@ -292,7 +292,7 @@ private:
     template <class T>
     void spoil(const char* name, T& number, T value) const {
         std::swap(number, value);
-        EXPECT_FALSE(reads(stored_circuit_bytes(filter, ""))) << name;
+        EXPECT_FALSE(reads(circuit_forms[0].layout.bytes(filter, ""))) << name;
         std::swap(number, value);
     }
 };
@@ -312,11 +312,11 @@ TEST(StoredCircuit, EachNumberOfADesignIsLookedAt) {
 }
 
 TEST(StoredCircuit, WhatNoCircuitCouldBeIsRefused) {
-    ASSERT_TRUE(reads(stored_circuit_bytes(six_branches(), "")));
+    ASSERT_TRUE(reads(circuit_forms[0].layout.bytes(six_branches(), "")));
     for (const Damage& damage : damages) {
         PassiveFilter filter = six_branches();
         damage.make(filter);
-        EXPECT_FALSE(reads(stored_circuit_bytes(filter, ""))) << damage.what;
+        EXPECT_FALSE(reads(circuit_forms[0].layout.bytes(filter, ""))) << damage.what;
         EXPECT_EQ(reads(circuit_text(filter, "")), sound_in_text(filter)) << damage.what;
     }
     for (int id = branch_kind_count; id <= 50; ++id) {
@@ -324,16 +324,16 @@ TEST(StoredCircuit, WhatNoCircuitCouldBeIsRefused) {
             PassiveFilter filter = six_branches();
             change(filter.circuit, 2, &Branch::id, BranchId{id});
             change(filter.circuit, 2, &Branch::in, further);
-            EXPECT_FALSE(reads(stored_circuit_bytes(filter, ""))) << id << ' ' << further;
+            EXPECT_FALSE(reads(circuit_forms[0].layout.bytes(filter, ""))) << id << ' ' << further;
         }
     }
-    std::string bytes = stored_circuit_bytes(six_branches(), "");
+    std::string bytes = circuit_forms[0].layout.bytes(six_branches(), "");
     bytes[short_size + 4 + 7] = '2';
     EXPECT_FALSE(reads(bytes)) << "another version";
     PassiveFilter filter = six_branches();
     filter.circuit.termination_ratio = infinite;
-    EXPECT_TRUE(reads(stored_circuit_bytes(filter, ""))) << "a load of 0";
-    EXPECT_TRUE(reads(stored_circuit_bytes({}, ""))) << "no circuit";
+    EXPECT_TRUE(reads(circuit_forms[0].layout.bytes(filter, ""))) << "a load of 0";
+    EXPECT_TRUE(reads(circuit_forms[0].layout.bytes({}, ""))) << "no circuit";
 }
 
 TEST(StoredCircuit, TextKeepsEightDigits) {
@@ -416,7 +416,8 @@ TEST(StoredCircuit, AKilledSaveLeavesTheOldOrTheNewCircuit) {
     const ScratchFolder folder;
     FilterMaker maker(8);
     const PassiveFilter filters[] = {maker.filter(), maker.filter()};
-    const std::string contents[] = {stored_circuit_bytes(filters[0], "0"), stored_circuit_bytes(filters[1], "1")};
+    const std::string contents[] = {circuit_forms[0].layout.bytes(filters[0], "0"),
+                                    circuit_forms[0].layout.bytes(filters[1], "1")};
     ASSERT_EQ(save_filter("both", circuit_forms, filters[0], "0"), FileStatus::done);
     int seen[2] = {};
     for (int kills = 0; kills < 200; ++kills) {

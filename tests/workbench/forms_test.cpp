@@ -193,11 +193,14 @@ private:
         const auto text = colon < cell.size() ? trim(std::string_view(cell).substr(colon + 1)) : std::string_view{};
         if (words[0] == "off") {
             EXPECT_EQ(off(sheet), text);
-        } else if (words[0] == "label") {
-            EXPECT_EQ(sheet.bare_label(static_cast<std::size_t>(find_field(sheet, words.at(1)))), text);
-        } else if (words[0] == "opens") {
-            const Form* opened = sheet.field(static_cast<std::size_t>(find_field(sheet, words.at(1)))).opens(record_);
-            EXPECT_EQ(joined(opened->fields), text);
+        } else if (words[0] == "label" || words[0] == "opens") {
+            const int number = find_field(sheet, words.at(1));
+            ASSERT_GE(number, 0) << cell;
+            const auto field = static_cast<std::size_t>(number);
+            const bool label = words[0] == "label";
+            ASSERT_TRUE(label || sheet.field(field).opens != nullptr) << cell;
+            EXPECT_EQ(label ? std::string(sheet.bare_label(field)) : joined(sheet.field(field).opens(record_)->fields),
+                      text);
         } else {
             const std::string_view message = form_.message == nullptr ? "" : form_.message(record_);
             EXPECT_EQ(message.empty() ? "good" : message, cell);

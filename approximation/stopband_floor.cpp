@@ -1,11 +1,11 @@
 #include "approximation/stopband_floor.h"
 
 #include <algorithm>
-#include <numbers>
 
 #include "approximation/characteristic.h"
 #include "approximation/decibel.h"
 #include "approximation/frequency_variable.h"
+#include "numeric/peak.h"
 
 namespace kavrel {
 
@@ -54,21 +54,7 @@ bool is_zero(const XPlane& xp, Real x) {
 }
 
 Real least_between(const XPlane& xp, Real from, Real to) {
-    constexpr Real section = 2 - std::numbers::phi_v<Real>;
-    Real left = from + section * (to - from), right = to - section * (to - from);
-    Real at_left = squared_characteristic(xp, left), at_right = squared_characteristic(xp, right);
-    for (int step = 1; step <= 50; ++step) {
-        if (at_left < at_right) {
-            to = right, right = left, at_right = at_left;
-            left = from + section * (to - from);
-            at_left = squared_characteristic(xp, left);
-        } else {
-            from = left, left = right, at_left = at_right;
-            right = to - section * (to - from);
-            at_right = squared_characteristic(xp, right);
-        }
-    }
-    return std::min(at_left, at_right);
+    return -peak_between(from, to, 50, [&](Real x) { return -squared_characteristic(xp, x); }).value;
 }
 
 }  // namespace

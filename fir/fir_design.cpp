@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <utility>
 
 #include "fir/exchange.h"
 #include "fir/fir_report.h"
+#include "fir/fir_task.h"
 #include "fir/fir_time_response.h"
 #include "fir/impulse_response.h"
 #include "shell/edited.h"
@@ -22,8 +22,6 @@ struct FirDraft {
     ExchangeResult exchange;
     FirDesignFigures figures;
     FirFilter filter;
-    double sampling_frequency = 0.0;   // in the user's unit
-    double ripple_db[2] = {0.0, 0.0};  // of bands 1 and 2 as entered, for the length estimate
 };
 
 constexpr const char* bad_input = "Error in input data";
@@ -41,14 +39,9 @@ private:
 
 bool is_filter(const FirTask& task) { return task.JTYPE == FirType::filter; }
 
-const char* take_request(const FirRequest& request, FirDraft& draft);
-void bands_of_table(const FirRequest& request, FirDraft& draft);
-void band_of_frequencies(const FirRequest& request, FirDraft& draft);
-void take_shape(const FirRequest& request, double sampling_frequency, ShapeTable& shape);
-void weights_of_ripples(FirDraft& draft);
 const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter);
 void report_failure_to_converge(int iterations, Reporter& reporter);
-void fill_filter(FirDraft& draft, double frequency_scale);
+void fill_filter(FirDraft& draft, double sampling_frequency);
 void fill_figures(FirDraft& draft);
 
 }  // namespace
@@ -63,7 +56,7 @@ FirDesignVerdict remez_design(FirDesk& desk) {
     if (request.design_method != FirMethod::equal_ripple) return refuse("Error in specification");
 
     const auto draft = std::make_unique<FirDraft>();
-    if (const char* wrong = take_request(request, *draft)) return refuse(wrong);
+    if (const char* wrong = take_task(request, draft->task)) return refuse(wrong);
     if (draft->task.NFILT == 0) {
         if (const char* wrong = estimate_length(request, *draft, desk.reporter)) return refuse(wrong);
     }
@@ -83,7 +76,7 @@ FirDesignVerdict remez_design(FirDesk& desk) {
         case ExchangeStatus::limit_reached: break;
     }
 
-    fill_filter(*draft, desk.session.frequency_scale);
+    fill_filter(*draft, sampling_frequency_of(request) * desk.session.frequency_scale);
     fill_figures(*draft);
     desk.filter = draft->filter;
     desk.session.TITLE = "<New Filter>";
@@ -108,91 +101,14 @@ double estimated_fir_length(double passband_ripple_db, double stopband_loss_db, 
 
 namespace {
 
-// Fills the task but for its length; what is wrong, or null.
-const char* take_request(const FirRequest& request, FirDraft& draft) {
-    FirTask& task = draft.task;
-    task.JTYPE = request.fir_type;
-    task.NFILT = request.filter_length;
-    if (is_filter(task)) {
-        bands_of_table(request, draft);
-    } else {
-        band_of_frequencies(request, draft);
-    }
-    BandTable& bands = task.BANDS;
-    if (bands.NBANDS == 0 || !(draft.sampling_frequency > 0.0)) return bad_input;
-    for (int i = 2; i <= 2 * bands.NBANDS; ++i) {
-        if (!(bands.EDGE(i) >= bands.EDGE(i - 1))) return bad_input;
-    }
-    for (int i = 1; i <= 2 * bands.NBANDS; ++i) bands.EDGE(i) /= draft.sampling_frequency;
-    if (is_filter(task)) {
-        take_shape(request, draft.sampling_frequency, task.SHAPE);
-        if (request.specification_type == FirSpecification::ripple_in_db) weights_of_ripples(draft);
-    }
-    return nullptr;
-}
-
-// Bands of a filter: the rows of the table up to the first whose upper edge is 0. The last edge is half the sampling
-// frequency.
-void bands_of_table(const FirRequest& request, FirDraft& draft) {
-    BandTable& bands = draft.task.BANDS;
-    for (int row = 1; row <= request.QUADRUPLETS.rows && request.QUADRUPLETS(row, 2) != 0.0; ++row) {
-        bands.NBANDS = row;
-        bands.EDGE(2 * row - 1) = request.QUADRUPLETS(row, 1);
-        bands.EDGE(2 * row) = request.QUADRUPLETS(row, 2);
-        bands.FX(row) = request.QUADRUPLETS(row, 3);
-        bands.WTX(row) = request.QUADRUPLETS(row, 4);
-    }
-    if (bands.NBANDS > 0) draft.sampling_frequency = 2.0 * bands.EDGE(2 * bands.NBANDS);
-}
-
-// The one band of a differentiator or Hilbert transformer.
-void band_of_frequencies(const FirRequest& request, FirDraft& draft) {
-    BandTable& bands = draft.task.BANDS;
-    const bool differentiator = draft.task.JTYPE == FirType::differentiator;
-    bands.NBANDS = 1;
-    bands.EDGE(1) = differentiator ? 0.0 : request.lower_frequency;
-    bands.EDGE(2) = request.upper_frequency;
-    bands.FX(1) = differentiator ? request.slope : 1.0;
-    bands.WTX(1) = 1.0;
-    draft.sampling_frequency = request.sampling_frequency;
-}
-
-// The shape as linear values over normalised frequency, in single precision, sorted by frequency.
-void take_shape(const FirRequest& request, double sampling_frequency, ShapeTable& shape) {
-    shape.count = request.shape.rows;
-    for (int i = 1; i <= shape.count; ++i) {
-        shape.FIR_FREQ(i) = static_cast<float>(request.shape(i, 1)) / static_cast<float>(sampling_frequency);
-        shape.FIR_VALUE(i) = std::pow(10.0F, static_cast<float>(request.shape(i, 2)) / 20.0F);
-    }
-    for (int i = 1; i < shape.count; ++i) {
-        for (int j = i + 1; j <= shape.count; ++j) {
-            if (shape.FIR_FREQ(j) >= shape.FIR_FREQ(i)) continue;
-            std::swap(shape.FIR_FREQ(i), shape.FIR_FREQ(j));
-            std::swap(shape.FIR_VALUE(i), shape.FIR_VALUE(j));
-        }
-    }
-}
-
-// A ripple in dB becomes the weight 1/delta: a pass band of 1 +- delta has the ripple 20 log10((1 + delta)/(1 -
-// delta)), a stopband of delta has the loss -20 log10 delta.
-void weights_of_ripples(FirDraft& draft) {
-    BandTable& bands = draft.task.BANDS;
-    for (int b = 1; b <= bands.NBANDS; ++b) {
-        const double ripple = bands.WTX(b);
-        if (b <= 2) draft.ripple_db[b - 1] = ripple;
-        const double ratio = std::pow(10.0, ripple / 20.0);
-        bands.WTX(b) = bands.FX(b) != 0.0 ? (ratio + 1.0) / (ratio - 1.0) : ratio;
-    }
-}
-
 // Sets the length of a low pass from its ripples and reports it; what is wrong, or null.
 const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter) {
     FirTask& task = draft.task;
     const bool applies = is_filter(task) && task.BANDS.NBANDS == 2 && task.BANDS.FX(1) == 1.0 &&
                          request.specification_type == FirSpecification::ripple_in_db;
     if (!applies) return incomplete;
-    const double length =
-        estimated_fir_length(draft.ripple_db[0], draft.ripple_db[1], task.BANDS.EDGE(3) - task.BANDS.EDGE(2));
+    const double length = estimated_fir_length(request.QUADRUPLETS(1, 4), request.QUADRUPLETS(2, 4),
+                                               task.BANDS.EDGE(3) - task.BANDS.EDGE(2));
     if (!std::isfinite(length)) return bad_input;  // no transition band, or a ripple of 0 dB
     if (length < max_fir_taps + 1) {
         task.NFILT = static_cast<int>(std::max(length, 0.0));
@@ -217,7 +133,7 @@ void report_failure_to_converge(int iterations, Reporter& reporter) {
 }
 
 // The record that commands work on: the design as its first function.
-void fill_filter(FirDraft& draft, double frequency_scale) {
+void fill_filter(FirDraft& draft, double sampling_frequency) {
     FirFilter& filter = draft.filter;
     const FirPlan& plan = draft.figures.plan;
     const HalfResponse H = impulse_response(plan, draft.exchange.ALPHA);
@@ -230,7 +146,7 @@ void fill_filter(FirDraft& draft, double frequency_scale) {
     filter.LENGTH(1) = plan.NFCNS;
     filter.WORD.fill(fir_untruncated);
     for (int i = 1; i <= plan.NFCNS; ++i) filter.X(i) = filter.COEF(i) = H(i);
-    filter.sampling_frequency = draft.sampling_frequency * frequency_scale;
+    filter.sampling_frequency = sampling_frequency;
 }
 
 void fill_figures(FirDraft& draft) {

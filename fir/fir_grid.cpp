@@ -49,7 +49,7 @@ double weight(const FirTask& task, double f, int band) {
     if (task.JTYPE == FirType::differentiator) return task.BANDS.FX(band) >= 0.0001 ? wtx / f : wtx;
     if (!shaped(task, band)) return wtx;
     const double des = desired(task, f, band);
-    return des >= 0.001 ? wtx / des : wtx;
+    return des >= least_shape_weighed ? wtx / des : wtx;
 }
 
 bool make_grid(const FirTask& task, const FirPlan& plan, FirGrid& grid) {

@@ -23,6 +23,7 @@ inline constexpr int max_fir_functions = 257;
 inline constexpr int fir_grid_density = 32;  // grid points for each cosine function
 inline constexpr int max_fir_grid = fir_grid_density * max_fir_functions;
 inline constexpr int max_shape_points = 501;
+inline constexpr double least_shape_weighed = 0.001;
 
 // 2 pi and pi as the FIR designs use them.
 inline constexpr double fir_two_pi = 6.2831853071796;
@@ -94,7 +95,7 @@ static_assert(std::is_trivially_copyable_v<FirTask> && std::is_trivially_copyabl
 // Weight of band `band` at `f` (above 0 for a differentiator), not folded.
 //   differentiator              WTX / f, a constant relative error; WTX when FX is below 0.0001
 //   no shape, or FX = 0         WTX
-//   shape                       WTX / desired; WTX when that is below 0.001
+//   shape                       WTX / desired; WTX when that is below least_shape_weighed
 [[nodiscard]] double weight(const FirTask& task, double f, int band);
 
 // Lays out the grid of `task`, 32 points for each cosine function over 0 to 0.5, and folds it.

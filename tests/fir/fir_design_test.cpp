@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include "fir/fir_deviation.h"
 #include "fir/fir_segment.h"
+#include "fir/fir_task.h"
 #include "tests/support/fake_window.h"
 
 namespace kavrel {
@@ -194,6 +196,52 @@ TEST_F(FirDesign, AntisymmetricTypesAreWhatTheyAreCalled) {
         EXPECT_LT(deviation(0.6, request.upper_frequency, [](double) { return 1.0; }), 0.05);
         EXPECT_EQ(filter.deviation, 0.0) << "no stopband";
     }
+}
+
+TEST_F(FirDesign, LargestDeviationsAreThoseOfADenseGrid) {
+    const auto expect_dense = [&](const char* what, int band, double asked) {
+        ASSERT_EQ(remez_design(desk), FirDesignVerdict::designed) << what;
+        FirTask task;
+        ASSERT_EQ(take_task(request, task), nullptr);
+        const double low = std::max(task.BANDS.EDGE(2 * band - 1), 1e-7), high = task.BANDS.EDGE(2 * band);
+        double dense = 0.0;
+        for (int i = 0; i <= 20000; ++i) {
+            const double f = low + (high - low) * i / 20000.0;
+            dense = std::max(dense, weight(task, f, band) *
+                                        std::abs(response(f * filter.sampling_frequency) - desired(task, f, band)));
+        }
+        const FirDeviation found = largest_deviation(task, filter, 1, band);
+        EXPECT_GE(found.weighted, dense * (1.0 - 1e-9)) << what;
+        EXPECT_LE(found.weighted, dense * (1.0 + 2e-4)) << what;
+        EXPECT_NEAR(response(found.frequency * filter.sampling_frequency), found.amplitude, 1e-12) << what;
+        EXPECT_NEAR(largest_deviation(task, filter, 1).weighted / found.weighted, 1.0, 1e-3) << what << ": level";
+        EXPECT_TRUE(asked == 0.0 || found.weighted < asked) << what;
+    };
+    ask(61, FirSpecification::ripple_in_db, {{0, 8, 1, 0.5}, {10, 24, 0, 50}});
+    expect_dense("ripples that are held are below 1", 2, 1.0);
+    ask(40, FirSpecification::weights, {{0, 0.5, 0, 10}, {1, 1.5, 1, 1}, {1.8, 2.5, 0, 3}, {3, 5, 0.5, 2}});
+    expect_dense("even length: nothing at half the sampling frequency", 4, 0.0);
+    request.filter_length = 41;
+    expect_dense("four bands", 3, 0.0);
+    for (const FirType type : {FirType::differentiator, FirType::hilbert}) {
+        for (const int length : {30, 31}) {
+            request = {};
+            request.fir_type = type;
+            request.filter_length = length;
+            request.sampling_frequency = 10.0;
+            request.lower_frequency = 0.6;
+            request.upper_frequency = 4.4;
+            request.slope = 2.0;
+            expect_dense("antisymmetric", 1, 0.05);
+        }
+    }
+    ask(81, FirSpecification::weights, {{0, 8, 2, 1}, {10, 24, 0, 1}});
+    request.fir_type = FirType::filter;
+    for (const auto& [f, gain] : {std::pair{2.0, 0.0}, {4.0, -2.0}, {6.0, -1.0}}) {
+        const int row = ++request.shape.rows;
+        request.shape(row, 1) = f, request.shape(row, 2) = gain;
+    }
+    expect_dense("a shape that jumps at its ends", 1, 0.0);
 }
 
 TEST_F(FirDesign, LessRippleThanDoublesHoldIsToldAndDelivered) {

@@ -1,0 +1,118 @@
+#include "fir/fir_deviation.h"
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <numbers>
+#include <vector>
+
+#include "numeric/peak.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr double least_frequency = 1e-9;
+constexpr int points_per_tap = 8;  // over 0 to 0.5: 16 for each extremum
+constexpr int refining_steps = 20;
+
+FirDeviation deviation_at(const FirTask& task, const FirFilter& filter, int function, int band, double f);
+std::vector<double> piece_ends(const FirTask& task, int band);
+
+}  // namespace
+
+double fir_amplitude(const FirFilter& filter, int function, double f) {
+    const int half = filter.LENGTH(function), innermost = filter.IST(function) + half - 1;
+    const double w = 2.0 * std::numbers::pi * f;
+    // the stored tap i from the innermost one lies i + offset samples off the middle
+    const double offset = filter.NODD == 0 ? 0.5 : filter.NEG == 1 ? 1.0 : 0.0;
+    const std::complex<double> step = std::polar(1.0, w);
+    std::complex<double> turned = std::polar(1.0, w * offset), sum = 0.0;
+    for (int i = 0; i < half; ++i) {
+        sum += filter.X(innermost - i) * turned;
+        turned = {turned.real() * step.real() - turned.imag() * step.imag(),
+                  turned.real() * step.imag() + turned.imag() * step.real()};
+    }
+    if (filter.NEG == 1) return 2.0 * sum.imag();
+    return 2.0 * sum.real() - (filter.NODD == 1 ? filter.X(innermost) : 0.0);
+}
+
+FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int function, int band) {
+    const auto at = [&](double f) { return deviation_at(task, filter, function, band, f); };
+    const auto weighted = [&](double f) { return at(f).weighted; };
+    const int taps = fir_taps(filter.LENGTH(function), filter.NODD, filter.NEG);
+    const std::vector<double> ends = piece_ends(task, band);
+    FirDeviation largest;
+    const auto note = [&](const FirDeviation& found) {
+        if (found.weighted > largest.weighted) largest = found;
+    };
+    std::vector<Peak<double>> row;
+    for (std::size_t piece = 1; piece < ends.size(); ++piece) {
+        const double low = ends[piece - 1];
+        // short of the next piece, where the desired response may be another one
+        const double high = piece + 1 < ends.size() ? std::nextafter(ends[piece], low) : ends[piece];
+        const int steps = std::max(2, static_cast<int>(std::ceil((high - low) * 2.0 * points_per_tap * taps)));
+        row.clear();
+        for (int k = 0; k <= steps; ++k) {
+            const double f = k == steps ? high : low + (high - low) * k / steps;
+            row.push_back({f, weighted(f)});
+        }
+        note(at(low));
+        note(at(high));
+        double highest = 0.0;
+        for (const Peak<double>& point : row) highest = std::max(highest, point.value);
+        for (std::size_t k = 1; k + 1 < row.size(); ++k) {
+            const bool peak = row[k].value >= row[k - 1].value && row[k].value >= row[k + 1].value;
+            // between points 1/16 of a ripple apart, the true peak lies less than 1 % higher
+            if (!peak || row[k].value < 0.98 * highest) continue;
+            note(at(row[k].at));
+            note(at(peak_between(row[k - 1].at, row[k + 1].at, refining_steps, weighted).at));
+        }
+    }
+    return largest;
+}
+
+FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int function) {
+    FirDeviation largest;
+    for (int band = 1; band <= task.BANDS.NBANDS; ++band) {
+        const FirDeviation found = largest_deviation(task, filter, function, band);
+        if (found.weighted > largest.weighted) largest = found;
+    }
+    return largest;
+}
+
+namespace {
+
+FirDeviation deviation_at(const FirTask& task, const FirFilter& filter, int function, int band, double f) {
+    FirDeviation point{.frequency = f,
+                       .amplitude = fir_amplitude(filter, function, f),
+                       .desired = desired(task, f, band),
+                       .weight = weight(task, f, band)};
+    point.weighted = point.weight * std::abs(point.amplitude - point.desired);
+    return point;
+}
+
+// The edges of the band, the points of its shape between them, and where its weight jumps because the desired response
+// passes the least one that it is divided by.
+std::vector<double> piece_ends(const FirTask& task, int band) {
+    const bool from_zero = task.JTYPE == FirType::differentiator;
+    const double high = task.BANDS.EDGE(2 * band);
+    std::vector<double> ends{std::max(task.BANDS.EDGE(2 * band - 1), from_zero ? least_frequency : 0.0)};
+    const auto go_on_to = [&](double f) {
+        const double low = ends.back(), before = desired(task, low, band) - least_shape_weighed;
+        const double rise = desired(task, std::nextafter(f, low), band) - least_shape_weighed - before;
+        const double jump = low - before * (f - low) / rise;
+        if (jump > low && jump < f) ends.push_back(jump);
+        ends.push_back(f);
+    };
+    for (int i = 1; i <= task.SHAPE.count; ++i) {
+        const double f = static_cast<double>(task.SHAPE.FIR_FREQ(i));
+        if (f > ends.back() && f < high) go_on_to(f);
+    }
+    go_on_to(high);
+    return ends;
+}
+
+}  // namespace
+
+}  // namespace kavrel

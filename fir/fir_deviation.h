@@ -1,0 +1,31 @@
+// How far a linear-phase FIR filter, as its taps are, is from what was asked of it. Frequencies are in cycles per
+// sample, 0 to 0.5. The exchange levels its deviation on a grid; here the taps are judged, between grid points, too.
+#pragma once
+
+#include "fir/fir_filter.h"
+#include "fir/fir_grid.h"
+
+namespace kavrel {
+
+// Where a filter deviates most in a band, and what is there.
+struct FirDeviation {
+    double frequency = 0;
+    double amplitude = 0;
+    double desired = 0;
+    double weight = 0;
+    double weighted = -1;  // weight |amplitude - desired|; -1 when nothing was searched
+};
+
+// Real amplitude of function `function`: its response without the linear phase (and the factor j of an antisymmetric
+// one). Negative where the response is turned round.
+[[nodiscard]] double fir_amplitude(const FirFilter& filter, int function, double f);
+
+// The largest weighted deviation in band `band` of `task`, both edges included: extrema are refined between the points
+// of a dense search, and a shape is searched from point to point, since its desired response may jump there. A
+// differentiator, whose weight is infinite at 0, is judged down to 1e-9.
+[[nodiscard]] FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int function, int band);
+
+// The largest one of all bands.
+[[nodiscard]] FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int function);
+
+}  // namespace kavrel

@@ -141,18 +141,22 @@ void Runner::table_line(const ScriptLine& line) {
     const std::string table = write_table_csv(bench_.results);
     if (table.empty()) {
         window_.fail(Failure::line, "No analysis results");
-    } else {
-        write_file(line.rest(), table);
+        return;
     }
+    if (is_earlier(bench_, analysed_filter(bench_.results, bench_.results.kind)))
+        bench_.reporter.report_line(earlier_results);
+    write_file(line.rest(), table);
 }
 
 void Runner::plot_line(const ScriptLine& line) {
-    if (const PlotWindow* open = window_.plot()) {
-        write_file(line.rest(), plot_svg(*open));
-        return;
-    }
     PlotWindow plot;
-    const PlotVerdict verdict = plot_last_analysis(bench_.results, bench_.session.units, plot);
+    PlotVerdict verdict;
+    if (const PlotWindow* open = window_.plot()) {
+        plot = *open;
+    } else {
+        verdict = plot_last_analysis(bench_.results, bench_.session.units, plot);
+    }
+    plot.earlier = is_earlier(bench_, plot.source);
     if (verdict.ok()) {
         write_file(line.rest(), plot_svg(plot));
     } else {

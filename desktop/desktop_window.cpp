@@ -123,6 +123,10 @@ void DesktopWindow::begin_work() {
 
 void DesktopWindow::end_work() { main_.end_progress(); }
 
+void DesktopWindow::mark_plot(bool earlier) {
+    if (plot_) plot_->mark_earlier(earlier);
+}
+
 void DesktopWindow::close() {
     closed_ = true;
     if (plot_) plot_->close();

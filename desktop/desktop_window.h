@@ -53,6 +53,9 @@ public:
     // The date and time of reports from now on, so that they can be compared.
     void set_date(std::string text) { date_ = std::move(text); }
 
+    // Whether the plot that is open is of an earlier filter.
+    void mark_plot(bool earlier);
+
     [[nodiscard]] MainWindow& main() { return main_; }
     [[nodiscard]] PlotViewer& plot();
     [[nodiscard]] HelpViewer& help();

@@ -37,6 +37,12 @@ void PlotView::show_plot(const PlotWindow& plot) {
     set_zoom({});
 }
 
+void PlotView::mark_earlier(bool earlier) {
+    if (whole_.earlier == earlier) return;
+    whole_.earlier = shown_.earlier = earlier;
+    redraw();
+}
+
 void PlotView::set_shade(Shade shade) {
     shade_ = shade;
     redraw();

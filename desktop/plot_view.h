@@ -24,6 +24,7 @@ public:
     explicit PlotView(QWidget* parent = nullptr);
 
     void show_plot(const PlotWindow& plot);
+    void mark_earlier(bool earlier);
     void set_shade(Shade shade);
 
     // As it is seen now, with its axes and its plot area.

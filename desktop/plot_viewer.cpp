@@ -59,6 +59,8 @@ void PlotViewer::show_plot(const PlotWindow& plot) {
     view_->setFocus();
 }
 
+void PlotViewer::mark_earlier(bool earlier) { view_->mark_earlier(earlier); }
+
 void PlotViewer::set_shade(Shade shade) { view_->set_shade(shade); }
 
 bool PlotViewer::save_picture(const QString& name) const {

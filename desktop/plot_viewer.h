@@ -20,6 +20,8 @@ public:
     ~PlotViewer() override;
 
     void show_plot(const PlotWindow& plot);
+    // Whether the plot is of an earlier filter; zoom and marks stay.
+    void mark_earlier(bool earlier);
     void set_shade(Shade shade);
     [[nodiscard]] PlotView& view() { return *view_; }
 

@@ -62,6 +62,7 @@ void Program::leave() {
 void Program::show_status() {
     const Session& session = bench_.session;
     const QString file = qt_text(session.filter_file.trimmed());
+    window_.mark_plot(bench_.plot.earlier);
     window_.main().set_status(units_text(session.units), QFileInfo(file).fileName());
 }
 

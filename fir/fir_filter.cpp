@@ -2,6 +2,15 @@
 
 namespace kavrel {
 
+Fingerprint fingerprint(const FirFilter& filter) {
+    std::vector<double> numbers{filter.sampling_frequency};
+    for (int n = 1; n <= filter.functions; ++n) {
+        const std::vector<double> taps = full_response(filter, n);
+        numbers.insert(numbers.end(), taps.begin(), taps.end());
+    }
+    return fingerprint_of({reinterpret_cast<const char*>(numbers.data()), numbers.size() * sizeof(double)});
+}
+
 std::vector<double> full_response(const FirFilter& filter, int function) {
     const int first = filter.IST(function);
     const int half = filter.LENGTH(function);

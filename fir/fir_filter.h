@@ -4,6 +4,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "shell/fingerprint.h"
 #include "shell/table.h"
 
 namespace kavrel {
@@ -31,6 +32,9 @@ static_assert(std::is_trivially_copyable_v<FirFilter>);
 
 // Taps of a design with these indicators.
 [[nodiscard]] constexpr int fir_taps(int nfcns, int nodd, int neg) { return 2 * nfcns + (2 * neg - 1) * nodd; }
+
+// Of all its functions and the sampling frequency.
+[[nodiscard]] Fingerprint fingerprint(const FirFilter& filter);
 
 // All taps of function n, first to last, mirrored from its stored half: h(i) = h(L+1-i) or -h(L+1-i), and 0 in the
 // middle of an antisymmetric response of odd length.

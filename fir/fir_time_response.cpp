@@ -10,6 +10,7 @@ void fir_time_response(const FirFilter& filter, int function, AnalysisResult& re
     const std::vector<double> impulse = full_response(filter, function);
     results = {};
     results.kind = AnalysisResult::Kind::time;
+    results.time_of = fingerprint(filter);
     results.has_impulse = results.has_step = results.sampled = true;
     results.time_count = static_cast<int>(std::min<std::size_t>(impulse.size(), analysis_points));
     double step = 0.0;

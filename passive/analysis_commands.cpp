@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::string_view no_analysis_data = "No analysis data";
 
+void report_points_lost(Reporter& reporter, int lost, int asked);
+void mark_earlier(const PassiveDesk& desk, Fingerprint analysed, std::vector<std::string>& lines);
+
 [[nodiscard]] bool settle_drive(PassiveDesk& desk);
 AnalysisRequest analysis_request(const PassiveDesk& desk, const FrequencyGrid& grid);
 Performance performance_of(const AnalysisResult& results);
@@ -35,9 +38,12 @@ void analyse_frequency(PassiveDesk& desk) {
     Performance performance;
     const ChainVerdict verdict = analyzeCircuit(circuit, analysis_request(desk, grid), performance);
     if (verdict != ChainVerdict::done) return refuse(desk, message_of(verdict));
+    if (performance.count == 0) return refuse(desk, no_analysis_results);
     store_performance(performance, desk.results);
     desk.state.analysed = grid;
+    desk.results.frequency_of = fingerprint(desk.filter);
     desk.results.TITLE = title_of(desk);
+    report_points_lost(desk.reporter, grid.count - performance.count, grid.count);
     if (wants_table(desk)) report_lines(desk, performance_lines(performance, title_of(desk)));
     report_done(desk);
 }
@@ -59,6 +65,7 @@ void analyse_time(PassiveDesk& desk) {
                                               std::span(step.cells).first(rows));
     if (verdict != TimeVerdict::done) return refuse(desk, message_of(verdict));
     store_time(grid, impulse, step, desk.results);
+    desk.results.time_of = fingerprint(desk.filter);
     desk.results.TITLE = title_of(desk);
     if (wants_table(desk)) report_lines(desk, time_lines(desk.results, title_of(desk)));
     report_done(desk);
@@ -67,13 +74,16 @@ void analyse_time(PassiveDesk& desk) {
 void tabulate_frequency(PassiveDesk& desk) {
     if (desk.results.frequency_count == 0 || !desk.results.has_immittance) return refuse(desk, no_analysis_results);
     const Performance performance = performance_of(desk.results);
-    const auto lines = performance_lines(performance, desk.results.TITLE.trimmed(), ImmittanceHead::bare);
+    auto lines = performance_lines(performance, desk.results.TITLE.trimmed(), ImmittanceHead::bare);
+    mark_earlier(desk, desk.results.frequency_of, lines);
     if (tabulate(desk, lines)) report_done(desk);
 }
 
 void tabulate_time(PassiveDesk& desk) {
     if (desk.results.time_count == 0) return refuse(desk, no_analysis_results);
-    if (tabulate(desk, time_lines(desk.results, desk.results.TITLE.trimmed()))) report_done(desk);
+    auto lines = time_lines(desk.results, desk.results.TITLE.trimmed());
+    mark_earlier(desk, desk.results.time_of, lines);
+    if (tabulate(desk, lines)) report_done(desk);
 }
 
 void plot_frequency(PassiveDesk& desk) {
@@ -96,8 +106,11 @@ void plot_time(PassiveDesk& desk) { plot_time(desk, desk.command.time_plot, pass
 void phase_nonlinearity(PassiveDesk& desk) {
     PhaseLine line;
     if (!fit_phase_line(desk.results, line)) return refuse(desk, no_analysis_data);
-    if (wants_table(desk))
-        report_lines(desk, phase_line_lines(line, desk.results.radians, desk.results.TITLE.trimmed()));
+    if (wants_table(desk)) {
+        auto lines = phase_line_lines(line, desk.results.radians, desk.results.TITLE.trimmed());
+        mark_earlier(desk, desk.results.frequency_of, lines);
+        report_lines(desk, lines);
+    }
     plot_phase_line(desk, line);
 }
 
@@ -122,6 +135,16 @@ bool settle_drive(PassiveDesk& desk) {
     if (verdict == CircuitVerdict::done) return true;
     refuse(desk, message_of(verdict));
     return false;
+}
+
+void report_points_lost(Reporter& reporter, int lost, int asked) {
+    if (lost == 0) return;
+    reporter.report_line(
+        edited<"(' *** ',I0,' of ',I0,' frequencies ',A,' no result ***')">(lost, asked, lost == 1 ? "has" : "have"));
+}
+
+void mark_earlier(const PassiveDesk& desk, Fingerprint analysed, std::vector<std::string>& lines) {
+    if (analysed != fingerprint(desk.filter)) lines.insert(lines.begin(), std::string(earlier_results));
 }
 
 // The row at f = 0 follows from the counters of the design.
@@ -204,7 +227,8 @@ void plot_phase_line(PassiveDesk& desk, const PhaseLine& line) {
                               .x_label = results.x_label.trimmed(),
                               .y1_label = results.y1_label.trimmed(),
                               .title = results.TITLE.trimmed(),
-                              .print_id = passive_plot::print_nonlinearity},
+                              .print_id = passive_plot::print_nonlinearity,
+                              .source = results.frequency_of},
                              desk.session.units));
 }
 

@@ -27,4 +27,6 @@ constexpr Keeping<PassiveFilter> circuit_keeping{
     .open_caption = "Open a stored filter text file",
     .overwrite_warning = "Current network will be overwritten!"};
 
+Fingerprint fingerprint(const PassiveFilter& filter) { return fingerprint(circuit_keeping.snapshot, filter); }
+
 }  // namespace kavrel

@@ -14,4 +14,6 @@ namespace kavrel {
 extern const std::array<StoredForm<PassiveFilter>, 2> circuit_forms;
 extern const Keeping<PassiveFilter> circuit_keeping;
 
+[[nodiscard]] Fingerprint fingerprint(const PassiveFilter& filter);
+
 }  // namespace kavrel

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "segment/file_operation.h"
+#include "shell/fingerprint.h"
 #include "shell/fixed_text.h"
 
 namespace kavrel {
@@ -21,6 +22,12 @@ struct Layout {
     // False, with filter and title as they were, for bytes that are not of this layout or hold what no filter could be.
     bool (*take)(std::string_view bytes, Filter& filter, FixedText<80>& title);
 };
+
+// Of the filter, whatever its title is: the same again when an edit was undone.
+template <class Filter>
+[[nodiscard]] Fingerprint fingerprint(const Layout<Filter>& layout, const Filter& filter) {
+    return fingerprint_of(layout.bytes(filter, {}));
+}
 
 // A kind of stored file.
 template <class Filter>

@@ -13,6 +13,7 @@ std::span<const float> rows(const ResultColumn& column, int count) {
 PlotVerdict plot_last_analysis(const AnalysisResult& result, const UnitSet& units, PlotWindow& window) {
     PlotRequest request;
     request.title = result.TITLE.trimmed();
+    request.source = analysed_filter(result, result.kind);
     if (result.kind == AnalysisResult::Kind::frequency && result.has_loss) {
         request.x = rows(result.FREQ, result.frequency_count);
         request.y1 = rows(result.LOSS, result.frequency_count);

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "shell/fingerprint.h"
 #include "shell/fixed_text.h"
 #include "shell/table.h"
 
@@ -38,8 +39,9 @@ struct AnalysisResult {
     FixedText<36> y2_label;
 
     // Frequency results.
-    int frequency_count = 0;  // 0 to 501 valid rows
-    bool radians = false;     // FREQ is in rad/sec
+    int frequency_count = 0;       // 0 to 501 valid rows
+    Fingerprint frequency_of = 0;  // the filter that was analysed
+    bool radians = false;          // FREQ is in rad/sec
     bool has_loss = false;
     bool has_phase = false;
     bool has_delay = false;
@@ -56,6 +58,7 @@ struct AnalysisResult {
 
     // Time results.
     int time_count = 0;  // 0 to 501 valid rows
+    Fingerprint time_of = 0;
     bool has_impulse = false;
     bool has_step = false;
     bool sampled = false;  // of a sampled filter: its impulse response is a number, not a density over time
@@ -65,6 +68,14 @@ struct AnalysisResult {
 };
 
 static_assert(std::is_trivially_copyable_v<AnalysisResult>);
+
+// The filter that the results of a kind are of.
+[[nodiscard]] constexpr Fingerprint analysed_filter(const AnalysisResult& result, AnalysisResult::Kind kind) {
+    return kind == AnalysisResult::Kind::time ? result.time_of : result.frequency_of;
+}
+
+// Above a table of results that are of another filter than the one that is shown.
+inline constexpr std::string_view earlier_results = " *** analysis of an earlier filter ***";
 
 // A column that an analysis may have. A null `present` means a column that every analysis of the kind has.
 struct ColumnRow {

@@ -24,6 +24,7 @@ constexpr double title_height = 12.0;
 constexpr double tick_height = 10.0;
 constexpr double label_height = 9.0;
 constexpr double tick_length = 0.008;
+constexpr string_view earlier_title = " (of an earlier filter)";
 constexpr double legend_sample = 0.035;  // length of the line beside a legend's text
 
 constexpr double thinning_step = 0.01;
@@ -63,6 +64,7 @@ PlotVerdict plot_two(PlotWindow& window, const PlotRequest& request, const UnitS
     PlotWindow fresh;  // the request may look into the old one
     fresh.open = true;
     fresh.print_id = request.print_id;
+    fresh.source = request.source;
     fresh.point_count = static_cast<int>(n);
     fresh.has_y2 = has_y2;
     fresh.TITLE = request.title;
@@ -344,7 +346,9 @@ void draw_labels(PlotSurface& surface, const PlotWindow& window) {
                       .ink = ink,
                       .upwards = true});
     };
-    write(trim(window.TITLE.padded()), {middle, margin}, title_height, Along::top);
+    std::string title(trim(window.TITLE.padded()));
+    if (window.earlier) title += earlier_title;
+    write(title, {middle, margin}, title_height, Along::top);
     write(window.x.label.trimmed(), {middle, 1.0 - margin}, label_height, Along::bottom);
     write_upwards(window.y1.label.trimmed(), margin, Across::left, window.has_y2 ? PlotInk::y1 : PlotInk::plain);
     if (window.has_y2) write_upwards(window.y2.label.trimmed(), 1.0 - margin, Across::right, PlotInk::y2);

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "shell/fingerprint.h"
 #include "shell/fixed_text.h"
 #include "shell/plot_axes.h"
 #include "shell/table.h"
@@ -111,8 +112,10 @@ public:
 
 struct PlotWindow {
     bool open = false;
-    int print_id = 0;     // of the event that the window's item "&Print" sends
-    int point_count = 0;  // 2 to 1002
+    Fingerprint source = 0;  // the filter whose curves these are
+    bool earlier = false;    // it is no longer the one that is shown: the title says so
+    int print_id = 0;        // of the event that the window's item "&Print" sends
+    int point_count = 0;     // 2 to 1002
     bool has_y2 = false;
     FixedText<60> TITLE;
     Table<float, plot_bound> X_DATA;
@@ -139,7 +142,8 @@ struct PlotRequest {
     std::string_view y1_label{};
     std::string_view y2_label{};
     std::string_view title{};
-    int print_id = 0;  // see PlotWindow
+    int print_id = 0;        // see PlotWindow
+    Fingerprint source = 0;  // likewise
 };
 
 // Opens the window with new curves of equally many points, 2 to 1002. Values that are not finite have no share in the

@@ -45,7 +45,8 @@ PlotVerdict plot_results(const PlotChoice& choice, const PlotSource& source, con
                      .y1_label = results.y1_label.trimmed(),
                      .y2_label = results.y2_label.trimmed(),
                      .title = results.TITLE.trimmed(),
-                     .print_id = source.print_id},
+                     .print_id = source.print_id,
+                     .source = analysed_filter(results, source.kind)},
                     units);
 }
 

@@ -47,6 +47,7 @@ constexpr Room rooms[] = {
      .words = passive_words,
      .run = at_desk<passive_desk, passiveSegment>,
      .recall_entry = passive_entry::stored_circuit,
+     .shown = [](const Workbench& bench) { return fingerprint(bench.passive); },
      .file_refusal = passive_file_refusal},
     {.id = SegmentId::active,
      .name = "active",
@@ -69,7 +70,8 @@ constexpr Room rooms[] = {
      .menu = fir_menu,
      .window_items = fir_window_items,
      .words = fir_words,
-     .run = at_desk<fir_desk, firSegment>},
+     .run = at_desk<fir_desk, firSegment>,
+     .shown = [](const Workbench& bench) { return fingerprint(bench.fir); }},
     {.id = SegmentId::ladder,
      .name = "ladder",
      .title = "Kavrel - LADDER SYNTHESIS MENU",
@@ -116,6 +118,12 @@ void send_command(Workbench& bench, const Room& room, std::string_view word, con
     if (form != nullptr && !run_form(*form, record_of(*form, bench), bench.session.units, bench.reporter)) return;
     bench.session.word(room.id) = word;
     room.run(bench);
+    bench.plot.earlier = is_earlier(bench, bench.plot.source);
+}
+
+bool is_earlier(const Workbench& bench, Fingerprint source) {
+    const auto shown = room_of(bench.session.segment).shown;
+    return source != 0 && shown != nullptr && shown(bench) != source;
 }
 
 FirDesk fir_desk(Workbench& bench) { return {desk(bench), bench.fir_request, bench.fir, bench.fir_command}; }

@@ -25,6 +25,7 @@ struct Room {
     CommandWords (*words)() = nullptr;            // of its command table
     void (*run)(Workbench& bench) = nullptr;      // performs the command in the Segment's cell
     int recall_entry = 0;                         // entry code of "read" for a file whose name is given
+    Fingerprint (*shown)(const Workbench& bench) = nullptr;             // the filter that it shows
     std::string_view (*file_refusal)(std::string_view name) = nullptr;  // why a stored filter is not read, or blank
 
     [[nodiscard]] CommandWords commands() const { return words == nullptr ? CommandWords{} : words(); }
@@ -44,6 +45,9 @@ void enter_segment(Workbench& bench, SegmentId id);
 // Puts a word into a Segment's cell and calls the Segment, after the form, if there is one, was filled in. What has no
 // routine is answered with "Command not implemented".
 void send_command(Workbench& bench, const Room& room, std::string_view word, const Form* form);
+
+// Whether results or a plot of the filter `source` are of another one than the current Segment shows.
+[[nodiscard]] bool is_earlier(const Workbench& bench, Fingerprint source);
 
 // The records of FIR work, of passive work and of ladder synthesis.
 [[nodiscard]] FirDesk fir_desk(Workbench& bench);

@@ -20,7 +20,7 @@ constexpr int format_number = 1;
 
 Json design_part(DesignOutcome design);
 Json units_part(const UnitSet& units);
-Json results_part(const AnalysisResult& results, AnalysisResult::Kind kind);
+Json results_part(Bench bench, AnalysisResult::Kind kind);
 Json boxes_part(const Journal& journal);
 
 // In the order of the file. A part that is null is left out.
@@ -43,8 +43,8 @@ constexpr StatePart parts[] = {
     {"synthesis", [](Bench b) { return synthesis_part(b.ladder); }},
     {"circuit", [](Bench b) { return circuit_part(b.passive.circuit); }},
     {"parts", [](Bench b) { return parts_part(b.passive.circuit); }},
-    {"analysis", [](Bench b) { return results_part(b.results, AnalysisResult::Kind::frequency); }},
-    {"time", [](Bench b) { return results_part(b.results, AnalysisResult::Kind::time); }},
+    {"analysis", [](Bench b) { return results_part(b, AnalysisResult::Kind::frequency); }},
+    {"time", [](Bench b) { return results_part(b, AnalysisResult::Kind::time); }},
     {"fir", [](Bench b) { return fir_part(b.fir); }},
     {"boxes", [](Bench b) { return boxes_part(b.journal); }},
     {"report", [](Bench b) -> Json { return b.journal.lines; }},
@@ -79,11 +79,13 @@ Json units_part(const UnitSet& units) {
 }
 
 // The columns of one kind of analysis that the results have, by their names.
-Json results_part(const AnalysisResult& results, AnalysisResult::Kind kind) {
+Json results_part(Bench bench, AnalysisResult::Kind kind) {
+    const AnalysisResult& results = bench.results;
     Json part;
     for (const ColumnRow& row : result_columns) {
         if (row.kind == kind && has_column(results, row)) part[std::string(row.name)] = column_values(results, row);
     }
+    if (!part.is_null() && is_earlier(bench, analysed_filter(results, kind))) part["earlier"] = true;
     return part;
 }
 

@@ -49,5 +49,23 @@ TEST_P(Conversations, GoAsTheyDid) {
 INSTANTIATE_TEST_SUITE_P(All, Conversations, testing::Values("answers", "forms", "lines", "passive"),
                          [](const auto& test) { return test.param; });
 
+TEST(Plots, SayWhereTheirFilterIsAnEarlierOne) {
+    const ScratchFolder folder;
+    std::filesystem::copy(conversations + "files", ".");
+    ScriptRun run;
+    run.run(
+        "include ladder.kav\nchoose View > Frequency\n set end 2k\n set count 9\nok\nplot then.svg\n"
+        "choose View > Plot > Frequency\n set y1 1\nok\nchoose Branch > Delete\n set branch 4\nok\n"
+        "plot window.svg\ndump state.json\ndo undo\nplot again.svg\n");
+    for (const std::string name : {"then.svg", "window.svg", "again.svg", "state.json"}) {
+        const std::string text = read_text(name);
+        const bool marked = text.find("(of an earlier filter)") != std::string::npos ||
+                            text.find("\"earlier\": true") != std::string::npos;
+        EXPECT_EQ(marked, name == "window.svg" || name == "state.json") << name;
+        EXPECT_FALSE(text.empty()) << name;
+    }
+    EXPECT_FALSE(run.bench.plot.earlier);
+}
+
 }  // namespace
 }  // namespace kavrel

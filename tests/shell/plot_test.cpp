@@ -357,6 +357,8 @@ TEST(Svg, AnyTextIsWellFormed) {
     EXPECT_NE(plot_svg(*window).find(">a&lt;b &amp; c&gt;d \" \xC3\xA9???"
                                      "?</text>"),
               std::string::npos);
+    window->earlier = true;
+    EXPECT_NE(plot_svg(*window).find("? (of an earlier filter)</text>"), std::string::npos);
     EXPECT_EQ(plot_svg(PlotWindow{}), "");
 }
 

@@ -382,6 +382,7 @@ FilterRequest in_force(const FilterRequest& request) {
     r.bandpass_form = is.parametric ? BandpassChoice::parametric
                       : is.matching ? BandpassChoice::matching
                                     : BandpassChoice::conventional;
+    r.zs_parameter = zs_parameter_of(request);
     FieldStates states(filter_fields);
     filter_rules(request, states);
     for (std::size_t i = 0; i < std::size(filter_fields); ++i) {

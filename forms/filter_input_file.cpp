@@ -35,6 +35,7 @@ struct Stored {
     double reflection = 0.0;
     TypeChoice filter_type{};
     int function_rows = 0;
+    int zs_parameter = 0;
     int odd_parametric = 0;
     Pairs<requirement_limit> requirements{};
     Pairs<finite_zero_limit> transmission_zeros{};
@@ -67,7 +68,7 @@ void Items::list(File& file, Request& r, Units& units) {
     whole(file, r.zeros_at_zero, 0, 50);
     whole(file, r.zeros_at_infinity, 0, 50);
     whole(file, r.unit_elements, -1, 50);
-    whole(file, r.zs_parameter, -1, 1);
+    whole(file, stored.zs_parameter, -1, 1);
     file.items(stored.odd_parametric);
     whole(file, r.lower_movable, 0, 15);
     whole(file, r.upper_movable, 0, 15);
@@ -108,6 +109,7 @@ Stored stored_of(const FilterRequest& r, const UnitSet& units) {
     stored.reflection = reflection_input(r);
     stored.filter_type = r.filter_type == TypeChoice::band_pass ? stored_band_pass : r.filter_type;
     stored.function_rows = r.DOUBLETS.rows;
+    stored.zs_parameter = zs_parameter_of(r);
     stored.odd_parametric = r.odd_parametric ? 1 : 0;
     to_pairs(r.PLACER_REQS, stored.requirements);
     to_pairs(r.TR_ZEROS, stored.transmission_zeros, scale);
@@ -124,6 +126,7 @@ Stored stored_of(const FilterRequest& r, const UnitSet& units) {
 // is kept in a spare integer, which another writer may have used for something else.
 void take_stored(const Stored& stored, FilterRequest& r) {
     r.filter_type = stored.filter_type == stored_band_pass ? TypeChoice::band_pass : stored.filter_type;
+    r.zs_parameter = stored.zs_parameter;
     r.odd_parametric = stored.odd_parametric != 0;
     r.zero_unit = ZeroUnitChoice::hertz;
     from_pairs(stored.requirements, r.PLACER_REQS);

@@ -46,6 +46,10 @@ double zero_scale(const FilterRequest& request, const UnitSet& units) {
     return request.zero_unit == ZeroUnitChoice::radians ? 0.5 / std::numbers::pi : units.frequency_multiplier;
 }
 
+int zs_parameter_of(const FilterRequest& request) {
+    return request.filter_kind > FilterKind::microwave ? -1 : request.zs_parameter;
+}
+
 namespace {
 
 // The stopband of a high-pass lies below its pass band.

@@ -64,6 +64,9 @@ struct FilterRequest {
 // Zeros in the user's frequency unit as they were entered: times this, they are in hertz.
 [[nodiscard]] double zero_scale(const FilterRequest& request, const UnitSet& units);
 
+// The ZS parameter that is handed over: that of active and digital filters is -1, whatever the form holds.
+[[nodiscard]] int zs_parameter_of(const FilterRequest& request);
+
 // The request in force as the approximation takes it: frequencies in Hz, a reflection coefficient or return loss turned
 // into a loss, the roots of a function as factors of s, s = j at the pass band's edge (its upper one where there are
 // two).

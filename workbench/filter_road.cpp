@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view new_title = "<New Filter>";
 
 bool save(Workbench& bench);
-void settle(FilterRequest& request, Session& session);
+void settle(const FilterRequest& request, Session& session);
 void design(Workbench& bench);
 
 }  // namespace
@@ -35,9 +35,8 @@ bool save(Workbench& bench) {
 }
 
 // What OK settles beside the fields themselves.
-void settle(FilterRequest& request, Session& session) {
+void settle(const FilterRequest& request, Session& session) {
     session.design_kind = static_cast<int>(request.filter_kind);
-    if (request.filter_kind > FilterKind::microwave) request.zs_parameter = -1;
     if (request.filter_kind == FilterKind::microwave) {
         // Lines have no inductor and capacitor units.
         UnitSet units = session.units;

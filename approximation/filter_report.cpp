@@ -108,6 +108,7 @@ bool has_upper_edge(const FilterSpec& spec) { return spec.filterType != high_pas
 void report_heading(const FilterSpec& spec, Sheet& sheet) {
     sheet.plain(" *** Kavrel ***  Filter Program");
     sheet.plain(" " + spec.title.text());
+    if (const std::string note = units_note(sheet.units()); !note.empty()) sheet.plain(" " + note);
     sheet.empty();
     sheet.heading(type_names[static_cast<std::size_t>(spec.filterType) - 1], inner_margin);
 }

@@ -63,6 +63,8 @@ int run(const ConsoleOptions& options) {
     const std::string program = own_path();
     window->set_manual_folders(manual_folders(program));
     const auto bench = std::make_unique<Workbench>(*window);
+    // A script means the same in every folder.
+    bench->session.keeps_settings = interactive || options.settings;
     Runner runner(*bench, *window);
     main_program(*bench, stored ? options.argument : std::string{}, program);
     if (interactive) {
@@ -90,6 +92,7 @@ int main(int argc, char** argv) {
     CLI::App app("Kavrel: design of electronic filters, without a screen", "kavrel-cli");
     app.add_option("SCRIPT", options.argument, "Script to run, or stored filter (.qf?) to open");
     app.add_option("-C", options.folder, "Work in this folder")->option_text("DIR");
+    app.add_flag("--settings", options.settings, "A script begins with the units of q_qxz, and Global units writes it");
     app.add_option("-o", options.report_file, "Report to FILE instead of standard output")->option_text("FILE");
     app.add_option("--json", options.json_file, "At the end, write the state as JSON ('-' is standard output)")
         ->option_text("FILE");

@@ -13,6 +13,7 @@ struct ConsoleOptions {
     std::string report_file;  // -o
     std::string json_file;    // --json
     std::string date;         // --date
+    bool settings = false;    // --settings
     bool keep_going = false;
     bool quiet = false;
 };

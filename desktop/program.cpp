@@ -9,19 +9,6 @@
 
 namespace kavrel {
 
-namespace {
-
-// "KHz, mH, nF, usec", or the frequency unit alone where the others are those of the SI.
-QString units_text(const UnitSet& units) {
-    const auto bare = [&](Unit unit) { return qt_text(unit_suffix(units, unit)).remove('(').remove(')').simplified(); };
-    QStringList names{bare(Unit::frequency)};
-    if (units.fixed_units == 3) names << bare(Unit::inductor) << bare(Unit::capacitor) << bare(Unit::time);
-    names.removeAll(QString());
-    return names.join(", ");
-}
-
-}  // namespace
-
 Program::Program(DesktopWindow& window) : window_(window), bench_(window) {
     connect(&window.main(), &MainWindow::item_chosen, this, &Program::send);
     connect(&window.main(), &MainWindow::close_wanted, this, &Program::leave);
@@ -63,7 +50,7 @@ void Program::show_status() {
     const Session& session = bench_.session;
     const QString file = qt_text(session.filter_file.trimmed());
     window_.mark_plot(bench_.plot.earlier);
-    window_.main().set_status(units_text(session.units), QFileInfo(file).fileName());
+    window_.main().set_status(qt_text(units_text(session.units)), QFileInfo(file).fileName());
 }
 
 }  // namespace kavrel

@@ -81,7 +81,8 @@ FirDesignVerdict remez_design(FirDesk& desk) {
     desk.filter = draft->filter;
     desk.session.TITLE = "<New Filter>";
     request.filter_length = draft->task.NFILT;
-    report_fir_design(draft->task, draft->figures, desk.filter, desk.session.TITLE.trimmed(), desk.reporter);
+    report_fir_design(draft->task, draft->figures, desk.filter, desk.session.TITLE.trimmed(), desk.session.units,
+                      desk.reporter);
     desk.results = {};
     if (draft->figures.taps <= analysis_points) fir_time_response(desk.filter, 1, desk.results);
     desk.results.TITLE = desk.session.TITLE.trimmed();

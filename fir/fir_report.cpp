@@ -22,12 +22,13 @@ std::string band_row(std::string_view label, int first, int last, Value value);
 }  // namespace
 
 void report_fir_design(const FirTask& task, const FirDesignFigures& figures, const FirFilter& filter,
-                       std::string_view title, Reporter& reporter) {
+                       std::string_view title, const UnitSet& units, Reporter& reporter) {
     const auto indented = [&](std::string_view text) { reporter.report_line(edited<"(20X,A)">(text)); };
     reporter.report_line(stars());
     indented("Finite impulse response (FIR)");
     indented("Linear phase digital filter design");
     indented(title);
+    if (const std::string note = units_note(units); !note.empty()) indented(note);
     indented("Remez exchange algorithm");
     reporter.report_line(stars());
     indented(type_text(task, figures.length_estimated));

@@ -6,6 +6,7 @@
 #include "fir/fir_filter.h"
 #include "fir/fir_grid.h"
 #include "shell/reporter.h"
+#include "shell/units.h"
 
 namespace kavrel {
 
@@ -18,9 +19,10 @@ struct FirDesignFigures {
     Table<float, max_fir_bands> DEVIAT_DB;  // [j] the same in dB, of a filter
 };
 
-// The whole report: head, type, length, impulse response, bands in groups of four, deviations.
+// The whole report: head (with the user's units, unless they are those of the SI), type, length, impulse response,
+// bands in groups of four, deviations.
 void report_fir_design(const FirTask& task, const FirDesignFigures& figures, const FirFilter& filter,
-                       std::string_view title, Reporter& reporter);
+                       std::string_view title, const UnitSet& units, Reporter& reporter);
 
 // The impulse response of a function, a line for each coefficient and its mirror image.
 void report_impulse_response(const FirFilter& filter, int function, Reporter& reporter);

@@ -31,7 +31,7 @@ void choose_units(Session& session, Reporter& reporter) {
     UnitSet chosen = session.units;
     if (!run_form(MENU2_DLG, &chosen, session.units, reporter)) return;
     settle_units(chosen);
-    if (!write_settings(settings_file, chosen)) {
+    if (session.keeps_settings && !write_settings(settings_file, chosen)) {
         reporter.message("File could not be written", "Error");
         return;
     }

@@ -8,8 +8,8 @@ namespace kavrel {
 
 extern const Form MENU2_DLG;
 
-// Shows the units form; after OK settles the units and rewrites the settings file. The working copies follow with the
-// next event.
+// Shows the units form; after OK settles the units and, where the session keeps settings, rewrites the settings file.
+// The working copies follow with the next event.
 void choose_units(Session& session, Reporter& reporter);
 
 }  // namespace kavrel

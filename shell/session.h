@@ -16,7 +16,8 @@ inline constexpr std::size_t segment_count = 7;
 struct Session {
     FixedText<128> command_line;       // the one argument; blank again before events come
     FixedText<256> program_directory;  // of the executable, up to and with its last '/'
-    UnitSet units;                     // as stored in the settings file
+    UnitSet units;                     // in force with the next event
+    bool keeps_settings = true;        // units come from the settings file and go there; a script has its own
 
     // Working copies, refreshed at the head of every event: a change of units takes effect with the next one.
     double frequency_scale = 1.0;

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "shell/edited.h"
+#include "shell/fixed_text.h"
 
 namespace kavrel {
 
@@ -55,6 +56,22 @@ std::string unit_suffix(const UnitSet& units, Unit unit) {
         case Unit::none: break;
     }
     return {};
+}
+
+std::string units_text(const UnitSet& units) {
+    const auto name = [&](Unit unit) {
+        const std::string suffix = unit_suffix(units, unit);  // " (KHz)", " ( Hz)"
+        return std::string(trim(std::string_view(suffix).substr(2, suffix.size() - 3)));
+    };
+    std::string text = name(Unit::frequency);
+    if (units.fixed_units != 3) return text;
+    for (const Unit unit : {Unit::inductor, Unit::capacitor, Unit::time}) text += ", " + name(unit);
+    return text;
+}
+
+std::string units_note(const UnitSet& units) {
+    const std::string text = units_text(units);
+    return text == units_text({}) ? "" : "Units: " + text;
 }
 
 double unit_multiplier(const UnitSet& units, Unit unit) {

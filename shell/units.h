@@ -41,6 +41,12 @@ void settle_units(UnitSet& units);
 // " ( Hz)", " (KHz)", ... and " ( sec)", " (msec)", ... as they are appended to a label; blank for `Unit::none`.
 [[nodiscard]] std::string unit_suffix(const UnitSet& units, Unit unit);
 
+// The units by their names: "KHz, mH, nF, usec", or the frequency unit alone where the others are H, F and sec.
+[[nodiscard]] std::string units_text(const UnitSet& units);
+
+// "Units: KHz", for the head of a report; blank for Hz, H, F and sec.
+[[nodiscard]] std::string units_note(const UnitSet& units);
+
 // The multiplier of a unit: SI value = value in the user's unit times this.
 [[nodiscard]] double unit_multiplier(const UnitSet& units, Unit unit);
 

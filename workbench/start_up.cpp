@@ -13,7 +13,8 @@ namespace kavrel {
 
 namespace {
 
-std::string_view folder_of(std::string_view path) { return path.substr(0, path.find_last_of('/') + 1); }
+[[nodiscard]] SettingsStatus take_settings(Session& session);
+std::string_view folder_of(std::string_view path);
 
 }  // namespace
 
@@ -22,12 +23,7 @@ void main_program(Workbench& bench, std::string_view command_line, std::string_v
     session.command_line.assign(command_line);
     remove_temporary_files();  // so that no stale chain of undo files is taken up
     session.program_directory.assign(folder_of(executable));
-    const SettingsStatus settings = read_settings(settings_file, session.units);
-    if (settings == SettingsStatus::missing) {
-        // A folder that cannot be written to is no reason not to start: the units form reports when its choice cannot be
-        // kept.
-        static_cast<void>(write_settings(settings_file, session.units));
-    }
+    const SettingsStatus settings = take_settings(session);
     bench.window.set_toolbar(main_toolbar);
     enter_segment(bench, SegmentId::main);
     if (settings == SettingsStatus::damaged) {
@@ -49,5 +45,23 @@ std::vector<std::string> manual_folders(std::string_view executable) {
     const std::string folder(folder_of(executable));
     return {folder + "../share/doc/kavrel", folder + "../../docs"};
 }
+
+namespace {
+
+// The units of the settings file, which is made when there is none.
+SettingsStatus take_settings(Session& session) {
+    if (!session.keeps_settings) return SettingsStatus::read;
+    const SettingsStatus status = read_settings(settings_file, session.units);
+    if (status == SettingsStatus::missing) {
+        // A folder that cannot be written to is no reason not to start: the units form reports when its choice cannot
+        // be kept.
+        static_cast<void>(write_settings(settings_file, session.units));
+    }
+    return status;
+}
+
+std::string_view folder_of(std::string_view path) { return path.substr(0, path.find_last_of('/') + 1); }
+
+}  // namespace
 
 }  // namespace kavrel

@@ -1,6 +1,7 @@
 // The program itself: options, exit status, the examples, and a person at a terminal.
 #include <array>
 #include <cstdio>
+#include <map>
 #include <pty.h>
 #include <sys/wait.h>
 #include <thread>
@@ -44,6 +45,44 @@ TEST_P(Examples, RunToTheirEndWithTheirReport) {
 
 INSTANTIATE_TEST_SUITE_P(All, Examples, testing::ValuesIn(example_files()),
                          [](const auto& test) { return test.param; });
+
+std::string result_of(const std::string& example, const std::string& options = "") {
+    const Ended ended = run_program(options + " --json state.json -o report.txt --date 2026-01-01 " + example);
+    return std::to_string(ended.status) + ended.output + read_text("report.txt") + read_text("state.json");
+}
+
+TEST(Program, AnExampleComesOutTheSameWhateverRanBefore) {
+    std::map<std::string, std::string> fresh;
+    for (const std::string& name : example_files()) {
+        const ScratchFolder folder;
+        fresh[EXAMPLES "/" + name + ".kav"] = result_of(EXAMPLES "/" + name + ".kav");
+    }
+    const ScratchFolder folder;
+    for (const char* options : {"", "--settings"}) {
+        for (const auto& [example, result] : fresh) EXPECT_TRUE(result_of(example, options) == result) << example;
+        write_text("q_qxz", "1.0D+6 1.0D-6 1.0D-9 1.0D-6\n3 3 4 3 3 1\n");
+    }
+}
+
+TEST(Program, AScriptHasUnitsOfItsOwn) {
+    const ScratchFolder folder;
+    const std::string kilohertz = "1000.0 1.0 1.0 1.0\n2 1 1 1 0 1\n";
+    const std::string megahertz = "choose File > Global units\nset frequency_index MHz\nok\n";
+    const struct {
+        std::string options, script;
+        double frequency;
+        bool is_kept;
+    } rows[] = {{"", "", 1.0, true},
+                {"", megahertz, 1e6, true},
+                {"--settings", "", 1e3, true},
+                {"--settings", megahertz, 1e6, false}};
+    for (const auto& row : rows) {
+        write_text("q_qxz", kilohertz);
+        const auto state = nlohmann::json::parse(run_program(row.options + " --json -", row.script).output);
+        EXPECT_EQ(state["units"]["frequency"], row.frequency) << row.options << row.script;
+        EXPECT_EQ(read_text("q_qxz") == kilohertz, row.is_kept) << row.options << row.script;
+    }
+}
 
 TEST(Program, EndsWithAStatus) {
     const ScratchFolder folder;
@@ -95,7 +134,6 @@ TEST(Program, ReportAndStateGoWhereTheyAreAskedFor) {
         EXPECT_EQ(read_text("work/report.txt"), report);
         EXPECT_TRUE(holds(report, "Capacitors:"));
     }
-    EXPECT_TRUE(std::filesystem::exists("work/q_qxz"));
 }
 
 // Types lines into the program on a terminal of its own and returns what it shows.
@@ -140,6 +178,7 @@ TEST(Program, APersonAtATerminalGoesFromTheMenuToTheReport) {
     }
     EXPECT_FALSE(holds(shown, "Window type")) << "a field that is off is not asked for";
     EXPECT_TRUE(holds(read_text("report.txt"), "Filter length =   5")) << shown;
+    EXPECT_TRUE(std::filesystem::exists("q_qxz"));
 }
 
 }  // namespace

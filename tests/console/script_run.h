@@ -24,6 +24,7 @@ struct ScriptRun {
         options.keep_going = keep_going;
         options.quiet = quiet;
         options.date = "2026-01-01";
+        bench.session.keeps_settings = false;
         main_program(bench, "", "/usr/bin/kavrel-cli");
     }
 

@@ -251,10 +251,7 @@ std::string offset_text(string_view label, const PlotAxis& axis, bool is_x, cons
                                                : code == UnitCode::second ? Unit::time
                                                                           : Unit::none);
     std::string text = unit_value_text(units, axis.offset, code.value_or(UnitCode::ohm));
-    const bool too_large = text.find('*') != std::string::npos;
-    if (too_large || is_blurred(axis, unit)) {
-        text = unit_value_text(UnitSet{}, axis.offset, code.value_or(UnitCode::ohm));
-    }
+    if (is_blurred(axis, unit)) text = unit_value_text(UnitSet{}, axis.offset, code.value_or(UnitCode::ohm));
     const bool prefixed = text.size() == 16 && text[11] == ' ';  // otherwise a bare number in scientific form
     if (!code && prefixed) {
         text.resize(13);

@@ -12,6 +12,7 @@ namespace {
 constexpr double power_guard = 0.00009999999747378752;  // the single-precision value of 0.0001
 constexpr double prefix_guard = 0.0010000000474974513;  // the single-precision value of 0.001
 constexpr double prefix_margin = 1.000000001;
+constexpr double least_in_unit = 0.001;  // below it six decimals show too little
 constexpr std::string_view frequency_prefixes = " KMG";
 constexpr std::string_view element_prefixes = " munp";
 constexpr std::string_view value_prefixes = "fpnum KMGT";  // exponents -5 to 4 in steps of 1000
@@ -90,7 +91,10 @@ std::string unit_value_text(const UnitSet& units, double value, UnitCode unit) {
     const bool in_fixed_unit = units.fixed_units == 3 && unit > ohm;
     if (in_fixed_unit || (units.frequency_in_unit == 1 && unit == hertz)) {
         const double multiplier = multiplier_of(units, unit);
-        return number_with_prefix(value / multiplier, exponent_of(multiplier), unit);
+        const double number = value / multiplier;
+        const std::string text = number_with_prefix(number, exponent_of(multiplier), unit);
+        const bool legible = number == 0.0 || !(std::abs(number) * prefix_margin < least_in_unit);
+        if (legible && text.find('*') == std::string::npos) return text;
     }
     // The prefix is chosen for what the number rounds to; the number itself is left alone.
     double v = std::abs(value) * prefix_margin;

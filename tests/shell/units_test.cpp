@@ -55,7 +55,19 @@ TEST(UnitValueText, FixedUnitsOfTheUser) {
     EXPECT_EQ(unit_value_text(units, 3.3e-12, farad), "   3.300000 pF  ");
     EXPECT_EQ(unit_value_text(units, 2.0e-6, second), "   2.000000 usec");
     EXPECT_EQ(unit_value_text(units, 4700.0, ohm), "   4.700000 Kohm") << "resistances have no unit of the user's";
-    EXPECT_EQ(unit_value_text(units, 1.0e3, henry), "*********** nH  ") << "what F11.6 cannot hold overflows";
+    const struct {
+        double value;
+        UnitCode code;
+        const char* text;
+    } edges[] = {
+        {9999.999999e-9, henry, "9999.999999 nH  "}, {10e-6, henry, "  10.000000 uH  "},  // one digit too many
+        {-999.999999e6, hertz, "-999.999999 MHz "},  {-1e9, hertz, "  -1.000000 GHz "},
+        {9999.9999999e6, hertz, "  10.000000 GHz "}, {1.0e3, henry, "   1.000000 KH  "},
+        {1.0e-15, farad, "   0.001000 pF  "},        {0.99e-15, farad, " 9.900000000E-16"},  // one decimal too few
+        {1500.0, hertz, "   0.001500 MHz "},         {999.9, hertz, " 999.900000  Hz "},
+        {-0.5e-9, second, "-500.000000 psec"},       {0.0, farad, "   0.000000 pF  "},
+    };
+    for (const auto& row : edges) EXPECT_EQ(unit_value_text(units, row.value, row.code), row.text) << row.value;
     const UnitSet frequency_only = chosen(2, 1, 1, 1);
     EXPECT_EQ(unit_value_text(frequency_only, 50.0, hertz), "   0.050000 KHz ");
     EXPECT_EQ(unit_value_text(frequency_only, 1.0e-9, farad), "   1.000000 nF  ");

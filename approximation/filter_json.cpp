@@ -1,5 +1,6 @@
 #include "approximation/filter_json.h"
 
+#include "approximation/s_plane.h"
 #include "shell/record_json.h"
 
 namespace kavrel {
@@ -18,7 +19,7 @@ const char* variable_name(FilterType type);
 
 Json spec_part(const FilterSpec& spec) { return spec.title.is_blank() ? Json{} : record_json(spec); }
 
-Json transfer_part(const TransferFunction& transfer) {
+Json transfer_part(Medium medium, const TransferFunction& transfer) {
     if (transfer.poleCount == 0) return {};
     return {{"zeros", roots(transfer.ZEROS_RE, transfer.ZEROS_IM, transfer.zeroCount)},
             {"poles", roots(transfer.POLES_RE, transfer.POLES_IM, transfer.poleCount)},
@@ -27,7 +28,8 @@ Json transfer_part(const TransferFunction& transfer) {
             {"gain_constant", transfer.gainConstant},
             {"zeros_at_zero", transfer.zerosAtZero},
             {"zeros_at_infinity", transfer.zerosAtInfinity},
-            {"degree", transfer.poleCount}};
+            {"degree", transfer.poleCount},
+            {"level", level_of_roots(medium, transfer)}};
 }
 
 Json x_plane_part(const FilterSpec& worked, const XPlane& x_plane) {

@@ -10,7 +10,7 @@ namespace kavrel {
 
 // Each null where there is nothing to report. `worked` is the request as the approximation left it.
 [[nodiscard]] nlohmann::ordered_json spec_part(const FilterSpec& spec);
-[[nodiscard]] nlohmann::ordered_json transfer_part(const TransferFunction& transfer);
+[[nodiscard]] nlohmann::ordered_json transfer_part(Medium medium, const TransferFunction& transfer);
 [[nodiscard]] nlohmann::ordered_json x_plane_part(const FilterSpec& worked, const XPlane& x_plane);
 [[nodiscard]] nlohmann::ordered_json immittance_part(const XPlane& x_plane);
 

@@ -131,6 +131,7 @@ struct TransferFunction {
     double lossConstant = 0.0;   // dB, for the analyses of the Segments
     int zerosAtZero = 0;
     int zerosAtInfinity = 0;
+    double level = 0.0;  // H = level prod(s - zero)/prod(s - pole), roots and s so that the band edge is at 1
 };
 template <ListedAs<TransferFunction> Record, class Visit>
 constexpr void fields_of(Record& transfer, Visit&& visit) {
@@ -146,6 +147,7 @@ constexpr void fields_of(Record& transfer, Visit&& visit) {
     visit("lossConstant", transfer.lossConstant);
     visit("zerosAtZero", transfer.zerosAtZero);
     visit("zerosAtInfinity", transfer.zerosAtInfinity);
+    visit("level", transfer.level);
 }
 static_assert(lists_each_field<TransferFunction>);
 

@@ -5,6 +5,7 @@
 
 #include "approximation/frequency_variable.h"
 #include "approximation/hurwitz_factors.h"
+#include "approximation/power_loss.h"
 #include "numeric/guarded.h"
 
 namespace kavrel {
@@ -43,7 +44,22 @@ TransferFunction xToFrequencyPlane(const FilterSpec& spec, const XPlane& x) {
     constexpr double least_constant = 1e-8;
     const double constant = level_at(t, spec.filterType == linear_phase_low_pass ? 0.0 : edge) - spec.bandEdgeLoss;
     t.lossConstant = std::fabs(constant) > least_constant ? constant : 0.0;
+    t.level = level_by_edge_loss(spec, t, lossOfE(x, 1));
     return t;
+}
+
+double level_by_edge_loss(const FilterSpec& spec, const TransferFunction& t, long double loss) {
+    const Real edge = spec.medium == Medium::lumped ? static_cast<Real>(t.normFrequency) : Real{1};
+    Real level = std::pow(Real{10}, -loss / 20);
+    for (int i = 1; i <= t.poleCount; ++i) level *= std::hypot(t.POLES_RE(i) / edge, 1 - t.POLES_IM(i) / edge);
+    for (int i = 1; i <= t.zeroCount; ++i) level /= std::hypot(t.ZEROS_RE(i) / edge, 1 - t.ZEROS_IM(i) / edge);
+    const int turned = (spec.unitElements + 1) / 2;  // of two unit elements one has its zero on the right
+    return static_cast<double>(turned % 2 == 0 ? level : -level);
+}
+
+double level_of_roots(Medium medium, const TransferFunction& t) {
+    const Real unit = medium == Medium::lumped ? static_cast<Real>(t.normFrequency) : Real{1};
+    return static_cast<double>(t.level * std::pow(unit, t.poleCount - t.zeroCount));
 }
 
 namespace {

@@ -13,7 +13,15 @@ namespace kavrel {
 //   gainConstant  sum over the poles minus sum over the zeros of 10 log10 |jw - root|^2 at w = 2 pi centerFrequency
 //                 if that is above 0, else at 0 for low-pass and at normFrequency for band-pass; 1 for high-pass
 //   lossConstant  the same sum at normFrequency (linear phase: 0), less bandEdgeLoss; 0 within 1e-8
+//   level         by `level_by_edge_loss`, with E/Q at the edge
 // `spec` as `approximate` leaves it.
 [[nodiscard]] TransferFunction xToFrequencyPlane(const FilterSpec& spec, const XPlane& x);
+
+// The level of H for a loss in dB at the band edge, where s = j. Its sign makes H the one of a ladder's analysis:
+// positive for large real s, but that the factor s - z of a unit element's zero z > 0 is z - s in truth.
+[[nodiscard]] double level_by_edge_loss(const FilterSpec& spec, const TransferFunction& transfer, long double loss);
+
+// The same for the roots as they are, in rad/s where the medium is lumped: infinite where no number is so large.
+[[nodiscard]] double level_of_roots(Medium medium, const TransferFunction& transfer);
 
 }  // namespace kavrel

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
+#include <limits>
 #include <numbers>
 
 #include "exchange/text_parts.h"
@@ -15,18 +15,14 @@ namespace {
 
 using Roots = Table<double, max_degree>;
 
-std::vector<double> coefficients(int count, const Roots& re, const Roots& im, long double unit, long double multiplier);
-int turned_factors(const TransferFunction& t);
+std::vector<double> coefficients(int count, const Roots& re, const Roots& im, long double unit, double level);
 
 }  // namespace
 
 TransferPolynomials transfer_polynomials(const TransferFunction& t, bool warped) {
     constexpr long double two_pi = 2 * std::numbers::pi_v<long double>;
     const long double unit = warped ? 1 : t.normFrequency;
-    const long double level = std::pow(10.0L, static_cast<long double>(t.lossConstant) / 20);
-    const long double sign = warped && turned_factors(t) % 2 != 0 ? -1 : 1;
-    const long double multiplier = sign * t.multiplier * level * std::pow(unit, t.zeroCount - t.poleCount);
-    return {.numerator = coefficients(t.zeroCount, t.ZEROS_RE, t.ZEROS_IM, unit, multiplier),
+    return {.numerator = coefficients(t.zeroCount, t.ZEROS_RE, t.ZEROS_IM, unit, t.level),
             .denominator = coefficients(t.poleCount, t.POLES_RE, t.POLES_IM, unit, 1),
             .fnorm = static_cast<double>(t.normFrequency / two_pi)};
 }
@@ -46,23 +42,22 @@ std::vector<std::string> polynomial_lines(const TransferPolynomials& polynomials
 
 namespace {
 
-// Of multiplier times the product of (s - root/unit), ascending.
-std::vector<double> coefficients(int count, const Roots& re, const Roots& im, long double unit,
-                                 long double multiplier) {
-    WideRootSet set;
-    set.multiplier = multiplier;
-    for (int i = 1; i <= count; ++i) set.append({re(i) / unit, im(i) / unit});
-    const Polynomial expanded = expandRoots(set);
+// Of level times the product of (s - root/unit), ascending. What rounding leaves of a sum that vanishes is 0.
+std::vector<double> coefficients(int count, const Roots& re, const Roots& im, long double unit, double level) {
+    constexpr long double rounding = 64 * std::numeric_limits<long double>::epsilon();
+    WideRootSet set, magnitudes;
+    set.multiplier = magnitudes.multiplier = 1;
+    for (int i = 1; i <= count; ++i) {
+        set.append({re(i) / unit, im(i) / unit});
+        magnitudes.append({-std::hypot(re(i), im(i)) / unit, 0});
+    }
+    const Polynomial expanded = expandRoots(set), terms = expandRoots(magnitudes);
     std::vector<double> ascending;
-    for (int i = expanded.degree + 1; i >= 1; --i) ascending.push_back(static_cast<double>(expanded.re(i)));
+    for (int i = expanded.degree + 1; i >= 1; --i) {
+        const bool vanishes = std::fabs(expanded.re(i)) <= rounding * terms.re(i);
+        ascending.push_back(vanishes ? 0.0 : static_cast<double>(level * expanded.re(i)));
+    }
     return ascending;
-}
-
-// Factors s - a of unit elements are a - s in truth.
-int turned_factors(const TransferFunction& t) {
-    int count = 0;
-    for (int i = 1; i <= t.zeroCount; ++i) count += t.ZEROS_RE(i) > 0 && t.ZEROS_IM(i) == 0 ? 1 : 0;
-    return count;
 }
 
 }  // namespace

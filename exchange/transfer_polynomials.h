@@ -1,7 +1,7 @@
 // The transfer function h(s) = output over source as a ratio of polynomials, s normalised so that the normalisation
-// frequency is 1; of a microwave filter s is the variable j tan, 1 at the band edge. The multiplier of the numerator
-// brings the loss at the band edge to the one asked for, and its sign makes h the one of the circuit's analysis: what
-// unit elements let through has the factor sqrt(1 - s^2/a^2) of each, which is positive at s = 0.
+// frequency is 1; of a microwave filter s is the variable j tan, 1 at the band edge. The numerator has the function's
+// level, with which h is the one of the circuit's analysis: what unit elements let through has the factor
+// sqrt(a^2 - s^2) of each, which is positive at s = 0. An odd one of them has a - s in its place.
 #pragma once
 
 #include <string>

@@ -1,9 +1,13 @@
 #include "passive/circuit_records.h"
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <numbers>
 
+#include "approximation/s_plane.h"
 #include "circuit/branch_kinds.h"
+#include "circuit/chain_analysis.h"
 #include "passive/circuit_check.h"
 #include "shell/stored_files.h"
 
@@ -19,6 +23,7 @@ void store_records(File& file, Filter& filter, CircuitRecords kind);
 template <class File, class Filter, class Mark, class Title>
 void further_records(File& file, Filter& filter, Mark& stored_mark, Title& title, CircuitRecords kind);
 void take_band(Circuit& circuit);
+double level_given(const PassiveFilter& filter);
 
 }  // namespace
 
@@ -26,6 +31,8 @@ std::string circuit_records(const PassiveFilter& filter, const FixedText<80>& ti
     RecordWriter file;
     store_records(file, filter, kind);
     further_records(file, filter, mark, title, kind);
+    const double level = filter.transfer.level;
+    if (std::bit_cast<std::uint64_t>(level) != std::bit_cast<std::uint64_t>(level_given(filter))) file.record(level);
     return file.bytes();
 }
 
@@ -35,14 +42,18 @@ bool read_circuit_records(std::string_view bytes, PassiveFilter& filter, FixedTe
     RecordReader file(bytes);
     store_records(file, found, kind);
     const bool ends_early = kind == CircuitRecords::stored_file && file.finished();
+    bool has_level = false;
     if (!ends_early) {
         FixedText<8> found_mark;
         further_records(file, found, found_mark, found_title, kind);
+        has_level = !file.finished();
+        if (has_level) file.record(found.transfer.level);
         if (!file.finished() || found_mark.bytes != mark.bytes) return false;
     }
     if (!sound_store(found.circuit) || !sound_design(found)) return false;
     if (kind == CircuitRecords::stored_file && !all_finite(found)) return false;
     if (ends_early) take_band(found.circuit);
+    if (!has_level) found.transfer.level = level_given(found);
     filter = found;
     title = found_title;
     return true;
@@ -54,6 +65,8 @@ template <class File, class Quadruplets>
 void first_quadruplet_record(File& file, Quadruplets& quadruplets);
 template <class File, class Quadruplets, class Count>
 void second_quadruplet_record(File& file, Quadruplets& quadruplets, Count& count);
+template <class File, class Transfer>
+void transfer_record(File& file, Transfer& transfer);
 double norm_frequency(const Circuit& circuit);
 
 // Records 1 to 8.
@@ -80,7 +93,7 @@ void further_records(File& file, Filter& filter, Mark& stored_mark, Title& title
     file.record(c.mode_count, c.MODE_RE, c.MODE_IM);
     file.record(designed, mod);
     file.record(spec);
-    file.record(transfer);
+    transfer_record(file, transfer);
     auto& [request, notes, worked_lower_edge, worked_upper_edge] = background;
     file.record(request);
     file.record(notes, worked_lower_edge, worked_upper_edge);
@@ -105,6 +118,15 @@ void second_quadruplet_record(File& file, Quadruplets& quadruplets, Count& count
     file.end();
 }
 
+template <class File, class Transfer>
+void transfer_record(File& file, Transfer& transfer) {
+    file.begin();
+    fields_of(transfer, [&](std::string_view name, auto& field, auto...) {
+        if (name != "level") file.items(field);
+    });
+    file.end();
+}
+
 // The terminations of a sound store, and a frequency at which it is worth looking.
 void take_band(Circuit& circuit) {
     if (circuit.klast == 0) return;
@@ -113,6 +135,21 @@ void take_band(Circuit& circuit) {
     if (circuit.klast > 1 && last.id == BranchId::resistor) circuit.R2 = branch_values(circuit, last).front();
     if (circuit.R1 != 0) circuit.termination_ratio = circuit.R2 / circuit.R1;
     if (circuit.fnorm == 0) circuit.fnorm = norm_frequency(circuit);
+}
+
+// 0 where there is no function, or none with a level.
+double level_given(const PassiveFilter& filter) {
+    const TransferFunction& transfer = filter.transfer;
+    if (!filter.designed || transfer.poleCount == 0) return 0;
+    Wide loss = filter.spec.bandEdgeLoss;
+    Chain chain;
+    const bool as_designed = filter.mod == 0.0F && filter.spec.loadResistance != 0;
+    if (as_designed && prepare_chain(filter.circuit, {}, chain) == ChainVerdict::done) {
+        ChainPoint edge;
+        if (analyze_point(chain, transfer.normFrequency, edge) == PointVerdict::computed) loss = edge.loss;
+    }
+    const double level = level_by_edge_loss(filter.spec, transfer, loss);
+    return std::isfinite(level) ? level : 0;
 }
 
 // The quarter-wave frequency of lines. Else where the reactances of coils and capacitors are, in the geometric mean,

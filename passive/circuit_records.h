@@ -15,9 +15,14 @@
 //  12  natural modes             their count, 50 real and 50 imaginary parts
 //  13  designed, mod             a logical (0 or 1) in 4 bytes, a single-precision number
 //  14  FilterSpec                its fields in the order of their declaration, a logical in 4 bytes
-//  15  TransferFunction          likewise
+//  15  TransferFunction          likewise, but its level
 //  16  request of the design     a FilterSpec
 //  17  notes of the design       ApproximationNotes, the edges that were worked with
+//  18  level                     that of the TransferFunction, where the records before do not give it
+//
+// They give the level for which the function has, at the band edge, the loss of the circuit as designed; where the
+// circuit was edited since, or is driven by a source without resistance, the band edge loss. So files from before there
+// was a level have one, and stay as they are when written again.
 //
 // Matrices are stored by columns. All numbers are binary, so that a circuit comes back as it was to the last bit.
 #pragma once

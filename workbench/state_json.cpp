@@ -36,7 +36,7 @@ constexpr StatePart parts[] = {
     {"design", [](Bench b) { return design_part(b.design); }},
     {"units", [](Bench b) { return units_part(b.session.units); }},
     {"spec", [](Bench b) { return spec_part(b.filter_spec); }},
-    {"transfer", [](Bench b) { return transfer_part(b.filter.transfer); }},
+    {"transfer", [](Bench b) { return transfer_part(b.filter.worked.medium, b.filter.transfer); }},
     {"x_plane", [](Bench b) { return x_plane_part(b.filter.worked, b.filter.x_plane); }},
     {"immittance", [](Bench b) { return immittance_part(b.filter.x_plane); }},
     {"terminations", [](Bench b) { return terminations_part(b.filter.worked, b.filter.x_plane, b.ladder); }},

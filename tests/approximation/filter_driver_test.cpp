@@ -8,7 +8,10 @@
 #include <gtest/gtest.h>
 
 #include "approximation/band_shift.h"
+#include "approximation/frequency_variable.h"
 #include "approximation/front_verdict.h"
+#include "approximation/power_loss.h"
+#include "approximation/s_plane.h"
 #include "tests/approximation/request.h"
 #include "tests/support/fake_window.h"
 
@@ -245,8 +248,9 @@ TEST_F(FilterDriver, AShiftedBandHasThePolesOfTheLowPassAroundItsCentre) {
     const FilterSpec low = designed("equal_minima", FilterKind::active_rc);
     const TransferFunction prototype = design->transfer;
     for (const bool odd : {false, true}) {
-        const FilterSpec band = designed(
-            std::string("equal_minima centerFrequency 20e3 odd_parametric ") + (odd ? "1" : "0"), FilterKind::active_rc);
+        const FilterSpec band =
+            designed(std::string("equal_minima centerFrequency 20e3 odd_parametric ") + (odd ? "1" : "0"),
+                     FilterKind::active_rc);
         const TransferFunction& shifted = design->transfer;
         EXPECT_EQ(band.filterType, band_pass);
         EXPECT_EQ(band.degree, 2 * low.degree + (odd ? 1 : 0));
@@ -259,6 +263,64 @@ TEST_F(FilterDriver, AShiftedBandHasThePolesOfTheLowPassAroundItsCentre) {
                                                        shifted.POLES_IM(j) - prototype.POLES_IM(i) - centre));
             }
             EXPECT_LT(nearest, 1e-12 * centre) << "pole " << i;
+        }
+    }
+}
+
+// 10^(-loss/20) = |level prod(s - zero)/prod(s - pole)| at s = jw, of every kind of request.
+TEST_F(FilterDriver, TheLevelGivesTheLoss) {
+    using enum FilterKind;
+    const std::string minima = "equal_ripple bandEdgeLoss 0.1 equal_minima ", given = "equal_ripple specified_zeros ";
+    const std::string high = "high_pass lowerPassEdge 1000 lowerStopEdge 600 ", low = "zerosAtInfinity ";
+    const std::string band = "band_pass lowerPassEdge 800 lowerStopEdge 600 upperStopLoss 50 conventional ";
+    const std::string ends = "specified_zeros zerosAtZero 4 zerosAtInfinity 4 ";
+    const struct {
+        FilterKind kind;
+        std::string change;
+    } requests[] = {
+        {lc, ""},
+        {lc, "maximally_flat equal_minima loadResistance 0"},
+        {lc, given + low + "50"},
+        {lc, given + low + "3 FZR 500 FZI 1500"},
+        {lc, given + low + "3 FZR 3000 FZI 0"},
+        {lc, minima + "predistortionQ 60 loadResistance 75"},
+        {active_rc, minima + "centerFrequency 20e3"},
+        {active_rc, minima + "centerFrequency 20e3 odd_parametric 1 predistortionQ 300"},
+        {iir_digital, minima + "sampleFrequency 8000"},
+        {microwave, given + low + "3 unitElements 3 sampleFrequency 3000"},
+        {lc, high},
+        {active_rc, high + minima},
+        {iir_digital, high + minima + "sampleFrequency 8000"},
+        {microwave, high + given + "zerosAtZero 2 unitElements 2 sampleFrequency 3000"},
+        {lc, high + given + "zerosAtZero 3 zerosAtInfinity 1 FZI 400"},
+        {lc, band + "upperStopEdge 1300"},
+        {lc, band + minima + "upperStopEdge 1300"},
+        {iir_digital, band + minima + "upperStopEdge 1300 sampleFrequency 8000"},
+        {microwave, band + ends + "unitElements 2 sampleFrequency 3000"},
+        {lc, band + given + "parametric zerosAtZero 2 zerosAtInfinity 3 FZI 1500"},
+        {lc, band + ends + "sloping_passband stopbandLoss 3"},
+        {lc, band + ends + "sloping_passband stopbandLoss -7.5 flatLoss 1 loadResistance 0"},
+        {iir_digital, band + ends + "sloping_passband stopbandLoss 3 sampleFrequency 8000"},
+        {lc, band + ends + "impedance_matching equal_ripple zerosAtZero 0 loadResistance 150"},
+        {lc, low + "3 functional_passband specified_zeros functionMultiplier 2 numeratorFactors 0 0.5 0"},
+        {lc, low + "3 functional_passband specified_zeros denominatorFactors 1 1.1 0.9"},
+    };
+    for (const auto& [kind, change] : requests) {
+        designed(change, kind);
+        const TransferFunction& t = design->transfer;
+        const FilterSpec& worked = design->worked;
+        const double edge = worked.medium == lumped ? t.normFrequency : 1;
+        for (const double times : {0.31, 0.77, 0.81, 0.93, 0.999, 1.01, 1.2, 1.44}) {
+            const double hertz = times * static_cast<double>(design->x_plane.normFrequency);
+            auto w = static_cast<double>(normalised_frequency(worked, design->x_plane, hertz));
+            if (worked.filterType == high_pass) w = 1 / w;
+            double gain = std::fabs(t.level), gain_of_roots = std::fabs(level_of_roots(worked.medium, t));
+            const auto factor = [&](double re, double im) { return std::hypot(re / edge, w - im / edge); };
+            for (int i = 1; i <= t.zeroCount; ++i) gain *= factor(t.ZEROS_RE(i), t.ZEROS_IM(i));
+            for (int i = 1; i <= t.poleCount; ++i) gain /= factor(t.POLES_RE(i), t.POLES_IM(i));
+            EXPECT_NEAR(-20 * std::log10(gain), lossAt(worked, design->x_plane, hertz), 1e-9) << change << hertz;
+            gain_of_roots *= std::pow(edge, t.zeroCount - t.poleCount);
+            EXPECT_NEAR(gain_of_roots / std::fabs(t.level), 1, 1e-12);
         }
     }
 }

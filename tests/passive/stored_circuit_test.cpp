@@ -24,6 +24,7 @@ namespace {
 using testing::bytes_of;
 using testing::FilterMaker;
 
+constexpr std::size_t level_size = 8 + 8;  // of the last record, which older files do not have
 constexpr std::size_t short_size = (1200 + 400 + 2688 + 516 + 3 * 4 + 8) + 8 * 8;
 
 // Reads the bytes over a filter, and asks that a refusal leaves it and its title alone.
@@ -148,7 +149,7 @@ TEST(StoredCircuit, EightRecordsAloneGetANormalisationFrequency) {
 TEST(StoredCircuit, EveryTruncationIsRefused) {
     const std::string whole = circuit_forms[0].layout.bytes(FilterMaker(4).filter(), "title");
     for (std::size_t size = 0; size < whole.size(); ++size) {
-        if (size != short_size) {
+        if (size != short_size && size != whole.size() - level_size) {
             EXPECT_FALSE(reads(whole.substr(0, size))) << size;
         }
     }

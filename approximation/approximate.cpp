@@ -35,7 +35,7 @@ public:
         : spec_(spec), xp_(xp), notes_(notes), questions_(questions) {}
 
     Fault design();
-    [[nodiscard]] FrontVerdict front() const { return front_; }
+    [[nodiscard]] ApproximationVerdict verdict(Fault fault) const { return {fault, front_, solve_}; }
 
 private:
     // The ways to E; each goes on with one of the ends.
@@ -51,7 +51,8 @@ private:
     Fault end_single_with_new_e();
 
     Fault take(FrontVerdict verdict);
-    Fault take(FunctionalFault fault, Fault inconsistent);
+    Fault take(SolveVerdict verdict, Fault unsolved);
+    Fault take(const FunctionalVerdict& verdict, Fault inconsistent);
     Fault find_late_zeros(const WideRootSet& given);
     Fault split_e();
     enum class Moved { yes, no };
@@ -76,6 +77,7 @@ private:
     ApproximationQuestions& questions_;
     ExtractionWorkspace ws_;
     FrontVerdict front_;
+    SolveVerdict solve_;
     WideRootSet odd_f0_;    // odd part of an f without even one, before E is raised for the terminations
     Real level_of_e0_ = 0;  // multiplier of E then
 };
@@ -93,7 +95,7 @@ ApproximationVerdict approximate(FilterSpec& spec, XPlane& xp, ApproximationNote
     } else if (spec.designError == 0) {
         spec.designError = 1;
     }
-    return {fault, run.front()};
+    return run.verdict(fault);
 }
 
 namespace {
@@ -118,7 +120,7 @@ Fault Run::design() {
 }
 
 Fault Run::from_characteristic() {
-    if (!feldtkeller(xp_, ws_).good()) return Fault::poles_missing;
+    if (const Fault fault = take(feldtkeller(xp_, ws_), Fault::poles_missing); fault != Fault::none) return fault;
     if (!toFactors(xp_.ES, xp_.a, xp_.eFactors).good()) return Fault::pole_on_axis;
     if (!questions_.go_on()) return Fault::stopped;
     if (!predistortion_due()) return end_with_known_f();
@@ -163,7 +165,7 @@ Fault Run::from_slope() {
         case SlopeFault::zero_too_low: return Fault::slope_zero_too_low;
         case SlopeFault::infinity_too_low: return Fault::slope_infinity_too_low;
         case SlopeFault::no_function: return take(verdict.front);
-        case SlopeFault::no_poles: return Fault::poles_missing;
+        case SlopeFault::no_poles: return take(verdict.solve, Fault::poles_missing);
         case SlopeFault::pole_on_axis: return Fault::pole_on_axis;
     }
     if (!questions_.go_on()) return Fault::stopped;
@@ -208,8 +210,14 @@ Fault Run::take(FrontVerdict verdict) {
     return verdict.good() ? Fault::none : Fault::front;
 }
 
-Fault Run::take(FunctionalFault fault, Fault inconsistent) {
-    switch (fault) {
+Fault Run::take(SolveVerdict verdict, Fault unsolved) {
+    solve_ = verdict;
+    return verdict.good() ? Fault::none : unsolved;
+}
+
+Fault Run::take(const FunctionalVerdict& verdict, Fault inconsistent) {
+    solve_ = verdict.solve;
+    switch (verdict.fault) {
         case FunctionalFault::none: return Fault::none;
         case FunctionalFault::inconsistent: return inconsistent;
         case FunctionalFault::parts_missing: break;
@@ -261,7 +269,8 @@ Fault Run::find_f(bool scale) {
                 scaleE(xp_, std::pow(Real{10}, static_cast<Real>(spec_.flatLoss) / 10));
             }
         }
-        if (!characteristicFromE(xp_, ws_).good()) return Fault::f_missing;
+        if (const Fault fault = take(characteristicFromE(xp_, ws_), Fault::f_missing); fault != Fault::none)
+            return fault;
         if (toFactors(xp_.FS, xp_.a, xp_.fFactors).good()) return split_f();
         if (++xp_.passes >= scaling_pass_limit) return Fault::f_zeros_wrong;
         scale = true;
@@ -281,15 +290,18 @@ Fault Run::split_f() {
     xp_.factor_sign.fill(keep_hurwitz ? 1 : 0);
     if (!keep_hurwitz) signRoots(xp_, is_high_pass(), mirrored);
     if (superpose_f()) return Fault::none;
-    const bool found = solveEvenOdd(xp_.fFactors, xp_.a, false, xp_.fEven, xp_.fOdd, ws_.parts).good();
-    if (found && deviationOfParts(xp_) <= good_parts) return Fault::none;
-    if (mirrored != 0) return found ? Fault::none : Fault::f_parts_missing;
+    const Fault parts =
+        take(solveEvenOdd(xp_.fFactors, xp_.a, false, xp_.fEven, xp_.fOdd, ws_.parts), Fault::f_parts_missing);
+    if (parts == Fault::none && deviationOfParts(xp_) <= good_parts) return Fault::none;
+    if (mirrored != 0) return parts;
 
     // Roots of the parts coincide so far that they cannot be separated: those of an f without zeros in the right half
     // plane never do.
     xp_.fFactors = left_zeros;
     xp_.factor_sign.fill(1);
-    return partsOfHurwitz(xp_.fFactors, xp_.a, xp_.fEven, xp_.fOdd) ? Fault::none : Fault::f_parts_missing;
+    if (!partsOfHurwitz(xp_.fFactors, xp_.a, xp_.fEven, xp_.fOdd)) return Fault::f_parts_missing;
+    solve_ = {};
+    return Fault::none;
 }
 
 // After the terminations have raised an E whose f0 was odd; F0 = E0 - Q.
@@ -314,7 +326,7 @@ Fault Run::serve_terminations() {
 Fault Run::find_immittances() {
     if (!questions_.go_on()) return Fault::stopped;
     if (!(deviationOfParts(xp_) <= usable_parts)) return Fault::f_parts_missing;
-    return immittancePolynomials(xp_, ws_).good() ? Fault::none : Fault::immittance_missing;
+    return take(immittancePolynomials(xp_, ws_), Fault::immittance_missing);
 }
 
 }  // namespace

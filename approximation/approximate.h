@@ -7,6 +7,7 @@
 #include "approximation/filter_spec.h"
 #include "approximation/front_verdict.h"
 #include "approximation/x_plane.h"
+#include "numeric/solve_verdict.h"
 #include "shell/fields.h"
 
 namespace kavrel {
@@ -33,6 +34,7 @@ enum class ApproximationFault {
 struct [[nodiscard]] ApproximationVerdict {
     ApproximationFault fault = ApproximationFault::none;
     FrontVerdict front;  // of fault `front`
+    SolveVerdict solve;  // of a fault that began with an extraction of roots: its lines come first
 
     [[nodiscard]] constexpr bool good() const { return fault == ApproximationFault::none; }
 };

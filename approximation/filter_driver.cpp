@@ -57,6 +57,8 @@ private:
     int steps_ = 0;
 };
 
+void discontinue(Reporter& reporter, std::string_view text, std::string_view caption = "Error");
+void report_solver(SolveVerdict verdict, Reporter& reporter);
 bool design_shifted(FilterSpec& spec, FilterDesign& design, const UnitSet& units, Reporter& reporter);
 std::string lines_of(std::string_view first, std::string_view second, std::string_view third);
 std::string with_number(std::string text, int number);
@@ -68,22 +70,22 @@ FilterDesignVerdict designFilter(FilterKind kind, FilterSpec& spec, FilterDesign
     spec.designError = 1;
     const FilterKindRow* row = find_kind(kind);
     if (row == nullptr) {
-        reporter.message("Implementation is unknown", "Error");
+        discontinue(reporter, "Implementation is unknown");
         return FilterDesignVerdict::discontinued;
     }
     take_kind(*row, spec);
     settle_terminations(*row, spec);
     settle_symmetry(*row, spec);
     if (!is_specified(spec)) {
-        reporter.message("Incorrect or inadequate specification", "Fatal error");
+        discontinue(reporter, "Incorrect or inadequate specification", "Fatal error");
         return FilterDesignVerdict::discontinued;
     }
     if (a_zero_is_beyond_the_medium(spec)) {
-        reporter.message(spec.medium == microwave ? quarter_wave_too_low : sampling_too_low, "Error");
+        discontinue(reporter, spec.medium == microwave ? quarter_wave_too_low : sampling_too_low);
         return FilterDesignVerdict::discontinued;
     }
     if (const ApproximationFault fault = fault_of_steep_slope(spec); fault != ApproximationFault::none) {
-        reporter.message(messageOf(fault).first, "Error");
+        discontinue(reporter, messageOf(fault).first);
         return FilterDesignVerdict::discontinued;
     }
     const auto draft = std::make_unique<FilterDesign>();
@@ -240,14 +242,15 @@ void Way::refuse(const ApproximationVerdict& verdict) {
         default: report();
     }
     const ApproximationMessage message = messageOf(verdict.fault);
-    reporter_.message(lines_of(message.first, message.second, message.third), "Error");
+    report_solver(verdict.solve, reporter_);
+    discontinue(reporter_, lines_of(message.first, message.second, message.third));
 }
 
 void Way::refuse(FrontVerdict verdict) {
     const FrontMessage& message = messageOf(verdict.fault);
     const std::string text = with_number(lines_of(message.first, message.second, message.third), verdict.number);
     if (message.place == MessagePlace::box) {
-        reporter_.message(text, "Error");
+        discontinue(reporter_, text);
     } else {
         reporter_.report_line(text);
         if (text.find("discontinued") == std::string::npos) reporter_.report_line(report_discontinued);
@@ -255,10 +258,25 @@ void Way::refuse(FrontVerdict verdict) {
     if (verdict.fault == FrontFault::matching_not_needed) reporter_.message("Program terminating", "Fatal error");
 }
 
+// A box, and the end of the design on the report where the box does not say it.
+void discontinue(Reporter& reporter, std::string_view text, std::string_view caption) {
+    reporter.message(text, caption);
+    if (text.find(box_discontinued) == std::string_view::npos) reporter.report_line(report_discontinued);
+}
+
+void report_solver(SolveVerdict verdict, Reporter& reporter) {
+    if (verdict.good()) return;
+    const SolveMessage& message = messageOf(verdict.fault);
+    std::string text(message.first);
+    if (message.has_number) text += std::to_string(verdict.number) + std::string(message.after_number);
+    reporter.report_line(text);
+    if (!message.second.empty()) reporter.report_line(message.second);
+}
+
 // The low-pass in `design`, moved to its centre and designed once more by its poles. Its gain is that at the centre.
 bool design_shifted(FilterSpec& spec, FilterDesign& design, const UnitSet& units, Reporter& reporter) {
     if (const auto complaint = shiftComplaint(spec); !complaint.empty()) {
-        reporter.message(complaint, "Error");
+        discontinue(reporter, complaint);
         return false;
     }
     const double centre = spec.centerFrequency;

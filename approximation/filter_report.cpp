@@ -150,8 +150,13 @@ void report_edges(const DesignFacts& facts, Sheet& sheet) {
     const auto report = [&](std::string_view before, std::string_view band, double edge) {
         sheet.frequency(std::string(before) + std::string(band) + " passband edge frequency", edge);
     };
-    if (has_lower_edge(spec)) report("", "Lower", spec.lowerPassEdge);
-    if (has_upper_edge(spec)) report("", "Upper", spec.upperPassEdge);
+    // Matching lines, worked on as a high-pass, need one edge: their band lies evenly about the quarter-wave frequency.
+    const bool lines_alone = spec.filterType == band_pass && facts.worked.filterType == high_pass;
+    const auto edge = [&](double own, double other) {
+        return lines_alone && own == 0.0 ? spec.sampleFrequency - other : own;
+    };
+    if (has_lower_edge(spec)) report("", "Lower", edge(spec.lowerPassEdge, spec.upperPassEdge));
+    if (has_upper_edge(spec)) report("", "Upper", edge(spec.upperPassEdge, spec.lowerPassEdge));
     if (facts.notes.preshifted) report("Preshifted ", "Lower", facts.worked.lowerPassEdge);
     if (facts.notes.rescaled) {
         sheet.heading(rescaled_line, inner_margin);

@@ -52,27 +52,28 @@ FunctionGiven functionGiven(const FilterSpec& spec) {
     return spec.functionMultiplier != 0 ? FunctionGiven::numerator : FunctionGiven::denominator;
 }
 
-FunctionalFault denominatorFromFactors(const FilterSpec& spec, XPlane& x) {
+FunctionalVerdict denominatorFromFactors(const FilterSpec& spec, XPlane& x) {
     const int n = spec.denominatorDegree;
-    if (n < 1 || n > max_degree) return FunctionalFault::inconsistent;
+    if (n < 1 || n > max_degree) return {.fault = FunctionalFault::inconsistent};
     const MediumMap map(spec, x);
     x.eFactors = {};
     x.eFactors.multiplier = 1;
     for (int i = 1; i <= n / 2; ++i) append_pair(x.eFactors, map(pair_of(spec.denominatorFactors, i)), x.a);
     if (n % 2 == 1) append_single(x.eFactors, map(single_of(spec.denominatorFactors, n)));
-    if (!isHurwitz(x.eFactors, x.a)) return FunctionalFault::inconsistent;
+    if (!isHurwitz(x.eFactors, x.a)) return {.fault = FunctionalFault::inconsistent};
 
     x.ES = fromFactors(x.eFactors, x.a);
     // In conjugate order, as after every extraction; the factors follow.
-    if (!toFactors(x.ES, x.a, x.eFactors).good()) return FunctionalFault::inconsistent;
-    return partsOfHurwitz(x.eFactors, x.a, x.eEven, x.eOdd) ? FunctionalFault::none : FunctionalFault::parts_missing;
+    if (!toFactors(x.ES, x.a, x.eFactors).good()) return {.fault = FunctionalFault::inconsistent};
+    if (!partsOfHurwitz(x.eFactors, x.a, x.eEven, x.eOdd)) return {.fault = FunctionalFault::parts_missing};
+    return {};
 }
 
-FunctionalFault numeratorFromFactors(const FilterSpec& spec, XPlane& x, ExtractionWorkspace& ws) {
+FunctionalVerdict numeratorFromFactors(const FilterSpec& spec, XPlane& x, ExtractionWorkspace& ws) {
     const int given = spec.numeratorDegree;
     const int missing = spec.degree - given;
     if (given < 0 || given > max_degree || missing < 0 || (missing > 0 && spec.filterType != high_pass)) {
-        return FunctionalFault::inconsistent;
+        return {.fault = FunctionalFault::inconsistent};
     }
 
     const MediumMap map(spec, x);
@@ -110,8 +111,8 @@ FunctionalFault numeratorFromFactors(const FilterSpec& spec, XPlane& x, Extracti
     x.fOdd = {};
     if (p.degree == 0) {
         x.fEven.multiplier = p.multiplier;
-    } else if (!solveEvenOdd(p, x.a, false, x.fEven, x.fOdd, ws.parts).good()) {
-        return FunctionalFault::parts_missing;
+    } else if (const SolveVerdict solve = solveEvenOdd(p, x.a, false, x.fEven, x.fOdd, ws.parts); !solve.good()) {
+        return {.fault = FunctionalFault::parts_missing, .solve = solve};
     }
     for (int i = 1; i <= even_roots.count; ++i) {
         const Complex<Real> root = even_roots.root(i);
@@ -122,7 +123,7 @@ FunctionalFault numeratorFromFactors(const FilterSpec& spec, XPlane& x, Extracti
         x.FS.append(root);
     }
     sortConjugates(x.FS, Reals::last);
-    return FunctionalFault::none;
+    return {};
 }
 
 void levelOfNumerator(const FilterSpec& spec, XPlane& x, bool zeros_inverted) {

@@ -18,15 +18,20 @@ enum class FunctionGiven { none, denominator, numerator };
 
 enum class FunctionalFault { none, inconsistent, parts_missing };
 
+struct [[nodiscard]] FunctionalVerdict {
+    FunctionalFault fault = FunctionalFault::none;
+    SolveVerdict solve{};  // of parts_missing, where an extraction of roots failed
+};
+
 // e given: eFactors by c = (c0 - a)/b, d = (1 - c0)/b, ES, eEven and eOdd; the level is the caller's to set.
 // Faults: inconsistent for a degree other than spec.degree or a zero that is not in the left half plane; parts_missing.
-[[nodiscard]] FunctionalFault denominatorFromFactors(const FilterSpec& spec, XPlane& x);
+FunctionalVerdict denominatorFromFactors(const FilterSpec& spec, XPlane& x);
 
 // f given: FS, fEven and fOdd at the level of functionMultiplier times the product of the factors. A factor s^2 + c0
 // without linear term has the root (a - c0)/(1 - c0) in both parts. Reflection zeros of a high-pass at infinity, that
 // is a lower degree, are factors s of the inverted variable. Faults: inconsistent for any other degree than
 // spec.degree; parts_missing.
-[[nodiscard]] FunctionalFault numeratorFromFactors(const FilterSpec& spec, XPlane& x, ExtractionWorkspace& ws);
+FunctionalVerdict numeratorFromFactors(const FilterSpec& spec, XPlane& x, ExtractionWorkspace& ws);
 
 // ... and then the level of the characteristic function, needs QS: the product of the factors is divided by s^nz0 times
 // the product of (s^2 + wz^2). For low-pass and high-pass also termRatioLimit, (sqrt t + sqrt(1 + t))^2 with t = |F/Q|

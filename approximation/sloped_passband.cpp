@@ -46,7 +46,7 @@ SlopeFault checkMultiplicities(const FilterSpec& spec, SlopeSteps steps) {
 
 SlopeVerdict slopedPassband(const FilterSpec& spec, XPlane& x, FrontNotes& notes, ExtractionWorkspace& ws) {
     const SlopeSteps steps = slopeSteps(static_cast<Real>(spec.stopbandLoss), slopeUnit(spec, x));
-    if (const SlopeFault fault = checkMultiplicities(spec, steps); fault != SlopeFault::none) return {fault, {}};
+    if (const SlopeFault fault = checkMultiplicities(spec, steps); fault != SlopeFault::none) return {.fault = fault};
 
     if (const SlopeVerdict verdict = solve_moved(spec, steps.m, x, notes, ws); !verdict.good()) return verdict;
     if (steps.m2 != steps.m) {
@@ -57,10 +57,11 @@ SlopeVerdict slopedPassband(const FilterSpec& spec, XPlane& x, FrontNotes& notes
         WideRootSet weighted_2 = x.ES;
         weighted_1.multiplier *= 1 - g;
         weighted_2.multiplier *= steps.f < 0 ? g * x.a : g;
-        if (!solveSum(weighted_2, weighted_1, x.ES, ws.sum).good()) return {SlopeFault::no_poles, {}};
+        if (const SolveVerdict solve = solveSum(weighted_2, weighted_1, x.ES, ws.sum); !solve.good())
+            return {.fault = SlopeFault::no_poles, .solve = solve};
     }
     give_back(steps.m2, x.a, x.QS);
-    if (!toFactors(x.ES, x.a, x.eFactors).good()) return {SlopeFault::pole_on_axis, {}};
+    if (!toFactors(x.ES, x.a, x.eFactors).good()) return {.fault = SlopeFault::pole_on_axis};
     return {};
 }
 
@@ -70,8 +71,10 @@ SlopeVerdict solve_moved(const FilterSpec& spec, int m, XPlane& x, FrontNotes& n
     FilterSpec moved = spec;
     moved.zerosAtZero += m;
     moved.zerosAtInfinity -= m;
-    if (const FrontVerdict front = buildQ(moved, x, notes); !front.good()) return {SlopeFault::no_function, front};
-    if (!feldtkeller(x, ws).good()) return {SlopeFault::no_poles, {}};
+    if (const FrontVerdict front = buildQ(moved, x, notes); !front.good())
+        return {.fault = SlopeFault::no_function, .front = front};
+    if (const SolveVerdict solve = feldtkeller(x, ws); !solve.good())
+        return {.fault = SlopeFault::no_poles, .solve = solve};
     return {};
 }
 

@@ -30,7 +30,8 @@ enum class SlopeFault { none, zero_too_low, infinity_too_low, no_function, no_po
 
 struct [[nodiscard]] SlopeVerdict {
     SlopeFault fault = SlopeFault::none;
-    FrontVerdict front;  // of no_function
+    FrontVerdict front{};  // of no_function
+    SolveVerdict solve{};  // of no_poles
 
     [[nodiscard]] bool good() const { return fault == SlopeFault::none; }
 };

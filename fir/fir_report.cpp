@@ -92,11 +92,15 @@ std::string labelled(std::string_view label) {
     return text;
 }
 
-// A row of the band table: the label and value(j) of the bands first to last.
+// A row of the band table: the label and value(j) of the bands first to last; with exponents what is too large for
+// fixed decimals.
 template <class Value>
 std::string band_row(std::string_view label, int first, int last, Value value) {
     std::string text = labelled(label);
-    for (int j = first; j <= last; ++j) text += edited<"(F15.9)">(value(j));
+    for (int j = first; j <= last; ++j) {
+        const std::string fixed = edited<"(F15.9)">(value(j));
+        text += fixed.starts_with('*') ? edited<"(1P,E15.7)">(value(j)) : fixed;
+    }
     return text;
 }
 

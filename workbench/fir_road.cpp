@@ -28,8 +28,9 @@ void design_fir(Workbench& bench) {
             bench.session.entry(SegmentId::fir) = 0;
             enter_segment(bench, SegmentId::fir);
             break;
-        case FirDesignVerdict::stopped: bench.reporter.report_line(" **** design discontinued ****"); [[fallthrough]];
+        case FirDesignVerdict::stopped:
         case FirDesignVerdict::refused:
+            bench.reporter.report_line(" **** design discontinued ****");
             bench.design = DesignOutcome::discontinued;
             ++bench.discontinued_designs;
             break;

@@ -91,11 +91,13 @@ TEST_F(FilterDriver, EveryRefusalIsReportedAndLeavesTheFormerDesign) {
     const std::string no_ripple_roots =
         " Roots of equal ripple characteristic function numerator have not been found\n **** design discontinued ****";
     const std::string stopband = "Error: Incorrect stop band specification,\ndesign discontinued";
+    const std::string no_root = " **** No convergence ****\n";
     const std::string low_at_zero = "Error: Multiplicity at zero too low for given slope";
     const std::string low_at_infinity = "Error: Multiplicity at infinity too low for given slope";
     const struct {
         std::string text, change;
         FilterKind kind = FilterKind::lc;
+        std::string solver = {};  // its line before that of the design
     } rows[] = {
         // the driver
         {"Error: Implementation is unknown", low, static_cast<FilterKind>(7)},
@@ -148,11 +150,12 @@ TEST_F(FilterDriver, EveryRefusalIsReportedAndLeavesTheFormerDesign) {
         {" **** Zeros of the even and odd parts of the specified\n e(.) or f(.) have not been found ****\n"
          "design discontinued",  // qualities up to 1e9, at frequencies seven decades apart
          given +
-             "numeratorFactors 1e-5 1e-6 1e-5 1e8 1e-5 1e4 1e-5 1e8 1e-5 1e4 functionMultiplier 1 zerosAtInfinity 10"},
+             "numeratorFactors 1e-5 1e-6 1e-5 1e8 1e-5 1e4 1e-5 1e8 1e-5 1e4 functionMultiplier 1 zerosAtInfinity 10",
+         FilterKind::lc, " Pseudo-polynomial root extraction did not converge\n **** design discontinued ****\n"},
         {"Error: Transfer function pole on imaginary axis,\ndesign discontinued",
          low + "FZI 0"},                                                    // where f is zero too
         {"Transfer function poles could not be found,design discontinued",  // ripples that no number can hold
-         unequal + "equal_ripple zerosAtInfinity 6 bandEdgeLoss 6e-244"},
+         unequal + "equal_ripple zerosAtInfinity 6 bandEdgeLoss 6e-244", FilterKind::lc, no_root},
         {"Transfer function pole on imaginary axis,",
          unequal + "equal_ripple equal_minima degree 22 upperStopEdge 4500 stopbandLoss 40 bandEdgeLoss 5e-62"},
         {"Error: Even and odd parts of denominator were not found,\ndesign discontinued",
@@ -164,7 +167,8 @@ TEST_F(FilterDriver, EveryRefusalIsReportedAndLeavesTheFormerDesign) {
                  "zerosAtInfinity 1"},
         {"Error: Zeros of new characteristic polynomial\nwere not found, design discontinued",
          unequal + "band_pass sloping_passband lowerPassEdge 2000 zerosAtZero 3 zerosAtInfinity 3 stopbandLoss 3 "
-                   "flatLoss 1e5"},
+                   "flatLoss 1e5",
+         FilterKind::lc, no_root},
         {" **** design discontinued ****", low + "predistortionQ 1"},  // by the answer
         // the shift to a centre
         {"Band center frequency is too low", low + "centerFrequency 3000 FZI 3000", FilterKind::active_rc},
@@ -177,7 +181,10 @@ TEST_F(FilterDriver, EveryRefusalIsReportedAndLeavesTheFormerDesign) {
         FilterSpec spec = asked(row.change);
         EXPECT_EQ(run(spec, row.kind), FilterDesignVerdict::discontinued) << row.change;
         EXPECT_TRUE(reports(row.text)) << row.change;
+        EXPECT_TRUE(reports(row.solver)) << row.change;
         EXPECT_NE(spec.designError, 0) << row.change;
+        EXPECT_TRUE(reports("discontinued")) << row.change;
+        EXPECT_LE(std::ranges::count(window.lines, report_discontinued), 1) << row.change;
         EXPECT_EQ(design->transfer.POLES_RE(1), pole);
     }
 }

@@ -46,7 +46,8 @@ TEST_P(Conversations, GoAsTheyDid) {
     expect_golden(conversations + GetParam() + ".txt", text + conversation(head, script));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Conversations, testing::Values("answers", "forms", "lines", "passive", "units"),
+INSTANTIATE_TEST_SUITE_P(All, Conversations,
+                         testing::Values("answers", "designs", "forms", "lines", "passive", "units"),
                          [](const auto& test) { return test.param; });
 
 TEST(Plots, SayWhereTheirFilterIsAnEarlierOne) {

@@ -12,7 +12,6 @@ namespace {
 
 constexpr Wide guard = 1e-15L;  // immittance of an element that has none, and relative distance of a pole
 constexpr Wide stub_pole_guard = 1e-5L;
-constexpr Wide line_nepers = 34.7436L;  // dB of four quarter waves of one neper each
 constexpr Wide pi = std::numbers::pi_v<Wide>;
 
 // Admittances between the nodes of a network, with the size of the terms that each was added up from.
@@ -237,6 +236,20 @@ double resonant_frequency(const Circuit& circuit, double L, double C) {
     if (!(product > 0)) return 0;
     if (circuit.kind == CircuitKind::lumped) return per_radian / std::sqrt(product);
     return 2 * circuit.fs * std::atan(1 / std::sqrt(product)) * per_radian;
+}
+
+std::vector<double> branch_resonances(const Circuit& circuit, int k) {
+    std::vector<double> resonances;
+    if (!branchExists(circuit, k)) return resonances;
+    const Branch branch = unpackBranch(circuit, k);
+    const auto values = branch_values(circuit, branch);
+    for (const DrawingRow& row : drawing_of(branch_kinds[branch.id], k)) {
+        if (row.note != Note::resonance) continue;
+        const double frequency = resonant_frequency(circuit, values[static_cast<std::size_t>(row.l)],
+                                                    values[static_cast<std::size_t>(row.c)]);
+        if (frequency > 0) resonances.push_back(frequency);
+    }
+    return resonances;
 }
 
 namespace {

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <span>
+#include <vector>
 
 #include "circuit/branch_kinds.h"
 #include "circuit/circuit.h"
@@ -19,6 +20,7 @@
 namespace kavrel {
 
 using Wide = long double;
+inline constexpr Wide line_nepers = 34.7436L;  // dB of four quarter waves of one neper each
 using WideComplex = Complex<Wide>;
 
 [[nodiscard]] inline Wide squared_magnitude(WideComplex z) { return z.re * z.re + z.im * z.im; }
@@ -112,5 +114,8 @@ struct StubSection {
 
 // Resonance of L and C in Hz: 1/(2 pi sqrt(L C)), in a microwave circuit of the stub pair; 0 when there is none.
 [[nodiscard]] double resonant_frequency(const Circuit& circuit, double L, double C);
+
+// Hz, of the pairs in branch k whose resonance its drawing shows; none for a slot without a branch.
+[[nodiscard]] std::vector<double> branch_resonances(const Circuit& circuit, int k);
 
 }  // namespace kavrel

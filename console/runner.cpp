@@ -11,6 +11,7 @@
 #include "shell/svg_surface.h"
 #include "workbench/events.h"
 #include "workbench/rooms.h"
+#include "workbench/shown.h"
 #include "workbench/state_json.h"
 
 namespace kavrel {
@@ -32,7 +33,7 @@ constexpr Runner::Verb Runner::verbs[] = {
     {"dump", &Runner::dump_line, true},     {"table", &Runner::table_line, true},
     {"plot", &Runner::plot_line, true},     {"save-report", &Runner::save_report_line, true},
     {"expect", &Runner::expect_line, true}, {"echo", &Runner::echo_line, false},
-    {"quit", &Runner::quit_line, false},
+    {"check", &Runner::check_line, false},  {"quit", &Runner::quit_line, false},
 };
 
 void Runner::run() {
@@ -171,6 +172,7 @@ void Runner::save_report_line(const ScriptLine& line) {
 }
 
 void Runner::expect_line(const ScriptLine& line) {
+    if (line.words.size() == 2 && line.words[1].text == "met" && !line.words[1].quoted) return expect_met();
     const std::string wanted = line.rest();
     const auto holds = [&](const std::string& text) { return text.find(wanted) != std::string::npos; };
     const auto& [lines, boxes] = bench_.journal;
@@ -178,6 +180,18 @@ void Runner::expect_line(const ScriptLine& line) {
                        std::any_of(boxes.begin() + static_cast<std::ptrdiff_t>(first_box_), boxes.end(),
                                    [&](const JournalBox& box) { return holds(box.text); });
     if (!found) window_.fail(Failure::line, fmt::format("'{}' was not told", wanted));
+}
+
+void Runner::expect_met() {
+    const RequestCheck& check = shown_check(bench_);
+    if (check.met()) return;
+    std::string text = check_summary(check);
+    for (const std::string& missed : missed_lines(check)) text += '\n' + missed;
+    window_.fail(Failure::line, text);
+}
+
+void Runner::check_line(const ScriptLine&) {
+    for (const std::string& row : check_table(shown_check(bench_))) window_.transcript().screen << row << '\n';
 }
 
 void Runner::echo_line(const ScriptLine& line) { window_.transcript().screen << line.rest() << '\n'; }

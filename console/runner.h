@@ -44,6 +44,8 @@ private:
     void plot_line(const ScriptLine& line);
     void save_report_line(const ScriptLine& line);
     void expect_line(const ScriptLine& line);
+    void expect_met();
+    void check_line(const ScriptLine&);
     void echo_line(const ScriptLine& line);
     void quit_line(const ScriptLine&) { window_.close(); }
 

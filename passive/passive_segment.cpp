@@ -1,6 +1,8 @@
 #include "passive/passive_segment.h"
 
 #include "passive/analysis_commands.h"
+#include "passive/circuit_request_check.h"
+#include "passive/command_tools.h"
 #include "passive/edits.h"
 #include "passive/file_commands.h"
 #include "passive/macro_file.h"
@@ -93,6 +95,8 @@ void passiveSegment(PassiveDesk& desk) {
     // The circuit of a stored lattice is there when the Segment is entered; that of a stored circuit is to be read.
     if (entry == passive_entry::stored_lattice && cell == read_word) cell = show_word;
     const bool name_given = entry == passive_entry::stored_circuit;
+    const bool another = entry != passive_entry::ordinary_command || cell == read_word;
+    const Circuit before = desk.filter.circuit;
     if (entry != passive_entry::ordinary_command) enter(desk, entry);
     entry = passive_entry::ordinary_command;
     if (desk.filter.circuit.ilast >= compact_from) compactValues(desk.filter.circuit);
@@ -104,6 +108,7 @@ void passiveSegment(PassiveDesk& desk) {
         commands.run(desk, cell);
     }
     desk.command.title = desk.session.TITLE;
+    if (another || !(desk.filter.circuit == before)) report_lines(desk, missed_request_lines(desk.filter));
 }
 
 namespace {

@@ -24,6 +24,12 @@ struct LadderWork {
     Circuit circuit;       // empty before the first one
 };
 
+// Gives up the last circuit. The form opens with its last values all the same.
+inline void forget(LadderWork& work) {
+    work.state = {};
+    work.circuit = {};
+}
+
 struct LadderDesk {
     Session& session;
     const FilterDesign& design;

@@ -9,23 +9,20 @@ using Json = nlohmann::ordered_json;
 // Of a circuit the ratios R2/R1; before there is one the larger resistance over the smaller. The loss at frequency zero
 // (high-pass: infinity) bounds it. A band-pass has none there that counts, and a matching network is made for its
 // ratio.
-Json terminations_part(const FilterSpec& worked, const XPlane& x_plane, const LadderWork& ladder) {
+Json terminations_part(const FilterSpec& worked, const XPlane& x_plane, const SynthesisState* synthesis) {
     const bool designed = x_plane.ES.count != 0 || x_plane.ES.multiplier != 0;
     if (!designed || worked.sourceResistance == 0.0 || worked.loadResistance == 0.0) return {};
     Json part{{"requested_ratio", static_cast<double>(x_plane.requested_ratio)}};
-    if (ladder.outcome == SynthesisOutcome::done) {
-        return {{"requested_ratio", ladder.state.requested_ratio}, {"nearest_ratio", ladder.state.available_ratio}};
+    if (synthesis != nullptr) {
+        return {{"requested_ratio", synthesis->requested_ratio}, {"nearest_ratio", synthesis->available_ratio}};
     }
     const bool bound = worked.filterType != band_pass && !x_plane.matched;
     if (bound) part["nearest_ratio"] = static_cast<double>(x_plane.termRatioLimit);
     return part;
 }
 
-Json synthesis_part(const LadderWork& ladder) {
-    if (ladder.circuit.klast == 0) return {};
-    return {{"direction", ladder.state.direction()},
-            {"arithmetic", ladder.state.arithmetic()},
-            {"loss_error", ladder.state.loss_error}};
+Json synthesis_part(const SynthesisState& state) {
+    return {{"direction", state.direction()}, {"arithmetic", state.arithmetic()}, {"loss_error", state.loss_error}};
 }
 
 }  // namespace kavrel

@@ -27,9 +27,9 @@ void typed_circuit_road(Workbench& bench) {
     const FilterSpec spec = given(request, kind, bench.session.units);
     bench.passive = empty_store(spec);
     bench.design = DesignOutcome::none;
-    bench.filter_spec = {};
+    bench.discontinued_request.reset();
     bench.filter = {};
-    bench.ladder.outcome = SynthesisOutcome::none;
+    forget(bench.ladder);
     bench.results = {};
     bench.session.TITLE = spec.medium == microwave ? "<New Microwave Filter>" : "<New Passive Filter>";
     bench.session.entry(SegmentId::passive) = passive_entry::analysis;

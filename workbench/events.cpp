@@ -35,10 +35,9 @@ void help(Workbench& bench);
 int dispatch_event(Workbench& bench, int item_id) {
     take_units(bench.session.units, bench.session);  // a change of units takes effect with the next event
     const Place place = place_of(item_id);
-    if (place.item != nullptr && perform(bench, *place.room, *place.item)) {
-        bench.plot.earlier = is_earlier(bench, bench.plot.source);
-        return -1;
-    }
+    const bool performed = place.item != nullptr && perform(bench, *place.room, *place.item);
+    look_again(bench);
+    if (performed) return -1;
     if (item_id == help_event) {
         help(bench);
         return -1;

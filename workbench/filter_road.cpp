@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "workbench/design_end.h"
 #include "workbench/kind_roads.h"
 #include "workbench/rooms.h"
 
@@ -52,18 +53,19 @@ void design(Workbench& bench) {
         not_implemented(bench);
         return;
     }
-    FilterSpec spec = spec_of(request, bench.session.units);
-    spec.title.assign(fmt::format("{} {}", new_title, bench.window.date_and_time()));
-    const auto verdict = designFilter(request.filter_kind, spec, bench.filter, bench.session.units, bench.reporter);
-    bench.filter_spec = spec;
-    if (verdict == FilterDesignVerdict::discontinued) {
-        bench.design = DesignOutcome::discontinued;
-        ++bench.discontinued_designs;
-        return;
-    }
+    DesignedFilter& draft = bench.drafted;
+    draft.found = spec_of(request, bench.session.units);
+    draft.found.title.assign(fmt::format("{} {}", new_title, bench.window.date_and_time()));
+    const auto verdict =
+        designFilter(request.filter_kind, draft.found, draft.design, bench.session.units, bench.reporter);
+    if (verdict == FilterDesignVerdict::discontinued) return discontinue(bench);
     bench.design = DesignOutcome::done;
-    bench.session.TITLE = new_title;
-    if (const auto take_over = kind_road(request.filter_kind).design) take_over(bench);
+    bench.discontinued_request.reset();
+    if (const auto take_over = kind_road(request.filter_kind).design) {
+        take_over(bench, new_title);
+    } else {
+        keep_function(bench, new_title);
+    }
 }
 
 }  // namespace

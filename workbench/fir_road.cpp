@@ -2,6 +2,7 @@
 
 #include "fir/fir_design.h"
 #include "workbench/rooms.h"
+#include "workbench/shown.h"
 
 namespace kavrel {
 
@@ -22,16 +23,21 @@ namespace {
 
 void design_fir(Workbench& bench) {
     FirDesk desk = fir_desk(bench);
+    const FirRequest asked = bench.fir_request;
     switch (remez_design(desk)) {
         case FirDesignVerdict::designed:
             bench.design = DesignOutcome::done;
             bench.session.entry(SegmentId::fir) = 0;
+            bench.fir_designed_for = asked;
+            bench.discontinued_request.reset();
             enter_segment(bench, SegmentId::fir);
+            for (const std::string& line : missed_lines(check_of_fir(bench))) bench.reporter.report_line(line);
             break;
         case FirDesignVerdict::stopped:
         case FirDesignVerdict::refused:
             bench.reporter.report_line(" **** design discontinued ****");
             bench.design = DesignOutcome::discontinued;
+            bench.discontinued_request.reset();
             ++bench.discontinued_designs;
             break;
         case FirDesignVerdict::unbuilt: not_implemented(bench); break;

@@ -8,8 +8,9 @@ namespace kavrel {
 
 struct KindRoad {
     FilterKind kind = FilterKind::unchosen;
-    AnalysisKind analysed = {};                        // as the analysis form numbers it
-    void (*design)(Workbench& bench) = nullptr;        // from the finished transfer function on; null: it ends there
+    AnalysisKind analysed = {};  // as the analysis form numbers it
+    // From the finished transfer function on, the filter being titled so; null: it ends there.
+    void (*design)(Workbench& bench, std::string_view title) = nullptr;
     void (*from_outside)(Workbench& bench) = nullptr;  // from the finished analysis form on; null: not built
 };
 

@@ -2,40 +2,50 @@
 
 #include "passive/passive_segment.h"
 #include "synthesis/ladder_segment.h"
+#include "workbench/design_end.h"
 #include "workbench/rooms.h"
 
 namespace kavrel {
 
 namespace {
 
-void hand_over(Workbench& bench);
+void hand_over(Workbench& bench, const DesignedFilter& filter);
 
 }  // namespace
 
-void ladder_road(Workbench& bench) {
+void ladder_road(Workbench& bench, std::string_view title) {
     const SegmentId came_from = bench.session.segment;
+    const auto former_title = bench.session.TITLE;
+    bench.session.TITLE = title;
     bench.session.entry(SegmentId::ladder) = ladder_entry::designed;
     enter_segment(bench, SegmentId::ladder);
     if (bench.ladder.outcome == SynthesisOutcome::done) {
-        hand_over(bench);
+        bench.filter = bench.drafted;
+        hand_over(bench, bench.filter);
         return;
     }
     enter_segment(bench, came_from);
     if (bench.ladder.outcome == SynthesisOutcome::unbuilt) not_implemented(bench);
-    if (bench.ladder.outcome == SynthesisOutcome::failed) ++bench.discontinued_designs;
+    if (bench.ladder.outcome == SynthesisOutcome::failed) {
+        bench.session.TITLE = former_title;
+        discontinue(bench);
+    } else {
+        keep_function(bench, title);
+    }
 }
 
 namespace {
 
-void hand_over(Workbench& bench) {
+void hand_over(Workbench& bench, const DesignedFilter& filter) {
+    const FilterDesign& design = filter.design;
     bench.passive = {.circuit = bench.ladder.circuit,
                      .designed = true,
-                     .spec = bench.filter_spec,
-                     .transfer = bench.filter.transfer,
-                     .background = {.request = bench.filter.request,
-                                    .notes = bench.filter.notes,
-                                    .worked_lower_edge = bench.filter.worked.lowerPassEdge,
-                                    .worked_upper_edge = bench.filter.worked.upperPassEdge}};
+                     .spec = filter.found,
+                     .transfer = design.transfer,
+                     .background = {.request = design.request,
+                                    .notes = design.notes,
+                                    .worked_lower_edge = design.worked.lowerPassEdge,
+                                    .worked_upper_edge = design.worked.upperPassEdge}};
     bench.session.entry(SegmentId::passive) = passive_entry::synthesised;
     bench.session.word(SegmentId::passive) = "show";
     enter_segment(bench, SegmentId::passive);

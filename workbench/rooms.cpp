@@ -12,6 +12,7 @@
 #include "workbench/all_forms.h"
 #include "workbench/menus.h"
 #include "workbench/segment_words.h"
+#include "workbench/shown.h"
 
 namespace kavrel {
 
@@ -36,7 +37,8 @@ constexpr Room rooms[] = {
      .title = "Kavrel - MAIN MENU",
      .file_letter = ' ',
      .menu = main_menu,
-     .window_items = main_window_items},
+     .window_items = main_window_items,
+     .check = check_of_function},
     {.id = SegmentId::passive,
      .name = "passive",
      .title = "Kavrel - PASSIVE LC/MICROWAVE MENU",
@@ -47,8 +49,9 @@ constexpr Room rooms[] = {
      .words = passive_words,
      .run = at_desk<passive_desk, passiveSegment>,
      .recall_entry = passive_entry::stored_circuit,
-     .shown = [](const Workbench& bench) { return fingerprint(bench.passive); },
-     .file_refusal = passive_file_refusal},
+     .fingerprint = [](const Workbench& bench) { return fingerprint(bench.passive); },
+     .file_refusal = passive_file_refusal,
+     .check = check_of_circuit},
     {.id = SegmentId::active,
      .name = "active",
      .title = "Kavrel - ACTIVE RC MENU",
@@ -71,7 +74,8 @@ constexpr Room rooms[] = {
      .window_items = fir_window_items,
      .words = fir_words,
      .run = at_desk<fir_desk, firSegment>,
-     .shown = [](const Workbench& bench) { return fingerprint(bench.fir); }},
+     .fingerprint = [](const Workbench& bench) { return fingerprint(bench.fir); },
+     .check = check_of_fir},
     {.id = SegmentId::ladder,
      .name = "ladder",
      .title = "Kavrel - LADDER SYNTHESIS MENU",
@@ -105,6 +109,7 @@ const ActionRow* find_action(std::span<const ActionRow> actions, MenuAction acti
 }
 
 void enter_segment(Workbench& bench, SegmentId id) {
+    bench.check.reset();
     bench.session.segment = id;
     bench.window.set_menu(room_of(id).menu, room_of(id).title);
     if (room_of(id).run != nullptr) room_of(id).run(bench);
@@ -118,12 +123,17 @@ void send_command(Workbench& bench, const Room& room, std::string_view word, con
     if (form != nullptr && !run_form(*form, record_of(*form, bench), bench.session.units, bench.reporter)) return;
     bench.session.word(room.id) = word;
     room.run(bench);
+    look_again(bench);
+}
+
+void look_again(Workbench& bench) {
+    bench.check.reset();
     bench.plot.earlier = is_earlier(bench, bench.plot.source);
 }
 
 bool is_earlier(const Workbench& bench, Fingerprint source) {
-    const auto shown = room_of(bench.session.segment).shown;
-    return source != 0 && shown != nullptr && shown(bench) != source;
+    const auto fingerprint_of_shown = room_of(bench.session.segment).fingerprint;
+    return source != 0 && fingerprint_of_shown != nullptr && fingerprint_of_shown(bench) != source;
 }
 
 FirDesk fir_desk(Workbench& bench) { return {desk(bench), bench.fir_request, bench.fir, bench.fir_command}; }
@@ -133,7 +143,7 @@ PassiveDesk passive_desk(Workbench& bench) {
 }
 
 LadderDesk ladder_desk(Workbench& bench) {
-    return {.session = bench.session, .design = bench.filter, .work = bench.ladder, .reporter = bench.reporter};
+    return {.session = bench.session, .design = bench.drafted.design, .work = bench.ladder, .reporter = bench.reporter};
 }
 
 void not_implemented(Workbench& bench) { bench.reporter.message("Command not implemented", "Default"); }

@@ -25,8 +25,9 @@ struct Room {
     CommandWords (*words)() = nullptr;            // of its command table
     void (*run)(Workbench& bench) = nullptr;      // performs the command in the Segment's cell
     int recall_entry = 0;                         // entry code of "read" for a file whose name is given
-    Fingerprint (*shown)(const Workbench& bench) = nullptr;             // the filter that it shows
+    Fingerprint (*fingerprint)(const Workbench& bench) = nullptr;       // of the filter that it shows
     std::string_view (*file_refusal)(std::string_view name) = nullptr;  // why a stored filter is not read, or blank
+    RequestCheck (*check)(const Workbench& bench) = nullptr;            // of what it shows against its request
 
     [[nodiscard]] CommandWords commands() const { return words == nullptr ? CommandWords{} : words(); }
 };
@@ -45,6 +46,9 @@ void enter_segment(Workbench& bench, SegmentId id);
 // Puts a word into a Segment's cell and calls the Segment, after the form, if there is one, was filled in. What has no
 // routine is answered with "Command not implemented".
 void send_command(Workbench& bench, const Room& room, std::string_view word, const Form* form);
+
+// After whatever may have changed the filter that is shown: what was made of it is out of date.
+void look_again(Workbench& bench);
 
 // Whether results or a plot of the filter `source` are of another one than the current Segment shows.
 [[nodiscard]] bool is_earlier(const Workbench& bench, Fingerprint source);

@@ -5,9 +5,11 @@
 #include "approximation/filter_json.h"
 #include "fir/fir_json.h"
 #include "passive/passive_json.h"
+#include "segment/request_check_json.h"
 #include "synthesis/synthesis_json.h"
 #include "workbench/json_text.h"
 #include "workbench/rooms.h"
+#include "workbench/shown.h"
 
 namespace kavrel {
 
@@ -23,6 +25,21 @@ Json units_part(const UnitSet& units);
 Json results_part(Bench bench, AnalysisResult::Kind kind);
 Json boxes_part(const Journal& journal);
 
+Json spec_of_shown(const Shown& is) { return is.spec != nullptr ? spec_part(*is.spec) : Json{}; }
+Json transfer_of_shown(const Shown& is) {
+    return is.transfer != nullptr ? transfer_part(is.spec->medium, *is.transfer) : Json{};
+}
+Json synthesis_of_shown(const Shown& is) { return is.synthesis != nullptr ? synthesis_part(*is.synthesis) : Json{}; }
+Json terminations_of_shown(const Shown& is) {
+    if (is.filter == nullptr) return {};
+    return terminations_part(is.filter->design.worked, is.filter->design.x_plane, is.synthesis);
+}
+template <auto part>
+Json of_design(Bench bench) {
+    const DesignedFilter* filter = shown(bench).filter;
+    return filter != nullptr ? part(filter->design) : Json{};
+}
+
 // In the order of the file. A part that is null is left out.
 struct StatePart {
     const char* key;
@@ -35,12 +52,14 @@ constexpr StatePart parts[] = {
     {"segment", [](Bench b) -> Json { return room_of(b.session.segment).name; }},
     {"design", [](Bench b) { return design_part(b.design); }},
     {"units", [](Bench b) { return units_part(b.session.units); }},
-    {"spec", [](Bench b) { return spec_part(b.filter_spec); }},
-    {"transfer", [](Bench b) { return transfer_part(b.filter.worked.medium, b.filter.transfer); }},
-    {"x_plane", [](Bench b) { return x_plane_part(b.filter.worked, b.filter.x_plane); }},
-    {"immittance", [](Bench b) { return immittance_part(b.filter.x_plane); }},
-    {"terminations", [](Bench b) { return terminations_part(b.filter.worked, b.filter.x_plane, b.ladder); }},
-    {"synthesis", [](Bench b) { return synthesis_part(b.ladder); }},
+    {"request", [](Bench b) { return b.discontinued_request ? spec_part(*b.discontinued_request) : Json{}; }},
+    {"spec", [](Bench b) { return spec_of_shown(shown(b)); }},
+    {"transfer", [](Bench b) { return transfer_of_shown(shown(b)); }},
+    {"check", [](Bench b) { return check_part(check_of_shown(b)); }},
+    {"x_plane", of_design<[](const FilterDesign& d) { return x_plane_part(d.worked, d.x_plane); }>},
+    {"immittance", of_design<[](const FilterDesign& d) { return immittance_part(d.x_plane); }>},
+    {"terminations", [](Bench b) { return terminations_of_shown(shown(b)); }},
+    {"synthesis", [](Bench b) { return synthesis_of_shown(shown(b)); }},
     {"circuit", [](Bench b) { return circuit_part(b.passive.circuit); }},
     {"parts", [](Bench b) { return parts_part(b.passive.circuit); }},
     {"analysis", [](Bench b) { return results_part(b, AnalysisResult::Kind::frequency); }},

@@ -1,6 +1,8 @@
 // The whole state of a run. `main` makes one; every test makes its own.
 #pragma once
 
+#include <optional>
+
 #include "approximation/filter_driver.h"
 #include "fir/fir_desk.h"
 #include "forms/analysis_form.h"
@@ -8,6 +10,7 @@
 #include "forms/filter_request.h"
 #include "forms/fir_analysis_form.h"
 #include "passive/passive_desk.h"
+#include "segment/request_check.h"
 #include "shell/analysis_result.h"
 #include "shell/journal.h"
 #include "shell/reporter.h"
@@ -15,6 +18,12 @@
 #include "synthesis/ladder_desk.h"
 
 namespace kavrel {
+
+// A filter design that came off.
+struct DesignedFilter {
+    FilterSpec found;  // its request, with what was found for it
+    FilterDesign design;
+};
 
 // What became of the last design.
 enum class DesignOutcome { none, done, discontinued };
@@ -34,11 +43,15 @@ struct Workbench {
     int discontinued_designs = 0;  // of the run
     AnalysisResult results;
 
-    FilterRequest filter_request;
-    FilterSpec filter_spec;  // the request of the last filter design, with what was found for it
-    FilterDesign filter;     // of the last one that came off
+    std::optional<RequestCheck> check;  // of what is shown, once somebody looked; every event drops it
 
-    LadderWork ladder;  // of the last synthesis
+    FilterRequest filter_request;
+    DesignedFilter filter;  // the last one that came off
+    DesignedFilter
+        drafted;  // on its way: it takes the place of `filter` when its synthesis, if there is one, comes off
+    std::optional<FilterSpec> discontinued_request;  // of the last design, when it did not come off
+
+    LadderWork ladder;  // of the last synthesis that came off
 
     DelayRequest delay_request;
     FilterAnalysisRequest analysis_request;
@@ -46,6 +59,7 @@ struct Workbench {
 
     FirRequest fir_request;
     FirFilter fir;
+    std::optional<FirRequest> fir_designed_for;  // what the filter was asked to be
     FirCommandRequest fir_command;
 
     PassiveFilter passive;

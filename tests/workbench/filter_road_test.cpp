@@ -110,12 +110,12 @@ TEST_F(FilterRoad, AListOfZerosReadFromAPoleZeroFileIsTheDesignAgain) {
     request.TR_ZEROS(4, 1) = 900.0;  // behind a blank row
     design();
     ASSERT_EQ(bench.design, DesignOutcome::done);
-    EXPECT_EQ(bench.filter_spec.zeroCount, 3);
-    EXPECT_EQ(bench.filter_spec.degree, 12);
+    EXPECT_EQ(bench.filter.found.zeroCount, 3);
+    EXPECT_EQ(bench.filter.found.degree, 12);
     const auto poles = state()["transfer"]["poles"];
 
     std::string text;
-    for (const std::string& line : pole_zero_lines(bench.filter.transfer, false, "")) text += line + '\n';
+    for (const std::string& line : pole_zero_lines(bench.filter.design.transfer, false, "")) text += line + '\n';
     write_text("band.pz", text);
     FormSheet sheet(SPECIFIED_ZEROS_DLG, &request, bench.session.units, bench.reporter);
     window.files = {"band.pz"};

@@ -41,8 +41,8 @@ struct FunctionalRequest : testing::Test {
 
     // The last design's poles and zeros in rad/sec as rows of a functional request of the same kind.
     void type_in_the_poles() {
-        const TransferFunction& t = bench.filter.transfer;
-        const FilterSpec& spec = bench.filter_spec;
+        const TransferFunction& t = bench.filter.design.transfer;
+        const FilterSpec& spec = bench.filter.found;
         request.passband_type = PassbandChoice::functional;
         request.function_type = FunctionChoice::e;
         request.stopband_type = StopbandChoice::specified;
@@ -80,10 +80,10 @@ TEST_F(FunctionalRequest, PolesTypedInComeOutAgain) {
             ask_for_elliptic(type);
             request.filter_kind = kind;
             design();
-            const TransferFunction known = bench.filter.transfer;
+            const TransferFunction known = bench.filter.design.transfer;
             type_in_the_poles();
             design();
-            EXPECT_LT(farthest(bench.filter.transfer, known), 1e-12) << "type " << type << ", kind " << kind;
+            EXPECT_LT(farthest(bench.filter.design.transfer, known), 1e-12) << "type " << type << ", kind " << kind;
         }
     }
 }
@@ -94,16 +94,16 @@ TEST_F(FunctionalRequest, EqualMinimaFindsTheZerosThatThePolesBelongTo) {
         ask_for_elliptic(type);
         request.lower_stop_loss = request.upper_stop_loss = 55.0;
         design();
-        const FilterSpec known = bench.filter_spec;
+        const FilterSpec known = bench.filter.found;
         ASSERT_EQ(known.degree % 2, 1);
         type_in_the_poles();
         request.stopband_type = StopbandChoice::equal_min;
         design();
-        ASSERT_EQ(bench.filter_spec.zeroCount, known.zeroCount);
+        ASSERT_EQ(bench.filter.found.zeroCount, known.zeroCount);
         for (int i = 1; i <= known.zeroCount; ++i) {
             double nearest = 1.0;
             for (int j = 1; j <= known.zeroCount; ++j) {
-                nearest = std::min(nearest, std::abs(bench.filter_spec.FZI(i) / known.FZI(j) - 1.0));
+                nearest = std::min(nearest, std::abs(bench.filter.found.FZI(i) / known.FZI(j) - 1.0));
             }
             EXPECT_LT(nearest, 1e-9) << "zero " << i << " of type " << type;
         }
@@ -114,8 +114,8 @@ TEST_F(FunctionalRequest, EqualMinimaFindsTheZerosThatThePolesBelongTo) {
 TEST_F(FunctionalRequest, ReflectionZerosTypedInGiveThePoles) {
     ask_for_elliptic(TypeChoice::low_pass);
     design();
-    const TransferFunction known = bench.filter.transfer;
-    const WideRootSet F = bench.filter.x_plane.FS;
+    const TransferFunction known = bench.filter.design.transfer;
+    const WideRootSet F = bench.filter.design.x_plane.FS;
     type_in_the_poles();
     request.function_type = FunctionChoice::f;
     request.zero_unit = ZeroUnitChoice::hertz;
@@ -132,13 +132,13 @@ TEST_F(FunctionalRequest, ReflectionZerosTypedInGiveThePoles) {
         }
     }
     for (int i = 1; i <= request.TR_ZEROS.rows; ++i) {
-        const double w = bench.filter_spec.FZI(i) / 1000.0;
+        const double w = bench.filter.found.FZI(i) / 1000.0;
         request.TR_ZEROS(i, 2) = 1000.0 * w;
         product /= w * w - 1.0;
     }
     request.multiplier = std::sqrt(std::pow(10.0, 0.02) - 1.0) / product;
     design();
-    EXPECT_LT(farthest(bench.filter.transfer, known), 1e-10);
+    EXPECT_LT(farthest(bench.filter.design.transfer, known), 1e-10);
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ struct LadderRoad : testing::Test {
         return static_cast<double>(point.loss);
     }
     [[nodiscard]] double designed_loss(double hz) const {
-        return lossAt(bench.filter.worked, bench.filter.x_plane, hz);
+        return lossAt(bench.filter.design.worked, bench.filter.design.x_plane, hz);
     }
     [[nodiscard]] nlohmann::json state() const { return nlohmann::json::parse(state_json(bench)); }
 };

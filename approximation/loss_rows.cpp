@@ -1,0 +1,221 @@
+#include "approximation/loss_rows.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "numeric/complex.h"
+#include "numeric/highest_value.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr int even_places = 64;  // of a band, denser towards its ends
+
+// A band in which losses are searched, in the angle whose tangent is the frequency over that of an edge: bounded, also
+// where the band reaches to infinity.
+class SearchedBand {
+public:
+    SearchedBand(const JudgedLoss& judged, CheckBand band);
+
+    [[nodiscard]] const CheckBand& band() const { return band_; }
+    template <class Function>
+    [[nodiscard]] double highest(const Function& f) const {
+        return highest_value(places_, [&](double angle) { return f(hertz(angle)); }).value;
+    }
+    template <class Function>
+    [[nodiscard]] double lowest(const Function& f) const {
+        return -highest([&](double frequency) { return -f(frequency); });
+    }
+
+private:
+    [[nodiscard]] double angle(double frequency) const { return std::atan(frequency / edge_); }
+    [[nodiscard]] double hertz(double angle) const;
+    void add_design(const JudgedLoss& judged);
+
+    CheckBand band_;
+    double edge_;
+    double top_;  // of the medium
+    std::vector<double> places_;
+};
+
+bool is_shifted(const JudgedLoss& judged) { return judged.found.centerFrequency > 0; }
+CheckBand pass_band(const FilterSpec& spec);
+double top_of_medium(const FilterSpec& spec);
+double frequency_of(const FilterSpec& spec, const TransferFunction& transfer, double omega);
+double edge_tangent(const FilterSpec& spec, const TransferFunction& transfer);
+void add_slope_rows(const JudgedLoss& judged, const SearchedBand& band, RequestCheck& check);
+double flat_loss(const JudgedLoss& judged, const SearchedBand& band);
+
+}  // namespace
+
+void add_loss_rows(const JudgedLoss& judged, RequestCheck& check) {
+    const FilterSpec& asked = judged.request;
+    const bool given = asked.passbandType == functional_passband && !is_shifted(judged);
+    const SearchedBand pass(judged, pass_band(asked));
+    if (asked.passbandType == sloping_passband) return add_slope_rows(judged, pass, check);
+    const double flat = flat_loss(judged, pass);
+    const auto loss = [&](double hertz) { return judged.loss(hertz) - flat; };
+    if (!given) check.rows.push_back(at_most("pass band", pass.band(), asked.bandEdgeLoss, pass.highest(loss)));
+
+    const auto stopband = [&](CheckBand band, double least) {
+        if (given || !(least > 0)) return;
+        check.rows.push_back(at_least("stopband", band, least, SearchedBand(judged, band).lowest(loss)));
+    };
+    const bool low = asked.filterType == low_pass;
+    const double upper_loss = low ? asked.stopbandLoss : asked.upperStopLoss;
+    const bool matching = asked.bandpassType == impedance_matching;  // its loss at zero is that of the terminations
+    if (!low && !matching && asked.lowerStopEdge > 0) stopband({0, asked.lowerStopEdge}, asked.stopbandLoss);
+    if (asked.filterType != high_pass && asked.upperStopEdge > 0) {
+        stopband({asked.upperStopEdge, top_of_medium(asked)}, upper_loss);
+    }
+}
+
+double loss_of_function(const FilterSpec& spec, const TransferFunction& transfer, double hertz, double q) {
+    // s in units of the band edge
+    const double edge = spec.medium == lumped ? transfer.normFrequency : 1;
+    const double w = spec.medium == lumped
+                         ? 2 * std::numbers::pi * hertz / edge
+                         : std::tan(std::numbers::pi * hertz / spec.sampleFrequency) / edge_tangent(spec, transfer);
+    const double d = q > 0 ? 1 / q : 0;
+    const auto distance = [&](double re, double im) { return std::hypot(d - re / edge, w - im / edge); };
+    double loss = -20 * std::log10(std::fabs(transfer.level));
+    for (int i = 1; i <= transfer.poleCount; ++i) {
+        loss += 20 * std::log10(distance(transfer.POLES_RE(i), transfer.POLES_IM(i)));
+    }
+    for (int i = 1; i <= transfer.zeroCount; ++i) {
+        loss -= 20 * std::log10(distance(transfer.ZEROS_RE(i), transfer.ZEROS_IM(i)));
+    }
+    return loss;
+}
+
+RequestCheck check_function(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
+                            double used_q) {
+    RequestCheck check{.has_request = true};
+    add_loss_rows({.loss = [&](double hertz) { return loss_of_function(found, transfer, hertz, used_q); },
+                   .request = request,
+                   .found = found,
+                   .transfer = transfer,
+                   .used_q = used_q},
+                  check);
+    return check;
+}
+
+FilterSpec scaled_request(const FilterSpec& request, double factor) {
+    FilterSpec scaled = request;
+    for (double FilterSpec::*frequency :
+         {&FilterSpec::lowerPassEdge, &FilterSpec::upperPassEdge, &FilterSpec::lowerStopEdge,
+          &FilterSpec::upperStopEdge, &FilterSpec::freal, &FilterSpec::sampleFrequency, &FilterSpec::centerFrequency}) {
+        scaled.*frequency *= factor;
+    }
+    for (int i = 1; i <= scaled.zeroCount; ++i) {
+        scaled.FZR(i) *= factor;
+        scaled.FZI(i) *= factor;
+    }
+    return scaled;
+}
+
+namespace {
+
+SearchedBand::SearchedBand(const JudgedLoss& judged, CheckBand band)
+    : band_(band), edge_(std::isinf(band.to) ? band.from : band.to), top_(top_of_medium(judged.request)) {
+    const double first = angle(band.from), last = angle(band.to);
+    for (int i = 0; i <= even_places; ++i) {
+        places_.push_back((first + last) / 2 - (last - first) / 2 * std::cos(std::numbers::pi * i / even_places));
+    }
+    add_design(judged);
+    for (const double frequency : judged.places) places_.push_back(angle(frequency));
+    std::erase_if(places_, [&](double place) { return !(place >= first && place <= last); });
+    std::ranges::sort(places_);
+}
+
+// Where each pole of the design has its resonance, and about it; at each zero and halfway to the next one.
+void SearchedBand::add_design(const JudgedLoss& judged) {
+    const TransferFunction& t = judged.transfer;
+    const auto add = [&](double omega) { places_.push_back(angle(frequency_of(judged.found, t, omega))); };
+    for (int i = 1; i <= t.poleCount; ++i) {
+        if (t.POLES_IM(i) < 0) continue;
+        for (const double widths : {-1.5, -0.6, 0.0, 0.6, 1.5}) {
+            if (const double omega = t.POLES_IM(i) + widths * t.POLES_RE(i); omega > 0) add(omega);
+        }
+    }
+    std::vector<double> zeros;
+    for (int i = 1; i <= t.zeroCount; ++i) {
+        if (t.ZEROS_IM(i) > 0) zeros.push_back(t.ZEROS_IM(i));
+    }
+    std::ranges::sort(zeros);
+    for (std::size_t i = 0; i < zeros.size(); ++i) {
+        add(zeros[i]);
+        if (i > 0) add(std::sqrt(zeros[i - 1] * zeros[i]));
+    }
+}
+
+// The ends are met exactly, but for those where a response may have no value.
+double SearchedBand::hertz(double angle) const {
+    constexpr double as_good_as_infinite = 1e7;    // times the edge
+    constexpr double beside_stub_pole = 1 - 2e-5;  // of the quarter-wave frequency
+    if (angle <= this->angle(band_.from)) return band_.from;
+    if (angle < this->angle(band_.to)) return edge_ * std::tan(angle);
+    if (std::isinf(band_.to)) return as_good_as_infinite * band_.from;
+    return band_.to == top_ ? beside_stub_pole * band_.to : band_.to;
+}
+
+// A matching network of unit elements alone has its band evenly about the quarter-wave frequency.
+CheckBand pass_band(const FilterSpec& spec) {
+    if (spec.filterType == low_pass) return {0, spec.upperPassEdge};
+    if (spec.filterType == high_pass) return {spec.lowerPassEdge, top_of_medium(spec)};
+    const bool mirrored = spec.bandpassType == impedance_matching && spec.medium == microwave;
+    CheckBand band{spec.lowerPassEdge, spec.upperPassEdge};
+    if (mirrored && band.from == 0) band.from = spec.sampleFrequency - band.to;
+    if (mirrored && band.to == 0) band.to = spec.sampleFrequency - band.from;
+    if (band.from > band.to) std::swap(band.from, band.to);
+    return band;
+}
+
+// Hz; beyond the quarter wave, or half the sampling frequency, the loss comes back.
+double top_of_medium(const FilterSpec& spec) { return spec.medium == lumped ? infinity : spec.sampleFrequency / 2; }
+
+double edge_tangent(const FilterSpec& spec, const TransferFunction& transfer) {
+    return std::tan(transfer.normFrequency / 2 / spec.sampleFrequency);
+}
+
+// Hz of a frequency as the transfer function has it.
+double frequency_of(const FilterSpec& spec, const TransferFunction& transfer, double omega) {
+    if (spec.medium == lumped) return omega / (2 * std::numbers::pi);
+    return spec.sampleFrequency / std::numbers::pi * std::atan(omega * edge_tangent(spec, transfer));
+}
+
+// The slope is a straight line over the logarithm of the frequency, of its tangent where the medium has one.
+void add_slope_rows(const JudgedLoss& judged, const SearchedBand& pass, RequestCheck& check) {
+    const FilterSpec& asked = judged.request;
+    const CheckBand band = pass.band();
+    const auto warped = [&](double hertz) {
+        return asked.medium == lumped ? hertz : std::tan(std::numbers::pi * hertz / asked.sampleFrequency);
+    };
+    const double octaves = std::log2(band.to / band.from);
+    const double span = std::log(warped(band.to) / warped(band.from));
+    const auto about_slope = [&](double hertz) {
+        return judged.loss(hertz) - asked.stopbandLoss * octaves * std::log(warped(hertz) / warped(band.from)) / span;
+    };
+    const double strip = pass.highest(about_slope) - pass.lowest(about_slope);
+    check.rows.push_back(at_most("slope", band, asked.bandEdgeLoss, strip));
+    if (judged.open_level) return;
+    // Within the strip the least loss may lie anywhere.
+    const double least = pass.lowest(judged.loss);
+    CheckRow row = at_least("flat loss", band, asked.flatLoss, least);
+    if (least > asked.flatLoss + asked.bandEdgeLoss) row = at_most("flat loss", band, asked.flatLoss, least);
+    row.spare = false;
+    check.rows.push_back(row);
+}
+
+double flat_loss(const JudgedLoss& judged, const SearchedBand& pass) {
+    if (judged.open_level || judged.transfer.level == 0) return pass.lowest(judged.loss);
+    return pass.lowest(
+        [&](double hertz) { return loss_of_function(judged.found, judged.transfer, hertz, judged.used_q); });
+}
+
+}  // namespace
+
+}  // namespace kavrel

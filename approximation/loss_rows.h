@@ -1,0 +1,44 @@
+// The rows of the request check that a FilterSpec asks of a loss: of a circuit's, or of the transfer function's own.
+#pragma once
+
+#include <functional>
+#include <span>
+
+#include "approximation/filter_spec.h"
+#include "segment/request_check.h"
+
+namespace kavrel {
+
+// A loss in dB at a frequency in Hz; NaN where there is none, as on the pole of a stub.
+using LossOfFrequency = std::function<double(double hertz)>;
+
+// What is judged, and what it was designed for.
+struct JudgedLoss {
+    LossOfFrequency loss;
+    const FilterSpec& request;         // as the approximation was asked
+    const FilterSpec& found;           // with what it found: a shifted band-pass is one here alone
+    const TransferFunction& transfer;  // of the design
+    double used_q = 0;                 // that the loss has and the design allowed for; 0: lossless
+    bool open_level = false;           // the loss has no level of its own: a single termination
+    std::span<const double> places{};  // Hz where the loss may have narrow extremes beside those of the design
+};
+
+// Adds, in this order: the pass band, the largest loss in it with its edges (a sloping one: the least loss above the
+// flat loss asked for, and the strip about the slope that all losses lie in); then the lower and the upper stopband,
+// the least loss in each. Losses count from the flat loss that belongs to the design: the least one that its transfer
+// function has in the pass band, from unequal terminations or predistortion; with an open level, from the least one of
+// the pass band itself. A given function has no losses that were asked for, unless it is that of a shifted band-pass.
+void add_loss_rows(const JudgedLoss& judged, RequestCheck& check);
+
+// 20 log10 1/|H| in dB at a frequency in Hz, of elements whose Q at normFrequency is `q`; 0: lossless.
+[[nodiscard]] double loss_of_function(const FilterSpec& spec, const TransferFunction& transfer, double hertz,
+                                      double q = 0);
+
+// The rows of a design without a circuit: those of its transfer function.
+[[nodiscard]] RequestCheck check_function(const FilterSpec& request, const FilterSpec& found,
+                                          const TransferFunction& transfer, double used_q);
+
+// The request of a filter whose frequencies were all multiplied by a factor.
+[[nodiscard]] FilterSpec scaled_request(const FilterSpec& request, double factor);
+
+}  // namespace kavrel

@@ -1,0 +1,39 @@
+#include "fir/fir_rows.h"
+
+#include <cmath>
+
+#include "fir/fir_deviation.h"
+#include "fir/fir_task.h"
+
+namespace kavrel {
+
+namespace {
+
+// Of a pass band of 1 +- deviation.
+double ripple_of(double deviation) {
+    return deviation < 1 ? 20 * std::log10((1 + deviation) / (1 - deviation)) : std::numeric_limits<double>::infinity();
+}
+
+}  // namespace
+
+RequestCheck check_fir(const FirRequest& request, const FirFilter& filter) {
+    RequestCheck check{.has_request = filter.functions > 0};
+    FirTask task;
+    if (!check.has_request || take_task(request, task) != nullptr) return {};
+    const bool in_db = task.JTYPE == FirType::filter && request.specification_type == FirSpecification::ripple_in_db;
+    for (int b = 1; b <= task.BANDS.NBANDS; ++b) {
+        const CheckBand band{task.BANDS.EDGE(2 * b - 1) * filter.sampling_frequency,
+                             task.BANDS.EDGE(2 * b) * filter.sampling_frequency};
+        const double deviation = largest_deviation(task, filter, 1, b).weighted / task.BANDS.WTX(b);
+        if (!in_db) {
+            check.rows.push_back(shown_value("deviation", band, deviation));
+        } else if (task.BANDS.FX(b) != 0.0) {
+            check.rows.push_back(at_most("pass band", band, request.QUADRUPLETS(b, 4), ripple_of(deviation)));
+        } else {
+            check.rows.push_back(at_least("stopband", band, request.QUADRUPLETS(b, 4), -20 * std::log10(deviation)));
+        }
+    }
+    return check;
+}
+
+}  // namespace kavrel

@@ -1,0 +1,136 @@
+#include "segment/request_check.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <fmt/format.h>
+
+namespace kavrel {
+
+namespace {
+
+bool within_tolerance(const CheckRow& row);
+CheckRow settled(CheckRow row);
+std::string band_text(const CheckBand& band);
+int telling_decimals(const CheckRow& row, int least);
+std::string value_text(double value, int decimals, std::string_view unit);
+
+}  // namespace
+
+CheckRow at_most(std::string_view what, CheckBand band, double asked, double reached) {
+    return settled({.what = what, .band = band, .asked = asked, .reached = reached, .margin = asked - reached});
+}
+
+CheckRow at_least(std::string_view what, CheckBand band, double asked, double reached) {
+    return settled(
+        {.what = what, .band = band, .asked = asked, .reached = reached, .margin = reached - asked, .spare = true});
+}
+
+CheckRow equal_to(std::string_view what, double asked, double reached) {
+    return settled(
+        {.what = what, .asked = asked, .reached = reached, .margin = -std::fabs(reached - asked), .unit = ""});
+}
+
+CheckRow shown_value(std::string_view what, CheckBand band, double reached) {
+    return {.what = what,
+            .band = band,
+            .asked = std::numeric_limits<double>::quiet_NaN(),
+            .reached = reached,
+            .unit = "",
+            .met = true};
+}
+
+int RequestCheck::missed() const {
+    return static_cast<int>(std::ranges::count_if(rows, [](const CheckRow& row) { return !row.met; }));
+}
+
+std::string check_summary(const RequestCheck& check) {
+    if (!check.has_request) return std::string(no_request);
+    if (const int missed = check.missed(); missed > 0)
+        return fmt::format("{} of {} not met", missed, check.rows.size());
+    double least = std::numeric_limits<double>::infinity();
+    for (const CheckRow& row : check.rows) {
+        if (row.spare) least = std::min(least, row.margin);
+    }
+    return std::isfinite(least) ? fmt::format("meets the request (+{:.1f} dB)", std::max(least, 0.0))
+                                : std::string("meets the request");
+}
+
+std::vector<std::string> missed_lines(const RequestCheck& check) {
+    std::vector<std::string> lines;
+    for (const CheckRow& row : check.rows) {
+        if (row.met) continue;
+        const std::string band = band_text(row.band);
+        const int decimals = telling_decimals(row, row.unit.empty() ? 4 : 2);
+        lines.push_back(fmt::format("  *** {}{}{}: {} asked, {} reached ***", row.what, band.empty() ? "" : " ", band,
+                                    value_text(row.asked, decimals, row.unit),
+                                    value_text(row.reached, decimals, row.unit)));
+    }
+    return lines;
+}
+
+std::vector<std::string> check_table(const RequestCheck& check) {
+    std::vector<std::string> lines;
+    if (check.has_request) {
+        lines.push_back(fmt::format("{:<14}{:<34}{:>14}{:>14}{:>13}", "", "", "asked", "reached", "margin"));
+    }
+    for (const CheckRow& row : check.rows) {
+        const int decimals = telling_decimals(row, 4);
+        const auto value = [&](double v) {
+            return fmt::format("{:>14}", std::isnan(v) ? "" : value_text(v, decimals, row.unit));
+        };
+        const std::string margin = std::isnan(row.asked) ? "" : fmt::format("{:+.{}f}", row.margin, decimals);
+        lines.push_back(fmt::format("{:<14}{:<34}{}{}{:>13}{}", row.what, band_text(row.band), value(row.asked),
+                                    value(row.reached), margin, row.met ? "" : "  not met"));
+    }
+    lines.push_back(check_summary(check));
+    return lines;
+}
+
+namespace {
+
+bool within_tolerance(const CheckRow& row) {
+    return row.margin >= -std::max(row.unit == "dB" ? check_tolerance : 0.0, check_tolerance * std::fabs(row.asked));
+}
+
+CheckRow settled(CheckRow row) {
+    row.met = within_tolerance(row);
+    return row;
+}
+
+// Large frequencies with a prefix, so that a line of two fits the report.
+std::string frequency_text(double hertz) {
+    if (hertz >= 1e9) return fmt::format("{:.3f} GHz", hertz / 1e9);
+    if (hertz >= 1e6) return fmt::format("{:.3f} MHz", hertz / 1e6);
+    return fmt::format("{:.3f} Hz", hertz);
+}
+
+std::string band_text(const CheckBand& band) {
+    if (!band.is_given()) return {};
+    if (std::isinf(band.to)) return frequency_text(band.from) + " up";
+    if (band.from == 0) return "up to " + frequency_text(band.to);
+    return frequency_text(band.from) + " to " + frequency_text(band.to);
+}
+
+// As many as show that a missed value is not the one asked for.
+int telling_decimals(const CheckRow& row, int least) {
+    constexpr int most = 9;
+    int decimals = least;
+    while (!row.met && decimals < most &&
+           value_text(row.asked, decimals, "") == value_text(row.reached, decimals, "")) {
+        ++decimals;
+    }
+    return decimals;
+}
+
+// A value too large to be read in decimals comes with an exponent.
+std::string value_text(double value, int decimals, std::string_view unit) {
+    constexpr double widest = 1e6;
+    const std::string number =
+        std::fabs(value) < widest ? fmt::format("{:.{}f}", value, decimals) : fmt::format("{:.5e}", value);
+    return unit.empty() ? number : number + ' ' + std::string(unit);
+}
+
+}  // namespace
+
+}  // namespace kavrel

@@ -1,0 +1,58 @@
+#include "workbench/shown.h"
+
+#include "approximation/loss_rows.h"
+#include "fir/fir_rows.h"
+#include "passive/circuit_request_check.h"
+#include "workbench/rooms.h"
+
+namespace kavrel {
+
+namespace {
+
+bool has_function(const Workbench& bench) { return bench.filter.design.transfer.poleCount > 0; }
+
+}  // namespace
+
+Shown shown(const Workbench& bench) {
+    const PassiveFilter& passive = bench.passive;
+    switch (bench.session.segment) {
+        case SegmentId::passive: {
+            Shown shown;
+            if (passive.designed) shown.spec = &passive.spec, shown.transfer = &passive.transfer;
+            if (passive.circuit.klast > 0 && passive.circuit == bench.ladder.circuit) {
+                shown.filter = &bench.filter;
+                shown.synthesis = &bench.ladder.state;
+            }
+            return shown;
+        }
+        case SegmentId::fir: return {};
+        default:
+            if (!has_function(bench)) return {};
+            return {.spec = &bench.filter.found, .transfer = &bench.filter.design.transfer, .filter = &bench.filter};
+    }
+}
+
+const RequestCheck& shown_check(Workbench& bench) {
+    if (!bench.check) bench.check = check_of_shown(bench);
+    return *bench.check;
+}
+
+RequestCheck check_of_shown(const Workbench& bench) {
+    if (bench.check) return *bench.check;
+    const auto check = room_of(bench.session.segment).check;
+    return check == nullptr ? RequestCheck{} : check(bench);
+}
+
+RequestCheck check_of_function(const Workbench& bench) {
+    if (!has_function(bench)) return {};
+    const FilterDesign& design = bench.filter.design;
+    return check_function(design.request, bench.filter.found, design.transfer, design.notes.predistortion.used_q);
+}
+
+RequestCheck check_of_circuit(const Workbench& bench) { return check_circuit(bench.passive); }
+
+RequestCheck check_of_fir(const Workbench& bench) {
+    return bench.fir_designed_for ? check_fir(*bench.fir_designed_for, bench.fir) : RequestCheck{};
+}
+
+}  // namespace kavrel

@@ -1,0 +1,26 @@
+// What is shown: the filter of the current Segment, its design, and how it meets its request.
+#pragma once
+
+#include "workbench/workbench.h"
+
+namespace kavrel {
+
+// The design behind what is shown, as far as it has one.
+struct Shown {
+    const FilterSpec* spec = nullptr;  // its request, with what was found for it
+    const TransferFunction* transfer = nullptr;
+    const DesignedFilter* filter = nullptr;     // the last design, while it is that of what is shown
+    const SynthesisState* synthesis = nullptr;  // of the last synthesis, while its circuit is what is shown
+};
+[[nodiscard]] Shown shown(const Workbench& bench);
+
+// Of what is shown; kept until the next event.
+[[nodiscard]] const RequestCheck& shown_check(Workbench& bench);
+[[nodiscard]] RequestCheck check_of_shown(const Workbench& bench);  // made anew, unless it is kept
+
+// Of the parts that can be shown: the last transfer function, the circuit, the FIR filter.
+[[nodiscard]] RequestCheck check_of_function(const Workbench& bench);
+[[nodiscard]] RequestCheck check_of_circuit(const Workbench& bench);
+[[nodiscard]] RequestCheck check_of_fir(const Workbench& bench);
+
+}  // namespace kavrel

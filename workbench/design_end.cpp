@@ -10,11 +10,12 @@ void discontinue(Workbench& bench) {
     ++bench.discontinued_designs;
 }
 
-void keep_function(Workbench& bench, std::string_view title) {
+void end_with_function(Workbench& bench, std::string_view title) {
+    for (const std::string& line : missed_lines(check_of(bench.drafted))) bench.reporter.report_line(line);
+    if (bench.session.segment != SegmentId::main) return;
     bench.filter = bench.drafted;
     forget(bench.ladder);
     bench.session.TITLE = title;
-    for (const std::string& line : missed_lines(check_of_function(bench))) bench.reporter.report_line(line);
 }
 
 }  // namespace kavrel

@@ -8,8 +8,8 @@ namespace kavrel {
 // It did not come off: its request stands alone, beside the former design.
 void discontinue(Workbench& bench);
 
-// Its transfer function is all that there is: it takes the place of the former one, and of the last synthesis. What it
-// misses of its request is reported.
-void keep_function(Workbench& bench, std::string_view title);
+// Its transfer function is all that there is, and is reported with what it misses. Where no filter is shown that has a
+// Segment of its own, it takes the place of the former function, and of the last synthesis.
+void end_with_function(Workbench& bench, std::string_view title);
 
 }  // namespace kavrel

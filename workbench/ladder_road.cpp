@@ -26,11 +26,11 @@ void ladder_road(Workbench& bench, std::string_view title) {
     }
     enter_segment(bench, came_from);
     if (bench.ladder.outcome == SynthesisOutcome::unbuilt) not_implemented(bench);
+    bench.session.TITLE = former_title;
     if (bench.ladder.outcome == SynthesisOutcome::failed) {
-        bench.session.TITLE = former_title;
         discontinue(bench);
     } else {
-        keep_function(bench, title);
+        end_with_function(bench, title);
     }
 }
 

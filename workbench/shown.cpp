@@ -43,10 +43,13 @@ RequestCheck check_of_shown(const Workbench& bench) {
     return check == nullptr ? RequestCheck{} : check(bench);
 }
 
+RequestCheck check_of(const DesignedFilter& filter) {
+    const FilterDesign& design = filter.design;
+    return check_function(design.request, filter.found, design.transfer, design.notes.predistortion.used_q);
+}
+
 RequestCheck check_of_function(const Workbench& bench) {
-    if (!has_function(bench)) return {};
-    const FilterDesign& design = bench.filter.design;
-    return check_function(design.request, bench.filter.found, design.transfer, design.notes.predistortion.used_q);
+    return has_function(bench) ? check_of(bench.filter) : RequestCheck{};
 }
 
 RequestCheck check_of_circuit(const Workbench& bench) { return check_circuit(bench.passive); }

@@ -18,7 +18,8 @@ struct Shown {
 [[nodiscard]] const RequestCheck& shown_check(Workbench& bench);
 [[nodiscard]] RequestCheck check_of_shown(const Workbench& bench);  // made anew, unless it is kept
 
-// Of the parts that can be shown: the last transfer function, the circuit, the FIR filter.
+// Of the transfer function of a design; of the parts that can be shown: the last function, the circuit, the FIR filter.
+[[nodiscard]] RequestCheck check_of(const DesignedFilter& filter);
 [[nodiscard]] RequestCheck check_of_function(const Workbench& bench);
 [[nodiscard]] RequestCheck check_of_circuit(const Workbench& bench);
 [[nodiscard]] RequestCheck check_of_fir(const Workbench& bench);

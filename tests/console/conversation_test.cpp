@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "tests/console/script_run.h"
+#include "tests/support/examples.h"
 #include "tests/support/golden.h"
 
 namespace kavrel {
@@ -46,8 +47,7 @@ TEST_P(Conversations, GoAsTheyDid) {
     expect_golden(conversations + GetParam() + ".txt", text + conversation(head, script));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Conversations,
-                         testing::Values("answers", "designs", "forms", "lines", "passive", "units"),
+INSTANTIATE_TEST_SUITE_P(All, Conversations, testing::ValuesIn(scripts_of(TEST_DATA "/conversations")),
                          [](const auto& test) { return test.param; });
 
 TEST(Plots, SayWhereTheirFilterIsAnEarlierOne) {

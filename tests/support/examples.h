@@ -1,4 +1,4 @@
-// The scripts of examples/, by their names.
+// The scripts of a folder, examples/ above all, by their names.
 #pragma once
 
 #include <algorithm>
@@ -8,13 +8,14 @@
 
 namespace kavrel {
 
-inline std::vector<std::string> example_files() {
+inline std::vector<std::string> scripts_of(const std::string& folder) {
     std::vector<std::string> files;
-    for (const auto& entry : std::filesystem::directory_iterator(EXAMPLES)) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         if (entry.path().extension() == ".kav") files.push_back(entry.path().stem());
     }
     std::ranges::sort(files);
     return files;
 }
+inline std::vector<std::string> example_files() { return scripts_of(EXAMPLES); }
 
 }  // namespace kavrel

@@ -35,7 +35,7 @@ TEST_F(AnalysisRoad, APassiveFilterOpensItsSegmentOnAnEmptyStore) {
     int k = 1;
     ASSERT_EQ(insertBranch(bench->passive.circuit, k, 50.0, 0.0, BranchId::resistor), CircuitVerdict::done);
     bench->passive_state.kept.undoCount = 3;
-    bench->filter.transfer.poleCount = 5;
+    bench->filter.design.transfer.poleCount = 5;
     bench->design = DesignOutcome::done;
     const struct {
         K kind;
@@ -70,7 +70,7 @@ TEST_F(AnalysisRoad, APassiveFilterOpensItsSegmentOnAnEmptyStore) {
         EXPECT_EQ(bench->passive.spec.filterType, static_cast<FilterType>(row.type));
         EXPECT_FALSE(bench->passive.designed);
         EXPECT_EQ(bench->passive_state.kept.undoCount, 0);
-        EXPECT_EQ(bench->filter.transfer.poleCount, 0) << "of the former design";
+        EXPECT_EQ(bench->filter.design.transfer.poleCount, 0) << "of the former design";
         EXPECT_EQ(bench->design, DesignOutcome::none);
         EXPECT_TRUE(window.boxes.empty());
     }

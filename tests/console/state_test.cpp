@@ -1,0 +1,85 @@
+// The state file reports what is shown, whatever was tried since.
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "tests/console/script_run.h"
+#include "workbench/state_json.h"
+
+namespace kavrel {
+namespace {
+
+using Json = nlohmann::json;
+
+const std::string notch = "include " TEST_DATA "/conversations/files/notch.kav\n";
+const std::string form = "choose Design > Filter > New\n";
+const std::string typed = "choose Analysis > Filter > New\nok\n";
+const std::string detune = "choose Branch > Change\nset branch 4\nset first 100m\nok\n";
+
+const std::vector<std::string> of_design = {"spec", "transfer", "check"};
+const std::vector<std::string> of_synthesis = {"x_plane", "immittance", "terminations", "synthesis"};
+
+struct StateFile : testing::Test {
+    ScratchFolder folder;
+    ScriptRun run{true};
+
+    Json after(const std::string& script) {
+        run.run(script);
+        return Json::parse(state_json(run.bench));
+    }
+    static void expect_same(const Json& now, const Json& then, std::vector<std::string> keys) {
+        for (const auto& key : keys) EXPECT_EQ(now.value(key, Json()), then.value(key, Json())) << key;
+    }
+    static void expect_none(const Json& now, const std::vector<std::string>& keys) {
+        for (const auto& key : keys) EXPECT_FALSE(now.contains(key)) << key;
+    }
+};
+
+TEST_F(StateFile, IsTheFormerOneAfterADesignOrASynthesisThatFailed) {
+    const Json before = after(notch);
+    EXPECT_EQ(before["check"].size(), 3U);
+    const std::string too_steep = "set stopband_type Monotonic\nset upper_stopband 0.90001k\nok\n";
+    const std::string real_zero =
+        "set stopband_type Specified\nset zeros_at_infinity 3\nbutton \"Detail Parameters\"\nrow 900 0\nok\nok\nok\n";
+    for (const std::string& fails : {too_steep, real_zero}) {
+        const Json now = after(form + "set upper_passband 0.9k\n" + fails);
+        EXPECT_EQ(now["design"], "discontinued") << run.shown.str();
+        EXPECT_EQ(now["request"]["upperPassEdge"], 900);
+        expect_same(now, before, {"title", "segment", "circuit", "parts"});
+        expect_same(now, before, of_design);
+        expect_same(now, before, of_synthesis);
+    }
+    const Json again = after(form + "set stopband_type \"Equal min\"\nset upper_stopband 1.5k\nok\nok\n");
+    EXPECT_EQ(again["design"], "done");
+    expect_none(again, {"request"});
+    EXPECT_EQ(again["spec"]["upperPassEdge"], 900);
+}
+
+TEST_F(StateFile, HasTheSynthesisOfTheCircuitThatIsShownAlone) {
+    const Json designed = after(notch + "choose File > Save\nfile notch.qfp\n");
+    const Json edited = after(detune);
+    expect_same(edited, designed, {"spec", "transfer"});
+    EXPECT_FALSE(edited["check"][0]["met"]);
+    expect_none(edited, of_synthesis);
+    const Json undone = after("do undo\n");
+    expect_same(undone, designed, of_design);
+    expect_same(undone, designed, of_synthesis);
+
+    // A design whose synthesis is left changes nothing of the circuit that is shown.
+    const Json left = after(form + "set band_edge_loss 0.2\nok\ncancel\n");
+    expect_same(left, designed, of_design);
+    expect_same(left, designed, of_synthesis);
+
+    const Json another = after(form + "set band_edge_loss 0.5\nok\nok\n");
+    EXPECT_EQ(another["spec"]["bandEdgeLoss"], 0.5);
+    const Json opened = after("choose File > Open\nanswer yes\nfile notch.qfp\n");
+    expect_same(opened, designed, of_design);
+    expect_none(opened, of_synthesis);
+
+    const Json by_hand = after(typed);
+    expect_none(by_hand, of_design);
+    expect_none(by_hand, of_synthesis);
+}
+
+}  // namespace
+}  // namespace kavrel

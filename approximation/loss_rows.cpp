@@ -123,7 +123,8 @@ SearchedBand::SearchedBand(const JudgedLoss& judged, CheckBand band)
     : band_(band), edge_(std::isinf(band.to) ? band.from : band.to), top_(top_of_medium(judged.request)) {
     const double first = angle(band.from), last = angle(band.to);
     for (int i = 0; i <= even_places; ++i) {
-        places_.push_back((first + last) / 2 - (last - first) / 2 * std::cos(std::numbers::pi * i / even_places));
+        const double place = (first + last) / 2 - (last - first) / 2 * std::cos(std::numbers::pi * i / even_places);
+        places_.push_back(std::clamp(place, first, last));
     }
     add_design(judged);
     for (const double frequency : judged.places) places_.push_back(angle(frequency));

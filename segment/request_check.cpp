@@ -28,7 +28,7 @@ CheckRow at_least(std::string_view what, CheckBand band, double asked, double re
 
 CheckRow equal_to(std::string_view what, double asked, double reached) {
     return settled(
-        {.what = what, .asked = asked, .reached = reached, .margin = -std::fabs(reached - asked), .unit = ""});
+        {.what = what, .asked = asked, .reached = reached, .margin = 0.0 - std::fabs(reached - asked), .unit = ""});
 }
 
 CheckRow shown_value(std::string_view what, CheckBand band, double reached) {

@@ -64,7 +64,8 @@ void design(Workbench& bench) {
     if (const auto take_over = kind_road(request.filter_kind).design) {
         take_over(bench, new_title);
     } else {
-        enter_segment(bench, SegmentId::main);  // where a function without a circuit is shown
+        // A function without a circuit is shown in the main menu.
+        if (bench.session.segment != SegmentId::main) enter_segment(bench, SegmentId::main);
         end_with_function(bench, new_title);
     }
 }

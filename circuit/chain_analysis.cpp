@@ -161,6 +161,7 @@ void store_performance(const Performance& performance, AnalysisResult& result) {
     for (int i = 1; i <= performance.count; ++i) {
         const PerformanceRow& row = performance.rows(i);
         result.FREQ(i) = static_cast<float>(row.frequency);
+        result.frequency(i) = row.frequency;
         result.LOSS(i) = static_cast<float>(std::min(row.loss, largest_stored_loss));
         result.PHASE(i) = static_cast<float>(row.phase);
         result.DELA(i) = static_cast<float>(row.delay);

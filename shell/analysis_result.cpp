@@ -10,7 +10,8 @@ namespace kavrel {
 namespace {
 
 int row_count(const AnalysisResult& result, AnalysisResult::Kind kind);
-void add_number(float value, std::string& text);
+template <class Real>
+void add_number(Real value, std::string& text);
 
 }  // namespace
 
@@ -25,10 +26,13 @@ std::string_view column_unit(const AnalysisResult& result, const ColumnRow& row)
     return result.admittance ? "S" : "ohm";
 }
 
-std::span<const float> column_values(const AnalysisResult& result, const ColumnRow& row) {
-    if (!has_column(result, row)) return {};
-    const auto rows = static_cast<std::size_t>(row_count(result, row.kind));
-    return std::span<const float>((result.*row.column).cells).first(rows);
+std::vector<double> column_values(const AnalysisResult& result, const ColumnRow& row) {
+    std::vector<double> values;
+    if (!has_column(result, row)) return values;
+    for (int i = 1; i <= row_count(result, row.kind); ++i) {
+        values.push_back(row.exact != nullptr ? (result.*row.exact)(i) : static_cast<double>((result.*row.column)(i)));
+    }
+    return values;
 }
 
 std::string write_table_csv(const AnalysisResult& result) { return write_table_csv(result, result.kind); }
@@ -49,7 +53,7 @@ std::string write_table_csv(const AnalysisResult& result, AnalysisResult::Kind k
         for (const ColumnRow& row : result_columns) {
             if (row.kind != kind || !has_column(result, row)) continue;
             csv += separator;
-            add_number((result.*row.column)(i), csv);
+            row.exact != nullptr ? add_number((result.*row.exact)(i), csv) : add_number((result.*row.column)(i), csv);
             separator = ",";
         }
         csv += '\n';
@@ -68,7 +72,8 @@ int row_count(const AnalysisResult& result, AnalysisResult::Kind kind) {
     return 0;
 }
 
-void add_number(float value, std::string& text) {
+template <class Real>
+void add_number(Real value, std::string& text) {
     if (!std::isfinite(value)) return;
     std::array<char, 32> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;

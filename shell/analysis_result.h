@@ -7,10 +7,10 @@
 #pragma once
 
 #include <array>
-#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "shell/fingerprint.h"
 #include "shell/fixed_text.h"
@@ -49,6 +49,7 @@ struct AnalysisResult {
     bool has_immittance = false;  // AREAL and IMAG
     bool admittance = false;      // they are in siemens
     ResultColumn FREQ;
+    Table<double, analysis_points> frequency;  // [i] FREQ(i) before it was rounded
     ResultColumn LOSS;
     ResultColumn PHASE;
     ResultColumn DELA;
@@ -84,10 +85,11 @@ struct ColumnRow {
     std::string_view unit;  // blank where it depends on the result: see column_unit
     ResultColumn AnalysisResult::*column;
     bool AnalysisResult::*present;
+    Table<double, analysis_points> AnalysisResult::*exact = nullptr;  // the same in doubles, where it is kept
 };
 
 inline constexpr std::array<ColumnRow, 10> result_columns = {{
-    {AnalysisResult::Kind::frequency, "frequency", "", &AnalysisResult::FREQ, nullptr},
+    {AnalysisResult::Kind::frequency, "frequency", "", &AnalysisResult::FREQ, nullptr, &AnalysisResult::frequency},
     {AnalysisResult::Kind::frequency, "loss", "dB", &AnalysisResult::LOSS, &AnalysisResult::has_loss},
     {AnalysisResult::Kind::frequency, "phase", "deg", &AnalysisResult::PHASE, &AnalysisResult::has_phase},
     {AnalysisResult::Kind::frequency, "delay", "sec", &AnalysisResult::DELA, &AnalysisResult::has_delay},
@@ -105,12 +107,13 @@ inline constexpr std::array<ColumnRow, 10> result_columns = {{
 // The unit of a column of this result: "Hz" or "rad/sec", "ohm" or "S", or the row's own.
 [[nodiscard]] std::string_view column_unit(const AnalysisResult& result, const ColumnRow& row);
 
-// The valid rows of a column; empty where the result does not have it.
-[[nodiscard]] std::span<const float> column_values(const AnalysisResult& result, const ColumnRow& row);
+// The valid rows of a column, in doubles where they are kept so; empty where the result does not have it.
+[[nodiscard]] std::vector<double> column_values(const AnalysisResult& result, const ColumnRow& row);
 
 // The results of one kind as comma-separated values: a header such as "frequency (Hz),loss (dB)", then a line for each
-// row, each ended by a line feed. Numbers have as many digits as it takes for the single-precision value to come back
-// exactly; a value that is not finite leaves its cell empty. Without results of this kind the text is empty.
+// row, each ended by a line feed. Numbers have as many digits as it takes for the value to come back exactly, as kept:
+// frequencies in doubles, the others in single precision; a value that is not finite leaves its cell empty. Without
+// results of this kind the text is empty.
 [[nodiscard]] std::string write_table_csv(const AnalysisResult& result, AnalysisResult::Kind kind);
 
 // The same for the last analysis.

@@ -414,7 +414,7 @@ TEST(ResultTable, IsExactAndTellsWhatThereIs) {
     result->has_loss = result->has_delay = true;
     std::mt19937 random(3);
     for (int i = 1; i <= 501; ++i) {
-        result->FREQ(i) = static_cast<float>(i - 1) * 0.1f;
+        result->frequency(i) = (i - 1) * 0.1;
         const auto bits = static_cast<std::uint32_t>(random());
         std::memcpy(&result->LOSS(i), &bits, sizeof bits);  // any single-precision number at all
     }
@@ -426,7 +426,7 @@ TEST(ResultTable, IsExactAndTellsWhatThereIs) {
         const std::string line = csv.substr(at, csv.find('\n', at) - at);
         at += line.size() + 1;
         const auto comma = line.find(',');
-        EXPECT_EQ(std::strtof(line.c_str(), nullptr), result->FREQ(i));
+        EXPECT_EQ(std::strtod(line.c_str(), nullptr), result->frequency(i));
         if (std::isfinite(result->LOSS(i))) {
             EXPECT_EQ(std::strtof(line.c_str() + comma + 1, nullptr), result->LOSS(i)) << line;
         } else {

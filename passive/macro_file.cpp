@@ -42,15 +42,16 @@ void record_macro(PassiveDesk& desk, const MacroStep& step) {
 }
 
 void start_macro(PassiveDesk& desk) {
-    auto name = ask_file(
+    const auto typed = ask_file(
         desk, {.caption = select_file, .description = file_description, .filter = file_filter, .to_write = true});
-    if (!name) return;
-    if (!name->ends_with(extension)) *name = std::string(file_stem(*name)) + std::string(extension);
+    if (!typed) return;
+    const std::string name = std::string(file_stem(*typed)) + std::string(extension);
+    if (!may_write(desk.session, desk.reporter, *typed, name)) return;
     if (desk.state.recording) close_macro(desk);
     const std::string head = display_lines("{UP} ~") + "IntControl (35, 100, 0, 0, 0)\n";
-    desk.state.macro_file.assign(*name);
-    desk.state.recording = desk.state.macro_file.trimmed() == *name && write_whole(*name, head);
-    if (!desk.state.recording) refuse(desk, "File could not be opened");
+    desk.state.macro_file.assign(name);
+    desk.state.recording = desk.state.macro_file.trimmed() == name && write_whole(name, head);
+    desk.state.recording ? note_written(desk.session, name) : refuse(desk, "File could not be opened");
 }
 
 void stop_macro(PassiveDesk& desk) {

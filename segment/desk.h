@@ -46,8 +46,16 @@ void report_lines(Desk& desk, std::span<const std::string> lines);
 // The name of a file to be read or written; none, with the box "CANCEL", when the selector was left empty.
 [[nodiscard]] std::optional<std::string> ask_file(Desk& desk, const FileQuery& query);
 
-// Writes a text file; false, after its box, where that failed.
-[[nodiscard]] bool write_text(Desk& desk, const std::string& path, std::string_view text);
+// Whether a file of this name is to be written. It is asked only where the extension that was typed has given way to
+// another one and there is such a file that this session has not written; "No" is a refusal, with its box.
+[[nodiscard]] bool may_write(Session& session, Reporter& reporter, std::string_view typed, const std::string& name);
+
+// Notes a file that was written: it may be written again.
+void note_written(Session& session, const std::string& name);
+
+// Writes a text file under the name that was made from the one typed; false, after its box, where that failed.
+[[nodiscard]] bool write_text(Desk& desk, std::string_view typed, const std::string& name, std::string_view text,
+                              std::string_view failure = "File could not be written");
 
 // The same with lines, into a file whose name the user gives and that gets the extension of the slot. False also when
 // the user gives none.

@@ -61,11 +61,14 @@ bool recall(const KeptWork& work) {
 }
 
 bool save(const KeptWork& work) {
-    const Session& session = work.desk.session;
+    Session& session = work.desk.session;
     if (work.is_empty()) return refused(work, data_unavailable);
     if (session.filter_file.is_blank() && !ask_stored_name(work)) return false;
-    const FileStatus status = work.save_to(session.filter_file.trimmed());
-    return status == FileStatus::done || refused(work, message_of(status));
+    const std::string_view name = session.filter_file.trimmed();
+    const FileStatus status = work.save_to(name);
+    if (status != FileStatus::done) return refused(work, message_of(status));
+    note_written(session, work.file_of(name));
+    return true;
 }
 
 bool save_as(const KeptWork& work) { return ask_stored_name(work) && save(work); }
@@ -126,6 +129,7 @@ bool ask_stored_name(const KeptWork& work) {
         {.caption = select_file, .description = stored_files, .filter = work.selector_filter(), .to_write = true});
     if (!name) return false;
     if (!fits(session, *name)) return refused(work, "File could not be opened");
+    if (!may_write(session, work.desk.reporter, *name, work.file_of(*name))) return false;
     session.filter_file = std::string_view(*name);
     return true;
 }

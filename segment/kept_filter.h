@@ -43,6 +43,7 @@ public:
     [[nodiscard]] virtual std::string snapshot() const = 0;
     [[nodiscard]] virtual bool take_snapshot(std::string_view bytes) const = 0;  // as `Layout::take`
     [[nodiscard]] virtual bool is_empty() const = 0;
+    [[nodiscard]] virtual std::string file_of(std::string_view name) const = 0;   // as `file_of_filter`
     [[nodiscard]] virtual FileStatus save_to(std::string_view name) const = 0;    // as `save_filter`
     [[nodiscard]] virtual FileStatus read_from(std::string_view name) const = 0;  // as `read_filter`
     [[nodiscard]] virtual std::string selector_filter() const = 0;                // "*.qfp; *.trf"
@@ -59,6 +60,7 @@ public:
     std::string snapshot() const override { return keeping_.snapshot.bytes(filter_, title_); }
     bool take_snapshot(std::string_view bytes) const override { return keeping_.snapshot.take(bytes, filter_, title_); }
     bool is_empty() const override { return keeping_.is_empty(filter_); }
+    std::string file_of(std::string_view name) const override { return file_of_filter<Filter>(name, keeping_.forms); }
     FileStatus save_to(std::string_view name) const override {
         return save_filter(name, keeping_.forms, filter_, title_);
     }

@@ -55,6 +55,12 @@ template <class Filter>
     return found == forms.end() ? forms.front() : *found;
 }
 
+// The name of the file that a filter is saved to under this name.
+template <class Filter>
+[[nodiscard]] std::string file_of_filter(std::string_view name, StoredForms<Filter> forms) {
+    return file_name(name, form_of_name<Filter>(forms, name).slot);
+}
+
 // Writes to the file of this name, in the form of its extension; that of the first form takes the place of any other. A
 // filter that could not be read again, having numbers that are not finite, is not written: `not_written`. So no good
 // file is given up for one that cannot be read.

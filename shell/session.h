@@ -2,6 +2,8 @@
 #pragma once
 
 #include <array>
+#include <string>
+#include <vector>
 
 #include "shell/commands.h"
 #include "shell/fixed_text.h"
@@ -27,10 +29,11 @@ struct Session {
 
     int design_kind = 0;        // of the last design: 1 passive LC, 2 microwave, 3 active RC, 4 IIR digital, 0 none
     FixedText<6> design_class;  // "filter" or "delay": the form that "New" opens again
-    bool recall_from_command_line = false;  // the stored filter's name comes from the command line
-    FixedText<256> filter_file;             // stored filter
-    FixedText<256> input_file;              // design input data
-    FixedText<80> TITLE;                    // of the filter
+    bool recall_from_command_line = false;   // the stored filter's name comes from the command line
+    FixedText<256> filter_file;              // stored filter
+    FixedText<256> input_file;               // design input data
+    FixedText<80> TITLE;                     // of the filter
+    std::vector<std::string> written_files;  // under names that a user gave: replaced without a question
 
     SegmentId segment = SegmentId::main;                     // the current one
     std::array<int, segment_count> segment_entry{};          // how a Segment is entered on its next call

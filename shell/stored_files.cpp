@@ -20,6 +20,7 @@ constexpr std::size_t marker_size = sizeof(std::uint32_t);
 constexpr std::string_view extensions[] = {".dat", ".f90", ".qfa", ".qff", ".qfd", ".qfm", ".qfp", ".ckt", ".tab",
                                            ".trf", ".dbg", ".qfx", ".ckt", ".txt", ".swc", ".txt", ".txt", ".req",
                                            ".m  ", ".pz ", ".dzn", "    ", "    ", "    ", "    "};
+constexpr std::string_view further_extensions[] = {".qfi", ".qai", ".wbt", ".s2p", ".svg", ".csv"};
 
 std::uint32_t marker_at(std::string_view bytes);
 bool write_stream(const std::string& path, std::string_view bytes);
@@ -29,18 +30,19 @@ bool write_stream(const std::string& path, std::string_view bytes);
 std::string_view EXT(int slot) { return extensions[((slot - 1) % 25 + 25) % 25]; }
 
 std::string file_name(std::string_view stem, ExtSlot slot) {
-    const std::string_view extension = trim_right(EXT(static_cast<int>(slot)));
-    stem = trim(stem);
-    if (!stem.ends_with(extension)) stem = file_stem(stem);
-    return stem.ends_with(extension) ? std::string(stem) : std::string(stem) + std::string(extension);
+    return std::string(file_stem(trim(stem))) + std::string(trim_right(EXT(static_cast<int>(slot))));
 }
 
 std::string_view file_stem(std::string_view name) {
-    const std::size_t first = name.size() > 4 ? name.size() - 4 : 0;
+    const auto ends_name = [&](std::string_view extension) {
+        return !trim_right(extension).empty() && name.ends_with(trim_right(extension));
+    };
     const auto dot = name.find_last_of('.');
-    const bool cuts = dot != std::string_view::npos && dot >= first && name.find('/', dot) == std::string_view::npos;
+    const bool cuts = std::ranges::any_of(extensions, ends_name) || std::ranges::any_of(further_extensions, ends_name);
     return cuts ? name.substr(0, dot) : name;
 }
+
+bool extension_swapped(std::string_view typed, std::string_view name) { return !name.starts_with(trim(typed)); }
 
 bool write_whole(const std::string& path, std::string_view bytes) {
     std::error_code unknown;

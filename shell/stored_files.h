@@ -48,12 +48,15 @@ enum class ExtSlot {
 // The extension of a slot as the table holds it, four characters; the slot number is taken modulo 25.
 [[nodiscard]] std::string_view EXT(int slot);
 
-// The stem with the slot's extension: a stem that ends in it stays as it is; a dot among the last four characters cuts
-// the stem there before the extension is appended.
+// The stem with the slot's extension, in place of another one that it may end in.
 [[nodiscard]] std::string file_name(std::string_view stem, ExtSlot slot);
 
-// A name without its extension, or as it is when none of its last four characters is a dot.
+// A name without its extension; what is none of the table or of the other kinds of file that the program writes belongs
+// to the name: "lp1.5k" stays as it is.
 [[nodiscard]] std::string_view file_stem(std::string_view name);
+
+// Whether the extension that was typed with a name has given way to another one.
+[[nodiscard]] bool extension_swapped(std::string_view typed, std::string_view name);
 
 // Writes a file beside the old one and renames it into place, so that the old one stays whole whatever happens. False
 // when it could not be written. A program that is killed meanwhile leaves no more than the one file of `name_beside`,

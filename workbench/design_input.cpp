@@ -1,5 +1,6 @@
 #include "workbench/design_input.h"
 
+#include "segment/desk.h"
 #include "shell/stored_files.h"
 
 namespace kavrel {
@@ -43,15 +44,18 @@ bool save_input(Workbench& bench, const InputFileKind& kind, std::string_view by
                                                            .filter = kind.filter,
                                                            .to_write = true});
         if (name.empty()) return true;
-        const std::string whole =
-            name.ends_with(kind.extension) ? name : std::string(file_stem(name)) + std::string(kind.extension);
+        const std::string whole = std::string(file_stem(name)) + std::string(kind.extension);
         if (!fits(bench, whole)) {
             bench.reporter.message("File could not be written", "Error");
             return false;
         }
+        if (!may_write(bench.session, bench.reporter, name, whole)) return false;
         bench.session.input_file.assign(whole);
     }
-    if (write_whole(bench.session.input_file.text(), bytes)) return true;
+    if (write_whole(bench.session.input_file.text(), bytes)) {
+        note_written(bench.session, bench.session.input_file.text());
+        return true;
+    }
     bench.session.input_file = {};
     bench.reporter.message("File could not be written", "Error");
     return false;

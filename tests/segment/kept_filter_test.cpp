@@ -134,7 +134,7 @@ TEST(KeptFilter, TitleAndFileFollowTheFilter) {
     ASSERT_TRUE(recall(bench.work));
     EXPECT_TRUE(bench.session.filter_file.is_blank());
     EXPECT_FALSE(read(bench.work, false)) << "the warning is answered with No";
-    bench.window.files = {"two.ckx", std::string(300, 'x')};
+    bench.window.files = {"two.ckt", std::string(300, 'x')};
     ASSERT_TRUE(save_as(bench.work));
     EXPECT_EQ(read_text("two.qff"), "f1 typed.");
     bench.window.boxes.clear();

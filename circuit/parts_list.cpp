@@ -20,6 +20,7 @@ constexpr PartClass part_classes[] = {
     {'r', 'R', "resistors", " total number of resistors:  "},
     {'l', 'L', "inductors", "inductors:  "},
     {'c', 'C', "capacitors", "capacitors:  "},
+    {'z', 'Z', "unit elements", "unit elements:  "},
 };
 
 std::string part_text(CircuitKind kind, const UnitSet& units, const CircuitPart& part);
@@ -66,7 +67,10 @@ std::vector<std::string> partsList(const Circuit& circuit, bool half_lattices, c
                                                         part.of_half_lattice ? "*" : ""));
         }
     }
-    for (const PartClass& row : part_classes) lines.push_back(edited<"(A29,I2)">(row.total, count(row.letter)));
+    for (const PartClass& row : part_classes) {
+        if (row.element == 'Z' && circuit.kind == CircuitKind::lumped) continue;
+        lines.push_back(edited<"(A29,I2)">(row.total, count(row.letter)));
+    }
     if (std::any_of(parts.begin(), parts.end(), [](const CircuitPart& part) { return part.of_half_lattice; })) {
         lines.emplace_back(" * \"half-lattice\" branches");
     }

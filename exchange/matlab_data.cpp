@@ -26,6 +26,7 @@ TransferVerdict matlab_data(const TransferInput& input, const TransferRequest&, 
     lines.emplace_back(" denom = [");
     add_rows(polynomials.denominator, lines);
     lines.emplace_back(" % (normalized coefficients in descending order)");
+    for (std::string& line : half_factor_lines(*input.transfer, " % ")) lines.push_back(std::move(line));
     lines.push_back(edited<"(' fnorm =',1P,E23.13)">(polynomials.fnorm));
     lines.emplace_back(" % end of kavrel data for matlab");
     return TransferVerdict::written;

@@ -53,6 +53,10 @@ TransferVerdict ngspice_netlist(const TransferInput& input, const TransferReques
 
     const std::string words = trimmed_title(input.title);
     lines.push_back(fmt::format("* {}", words.empty() ? "Kavrel circuit" : words.c_str()));
+    if (input.loss.QL != 0 || input.loss.QC != 0) {
+        lines.push_back(fmt::format("* lossless: the Q of the analysis (inductors {:g}, capacitors {:g}) is left out",
+                                    input.loss.QL, input.loss.QC));
+    }
     NgspiceText text(input.circuit, net, lines);
     text.load();
     text.branches();

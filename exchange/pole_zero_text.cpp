@@ -33,6 +33,7 @@ std::vector<std::string> pole_zero_lines(const TransferFunction& t, bool warped,
     for (std::size_t i = 0; i < std::max(polynomials.numerator.size(), polynomials.denominator.size()); ++i) {
         lines.push_back(row(coefficient_at(polynomials.numerator, i), coefficient_at(polynomials.denominator, i)));
     }
+    for (std::string& line : half_factor_lines(t, "! ")) lines.push_back(std::move(line));
     return lines;
 }
 

@@ -27,6 +27,14 @@ TransferPolynomials transfer_polynomials(const TransferFunction& t, bool warped)
             .fnorm = static_cast<double>(t.normFrequency / two_pi)};
 }
 
+std::vector<std::string> half_factor_lines(const TransferFunction& t, std::string_view mark) {
+    double a = 0;  // real zeros come in pairs but that of an odd unit element
+    for (int i = 1; i <= t.zeroCount; ++i) a += t.ZEROS_IM(i) == 0 ? t.ZEROS_RE(i) : 0;
+    if (a == 0) return {};
+    return {std::string(mark) + edited<"('the factor a - s of the numerator, a =',1P,E23.13,',')">(a),
+            std::string(mark) + "stands for sqrt(a^2 - s^2) of the odd unit element: loss as it is, phase without it"};
+}
+
 std::vector<std::string> polynomial_lines(const TransferPolynomials& polynomials) {
     std::vector<std::string> lines = {"******* Transfer function polynomials *******",
                                       "normalized coefficients in ascending order",

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "approximation/filter_spec.h"
@@ -19,6 +20,9 @@ struct TransferPolynomials {
 
 // `warped`: the roots are those of a microwave or sampled filter, already normalised.
 [[nodiscard]] TransferPolynomials transfer_polynomials(const TransferFunction& transfer, bool warped);
+
+// What a file says, behind its comment mark, of the factor that stands for half an odd unit element; nothing of others.
+[[nodiscard]] std::vector<std::string> half_factor_lines(const TransferFunction& transfer, std::string_view mark);
 
 // The lines of the screen: "******* Transfer function polynomials *******" and what follows it.
 [[nodiscard]] std::vector<std::string> polynomial_lines(const TransferPolynomials& polynomials);

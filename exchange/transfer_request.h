@@ -30,7 +30,7 @@ struct TransferInput {
     std::string_view title{};
     const TransferFunction* transfer = nullptr;  // of the design
     std::span<const double> frequencies{};       // Hz, that the last analysis was asked for; empty: default_frequencies
-    ElementLoss loss{};                          // of the last analysis; S-parameters alone take it
+    ElementLoss loss{};  // of the last analysis; S-parameters alone take it, ngspice says that it does not
 };
 
 enum class TransferVerdict {

@@ -18,6 +18,7 @@ struct TransferText {
     TransferWriter write = nullptr;
     bool lines = false;               // knows the lines and stubs of microwave circuits
     std::string_view extension = {};  // of its file, where it is not that of the type
+    bool variables = false;           // has a block of the elements that an optimizer may vary
 };
 
 struct TransferTypeRow {
@@ -31,19 +32,19 @@ struct TransferTypeRow {
 inline constexpr TransferText s_parameters_text{
     .dialect = TransferDialect::s_parameters, .write = s_parameter_lines, .lines = true, .extension = ".s2p"};
 
-constexpr TransferText classic_text(TransferWriter write, bool lines) {
-    return {.dialect = TransferDialect::classic, .write = write, .lines = lines};
+constexpr TransferText classic_text(TransferWriter write, bool lines, bool variables = false) {
+    return {.dialect = TransferDialect::classic, .write = write, .lines = lines, .variables = variables};
 }
 
 inline constexpr std::array<TransferTypeRow, 6> transfer_types = {{
     {TransferFileType::scompact,
      "Scompact",
      ExtSlot::netlist,
-     {classic_text(scompact_netlist, true), s_parameters_text}},
+     {classic_text(scompact_netlist, true, true), s_parameters_text}},
     {TransferFileType::touchstone,
      "Touchstone",
      ExtSlot::netlist,
-     {classic_text(touchstone_netlist, true), s_parameters_text}},
+     {classic_text(touchstone_netlist, true, true), s_parameters_text}},
     {TransferFileType::spice,
      "Spice",
      ExtSlot::netlist,
@@ -81,6 +82,13 @@ inline constexpr std::array<TransferDialectRow, 3> transfer_dialects = {{
     const TransferTypeRow* row = row_of(file_type);
     if (row == nullptr) return dialect == TransferDialect::classic;
     return row->texts[0].dialect == dialect || row->texts[1].dialect == dialect;
+}
+
+// Whether the text that a type is written as has a variable block; without the dialect its classic one.
+[[nodiscard]] constexpr bool has_variable_block(TransferFileType file_type, TransferDialect dialect) {
+    const TransferTypeRow* row = row_of(file_type);
+    if (row == nullptr) return false;
+    return row->texts[row->texts[1].dialect == dialect ? 1 : 0].variables;
 }
 
 }  // namespace kavrel

@@ -111,6 +111,8 @@ void change_branch(PassiveDesk& desk) {
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const char letter = branch_kinds[branch.id].cells[i];
         const double typed = letter == 'C' ? request.second : request.first;
+        if (typed == typed_value(circuit, letter, cells[i], desk.session.units)) continue;
+        if (branch.id == BranchId::lc && typed == 0) return refuse(desk, zero_value);
         if (!cell_value(desk, letter, typed, cells[i])) return refuse(desk, zero_value);
     }
     const std::string keys = macro_branch(request.branch) + std::string(macro_tab) + macro_value_d(request.first) +

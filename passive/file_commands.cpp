@@ -39,7 +39,9 @@ void write_transfer(PassiveDesk& desk) {
                               .transfer = desk.filter.designed ? &desk.filter.transfer : nullptr,
                               .frequencies = frequencies,
                               .loss = {.QL = desk.command.inductor_q, .QC = desk.command.capacitor_q}};
-    TransferRequest request{.file_type = desk.command.file_type, .dialect = desk.command.dialect};
+    TransferRequest request{.file_type = desk.command.file_type,
+                            .dialect = desk.command.dialect,
+                            .variable_block = desk.command.variable_block};
     TransferVerdict verdict = transfer_refusal(input, request);
     if (verdict != TransferVerdict::written) return refuse(desk, message_of(verdict));
     if (has_lattices(desk.filter.circuit)) {
@@ -52,8 +54,7 @@ void write_transfer(PassiveDesk& desk) {
     const auto name = ask_file(
         desk, {.caption = select_file, .description = "Netlists", .filter = "*.ckt;*.s2p;*.m", .to_write = true});
     if (!name) return;
-    if (!write_whole(transfer_file_name(*name, request), text)) return refuse(desk, file_not_opened);
-    report_done(desk);
+    if (write_text(desk, *name, transfer_file_name(*name, request), text, file_not_opened)) report_done(desk);
 }
 
 void write_pole_zero(PassiveDesk& desk) {
@@ -65,9 +66,8 @@ void write_pole_zero(PassiveDesk& desk) {
     const bool is_data = name->ends_with(EXT(static_cast<int>(ExtSlot::factored_data)));
     const auto lines =
         pole_zero_lines(desk.filter.transfer, desk.filter.spec.medium != lumped, desk.session.TITLE.trimmed());
-    if (write_text(desk, is_data ? *name : file_name(*name, ExtSlot::pole_zero), joined_lines(lines))) {
-        report_done(desk);
-    }
+    const std::string file = is_data ? *name : file_name(*name, ExtSlot::pole_zero);
+    if (write_text(desk, *name, file, joined_lines(lines))) report_done(desk);
 }
 
 }  // namespace kavrel

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "circuit/branch_elements.h"
 #include "exchange/transfer_types.h"
 #include "shell/field_table.h"
 
@@ -96,6 +97,33 @@ constexpr Field change_fields[] = {
     real<&R::change, &ChangeRequest::second>("second", "C"),
 };
 
+// Edits of one branch show the values that it has: a row for each field that takes one, with the letters of the cells
+// whose value it is.
+struct ValueField {
+    double& (*value)(R& request);
+    std::string_view letters;
+};
+constexpr ValueField change_values[] = {
+    {[](R& r) -> double& { return r.change.first; }, "RLZ"},
+    {[](R& r) -> double& { return r.change.second; }, "C"},
+};
+
+void show_values(R& request, int k, std::span<const ValueField> fields, const UnitSet& units) {
+    if (request.circuit == nullptr || !branchExists(*request.circuit, k)) return;
+    const Branch branch = unpackBranch(*request.circuit, k);
+    const std::string_view letters = branch_kinds[branch.id].cells;
+    const auto values = branch_values(*request.circuit, branch);
+    for (const ValueField& field : fields) {
+        const auto cell = letters.find_first_of(field.letters);
+        field.value(request) =
+            cell < values.size() ? typed_value(*request.circuit, letters[cell], values[cell], units) : 0;
+    }
+}
+
+void change_form_opens(R& request, const UnitSet& units) {
+    show_values(request, request.change.branch, change_values, units);
+}
+
 constexpr Field resonance_fields[] = {
     branch_number<&R::resonant_branch>("branch", "Branch number"),
     branch_number<&R::resonant_branch2>("branch2", "with branch number (0: alone)"),
@@ -121,17 +149,26 @@ constexpr auto dialects = [] {
     return choices;
 }();
 constexpr Field transfer_fields[] = {radio<&R::file_type>("file_type", "File type", file_types),
-                                     radio<&R::dialect>("dialect", "Dialect", dialects)};
+                                     radio<&R::dialect>("dialect", "Dialect", dialects),
+                                     flag<&R::variable_block>("variable_block", "Variable block")};
 
 void transfer_rules(const PassiveRequest& request, FieldStates& states) {
     for (const TransferDialectRow& row : transfer_dialects) {
         states.choice_off("dialect", row.dialect, !has_dialect(request.file_type, row.dialect));
     }
+    states.off("variable_block", !has_variable_block(request.file_type, request.dialect));
 }
 
 constexpr Field print_fields[] = {print_field<&R::printing_to>};
 
 }  // namespace
+
+double typed_value(const Circuit& circuit, char letter, double value, const UnitSet& units) {
+    if (circuit.kind != CircuitKind::lumped) return shown_value(circuit.kind, letter, value);
+    return letter == 'L'   ? value / units.inductor_multiplier
+           : letter == 'C' ? value / units.capacitor_multiplier
+                           : value;
+}
 
 constexpr Form PASSIVE_FREQUENCY_DLG =
     form_of<R, nullptr, frequency_form_message>("FREQUENCY_DLG", "Frequency domain analysis", frequency_form_fields);
@@ -142,7 +179,8 @@ constexpr Form PASSIVE_PLOT_FREQUENCY_DLG =
 constexpr Form PASSIVE_PLOT_TIME_DLG = form_of<R>("PLOT_TIME_DLG", "Plot of time domain results", plot_time_fields);
 constexpr Form PASSIVE_INSERT_DLG = form_of<R, insert_rules>("INSERT_DLG", insert_title, insert_fields);
 constexpr Form PASSIVE_DELETE_DLG = form_of<R>("DELETE_DLG", delete_title, delete_fields);
-constexpr Form PASSIVE_CHANGE_DLG = form_of<R>("CHANGE_DLG", change_title, change_fields);
+constexpr Form PASSIVE_CHANGE_DLG =
+    led_by<R, change_form_opens>("branch", form_of<R>("CHANGE_DLG", change_title, change_fields));
 constexpr Form PASSIVE_RESONANCE_DLG = form_of<R>("RESONANCE_DLG", "Resonant frequency", resonance_fields);
 constexpr Form PASSIVE_SUPPRESS_DLG = form_of<R>("SUPPRESS_DLG", "Suppress display", suppress_fields);
 constexpr Form PASSIVE_TITLE_DLG = form_of<R>("TITLE_DLG", "Title", title_fields);

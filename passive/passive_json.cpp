@@ -65,7 +65,7 @@ Json values_of(const Circuit& circuit, const Branch& branch) {
 }
 
 const char* unit_of(char letter, bool impedances) {
-    if (impedances || letter == 'r') return "ohm";
+    if (impedances || letter == 'r' || letter == 'z') return "ohm";
     return letter == 'l' ? "H" : "F";
 }
 

@@ -46,7 +46,8 @@ struct InsertRequest {
     int copy_of = 0;  // branch that is copied
 };
 
-// New values of a branch: `first` of a resistor, an inductor or a unit element, `second` of a capacitor.
+// New values of a branch: `first` of a resistor, an inductor or a unit element, `second` of a capacitor. Those that it
+// has where none are entered.
 struct ChangeRequest {
     int branch = 0;
     double first = 0;
@@ -71,8 +72,13 @@ struct PassiveRequest {
     FixedText<80> title;
     TransferFileType file_type = TransferFileType::scompact;
     TransferDialect dialect = TransferDialect::classic;
+    bool variable_block = false;
     PrintTarget printing_to = PrintTarget::none;
+    const Circuit* circuit = nullptr;  // that the forms are about
 };
+
+// What a cell of a branch is typed as, in the user's units: that of a stub or line as an impedance.
+[[nodiscard]] double typed_value(const Circuit& circuit, char letter, double value, const UnitSet& units);
 
 static_assert(std::is_trivially_copyable_v<PassiveRequest>);
 

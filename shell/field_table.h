@@ -222,4 +222,13 @@ constexpr Form form_of(std::string_view name, std::string_view title, std::span<
     return form;
 }
 
+// The same form with a field whose entry fills in others by a routine void (Record&, const UnitSet&).
+template <class Record, auto Follow>
+constexpr Form led_by(std::string_view leader, Form form) {
+    if (form.record != type_tag<Record>) throw "a form of another record";
+    form.leader = leader;
+    form.follow = [](void* record, const UnitSet& units) { Follow(*static_cast<Record*>(record), units); };
+    return form;
+}
+
 }  // namespace kavrel

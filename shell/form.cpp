@@ -78,6 +78,7 @@ std::string_view FieldStates::label_at(std::size_t i) const {
 
 FormSheet::FormSheet(const Form& form, void* record, const UnitSet& units, Reporter& reporter)
     : form_(form), record_(record), units_(units), reporter_(reporter), states_(form.fields) {
+    if (form_.follow != nullptr) form_.follow(record_, units_);
     apply_rules();
 }
 
@@ -143,9 +144,21 @@ std::string FormSheet::enter(std::size_t i, std::string_view typed) {
     if (entry.wrong.empty() && f.set != nullptr) {
         f.set(record_, entry.value);
         if (entry.value != 0) clear_other(f.instead_of);
+        if (f.name == form_.leader) {
+            follow_leader();
+        } else if (!led_) {
+            entered_.emplace_back(i, entry.value);
+        }
     }
     apply_rules();
     return entry.wrong;
+}
+
+void FormSheet::follow_leader() {
+    form_.follow(record_, units_);
+    for (const auto& [i, value] : entered_) field(i).set(record_, value);
+    entered_.clear();
+    led_ = true;
 }
 
 void FormSheet::clear_other(std::string_view name) {

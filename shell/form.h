@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "shell/units.h"
@@ -128,8 +129,11 @@ struct Form {
     std::size_t record_size;
     void (*rules)(const void* record, FieldStates& states) = nullptr;
     std::string_view (*message)(const void* record) = nullptr;  // what is wrong with the record, or blank
-    bool reads_file = false;                                    // its lists have a button "Read from file"
-    std::string_view caption = "Error";                         // of the box that says what is wrong
+    // What the entry of the field `leader` (and the opening of the form) brings along: it fills in others.
+    std::string_view leader = {};
+    void (*follow)(void* record, const UnitSet& units) = nullptr;
+    bool reads_file = false;             // its lists have a button "Read from file"
+    std::string_view caption = "Error";  // of the box that says what is wrong
 };
 
 // A form while it is open: what a window layer reads, shows and changes. Field numbers count from 0.
@@ -174,6 +178,7 @@ private:
     friend bool run_form(const Form&, void*, const UnitSet&, Reporter&);
 
     void apply_rules();
+    void follow_leader();
     void clear_other(std::string_view name);
     [[nodiscard]] double number(std::size_t i) const { return field(i).get(record_); }
     [[nodiscard]] int whole(std::size_t i) const { return static_cast<int>(number(i)); }
@@ -183,6 +188,8 @@ private:
     const UnitSet& units_;
     Reporter& reporter_;
     FieldStates states_;
+    std::vector<std::pair<std::size_t, double>> entered_;  // numbers that came before the leader: it leaves them alone
+    bool led_ = false;
     int refusals_ = 0;
 };
 

@@ -29,7 +29,9 @@ struct DesignedFilter {
 enum class DesignOutcome { none, done, discontinued };
 
 struct Workbench {
-    explicit Workbench(WindowLayer& window_layer) : window(window_layer), reporter(window_layer, journal, print) {}
+    explicit Workbench(WindowLayer& window_layer) : window(window_layer), reporter(window_layer, journal, print) {
+        passive_command.circuit = &passive.circuit;
+    }
     Workbench(const Workbench&) = delete;
     Workbench& operator=(const Workbench&) = delete;
 

@@ -30,6 +30,8 @@ struct PassiveRoom {
     PlotWindow plot;
     PassiveDesk desk{{session, reporter, window, results, plot}, filter, state, command};
 
+    PassiveRoom() { command.circuit = &filter.circuit; }
+
     // Fills a form in and presses OK; false when it was refused or a value does not fit.
     bool fill(const Form& form, Entries entries) {
         bool fits = true;

@@ -2,11 +2,14 @@
 
 #include <nlohmann/json.hpp>
 
+#include "fir/fir_deviation.h"
+#include "fir/fir_task.h"
+
 namespace kavrel {
 
 using Json = nlohmann::ordered_json;
 
-Json fir_part(const FirFilter& filter) {
+Json fir_part(const FirFilter& filter, const FirRequest* request) {
     if (filter.functions == 0) return {};
     constexpr const char* symmetries[] = {"even", "odd"};
     Json functions = Json::array();
@@ -20,7 +23,9 @@ Json fir_part(const FirFilter& filter) {
               {"symmetry", symmetries[filter.NEG]},
               {"fs", filter.sampling_frequency},
               {"impulse", impulse}};
-    if (filter.deviation > 0.0) part["deviation"] = filter.deviation;
+    FirTask task;
+    if (request != nullptr && take_task(*request, task) == nullptr)
+        part["deviation"] = largest_deviation(task, filter, 1).weighted;
     part["functions"] = std::move(functions);
     return part;
 }

@@ -165,6 +165,16 @@ TEST_F(Plot, ACloserLookDrawsNothingOutsideThePlotArea) {
     }
 }
 
+TEST_F(Plot, AMarkOfAnEarlierFilterLeavesTheCloserLook) {
+    press(view, Qt::Key_Plus);
+    const double span = view.shown().x.span;
+    viewer.mark_earlier(true);
+    EXPECT_NE(view.svg().find("(of an earlier filter)"), std::string::npos);
+    EXPECT_EQ(view.shown().x.span, span);
+    viewer.mark_earlier(false);
+    EXPECT_EQ(view.svg().find("(of an earlier filter)"), std::string::npos);
+}
+
 TEST_F(Plot, PicturesAreDrawnLightWhateverThePalette) {
     viewer.set_shade(Shade::dark);
     EXPECT_LT(view.grab().toImage().pixelColor(3, 3).lightness(), 60);

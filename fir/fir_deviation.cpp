@@ -6,7 +6,7 @@
 #include <numbers>
 #include <vector>
 
-#include "numeric/peak.h"
+#include "numeric/highest_value.h"
 
 namespace kavrel {
 
@@ -14,7 +14,6 @@ namespace {
 
 constexpr double least_frequency = 1e-9;
 constexpr int points_per_tap = 8;  // over 0 to 0.5: 16 for each extremum
-constexpr int refining_steps = 20;
 
 FirDeviation deviation_at(const FirTask& task, const FirFilter& filter, int function, int band, double f);
 std::vector<double> piece_ends(const FirTask& task, int band);
@@ -43,31 +42,17 @@ FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int
     const int taps = fir_taps(filter.LENGTH(function), filter.NODD, filter.NEG);
     const std::vector<double> ends = piece_ends(task, band);
     FirDeviation largest;
-    const auto note = [&](const FirDeviation& found) {
-        if (found.weighted > largest.weighted) largest = found;
-    };
-    std::vector<Peak<double>> row;
+    std::vector<double> places;
     for (std::size_t piece = 1; piece < ends.size(); ++piece) {
         const double low = ends[piece - 1];
         // short of the next piece, where the desired response may be another one
         const double high = piece + 1 < ends.size() ? std::nextafter(ends[piece], low) : ends[piece];
         const int steps = std::max(2, static_cast<int>(std::ceil((high - low) * 2.0 * points_per_tap * taps)));
-        row.clear();
-        for (int k = 0; k <= steps; ++k) {
-            const double f = k == steps ? high : low + (high - low) * k / steps;
-            row.push_back({f, weighted(f)});
-        }
-        note(at(low));
-        note(at(high));
-        double highest = 0.0;
-        for (const Peak<double>& point : row) highest = std::max(highest, point.value);
-        for (std::size_t k = 1; k + 1 < row.size(); ++k) {
-            const bool peak = row[k].value >= row[k - 1].value && row[k].value >= row[k + 1].value;
-            // between points 1/16 of a ripple apart, the true peak lies less than 1 % higher
-            if (!peak || row[k].value < 0.98 * highest) continue;
-            note(at(row[k].at));
-            note(at(peak_between(row[k - 1].at, row[k + 1].at, refining_steps, weighted).at));
-        }
+        places.clear();
+        for (int k = 0; k < steps; ++k) places.push_back(low + (high - low) * k / steps);
+        places.push_back(high);
+        const FirDeviation found = at(highest_value(places, weighted).at);
+        if (found.weighted > largest.weighted) largest = found;
     }
     return largest;
 }

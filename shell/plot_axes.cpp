@@ -19,22 +19,24 @@ using std::string_view;
 
 constexpr double constant_limit = 1e-12;
 
-// A range in half units of the power of ten 10^p.
+// The ends of a range as multiples of half the power of ten 10^p, or of another unit.
 struct DecimalRange {
     HalfUnits ends;
     int p = 0;
+    double unit = 0.5;
 };
 
 double decimal_power(int p);
 bool can_be_rounded(double& lo, double& hi);
 DecimalRange decimal_range(double lo, double hi);
+std::optional<DecimalRange> in_round_steps(double lo, double hi);
 NiceRange range_of(const DecimalRange& decimal);
-int round_steps(const NiceRange& range, int steps_beside);
+int tick_steps(const NiceRange& range, int steps_beside);
 std::string offset_text(string_view label, const PlotAxis& axis, bool is_x, const UnitSet& units);
 
-// How far the ends move apart for a number of half units, by the parity of one of them.
+// How far the ends move apart for a number of half units or marks, by the parity of one of them.
 struct Widening {
-    long long half_units;
+    long long number;
     bool by_low;  // parity of the low end decides, otherwise that of the high end
     HalfUnits odd;
     HalfUnits even;
@@ -54,9 +56,9 @@ constexpr std::array<Widening, 9> widenings = {{
 
 }  // namespace
 
-HalfUnits even_half_units(HalfUnits ends) {
+HalfUnits even_half_units(HalfUnits ends, long long number) {
     for (const Widening& row : widenings) {
-        if (row.half_units != ends.high - ends.low) continue;
+        if (row.number != number) continue;
         const HalfUnits& step = (row.by_low ? ends.low : ends.high) % 2 == 1 ? row.odd : row.even;
         return {ends.low + step.low, ends.high + step.high};
     }
@@ -66,7 +68,21 @@ HalfUnits even_half_units(HalfUnits ends) {
 NiceRange nice_range(double lo, double hi) {
     if (!can_be_rounded(lo, hi)) return {lo, hi, 0.0, 0.0};
     DecimalRange decimal = decimal_range(lo, hi);
-    decimal.ends = even_half_units(decimal.ends);
+    decimal.ends = even_half_units(decimal.ends, decimal.ends.high - decimal.ends.low);
+    return range_of(decimal);
+}
+
+NiceRange plot_range(double lo, double hi) {
+    if (!can_be_rounded(lo, hi)) return {lo, hi, 0.0, 0.0};
+    if (const auto as_given = in_round_steps(lo, hi)) return range_of(*as_given);
+    DecimalRange decimal = decimal_range(lo, hi);
+    HalfUnits& ends = decimal.ends;
+    if (const NiceRange range = range_of(decimal); in_round_steps(range.lo, range.hi)) return range;
+    ends = even_half_units(ends, ends.high - ends.low + 1);
+    if (lo >= 0.0) ends.low = std::max(ends.low, 0LL);
+    if (hi <= 0.0) ends.high = std::min(ends.high, 0LL);
+    if (range_of(decimal).offset != 0.0)
+        ends.high += (ends.high - ends.low) % 2;  // as many on both sides of the middle
     return range_of(decimal);
 }
 
@@ -76,7 +92,7 @@ double PlotAxis::shown(double value) const {
 }
 
 PlotAxis scale_text(double lo, double hi, int label_count, int steps_beside) {
-    const NiceRange range = nice_range(lo, hi);
+    const NiceRange range = plot_range(lo, hi);
     PlotAxis axis;
     axis.lo = range.lo;
     axis.hi = range.hi;
@@ -93,8 +109,7 @@ PlotAxis scale_text(double lo, double hi, int label_count, int steps_beside) {
     axis.first = axis.shown(deviation ? -range.amount : range.lo);
     axis.last = axis.shown(deviation ? range.amount : range.hi);
 
-    axis.label_count =
-        label_count == 0 ? round_steps(range, steps_beside) + 1 : std::min(label_count, tick_label_bound);
+    axis.label_count = label_count == 0 ? tick_steps(range, steps_beside) + 1 : std::min(label_count, tick_label_bound);
     const long largest = std::lround(std::max(std::abs(axis.first), std::abs(axis.last)));
     const int decimals = largest >= 100 ? 1 : largest >= 10 ? 2 : largest >= 1 ? 3 : 4;
     for (int i = 0; i < axis.label_count; ++i) {
@@ -156,30 +171,55 @@ DecimalRange decimal_range(double lo, double hi) {
     return decimal;
 }
 
-NiceRange range_of(const DecimalRange& decimal) {
-    const HalfUnits& ends = decimal.ends;
-    const double s = decimal_power(std::abs(decimal.p));
-    const auto unscaled = [&](double value) { return decimal.p < 0 ? value / s : value * s; };
-    NiceRange range;
-    range.lo = unscaled(0.5 * static_cast<double>(ends.low));
-    range.hi = unscaled(0.5 * static_cast<double>(ends.high));
-    if (range.hi - range.lo < 2.0 * std::abs(range.hi) / 21.0) {
-        // (lo + hi)/2 and hi - offset, from the integers: nothing cancels.
-        range.offset = unscaled(0.25 * static_cast<double>(ends.low + ends.high));
-        range.amount = unscaled(0.25 * static_cast<double>(ends.high - ends.low));
+// Round steps by their mantissas, the coarsest first, and what 2.5 costs against the others.
+struct RoundStep {
+    double mantissa;
+    int cost;
+};
+constexpr std::array<RoundStep, 4> round_steps = {{{5.0, 0}, {2.5, 3}, {2.0, 0}, {1.0, 0}}};
+
+bool is_whole(double number) { return std::abs(number - std::round(number)) < 1e-4; }
+
+// The ends as multiples of a round step, where one fits 4 to 10 times between them; of a finer one, down to as many as
+// an axis has labels for, where the ends are no multiples of that.
+std::optional<DecimalRange> in_round_steps(double lo, double hi) {
+    const int leading = static_cast<int>(std::floor(std::log10(hi - lo)));
+    bool divides = false;
+    std::optional<DecimalRange> range;
+    for (int p = leading; p >= leading - 2; --p) {
+        const double s = decimal_power(std::abs(p));
+        for (const RoundStep& step : round_steps) {
+            const double first = (p < 0 ? lo * s : lo / s) / step.mantissa;
+            const double last = (p < 0 ? hi * s : hi / s) / step.mantissa;
+            const double steps = last - first;
+            if (!is_whole(steps) || steps < 3.5 || steps > tick_label_bound - 0.5) continue;
+            divides = divides || steps < 10.5;
+            if (divides && !range && is_whole(first))
+                range = {.ends = {std::llround(first), std::llround(last)}, .p = p, .unit = step.mantissa};
+        }
     }
     return range;
 }
 
-// Tick steps are found by their leading digits, the roundest first; a step in no row is not round.
-struct StepRow {
-    double mantissa;
-    int cost;
-};
-constexpr std::array<StepRow, 10> step_rows = {
-    {{1.0, 0}, {2.0, 0}, {5.0, 0}, {2.5, 3}, {4.0, 6}, {3.0, 8}, {1.5, 18}, {8.0, 12}, {6.0, 14}, {7.5, 16}}};
+NiceRange range_of(const DecimalRange& decimal) {
+    const HalfUnits& ends = decimal.ends;
+    const double s = decimal_power(std::abs(decimal.p));
+    const auto unscaled = [&](double units) {
+        return decimal.p < 0 ? decimal.unit * units / s : decimal.unit * units * s;
+    };
+    NiceRange range;
+    range.lo = unscaled(static_cast<double>(ends.low));
+    range.hi = unscaled(static_cast<double>(ends.high));
+    if (range.hi - range.lo < 2.0 * std::abs(range.hi) / 21.0) {
+        // (lo + hi)/2 and hi - offset, from the integers: nothing cancels.
+        range.offset = unscaled(0.5 * static_cast<double>(ends.low + ends.high));
+        range.amount = unscaled(0.5 * static_cast<double>(ends.high - ends.low));
+    }
+    return range;
+}
+
 constexpr double cost_not_round = 60;
-constexpr double cost_off_multiples = 20;  // labels are not multiples of the step: 0 has none
+constexpr double cost_off_multiples = 80;  // labels are not multiples of the step: 0 has none
 constexpr double cost_crowded = 30;
 constexpr double cost_other_steps = 12;  // than the axis beside, whose grid is drawn
 
@@ -191,8 +231,8 @@ double cost_of(double first, double last, int steps, int steps_beside) {
     const double step = (last - first) / steps;
     const double mantissa = step / std::pow(10.0, std::floor(std::log10(step) + close));
     double cost = cost_not_round;
-    for (const StepRow& row : step_rows) {
-        if (std::abs(mantissa - row.mantissa) < close * row.mantissa) cost = row.cost;
+    for (const RoundStep& round : round_steps) {
+        if (std::abs(mantissa - round.mantissa) < close * round.mantissa) cost = round.cost;
     }
     if (const double multiple = first / step; std::abs(multiple - std::round(multiple)) > 1e-4) {
         cost += cost_off_multiples;
@@ -202,7 +242,7 @@ double cost_of(double first, double last, int steps, int steps_beside) {
 }
 
 // The number of steps that gives the best labels between the ends of a range.
-int round_steps(const NiceRange& range, int steps_beside) {
+int tick_steps(const NiceRange& range, int steps_beside) {
     const bool deviation = range.offset != 0.0;
     const double first = deviation ? -range.amount : range.lo;
     const double last = deviation ? range.amount : range.hi;

@@ -23,9 +23,9 @@ struct HalfUnits {
     friend bool operator==(const HalfUnits&, const HalfUnits&) = default;
 };
 
-// Widens a range whose number of half units has no good divisor. An end counts as odd when its remainder by 2 is 1, so
-// that a negative odd end counts as even.
-[[nodiscard]] HalfUnits even_half_units(HalfUnits ends);
+// Widens a range by the row of a table for a number without a good divisor. An end counts as odd when its remainder by
+// 2 is 1, so that a negative odd end counts as even.
+[[nodiscard]] HalfUnits even_half_units(HalfUnits ends, long long number);
 
 struct NiceRange {
     double lo = 0.0;
@@ -40,6 +40,12 @@ struct NiceRange {
 // magnitude, gets a range of about a power of ten around its level, or -1 to 1 at level 0; ends that are not finite
 // count as 0.
 [[nodiscard]] NiceRange nice_range(double lo, double hi);
+
+// The range of a plot's axis. Ends between which 4 to 10 round steps fit (1, 2, 2.5 or 5 times a power of ten, the ends
+// multiples of them) are left alone; others go to multiples of half a power of ten as in nice_range and, where no round
+// steps fit there either, are widened by its table for the number of marks, the half units and one. The axis reaches
+// across 0 only where the data do; narrow ranges and constant data are as in nice_range.
+[[nodiscard]] NiceRange plot_range(double lo, double hi);
 
 struct PlotAxis {
     double data_min = 0.0;  // of the data, in the data's unit,
@@ -64,7 +70,7 @@ struct PlotAxis {
     [[nodiscard]] double tick(int i) const { return lo + span * i / (label_count - 1); }
 };
 
-// The axis for data from lo to hi: its ends as nice_range gives them, its exponent and its tick labels in fields of six
+// The axis for data from lo to hi: its ends as plot_range gives them, its exponent and its tick labels in fields of six
 // characters; more than 26 labels count as 26. With label_count 0 their number is chosen: steps are round, fall on
 // multiples of themselves, are some eight, and as many as those of the axis beside (steps_beside, 0 for none) where
 // that can be had.

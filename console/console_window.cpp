@@ -113,12 +113,12 @@ void ConsoleWindow::show_plot(const PlotWindow& plot) {
     has_plot_ = true;
 }
 
-bool ConsoleWindow::print_page(const PrintPage& page) {
+PrintOutcome ConsoleWindow::print_page(const PrintPage& page) {
     std::ofstream file(print_file, std::ios::app);
     for (const auto& line : page.lines) file << line << '\n';
     file << '\f';
     transcript_.screen << fmt::format("[{}] a page of {} lines to {}\n", page.job, page.lines.size(), print_file);
-    return static_cast<bool>(file.flush());
+    return file.flush() ? PrintOutcome::printed : PrintOutcome::failed;
 }
 
 void ConsoleWindow::view_text(std::string_view name, std::string_view text) {

@@ -31,9 +31,9 @@ public:
     void set_menu(std::span<const MenuItem> menu, std::string_view title) override;
     void set_toolbar(std::span<const ToolbarItem>) override {}
     void show_plot(const PlotWindow& plot) override;
-    bool print_page(const PrintPage& page) override;
+    PrintOutcome print_page(const PrintPage& page) override;
     // Its printer is a text file.
-    bool print_plot(const PlotWindow&) override { return false; }
+    PrintOutcome print_plot(const PlotWindow&) override { return PrintOutcome::failed; }
     void copy_text() override {}
     void view_text(std::string_view name, std::string_view text) override;
     void close_text_view() override {}

@@ -76,6 +76,7 @@ int run(const ConsoleOptions& options) {
         runner.dump(options.json_file);
         window->settle();
     }
+    end_program();
     transcript.report.flush();
     if (!std::cout.flush()) return file_trouble("standard output", "written");
     if (!transcript.report) return file_trouble(options.report_file, "written");

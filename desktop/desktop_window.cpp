@@ -73,9 +73,9 @@ void DesktopWindow::set_toolbar(std::span<const ToolbarItem> toolbar) { main_.se
 
 void DesktopWindow::show_plot(const PlotWindow& window) { plot().show_plot(window); }
 
-bool DesktopWindow::print_page(const PrintPage& page) { return printing_.print_page(page, front()); }
+PrintOutcome DesktopWindow::print_page(const PrintPage& page) { return printing_.print_page(page, front()); }
 
-bool DesktopWindow::print_plot(const PlotWindow& window) {
+PrintOutcome DesktopWindow::print_plot(const PlotWindow& window) {
     QWidget* wished_here = plot_ && plot_->isActiveWindow() ? plot_.get() : front();
     return printing_.print_plot(window, wished_here);
 }

@@ -44,7 +44,9 @@ int run(int argc, char** argv) {
     const auto window = std::make_unique<DesktopWindow>(manual_folders(executable));
     const auto program = std::make_unique<Program>(*window);
     program->start(argument, executable);
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    end_program();
+    return status;
 }
 
 }  // namespace

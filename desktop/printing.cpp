@@ -27,23 +27,24 @@ bool print_lines(QPrinter& printer, const QStringList& lines);
 QRectF page_box(const QPrinter& printer);
 void furnish(QPrinter& printer);
 void offer_file(QPrinter& printer);
+PrintOutcome outcome_of(bool printed) { return printed ? PrintOutcome::printed : PrintOutcome::failed; }
 
 }  // namespace
 
 Printing::Printing() = default;
 Printing::~Printing() = default;
 
-bool Printing::print_page(const PrintPage& page, QWidget* parent) {
-    if (!is_ready(parent)) return false;
+PrintOutcome Printing::print_page(const PrintPage& page, QWidget* parent) {
+    if (!is_ready(parent)) return PrintOutcome::cancelled;
     printer_->setDocName(qt_text(page.job));
     next_file();
     QStringList lines;
     for (const auto& line : page.lines) lines.append(qt_text(line));
-    return print_lines(*printer_, lines);
+    return outcome_of(print_lines(*printer_, lines));
 }
 
-bool Printing::print_plot(const PlotWindow& plot, QWidget* parent) {
-    if (!is_ready(parent)) return true;  // the user thought better of it
+PrintOutcome Printing::print_plot(const PlotWindow& plot, QWidget* parent) {
+    if (!is_ready(parent)) return PrintOutcome::cancelled;
     printer_->setDocName(qt_text(plot_window_title));
     const auto orientation = printer_->pageLayout().orientation();
     printer_->setPageOrientation(QPageLayout::Landscape);
@@ -55,7 +56,7 @@ bool Printing::print_plot(const PlotWindow& plot, QWidget* parent) {
         printed = print_plot_clipped(surface, plot) && painter.end();
     }
     printer_->setPageOrientation(orientation);
-    return printed;
+    return outcome_of(printed);
 }
 
 bool Printing::print_report(const QStringList& lines, QWidget* parent) {

@@ -21,10 +21,10 @@ public:
     ~Printing();
 
     // A page of report lines. The first page of a run asks for the printer; false when there is none.
-    [[nodiscard]] bool print_page(const PrintPage& page, QWidget* parent);
+    [[nodiscard]] PrintOutcome print_page(const PrintPage& page, QWidget* parent);
 
     // The plot, drawn light, on a page of its own.
-    [[nodiscard]] bool print_plot(const PlotWindow& plot, QWidget* parent);
+    [[nodiscard]] PrintOutcome print_plot(const PlotWindow& plot, QWidget* parent);
 
     // The whole report, as many pages as it takes. False when nothing was printed.
     bool print_report(const QStringList& lines, QWidget* parent);

@@ -20,6 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::ostringstream told;
     ConsoleWindow window(script, {.report = told, .screen = told, .out = told, .errors = told, .options = options});
     const auto bench = std::make_unique<Workbench>(window);
+    bench->session.keeps_settings = false;
     script.push("fuzz", std::make_unique<std::istringstream>(text));
     Runner(*bench, window).run();
     return 0;

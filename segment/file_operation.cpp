@@ -25,6 +25,7 @@ FileStatus read(const std::string& path, std::string& bytes);
 FileStatus remove(const std::string& path);
 FileStatus push_undo_file(int level, const std::string& bytes);
 FileStatus append(const std::string& path, const std::string& bytes);
+void remove_whole_or_not(const std::string& path);
 
 }  // namespace
 
@@ -51,14 +52,14 @@ FileStatus file_operation(FileOperation operation, const FilePlace& place, std::
     return FileStatus::not_opened;
 }
 
-void remove_temporary_files() {
-    const auto remove_file = [](const std::string& path) {
-        std::remove(path.c_str());
-        std::remove(name_beside(path).c_str());
-    };
-    remove_file(store_file);
+void remove_undo_files() {
     // The newest of eleven has a name of its own until the others have moved.
-    for (int level = 0; level <= undo_levels; ++level) remove_file(undo_file(level));
+    for (int level = 0; level <= undo_levels; ++level) remove_whole_or_not(undo_file(level));
+}
+
+void remove_temporary_files() {
+    remove_whole_or_not(store_file);
+    remove_undo_files();
 }
 
 std::string undo_file(int level) { return "_xxx" + std::to_string(level) + ".tmp"; }
@@ -99,6 +100,11 @@ FileStatus append(const std::string& path, const std::string& bytes) {
         if (const FileStatus status = read(path, whole); status != FileStatus::done) return status;
     }
     return write(path, whole + bytes);
+}
+
+void remove_whole_or_not(const std::string& path) {
+    std::remove(path.c_str());
+    std::remove(name_beside(path).c_str());
 }
 
 }  // namespace

@@ -52,6 +52,9 @@ struct FilePlace {
 [[nodiscard]] std::string undo_file(int level);
 inline constexpr const char* store_file = "~xxx.tmp";
 
+// Removes the undo files, whole or not.
+void remove_undo_files();
+
 // Removes what an earlier run left of all these files, whole or not.
 void remove_temporary_files();
 

@@ -42,7 +42,7 @@ void show_plot(Desk& desk, const PlotVerdict& verdict) {
 
 void print_plot_window(Desk& desk) {
     if (!desk.plot.open) return refuse(desk, plot_messages::nothing_selected.text);
-    if (!desk.window.print_plot(desk.plot)) refuse(desk, "Printer is not available");
+    if (desk.window.print_plot(desk.plot) == PrintOutcome::failed) refuse(desk, "Printer is not available");
 }
 
 }  // namespace kavrel

@@ -56,9 +56,11 @@ void Reporter::print_line(std::string_view piece) {
 void Reporter::send_page() {
     const std::vector<std::string> page = std::move(print_.page);
     print_.page.clear();
-    if (window_.print_page({.job = "Printing", .quality = 1024, .font = "MS LineDraw", .lines = page})) return;
+    const PrintOutcome outcome =
+        window_.print_page({.job = "Printing", .quality = 1024, .font = "MS LineDraw", .lines = page});
+    if (outcome == PrintOutcome::printed) return;
     print_.print_mode = PrintMode::screen;
-    message("Printer is not available", "Error");
+    if (outcome == PrintOutcome::failed) message("Printer is not available", "Error");
 }
 
 }  // namespace kavrel

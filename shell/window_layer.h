@@ -36,6 +36,9 @@ struct FileQuery {
     bool to_write = false;
 };
 
+// What became of a page.
+enum class PrintOutcome { printed, cancelled, failed };
+
 struct PrintPage {
     std::string_view job;   // "Printing"
     int quality;            // of the printer, 1024
@@ -71,11 +74,11 @@ public:
     // Draws (or draws again) the plot window.
     virtual void show_plot(const PlotWindow& plot) = 0;
 
-    // A page of report lines to the printer; false when it could not be printed.
-    [[nodiscard]] virtual bool print_page(const PrintPage& page) = 0;
+    // A page of report lines to the printer.
+    [[nodiscard]] virtual PrintOutcome print_page(const PrintPage& page) = 0;
 
-    // The plot window on a page of the printer; false when it could not be printed.
-    [[nodiscard]] virtual bool print_plot(const PlotWindow& plot) = 0;
+    // The plot window on a page of the printer.
+    [[nodiscard]] virtual PrintOutcome print_plot(const PlotWindow& plot) = 0;
 
     // Puts the marked text on the clipboard.
     virtual void copy_text() = 0;

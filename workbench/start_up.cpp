@@ -39,6 +39,8 @@ void main_program(Workbench& bench, std::string_view command_line, std::string_v
     session.command_line = {};
 }
 
+void end_program() { remove_undo_files(); }
+
 bool names_stored_filter(std::string_view name) { return name.size() > 4 && name.substr(name.size() - 4, 3) == ".qf"; }
 
 std::vector<std::string> manual_folders(std::string_view executable) {

@@ -15,6 +15,9 @@ namespace kavrel {
 //   executable    full path of the running program
 void main_program(Workbench& bench, std::string_view command_line, std::string_view executable);
 
+// Ends a run: its undo files go with it.
+void end_program();
+
 // Whether a name ends in ".qf" and one letter, with something before it.
 [[nodiscard]] bool names_stored_filter(std::string_view name);
 

@@ -62,6 +62,7 @@ TEST(Program, AnExampleComesOutTheSameWhateverRanBefore) {
         for (const auto& [example, result] : fresh) EXPECT_TRUE(result_of(example, options) == result) << example;
         write_text("q_qxz", "1.0D+6 1.0D-6 1.0D-9 1.0D-6\n3 3 4 3 3 1\n");
     }
+    EXPECT_FALSE(std::filesystem::exists("_xxx0.tmp")) << "undo files end with their run";
 }
 
 TEST(Program, AScriptHasUnitsOfItsOwn) {

@@ -111,8 +111,8 @@ TEST(Printing, PagesKeepTheirLinesAndGoToTheFileNamed) {
     write_text("pages-2.pdf", "of another day");
     const std::vector<std::string> lines{" ┌──┐", " │R1│ 50.0", " └──┘"};
     const PrintPage page{.job = "Printing", .quality = 1024, .font = "MS LineDraw", .lines = lines};
-    EXPECT_TRUE(run.window.print_page(page));
-    EXPECT_TRUE(run.window.print_page(page));
+    EXPECT_EQ(run.window.print_page(page), PrintOutcome::printed);
+    EXPECT_EQ(run.window.print_page(page), PrintOutcome::printed);
     EXPECT_EQ(read_text("pages-2.pdf"), "of another day");
     for (const char* name : {"pages.pdf", "pages-3.pdf"}) {
         const std::string pdf = read_text(name);
@@ -123,12 +123,14 @@ TEST(Printing, PagesKeepTheirLinesAndGoToTheFileNamed) {
         dialog.findChild<QLineEdit*>("filename")->setText(QDir::current().filePath("pages.v2"));
         dialog.accept();
     });
-    EXPECT_TRUE(DesktopWindow({}).print_page(page));
+    EXPECT_EQ(DesktopWindow({}).print_page(page), PrintOutcome::printed);
     EXPECT_TRUE(read_text("pages.v2.pdf").starts_with("%PDF")) << "no other file's name";
     run.hands.then([](QDialog& dialog) { dialog.reject(); });
-    EXPECT_TRUE(DesktopWindow({}).print_plot({})) << "who cancels is shown no error";
+    EXPECT_EQ(DesktopWindow({}).print_plot({}), PrintOutcome::cancelled);
+    run.hands.then([](QDialog& dialog) { dialog.reject(); });
+    EXPECT_EQ(DesktopWindow({}).print_page(page), PrintOutcome::cancelled);
     run.window.printing().use_pdf("missing/pages");
-    EXPECT_FALSE(run.window.print_page(page));
+    EXPECT_EQ(run.window.print_page(page), PrintOutcome::failed);
 }
 
 TEST(LongWork, LinesAppearAsTheyAreWrittenAndTheUserCanStop) {

@@ -199,7 +199,7 @@ TEST_F(Plot, PrintSendsTheEventOfTheSegmentThatPlotted) {
     viewer.menuBar()->actions()[0]->trigger();
     EXPECT_EQ(sent, std::vector<int>{162});
     run.window.printing().use_pdf("plot");
-    EXPECT_TRUE(run.window.print_plot(plot));
+    EXPECT_EQ(run.window.print_plot(plot), PrintOutcome::printed);
     EXPECT_TRUE(read_text("plot.pdf").starts_with("%PDF"));
 }
 

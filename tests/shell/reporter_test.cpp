@@ -51,12 +51,16 @@ TEST_F(Reports, PagesLeaveBeforeTheirFiftyEighthLine) {
     EXPECT_EQ(window.pages.size(), 2U);
 }
 
-TEST_F(Reports, AMissingPrinterIsToldOnceAndPrintingEnds) {
-    window.has_printer = false;
-    reporter.set_print_mode(PrintMode::printer);
-    report(200);
+TEST_F(Reports, AMissingPrinterIsToldOnceAndOneThatIsCancelledNotAtAll) {
+    for (const PrintOutcome outcome : {PrintOutcome::cancelled, PrintOutcome::failed}) {
+        window.printer = outcome;
+        reporter.set_print_mode(PrintMode::printer);
+        report(200);
+        EXPECT_EQ(print.print_mode, PrintMode::screen);
+        EXPECT_EQ(window.boxes.size(), outcome == PrintOutcome::failed ? 1U : 0U);
+    }
     EXPECT_EQ(window.boxes, std::vector<std::string>{"Error: Printer is not available"});
-    EXPECT_EQ(window.lines.size(), 200U);
+    EXPECT_EQ(window.lines.size(), 400U);
 }
 
 TEST_F(Reports, FileModeAppendsAndTellsWhenItCannot) {

@@ -23,7 +23,7 @@ struct FakeWindow : WindowLayer {
     std::deque<std::function<bool(FormSheet&)>> forms;  // fill in a form; then cancel
     int stop_at = -1;                                   // progress count at which the user stops, or -1
     bool knows_events = false;
-    bool has_printer = true;
+    PrintOutcome printer = PrintOutcome::printed;
     int plots_shown = 0;
     int plots_printed = 0;
 
@@ -47,13 +47,13 @@ struct FakeWindow : WindowLayer {
     }
     void set_toolbar(std::span<const ToolbarItem> items) override { toolbar = items; }
     void show_plot(const PlotWindow&) override { ++plots_shown; }
-    bool print_plot(const PlotWindow&) override {
-        if (has_printer) ++plots_printed;
-        return has_printer;
+    PrintOutcome print_plot(const PlotWindow&) override {
+        if (printer == PrintOutcome::printed) ++plots_printed;
+        return printer;
     }
-    bool print_page(const PrintPage& page) override {
-        if (has_printer) pages.emplace_back(page.lines.begin(), page.lines.end());
-        return has_printer;
+    PrintOutcome print_page(const PrintPage& page) override {
+        if (printer == PrintOutcome::printed) pages.emplace_back(page.lines.begin(), page.lines.end());
+        return printer;
     }
     void copy_text() override {}
     void view_text(std::string_view, std::string_view text) override { lines.emplace_back(text); }

@@ -93,7 +93,7 @@ double loss_of_function(const FilterSpec& spec, const TransferFunction& transfer
 
 RequestCheck check_function(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
                             double used_q) {
-    RequestCheck check{.has_request = true};
+    RequestCheck check;
     add_loss_rows({.loss = [&](double hertz) { return loss_of_function(found, transfer, hertz, used_q); },
                    .request = request,
                    .found = found,

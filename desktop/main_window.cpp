@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "desktop/check_badge.h"
 #include "desktop/find_bar.h"
 #include "desktop/icons.h"
 #include "desktop/report_view.h"
@@ -33,6 +34,7 @@ MainWindow::MainWindow(WindowSettings& settings)
       report_(new ReportView),
       find_bar_(new FindBar(*report_, this)),
       toolbar_(addToolBar(tr("Toolbar"))),
+      badge_(new CheckBadge(this)),
       segment_(new QLabel),
       units_(new QLabel),
       file_(new QLabel),
@@ -66,6 +68,8 @@ MainWindow::MainWindow(WindowSettings& settings)
         statusBar()->addPermanentWidget(one);
         one->hide();
     }
+    statusBar()->addWidget(badge_);
+    connect(badge_, &QPushButton::clicked, this, &MainWindow::check_wanted);
     for (QLabel* one : {segment_, units_, file_}) {
         one->setContentsMargins(6, 0, 6, 0);
         statusBar()->addPermanentWidget(one);

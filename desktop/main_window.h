@@ -14,6 +14,7 @@ class QPushButton;
 
 namespace kavrel {
 
+class CheckBadge;
 class FindBar;
 class ReportView;
 
@@ -34,6 +35,7 @@ public:
     void end_progress();
 
     [[nodiscard]] ReportView& report() { return *report_; }
+    [[nodiscard]] CheckBadge& badge() { return *badge_; }
 
     // The item with this label at the end of its path in the current menu: its id, or 0.
     [[nodiscard]] int item_labelled(std::string_view label) const;
@@ -45,6 +47,7 @@ signals:
     void item_chosen(int id);
     void stop_wanted();
     void close_wanted();
+    void check_wanted();
     // A page of the manual for a menu item's id.
     void item_help_wanted(int id);
     void save_report_wanted();
@@ -72,6 +75,7 @@ private:
     ReportView* report_;
     FindBar* find_bar_;
     QToolBar* toolbar_;
+    CheckBadge* badge_;
     QLabel* segment_;
     QLabel* units_;
     QLabel* file_;

@@ -57,4 +57,8 @@ QColor alarm_paper(const QPalette& palette) { return QColor(is_dark(palette) ? 0
 
 QColor alarm_text(const QPalette& palette) { return QColor(is_dark(palette) ? 0xff9a90 : 0xb3261e); }
 
+QColor good_paper(const QPalette& palette) { return QColor(is_dark(palette) ? 0x1f4a2c : 0xd3efd9); }
+
+QColor good_text(const QPalette& palette) { return QColor(is_dark(palette) ? 0x9fe0b0 : 0x17602f); }
+
 }  // namespace kavrel

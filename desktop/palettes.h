@@ -31,4 +31,8 @@ struct PlotColours {
 [[nodiscard]] QColor alarm_paper(const QPalette& palette);
 [[nodiscard]] QColor alarm_text(const QPalette& palette);
 
+// Of what is as it should be.
+[[nodiscard]] QColor good_paper(const QPalette& palette);
+[[nodiscard]] QColor good_text(const QPalette& palette);
+
 }  // namespace kavrel

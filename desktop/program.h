@@ -26,6 +26,7 @@ private:
     // The user wishes to close the main window: what "Exit" of the current menu does.
     void leave();
     void show_status();
+    void show_check();
 
     DesktopWindow& window_;
     Workbench bench_;

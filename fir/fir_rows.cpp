@@ -17,9 +17,9 @@ double ripple_of(double deviation) {
 }  // namespace
 
 RequestCheck check_fir(const FirRequest& request, const FirFilter& filter) {
-    RequestCheck check{.has_request = filter.functions > 0};
+    RequestCheck check;
     FirTask task;
-    if (!check.has_request || take_task(request, task) != nullptr) return {};
+    if (filter.functions == 0 || take_task(request, task) != nullptr) return check;
     const bool in_db = task.JTYPE == FirType::filter && request.specification_type == FirSpecification::ripple_in_db;
     for (int b = 1; b <= task.BANDS.NBANDS; ++b) {
         const CheckBand band{task.BANDS.EDGE(2 * b - 1) * filter.sampling_frequency,

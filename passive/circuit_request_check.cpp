@@ -23,8 +23,8 @@ double available_ratio(const Chain& chain) { return chain.R1 != 0 ? chain.R2 / c
 }  // namespace
 
 RequestCheck check_circuit(const PassiveFilter& filter) {
-    RequestCheck check{.has_request = filter.designed};
-    if (!check.has_request) return check;
+    RequestCheck check;
+    if (!filter.designed) return check;
     Chain chain;
     const bool has_loss = prepare_chain(filter.circuit, loss_of_elements(filter), chain) == ChainVerdict::done;
     const std::vector<double> narrow_places = resonances(filter.circuit);

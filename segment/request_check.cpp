@@ -45,7 +45,7 @@ int RequestCheck::missed() const {
 }
 
 std::string check_summary(const RequestCheck& check) {
-    if (!check.has_request) return std::string(no_request);
+    if (!check.has_request()) return std::string(no_request);
     if (const int missed = check.missed(); missed > 0)
         return fmt::format("{} of {} not met", missed, check.rows.size());
     double least = std::numeric_limits<double>::infinity();
@@ -71,7 +71,7 @@ std::vector<std::string> missed_lines(const RequestCheck& check) {
 
 std::vector<std::string> check_table(const RequestCheck& check) {
     std::vector<std::string> lines;
-    if (check.has_request) {
+    if (check.has_request()) {
         lines.push_back(fmt::format("{:<14}{:<34}{:>14}{:>14}{:>13}", "", "", "asked", "reached", "margin"));
     }
     for (const CheckRow& row : check.rows) {

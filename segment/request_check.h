@@ -38,11 +38,12 @@ struct CheckRow {
 [[nodiscard]] CheckRow shown_value(std::string_view what, CheckBand band, double reached);
 
 struct RequestCheck {
-    bool has_request = false;  // else there are no rows: what is shown was not designed here
     std::vector<CheckRow> rows{};
 
+    // Nothing was asked of what is shown: it was not designed here, or by a function that was given.
+    [[nodiscard]] bool has_request() const { return !rows.empty(); }
     [[nodiscard]] int missed() const;
-    [[nodiscard]] bool met() const { return has_request && missed() == 0; }
+    [[nodiscard]] bool met() const { return has_request() && missed() == 0; }
 };
 
 inline constexpr std::string_view no_request = "no request";

@@ -9,7 +9,7 @@ namespace kavrel {
 using Json = nlohmann::ordered_json;
 
 Json check_part(const RequestCheck& check) {
-    if (!check.has_request) return {};
+    if (!check.has_request()) return {};
     Json rows = Json::array();
     for (const CheckRow& row : check.rows) {
         Json part{{"what", row.what}};

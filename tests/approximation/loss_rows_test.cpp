@@ -97,7 +97,7 @@ TEST(LossRows, AreTheSameOfARequestWhoseFrequenciesAreScaled) {
         "equal_ripple equal_minima upperPassEdge 1000 upperStopEdge 1300 bandEdgeLoss 0.1"
         " stopbandLoss 50" +
         ends);
-    RequestCheck scaled{.has_request = true};
+    RequestCheck scaled;
     const FilterSpec asked = scaled_request(filter.design.request, 7), found = scaled_request(filter.found, 7);
     TransferFunction transfer = filter.design.transfer;
     transfer.normFrequency *= 7;

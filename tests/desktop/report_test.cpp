@@ -3,8 +3,9 @@
 #include <QLineEdit>
 #include <QTextBlock>
 
+#include "desktop/check_badge.h"
 #include "desktop/text_viewer.h"
-#include "tests/desktop/desktop_run.h"
+#include "tests/desktop/script_hands.h"
 
 namespace kavrel {
 namespace {
@@ -118,6 +119,21 @@ TEST(Report, ZoomIsRememberedAndMenuKeysReachTheMenu) {
     run.hands.always([](QDialog& box) { box.reject(); });
     press(run.window.main().report(), Qt::Key_A, Qt::ControlModifier);
     EXPECT_EQ(chosen, std::vector<int>{330}) << "Save as, not Select all";
+}
+
+TEST(CheckBadge, FollowsWhatIsShownAndOpensTheList) {
+    DesktopRun run;
+    CheckBadge& badge = run.window.main().badge();
+    EXPECT_EQ(badge.text(), "no request");
+    ScriptHands(run, read_text(TEST_DATA "/conversations/files/notch.kav")).work();
+    EXPECT_EQ(badge.text(), "meets the request (+12.1 dB)");
+    ScriptHands(run, "choose Branch > Change\nset branch 4\nset first 100m\nok\n").work();
+    EXPECT_EQ(badge.text(), "2 of 3 not met");
+    click(run.window.main(), "2 of 3 not met");
+    ASSERT_NE(run.window.text_viewer(), nullptr);
+    EXPECT_TRUE(run.window.text_viewer()->view().report_text().contains("38.0197 dB"));
+    run.program->send(477);
+    EXPECT_EQ(badge.text(), "meets the request (+12.1 dB)");
 }
 
 TEST(TextViewer, ShowsAFileAndCloses) {

@@ -19,6 +19,7 @@
 #include "desktop/form_dialog.h"
 #include "shell/menu.h"
 #include "tests/desktop/desktop_run.h"
+#include "workbench/shown.h"
 
 namespace kavrel {
 
@@ -33,10 +34,12 @@ public:
         while (const auto line = script_.next()) {
             if (line->verb() == "choose") {
                 choose(*line);
+            } else if (line->verb() == "expect" && line->rest() == "met" && !line->words[1].quoted) {
+                EXPECT_TRUE(shown_check(run_.bench()).met());
             } else if (line->verb() == "expect") {
                 EXPECT_TRUE(was_shown(line->rest())) << line->text;
             } else {
-                static constexpr std::string_view only_of_the_console[] = {"dump", "plot", "table", "echo"};
+                static constexpr std::string_view only_of_the_console[] = {"dump", "plot", "table", "echo", "check"};
                 EXPECT_NE(std::ranges::find(only_of_the_console, line->verb()), std::end(only_of_the_console));
             }
         }

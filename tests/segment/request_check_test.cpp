@@ -23,7 +23,7 @@ TEST(RequestCheck, IsMetWithinATrifleOfTheValueAsked) {
 
 TEST(RequestCheck, ReportsWhatIsMissed) {
     const RequestCheck check{
-        .has_request = true,
+
         .rows = {at_most("pass band", {0, 1000}, 0.1, 0.1), at_least("stopband", {2400, up}, 60, 58.0244),
                  at_least("stopband", {0, 500}, 60, 59.99991), equal_to("terminations", 1, 1.35543),
                  at_most("pass band", {2e6, 3.5e9}, 0.1, up)}};
@@ -37,11 +37,10 @@ TEST(RequestCheck, ReportsWhatIsMissed) {
 }
 
 TEST(RequestCheck, SummarisesTheLeastMarginToSpare) {
-    const RequestCheck check{.has_request = true,
-                             .rows = {at_most("pass band", {1, 2}, 0.1, 0.1), at_least("stopband", {4, up}, 60, 72.13),
+    const RequestCheck check{.rows = {at_most("pass band", {1, 2}, 0.1, 0.1), at_least("stopband", {4, up}, 60, 72.13),
                                       at_least("stopband", {0, 0.5}, 60, 75)}};
     EXPECT_EQ(check_summary(check), "meets the request (+12.1 dB)");
-    EXPECT_EQ(check_summary({.has_request = true, .rows = {equal_to("terminations", 1, 1)}}), "meets the request");
+    EXPECT_EQ(check_summary({.rows = {equal_to("terminations", 1, 1)}}), "meets the request");
     EXPECT_EQ(check_summary({}), "no request");
     EXPECT_FALSE(RequestCheck{}.met());
 }

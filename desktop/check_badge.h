@@ -1,0 +1,31 @@
+// The badge at the left of the status line: how what is shown meets its request. Pressed, it wants the whole list.
+#pragma once
+
+#include <QPushButton>
+
+#include "segment/request_check.h"
+
+namespace kavrel {
+
+class CheckBadge : public QPushButton {
+    Q_OBJECT
+
+public:
+    explicit CheckBadge(QWidget* parent = nullptr);
+
+    void show_check(const RequestCheck& check);
+    // While the list is not there yet: grey.
+    void show_nothing();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    enum class State { unknown, met, missed };
+    void show_state(State state, const QString& text);
+    void colour();
+
+    State state_ = State::unknown;
+};
+
+}  // namespace kavrel

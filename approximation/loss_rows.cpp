@@ -53,7 +53,7 @@ double flat_loss(const JudgedLoss& judged, const SearchedBand& band);
 
 void add_loss_rows(const JudgedLoss& judged, RequestCheck& check) {
     const FilterSpec& asked = judged.request;
-    const bool given = asked.passbandType == functional_passband && !is_shifted(judged);
+    const bool given = asked.passbandType == functional_passband && !(is_shifted(judged) && asked.bandEdgeLoss > 0);
     const SearchedBand pass(judged, pass_band(asked));
     if (asked.passbandType == sloping_passband) return add_slope_rows(judged, pass, check);
     const double flat = flat_loss(judged, pass);
@@ -155,12 +155,13 @@ void SearchedBand::add_design(const JudgedLoss& judged) {
 
 // The ends are met exactly, but for those where a response may have no value.
 double SearchedBand::hertz(double angle) const {
-    constexpr double as_good_as_infinite = 1e7;    // times the edge
-    constexpr double beside_stub_pole = 1 - 2e-5;  // of the quarter-wave frequency
-    if (angle <= this->angle(band_.from)) return band_.from;
-    if (angle < this->angle(band_.to)) return edge_ * std::tan(angle);
+    constexpr double as_good_as_infinite = 1e7;  // times the edge
+    constexpr double beside_stub_pole = 2e-5;    // of the quarter-wave frequency
+    const double least = std::isinf(top_) ? edge_ / as_good_as_infinite : top_ * beside_stub_pole;
+    if (angle <= this->angle(band_.from)) return std::max(band_.from, least);
+    if (angle < this->angle(band_.to)) return std::max(edge_ * std::tan(angle), least);
     if (std::isinf(band_.to)) return as_good_as_infinite * band_.from;
-    return band_.to == top_ ? beside_stub_pole * band_.to : band_.to;
+    return band_.to == top_ ? (1 - beside_stub_pole) * band_.to : band_.to;
 }
 
 // A matching network of unit elements alone has its band evenly about the quarter-wave frequency.

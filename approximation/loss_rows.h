@@ -27,7 +27,8 @@ struct JudgedLoss {
 // flat loss asked for, and the strip about the slope that all losses lie in); then the lower and the upper stopband,
 // the least loss in each. Losses count from the flat loss that belongs to the design: the least one that its transfer
 // function has in the pass band, from unequal terminations or predistortion; with an open level, from the least one of
-// the pass band itself. A given function has no losses that were asked for, unless it is that of a shifted band-pass.
+// the pass band itself. A given function has no losses that were asked for, unless it is that of a
+// shifted band-pass whose low-pass had them.
 void add_loss_rows(const JudgedLoss& judged, RequestCheck& check);
 
 // 20 log10 1/|H| in dB at a frequency in Hz, of elements whose Q at normFrequency is `q`; 0: lossless.

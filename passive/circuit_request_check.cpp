@@ -1,8 +1,10 @@
 #include "passive/circuit_request_check.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <optional>
 
 #include "approximation/loss_rows.h"
 #include "circuit/chain_analysis.h"
@@ -16,7 +18,8 @@ namespace {
 constexpr double ratio_worth_a_report = 1e-3;
 
 ElementLoss loss_of_elements(const PassiveFilter& filter);
-std::vector<double> resonances(const Circuit& circuit);
+std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chain);
+std::optional<ChainPoint> point_at(const Chain& chain, double hertz);
 double requested_ratio(const PassiveFilter& filter);
 double available_ratio(const Chain& chain) { return chain.R1 != 0 ? chain.R2 / chain.R1 : 0; }
 
@@ -27,21 +30,18 @@ RequestCheck check_circuit(const PassiveFilter& filter) {
     if (!filter.designed) return check;
     Chain chain;
     const bool has_loss = prepare_chain(filter.circuit, loss_of_elements(filter), chain) == ChainVerdict::done;
-    const std::vector<double> narrow_places = resonances(filter.circuit);
+    const std::vector<double> places = has_loss ? narrow_places(filter, chain) : std::vector<double>{};
     add_loss_rows({.loss =
                        [&](double hertz) {
-                           ChainPoint point;
-                           const Wide omega = 2 * std::numbers::pi_v<Wide> * static_cast<Wide>(hertz);
-                           const bool computed =
-                               has_loss && analyze_point(chain, omega, point) == PointVerdict::computed;
-                           return computed ? static_cast<double>(point.loss) : std::numeric_limits<double>::quiet_NaN();
+                           const auto point = has_loss ? point_at(chain, hertz) : std::nullopt;
+                           return point ? static_cast<double>(point->loss) : std::numeric_limits<double>::quiet_NaN();
                        },
                    .request = filter.background.request,
                    .found = filter.spec,
                    .transfer = filter.transfer,
                    .used_q = filter.background.notes.predistortion.used_q,
                    .open_level = chain.R2 == 0,
-                   .places = narrow_places},
+                   .places = places},
                   check);
     const double requested = requested_ratio(filter), available = available_ratio(chain);
     if (requested != 0 || available != 0) check.rows.push_back(equal_to("terminations", requested, available));
@@ -76,13 +76,65 @@ ElementLoss loss_of_elements(const PassiveFilter& filter) {
     return {.QL = static_cast<double>(line_nepers) * std::atanh(m)};
 }
 
-// Where its traps put narrow extremes, wherever they were moved to.
-std::vector<double> resonances(const Circuit& circuit) {
-    std::vector<double> all;
-    for (int k = 1; k <= circuit.klast; ++k) {
-        for (const double frequency : branch_resonances(circuit, k)) all.push_back(frequency);
+// Frequencies between which the phase turns as the delays at both ends let expect. A resonance that lies hidden between
+// two of them turns it by 180 degrees more, however narrow it is; there the interval is halved.
+class PhaseWalk {
+public:
+    explicit PhaseWalk(const Chain& chain) : chain_(chain) {}
+
+    void walk(double from, double to) { halve(from, point_at(chain_, from), to, point_at(chain_, to), 0); }
+    std::vector<double> places;
+
+private:
+    void halve(double from, const std::optional<ChainPoint>& first, double to, const std::optional<ChainPoint>& last,
+               int depth) {
+        constexpr int deepest = 40;
+        constexpr std::size_t most_places = 4000;
+        places.push_back(from);
+        if (!first || !last || depth == deepest || places.size() > most_places) return;
+        if (std::fabs(hidden_phase(from, *first, to, *last)) < 30) return;
+        const double middle = (from + to) / 2;
+        const auto here = point_at(chain_, middle);
+        halve(from, first, middle, here, depth + 1);
+        halve(middle, here, to, last, depth + 1);
     }
-    return all;
+    // Degrees, within half a turn.
+    static double hidden_phase(double from, const ChainPoint& first, double to, const ChainPoint& last) {
+        const Wide expected = -180 * (to - from) * (first.delay + last.delay);
+        return static_cast<double>(std::remainder(last.phase - first.phase - expected, Wide{360}));
+    }
+
+    const Chain& chain_;
+};
+
+// Where the loss may have extremes that the places of the design do not show: at its traps, wherever they were moved
+// to, and, once the circuit was edited, at the resonances that came with it.
+std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chain) {
+    constexpr int steps = 200;
+    constexpr double beyond = 100;  // times the edges
+    const Circuit& circuit = filter.circuit;
+    PhaseWalk walk(chain);
+    if (filter.mod != 0.0F) {
+        const FilterSpec& asked = filter.background.request;
+        const double highest = std::max({asked.lowerPassEdge, asked.upperPassEdge, asked.upperStopEdge});
+        const double lowest = asked.lowerStopEdge > 0 ? asked.lowerStopEdge : highest;
+        const double from = lowest / beyond;
+        const double to = circuit.kind == CircuitKind::lumped ? highest * beyond : circuit.fs / 2;
+        const double ratio = std::pow(to / from, 1.0 / steps);
+        double at = from;
+        for (int i = 0; i < steps; ++i, at *= ratio) walk.walk(at, at * ratio);
+    }
+    for (int k = 1; k <= circuit.klast; ++k) {
+        for (const double frequency : branch_resonances(circuit, k)) walk.places.push_back(frequency);
+    }
+    return walk.places;
+}
+
+std::optional<ChainPoint> point_at(const Chain& chain, double hertz) {
+    ChainPoint point;
+    const Wide omega = 2 * std::numbers::pi_v<Wide> * static_cast<Wide>(hertz);
+    if (analyze_point(chain, omega, point) != PointVerdict::computed) return std::nullopt;
+    return point;
 }
 
 double requested_ratio(const PassiveFilter& filter) {

@@ -13,7 +13,8 @@ namespace kavrel {
 namespace {
 
 constexpr double least_frequency = 1e-9;
-constexpr int points_per_tap = 8;  // over 0 to 0.5: 16 for each extremum
+constexpr int least_steps = 16;    // of a piece, however short
+constexpr int points_per_tap = 8;  // over 0 to 0.5: 16 for each extremum amid a band
 
 FirDeviation deviation_at(const FirTask& task, const FirFilter& filter, int function, int band, double f);
 std::vector<double> piece_ends(const FirTask& task, int band);
@@ -47,9 +48,13 @@ FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int
         const double low = ends[piece - 1];
         // short of the next piece, where the desired response may be another one
         const double high = piece + 1 < ends.size() ? std::nextafter(ends[piece], low) : ends[piece];
-        const int steps = std::max(2, static_cast<int>(std::ceil((high - low) * 2.0 * points_per_tap * taps)));
+        // ripples crowd at the edges of a band, and so do the places
+        const double ripples = (high - low) * std::numbers::pi * points_per_tap * taps;
+        const int steps = std::max(least_steps, static_cast<int>(std::ceil(ripples)));
         places.clear();
-        for (int k = 0; k < steps; ++k) places.push_back(low + (high - low) * k / steps);
+        for (int k = 0; k < steps; ++k) {
+            places.push_back(low + (high - low) * (1 - std::cos(std::numbers::pi * k / steps)) / 2);
+        }
         places.push_back(high);
         const FirDeviation found = at(highest_value(places, weighted).at);
         if (found.weighted > largest.weighted) largest = found;

@@ -15,7 +15,7 @@ namespace kavrel {
 // counts as not there. value is NaN where f is a number nowhere.
 template <class Function>
 [[nodiscard]] Peak<double> highest_value(std::span<const double> places, const Function& f) {
-    constexpr int refining_steps = 20;  // to 1e-4 of the distance of two samples, so to 1e-8 of the climb
+    constexpr int refining_steps = 32;  // to 2e-7 of the distance of two samples
     constexpr double climbs = 2;        // a peak is lower than its sample and so many climbs to it
     std::vector<Peak<double>> samples;
     samples.reserve(places.size());

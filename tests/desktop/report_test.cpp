@@ -131,7 +131,7 @@ TEST(CheckBadge, FollowsWhatIsShownAndOpensTheList) {
     EXPECT_EQ(badge.text(), "1 of 3 not met");
     click(run.window.main(), "1 of 3 not met");
     ASSERT_NE(run.window.text_viewer(), nullptr);
-    EXPECT_TRUE(run.window.text_viewer()->view().report_text().contains("not met"));
+    EXPECT_TRUE(run.window.text_viewer()->view().toPlainText().contains("not met"));
     run.program->send(477);
     EXPECT_EQ(badge.text(), "meets the request (+12.1 dB)");
 }

@@ -80,15 +80,18 @@ double loss_of_function(const FilterSpec& spec, const TransferFunction& transfer
                          ? 2 * std::numbers::pi * hertz / edge
                          : std::tan(std::numbers::pi * hertz / spec.sampleFrequency) / edge_tangent(spec, transfer);
     const double d = q > 0 ? 1 / q : 0;
-    const auto distance = [&](double re, double im) { return std::hypot(d - re / edge, w - im / edge); };
-    double loss = -20 * std::log10(std::fabs(transfer.level));
-    for (int i = 1; i <= transfer.poleCount; ++i) {
-        loss += 20 * std::log10(distance(transfer.POLES_RE(i), transfer.POLES_IM(i)));
-    }
-    for (int i = 1; i <= transfer.zeroCount; ++i) {
-        loss -= 20 * std::log10(distance(transfer.ZEROS_RE(i), transfer.ZEROS_IM(i)));
-    }
-    return loss;
+    // A product of 50 squared distances is beyond a double.
+    const auto distances = [&](const auto& re, const auto& im, int count) {
+        long double product = 1;
+        for (int i = 1; i <= count; ++i) {
+            const double x = d - re(i) / edge, y = w - im(i) / edge;
+            product *= static_cast<long double>(x * x + y * y);
+        }
+        return product;
+    };
+    const long double poles = distances(transfer.POLES_RE, transfer.POLES_IM, transfer.poleCount);
+    const long double zeros = distances(transfer.ZEROS_RE, transfer.ZEROS_IM, transfer.zeroCount);
+    return static_cast<double>(10 * std::log10(poles / zeros)) - 20 * std::log10(std::fabs(transfer.level));
 }
 
 RequestCheck check_function(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,

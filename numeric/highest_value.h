@@ -15,7 +15,7 @@ namespace kavrel {
 // counts as not there. value is NaN where f is a number nowhere.
 template <class Function>
 [[nodiscard]] Peak<double> highest_value(std::span<const double> places, const Function& f) {
-    constexpr int refining_steps = 32;  // to 2e-7 of the distance of two samples
+    constexpr int refining_steps = 24;  // to 1e-5 of the distance of two samples, so to 1e-10 of the climb
     constexpr double climbs = 2;        // a peak is lower than its sample and so many climbs to it
     std::vector<Peak<double>> samples;
     samples.reserve(places.size());

@@ -80,21 +80,29 @@ ElementLoss loss_of_elements(const PassiveFilter& filter) {
 // two of them turns it by 180 degrees more, however narrow it is; there the interval is halved.
 class PhaseWalk {
 public:
-    explicit PhaseWalk(const Chain& chain) : chain_(chain) {}
-
-    void walk(double from, double to) { halve(from, point_at(chain_, from), to, point_at(chain_, to), 0); }
-    std::vector<double> places;
+    PhaseWalk(const Chain& chain, double from, double to) : chain_(chain) {
+        constexpr int steps = 150;
+        const double ratio = std::pow(to / from, 1.0 / steps);
+        auto first = point_at(chain_, from);
+        for (int i = 0; i < steps; ++i, from *= ratio) {
+            const auto last = point_at(chain_, from * ratio);
+            halve(from, first, from * ratio, last, 0);
+            first = last;
+        }
+    }
+    std::vector<double> places;  // Hz, where intervals were halved
 
 private:
     void halve(double from, const std::optional<ChainPoint>& first, double to, const std::optional<ChainPoint>& last,
                int depth) {
-        constexpr int deepest = 40;
+        constexpr double narrowest = 1e-7;  // of the frequency: a Q of ten million
         constexpr std::size_t most_places = 4000;
-        places.push_back(from);
-        if (!first || !last || depth == deepest || places.size() > most_places) return;
+        if (depth > 0) places.push_back(from);
+        if (!first || !last || to - from < narrowest * to || places.size() > most_places) return;
         if (std::fabs(hidden_phase(from, *first, to, *last)) < 30) return;
-        const double middle = (from + to) / 2;
-        const auto here = point_at(chain_, middle);
+        double middle = (from + to) / 2;
+        auto here = point_at(chain_, middle);
+        if (!here) here = point_at(chain_, middle = 0.49 * from + 0.51 * to);  // beside a pole
         halve(from, first, middle, here, depth + 1);
         halve(middle, here, to, last, depth + 1);
     }
@@ -108,26 +116,21 @@ private:
 };
 
 // Where the loss may have extremes that the places of the design do not show: at its traps, wherever they were moved
-// to, and, once the circuit was edited, at the resonances that came with it.
+// to, and at the resonances that came with an edit.
 std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chain) {
-    constexpr int steps = 200;
-    constexpr double beyond = 100;  // times the edges
+    constexpr double beyond = 1e4;            // times the edges
+    constexpr double beside_pole = 1 - 2e-5;  // of the quarter-wave frequency
     const Circuit& circuit = filter.circuit;
-    PhaseWalk walk(chain);
-    if (filter.mod != 0.0F) {
-        const FilterSpec& asked = filter.background.request;
-        const double highest = std::max({asked.lowerPassEdge, asked.upperPassEdge, asked.upperStopEdge});
-        const double lowest = asked.lowerStopEdge > 0 ? asked.lowerStopEdge : highest;
-        const double from = lowest / beyond;
-        const double to = circuit.kind == CircuitKind::lumped ? highest * beyond : circuit.fs / 2;
-        const double ratio = std::pow(to / from, 1.0 / steps);
-        double at = from;
-        for (int i = 0; i < steps; ++i, at *= ratio) walk.walk(at, at * ratio);
-    }
+    std::vector<double> places;
+    const FilterSpec& asked = filter.background.request;
+    const double highest = std::max({asked.lowerPassEdge, asked.upperPassEdge, asked.upperStopEdge});
+    const double lowest = asked.lowerStopEdge > 0 ? asked.lowerStopEdge : highest;
+    const double to = circuit.kind == CircuitKind::lumped ? highest * beyond : circuit.fs / 2 * beside_pole;
+    if (lowest > 0) places = PhaseWalk(chain, lowest / beyond, to).places;
     for (int k = 1; k <= circuit.klast; ++k) {
-        for (const double frequency : branch_resonances(circuit, k)) walk.places.push_back(frequency);
+        for (const double frequency : branch_resonances(circuit, k)) places.push_back(frequency);
     }
-    return walk.places;
+    return places;
 }
 
 std::optional<ChainPoint> point_at(const Chain& chain, double hertz) {

@@ -51,8 +51,8 @@ void settle_units(UnitSet& units);
 [[nodiscard]] double unit_multiplier(const UnitSet& units, Unit unit);
 
 // Sixteen characters for a value in SI units: number in F11.6, prefix letter, unit; in the user's units where those
-// apply and show it (0, or 0.001 and above, in F11.6), otherwise in engineering form. Above 1.0e25 a resistance or inductance is an open circuit; what the prefixes f
-// to T cannot hold is written alone in scientific form.
+// apply and show it (0, or 0.001 and above, in F11.6), otherwise in engineering form. Above 1.0e25 a resistance or
+// inductance is an open circuit; what the prefixes f to T cannot hold is written alone in scientific form.
 [[nodiscard]] std::string unit_value_text(const UnitSet& units, double value, UnitCode unit);
 
 }  // namespace kavrel

@@ -46,8 +46,7 @@ void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
 
 constexpr Case cases[] = {
     {"butterworth_lowpass", FilterKind::lc, low, "bandEdgeLoss 3 upperStopEdge 3000"},
-    {"chebyshev_highpass_return_loss", FilterKind::lc,
-     "high_pass equal_ripple lowerPassEdge 1e6 lowerStopEdge 5e5",
+    {"chebyshev_highpass_return_loss", FilterKind::lc, "high_pass equal_ripple lowerPassEdge 1e6 lowerStopEdge 5e5",
      "reflectionInput 20 bandEdgeLoss 0.0436480540245 stopbandLoss 50 sourceResistance 50 loadResistance 50", 3},
     {"elliptic_lowpass_even", FilterKind::lc, low,
      "equal_ripple equal_minima reflectionInput -15 bandEdgeLoss 0.0988196 stopbandLoss 50"},
@@ -66,8 +65,7 @@ constexpr Case cases[] = {
      4},
     {"functional_e_rescaled", FilterKind::active_rc, "functional_passband functional_stopband upperPassEdge 1000",
      "zerosAtInfinity 3 denominatorFactors 3 9 3"},
-    {"functional_f_highpass", FilterKind::lc,
-     "high_pass functional_passband functional_stopband lowerPassEdge 1000",
+    {"functional_f_highpass", FilterKind::lc, "high_pass functional_passband functional_stopband lowerPassEdge 1000",
      "zerosAtZero 3 functionMultiplier 2 numeratorFactors 0 2 sourceResistance 50 loadResistance 50"},
     {"sloped_bandpass", FilterKind::lc, band,
      "sloping_passband specified_zeros stopbandLoss -4 flatLoss 0.5 zerosAtZero 4 zerosAtInfinity 2", 2},

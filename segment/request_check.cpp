@@ -72,15 +72,19 @@ std::vector<std::string> missed_lines(const RequestCheck& check) {
 std::vector<std::string> check_table(const RequestCheck& check) {
     std::vector<std::string> lines;
     if (check.has_request()) {
-        lines.push_back(fmt::format("{:<14}{:<34}{:>14}{:>14}{:>13}", "", "", "asked", "reached", "margin"));
+        lines.push_back(fmt::format("{:<48}{:>11}{:>14}{:>15}", "", "asked", "reached", "margin"));
     }
     for (const CheckRow& row : check.rows) {
         const int decimals = telling_decimals(row, 4);
         const auto value = [&](double v) {
-            return fmt::format("{:>14}", std::isnan(v) ? "" : value_text(v, decimals, row.unit));
+            return std::isnan(v) ? std::string(14, ' ')
+                                 : fmt::format("{:>11} {:<2}", value_text(v, decimals, ""), row.unit);
         };
-        const std::string margin = std::isnan(row.asked) ? "" : fmt::format("{:+.{}f}", row.margin, decimals);
-        lines.push_back(fmt::format("{:<14}{:<34}{}{}{:>13}{}", row.what, band_text(row.band), value(row.asked),
+        const double least = std::pow(10, -decimals) / 2;  // below it a margin is none
+        const std::string margin =
+            std::isnan(row.asked) ? ""
+                                  : fmt::format("{:+.{}f}", std::fabs(row.margin) < least ? 0.0 : row.margin, decimals);
+        lines.push_back(fmt::format("{:<14}{:<34}{}{}{:>12}{}", row.what, band_text(row.band), value(row.asked),
                                     value(row.reached), margin, row.met ? "" : "  not met"));
     }
     lines.push_back(check_summary(check));

@@ -54,14 +54,15 @@ double flat_loss(const JudgedLoss& judged, const SearchedBand& band);
 void add_loss_rows(const JudgedLoss& judged, RequestCheck& check) {
     const FilterSpec& asked = judged.request;
     const bool given = asked.passbandType == functional_passband && !(is_shifted(judged) && asked.bandEdgeLoss > 0);
+    if (given) return;
     const SearchedBand pass(judged, pass_band(asked));
     if (asked.passbandType == sloping_passband) return add_slope_rows(judged, pass, check);
     const double flat = flat_loss(judged, pass);
     const auto loss = [&](double hertz) { return judged.loss(hertz) - flat; };
-    if (!given) check.rows.push_back(at_most("pass band", pass.band(), asked.bandEdgeLoss, pass.highest(loss)));
+    check.rows.push_back(at_most("pass band", pass.band(), asked.bandEdgeLoss, pass.highest(loss)));
 
     const auto stopband = [&](CheckBand band, double least) {
-        if (given || !(least > 0)) return;
+        if (!(least > 0)) return;
         check.rows.push_back(at_least("stopband", band, least, SearchedBand(judged, band).lowest(loss)));
     };
     const bool low = asked.filterType == low_pass;
@@ -125,6 +126,7 @@ namespace {
 SearchedBand::SearchedBand(const JudgedLoss& judged, CheckBand band)
     : band_(band), edge_(std::isinf(band.to) ? band.from : band.to), top_(top_of_medium(judged.request)) {
     const double first = angle(band.from), last = angle(band.to);
+    if (!(first <= last)) return;  // a band that is none: no loss is found in it
     for (int i = 0; i <= even_places; ++i) {
         const double place = (first + last) / 2 - (last - first) / 2 * std::cos(std::numbers::pi * i / even_places);
         places_.push_back(std::clamp(place, first, last));

@@ -16,7 +16,6 @@ namespace kavrel {
 template <class Function>
 [[nodiscard]] Peak<double> highest_value(std::span<const double> places, const Function& f) {
     constexpr int refining_steps = 24;  // to 1e-5 of the distance of two samples, so to 1e-10 of the climb
-    constexpr double climbs = 2;        // a peak is lower than its sample and so many climbs to it
     std::vector<Peak<double>> samples;
     samples.reserve(places.size());
     Peak<double> highest{0, std::numeric_limits<double>::quiet_NaN()};
@@ -34,10 +33,14 @@ template <class Function>
         return std::isnan(value) ? -std::numeric_limits<double>::infinity() : value;
     };
     for (std::size_t i = 1; i + 1 < samples.size(); ++i) {
-        const double here = samples[i].value;
-        const double lower = std::fmin(samples[i - 1].value, samples[i + 1].value);
-        if (here < samples[i - 1].value || here < samples[i + 1].value) continue;
-        if (here + climbs * (here - lower) < highest.value) continue;
+        const Peak<double>& here = samples[i];
+        const double climb = here.value - samples[i - 1].value, fall = here.value - samples[i + 1].value;
+        if (climb < 0 || fall < 0) continue;
+        // The peak is lower than the climb or the fall would lead to, either of them going on over the whole way.
+        const double way = samples[i + 1].at - samples[i - 1].at;
+        const double reach =
+            std::fmax(climb / (here.at - samples[i - 1].at), fall / (samples[i + 1].at - here.at)) * way;
+        if (here.value + reach < highest.value) continue;
         note(peak_between(samples[i - 1].at, samples[i + 1].at, refining_steps, low_if_not_there));
     }
     return highest;

@@ -5,8 +5,10 @@
 #include <limits>
 #include <numbers>
 #include <optional>
+#include <span>
 
 #include "approximation/loss_rows.h"
+#include "circuit/branch_kinds.h"
 #include "circuit/chain_analysis.h"
 #include "circuit/element_formulas.h"
 #include "synthesis/synthesis_report.h"
@@ -18,6 +20,7 @@ namespace {
 constexpr double ratio_worth_a_report = 1e-3;
 
 ElementLoss loss_of_elements(const PassiveFilter& filter);
+std::vector<double> traps(const Circuit& circuit);
 std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chain);
 std::optional<ChainPoint> point_at(const Chain& chain, double hertz);
 double requested_ratio(const PassiveFilter& filter);
@@ -80,13 +83,20 @@ ElementLoss loss_of_elements(const PassiveFilter& filter) {
 // two of them turns it by 180 degrees more, however narrow it is; there the interval is halved.
 class PhaseWalk {
 public:
-    PhaseWalk(const Chain& chain, double from, double to) : chain_(chain) {
+    // Either side of a trap is walked for itself: its zero turns the phase back that a resonance close by has turned.
+    PhaseWalk(const Chain& chain, double from, double to, std::span<const double> traps) : chain_(chain) {
         constexpr int steps = 150;
-        const double ratio = std::pow(to / from, 1.0 / steps);
-        auto first = point_at(chain_, from);
-        for (int i = 0; i < steps; ++i, from *= ratio) {
-            const auto last = point_at(chain_, from * ratio);
-            halve(from, first, from * ratio, last, 0);
+        constexpr double beside = 1e-7;
+        std::vector<double> nodes;
+        for (int i = 0; i <= steps; ++i) nodes.push_back(from * std::pow(to / from, static_cast<double>(i) / steps));
+        for (const double trap : traps) {
+            if (trap > from && trap < to) nodes.insert(nodes.end(), {trap * (1 - beside), trap * (1 + beside)});
+        }
+        std::ranges::sort(nodes);
+        auto first = point_at(chain_, nodes.front());
+        for (std::size_t i = 1; i < nodes.size(); ++i) {
+            const auto last = point_at(chain_, nodes[i]);
+            halve(nodes[i - 1], first, nodes[i], last, 0);
             first = last;
         }
     }
@@ -115,20 +125,49 @@ private:
     const Chain& chain_;
 };
 
+// Where a branch may have a resonance: each inductor, and all of them in series or in parallel, with each capacitor,
+// and all of them.
+std::vector<double> traps(const Circuit& circuit) {
+    std::vector<double> found;
+    for (int k = 1; k <= circuit.klast; ++k) {
+        if (!branchExists(circuit, k)) continue;
+        const Branch branch = unpackBranch(circuit, k);
+        const BranchKind& kind = branch_kinds[branch.id];
+        if (kind.structure == Structure::quadruplet) continue;
+        const auto values = branch_values(circuit, branch);
+        const auto combined = [&](char letter) {
+            std::vector<double> each;
+            double sum = 0, inverse = 0;
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                if (kind.cells[i] != letter) continue;
+                each.push_back(values[i]);
+                sum += values[i];
+                inverse += 1 / values[i];
+            }
+            if (each.size() > 1) each.insert(each.end(), {sum, 1 / inverse});
+            return each;
+        };
+        for (const double L : combined('L')) {
+            for (const double C : combined('C')) found.push_back(resonant_frequency(circuit, L, C));
+        }
+    }
+    return found;
+}
+
 // Where the loss may have extremes that the places of the design do not show: at its traps, wherever they were moved
 // to, and at the resonances that came with an edit.
 std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chain) {
     constexpr double beyond = 1e4;            // times the edges
     constexpr double beside_pole = 1 - 2e-5;  // of the quarter-wave frequency
     const Circuit& circuit = filter.circuit;
-    std::vector<double> places;
+    std::vector<double> places = traps(circuit);
     const FilterSpec& asked = filter.background.request;
     const double highest = std::max({asked.lowerPassEdge, asked.upperPassEdge, asked.upperStopEdge});
     const double lowest = asked.lowerStopEdge > 0 ? asked.lowerStopEdge : highest;
     const double to = circuit.kind == CircuitKind::lumped ? highest * beyond : circuit.fs / 2 * beside_pole;
-    if (lowest > 0) places = PhaseWalk(chain, lowest / beyond, to).places;
-    for (int k = 1; k <= circuit.klast; ++k) {
-        for (const double frequency : branch_resonances(circuit, k)) places.push_back(frequency);
+    if (lowest > 0) {
+        const PhaseWalk walk(chain, lowest / beyond, to, places);
+        places.insert(places.end(), walk.places.begin(), walk.places.end());
     }
     return places;
 }

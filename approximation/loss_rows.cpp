@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
-#include "numeric/complex.h"
+#include "approximation/s_plane.h"
 #include "numeric/highest_value.h"
 
 namespace kavrel {
@@ -32,7 +33,7 @@ public:
 
 private:
     [[nodiscard]] double angle(double frequency) const { return std::atan(frequency / edge_); }
-    [[nodiscard]] double hertz(double angle) const;
+    [[nodiscard]] double hertz(double place) const;
     void add_design(const JudgedLoss& judged);
 
     CheckBand band_;
@@ -44,8 +45,6 @@ private:
 bool is_shifted(const JudgedLoss& judged) { return judged.found.centerFrequency > 0; }
 CheckBand pass_band(const FilterSpec& spec);
 double top_of_medium(const FilterSpec& spec);
-double frequency_of(const FilterSpec& spec, const TransferFunction& transfer, double omega);
-double edge_tangent(const FilterSpec& spec, const TransferFunction& transfer);
 void add_slope_rows(const JudgedLoss& judged, const SearchedBand& band, RequestCheck& check);
 double flat_loss(const JudgedLoss& judged, const SearchedBand& band);
 
@@ -72,27 +71,6 @@ void add_loss_rows(const JudgedLoss& judged, RequestCheck& check) {
     if (asked.filterType != high_pass && asked.upperStopEdge > 0) {
         stopband({asked.upperStopEdge, top_of_medium(asked)}, upper_loss);
     }
-}
-
-double loss_of_function(const FilterSpec& spec, const TransferFunction& transfer, double hertz, double q) {
-    // s in units of the band edge
-    const double edge = spec.medium == lumped ? transfer.normFrequency : 1;
-    const double w = spec.medium == lumped
-                         ? 2 * std::numbers::pi * hertz / edge
-                         : std::tan(std::numbers::pi * hertz / spec.sampleFrequency) / edge_tangent(spec, transfer);
-    const double d = q > 0 ? 1 / q : 0;
-    // A product of 50 squared distances is beyond a double.
-    const auto distances = [&](const auto& re, const auto& im, int count) {
-        long double product = 1;
-        for (int i = 1; i <= count; ++i) {
-            const double x = d - re(i) / edge, y = w - im(i) / edge;
-            product *= static_cast<long double>(x * x + y * y);
-        }
-        return product;
-    };
-    const long double poles = distances(transfer.POLES_RE, transfer.POLES_IM, transfer.poleCount);
-    const long double zeros = distances(transfer.ZEROS_RE, transfer.ZEROS_IM, transfer.zeroCount);
-    return static_cast<double>(10 * std::log10(poles / zeros)) - 20 * std::log10(std::fabs(transfer.level));
 }
 
 RequestCheck check_function(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
@@ -140,7 +118,7 @@ SearchedBand::SearchedBand(const JudgedLoss& judged, CheckBand band)
 // Where each pole of the design has its resonance, and about it; at each zero and halfway to the next one.
 void SearchedBand::add_design(const JudgedLoss& judged) {
     const TransferFunction& t = judged.transfer;
-    const auto add = [&](double omega) { places_.push_back(angle(frequency_of(judged.found, t, omega))); };
+    const auto add = [&](double omega) { places_.push_back(angle(frequency_of_root(judged.found, t, omega))); };
     for (int i = 1; i <= t.poleCount; ++i) {
         if (t.POLES_IM(i) < 0) continue;
         for (const double widths : {-1.5, -0.6, 0.0, 0.6, 1.5}) {
@@ -159,12 +137,12 @@ void SearchedBand::add_design(const JudgedLoss& judged) {
 }
 
 // The ends are met exactly, but for those where a response may have no value.
-double SearchedBand::hertz(double angle) const {
+double SearchedBand::hertz(double place) const {
     constexpr double as_good_as_infinite = 1e7;  // times the edge
     constexpr double beside_stub_pole = 2e-5;    // of the quarter-wave frequency
     const double least = std::isinf(top_) ? edge_ / as_good_as_infinite : top_ * beside_stub_pole;
-    if (angle <= this->angle(band_.from)) return std::max(band_.from, least);
-    if (angle < this->angle(band_.to)) return std::max(edge_ * std::tan(angle), least);
+    if (place <= angle(band_.from)) return std::max(band_.from, least);
+    if (place < angle(band_.to)) return std::max(edge_ * std::tan(place), least);
     if (std::isinf(band_.to)) return as_good_as_infinite * band_.from;
     return band_.to == top_ ? (1 - beside_stub_pole) * band_.to : band_.to;
 }
@@ -183,16 +161,6 @@ CheckBand pass_band(const FilterSpec& spec) {
 
 // Hz; beyond the quarter wave, or half the sampling frequency, the loss comes back.
 double top_of_medium(const FilterSpec& spec) { return spec.medium == lumped ? infinity : spec.sampleFrequency / 2; }
-
-double edge_tangent(const FilterSpec& spec, const TransferFunction& transfer) {
-    return std::tan(transfer.normFrequency / 2 / spec.sampleFrequency);
-}
-
-// Hz of a frequency as the transfer function has it.
-double frequency_of(const FilterSpec& spec, const TransferFunction& transfer, double omega) {
-    if (spec.medium == lumped) return omega / (2 * std::numbers::pi);
-    return spec.sampleFrequency / std::numbers::pi * std::atan(omega * edge_tangent(spec, transfer));
-}
 
 // The slope is a straight line over the logarithm of the frequency, of its tangent where the medium has one.
 void add_slope_rows(const JudgedLoss& judged, const SearchedBand& pass, RequestCheck& check) {

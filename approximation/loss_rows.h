@@ -31,10 +31,6 @@ struct JudgedLoss {
 // shifted band-pass whose low-pass had them.
 void add_loss_rows(const JudgedLoss& judged, RequestCheck& check);
 
-// 20 log10 1/|H| in dB at a frequency in Hz, of elements whose Q at normFrequency is `q`; 0: lossless.
-[[nodiscard]] double loss_of_function(const FilterSpec& spec, const TransferFunction& transfer, double hertz,
-                                      double q = 0);
-
 // The rows of a design without a circuit: those of its transfer function.
 [[nodiscard]] RequestCheck check_function(const FilterSpec& request, const FilterSpec& found,
                                           const TransferFunction& transfer, double used_q);

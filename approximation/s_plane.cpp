@@ -19,6 +19,7 @@ constexpr Real two_pi = 2 * std::numbers::pi_v<Real>;
 void place_poles(const XPlane& x, bool inverted, Real unit, TransferFunction& t);
 void place_zeros(const FilterSpec& spec, const XPlane& x, bool inverted, Real unit, TransferFunction& t);
 double level_at(const TransferFunction& t, double w);
+double edge_of_roots(Medium medium, const TransferFunction& t);
 
 }  // namespace
 
@@ -49,7 +50,7 @@ TransferFunction xToFrequencyPlane(const FilterSpec& spec, const XPlane& x) {
 }
 
 double level_by_edge_loss(const FilterSpec& spec, const TransferFunction& t, long double loss) {
-    const Real edge = spec.medium == Medium::lumped ? static_cast<Real>(t.normFrequency) : Real{1};
+    const Real edge = edge_of_roots(spec.medium, t);
     Real level = std::pow(Real{10}, -loss / 20);
     for (int i = 1; i <= t.poleCount; ++i) level *= std::hypot(t.POLES_RE(i) / edge, 1 - t.POLES_IM(i) / edge);
     for (int i = 1; i <= t.zeroCount; ++i) level /= std::hypot(t.ZEROS_RE(i) / edge, 1 - t.ZEROS_IM(i) / edge);
@@ -58,8 +59,38 @@ double level_by_edge_loss(const FilterSpec& spec, const TransferFunction& t, lon
 }
 
 double level_of_roots(Medium medium, const TransferFunction& t) {
-    const Real unit = medium == Medium::lumped ? static_cast<Real>(t.normFrequency) : Real{1};
-    return static_cast<double>(t.level * std::pow(unit, t.poleCount - t.zeroCount));
+    const Real edge = edge_of_roots(medium, t);
+    return static_cast<double>(t.level * std::pow(edge, t.poleCount - t.zeroCount));
+}
+
+double loss_of_function(const FilterSpec& spec, const TransferFunction& t, double hertz, double q) {
+    // s in units of the band edge
+    const double edge = edge_of_roots(spec.medium, t);
+    const double w = spec.medium == Medium::lumped
+                         ? 2 * std::numbers::pi * hertz / edge
+                         : std::tan(std::numbers::pi * hertz / spec.sampleFrequency) / edge_tangent(spec, t);
+    const double d = q > 0 ? 1 / q : 0;
+    // A product of 50 squared distances is beyond a double.
+    const auto distances = [&](const auto& re, const auto& im, int count) {
+        Real product = 1;
+        for (int i = 1; i <= count; ++i) {
+            const double x = d - re(i) / edge, y = w - im(i) / edge;
+            product *= static_cast<Real>(x * x + y * y);
+        }
+        return product;
+    };
+    const Real poles = distances(t.POLES_RE, t.POLES_IM, t.poleCount);
+    const Real zeros = distances(t.ZEROS_RE, t.ZEROS_IM, t.zeroCount);
+    return static_cast<double>(10 * std::log10(poles / zeros)) - 20 * std::log10(std::fabs(t.level));
+}
+
+double frequency_of_root(const FilterSpec& spec, const TransferFunction& t, double omega) {
+    if (spec.medium == Medium::lumped) return omega / (2 * std::numbers::pi);
+    return spec.sampleFrequency / std::numbers::pi * std::atan(omega * edge_tangent(spec, t));
+}
+
+double edge_tangent(const FilterSpec& spec, const TransferFunction& t) {
+    return std::tan(t.normFrequency / 2 / spec.sampleFrequency);
 }
 
 namespace {
@@ -111,6 +142,11 @@ double level_at(const TransferFunction& t, double w) {
     for (int i = 1; i <= t.poleCount; ++i) level += 20 * std::log10(std::hypot(t.POLES_RE(i), w - t.POLES_IM(i)));
     for (int i = 1; i <= t.zeroCount; ++i) level -= 20 * std::log10(std::hypot(t.ZEROS_RE(i), w - t.ZEROS_IM(i)));
     return level;
+}
+
+// What the roots have at the band edge: rad/s where the medium is lumped.
+double edge_of_roots(Medium medium, const TransferFunction& t) {
+    return medium == Medium::lumped ? t.normFrequency : 1;
 }
 
 }  // namespace

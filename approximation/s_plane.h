@@ -24,4 +24,14 @@ namespace kavrel {
 // The same for the roots as they are, in rad/s where the medium is lumped: infinite where no number is so large.
 [[nodiscard]] double level_of_roots(Medium medium, const TransferFunction& transfer);
 
+// 20 log10 1/|H| in dB at a frequency in Hz, of elements whose Q at normFrequency is `q`; 0: lossless.
+[[nodiscard]] double loss_of_function(const FilterSpec& spec, const TransferFunction& transfer, double hertz,
+                                      double q = 0);
+
+// Hz of an imaginary part among the roots.
+[[nodiscard]] double frequency_of_root(const FilterSpec& spec, const TransferFunction& transfer, double omega);
+
+// tan(pi f/fs) at the band edge, of a medium that has one.
+[[nodiscard]] double edge_tangent(const FilterSpec& spec, const TransferFunction& transfer);
+
 }  // namespace kavrel

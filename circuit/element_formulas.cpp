@@ -238,20 +238,6 @@ double resonant_frequency(const Circuit& circuit, double L, double C) {
     return 2 * circuit.fs * std::atan(1 / std::sqrt(product)) * per_radian;
 }
 
-std::vector<double> branch_resonances(const Circuit& circuit, int k) {
-    std::vector<double> resonances;
-    if (!branchExists(circuit, k)) return resonances;
-    const Branch branch = unpackBranch(circuit, k);
-    const auto values = branch_values(circuit, branch);
-    for (const DrawingRow& row : drawing_of(branch_kinds[branch.id], k)) {
-        if (row.note != Note::resonance) continue;
-        const double frequency = resonant_frequency(circuit, values[static_cast<std::size_t>(row.l)],
-                                                    values[static_cast<std::size_t>(row.c)]);
-        if (frequency > 0) resonances.push_back(frequency);
-    }
-    return resonances;
-}
-
 namespace {
 
 Jet with_loss(const Jet& unit, double value, bool loss_unsigned) {

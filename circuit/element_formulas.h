@@ -11,7 +11,6 @@
 
 #include <array>
 #include <span>
-#include <vector>
 
 #include "circuit/branch_kinds.h"
 #include "circuit/circuit.h"
@@ -114,8 +113,5 @@ struct StubSection {
 
 // Resonance of L and C in Hz: 1/(2 pi sqrt(L C)), in a microwave circuit of the stub pair; 0 when there is none.
 [[nodiscard]] double resonant_frequency(const Circuit& circuit, double L, double C);
-
-// Hz, of the pairs in branch k whose resonance its drawing shows; none for a slot without a branch.
-[[nodiscard]] std::vector<double> branch_resonances(const Circuit& circuit, int k);
 
 }  // namespace kavrel

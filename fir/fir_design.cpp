@@ -24,7 +24,6 @@ struct FirDraft {
     FirFilter filter;
 };
 
-constexpr const char* bad_input = "Error in input data";
 constexpr const char* incomplete = "Incomplete specification";
 
 // Reports the passes of the exchange to the window layer, which may stop it.
@@ -61,14 +60,14 @@ FirDesignVerdict remez_design(FirDesk& desk) {
         if (const char* wrong = estimate_length(request, *draft, desk.reporter)) return refuse(wrong);
     }
     draft->figures.taps = draft->task.NFILT;
-    if (!plan_fir(draft->task.JTYPE, draft->task.NFILT, draft->figures.plan)) return refuse(bad_input);
-    if (!make_grid(draft->task, draft->figures.plan, draft->grid)) return refuse(bad_input);
+    if (!plan_fir(draft->task.JTYPE, draft->task.NFILT, draft->figures.plan)) return refuse(bad_fir_input);
+    if (!make_grid(draft->task, draft->figures.plan, draft->grid)) return refuse(bad_fir_input);
 
     ExchangeProgress progress(desk.reporter.window());
     switch (exchange(draft->grid, draft->figures.plan.NFCNS, progress, draft->exchange)) {
         case ExchangeStatus::stopped: return FirDesignVerdict::stopped;
         case ExchangeStatus::not_run:
-        case ExchangeStatus::degenerate: return refuse(bad_input);
+        case ExchangeStatus::degenerate: return refuse(bad_fir_input);
         case ExchangeStatus::deviation_fell:
             report_failure_to_converge(draft->exchange.iterations, desk.reporter);
             break;
@@ -110,7 +109,7 @@ const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter
     if (!applies) return incomplete;
     const double length = estimated_fir_length(request.QUADRUPLETS(1, 4), request.QUADRUPLETS(2, 4),
                                                task.BANDS.EDGE(3) - task.BANDS.EDGE(2));
-    if (!std::isfinite(length)) return bad_input;  // no transition band, or a ripple of 0 dB
+    if (!std::isfinite(length)) return bad_fir_input;  // no transition band, or a ripple of 0 dB
     if (length < max_fir_taps + 1) {
         task.NFILT = static_cast<int>(std::max(length, 0.0));
         reporter.report_line(edited<"(' Estimated degree = ',I4)">(task.NFILT));

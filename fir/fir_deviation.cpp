@@ -16,30 +16,15 @@ constexpr double least_frequency = 1e-9;
 constexpr int least_steps = 16;    // of a piece, however short
 constexpr int points_per_tap = 8;  // over 0 to 0.5: 16 for each extremum amid a band
 
-FirDeviation deviation_at(const FirTask& task, const FirFilter& filter, int function, int band, double f);
+double amplitude(const FirFilter& filter, int function, double f);
 std::vector<double> piece_ends(const FirTask& task, int band);
 
 }  // namespace
 
-double fir_amplitude(const FirFilter& filter, int function, double f) {
-    const int half = filter.LENGTH(function), innermost = filter.IST(function) + half - 1;
-    const double w = 2.0 * std::numbers::pi * f;
-    // the stored tap i from the innermost one lies i + offset samples off the middle
-    const double offset = filter.NODD == 0 ? 0.5 : filter.NEG == 1 ? 1.0 : 0.0;
-    const std::complex<double> step = std::polar(1.0, w);
-    std::complex<double> turned = std::polar(1.0, w * offset), sum = 0.0;
-    for (int i = 0; i < half; ++i) {
-        sum += filter.X(innermost - i) * turned;
-        turned = {turned.real() * step.real() - turned.imag() * step.imag(),
-                  turned.real() * step.imag() + turned.imag() * step.real()};
-    }
-    if (filter.NEG == 1) return 2.0 * sum.imag();
-    return 2.0 * sum.real() - (filter.NODD == 1 ? filter.X(innermost) : 0.0);
-}
-
 FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int function, int band) {
-    const auto at = [&](double f) { return deviation_at(task, filter, function, band, f); };
-    const auto weighted = [&](double f) { return at(f).weighted; };
+    const auto weighted = [&](double f) {
+        return weight(task, f, band) * std::abs(amplitude(filter, function, f) - desired(task, f, band));
+    };
     const int taps = fir_taps(filter.LENGTH(function), filter.NODD, filter.NEG);
     const std::vector<double> ends = piece_ends(task, band);
     FirDeviation largest;
@@ -56,8 +41,8 @@ FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int
             places.push_back(low + (high - low) * (1 - std::cos(std::numbers::pi * k / steps)) / 2);
         }
         places.push_back(high);
-        const FirDeviation found = at(highest_value(places, weighted).at);
-        if (found.weighted > largest.weighted) largest = found;
+        const Peak<double> found = highest_value(places, weighted);
+        if (found.value > largest.weighted) largest = {found.at, found.value};
     }
     return largest;
 }
@@ -73,13 +58,22 @@ FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int
 
 namespace {
 
-FirDeviation deviation_at(const FirTask& task, const FirFilter& filter, int function, int band, double f) {
-    FirDeviation point{.frequency = f,
-                       .amplitude = fir_amplitude(filter, function, f),
-                       .desired = desired(task, f, band),
-                       .weight = weight(task, f, band)};
-    point.weighted = point.weight * std::abs(point.amplitude - point.desired);
-    return point;
+// Real amplitude of a function: its response without the linear phase (and the factor j of an antisymmetric one).
+// Negative where the response is turned round.
+double amplitude(const FirFilter& filter, int function, double f) {
+    const int half = filter.LENGTH(function), innermost = filter.IST(function) + half - 1;
+    const double w = 2.0 * std::numbers::pi * f;
+    // the stored tap i from the innermost one lies i + offset samples off the middle
+    const double offset = filter.NODD == 0 ? 0.5 : filter.NEG == 1 ? 1.0 : 0.0;
+    const std::complex<double> step = std::polar(1.0, w);
+    std::complex<double> turned = std::polar(1.0, w * offset), sum = 0.0;
+    for (int i = 0; i < half; ++i) {
+        sum += filter.X(innermost - i) * turned;
+        turned = {turned.real() * step.real() - turned.imag() * step.imag(),
+                  turned.real() * step.imag() + turned.imag() * step.real()};
+    }
+    if (filter.NEG == 1) return 2.0 * sum.imag();
+    return 2.0 * sum.real() - (filter.NODD == 1 ? filter.X(innermost) : 0.0);
 }
 
 // The edges of the band, the points of its shape between them, and where its weight jumps because the desired response

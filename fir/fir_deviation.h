@@ -10,15 +10,8 @@ namespace kavrel {
 // Where a filter deviates most in a band, and what is there.
 struct FirDeviation {
     double frequency = 0;
-    double amplitude = 0;
-    double desired = 0;
-    double weight = 0;
     double weighted = -1;  // weight |amplitude - desired|; -1 when nothing was searched
 };
-
-// Real amplitude of function `function`: its response without the linear phase (and the factor j of an antisymmetric
-// one). Negative where the response is turned round.
-[[nodiscard]] double fir_amplitude(const FirFilter& filter, int function, double f);
 
 // The largest weighted deviation in band `band` of `task`, both edges included: extrema are refined between the points
 // of a dense search, and a shape is searched from point to point, since its desired response may jump there. A

@@ -7,8 +7,7 @@ namespace kavrel {
 
 namespace {
 
-constexpr const char* bad_input = "Error in input data";
-
+int bands_of(const FirRequest& request);
 void bands_of_table(const FirRequest& request, BandTable& bands);
 void band_of_frequencies(const FirRequest& request, BandTable& bands);
 void take_shape(const FirRequest& request, double sampling_frequency, ShapeTable& shape);
@@ -27,9 +26,9 @@ const char* take_task(const FirRequest& request, FirTask& task) {
         band_of_frequencies(request, bands);
     }
     const double sampling_frequency = sampling_frequency_of(request);
-    if (bands.NBANDS == 0 || !(sampling_frequency > 0.0)) return bad_input;
+    if (bands.NBANDS == 0 || !(sampling_frequency > 0.0)) return bad_fir_input;
     for (int i = 2; i <= 2 * bands.NBANDS; ++i) {
-        if (!(bands.EDGE(i) >= bands.EDGE(i - 1))) return bad_input;
+        if (!(bands.EDGE(i) >= bands.EDGE(i - 1))) return bad_fir_input;
     }
     for (int i = 1; i <= 2 * bands.NBANDS; ++i) bands.EDGE(i) /= sampling_frequency;
     if (filter) {
@@ -45,13 +44,14 @@ double sampling_frequency_of(const FirRequest& request) {
     return bands > 0 ? 2.0 * request.QUADRUPLETS(bands, 2) : 0.0;
 }
 
+namespace {
+
+// Rows of the band table: those before the first whose upper edge is 0.
 int bands_of(const FirRequest& request) {
     int bands = 0;
     while (bands < request.QUADRUPLETS.rows && request.QUADRUPLETS(bands + 1, 2) != 0.0) ++bands;
     return bands;
 }
-
-namespace {
 
 void bands_of_table(const FirRequest& request, BandTable& bands) {
     bands.NBANDS = bands_of(request);

@@ -8,6 +8,7 @@
 #include <span>
 
 #include "approximation/loss_rows.h"
+#include "approximation/s_plane.h"
 #include "circuit/branch_kinds.h"
 #include "circuit/chain_analysis.h"
 #include "circuit/element_formulas.h"
@@ -73,7 +74,7 @@ ElementLoss loss_of_elements(const PassiveFilter& filter) {
     const double q = filter.background.notes.predistortion.used_q;
     if (q == 0) return {};
     if (filter.circuit.kind == CircuitKind::lumped) return {.QL = -q, .QC = -q};
-    const double t = std::tan(filter.transfer.normFrequency / 2 / filter.spec.sampleFrequency);
+    const double t = edge_tangent(filter.spec, filter.transfer);
     const double half = q * (1 + t * t) / 2;
     const double m = t / (half + std::hypot(half, t));
     return {.QL = static_cast<double>(line_nepers) * std::atanh(m)};

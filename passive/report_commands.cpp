@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::string_view no_resonance = "Incorrect branch(es) specified";
 
+std::vector<double> resonances_of(const Circuit& circuit, int k);
 std::vector<double> resonances_of(const Circuit& circuit, int k1, int k2);
 
 }  // namespace
@@ -34,7 +35,7 @@ void resonance(PassiveDesk& desk) {
     const Circuit& circuit = desk.filter.circuit;
     const int k1 = desk.command.resonant_branch;
     const int k2 = desk.command.resonant_branch2;
-    const auto resonances = k2 == 0 ? branch_resonances(circuit, k1) : resonances_of(circuit, k1, k2);
+    const auto resonances = k2 == 0 ? resonances_of(circuit, k1) : resonances_of(circuit, k1, k2);
     if (resonances.empty()) return refuse(desk, no_resonance);
     const std::string place = k2 == 0 ? edited<"(' Resonant frequency of branch ',I3)">(k1)
                                       : edited<"(' Resonant frequency of branches ',I3,' and ',I3)">(k1, k2);
@@ -75,6 +76,21 @@ void choose_print(PassiveDesk& desk) {
 void suppress(PassiveDesk& desk) { desk.state.suppress = desk.command.display == DisplayChoice::off; }
 
 namespace {
+
+// Of the pairs whose resonance the branch's drawing shows, where there is one.
+std::vector<double> resonances_of(const Circuit& circuit, int k) {
+    std::vector<double> resonances;
+    if (!branchExists(circuit, k)) return resonances;
+    const Branch branch = unpackBranch(circuit, k);
+    const auto values = branch_values(circuit, branch);
+    for (const DrawingRow& row : drawing_of(branch_kinds[branch.id], k)) {
+        if (row.note != Note::resonance) continue;
+        const double frequency = resonant_frequency(circuit, values[static_cast<std::size_t>(row.l)],
+                                                    values[static_cast<std::size_t>(row.c)]);
+        if (frequency > 0) resonances.push_back(frequency);
+    }
+    return resonances;
+}
 
 // An inductor and a capacitor, in either order.
 std::vector<double> resonances_of(const Circuit& circuit, int k1, int k2) {

@@ -13,7 +13,7 @@ bool within_tolerance(const CheckRow& row);
 CheckRow settled(CheckRow row);
 std::string band_text(const CheckBand& band);
 int telling_decimals(const CheckRow& row, int least);
-std::string value_text(double value, int decimals, std::string_view unit);
+std::string number_text(const CheckRow& row, double value, int decimals);
 
 }  // namespace
 
@@ -60,11 +60,12 @@ std::vector<std::string> missed_lines(const RequestCheck& check) {
     std::vector<std::string> lines;
     for (const CheckRow& row : check.rows) {
         if (row.met) continue;
+        const std::string unit = row.unit.empty() ? "" : " " + std::string(row.unit);
         const std::string band = band_text(row.band);
         const int decimals = telling_decimals(row, row.unit.empty() ? 4 : 2);
         lines.push_back(fmt::format("  *** {}{}{}: {} asked, {} reached ***", row.what, band.empty() ? "" : " ", band,
-                                    value_text(row.asked, decimals, row.unit),
-                                    value_text(row.reached, decimals, row.unit)));
+                                    number_text(row, row.asked, decimals) + unit,
+                                    number_text(row, row.reached, decimals) + unit));
     }
     return lines;
 }
@@ -78,7 +79,7 @@ std::vector<std::string> check_table(const RequestCheck& check) {
         const int decimals = telling_decimals(row, 4);
         const auto value = [&](double v) {
             return std::isnan(v) ? std::string(14, ' ')
-                                 : fmt::format("{:>11} {:<2}", value_text(v, decimals, ""), row.unit);
+                                 : fmt::format("{:>11} {:<2}", number_text(row, v, decimals), row.unit);
         };
         const double least = std::pow(10, -decimals) / 2;  // below it a margin is none
         const std::string margin =
@@ -121,18 +122,18 @@ int telling_decimals(const CheckRow& row, int least) {
     constexpr int most = 9;
     int decimals = least;
     while (!row.met && decimals < most &&
-           value_text(row.asked, decimals, "") == value_text(row.reached, decimals, "")) {
+           number_text(row, row.asked, decimals) == number_text(row, row.reached, decimals)) {
         ++decimals;
     }
     return decimals;
 }
 
-// A value too large to be read in decimals comes with an exponent.
-std::string value_text(double value, int decimals, std::string_view unit) {
-    constexpr double widest = 1e6;
-    const std::string number =
-        std::fabs(value) < widest ? fmt::format("{:.{}f}", value, decimals) : fmt::format("{:.5e}", value);
-    return unit.empty() ? number : number + ' ' + std::string(unit);
+// What decimals cannot show comes with an exponent; a few billionths of a dB are none.
+std::string number_text(const CheckRow& row, double value, int decimals) {
+    constexpr double widest = 1e6, least = 1e-3;
+    const double size = std::fabs(value);
+    const bool tiny = row.unit.empty() && size != 0 && size < least;
+    return size < widest && !tiny ? fmt::format("{:.{}f}", value, decimals) : fmt::format("{:.4e}", value);
 }
 
 }  // namespace

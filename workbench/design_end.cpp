@@ -11,7 +11,7 @@ void discontinue(Workbench& bench) {
 }
 
 void end_with_function(Workbench& bench, std::string_view title) {
-    for (const std::string& line : missed_lines(check_of(bench.drafted))) bench.reporter.report_line(line);
+    report_missed(bench, check_of(bench.drafted));
     if (bench.session.segment != SegmentId::main) return;
     bench.filter = bench.drafted;
     forget(bench.ladder);

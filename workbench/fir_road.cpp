@@ -31,7 +31,7 @@ void design_fir(Workbench& bench) {
             bench.fir_designed_for = asked;
             bench.discontinued_request.reset();
             enter_segment(bench, SegmentId::fir);
-            for (const std::string& line : missed_lines(check_of_fir(bench))) bench.reporter.report_line(line);
+            report_missed(bench, check_of_fir(bench));
             break;
         case FirDesignVerdict::stopped:
         case FirDesignVerdict::refused:

@@ -12,7 +12,6 @@
 #include "workbench/all_forms.h"
 #include "workbench/menus.h"
 #include "workbench/segment_words.h"
-#include "workbench/shown.h"
 
 namespace kavrel {
 
@@ -38,6 +37,7 @@ constexpr Room rooms[] = {
      .file_letter = ' ',
      .menu = main_menu,
      .window_items = main_window_items,
+     .shown = shown_function,
      .check = check_of_function},
     {.id = SegmentId::passive,
      .name = "passive",
@@ -51,6 +51,7 @@ constexpr Room rooms[] = {
      .recall_entry = passive_entry::stored_circuit,
      .fingerprint = [](const Workbench& bench) { return fingerprint(bench.passive); },
      .file_refusal = passive_file_refusal,
+     .shown = shown_circuit,
      .check = check_of_circuit},
     {.id = SegmentId::active,
      .name = "active",
@@ -109,7 +110,6 @@ const ActionRow* find_action(std::span<const ActionRow> actions, MenuAction acti
 }
 
 void enter_segment(Workbench& bench, SegmentId id) {
-    bench.check.reset();
     bench.session.segment = id;
     bench.window.set_menu(room_of(id).menu, room_of(id).title);
     if (room_of(id).run != nullptr) room_of(id).run(bench);

@@ -5,7 +5,7 @@
 
 #include "segment/command_table.h"
 #include "shell/menu.h"
-#include "workbench/workbench.h"
+#include "workbench/shown.h"
 
 namespace kavrel {
 
@@ -27,6 +27,7 @@ struct Room {
     int recall_entry = 0;                         // entry code of "read" for a file whose name is given
     Fingerprint (*fingerprint)(const Workbench& bench) = nullptr;       // of the filter that it shows
     std::string_view (*file_refusal)(std::string_view name) = nullptr;  // why a stored filter is not read, or blank
+    Shown (*shown)(const Workbench& bench) = nullptr;                   // the design behind it
     RequestCheck (*check)(const Workbench& bench) = nullptr;            // of what it shows against its request
 
     [[nodiscard]] CommandWords commands() const { return words == nullptr ? CommandWords{} : words(); }

@@ -14,22 +14,24 @@ bool has_function(const Workbench& bench) { return bench.filter.design.transfer.
 }  // namespace
 
 Shown shown(const Workbench& bench) {
+    const auto of_room = room_of(bench.session.segment).shown;
+    return of_room == nullptr ? Shown{} : of_room(bench);
+}
+
+Shown shown_function(const Workbench& bench) {
+    if (!has_function(bench)) return {};
+    return {.spec = &bench.filter.found, .transfer = &bench.filter.design.transfer, .filter = &bench.filter};
+}
+
+Shown shown_circuit(const Workbench& bench) {
     const PassiveFilter& passive = bench.passive;
-    switch (bench.session.segment) {
-        case SegmentId::passive: {
-            Shown shown;
-            if (passive.designed) shown.spec = &passive.spec, shown.transfer = &passive.transfer;
-            if (passive.circuit.klast > 0 && passive.circuit == bench.ladder.circuit) {
-                shown.filter = &bench.filter;
-                shown.synthesis = &bench.ladder.state;
-            }
-            return shown;
-        }
-        case SegmentId::fir: return {};
-        default:
-            if (!has_function(bench)) return {};
-            return {.spec = &bench.filter.found, .transfer = &bench.filter.design.transfer, .filter = &bench.filter};
+    Shown shown;
+    if (passive.designed) shown.spec = &passive.spec, shown.transfer = &passive.transfer;
+    if (passive.circuit.klast > 0 && passive.circuit == bench.ladder.circuit) {
+        shown.filter = &bench.filter;
+        shown.synthesis = &bench.ladder.state;
     }
+    return shown;
 }
 
 const RequestCheck& shown_check(Workbench& bench) {
@@ -56,6 +58,10 @@ RequestCheck check_of_circuit(const Workbench& bench) { return check_circuit(ben
 
 RequestCheck check_of_fir(const Workbench& bench) {
     return bench.fir_designed_for ? check_fir(*bench.fir_designed_for, bench.fir) : RequestCheck{};
+}
+
+void report_missed(Workbench& bench, const RequestCheck& check) {
+    for (const std::string& line : missed_lines(check)) bench.reporter.report_line(line);
 }
 
 }  // namespace kavrel

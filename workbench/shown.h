@@ -14,6 +14,10 @@ struct Shown {
 };
 [[nodiscard]] Shown shown(const Workbench& bench);
 
+// Of the parts that can be shown: the last transfer function, the circuit. A FIR filter has no such design.
+[[nodiscard]] Shown shown_function(const Workbench& bench);
+[[nodiscard]] Shown shown_circuit(const Workbench& bench);
+
 // Of what is shown; kept until the next event.
 [[nodiscard]] const RequestCheck& shown_check(Workbench& bench);
 [[nodiscard]] RequestCheck check_of_shown(const Workbench& bench);  // made anew, unless it is kept
@@ -23,5 +27,8 @@ struct Shown {
 [[nodiscard]] RequestCheck check_of_function(const Workbench& bench);
 [[nodiscard]] RequestCheck check_of_circuit(const Workbench& bench);
 [[nodiscard]] RequestCheck check_of_fir(const Workbench& bench);
+
+// The report's lines of what a check misses.
+void report_missed(Workbench& bench, const RequestCheck& check);
 
 }  // namespace kavrel

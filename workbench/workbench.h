@@ -48,9 +48,8 @@ struct Workbench {
     std::optional<RequestCheck> check;  // of what is shown, once somebody looked; every event drops it
 
     FilterRequest filter_request;
-    DesignedFilter filter;  // the last one that came off
-    DesignedFilter
-        drafted;  // on its way: it takes the place of `filter` when its synthesis, if there is one, comes off
+    DesignedFilter filter;   // the last one that came off
+    DesignedFilter drafted;  // on its way: takes the place of `filter` when its synthesis, if there is one, comes off
     std::optional<FilterSpec> discontinued_request;  // of the last design, when it did not come off
 
     LadderWork ladder;  // of the last synthesis that came off

@@ -241,15 +241,15 @@ Fault Run::predistort_e(Moved& moved) {
     noted.requested = true;
     noted.requested_q = static_cast<double>(xp_.q1);
     noted.minimum_q = static_cast<double>(xp_.qMin);
+    Real q = std::max(xp_.q1, xp_.qMin);
     if (qOutOfReach(xp_)) {
         noted.not_possible = true;
         switch (questions_.predistortion_choice(noted)) {
             case PredistortionChoice::no_q: return Fault::none;
-            case PredistortionChoice::minimum_q: break;
+            case PredistortionChoice::minimum_q: q = chosenQ(xp_); break;
             case PredistortionChoice::cancel: return Fault::cancelled;
         }
     }
-    const Real q = std::max(xp_.q1, xp_.qMin);
     noted.used_q = static_cast<double>(q);
     predistort(xp_.eFactors, xp_.a, 1 / q, is_high_pass());
     moved = Moved::yes;

@@ -90,6 +90,8 @@ static_assert(lists_each_field<PredistortionNotes>);
 inline constexpr std::string_view predistortion_head = "Predistortion requested";
 inline constexpr std::string_view requested_q_label = "requested Q =";
 inline constexpr std::string_view minimum_q_label = "minimum Q   =";
+inline constexpr std::string_view used_q_label = "used Q      =";
+inline constexpr std::string_view flat_loss_label = "flat loss   =";
 inline constexpr std::string_view predistortion_not_possible = " Predistortion with specified Q is not possible";
 
 struct ApproximationNotes {

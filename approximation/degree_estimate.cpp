@@ -320,6 +320,7 @@ FrontVerdict count_matching_zeros(FilterSpec& spec, const XPlane& xp, Real misma
     for (int n = 2; n <= max_degree; n += 2) {
         if (part(n)) return {};
     }
+    if (!part(search_limit)) return refuse(spec, FrontFault::matching_not_needed);
     int low = max_degree, high = search_limit;
     while (high - low > 2) {
         const int middle = (low + high) / 4 * 2;

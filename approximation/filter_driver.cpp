@@ -98,6 +98,7 @@ FilterDesignVerdict designFilter(FilterKind kind, FilterSpec& spec, FilterDesign
     draft->transfer = xToFrequencyPlane(draft->worked, draft->x_plane);
     const bool to_be_shifted = found.filterType == low_pass && found.centerFrequency > 0.0;
     if (to_be_shifted && !design_shifted(found, *draft, units, reporter)) return FilterDesignVerdict::discontinued;
+    report_predistorted(draft->request, found, draft->transfer, draft->notes.predistortion.used_q, reporter);
     report_transfer_function(draft->transfer, found.medium, reporter);
     spec = found;
     design = *draft;
@@ -255,7 +256,7 @@ void Way::refuse(FrontVerdict verdict) {
         reporter_.report_line(text);
         if (text.find("discontinued") == std::string::npos) reporter_.report_line(report_discontinued);
     }
-    if (verdict.fault == FrontFault::matching_not_needed) reporter_.message("Program terminating", "Fatal error");
+    if (verdict.fault == FrontFault::matching_not_needed) reporter_.message(text, "Fatal error");
 }
 
 // A box, and the end of the design on the report where the box does not say it.

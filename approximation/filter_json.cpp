@@ -1,5 +1,6 @@
 #include "approximation/filter_json.h"
 
+#include "approximation/loss_rows.h"
 #include "approximation/s_plane.h"
 #include "shell/record_json.h"
 
@@ -19,17 +20,22 @@ const char* variable_name(FilterType type);
 
 Json spec_part(const FilterSpec& spec) { return spec.title.is_blank() ? Json{} : record_json(spec); }
 
-Json transfer_part(Medium medium, const TransferFunction& transfer) {
+Json transfer_part(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
+                   double used_q) {
     if (transfer.poleCount == 0) return {};
-    return {{"zeros", roots(transfer.ZEROS_RE, transfer.ZEROS_IM, transfer.zeroCount)},
-            {"poles", roots(transfer.POLES_RE, transfer.POLES_IM, transfer.poleCount)},
-            {"multiplier", transfer.multiplier},
-            {"norm_frequency", transfer.normFrequency},
-            {"gain_constant", transfer.gainConstant},
-            {"zeros_at_zero", transfer.zerosAtZero},
-            {"zeros_at_infinity", transfer.zerosAtInfinity},
-            {"degree", transfer.poleCount},
-            {"level", level_of_roots(medium, transfer)}};
+    Json part{{"zeros", roots(transfer.ZEROS_RE, transfer.ZEROS_IM, transfer.zeroCount)},
+              {"poles", roots(transfer.POLES_RE, transfer.POLES_IM, transfer.poleCount)},
+              {"multiplier", transfer.multiplier},
+              {"norm_frequency", transfer.normFrequency},
+              {"gain_constant", transfer.gainConstant},
+              {"zeros_at_zero", transfer.zerosAtZero},
+              {"zeros_at_infinity", transfer.zerosAtInfinity},
+              {"degree", transfer.poleCount},
+              {"level", level_of_roots(found.medium, transfer)}};
+    if (used_q == 0) return part;
+    part["used_q"] = used_q;
+    part["flat_loss"] = flat_loss_of_predistortion(request, found, transfer, used_q);
+    return part;
 }
 
 Json x_plane_part(const FilterSpec& worked, const XPlane& x_plane) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <string>
 
+#include "approximation/loss_rows.h"
 #include "shell/edit.h"
 #include "shell/edited.h"
 
@@ -40,6 +41,9 @@ public:
         if (text.size() < equals_column) text.resize(equals_column, ' ');
         reporter_.report_line(trim_right(text + '=' + std::string(value)));
     }
+    void labelled(std::string_view label, double value, std::string_view unit = {}) {
+        heading(edited<"(A,EN15.6,A)">(label, value, unit), inner_margin);
+    }
     void root_head() { reporter_.report_line(edited<"(2A20)">("real part", "imaginary part")); }
     // 0.0 added: no zero with a sign.
     void root(double re, double im) { reporter_.report_line(edited<"(1P,2E20.7)">(re + 0.0, im + 0.0)); }
@@ -73,13 +77,19 @@ void report_predistortion(const PredistortionNotes& notes, Reporter& reporter) {
     if (!notes.requested) return;
     const UnitSet si;
     Sheet sheet(si, reporter);
-    const auto report = [&](std::string_view label, double q) {
-        sheet.heading(edited<"(A,EN15.6)">(label, q), inner_margin);
-    };
     sheet.heading(predistortion_head);
-    report(requested_q_label, notes.requested_q);
-    report(minimum_q_label, notes.minimum_q);
+    sheet.labelled(requested_q_label, notes.requested_q);
+    sheet.labelled(minimum_q_label, notes.minimum_q);
     if (notes.not_possible) sheet.plain(predistortion_not_possible);
+}
+
+void report_predistorted(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
+                         double used_q, Reporter& reporter) {
+    if (used_q == 0) return;
+    const UnitSet si;
+    Sheet sheet(si, reporter);
+    sheet.labelled(used_q_label, used_q);
+    sheet.labelled(flat_loss_label, flat_loss_of_predistortion(request, found, transfer, used_q), " dB.");
 }
 
 void report_transfer_function(const TransferFunction& transfer, Medium medium, Reporter& reporter) {

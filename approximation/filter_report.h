@@ -23,6 +23,10 @@ void report_filter_design(const DesignFacts& facts, const UnitSet& units, Report
 // Requested and minimum Q; nothing where none was requested.
 void report_predistortion(const PredistortionNotes& notes, Reporter& reporter);
 
+// The Q that the poles were moved for, and what it costs in dB; nothing where they were not.
+void report_predistorted(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
+                         double used_q, Reporter& reporter);
+
 // Zeros, poles and the gain constant. The roots of a lumped filter are in rad/s, those of the other media in the plane
 // of the warped variable.
 void report_transfer_function(const TransferFunction& transfer, Medium medium, Reporter& reporter);

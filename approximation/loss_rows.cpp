@@ -28,7 +28,13 @@ public:
     }
     template <class Function>
     [[nodiscard]] double lowest(const Function& f) const {
-        return -highest([&](double frequency) { return -f(frequency); });
+        return least(f).value;
+    }
+    // The same with its frequency.
+    template <class Function>
+    [[nodiscard]] Peak<double> least(const Function& f) const {
+        const Peak<double> found = highest_value(places_, [&](double angle) { return -f(hertz(angle)); });
+        return {hertz(found.at), -found.value};
     }
 
 private:
@@ -83,6 +89,16 @@ RequestCheck check_function(const FilterSpec& request, const FilterSpec& found, 
                    .used_q = used_q},
                   check);
     return check;
+}
+
+double flat_loss_of_predistortion(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
+                                  double used_q) {
+    const auto loss = [&](double hertz) { return loss_of_function(found, transfer, hertz, used_q); };
+    const SearchedBand pass({.loss = loss, .request = request, .found = found, .transfer = transfer, .used_q = used_q},
+                            pass_band(request));
+    const Peak<double> least = pass.least(loss);
+    const bool open_level = found.loadResistance == 0;
+    return open_level ? least.value - loss_of_function(found, transfer, least.at) : least.value;
 }
 
 FilterSpec scaled_request(const FilterSpec& request, double factor) {

@@ -35,6 +35,11 @@ void add_loss_rows(const JudgedLoss& judged, RequestCheck& check);
 [[nodiscard]] RequestCheck check_function(const FilterSpec& request, const FilterSpec& found,
                                           const TransferFunction& transfer, double used_q);
 
+// dB that elements of the Q used cost a predistorted design: the least loss of its function in the pass band; under a
+// single termination, where the level is open, less its loss there without losses.
+[[nodiscard]] double flat_loss_of_predistortion(const FilterSpec& request, const FilterSpec& found,
+                                                const TransferFunction& transfer, double used_q);
+
 // The request of a filter whose frequencies were all multiplied by a factor.
 [[nodiscard]] FilterSpec scaled_request(const FilterSpec& request, double factor);
 

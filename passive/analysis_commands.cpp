@@ -123,9 +123,11 @@ void print_phase_nonlinearity(PassiveDesk& desk) {
 
 namespace {
 
-// A line that ends the circuit may be driven by a voltage or by a current, which the parity of its number records.
+// A line that ends the circuit may be driven by a voltage or by a current, which the parity of its number records. That
+// of a circuit as it was designed is known.
 bool settle_drive(PassiveDesk& desk) {
     Circuit& circuit = desk.filter.circuit;
+    if (desk.filter.designed && desk.filter.mod == 0.0F) return true;
     if (circuit.kind != CircuitKind::microwave || circuit.klast < 2) return true;
     if (unpackBranch(circuit, circuit.klast).id != BranchId::unit_element) return true;
     const bool by_voltage =

@@ -55,7 +55,9 @@ void display_design(PassiveDesk& desk) {
     report_filter_design(
         {.request = background.request, .found = found, .worked = worked, .notes = background.notes.front},
         desk.session.units, desk.reporter);
-    report_predistortion(background.notes.predistortion, desk.reporter);
+    const PredistortionNotes& predistortion = background.notes.predistortion;
+    report_predistortion(predistortion, desk.reporter);
+    report_predistorted(background.request, found, desk.filter.transfer, predistortion.used_q, desk.reporter);
     report_lines(desk, termination_report(desk.filter.circuit, found));
 }
 

@@ -20,13 +20,23 @@ Shown shown(const Workbench& bench) {
 
 Shown shown_function(const Workbench& bench) {
     if (!has_function(bench)) return {};
-    return {.spec = &bench.filter.found, .transfer = &bench.filter.design.transfer, .filter = &bench.filter};
+    const FilterDesign& design = bench.filter.design;
+    return {.request = &design.request,
+            .spec = &bench.filter.found,
+            .transfer = &design.transfer,
+            .used_q = design.notes.predistortion.used_q,
+            .filter = &bench.filter};
 }
 
 Shown shown_circuit(const Workbench& bench) {
     const PassiveFilter& passive = bench.passive;
     Shown shown;
-    if (passive.designed) shown.spec = &passive.spec, shown.transfer = &passive.transfer;
+    if (passive.designed) {
+        shown = {.request = &passive.background.request,
+                 .spec = &passive.spec,
+                 .transfer = &passive.transfer,
+                 .used_q = passive.background.notes.predistortion.used_q};
+    }
     if (passive.circuit.klast > 0 && passive.circuit == bench.ladder.circuit) {
         shown.filter = &bench.filter;
         shown.synthesis = &bench.ladder.state;

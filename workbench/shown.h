@@ -7,8 +7,10 @@ namespace kavrel {
 
 // The design behind what is shown, as far as it has one.
 struct Shown {
-    const FilterSpec* spec = nullptr;  // its request, with what was found for it
+    const FilterSpec* request = nullptr;  // as the approximation was asked
+    const FilterSpec* spec = nullptr;     // with what was found for it
     const TransferFunction* transfer = nullptr;
+    double used_q = 0;                          // that a predistortion allowed for
     const DesignedFilter* filter = nullptr;     // the last design, while it is that of what is shown
     const SynthesisState* synthesis = nullptr;  // of the last synthesis, while its circuit is what is shown
 };

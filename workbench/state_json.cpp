@@ -27,7 +27,7 @@ Json boxes_part(const Journal& journal);
 
 Json spec_of_shown(const Shown& is) { return is.spec != nullptr ? spec_part(*is.spec) : Json{}; }
 Json transfer_of_shown(const Shown& is) {
-    return is.transfer != nullptr ? transfer_part(is.spec->medium, *is.transfer) : Json{};
+    return is.transfer != nullptr ? transfer_part(*is.request, *is.spec, *is.transfer, is.used_q) : Json{};
 }
 Json synthesis_of_shown(const Shown& is) { return is.synthesis != nullptr ? synthesis_part(*is.synthesis) : Json{}; }
 Json terminations_of_shown(const Shown& is) {

@@ -182,11 +182,13 @@ TEST(Matching, SteppedLine) {
 }
 
 TEST(Matching, Refusals) {
-    expect_refusals(matching, {{"loadResistance 0", FrontFault::terminations_unfit},
-                               {"loadResistance 10000 lowerPassEdge 50", FrontFault::degree_too_high},
-                               {"loadResistance 10000 lowerPassEdge 50 microwave sampleFrequency 4000",
-                                FrontFault::degree_too_high},
-                               {"upperStopEdge 1400 upperStopLoss 20", FrontFault::stopband_incorrect}});
+    expect_refusals(
+        matching,
+        {{"loadResistance 0", FrontFault::terminations_unfit},
+         {"loadResistance 100 lowerPassEdge 50 equal_ripple", FrontFault::degree_too_high},
+         {"loadResistance 10000 lowerPassEdge 50 microwave sampleFrequency 4000", FrontFault::degree_too_high},
+         {"upperStopEdge 1510 upperStopLoss 300 bandEdgeLoss 0.12 equal_ripple", FrontFault::matching_not_needed},
+         {"upperStopEdge 1400 upperStopLoss 20", FrontFault::stopband_incorrect}});
     // The mismatch alone loses less than the band edge may.
     EXPECT_EQ(build(request("loadResistance 1.01", matching)).spec.designError, 2);
 }

@@ -200,8 +200,7 @@ TEST(TransferPredistortion, QOutOfReachAsks) {
     double nearest = -HUGE_VAL, nearest_plain = -HUGE_VAL;
     for (const Root& p : poles_of(*least)) nearest = std::fmax(nearest, p.real());
     for (const Root& p : poles_of(*plain)) nearest_plain = std::fmax(nearest_plain, p.real());
-    EXPECT_NEAR(nearest / nearest_plain, 0.01, 1e-9);
-    EXPECT_NEAR(least->notes.predistortion.used_q, least->notes.predistortion.minimum_q, 1e-12);
+    EXPECT_NEAR(nearest / nearest_plain, 0.5, 1e-12) << "half of the way to the axis";
 
     // A little below the minimum is raised to it without a question.
     const auto close = answered(PredistortionChoice::cancel, least->notes.predistortion.minimum_q * 0.95);

@@ -4,7 +4,6 @@ import collections
 import concurrent.futures
 import json
 import pathlib
-import re
 import shlex
 import subprocess
 import sys
@@ -223,9 +222,7 @@ def highest(f, band, places=()):
 # Rows: what, band, asked, reached, margin; and what rounding may do to the value reached
 
 def loss_rows(state, asked):
-    noted = re.findall(r"requested Q =\s*(\S+).*?minimum Q   =\s*(\S+)", "\n".join(state["report"]), re.S)
-    same = lambda typed: np.isclose(float(typed), asked["q"], rtol=1e-6)
-    q = next((max(asked["q"], float(least)) for typed, least in noted[::-1] if same(typed)), 0)
+    q = state["transfer"].get("used_q", 0)
     function = function_loss(state["spec"], state["transfer"], q)
     circuit = state["circuit"] if state["segment"] == "passive" else None
     loss = circuit_loss(circuit, q, state["transfer"]["norm_frequency"]) if circuit else function

@@ -777,6 +777,16 @@ kinds = [
 ]
 
 
+def design(seed, number):
+    """A design alone, as it comes."""
+    s = Script(seed, number)
+    units(s)
+    s.draw.weighted([(40, lambda s: (filter_form(s, "LC"), synthesis_form(s))),
+                     (20, lambda s: (filter_form(s, "Microwave"), synthesis_form(s))),
+                     (10, lambda s: filter_form(s, "IIR Digital")), (30, fir_form)])(s)
+    return "\n".join(s.lines) + "\n"
+
+
 def request(seed, number):
     s = Script(seed, number)
     units(s)

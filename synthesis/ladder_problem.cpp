@@ -19,7 +19,6 @@ void turn_to_true_variable(WorkingFunction& f);
 bool ladder_problem(const XPlane& xp, const FilterSpec& spec, LadderProblem& problem) {
     problem = {};
     problem.single_termination = spec.loadResistance == 0;
-    if (!long_immittance(xp, problem.single_termination, problem.polynomials)) return false;
     const bool high = spec.filterType == high_pass;
     const bool complex_zeros =
         std::any_of(xp.ARI.begin(), xp.ARI.begin() + xp.zeroCount, [](long double im) { return im != 0; });
@@ -40,7 +39,7 @@ bool ladder_problem(const XPlane& xp, const FilterSpec& spec, LadderProblem& pro
     }
     problem.own_resistance = spec.sourceResistance;
     problem.other_resistance = spec.loadResistance;
-    return true;
+    return long_immittance(xp, problem.single_termination, problem.polynomials);
 }
 
 long double edge_tangent(const XPlane& xp, const FilterSpec& spec) {

@@ -43,7 +43,8 @@ struct LadderProblem {
 
 static_assert(std::is_trivially_copyable_v<LadderProblem>);
 
-// From a finished approximation and its normalised request. False when the immittance polynomials are not there.
+// From a finished approximation and its normalised request. False when the immittance polynomials are not there; all
+// else is.
 [[nodiscard]] bool ladder_problem(const XPlane& xp, const FilterSpec& spec, LadderProblem& problem);
 
 // Of a microwave filter tan of the angle of s = j, the edge.

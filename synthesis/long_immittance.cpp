@@ -23,6 +23,11 @@ constexpr long double enough = 1e-100L;          // ... with which it has to do 
 constexpr long double no_coefficient = 1e-100L;  // of two, the relative size of one that is only rounding
 constexpr long double off_axis = 1e-5L;          // relative imaginary part up to which a rough root is real
 constexpr long double same_filter = 1e-9L;       // agreement with the approximation's own numbers
+constexpr long double one_place = 1e-9L;         // relative distance of two rough roots that are found together
+constexpr int pair_turns = 6;
+constexpr long double at_infinity = 1e12L;   // size of a rough root under a leading coefficient that is rounding
+constexpr long double same_point = 1e-120L;  // distance of a root from a or 1 that is one of these
+constexpr int sweeps_from_afar = 400;
 
 constexpr int coefficient_limit = max_pairs + 2;      // those of a part, and one to carry into
 using Coefficients = Table<Long, coefficient_limit>;  // constant term first
@@ -41,11 +46,12 @@ struct LongFactors {
 using PowerOfF = std::array<LongSet, 2>;  // F as a sum of products
 [[nodiscard]] PowerOfF power_of_parts(const XPlane& xp);
 [[nodiscard]] bool refine_poles(const XPlane& xp, const PowerOfF& f, LongSet& e);
+[[nodiscard]] bool refine_pair(std::span<const LongSet> terms, int i, int j, LongSet& e);
 [[nodiscard]] bool use_factors_of_f(const XPlane& xp, LongSet& e, LongSet& f_even, LongSet& f_odd);
 [[nodiscard]] bool factor_poles(const LongSet& e, const Long& a, LongFactors& p);
 void expand_parts(const Long& a, LongFactors& p);
 [[nodiscard]] bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootSet& rough, LongSet& part);
-[[nodiscard]] bool refine_sum(const LongSet& e, const LongSet& f, int sign, const WideRootSet& rough,
+[[nodiscard]] bool refine_sum(const Long& a, const LongSet& e, const LongSet& f, int sign, const WideRootSet& rough,
                               ReactanceRoots& sum);
 [[nodiscard]] bool copy_real(const LongSet& set, ReactanceRoots& roots);
 
@@ -69,8 +75,8 @@ bool long_immittance(const XPlane& xp, bool single_termination, LongImmittance& 
     LongSet even, odd;
     if (!refine_part(p, a, true, xp.eEven, even) || !refine_part(p, a, false, xp.eOdd, odd)) return false;
     if (!with_f) return copy_real(even, out.es) && copy_real(odd, out.os);
-    return refine_sum(even, f_even, 1, xp.es, out.es) && refine_sum(even, f_even, -1, xp.ed, out.ed) &&
-           refine_sum(odd, f_odd, 1, xp.os, out.os) && refine_sum(odd, f_odd, -1, xp.od, out.od);
+    return refine_sum(a, even, f_even, 1, xp.es, out.es) && refine_sum(a, even, f_even, -1, xp.ed, out.ed) &&
+           refine_sum(a, odd, f_odd, 1, xp.os, out.os) && refine_sum(a, odd, f_odd, -1, xp.od, out.od);
 }
 
 namespace {
@@ -196,7 +202,23 @@ bool use_factors_of_f(const XPlane& xp, LongSet& e, LongSet& f_even, LongSet& f_
            refine_part(p, a, false, xp.fOdd, f_odd);
 }
 
-// Roots of E = F + Q.
+// [i] the root that is at one place with root i, to the accuracy at hand: its conjugate, or another real one; 0: none.
+Table<int, max_degree> close_pairs(const LongSet& e) {
+    Table<int, max_degree> partner;
+    partner.fill(0);
+    for (int i = 1; i <= e.count; ++i) {
+        const Long reach = abs(e.re(i)) * one_place;
+        for (int j = i + 1; j <= e.count && partner(i) == 0; ++j) {
+            if (partner(j) != 0 || !(abs(e.re(i) - e.re(j)) <= reach) || !(abs(e.im(i)) <= reach)) continue;
+            if (e.im(j) != -e.im(i)) continue;
+            partner(i) = j;
+            partner(j) = i;
+        }
+    }
+    return partner;
+}
+
+// Roots of E = F + Q. Newton's iteration does not part two roots that are closer than the rough type can hold.
 bool refine_poles(const XPlane& xp, const PowerOfF& f, LongSet& e) {
     const std::array<LongSet, 3> terms = {long_set(xp.QS), f[0], f[1]};
     Long leading = 0;
@@ -205,7 +227,9 @@ bool refine_poles(const XPlane& xp, const PowerOfF& f, LongSet& e) {
     }
     if (!(abs(leading - e.multiplier) <= abs(e.multiplier) * same_filter)) return false;
     e.multiplier = leading;
+    const Table<int, max_degree> partner = close_pairs(e);
     for (int i = 1; i <= e.count; ++i) {
+        if (partner(i) != 0) continue;
         if (e.im(i).sign() < 0) {
             e.re(i) = e.re(i - 1);
             e.im(i) = -e.im(i - 1);
@@ -220,6 +244,44 @@ bool refine_poles(const XPlane& xp, const PowerOfF& f, LongSet& e) {
         }
         e.set_root(i, x);
     }
+    for (int i = 1; i <= e.count; ++i) {
+        if (partner(i) > i && !refine_pair(terms, i, partner(i), e)) return false;
+    }
+    return true;
+}
+
+// Beside a double zero of f on the real s axis E has two roots whose distance, and whether they are real, is beyond the
+// rough type. With C the product over all other roots S/C = y^2 + b y + c about their middle, known from two values.
+bool refine_pair(std::span<const LongSet> terms, int i, int j, LongSet& e) {
+    LongSet others;
+    others.multiplier = e.multiplier;
+    for (int k = 1; k <= e.count; ++k) {
+        if (k != i && k != j) others.append(e.root(k));
+    }
+    const auto over_others = [&](const Long& x) {
+        Long value = 0;
+        for (const LongSet& term : terms) value += product_at(term, {x, 0}).re;
+        return value / product_at(others, {x, 0}).re;
+    };
+    const Long start = shifted(e.re(i) + e.re(j), -1);
+    Long middle = start;
+    Long h = abs(start) * one_place;
+    Long discriminant;
+    for (int turn = 0; turn < pair_turns && h.sign() != 0; ++turn) {
+        const Long below = over_others(middle - h);
+        const Long above = over_others(middle + h);
+        const Long b = (above - below) / shifted(h, 1);
+        const Long c = shifted(above + below, -1) - h * h;
+        discriminant = shifted(b * b, -2) - c;
+        middle -= shifted(b, -1);
+        h = sqrt(abs(discriminant));
+        if (!middle.is_finite() || !h.is_finite()) return false;
+    }
+    const Long bound = abs(start) * same_filter;
+    if (abs(middle - start) > bound || h > shifted(bound, 1)) return false;
+    const bool real = discriminant.sign() >= 0;
+    e.set_root(i, real ? LongComplex{middle + h, 0} : LongComplex{middle, h});
+    e.set_root(j, real ? LongComplex{middle - h, 0} : LongComplex{middle, -h});
     return true;
 }
 
@@ -344,20 +406,19 @@ bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootS
     if (expected < 0) return true;
     for (int i = 1; i <= rough.count; ++i) {
         if (rough.im(i) != 0) return false;
-        part.append({rough.re(i), 0});
+        if (std::fabs(rough.re(i)) < at_infinity) part.append({rough.re(i), 0});
     }
     part.multiplier = coefficients(expected + 1);
-    if (rough.count == expected - 1) {
+    if (part.count == expected - 1) {
         // The last root lies near s = j, x beyond all bounds.
         const Long next = coefficients(expected);
         if (abs(part.multiplier) <= abs(next) * no_coefficient)
             part.multiplier = next;
         else
             part.append({-next / part.multiplier, 0});
-    } else if (rough.count != expected) {
+    } else if (part.count != expected || (rough.multiplier < 0) != (part.multiplier.sign() < 0)) {
         return false;
     }
-    if ((rough.multiplier < 0) != (part.multiplier.sign() < 0) && part.count == rough.count) return false;
     for (int i = 1; i <= part.count; ++i) {
         Long x = part.re(i);
         long double step = 1;
@@ -376,7 +437,8 @@ bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootS
 }
 
 // e + f or e - f, one part.
-bool refine_sum(const LongSet& e, const LongSet& f, int sign, const WideRootSet& rough, ReactanceRoots& sum) {
+bool refine_sum(const Long& a, const LongSet& e, const LongSet& f, int sign, const WideRootSet& rough,
+                ReactanceRoots& sum) {
     sum = {};
     if (f.multiplier.sign() == 0) return sign < 0 || copy_real(e, sum);
     std::array<LongSet, 2> terms = {e, f};
@@ -411,11 +473,22 @@ bool refine_sum(const LongSet& e, const LongSet& f, int sign, const WideRootSet&
     }
     // A zero of transmission at 0 or infinity, where e = f or e = -f, is an exact root.
     const auto value = [&](const Long& x) {
-        const Long a = product_at(terms[0], {x, 0}).re;
-        const Long s = a + product_at(terms[1], {x, 0}).re;
-        return abs(s) <= abs(a) * long_rounding ? Long{0} : s;
+        const Long first = product_at(terms[0], {x, 0}).re;
+        const Long s = first + product_at(terms[1], {x, 0}).re;
+        return abs(s) <= abs(first) * long_rounding ? Long{0} : s;
     };
-    return refine_real_roots(sum.root, sum.count, sum.multiplier, value);
+    if (!refine_real_roots(sum.root, sum.count, sum.multiplier, value)) {
+        // In a deep stop band the rough roots may have one twice in place of another. Those of e are near them all.
+        if (e.count != sum.count) return false;
+        for (int i = 1; i <= e.count; ++i) sum.root(i) = e.re(i);
+        if (!refine_real_roots(sum.root, sum.count, sum.multiplier, value, {.sweeps = sweeps_from_afar})) return false;
+    }
+    for (int i = 1; i <= sum.count; ++i) {
+        for (const Long& point : {a, Long{1}}) {
+            if (abs(sum.root(i) - point) <= same_point) sum.root(i) = point;
+        }
+    }
+    return true;
 }
 
 bool copy_real(const LongSet& set, ReactanceRoots& roots) {

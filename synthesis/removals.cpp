@@ -4,7 +4,7 @@ namespace kavrel {
 
 namespace {
 
-constexpr long double same_point = 1e-10L;  // distance of two x that are one point
+constexpr long double same_point = 1e-10L;  // relative distance of two x that are one point
 
 [[nodiscard]] RemovalFault subtract_shape(WorkingFunction& g, const ShiftPole& pole, WideReal residue);
 [[nodiscard]] WideReal shape(const WorkingFunction& g, const ShiftPole& pole, WideReal x);
@@ -259,17 +259,14 @@ bool pole_present(const WorkingFunction& f, const ShiftPole& pole, WideReal& mat
         case ShiftPole::Place::infinity: matched = 1; return has_pole_at_infinity(f);
         case ShiftPole::Place::finite: break;
     }
-    const WideReal reach = reach_of(pole.x, f.digits);
-    for (int i = 1; i <= f.DENOMR.count; ++i) {
-        const WideReal r = f.DENOMR.root(i);
-        if (abs(r - pole.x) > reach || r == f.x0) continue;
-        matched = r;
-        return true;
-    }
-    return false;
+    ReactanceRoots poles = f.DENOMR;
+    static_cast<void>(cancel_root(poles, f.x0));
+    const int i = nearest_root(poles, pole.x, f.digits);
+    if (i > 0) matched = poles.root(i);
+    return i > 0;
 }
 
-bool same(WideReal p, WideReal q) { return abs(p - q) < same_point; }
+bool same(WideReal p, WideReal q) { return abs(p - q) < abs(p) * same_point; }
 
 bool take_zero(WorkingFunction& g, WideReal zero) { return removeRoot(g.ANUMR, zero, g.digits); }
 

@@ -78,18 +78,22 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
         case SynthesisFault::none: return lines;
         case SynthesisFault::not_realizable: lines.emplace_back(not_realizable_text); break;
         case SynthesisFault::real_zero: lines.emplace_back(real_zero_text); break;
-        case SynthesisFault::immittance_missing:
-        case SynthesisFault::polynomials_missing: lines.emplace_back(immittance_not_found_text); break;
+        case SynthesisFault::too_many_quadruplets: lines.emplace_back(too_many_quadruplets_text); break;
+        case SynthesisFault::immittance_missing: lines.emplace_back(immittance_not_found_text); break;
+        case SynthesisFault::polynomials_missing: lines.emplace_back(polynomials_missing_text); break;
         case SynthesisFault::selection_missing: lines.emplace_back(selection_missing_text); break;
         case SynthesisFault::element_missing:
             lines.emplace_back(element_missing_text);
             lines.push_back(edited<"('parity =',I2)">(missing_parity(state.ladder)));
             break;
-        case SynthesisFault::script_refused: lines.emplace_back(messageOf(state.script_verdict.fault)); break;
+        case SynthesisFault::script_refused:
+            lines.emplace_back(state.script_verdict.good() ? no_order_text : messageOf(state.script_verdict.fault));
+            break;
         case SynthesisFault::no_two_way:
         case SynthesisFault::runs_differ: lines.emplace_back(element_missing_text); break;
         case SynthesisFault::storage_full: lines.emplace_back(message_of(CircuitVerdict::storage_full)); break;
         case SynthesisFault::loss_differs:
+            lines.emplace_back(loss_differs_text);
             if (state.loss_is_notable()) lines.push_back(loss_line(state));
             break;
     }

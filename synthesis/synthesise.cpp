@@ -44,6 +44,7 @@ struct Course {
 };
 
 [[nodiscard]] bool has_real_zero(const LadderProblem& problem);
+[[nodiscard]] int complex_zeros(const LadderProblem& problem);
 [[nodiscard]] bool is_worth_a_run(const LadderAttempt& attempt, const LadderTask& task, const Course& course);
 [[nodiscard]] bool may_begin(Direction direction, const LadderTask& task);
 [[nodiscard]] bool search_is_due(const LadderAttempt& attempt, const LadderTask& task, const Course& course);
@@ -56,8 +57,10 @@ void note(const LadderAttempt& attempt, const LadderTask& task, const LadderOutc
 SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                             SynthesisState& state, Circuit& circuit) {
     state = {};
-    if (!ladder_problem(xp, spec, state.problem)) return {SynthesisFault::polynomials_missing};
+    const bool formed = ladder_problem(xp, spec, state.problem);
     if (has_real_zero(state.problem)) return {SynthesisFault::real_zero};
+    if (complex_zeros(state.problem) > quadruplet_limit) return {SynthesisFault::too_many_quadruplets};
+    if (!formed) return {SynthesisFault::polynomials_missing};
 
     const LadderProblem problem = state.problem;
     const LadderTask task{xp, spec, request, problem, circuit};
@@ -79,11 +82,10 @@ bool has_real_zero(const LadderProblem& problem) {
     return false;
 }
 
-bool has_complex_zeros(const LadderProblem& problem) {
-    for (int i = 1; i <= problem.zero_count; ++i) {
-        if (problem.is_complex(i)) return true;
-    }
-    return false;
+int complex_zeros(const LadderProblem& problem) {
+    int count = 0;
+    for (int i = 1; i <= problem.zero_count; ++i) count += problem.is_complex(i) ? 1 : 0;
+    return count;
 }
 
 bool has_positive(const Course& course, Direction direction) {
@@ -100,7 +102,7 @@ bool is_worth_a_run(const LadderAttempt& attempt, const LadderTask& task, const 
     const bool found = from_one_end || has_positive(course, Direction::two_way);
     if (found && !nearest_is_wanted(task)) return false;
     if (attempt.searched) return !from_one_end && search_is_due(attempt, task, course);
-    if (attempt.quadruplets != QuadrupletPlace::first && !has_complex_zeros(task.problem)) return false;
+    if (attempt.quadruplets != QuadrupletPlace::first && complex_zeros(task.problem) == 0) return false;
     return !has_positive(course, attempt.direction);
 }
 

@@ -31,6 +31,7 @@ enum class SynthesisFault {
     none,
     polynomials_missing,  // there are no immittance polynomials
     not_realizable,
+    too_many_quadruplets,  // more than a ladder holds
     real_zero,  // a transmission zero on the real axis: no two-port with a common rail and without transformers has
                 // one at a positive s (A. Fialkow and I. Gerst, 1952)
     immittance_missing,
@@ -47,6 +48,11 @@ inline constexpr std::string_view synthesis_failed_text = " **** Synthesis faile
 inline constexpr std::string_view selection_missing_text = " Specified function does not exist or is incorrect";
 inline constexpr std::string_view real_zero_text =
     " **** A zero on the real axis has no ladder without transformers ****";
+inline constexpr std::string_view too_many_quadruplets_text = " **** More than 10 quadruplets of zeros ****";
+inline constexpr std::string_view polynomials_missing_text =
+    " **** The immittance polynomials were not found to the accuracy of a ladder ****";
+inline constexpr std::string_view no_order_text = " **** No order of removals leads to a ladder ****";
+inline constexpr std::string_view loss_differs_text = " **** The ladder does not have the loss of the filter ****";
 inline constexpr std::string_view negative_elements_text = " Negative elements: no order of removals avoids them";
 inline constexpr std::string_view search_given_up_text =
     " Negative elements: no order of removals without them was found";

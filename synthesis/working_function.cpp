@@ -40,13 +40,21 @@ WideReal reach_of(const WideReal& value, int digits) {
 }
 
 bool removeRoot(ReactanceRoots& roots, WideReal value, int digits) {
-    const WideReal reach = reach_of(value, digits);
+    const int i = nearest_root(roots, value, digits);
+    if (i > 0) roots.erase(i);
+    return i > 0;
+}
+
+int nearest_root(const ReactanceRoots& roots, const WideReal& value, int digits) {
+    WideReal nearest = reach_of(value, digits);
+    int found = 0;
     for (int i = 1; i <= roots.count; ++i) {
-        if (abs(roots.root(i) - value) > reach) continue;
-        roots.erase(i);
-        return true;
+        const WideReal distance = abs(roots.root(i) - value);
+        if (distance > nearest || (found > 0 && distance == nearest)) continue;
+        found = i;
+        nearest = distance;
     }
-    return false;
+    return found;
 }
 
 bool cancel_root(ReactanceRoots& roots, WideReal value) {

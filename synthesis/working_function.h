@@ -52,7 +52,10 @@ static_assert(std::is_trivially_copyable_v<WorkingFunction>);
 // How far a root may be from a value that it is taken for: max(1e-8, 10^-digits |value|).
 [[nodiscard]] WideReal reach_of(const WideReal& value, int digits);
 
-// Deletes the first root within reach_of(value, digits) of value. False when there is none.
+// The number of the root nearest to value within reach_of(value, digits): in a wide band many lie there. 0: none.
+[[nodiscard]] int nearest_root(const ReactanceRoots& roots, const WideReal& value, int digits);
+
+// Deletes that root. False when there is none.
 [[nodiscard]] bool removeRoot(ReactanceRoots& roots, WideReal value, int digits);
 
 // Deletes a root that is `value` exactly. False when there is none.

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <complex>
 #include <random>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -159,13 +160,16 @@ TEST(SynthesisProperty, FailureLeavesTheFormerCircuit) {
     const SynthesisRequest two_way{.direction = Direction::two_way};
     const SynthesisRequest blind{.manual_selection = true, .numerator = Part::ed};
     const Case cases[] = {
-        // An element spread of 1e40 is more than doubles hold.
-        {"band ripple parametric edges 900 920 loss 0.01 R 50 50 ends 1 5 "
-         "zeros 306.85 300.39 1344.05 1314.45 333.23 343.6 316.95 455.45 534.11 496.78",
-         SynthesisFault::loss_differs, " Largest difference of loss ="},
-        // A zero on the real axis, one or two.
+        // A zero on the real axis, one or two, for itself or beside a quadruplet.
         {"low ripple R 50 50 ends 0 2 complex 2500 0", SynthesisFault::real_zero, real_zero_text.data()},
         {"low ripple R 50 50 ends 0 2 complex 2500 0 complex 4000 0", SynthesisFault::real_zero, real_zero_text.data()},
+        {"low flat R 50 500 ends 0 3 complex 2500 0 complex 1500 1000", SynthesisFault::real_zero,
+         real_zero_text.data()},
+        // One quadruplet more than there is room for.
+        {"low ripple R 50 50 ends 0 2 complex 2500 100 complex 2500 300 complex 2500 500 complex 2500 700 "
+         "complex 2500 900 complex 2500 1100 complex 2500 1300 complex 2500 1500 complex 2500 1700 complex 2500 1900 "
+         "complex 2500 2100",
+         SynthesisFault::too_many_quadruplets, too_many_quadruplets_text.data()},
         // An immittance chosen by hand that does not see the last two branches.
         {"band ripple 6", SynthesisFault::element_missing, element_missing_text.data(), blind},
         // No transmission zero at 0, infinity or of a line.
@@ -185,12 +189,23 @@ TEST(SynthesisProperty, FailureLeavesTheFormerCircuit) {
         expect_failure(c.fault, c.line);
         EXPECT_FALSE(run->state.two_way);
     }
-    // Polynomials of another filter.
-    run->request = {};
-    run->run(asked("low ripple 5"));
-    for (int i = 1; i <= run->design.xp.QS.count; ++i) run->design.xp.QS.re(i) = 1.2L;
-    run->verdict = synthesise(run->design.xp, run->design.spec, {}, run->state, run->circuit);
-    expect_failure(SynthesisFault::polynomials_missing, immittance_not_found_text);
+    // Polynomials of another filter; with one termination only the circuit shows it.
+    for (const auto& [text, fault, line] :
+         {std::tuple{"low ripple 5", SynthesisFault::polynomials_missing, polynomials_missing_text},
+          std::tuple{"low ripple 5 R 50 0", SynthesisFault::loss_differs, loss_differs_text}}) {
+        run->request = {};
+        run->run(asked(text));
+        for (int i = 1; i <= run->design.xp.QS.count; ++i) run->design.xp.QS.re(i) = 1.2L;
+        run->circuit = former;
+        run->verdict = synthesise(run->design.xp, run->design.spec, {}, run->state, run->circuit);
+        expect_failure(fault, line);
+    }
+    // A failure that left nothing behind.
+    for (int fault = 1; fault <= static_cast<int>(SynthesisFault::loss_differs); ++fault) {
+        const std::vector<std::string> lines = failure_report({static_cast<SynthesisFault>(fault)}, {});
+        EXPECT_GT(lines.size(), 1U);
+        EXPECT_NE(lines.front(), "");
+    }
 }
 
 }  // namespace

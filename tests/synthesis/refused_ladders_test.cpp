@@ -1,0 +1,83 @@
+// Kinds of filter whose ladders are hard to find, by random requests: every circuit, analysed by its nodes, has the
+// loss of its function.
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "tests/circuit/nodal_reference.h"
+#include "tests/synthesis/ladder_cases.h"
+
+namespace kavrel::test {
+namespace {
+
+// Up to a constant where there is one termination alone.
+void expect_nodal_loss(const LadderRun& run) {
+    ASSERT_TRUE(run.verdict.good());
+    const XPlane& xp = run.design.xp;
+    const auto log_size = [](const WideRootSet& set, Wide x) {
+        Wide sum = std::log(std::fabs(set.multiplier));
+        for (int i = 1; i <= set.count; ++i) sum += std::log(std::hypot(x - set.re(i), set.im(i)));
+        return sum;
+    };
+    Wide offset = 0;
+    for (int i = 1; i <= 40; ++i) {
+        const Wide w = i <= 30 ? std::sqrt(xp.a) + (1 - std::sqrt(xp.a)) * i / 30.7L : 1 + 0.02L * (i - 30);
+        const Wide x = (xp.a - w * w) / (1 - w * w);
+        const Wide loss = 10 / std::log(10.0L) * (log_size(xp.ES, x) - log_size(xp.QS, x));
+        kavrel::testing::NodalReference nodes(run.circuit, {}, 2 * std::numbers::pi_v<Wide> * xp.normFrequency * w);
+        const Wide found = 20 * std::log10(std::abs(nodes.solve().H));
+        if (i == 1 && run.design.spec.loadResistance == 0) offset = found - loss;
+        if (loss > 80) continue;
+        EXPECT_NEAR(static_cast<double>(found - offset), static_cast<double>(loss), 1e-7) << i;
+    }
+}
+
+class Draw {
+public:
+    explicit Draw(unsigned seed) : random_(seed) {}
+    double spread(double low, double high) { return low * std::pow(high / low, share_(random_)); }
+    int whole(int low, int high) { return static_cast<int>(low + share_(random_) * (high - low + 1)); }
+
+private:
+    std::mt19937 random_;
+    std::uniform_real_distribution<double> share_{0, 1};
+};
+
+// Two poles beside the double zero of f on the real s axis, which are one to 18 digits and more.
+TEST(RefusedLadders, NarrowParametricBands) {
+    Draw draw(31);
+    for (int turn = 0; turn < 16; ++turn) {
+        const int at_zero = 2 * draw.whole(1, 6) + 1;
+        const std::string text =
+            fmt::format("band {} parametric edges 1000 {} R 50 {} ends {} {}", turn % 2 == 0 ? "flat" : "ripple",
+                        1000 + draw.spread(2, 320), turn % 3 == 0 ? 100 : 50, at_zero, at_zero + 2 * draw.whole(-1, 1));
+        SCOPED_TRACE(text);
+        const Ladder run = run_of(text);
+        expect_nodal_loss(*run);
+        EXPECT_EQ(run->state.negative_elements, 0);
+    }
+}
+
+// A given Butterworth function: a part of e has a root at s = j, for even degree, and only rounding there.
+TEST(RefusedLadders, GivenButterworthFunctions) {
+    for (const int n : {2, 7, 8, 10, 14, 15, 16, 18, 20, 22, 24}) {
+        for (const int load : {50, 100, 0}) {
+            SCOPED_TRACE(fmt::format("degree {}, {} ohm", n, load));
+            FilterSpec s = asked(fmt::format("low flat {} R 50 {}", n, load));
+            s.passbandType = functional_passband;
+            s.bandEdgeLoss = 0;
+            s.denominatorDegree = n;
+            const double edge = 2 * std::numbers::pi * s.upperPassEdge;
+            for (int i = 1; i <= n / 2; ++i) {
+                const std::complex<double> pole = std::polar(edge, std::numbers::pi * (0.5 + (2 * i - 1) / (2.0 * n)));
+                s.denominatorFactors(2 * i - 1) = -2 * pole.real();
+                s.denominatorFactors(2 * i) = std::norm(pole);
+            }
+            if (n % 2 == 1) s.denominatorFactors(n) = edge;
+            expect_nodal_loss(*run_of(s));
+        }
+    }
+}
+
+}  // namespace
+}  // namespace kavrel::test

@@ -6,6 +6,7 @@
 #include "approximation/angle_sum.h"
 #include "approximation/decibel.h"
 #include "approximation/frequency_variable.h"
+#include "approximation/parametric_ripple.h"
 #include "numeric/guarded.h"
 
 namespace kavrel {
@@ -24,6 +25,7 @@ Real product_of_q(const XPlane& xp);
 void set_root_factors(const FilterSpec& spec, XPlane& xp, const WideRootSet& roots, Real d);
 bool collect_angles(const FilterSpec& spec, const XPlane& xp, Real unit_element, AngleSum& angles);
 bool shifted_unit_element(const FilterSpec& spec, const XPlane& xp, Real& unit_element);
+bool equalise(const FilterSpec& spec, const XPlane& xp, WideRootSet& roots, Real& d);
 void shift_pass_band(FilterSpec& spec, XPlane& xp, WideRootSet& roots, FrontNotes& notes);
 
 }  // namespace
@@ -103,13 +105,9 @@ FrontVerdict equalRippleF(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
         roots.append({-eta * eta, 0});
     }
 
-    // F/Q at x = 0 is eps2 as at infinity.
     Real d = 0;
-    if (is_parametric(spec)) {
-        Real product = 1;
-        for (int i = 1; i <= roots.count; ++i) product *= -roots.re(i);
-        d = spec.degreeParity == 1 ? product_of_q(xp) / (product * product) : std::sqrt(product_of_q(xp)) / product;
-        if (!(d > xp.a && d < 1)) return refuse(spec, FrontFault::parametric_root_out_of_range);
+    if (is_parametric(spec) && !equalise(spec, xp, roots, d)) {
+        return refuse(spec, FrontFault::parametric_root_out_of_range);
     }
     if (shifts_pass_band(spec, xp)) shift_pass_band(spec, xp, roots, notes);
     set_root_factors(spec, xp, roots, d);
@@ -214,6 +212,18 @@ bool shifted_unit_element(const FilterSpec& spec, const XPlane& xp, Real& unit_e
     }
     unit_element = u;
     return u > 0;
+}
+
+// d from F/Q = eps2 at x = 0 as at infinity, then equal maxima. Where they do not come out the function is left as it
+// is, its excess being a small one, unless its d makes E negative somewhere.
+bool equalise(const FilterSpec& spec, const XPlane& xp, WideRootSet& roots, Real& d) {
+    Real product = 1;
+    for (int i = 1; i <= roots.count; ++i) product *= -roots.re(i);
+    d = spec.degreeParity == 1 ? product_of_q(xp) / (product * product) : std::sqrt(product_of_q(xp)) / product;
+    const bool in_range = d > xp.a && d < 1;
+    if (roots.count == 0) return in_range;
+    if (!in_range) d = xp.xReal;
+    return equaliseRipple(xp.QS, xp.a, parametric_weight(spec), roots, d) || in_range;
 }
 
 // x -> (x + p)/(1 + p) keeps x = 1 and infinity and puts the root nearest to zero there.

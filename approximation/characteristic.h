@@ -13,9 +13,8 @@
 // A parametric band-pass takes away the angle of +sqrt(xReal), once for odd and twice for even degree, which leaves a
 // root d of F within (a, 1) (double for even degree) from the loss at the lower edge. The loss at both edges is exact;
 // the maxima between them come out at eps2 times (x - xReal)(x - d)/(x - r)^2, r being the root of the sum that d
-// replaces (two of them for even degree). The excess falls with the degree and the width of the band: for a lower
-// edge of 0.2 of the upper one and from 5 zeros on it stays below 1e-3 of eps2 (odd) and 3e-2 (even), at 0.8 it is
-// below 1e-6.
+// replaces (two of them for even degree). At a lower edge of 0.8 of the upper one that is below 1e-6 from 1, at 0.1 it
+// may be half as much again: where it is above 1 + 1e-6 an exchange follows (parametric_ripple.h).
 #pragma once
 
 #include "approximation/filter_spec.h"
@@ -43,7 +42,7 @@ FrontVerdict maxFlatF(FilterSpec& spec, XPlane& xp);
 // The same of an equal ripple function. Even low-pass and high-pass with symmetryFlag 1: x goes to (x + p)/(1 + p),
 // which puts the lowest root of F to 0; finite zeros in ARR, QS and FZR, FZI move along, unit elements stay where they
 // are. A second call would move the zeros again. Faults: ripple_roots_missing for a zero of transmission in the pass
-// band, parametric_root_out_of_range.
+// band, parametric_root_out_of_range where there is no function with the same loss at both edges.
 FrontVerdict equalRippleF(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
 // F/Q at x, from the root sets.

@@ -38,6 +38,17 @@ FilterSpec elliptic(int n, double R2) {
     return s;
 }
 
+// Over three decades, where the function is finished by an exchange.
+FilterSpec parametric_band_pass(int n) {
+    FilterSpec s = request(equal_ripple, n, 2);
+    s.filterType = band_pass;
+    s.bandpassType = parametric;
+    s.lowerPassEdge = 1;
+    s.zerosAtZero = n / 4 * 2 + 1;
+    s.zerosAtInfinity = n - s.zerosAtZero;
+    return s;
+}
+
 void design(benchmark::State& state, const FilterSpec& asked) {
     const auto xp = std::make_unique<XPlane>();
     ApproximationNotes notes;
@@ -57,12 +68,16 @@ void cheby1(benchmark::State& state) { design(state, request(equal_ripple, stati
 void butter(benchmark::State& state) { design(state, request(maximally_flat, static_cast<int>(state.range(0)), 0)); }
 // With the immittance polynomials of a ladder, which have no counterpart there.
 void ellip_ladder(benchmark::State& state) { design(state, elliptic(static_cast<int>(state.range(0)), 2)); }
+void parametric_ladder(benchmark::State& state) {
+    design(state, parametric_band_pass(static_cast<int>(state.range(0))));
+}
 
 #define DEGREES Arg(5)->Arg(10)->Arg(20)->Arg(50)->Unit(benchmark::kMicrosecond)
 BENCHMARK(ellip)->DEGREES;
 BENCHMARK(cheby1)->DEGREES;
 BENCHMARK(butter)->DEGREES;
 BENCHMARK(ellip_ladder)->DEGREES;
+BENCHMARK(parametric_ladder)->DEGREES;
 #undef DEGREES
 
 }  // namespace

@@ -98,6 +98,11 @@ def ripple(c):
         d = mp.re(d)
         if not c.a < d < 1:
             return None
+        etas = [-mp.re(r) for r in roots if r not in rhos]
+        q = c.roots(ue, zeros)
+        etas, d = equalised(etas, d, c.loose, q)
+        if etas is not None:
+            return lambda x: eps2 * squared(etas, d, c.loose, q, x)
 
     def value(x):
         x = x * (1 + shift) - shift
@@ -113,6 +118,69 @@ def ripple(c):
         return mp.re(v)
 
     return value
+
+
+def squared(etas, d, w, q, x):
+    """(x - d)^w prod (x + eta)^2/Q, by the squares of the etas and the roots q of Q."""
+    v = mp.fprod([x - d] * w) * mp.fprod((x + e) ** 2 for e in etas)
+    return mp.re(v / mp.fprod(x - r for r in q))
+
+
+def maxima(etas, d, w, q):
+    """Places of the maxima on x < 0 but for the edges: zeros of the logarithmic derivative, of which all else is off the band."""
+    weights = {}
+    for root, weight in [(d, w)] + [(-e, 2) for e in etas] + [(r, -1) for r in q]:
+        weights[root] = weights.get(root, 0) + weight
+    total = [mp.mpf(0)] * len(weights)
+    for root, weight in weights.items():
+        part = polynomial([r for r in weights if r != root])
+        total = [u + weight * v for u, v in zip(total, part)]
+    while abs(total[0]) < mp.mpf(10) ** -40 * max(map(abs, total)):
+        total = total[1:]
+    places = [mp.re(r) for r in mp.polyroots(total, maxsteps=500, extraprec=400) if abs(mp.im(r)) < 1e-25 * abs(r)]
+    return [x for x in places if x < 0]
+
+
+def equalised(etas, d, w, q):
+    """The function of least maximum for this d by Remez's exchange, (None, d) if the one at hand is as good to 1e-6.
+
+    prod (x + eta) is a polynomial of leading coefficient 1, alternating at the reference with sqrt|Q|/|x - d|^(w/2): linear
+    in its coefficients. Infinity is a point of the reference, and x = 0 as a rule; if it is no maximum, d goes where it
+    becomes one with a horizontal tangent, or where infinity does.
+    """
+    if not etas or max(squared(etas, d, w, q, x) for x in maxima(etas, d, w, q) + [mp.mpf(0)]) <= 1 + mp.mpf(10) ** -6:
+        return None, d
+
+    def exchange(etas, d):
+        k = len(etas)
+        for _ in range(40):
+            places = sorted(maxima(etas, d, w, q), reverse=True)
+            inner = [max((x for x in places if -low > x > -high), key=lambda x: squared(etas, d, w, q, x))
+                     for low, high in zip(sorted(etas), sorted(etas)[1:])]
+            rows, right = [], []
+            for j, x in enumerate([mp.mpf(0)] + inner):
+                height = mp.sqrt(abs(mp.fprod(x - r for r in q))) / abs(x - d) ** (mp.mpf(w) / 2)
+                rows.append([x**i for i in range(k)])
+                right.append((-1) ** j * height - x**k)
+            solution = mp.lu_solve(mp.matrix(rows), mp.matrix(right))
+            found = mp.polyroots([mp.mpf(1)] + [solution[i] for i in reversed(range(k))], maxsteps=500, extraprec=400)
+            found = sorted(-mp.re(r) for r in found)
+            moved = max(abs(u / v - 1) for u, v in zip(found, sorted(etas)))
+            etas = found
+            if moved < mp.mpf(10) ** -40:
+                break
+        return etas
+
+    def off(d, low):
+        etas_of_d = exchange(etas, d)
+        if low:
+            return d * mp.re(2 * sum(1 / e for e in etas_of_d) + sum(1 / r for r in q)) - w
+        return mp.re(2 * sum(etas_of_d) + sum(q)) - d * w
+
+    for low in (True, False):
+        if off(d, low) < 0:
+            d = mp.findroot(lambda d: off(d, low), (d, d * mp.mpf("1.01") if low else d * mp.mpf("0.99")), tol=1e-60)
+    return exchange(etas, d), d
 
 
 def first_root(c, u, zeros):

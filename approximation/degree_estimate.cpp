@@ -1,6 +1,7 @@
 #include "approximation/degree_estimate.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -41,7 +42,7 @@ StopLosses stop_losses(const FilterSpec& spec, const XPlane& xp, const Counts& c
 int prototype_estimate(const FilterSpec& spec, const XPlane& xp);
 FrontVerdict estimate_low_pass(FilterSpec& spec, const XPlane& xp, Counts& counts);
 Counts bandpass_estimate(const FilterSpec& spec, const XPlane& xp);
-Counts best_parting(const FilterSpec& spec, const XPlane& xp, Counts counts, Real& margin);
+bool part_evenly(const FilterSpec& spec, const XPlane& xp, int degree, Counts& counts);
 FrontVerdict estimate_band_pass(FilterSpec& spec, const XPlane& xp, Counts& counts);
 bool unit_elements_alone(const FilterSpec& spec);
 FrontVerdict count_sections(FilterSpec& spec, const XPlane& xp, Real mismatch);
@@ -195,53 +196,50 @@ int prototype_estimate(const FilterSpec& spec, const XPlane& xp) {
 }
 
 FrontVerdict estimate_band_pass(FilterSpec& spec, const XPlane& xp, Counts& counts) {
-    counts = bandpass_estimate(spec, xp);
     const int parity = spec.bandpassType == conventional ? 0 : 1;
-    if (counts.degree() % 2 != parity) ++counts.at_infinity;
-    if (counts.degree() < 2 + parity) counts.at_infinity += 2;  // a parametric band-pass has a root besides the point
-
-    Real margin = 0;
-    if (counts.degree() > max_degree) return refuse(spec, FrontFault::degree_too_high, counts.degree());
-    counts = best_parting(spec, xp, counts, margin);
-    while (margin < -loss_tolerance && counts.degree() <= max_degree) {
-        ++(counts.at_zero < counts.at_infinity ? counts.at_zero : counts.at_infinity);
-        ++(counts.at_zero < counts.at_infinity ? counts.at_zero : counts.at_infinity);
-        counts = best_parting(spec, xp, counts, margin);
-    }
-    if (counts.degree() > max_degree) return refuse(spec, FrontFault::degree_too_high, counts.degree());
-
-    while (counts.degree() >= 4 + parity && counts.at_zero + counts.at_infinity >= 2) {
-        Counts fewer = counts;
-        for (int k = 1; k <= 2; ++k) --(fewer.at_zero > fewer.at_infinity ? fewer.at_zero : fewer.at_infinity);
-        fewer = best_parting(spec, xp, fewer, margin);
-        if (margin < -loss_tolerance) break;
-        counts = fewer;
-    }
+    const int rough = bandpass_estimate(spec, xp).degree();
+    const int estimate = std::max(rough + (rough + parity) % 2, 2 + parity);  // a parametric one has a root more
+    const int highest = max_degree - (max_degree + parity) % 2;
+    int degree = std::min(estimate, highest);
+    bool found = part_evenly(spec, xp, degree, counts);
+    while (!found && degree < highest) found = part_evenly(spec, xp, degree += 2, counts);
+    if (!found) return refuse(spec, FrontFault::degree_too_high, std::max(estimate, highest + 2));
+    while (degree >= 4 + parity && part_evenly(spec, xp, degree - 2, counts)) degree -= 2;
     return {};
 }
 
-// A zero that goes from infinity to zero raises the lower loss and lowers the upper one: the parting whose smaller
-// margin is largest is where they cross.
-Counts best_parting(const FilterSpec& spec, const XPlane& xp, Counts counts, Real& margin) {
-    const auto margins = [&](const Counts& c) {
-        const StopLosses losses = stop_losses(spec, xp, c);
-        return StopLosses{losses.lower - spec.stopbandLoss, losses.upper - spec.upperStopLoss};
+// Of the partings of a degree with both losses the one whose counts at zero and at infinity differ least, and of two
+// such the one with more in hand: with even counts the filter is a low-pass mapped to the band, and has its
+// terminations. A zero that goes from infinity to zero raises the lower loss and lowers the upper one, so a parting
+// that misses one of them rules out those beyond it. A parametric point depends on the parity of the counts besides, if
+// the number of unit elements is odd.
+bool part_evenly(const FilterSpec& spec, const XPlane& xp, int degree, Counts& counts) {
+    struct Range {
+        int least, most;  // of the count at zero
     };
-    const auto smaller = [](const StopLosses& m) { return std::min(m.lower, m.upper); };
-    StopLosses at = margins(counts);
-    for (;;) {
-        Counts next = counts;
-        const int step = at.lower < at.upper ? 1 : -1;
-        next.at_zero += step;
-        next.at_infinity -= step;
-        if (next.at_zero < 0 || next.at_infinity < 0) break;
-        const StopLosses there = margins(next);
-        if (smaller(there) <= smaller(at)) break;
-        counts = next;
-        at = there;
+    const int zeros = degree - counts.unit_elements;
+    if (zeros < 0) return false;
+    std::array<Range, 2> open{Range{0, zeros}, Range{0, zeros}};
+    const bool by_parity = spec.bandpassType != conventional && counts.unit_elements % 2 == 1;
+    Real in_hand = -2 * loss_tolerance;
+    bool found = false;
+    for (int excess = zeros % 2; excess <= zeros && !found; excess += 2) {
+        for (const int difference : {-excess, excess}) {
+            const Counts here{(zeros + difference) / 2, (zeros - difference) / 2, counts.unit_elements};
+            Range& range = open[by_parity ? static_cast<std::size_t>(here.at_zero % 2) : 0];
+            if (here.at_zero < range.least || here.at_zero > range.most) continue;
+            const StopLosses losses = stop_losses(spec, xp, here);
+            const Real lower = losses.lower - spec.stopbandLoss, upper = losses.upper - spec.upperStopLoss;
+            if (lower < -loss_tolerance) range.least = here.at_zero + 1;
+            if (upper < -loss_tolerance) range.most = here.at_zero - 1;
+            const Real least = std::min(lower, upper);
+            if (least <= in_hand + loss_tolerance) continue;
+            in_hand = least;
+            counts = here;
+            found = true;
+        }
     }
-    margin = smaller(at);
-    return counts;
+    return found;
 }
 
 // Two linear equations for the counts: far in a stopband the squared function is the product of the factors alone,

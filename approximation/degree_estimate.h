@@ -8,8 +8,10 @@
 namespace kavrel {
 
 // Monotonic stopband: sets zerosAtInfinity (low-pass and high-pass) or both counts (band-pass), so that the losses at
-// the stop edges are reached and no lower degree of the kind reaches them, unit elements as given. The closed forms are
-// a start: the loss is then evaluated from Q and F. A degree given is taken as it is, the band-pass parted evenly.
+// the stop edges are reached and no lower degree of the kind reaches them, unit elements as given. Of the counts of a
+// band-pass of that degree those that differ least are taken: lopsided ones ask for terminations of many decades. The
+// closed forms are a start: the loss is then evaluated from Q and F. A degree given is taken as it is, the band-pass
+// parted evenly.
 // Losses reached are in the notes. Faults: stopband_incorrect, degree_too_high.
 // Source: asymptotes of the Chebyshev and the binomial function in the variable x.
 FrontVerdict estimateMonotonicDegree(FilterSpec& spec, XPlane& xp, FrontNotes& notes);

@@ -1,4 +1,5 @@
-// Degree estimates: the losses are reached, and by no filter of lower degree. Matching networks: the loss at s = 0.
+// Degree estimates: the losses are reached, and by no filter of lower degree or, of that degree, of more even counts.
+// Matching networks: the loss at s = 0.
 #include <array>
 #include <cmath>
 #include <numbers>
@@ -76,7 +77,12 @@ TEST(DegreeEstimate, MonotonicIsTheLeastThatMeets) {
         }
         EXPECT_LT(gap(b.notes.lower_loss_reached, loss_at(b.xp, b.xp.lower_stop)), 1e-9);
         EXPECT_EQ(b.spec.degree % 2, asked.bandpassType == conventional ? 0 : 1);
-        const int fewer = b.spec.zerosAtZero + b.spec.zerosAtInfinity - 2;
+        const int zeros = b.spec.zerosAtZero + b.spec.zerosAtInfinity;
+        const int apart = std::abs(b.spec.zerosAtZero - b.spec.zerosAtInfinity);
+        for (int at_zero = (zeros - apart) / 2 + 1; at_zero < (zeros + apart) / 2; ++at_zero) {
+            EXPECT_FALSE(meets(asked, at_zero, zeros - at_zero)) << at_zero << " is more even";
+        }
+        const int fewer = zeros - 2;
         for (int at_zero = 0; at_zero <= fewer && b.spec.degree > 3; ++at_zero) {
             EXPECT_FALSE(meets(asked, at_zero, fewer - at_zero)) << at_zero << " of " << fewer;
         }

@@ -15,6 +15,7 @@
 #include "approximation/predistortion.h"
 #include "approximation/scaling.h"
 #include "approximation/sloped_passband.h"
+#include "approximation/stopband_floor.h"
 #include "numeric/scaled_value.h"
 
 namespace kavrel {
@@ -54,6 +55,7 @@ private:
     Fault take(SolveVerdict verdict, Fault unsolved);
     Fault take(const FunctionalVerdict& verdict, Fault inconsistent);
     Fault find_late_zeros(const WideRootSet& given);
+    void note_floor(StopbandFloor floor);
     Fault split_e();
     enum class Moved { yes, no };
     Fault predistort_e(Moved& moved);
@@ -139,6 +141,7 @@ Fault Run::from_given_numerator() {
     if (const Fault fault = find_late_zeros(xp_.FS); fault != Fault::none) return fault;
     if (xp_.FS.count != overall_degree(spec_, xp_)) return Fault::f_inconsistent;
     levelOfNumerator(spec_, xp_, is_high_pass() && late_zeros);
+    if (late_zeros) note_floor(stopbandFloor(xp_));
     return from_characteristic();
 }
 
@@ -146,9 +149,11 @@ Fault Run::from_given_denominator() {
     if (const Fault fault = take(denominatorFromFactors(spec_, xp_), Fault::e_inconsistent); fault != Fault::none) {
         return fault;
     }
+    const bool late_zeros = xp_.equal_minima_due;
     if (const Fault fault = find_late_zeros(xp_.ES); fault != Fault::none) return fault;
     if (xp_.ES.count != overall_degree(spec_, xp_)) return Fault::e_inconsistent;
     scaleByMaximum(xp_, is_band_pass());
+    if (late_zeros) note_floor(stopbandFloorOfE(xp_));
     if (spec_.medium == Medium::sampled_data) return Fault::none;
     if (single_termination()) return end_single_with_new_e();
     if (predistortion_due()) {
@@ -229,6 +234,8 @@ Fault Run::take(const FunctionalVerdict& verdict, Fault inconsistent) {
 Fault Run::find_late_zeros(const WideRootSet& given) {
     return xp_.equal_minima_due ? take(equalMinimaIteration(given, spec_, xp_, notes_.front)) : Fault::none;
 }
+
+void Run::note_floor(StopbandFloor floor) { notes_.front.upper_loss_reached = static_cast<double>(floor.upper); }
 
 Fault Run::split_e() {
     return partsOfHurwitz(xp_.eFactors, xp_.a, xp_.eEven, xp_.eOdd) ? Fault::none : Fault::e_parts_missing;

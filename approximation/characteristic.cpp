@@ -114,14 +114,16 @@ FrontVerdict equalRippleF(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     return {};
 }
 
-Complex<Real> squared_characteristic(const XPlane& xp, Complex<Real> x) {
-    Complex<Real> value{xp.FS.multiplier / xp.QS.multiplier, 0};
-    for (int i = 1; i <= std::max(xp.FS.count, xp.QS.count); ++i) {
-        if (i <= xp.FS.count) value *= x - xp.FS.root(i);
-        if (i <= xp.QS.count) value = cdiv(value, x - xp.QS.root(i), solver_decades);
+Complex<Real> quotient(const WideRootSet& P, const WideRootSet& Q, Complex<Real> x) {
+    Complex<Real> value{P.multiplier / Q.multiplier, 0};
+    for (int i = 1; i <= std::max(P.count, Q.count); ++i) {
+        if (i <= P.count) value *= x - P.root(i);
+        if (i <= Q.count) value = cdiv(value, x - Q.root(i), solver_decades);
     }
     return value;
 }
+
+Complex<Real> squared_characteristic(const XPlane& xp, Complex<Real> x) { return quotient(xp.FS, xp.QS, x); }
 
 Real squared_characteristic(const XPlane& xp, Real x) { return squared_characteristic(xp, Complex<Real>{x, 0}).re; }
 

@@ -45,7 +45,10 @@ FrontVerdict maxFlatF(FilterSpec& spec, XPlane& xp);
 // band, parametric_root_out_of_range where there is no function with the same loss at both edges.
 FrontVerdict equalRippleF(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
-// F/Q at x, from the root sets.
+// P/Q at x, from the root sets.
+[[nodiscard]] Complex<XPlane::Real> quotient(const WideRootSet& P, const WideRootSet& Q, Complex<XPlane::Real> x);
+
+// F/Q at x.
 [[nodiscard]] Complex<XPlane::Real> squared_characteristic(const XPlane& xp, Complex<XPlane::Real> x);
 [[nodiscard]] XPlane::Real squared_characteristic(const XPlane& xp, XPlane::Real x);
 

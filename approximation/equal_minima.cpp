@@ -193,13 +193,10 @@ void take_zeros(const Prototype& p, FilterSpec& spec, XPlane& xp) {
     zerosToFrequency(spec, xp);
 }
 
-// In the low-pass the least loss is that at the stop edge. Where that does not hold, it is taken from Q and F.
+// In the low-pass the least loss is that at the stop edge. A band-pass has it on the side of the nearer edge alone: the
+// other edge may lie beyond the last minima. Where unit elements add to it besides, it is taken from Q and F.
 StopbandFloor floor_of(const Prototype& p, const FilterSpec& spec, const XPlane& xp) {
-    const bool band = spec.filterType == band_pass;
-    if (spec.unitElements == 0 && !(band && spec.bandpassType != conventional)) {
-        const Real loss = loss_of(xp.eps2 * p.reached);
-        return {band ? loss : 0, loss};
-    }
+    if (spec.unitElements == 0 && spec.filterType != band_pass) return {0, loss_of(xp.eps2 * p.reached)};
     FilterSpec trial = spec;
     XPlane plane = xp;
     FrontNotes notes;

@@ -1,6 +1,7 @@
 #include "approximation/stopband_floor.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "approximation/characteristic.h"
 #include "approximation/decibel.h"
@@ -13,23 +14,36 @@ namespace {
 
 using Real = XPlane::Real;
 
-Real least_between(const XPlane& xp, Real from, Real to);
-bool is_zero(const XPlane& xp, Real x);
-Real least_loss(const XPlane& xp, Real edge, Real end);
+struct LeastQuotients {
+    Real lower = 0;
+    Real upper = 0;  // 0 where there is no such stopband
+};
+LeastQuotients least_quotients(const XPlane& xp, const WideRootSet& numerator);
 
 }  // namespace
 
 StopbandFloor stopbandFloor(const XPlane& xp) {
-    StopbandFloor floor;
-    if (xp.lower_stop > 0) floor.lower = least_loss(xp, x_of_frequency(xp.lower_stop, xp.a), xp.a);
-    if (xp.upper_stop > 1) floor.upper = least_loss(xp, x_of_frequency(xp.upper_stop, xp.a), 1);
-    return floor;
+    const LeastQuotients least = least_quotients(xp, xp.FS);
+    return {loss_of(least.lower), loss_of(least.upper)};
+}
+
+StopbandFloor stopbandFloorOfE(const XPlane& xp) {
+    const LeastQuotients least = least_quotients(xp, xp.ES);
+    const auto loss = [](Real quotient) { return quotient > 0 ? 10 * std::log10(quotient) : 0; };
+    return {loss(least.lower), loss(least.upper)};
 }
 
 namespace {
 
+bool is_zero(const XPlane& xp, Real x) {
+    for (int i = 1; i <= xp.QS.count; ++i) {
+        if (xp.QS.re(i) == x && xp.QS.im(i) == 0) return true;
+    }
+    return false;
+}
+
 // The stopband reaches from x = edge to x = end, which is w = 0 or infinity.
-Real least_loss(const XPlane& xp, Real edge, Real end) {
+Real least_between(const XPlane& xp, const WideRootSet& numerator, Real edge, Real end) {
     const Real low = std::min(edge, end), high = std::max(edge, end);
     Table<Real, max_degree + 2> border;
     int count = 0;
@@ -40,21 +54,19 @@ Real least_loss(const XPlane& xp, Real edge, Real end) {
     }
     std::sort(border.begin(), border.begin() + count);
 
-    Real least = squared_characteristic(xp, edge);
-    if (!is_zero(xp, end)) least = std::min(least, squared_characteristic(xp, end));
-    for (int i = 1; i < count; ++i) least = std::min(least, least_between(xp, border(i), border(i + 1)));
-    return loss_of(least);
-}
-
-bool is_zero(const XPlane& xp, Real x) {
-    for (int i = 1; i <= xp.QS.count; ++i) {
-        if (xp.QS.re(i) == x && xp.QS.im(i) == 0) return true;
+    const auto value = [&](Real x) { return quotient(numerator, xp.QS, {x, 0}).re; };
+    Real least = value(edge);
+    if (!is_zero(xp, end)) least = std::min(least, value(end));
+    for (int i = 1; i < count; ++i) {
+        const auto depth = [&](Real x) { return -value(x); };
+        least = std::min(least, -peak_between(border(i), border(i + 1), 50, depth).value);
     }
-    return false;
+    return least;
 }
 
-Real least_between(const XPlane& xp, Real from, Real to) {
-    return -peak_between(from, to, 50, [&](Real x) { return -squared_characteristic(xp, x); }).value;
+LeastQuotients least_quotients(const XPlane& xp, const WideRootSet& numerator) {
+    const auto least = [&](Real w, Real end) { return least_between(xp, numerator, x_of_frequency(w, xp.a), end); };
+    return {xp.lower_stop > 0 ? least(xp.lower_stop, xp.a) : 0, xp.upper_stop > 1 ? least(xp.upper_stop, 1) : 0};
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The least loss in the stopbands of a characteristic function, wherever it lies between the zeros of transmission.
+// The least loss in the stopbands, wherever it lies between the zeros of transmission.
 #pragma once
 
 #include "approximation/x_plane.h"
@@ -12,5 +12,8 @@ struct StopbandFloor {
 
 // From QS and FS and the stop edges; between two neighbouring real zeros F/Q has one minimum, found by golden sections.
 [[nodiscard]] StopbandFloor stopbandFloor(const XPlane& xp);
+
+// From QS and ES, whose level is that of the loss.
+[[nodiscard]] StopbandFloor stopbandFloorOfE(const XPlane& xp);
 
 }  // namespace kavrel

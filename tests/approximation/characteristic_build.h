@@ -1,6 +1,8 @@
 // A request carried to Q and F, as the tests of the characteristic functions look at it.
 #pragma once
 
+#include <cmath>
+
 #include "approximation/characteristic.h"
 #include "approximation/front_part.h"
 #include "tests/approximation/request.h"
@@ -21,6 +23,17 @@ inline Built build(const FilterSpec& spec) {
     b.verdict = runFront(b.spec, b.xp, b.notes);
     if (b.verdict.good()) b.verdict = buildQ(b.spec, b.xp, b.notes);
     return b;
+}
+
+// |F/Q| at s = jw from the roots alone: each factor times s^2 + 1.
+inline XPlane::Real squared_from_roots(const XPlane& xp, XPlane::Real w) {
+    const auto square = [&](Complex<XPlane::Real> r) {
+        const XPlane::Real re = -(1 - r.re) * w * w + xp.a - r.re, im = r.im * (1 - w * w);
+        return re * re + im * im;
+    };
+    XPlane::Real product = 1;
+    for (int i = 1; i <= xp.FS.count; ++i) product *= square(xp.FS.root(i)) / square(xp.QS.root(i));
+    return xp.FS.multiplier * std::sqrt(product);
 }
 
 // Of requests that are refused: what is changed in `from`, and the fault.

@@ -113,6 +113,45 @@ TEST(EqualMinima, DegreeIsTheLeast) {
     EXPECT_GE(build(request("stopbandLoss 30", band)).notes.lower_loss_reached, 50) << "the larger loss rules";
 }
 
+// Least losses on dense grids of both stopbands. The farther stop edge lies beyond the last minima, or between them.
+TEST(EqualMinima, EachEdgeHasTheLossOfItsStopband) {
+    RandomNumbers random(3);
+    for (int k = 1; k <= 40; ++k) {
+        FilterSpec s = request("band_pass lowerPassEdge 1000 sampleFrequency 12000",
+                               low_pass_request(k % 2 == 0 ? equal_ripple : maximally_flat, k % 3 - 1, 0, 0.5, 40));
+        s.upperPassEdge = random.between(1050, 2000);
+        s.lowerStopEdge = random.between(50, 980);
+        s.upperStopEdge = s.upperPassEdge * random.between(1.02, 2.5);
+        s.medium = static_cast<Medium>(k % 3);
+        s.unitElements = s.medium == microwave ? random.integer(0, 2) : 0;
+        s.bandpassType = random.coin() ? conventional : parametric;
+        SCOPED_TRACE(k);
+        const Built b = build(s);
+        if (b.verdict.fault == FrontFault::degree_too_high) continue;
+        ASSERT_TRUE(b.verdict.good()) << b.verdict.fault;
+        constexpr int points = 20000;
+        Real lower = squared_from_roots(b.xp, b.xp.lower_stop), upper = squared_from_roots(b.xp, b.xp.upper_stop);
+        for (int i = 1; i < points; ++i) {
+            const Real part = static_cast<Real>(i) / points;
+            lower = std::fmin(lower, squared_from_roots(b.xp, part * b.xp.lower_stop));
+            upper = std::fmin(upper, squared_from_roots(b.xp, b.xp.upper_stop / part));
+        }
+        EXPECT_NEAR(b.notes.lower_loss_reached, static_cast<double>(10 * std::log10(1 + lower)), 1e-3);
+        EXPECT_NEAR(b.notes.upper_loss_reached, static_cast<double>(10 * std::log10(1 + upper)), 1e-3);
+    }
+    // Without finite zeros: eps2 T_2^2 at the low-pass frequency of each edge.
+    const Built b =
+        build(request("band_pass degree 4 lowerPassEdge 1000 upperPassEdge 1100 lowerStopEdge 100 symmetryFlag 0",
+                      low_pass_request(equal_ripple, 0, 1300, 0.5, 40)));
+    const double omega[] = {(1000.0 / 100 - 100 / 1100.0) / (1 - 1000.0 / 1100),
+                            (1300 / 1100.0 - 1000 / 1300.0) / (1 - 1000.0 / 1100)};
+    const double reached[] = {b.notes.lower_loss_reached, b.notes.upper_loss_reached};
+    for (const int side : {0, 1}) {
+        const double t = std::cosh(2 * std::acosh(omega[side]));
+        EXPECT_NEAR(reached[side], 10 * std::log10(1 + (std::pow(10, 0.05) - 1) * t * t), 1e-9);
+    }
+}
+
 // Unit elements and a parametric point are no part of the prototype; the loss is there all the same.
 TEST(EqualMinima, LossesHoldBesideUnitElements) {
     FilterSpec s = request(

@@ -31,31 +31,21 @@ FilterSpec random_request(RandomNumbers& random) {
     return s;
 }
 
-// F/Q over eps2 at s = jw: each factor times s^2 + 1.
-Real ripple_at(const XPlane& xp, Real w) {
-    const auto square = [&](Complex<Real> r) {
-        const Real re = -(1 - r.re) * w * w + xp.a - r.re, im = r.im * (1 - w * w);
-        return re * re + im * im;
-    };
-    Real product = 1;
-    for (int i = 1; i <= xp.FS.count; ++i) product *= square(xp.FS.root(i)) / square(xp.QS.root(i));
-    return std::sqrt(product);
-}
-
 // Nothing above 1, which both edges have; of odd degree, with k double zeros of F/Q on the band, all of k + 1 maxima.
 void expect_equal_ripple(const Built& b) {
     constexpr int points = 20000;
     const Real low = std::log(b.xp.a) / 2;
+    const auto ripple = [&](Real w) { return squared_from_roots(b.xp, w) / b.xp.eps2; };
     int maxima = 2;
     Real largest = 0, before = 1, at = 1;
     for (int i = 1; i < points; ++i) {
-        const Real next = ripple_at(b.xp, std::exp(low * (1 + std::cos(std::numbers::pi_v<Real> * i / points)) / 2));
+        const Real next = ripple(std::exp(low * (1 + std::cos(std::numbers::pi_v<Real> * i / points)) / 2));
         if (at > before && at > next && at > 0.999L) ++maxima;
         largest = std::fmax(largest, next);
         before = at, at = next;
     }
     EXPECT_LT(largest, 1 + 1e-6L);
-    EXPECT_LT(gap(ripple_at(b.xp, std::sqrt(b.xp.a)), 1), 1e-14);
+    EXPECT_LT(gap(ripple(std::sqrt(b.xp.a)), 1), 1e-14);
     EXPECT_EQ(b.xp.FS.multiplier, b.xp.eps2) << "the loss at the upper edge";
     if (b.spec.degreeParity == 1) {
         EXPECT_EQ(maxima, (b.spec.degree + 1) / 2);

@@ -191,6 +191,9 @@ TEST(TransferFunctional, GivenEGetsEqualMinima) {
         }
         EXPECT_LT(nearest, 1e-10);
     }
+    double least = 1e9;
+    for (int i = 1; i <= 20000; ++i) least = std::fmin(least, lossAt(d->spec, d->xp, 4500 / (i / 20000.0)));
+    EXPECT_NEAR(d->notes.front.upper_loss_reached, least, 1e-4) << "of the stopband, from E";
 }
 
 // --- sloping ---------------------------------------------------------------------------------------------------------

@@ -26,6 +26,8 @@ struct Guess {
 [[nodiscard]] SynthesisFault extract_two_way(const Guess& guess, bool dual, SynthesisState& state);
 [[nodiscard]] SynthesisFault choose(const LadderTask& task, const LadderAttempt& attempt, const Guess& guess, bool dual,
                                     Selection& selection);
+[[nodiscard]] SynthesisFault search(const LadderTask& task, const LadderAttempt& attempt, const Selection& selection,
+                                    SynthesisState& state);
 [[nodiscard]] SynthesisFault run_fixed_order(const LadderAttempt& attempt, const Guess& guess,
                                              const Selection& selection, SynthesisState& state);
 [[nodiscard]] bool nearer_as_dual(const SynthesisState& state);
@@ -56,7 +58,7 @@ constexpr Guess one_way_guesses[] = {
 constexpr Guess two_way_guesses[] = {{.other_output = true}, {.other = true}, {.other = true, .other_output = true}};
 
 std::span<const Guess> further_guesses(const LadderAttempt& attempt) {
-    if (attempt.searched) return {};
+    if (attempt.searched) return std::span(one_way_guesses).first(1);
     if (attempt.direction == Direction::two_way) return two_way_guesses;
     return one_way_guesses;
 }
@@ -77,7 +79,8 @@ bool is_open(const Guess& guess, const LadderAttempt& attempt, const LadderOutco
         case SynthesisFault::element_missing:
         case SynthesisFault::runs_differ:
         case SynthesisFault::loss_differs: return true;
-        case SynthesisFault::script_refused: return lines || attempt.direction == Direction::two_way;
+        case SynthesisFault::script_refused:
+            return lines || attempt.searched || attempt.direction == Direction::two_way;
         default: return false;
     }
 }
@@ -110,19 +113,13 @@ SynthesisFault extract(const LadderTask& task, const LadderAttempt& attempt, con
                        SynthesisState& state) {
     if (attempt.direction == Direction::two_way) return extract_two_way(guess, dual, state);
     Selection selection;
-    if (const SynthesisFault fault = choose(task, attempt, guess, dual, selection); fault != SynthesisFault::none) {
-        return fault;
+    if (const SynthesisFault chosen = choose(task, attempt, guess, dual, selection); chosen != SynthesisFault::none) {
+        return chosen;
     }
     const LadderProblem& problem = state.problem;
-    if (attempt.searched) {
-        state.searched = true;
-        state.search = positive_script(problem, selection, state.script, state.ladder);
-        if (state.search != SearchVerdict::found) return SynthesisFault::script_refused;
-        state.last_stage = state.script.count - problem.unit_elements;
-    } else if (const SynthesisFault fault = run_fixed_order(attempt, guess, selection, state);
-               fault != SynthesisFault::none) {
-        return fault;
-    }
+    const SynthesisFault fault =
+        attempt.searched ? search(task, attempt, selection, state) : run_fixed_order(attempt, guess, selection, state);
+    if (fault != SynthesisFault::none) return fault;
     state.requested_ratio = problem.single_termination ? 0 : problem.other_resistance / problem.own_resistance;
     state.terminations = {problem.own_resistance, 0};
     Circuit whole;
@@ -170,6 +167,7 @@ SynthesisFault choose(const LadderTask& task, const LadderAttempt& attempt, cons
     const SynthesisRequest& request = task.request;
     const bool output_side = attempt.direction == Direction::reverse;
     if (request.manual_selection) {
+        if (output_side && task.problem.single_termination) return SynthesisFault::immittance_missing;
         selection = {request.numerator, request.denominator, request.form, output_side};
         WorkingFunction f;
         return formWorkingFunction(task.problem, selection, f) ? SynthesisFault::none
@@ -181,6 +179,21 @@ SynthesisFault choose(const LadderTask& task, const LadderAttempt& attempt, cons
         case ChoiceFault::not_found: break;
     }
     return SynthesisFault::immittance_missing;
+}
+
+SynthesisFault search(const LadderTask& task, const LadderAttempt& attempt, const Selection& selection,
+                      SynthesisState& state) {
+    const LadderProblem& problem = state.problem;
+    state.searched = true;
+    state.ladder.selection = selection;
+    state.search = search_order(problem, selection, attempt.bounds, task.watcher, state.script, state.ladder);
+    if (state.search == SearchVerdict::stopped) return SynthesisFault::stopped;
+    if (state.search != SearchVerdict::found) return SynthesisFault::script_refused;
+    state.last_stage = state.script.count - problem.unit_elements;
+    if (state.ladder.nz + state.ladder.ni == 0 || record_hidden_branch(problem, state.ladder)) {
+        return SynthesisFault::none;
+    }
+    return SynthesisFault::element_missing;
 }
 
 // A branch that the immittance hides is left when the reactance is used up.

@@ -12,6 +12,7 @@ struct LadderTask {
     const SynthesisRequest& request;
     const LadderProblem& problem;
     const Circuit& former;  // a new circuit keeps of it what no ladder sets
+    SearchWatcher& watcher;
 };
 
 inline constexpr double same_ratio = 1e-9;  // of terminations, as difference of logarithms
@@ -19,8 +20,9 @@ inline constexpr double same_ratio = 1e-9;  // of terminations, as difference of
 struct LadderAttempt {
     Direction direction = Direction::forward;  // not automatic
     QuadrupletPlace quadruplets = QuadrupletPlace::first;
-    bool searched = false;  // no fixed order of removals: one that leaves all elements positive is looked for
+    bool searched = false;  // no fixed order of removals: one within the bounds is looked for
     bool dual = false;      // the dual network of the one that is asked for
+    SearchBounds bounds{};
 };
 
 struct LadderOutcome {

@@ -51,7 +51,9 @@ std::vector<std::string> result_report(std::string_view title, const SynthesisSt
     }
     if (state.script_verdict.storage_low) lines.emplace_back(storage_warning);
     if (state.termination_is_extreme()) lines.emplace_back(extreme_termination_text);
-    if (state.negative_elements > 0 && state.searched) {
+    if (state.search == SearchVerdict::stopped) {
+        lines.emplace_back(search_stopped_text);
+    } else if (state.negative_elements > 0 && state.searched) {
         const bool none = state.search == SearchVerdict::none_exists;
         lines.emplace_back(none ? negative_elements_text : search_given_up_text);
     }
@@ -96,6 +98,7 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
             lines.emplace_back(loss_differs_text);
             if (state.loss_is_notable()) lines.push_back(loss_line(state));
             break;
+        case SynthesisFault::stopped: lines.emplace_back(stopped_text); break;
     }
     lines.emplace_back(synthesis_failed_text);
     return lines;

@@ -27,6 +27,9 @@ constexpr LadderAttempt attempts[] = {
     {.direction = Direction::reverse, .searched = true, .dual = true},
 };
 
+constexpr int halvings = 4;
+constexpr double met_ratio = 1e-3;  // of terminations: up to where it is the one asked for
+
 // What an attempt has come to.
 struct Tried {
     LadderAttempt attempt;
@@ -34,6 +37,7 @@ struct Tried {
     int negative_elements = 0;
     SearchVerdict search = SearchVerdict::found;
 
+    [[nodiscard]] bool was_positive_search() const { return attempt.searched && attempt.bounds.negative_elements == 0; }
     [[nodiscard]] bool from_one_end() const { return attempt.direction != Direction::two_way; }
     [[nodiscard]] bool came_off() const { return fault == SynthesisFault::none; }
 };
@@ -41,6 +45,9 @@ struct Tried {
 struct Course {
     std::vector<Tried> tried;
     std::optional<LadderOutcome> best;
+
+    [[nodiscard]] bool stopped() const { return !tried.empty() && tried.back().fault == SynthesisFault::stopped; }
+    [[nodiscard]] bool came_off() const { return best && best->came_off(); }
 };
 
 [[nodiscard]] bool has_real_zero(const LadderProblem& problem);
@@ -49,13 +56,25 @@ struct Course {
 [[nodiscard]] bool may_begin(Direction direction, const LadderTask& task);
 [[nodiscard]] bool search_is_due(const LadderAttempt& attempt, const LadderTask& task, const Course& course);
 [[nodiscard]] bool nearest_is_wanted(const LadderTask& task);
+void search_with_negative_elements(const LadderTask& task, Course& course);
 void note(const LadderAttempt& attempt, const LadderTask& task, const LadderOutcome& trial, Course& course);
 [[nodiscard]] bool is_better(const LadderOutcome& trial, const LadderOutcome& best, bool nearest);
+// Of the ratio of terminations from the one asked for, as difference of logarithms.
+[[nodiscard]] double distance(const SynthesisState& state);
+// Whether the best one has the ratio asked for, and the trial another; or the trial alone an extreme one.
+[[nodiscard]] bool spoils_terminations(const SynthesisState& trial, const SynthesisState& best);
+void remark_on_search(const Course& course, SynthesisState& state);
 
 }  // namespace
 
 SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                             SynthesisState& state, Circuit& circuit) {
+    UnwatchedSearch nobody;
+    return synthesise(xp, spec, request, nobody, state, circuit);
+}
+
+SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                            SearchWatcher& watcher, SynthesisState& state, Circuit& circuit) {
     state = {};
     const bool formed = ladder_problem(xp, spec, state.problem);
     if (has_real_zero(state.problem)) return {SynthesisFault::real_zero};
@@ -63,14 +82,18 @@ SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const Synt
     if (!formed) return {SynthesisFault::polynomials_missing};
 
     const LadderProblem problem = state.problem;
-    const LadderTask task{xp, spec, request, problem, circuit};
+    const LadderTask task{xp, spec, request, problem, circuit, watcher};
     Course course;
     for (const LadderAttempt& attempt : attempts) {
+        if (course.stopped()) break;
         if (is_worth_a_run(attempt, task, course)) note(attempt, task, run_attempt(task, attempt), course);
     }
+    search_with_negative_elements(task, course);
     state = course.best->state;
-    if (course.best->came_off()) circuit = course.best->circuit;
-    return {course.best->fault};
+    if (!course.came_off()) return {course.stopped() ? SynthesisFault::stopped : course.best->fault};
+    remark_on_search(course, state);
+    circuit = course.best->circuit;
+    return {};
 }
 
 namespace {
@@ -141,37 +164,80 @@ bool nearest_is_wanted(const LadderTask& task) {
            (problem.zeros_at_infinity > 0 || problem.unit_elements > 0);
 }
 
-// Unasked, a ladder from both ends is taken when it is beyond doubt. A search that failed is a remark on the best
-// ladder from one end.
-void note(const LadderAttempt& attempt, const LadderTask& task, const LadderOutcome& trial, Course& course) {
-    const SynthesisState& state = trial.state;
-    const bool beyond_doubt = trial.came_off() && trial.is_trusted() && state.negative_elements == 0;
-    const bool unasked = task.request.direction == Direction::automatic && attempt.direction == Direction::two_way;
-    if (unasked && !beyond_doubt) return;
-    course.tried.push_back({attempt, trial.fault, state.negative_elements, state.search});
-    if (!course.best || is_better(trial, *course.best, nearest_is_wanted(task))) {
-        course.best = trial;
-    } else if (attempt.searched && !course.best->state.two_way) {
-        SynthesisState& best = course.best->state;
-        best.searched = true;
-        if (best.search != SearchVerdict::given_up) {
-            best.search = state.search == SearchVerdict::given_up ? state.search : SearchVerdict::none_exists;
+// Where the search without them has failed: with any number from either end if there is no ladder yet, then halving
+// between too few and the fewest so far.
+void search_with_negative_elements(const LadderTask& task, Course& course) {
+    if (std::none_of(course.tried.begin(), course.tried.end(),
+                     [](const Tried& tried) { return tried.was_positive_search(); })) {
+        return;
+    }
+    const auto found_within = [&](const SearchBounds& bounds) {
+        bool found = false;
+        for (const Direction direction : {Direction::forward, Direction::reverse}) {
+            if (found || course.stopped() || !may_begin(direction, task)) continue;
+            const LadderAttempt attempt{.direction = direction, .searched = true, .bounds = bounds};
+            note(attempt, task, run_attempt(task, attempt), course);
+            found = course.came_off() && course.best->state.negative_elements <= bounds.negative_elements;
         }
+        return found;
+    };
+    // One of a fixed order has few of them: what can be saved shows soon.
+    const int work = course.came_off() ? search_limit / 16 : search_limit / 2;
+    if (!course.came_off() && !found_within({.negative_elements = any_number})) return;
+    int too_few = 0;
+    for (int turn = 0; turn < halvings && course.best->state.negative_elements > too_few + 1; ++turn) {
+        const int enough = (too_few + course.best->state.negative_elements) / 2;
+        if (!found_within({.negative_elements = enough, .work = work})) too_few = enough;
+        if (course.stopped()) return;
     }
 }
 
-// A ladder rather than a fault; one with a trusted loss in place of one from both ends; fewer negative elements; where
-// it is wanted, the nearer ratio of terminations. Of equal ones, the first.
+// Unasked, a ladder from both ends is taken when its loss is beyond doubt; one of a search that has negative elements
+// all the same, when it does not spoil the terminations for fewer of them.
+void note(const LadderAttempt& attempt, const LadderTask& task, const LadderOutcome& trial, Course& course) {
+    const bool unasked = task.request.direction == Direction::automatic && attempt.direction == Direction::two_way;
+    if (unasked && !(trial.came_off() && trial.is_trusted())) return;
+    course.tried.push_back({attempt, trial.fault, trial.state.negative_elements, trial.state.search});
+    const bool searched_in_vain = attempt.searched && trial.state.negative_elements > 0;
+    if (course.came_off() && searched_in_vain && spoils_terminations(trial.state, course.best->state)) return;
+    if (!course.best || is_better(trial, *course.best, nearest_is_wanted(task))) course.best = trial;
+}
+
+double distance(const SynthesisState& state) {
+    return std::fabs(std::log(std::fabs(state.available_ratio / state.requested_ratio)));
+}
+
+bool spoils_terminations(const SynthesisState& trial, const SynthesisState& best) {
+    if (best.problem.single_termination) return false;
+    if (trial.termination_is_extreme() && !best.termination_is_extreme()) return true;
+    return distance(best) <= met_ratio && distance(trial) > distance(best) + same_ratio;
+}
+
+// A ladder rather than a fault; one from one end in place of one from both with negative elements, or, with a trusted
+// loss, in place of any; fewer negative elements; where it is wanted, the nearer ratio of terminations. Of equal ones,
+// the first.
 bool is_better(const LadderOutcome& trial, const LadderOutcome& best, bool nearest) {
     if (!trial.came_off() || !best.came_off()) return trial.came_off() && !best.came_off();
+    if (best.state.two_way && best.state.negative_elements > 0) return !trial.state.two_way;
     if (best.state.two_way && !trial.is_trusted()) return false;
     if (trial.state.negative_elements != best.state.negative_elements) {
         return trial.state.negative_elements < best.state.negative_elements;
     }
-    const auto distance = [](const SynthesisState& state) {
-        return std::fabs(std::log(std::fabs(state.available_ratio / state.requested_ratio)));
-    };
     return nearest && distance(trial.state) < distance(best.state) - same_ratio;
+}
+
+// To a ladder with negative elements how the searches without them have ended.
+void remark_on_search(const Course& course, SynthesisState& state) {
+    if (course.stopped()) state.search = SearchVerdict::stopped;
+    if (course.stopped() || state.negative_elements == 0) return;
+    state.searched = false;
+    for (const Tried& tried : course.tried) {
+        if (!tried.was_positive_search()) continue;
+        const bool given_up =
+            tried.search == SearchVerdict::given_up || (state.searched && state.search == SearchVerdict::given_up);
+        state.searched = true;
+        state.search = given_up ? SearchVerdict::given_up : SearchVerdict::none_exists;
+    }
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 #include "synthesis/automatic_script.h"
 #include "synthesis/denormalise.h"
 #include "synthesis/loss_check.h"
-#include "synthesis/positive_search.h"
+#include "synthesis/order_search.h"
 #include "synthesis/two_way.h"
 
 namespace kavrel {
@@ -42,6 +42,7 @@ enum class SynthesisFault {
     no_two_way,    // both ends were asked for, and the filter has no such scripts
     runs_differ,   // the forward and the reverse run do not fit
     loss_differs,  // the circuit does not have the loss of the transfer function
+    stopped,       // by the watcher, before there was a circuit
 };
 
 inline constexpr std::string_view synthesis_failed_text = " **** Synthesis failed ****";
@@ -53,9 +54,11 @@ inline constexpr std::string_view polynomials_missing_text =
     " **** The immittance polynomials were not found to the accuracy of a ladder ****";
 inline constexpr std::string_view no_order_text = " **** No order of removals leads to a ladder ****";
 inline constexpr std::string_view loss_differs_text = " **** The ladder does not have the loss of the filter ****";
-inline constexpr std::string_view negative_elements_text = " Negative elements: no order of removals avoids them";
+inline constexpr std::string_view negative_elements_text = " Negative elements: no order tried here avoids them";
 inline constexpr std::string_view search_given_up_text =
     " Negative elements: no order of removals without them was found";
+inline constexpr std::string_view search_stopped_text = " The search for a better ladder was stopped";
+inline constexpr std::string_view stopped_text = " **** Stopped before a ladder was found ****";
 inline constexpr std::string_view element_missing_text = " **** Element(s) missing ****";
 inline constexpr std::string_view extreme_termination_text = "*** termination is extreme ***";
 inline constexpr double extreme_termination = 1000;  // how far a ratio may be from the one asked for without a word
@@ -83,8 +86,8 @@ struct SynthesisState {
     double requested_ratio = 1;  // R2/R1
     double available_ratio = 1;  // of the circuit
     int negative_elements = 0;
-    // How the search for a ladder without negative elements ended: `none_exists` means that every order of removals
-    // from the transmission zeros, with either place of a negative element beside a quadruplet, has one.
+    // How the search for a ladder without negative elements ended: `none_exists` means that every order of single and
+    // double shifts from the extreme points, with either place of a negative element beside a quadruplet, has one.
     bool searched = false;
     SearchVerdict search = SearchVerdict::found;
     LossDifference loss;
@@ -108,7 +111,10 @@ static_assert(std::is_trivially_copyable_v<SynthesisState> && std::is_trivially_
 
 // Synthesises the ladder of a request, `spec` being normalised as the approximation left it. The circuit is replaced
 // only when its loss agrees with the transfer function; after a fault it is as before, and `state` says how far the
-// run went.
+// run went. The watcher may stop the searches: the best ladder until then is taken.
+[[nodiscard]] SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
+                                          SearchWatcher& watcher, SynthesisState& state, Circuit& circuit);
+// The same, unwatched.
 [[nodiscard]] SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                                           SynthesisState& state, Circuit& circuit);
 

@@ -1,9 +1,11 @@
 // Kinds of filter whose ladders are hard to find, by random requests: every circuit, analysed by its nodes, has the
 // loss of its function.
+#include <algorithm>
 #include <random>
 
 #include <gtest/gtest.h>
 
+#include "synthesis/synthesis_report.h"
 #include "tests/circuit/nodal_reference.h"
 #include "tests/synthesis/ladder_cases.h"
 
@@ -76,6 +78,79 @@ TEST(RefusedLadders, GivenButterworthFunctions) {
             if (n % 2 == 1) s.denominatorFactors(n) = edge;
             expect_nodal_loss(*run_of(s));
         }
+    }
+}
+
+// A maximally flat band-pass with equal minima, from which most orders of removals lead nowhere.
+FilterSpec flat_with_minima(Draw& draw, bool parametric, int load) {
+    FilterSpec s = asked(fmt::format("band flat {} minima {}{} R 50 {}", 2 * draw.whole(5, 16), draw.whole(0, 1),
+                                     parametric ? " parametric" : "", load));
+    s.upperPassEdge = s.lowerPassEdge * draw.spread(1.05, 2.5);
+    s.lowerStopEdge = s.lowerPassEdge / draw.spread(1.01, 1.4);
+    s.upperStopEdge = s.upperPassEdge * draw.spread(1.01, 1.4);
+    return s;
+}
+
+// Each has a ladder, and some of them none without negative elements: few are used.
+TEST(RefusedLadders, MaximallyFlatWithEqualMinima) {
+    struct Kind {
+        const char* name;
+        bool parametric;
+        int load, most_negative;  // of all turns
+    };
+    for (const Kind& kind :
+         {Kind{"conventional", false, 0, 9}, Kind{"parametric", true, 0, 11}, Kind{"two resistors", true, 100, 3}}) {
+        Draw draw(32);
+        int negative = 0;
+        for (int turn = 0; turn < 10; ++turn) {
+            SCOPED_TRACE(fmt::format("{} {}", kind.name, turn));
+            const Ladder run = run_of(flat_with_minima(draw, kind.parametric, kind.load));
+            expect_nodal_loss(*run);
+            negative += run->state.negative_elements;
+        }
+        EXPECT_LE(negative, kind.most_negative) << kind.name;
+    }
+}
+
+// Stopped at whatever removal, a search leaves the best ladder that there was, or else the former circuit.
+TEST(RefusedLadders, StoppedSearch) {
+    class StopAt final : public SearchWatcher {
+    public:
+        explicit StopAt(int removals) : left_(removals) {}
+        bool go_on() override { return left_-- > 0; }
+        bool has_stopped() const { return left_ < 0; }
+
+    private:
+        int left_;
+    };
+    Draw draw(33);
+    const Circuit former = run_of("low ripple 5")->circuit;
+    for (const bool fixed_order : {false, true}) {
+        const Ladder run = run_of(fixed_order ? asked("low flat R 50 50 ends 0 1 complex 1500 1000 complex 900 900")
+                                              : flat_with_minima(draw, false, 0));
+        const auto has_line = [&](std::string_view text) {
+            const auto lines =
+                run->verdict.good() ? result_report("", run->state) : failure_report(run->verdict, run->state);
+            return std::find(lines.begin(), lines.end(), text) != lines.end();
+        };
+        int fewest = run->state.negative_elements;
+        ASSERT_GT(fewest, 0);
+        for (const int removals : {100000, 150, 40, 5, 0}) {
+            SCOPED_TRACE(removals);
+            StopAt watcher(removals);
+            run->circuit = former;
+            run->verdict = synthesise(run->design.xp, run->design.spec, {}, watcher, run->state, run->circuit);
+            EXPECT_EQ(watcher.has_stopped(), has_line(stopped_text) || has_line(search_stopped_text));
+            if (!run->verdict.good()) {
+                EXPECT_EQ(run->verdict.fault, SynthesisFault::stopped);
+                EXPECT_EQ(run->circuit, former);
+                continue;
+            }
+            expect_nodal_loss(*run);
+            EXPECT_GE(run->state.negative_elements, fewest);
+            fewest = run->state.negative_elements;
+        }
+        EXPECT_EQ(run->verdict.good(), fixed_order);
     }
 }
 

@@ -176,7 +176,11 @@ TEST(SynthesisProperty, FailureLeavesTheFormerCircuit) {
         {"low ripple 6 minima -1 R 50 50", SynthesisFault::not_realizable, not_realizable_text.data()},
         // The store has room for 47 lines.
         {"low ripple quarter 20000 R 50 50 ends 0 0 lines 48", SynthesisFault::storage_full, "Storage is full"},
-        // One end, and no scripts for both.
+        // One end, whoever chose the immittance, and no scripts for both.
+        {"low ripple 4 R 1 0",
+         SynthesisFault::immittance_missing,
+         immittance_not_found_text.data(),
+         {.direction = Direction::reverse, .manual_selection = true}},
         {"low ripple 13 R 1 0", SynthesisFault::immittance_missing, immittance_not_found_text.data(), two_way},
         {"low ripple R 50 50 ends 0 4 complex 1500 1000", SynthesisFault::no_two_way, element_missing_text.data(),
          two_way},

@@ -1,7 +1,9 @@
-#include "synthesis/positive_search.h"
+#include "synthesis/order_search.h"
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,7 @@ struct Visited {
     unsigned zeros = 0;
     int nz = 0;
     int ni = 0;
+    int negative = 0;  // elements on the way there
     long double value = 0;
 };
 
@@ -31,28 +34,39 @@ constexpr long double least_share = 1e-9L;  // of a pole that a partial removal 
 
 class Search {
 public:
-    explicit Search(const LadderProblem& problem) : problem_(problem) {}
+    Search(const LadderProblem& problem, const SearchBounds& bounds, SearchWatcher& watcher)
+        : problem_(problem), bounds_(bounds), watcher_(watcher) {}
 
-    [[nodiscard]] bool go_on_from(const LadderState& state);
-    [[nodiscard]] bool given_up() const { return work_ >= search_limit; }
+    // `negative`: elements so far.
+    [[nodiscard]] bool go_on_from(const LadderState& state, int negative);
+    [[nodiscard]] SearchVerdict verdict() const {
+        if (stopped_) return SearchVerdict::stopped;
+        return work_ >= bounds_.work ? SearchVerdict::given_up : SearchVerdict::none_exists;
+    }
     [[nodiscard]] Script& script() { return script_; }
     [[nodiscard]] const LadderState& end() const { return end_; }
 
 private:
-    [[nodiscard]] bool already_there(const LadderState& state);
-    [[nodiscard]] std::vector<Move> moves_from(const LadderState& state) const;
-    void add_quadruplets(const LadderState& state, const WorkingFunction& f, int form, std::vector<Move>& moves) const;
-    void add_shifts(const LadderState& state, const WorkingFunction& f, int form, std::vector<Move>& moves) const;
-    void add_double_shifts(const LadderState& state, const WorkingFunction& f, int form,
+    [[nodiscard]] bool already_there(const LadderState& state, int negative);
+    // `room`: for how many negative elements.
+    [[nodiscard]] std::vector<Move> moves_from(const LadderState& state, int room) const;
+    void add_quadruplets(const LadderState& state, const WorkingFunction& f, int form, int room,
+                         std::vector<Move>& moves) const;
+    void add_shifts(const LadderState& state, const WorkingFunction& f, int form, int room,
+                    std::vector<Move>& moves) const;
+    void add_double_shifts(const LadderState& state, const WorkingFunction& f, int form, int room,
                            std::vector<Move>& moves) const;
     void add_extremes(const LadderState& state, const WorkingFunction& f, int form, std::vector<Move>& moves) const;
     [[nodiscard]] bool last_words(LadderState state);
 
     const LadderProblem& problem_;
+    const SearchBounds& bounds_;
+    SearchWatcher& watcher_;
     Script script_;
     LadderState end_;
     std::vector<Visited> visited_;
     int work_ = 0;
+    bool stopped_ = false;
 };
 
 [[nodiscard]] std::string_view word_of_form(int form) { return form == impedance ? "imp" : "adm"; }
@@ -62,21 +76,22 @@ private:
 [[nodiscard]] WideReal whole_residue(const WorkingFunction& f, ExtremeSide side);
 // The residue to be removed so that `point` becomes a zero.
 [[nodiscard]] WideReal shifting_residue(const WorkingFunction& f, ExtremeSide side, const WideReal& point);
-[[nodiscard]] bool all_positive(const LadderState& state, int first_record);
+[[nodiscard]] int negative_elements(const LadderState& state, int first_record);
+// How partial removals rank that take these shares of their poles: positive ones by the larger, in front of those with
+// a negative one. Nothing when there is no room for them, or one leaves nothing of its pole.
+[[nodiscard]] std::optional<long double> rank_of(std::initializer_list<WideReal> shares, int room);
 
 }  // namespace
 
-SearchVerdict positive_script(const LadderProblem& problem, const Selection& selection, Script& script,
-                              LadderState& state) {
-    Search search(problem);
+SearchVerdict search_order(const LadderProblem& problem, const Selection& selection, const SearchBounds& bounds,
+                           SearchWatcher& watcher, Script& script, LadderState& state) {
+    Search search(problem, bounds, watcher);
     search.script().append(selection.output_side ? "out" : "in");
     search.script().append(word_of(selection.numerator));
     search.script().append(word_of(selection.denominator));
     LadderState start = start_state(problem, selection);
     if (!runScript(problem, search.script(), start).good()) return SearchVerdict::none_exists;
-    if (!search.go_on_from(start)) {
-        return search.given_up() ? SearchVerdict::given_up : SearchVerdict::none_exists;
-    }
+    if (!search.go_on_from(start, 0)) return search.verdict();
     script = search.script();
     state = search.end();
     return SearchVerdict::found;
@@ -84,20 +99,21 @@ SearchVerdict positive_script(const LadderProblem& problem, const Selection& sel
 
 namespace {
 
-bool Search::go_on_from(const LadderState& state) {
-    if (already_there(state)) return false;
-    const std::vector<Move> moves = moves_from(state);
+bool Search::go_on_from(const LadderState& state, int negative) {
+    if (already_there(state, negative)) return false;
+    const std::vector<Move> moves = moves_from(state, bounds_.negative_elements - negative);
     if (moves.empty()) return last_words(state);
     const int words = script_.count;
     for (const Move& move : moves) {
-        if (given_up()) return false;
+        stopped_ = stopped_ || !watcher_.go_on();
+        if (verdict() != SearchVerdict::none_exists) return false;
         const int degree = reactance_degree(state.F);
         work_ += degree * degree;
         script_.append(move.words);
         LadderState next = state;
-        if (runScript(problem_, script_, next).good() && all_positive(next, state.record_count + 1) &&
-            go_on_from(next)) {
-            return true;
+        if (runScript(problem_, script_, next).good()) {
+            const int then = negative + negative_elements(next, state.record_count + 1);
+            if (then <= bounds_.negative_elements && go_on_from(next, then)) return true;
         }
         script_.count = words;
     }
@@ -117,17 +133,19 @@ bool Search::last_words(LadderState state) {
     return false;
 }
 
-bool Search::already_there(const LadderState& state) {
+bool Search::already_there(const LadderState& state, int negative) {
     Visited here;
     for (int i = 1; i <= problem_.zero_count; ++i) here.zeros |= state.IC(i) == 1 ? 1U << i : 0U;
     here.nz = state.nz;
     here.ni = state.ni;
+    here.negative = negative;
     WorkingFunction f = state.F;
     if (f.vanished()) return false;
     if (state.form == admittance) invert(f);
     here.value = quotient_at(f, probe).rounded();
     const auto same = [&](const Visited& there) {
         return there.zeros == here.zeros && there.nz == here.nz && there.ni == here.ni &&
+               there.negative <= here.negative &&
                std::fabs(there.value - here.value) <= same_value * std::fabs(here.value);
     };
     if (std::any_of(visited_.begin(), visited_.end(), same)) return true;
@@ -135,15 +153,15 @@ bool Search::already_there(const LadderState& state) {
     return false;
 }
 
-std::vector<Move> Search::moves_from(const LadderState& state) const {
+std::vector<Move> Search::moves_from(const LadderState& state, int room) const {
     std::vector<Move> moves;
     if (state.F.vanished()) return moves;
     for (const int form : {admittance, impedance}) {
         WorkingFunction f = state.F;
         if (form != state.form) invert(f);
-        add_quadruplets(state, f, form, moves);
-        add_shifts(state, f, form, moves);
-        add_double_shifts(state, f, form, moves);
+        add_quadruplets(state, f, form, room, moves);
+        add_shifts(state, f, form, room, moves);
+        add_double_shifts(state, f, form, room, moves);
         add_extremes(state, f, form, moves);
     }
     std::stable_sort(moves.begin(), moves.end(), [](const Move& p, const Move& q) { return p.rank < q.rank; });
@@ -151,7 +169,7 @@ std::vector<Move> Search::moves_from(const LadderState& state) const {
 }
 
 // The near element is tested before the section is removed.
-void Search::add_quadruplets(const LadderState& state, const WorkingFunction& f, int form,
+void Search::add_quadruplets(const LadderState& state, const WorkingFunction& f, int form, int room,
                              std::vector<Move>& moves) const {
     for (int n = 1; n <= problem_.zero_count; ++n) {
         if (state.IC(n) != 1 || !problem_.is_complex(n)) continue;
@@ -163,14 +181,15 @@ void Search::add_quadruplets(const LadderState& state, const WorkingFunction& f,
             QuadrupletValues section;
             if (!quadruplet_values(f, {problem_.zero_x(n), problem_.zero_x_im(n)}, at_zero, section)) continue;
             const WideReal near = at_zero ? 1 / section.near_shunt : section.near_shunt;
-            if (!(near > 0) || !(near < whole)) continue;
+            if (!(near < whole) || (near > 0 ? 0 : 1) > room) continue;
             moves.push_back({fmt::format("{} d c {} {}", word_of_form(form), at_zero ? "z" : "i", n),
-                             (near / whole).rounded() - 1});
+                             near > 0 ? (near / whole).rounded() - 1 : 2});
         }
     }
 }
 
-void Search::add_shifts(const LadderState& state, const WorkingFunction& f, int form, std::vector<Move>& moves) const {
+void Search::add_shifts(const LadderState& state, const WorkingFunction& f, int form, int room,
+                        std::vector<Move>& moves) const {
     for (const ExtremeSide side : {ExtremeSide::infinity, ExtremeSide::zero}) {
         const bool at_zero = side == ExtremeSide::zero;
         if ((at_zero ? state.nz : state.ni) < 1) continue;
@@ -178,16 +197,16 @@ void Search::add_shifts(const LadderState& state, const WorkingFunction& f, int 
         if (!(whole > 0)) continue;
         for (int n = 1; n <= problem_.zero_count; ++n) {
             if (state.IC(n) != 1 || problem_.is_complex(n)) continue;
-            const WideReal share = shifting_residue(f, side, problem_.zero_x(n)) / whole;
-            if (!(share > 0) || !(share < 1 - WideReal{least_share})) continue;
+            const auto rank = rank_of({shifting_residue(f, side, problem_.zero_x(n)) / whole}, room);
+            if (!rank) continue;
             const std::string_view word = at_zero ? "z" : "i";
-            moves.push_back({fmt::format("{} s p {} {} {} s c {}", word_of_form(form), word, n, other_word(form), n),
-                             share.rounded()});
+            moves.push_back(
+                {fmt::format("{} s p {} {} {} s c {}", word_of_form(form), word, n, other_word(form), n), *rank});
         }
     }
 }
 
-void Search::add_double_shifts(const LadderState& state, const WorkingFunction& f, int form,
+void Search::add_double_shifts(const LadderState& state, const WorkingFunction& f, int form, int room,
                                std::vector<Move>& moves) const {
     if (state.nz < 1 || state.ni < 1) return;
     const WideReal low = whole_residue(f, ExtremeSide::zero);
@@ -204,13 +223,11 @@ void Search::add_double_shifts(const LadderState& state, const WorkingFunction& 
                 RemovalFault::none) {
                 continue;
             }
-            const WideReal first = 1 / at_zero / low;
-            const WideReal second = at_infinity / high;
-            const WideReal most = 1 - WideReal{least_share};
-            if (!(first > 0) || !(second > 0) || !(first < most) || !(second < most)) continue;
+            const auto rank = rank_of({1 / at_zero / low, at_infinity / high}, room);
+            if (!rank) continue;
             moves.push_back(
                 {fmt::format("{} d p z i {} {} {} s c {} s c {}", word_of_form(form), m, n, other_word(form), m, n),
-                 std::fmax(first.rounded(), second.rounded())});
+                 *rank});
         }
     }
 }
@@ -237,20 +254,32 @@ WideReal shifting_residue(const WorkingFunction& f, ExtremeSide side, const Wide
     return side == ExtremeSide::zero ? 1 / value : value;
 }
 
-bool all_positive(const LadderState& state, int first_record) {
+int negative_elements(const LadderState& state, int first_record) {
+    int count = 0;
     for (int k = first_record; k <= state.record_count; ++k) {
         if (state.SVAL2(k) == WideReal{unit_element_mark}) {
-            if (state.SVAL1(k) <= 0) return false;
+            count += state.SVAL1(k) <= 0 ? 1 : 0;
         } else if (state.SVAL2(k) == WideReal{quadruplet_mark}) {
             const QuadrupletRecord& section = state.QUADS(static_cast<int>(state.SVAL1(k).rounded()));
-            for (int i = 1; i <= section.value_count; ++i) {
-                if (section.SVALUE(i) <= 0) return false;
-            }
-        } else if (state.SVAL1(k) < 0 || state.SVAL2(k) < 0) {
-            return false;
+            for (int i = 1; i <= section.value_count; ++i) count += section.SVALUE(i) <= 0 ? 1 : 0;
+        } else {
+            count += (state.SVAL1(k) < 0 ? 1 : 0) + (state.SVAL2(k) < 0 ? 1 : 0);
         }
     }
-    return true;
+    return count;
+}
+
+std::optional<long double> rank_of(std::initializer_list<WideReal> shares, int room) {
+    long double largest = 0;
+    long double negative = 0;
+    for (const WideReal& share : shares) {
+        if (!(share < 1 - WideReal{least_share}) || share.sign() == 0) return {};
+        const long double size = share.rounded();
+        if (size < 0) --room, negative -= size;
+        largest = std::fmax(largest, size);
+    }
+    if (room < 0) return {};
+    return negative == 0 ? largest : 1 + negative / (1 + negative);
 }
 
 }  // namespace

@@ -147,6 +147,8 @@ void report_passband(const DesignFacts& facts, Sheet& sheet) {
     if (facts.request.bandpassType == impedance_matching)
         sheet.number("Bandedge loss reached", spec.bandEdgeLoss, " dB.");
     if (spec.passbandType == sloping_passband) {
+        if (spec.bandEdgeLoss > facts.request.bandEdgeLoss)
+            sheet.number("Bandedge loss that the zeros can give", spec.bandEdgeLoss, " dB.");
         sheet.number("Bandpass loss slope", spec.stopbandLoss, " dB/octave.");
         sheet.number("Additional flat loss", spec.flatLoss, " dB.");
     }

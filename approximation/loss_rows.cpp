@@ -178,17 +178,12 @@ CheckBand pass_band(const FilterSpec& spec) {
 // Hz; beyond the quarter wave, or half the sampling frequency, the loss comes back.
 double top_of_medium(const FilterSpec& spec) { return spec.medium == lumped ? infinity : spec.sampleFrequency / 2; }
 
-// The slope is a straight line over the logarithm of the frequency, of its tangent where the medium has one.
+// The slope is a straight line over the logarithm of the frequency.
 void add_slope_rows(const JudgedLoss& judged, const SearchedBand& pass, RequestCheck& check) {
     const FilterSpec& asked = judged.request;
     const CheckBand band = pass.band();
-    const auto warped = [&](double hertz) {
-        return asked.medium == lumped ? hertz : std::tan(std::numbers::pi * hertz / asked.sampleFrequency);
-    };
-    const double octaves = std::log2(band.to / band.from);
-    const double span = std::log(warped(band.to) / warped(band.from));
     const auto about_slope = [&](double hertz) {
-        return judged.loss(hertz) - asked.stopbandLoss * octaves * std::log(warped(hertz) / warped(band.from)) / span;
+        return judged.loss(hertz) - asked.stopbandLoss * std::log2(hertz / band.from);
     };
     const double strip = pass.highest(about_slope) - pass.lowest(about_slope);
     check.rows.push_back(at_most("slope", band, asked.bandEdgeLoss, strip));

@@ -1,8 +1,8 @@
 // Pass bands whose loss rises or falls by a given number of dB an octave between the edges.
 //
-// E' made flat over Q', which has m zeros more at zero and m fewer at infinity than Q, gives E'/Q = (E'/Q') w^(2m): a
-// slope of m units, 6.0206 dB an octave for lumped media. Between two such slopes the weighted sum of both E is exact
-// at the edges.
+// E' made equal ripple over Q', which has m zeros more at zero and m fewer at infinity than Q, gives E'/Q = (E'/Q')
+// w^(2m): a slope of m times 6.0206 dB an octave for lumped media, exact. Any other slope, and one for which the zeros
+// are too few, is found by an exchange (slope_exchange.h). Media with tangents rise evenly over the true frequency.
 #pragma once
 
 #include "approximation/filter_spec.h"
@@ -16,17 +16,7 @@ namespace kavrel {
 // tangents 20 log10(tan theta_u/tan theta_l)/log2(theta_u/theta_l), theta = pi f/fs. After normaliseEdges.
 [[nodiscard]] long double slopeUnit(const FilterSpec& spec, const XPlane& x);
 
-struct SlopeSteps {
-    int m = 0;          // whole units
-    int m2 = 0;         // m, or the next one in the direction of the fraction
-    long double f = 0;  // fraction, of the sign of the slope; taken as 0 within 0.01
-};
-[[nodiscard]] SlopeSteps slopeSteps(long double slope, long double unit);
-
 enum class SlopeFault { none, zero_too_low, infinity_too_low, no_function, no_poles, pole_on_axis };
-
-// zero_too_low or infinity_too_low when moving the zeros would leave fewer than none.
-[[nodiscard]] SlopeFault checkMultiplicities(const FilterSpec& spec, SlopeSteps steps);
 
 struct [[nodiscard]] SlopeVerdict {
     SlopeFault fault = SlopeFault::none;
@@ -36,8 +26,10 @@ struct [[nodiscard]] SlopeVerdict {
     [[nodiscard]] bool good() const { return fault == SlopeFault::none; }
 };
 
-// E of the slope spec.stopbandLoss and Q with the counts asked for; the level of E is open. With E1 of m and E2 of m2
-// units: E = g E2 + (1 - g) E1, g = (1 - a^|f|)/(1 - a), E2 times a when f < 0. FS is left over from the last E.
-SlopeVerdict slopedPassband(const FilterSpec& spec, XPlane& x, FrontNotes& notes, ExtractionWorkspace& ws);
+// E of the slope spec.stopbandLoss and Q with the counts asked for; the level of E is open. FS is left over or empty.
+// Where the zeros cannot give the ripple asked for, E has the least one that they can and 1 % of it more, which
+// spec.bandEdgeLoss and eps2 become. Faults: zero_too_low, infinity_too_low where that is above 6 dB; no_function for a
+// lower edge of 0, a zero of transmission on the pass band, and those of the builders of Q and F.
+SlopeVerdict slopedPassband(FilterSpec& spec, XPlane& x, FrontNotes& notes, ExtractionWorkspace& ws);
 
 }  // namespace kavrel

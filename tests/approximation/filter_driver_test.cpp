@@ -138,8 +138,10 @@ TEST_F(FilterDriver, EveryRefusalIsReportedAndLeavesTheFormerDesign) {
          "functional_passband equal_minima upperStopEdge 1002.8748 denominatorFactors 0.23231519909278353 "
          "15.252843576176708 0.005333649549683516 0.06947848662908276"},
         // from Q and F to the immittances
-        {low_at_zero, band + "sloping_passband stopbandLoss -19"},
-        {low_at_infinity, band + "sloping_passband stopbandLoss 31"},
+        {low_at_zero, band + "sloping_passband lowerPassEdge 50 zerosAtZero 1 zerosAtInfinity 2 stopbandLoss -19"},
+        {low_at_infinity, band + "sloping_passband lowerPassEdge 50 zerosAtZero 2 zerosAtInfinity 0 stopbandLoss 31"},
+        {"Cut-off frequency(ies) not specified,", band + "sloping_passband lowerPassEdge 0 stopbandLoss 3"},
+        {no_ripple_roots, band + "sloping_passband FZI 900 stopbandLoss 3"},
         {"Error: Inconsistency in specifying e(.),\ndesign discontinued",
          given + "denominatorFactors 1 zerosAtInfinity 4"},
         {"Inconsistency in specifying e(.),", given + "denominatorFactors 0.4 0.9 0.3 0.5 zerosAtInfinity 3"},

@@ -1,4 +1,4 @@
-// Designs by given polynomials, and sloping pass bands.
+// Designs by given polynomials.
 #include <cmath>
 #include <complex>
 #include <memory>
@@ -12,7 +12,6 @@
 #include "approximation/functional_input.h"
 #include "approximation/power_loss.h"
 #include "approximation/s_plane.h"
-#include "approximation/sloped_passband.h"
 #include "tests/approximation/transfer_cases.h"
 
 namespace kavrel {
@@ -194,61 +193,6 @@ TEST(TransferFunctional, GivenEGetsEqualMinima) {
     double least = 1e9;
     for (int i = 1; i <= 20000; ++i) least = std::fmin(least, lossAt(d->spec, d->xp, 4500 / (i / 20000.0)));
     EXPECT_NEAR(d->notes.front.upper_loss_reached, least, 1e-4) << "of the stopband, from E";
-}
-
-// --- sloping ---------------------------------------------------------------------------------------------------------
-
-FilterSpec sloping(double slope, int n) {
-    FilterSpec s = test::all_pole(band_pass, sloping_passband, n);
-    s.stopbandLoss = slope;
-    s.flatLoss = 0;
-    return s;
-}
-
-TEST(TransferSloping, LossOfTheEdgesDiffersByTheSlope) {
-    for (const auto medium : {lumped, microwave}) {
-        for (const double slope : {0.5, 1.5, -1.5, 2.0, 3.0, -3.0, 6.0206, -6.0206, 9.0, -9.0, 12.0412, -12.0412}) {
-            SCOPED_TRACE(std::to_string(slope) + " medium " + number(medium));
-            FilterSpec s = sloping(slope, 8);
-            s.medium = medium;
-            s.sampleFrequency = medium == lumped ? 0 : 14e3;
-            const auto d = test::designed(s), lifted = test::designed(request("flatLoss 3", s));
-            const double rise = lossAt(d->spec, d->xp, 3000) - lossAt(d->spec, d->xp, 2000);
-            // Next to a whole number of units it is that one.
-            const double unit = 20 * std::log10(2.0);
-            const bool whole = medium == lumped && std::fabs(std::remainder(slope, unit)) < 0.01;
-            EXPECT_NEAR(rise / std::log2(1.5), whole ? std::round(slope / unit) * unit : slope, 1e-9);
-            EXPECT_GE(1.0L, largestTransmission(d->xp));
-            EXPECT_EQ(d->spec.zerosAtZero, 4);
-            EXPECT_LT(largest_difference_of_loss(*d, *lifted, 3), 1e-6);
-        }
-    }
-}
-
-TEST(TransferSloping, RandomSlopes) {
-    std::mt19937_64 random(17);
-    std::uniform_real_distribution<double> slope(-14, 14), ripple(0.01, 2), ratio(0.3, 0.95);
-    for (int turn = 0; turn < 60; ++turn) {
-        FilterSpec asked = sloping(slope(random), 6 + 2 * (turn % 8));
-        asked.bandEdgeLoss = ripple(random);
-        asked.lowerPassEdge = 3000 * ratio(random);
-        if (turn % 3 == 0) asked.loadResistance = 0;
-        SCOPED_TRACE("slope " + std::to_string(asked.stopbandLoss) + " degree " + std::to_string(asked.degree));
-        const auto d = test::designed(asked);
-        const double unit = 20 * std::log10(2.0);
-        const double whole = std::trunc(asked.stopbandLoss / unit) * unit;
-        const double wanted = std::fabs(asked.stopbandLoss - whole) < 0.01 * unit ? whole : asked.stopbandLoss;
-        const double octaves = std::log2(asked.upperPassEdge / asked.lowerPassEdge);
-        const double low = lossAt(d->spec, d->xp, asked.lowerPassEdge);
-        EXPECT_NEAR(lossAt(d->spec, d->xp, asked.upperPassEdge) - low, wanted * octaves, 1e-9);
-        // Between the edges the loss keeps to the line within the ripple, and what two whole slopes differ from theirs.
-        for (int i = 1; i < 20; ++i) {
-            const double hertz = asked.lowerPassEdge * std::pow(2, octaves * i / 20);
-            const double off = lossAt(d->spec, d->xp, hertz) - low - wanted * octaves * i / 20;
-            EXPECT_LT(off, 0.05 * unit * octaves * octaves + 1e-9);
-            EXPECT_GT(off, -asked.bandEdgeLoss - 0.05 * unit * octaves * octaves - 1e-9);
-        }
-    }
 }
 
 }  // namespace

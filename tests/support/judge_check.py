@@ -231,11 +231,9 @@ def loss_rows(state, asked):
     places = function.places + getattr(loss, "places", [])
     most = lambda f, band: highest(f, band, places)
     least = lambda f, band: -highest(lambda hertz: -f(hertz), band, places)
-    rows, open_level, fs = [], circuit and not available, asked["sampleFrequency"]
+    rows, open_level = [], circuit and not available
     if asked["slope"] is not None:
-        octaves = lambda hertz: np.log2(np.tan(pi * hertz / fs) if fs else Wide(1) * hertz)
-        rise = asked["slope"] * np.log2(band[1] / band[0]) / (octaves(band[1]) - octaves(band[0]))
-        about = lambda hertz: loss(hertz) - rise * (octaves(hertz) - octaves(band[0]))
+        about = lambda hertz: loss(hertz) - asked["slope"] * np.log2(Wide(1) * hertz / band[0])
         strip, floor = most(about, band) - least(about, band), least(loss, band) - asked["flatLoss"]
         rows.append(("slope", band, asked["loss"], strip, asked["loss"] - strip))
         if not open_level:

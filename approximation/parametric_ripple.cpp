@@ -140,26 +140,23 @@ Loose looseness(const Problem& problem, const Zeros& zeros) {
     return Loose::held;
 }
 
-// The equations of a step, linear in ln eta_i^2 and in one unknown more. d held: ln G = ln h at all maxima, h being
-// that unknown. Otherwise it is ln d: ln G = 0 at the maxima but infinity, where it always is, t = 0 taken as one, and
-// the bound in the last row.
+// The equations at given places, linear in ln eta_i^2 and in one unknown more. d held: ln G = ln h at all of them, h
+// being that unknown. Otherwise it is ln d: ln G = 0 at all but infinity, where it always is, and the bound in the last
+// row.
 struct Equations {
     Matrix slopes;
     Vector wanted;
     Real miss = 0;  // how far they are from being kept
 };
-Equations equations_of(const Problem& problem, const Zeros& zeros) {
+Equations equations_at(const Maxima& at, const Problem& problem, const Zeros& zeros) {
     const int k = zeros.k;
     const bool held = problem.loose == Loose::held;
-    Maxima at = maxima_of(problem, zeros);
-    if (!held) at.t(1) = 0, at.ln_g(1) = ln_g(problem, zeros, 0);
-
     Equations e{Matrix(k + 1, k + 1), Vector(k + 1)};
     for (int j = 0; j <= k; ++j) {
         const Real t = at.t(j + 1);
         for (int i = 1; i <= k; ++i) e.slopes(j, i - 1) = 2 * zeros.square(i) / (zeros.square(i) - t);
         e.slopes(j, k) = held ? -1 : problem.weight * zeros.d / (zeros.d + t);
-        e.wanted(j) = -at.ln_g(j + 1);
+        e.wanted(j) = -ln_g(problem, zeros, t);
     }
     if (held) {
         e.miss = e.wanted.maxCoeff() - e.wanted.minCoeff();
@@ -176,16 +173,14 @@ Equations equations_of(const Problem& problem, const Zeros& zeros) {
     return e;
 }
 
-// The part of a step in which no zero goes farther than 0.4 of the way to its neighbour.
-Real part_of(const Vector& step, const Zeros& zeros) {
+// The part of a step in which no zero goes farther than 0.4 of the way to the place between it and its neighbour.
+Real part_of(const Vector& step, const Maxima& at, const Zeros& zeros) {
     constexpr Real farthest = 0.4L;
     Real part = 1;
     for (int i = 1; i <= zeros.k; ++i) {
-        Real way = 1;
-        if (i > 1) way = std::min(way, std::log(zeros.square(i) / zeros.square(i - 1)));
-        if (i < zeros.k) way = std::min(way, std::log(zeros.square(i + 1) / zeros.square(i)));
-        const Real asked = std::fabs(step(i - 1));
-        if (asked * part > farthest * way) part = farthest * way / asked;
+        const Real asked = step(i - 1);
+        const Real way = asked > 0 ? std::log(at.t(i + 1) / zeros.square(i)) : std::log(zeros.square(i) / at.t(i));
+        if (std::fabs(asked) * part > farthest * way) part = farthest * way / std::fabs(asked);
     }
     return part;
 }
@@ -197,24 +192,36 @@ Zeros moved(const Zeros& zeros, const Vector& step, bool held) {
     return next;
 }
 
-// Newton's steps, each halved until it is one forward.
-bool settle(const Problem& problem, Zeros& zeros) {
-    constexpr int turns = 20, halvings = 30;
-    const bool held = problem.loose == Loose::held;
-    Equations e = equations_of(problem, zeros);
-    for (int turn = 1; turn <= turns; ++turn) {
-        const bool last = e.miss <= settled;
+// Newton's steps at given places, each halved until it is one forward.
+void solve_at(const Maxima& at, const Problem& problem, Zeros& zeros) {
+    constexpr int turns = 50, halvings = 30;
+    constexpr Real rounding = 1e-17L;
+    Equations e = equations_at(at, problem, zeros);
+    for (int turn = 1; turn <= turns && e.miss > rounding; ++turn) {
         Vector step = e.slopes.partialPivLu().solve(e.wanted);
-        step *= part_of(step, zeros);
+        step *= part_of(step, at, zeros);
         bool forward = false;
-        for (int halving = 0; halving <= (last ? 0 : halvings) && !forward; ++halving, step /= 2) {
-            const Zeros next = moved(zeros, step, held);
-            const Equations there = equations_of(problem, next);
+        for (int halving = 0; halving <= halvings && !forward; ++halving, step /= 2) {
+            const Zeros next = moved(zeros, step, problem.loose == Loose::held);
+            const Equations there = equations_at(at, problem, next);
             forward = there.miss < e.miss;
             if (forward) zeros = next, e = there;
         }
+        if (!forward) return;
+    }
+}
+
+// One exchange more than it takes to settle ends in rounding. With d free the first places are those of d held,
+// settled.
+bool settle(const Problem& problem, Zeros& zeros) {
+    constexpr int turns = 40;
+    for (int turn = 1; turn <= turns; ++turn) {
+        Maxima at = maxima_of(problem, zeros);
+        const auto [least, most] = std::minmax_element(at.ln_g.begin(), at.ln_g.begin() + zeros.k + 1);
+        const bool last = turn > 1 && *most - *least <= settled;
+        if (problem.loose != Loose::held) at.t(1) = 0;
+        solve_at(at, problem, zeros);
         if (last) return true;
-        if (!forward) return false;
     }
     return false;
 }

@@ -24,7 +24,7 @@ struct Variable {  // x' = aa x + bb runs over -1 to 1 where x runs over the gri
     double aa = 1, bb = 0;
 };
 
-Variable choose_variable(const FirGrid& grid, int nfcns);
+Variable choose_variable(const FirRange& range, int nfcns);
 template <class Real>
 void sample(const Interpolant<Real>& a, Variable v, const Samples<Real>& cosine, int nfcns, Samples<Real>& values);
 template <class Real>
@@ -35,11 +35,31 @@ void back_to_cosines(Variable v, int nfcns, Samples<Real>& coefficients);
 template <class Real>
 CosineSeries rounded(const Samples<Real>& coefficients, int nfcns);
 template <class Real>
-bool reproduces(const FirGrid& grid, std::span<const int> extremal, const Interpolant<Real>& a,
-                const CosineSeries& alpha, double scale);
+bool reproduces(std::span<const FirPoint> extremal, const Interpolant<Real>& a, const CosineSeries& alpha,
+                double scale);
 Samples<Wide> least_squares(const Interpolant<Wide>& a);
 template <class Real, std::size_t count>
 std::array<Real, count> evaluate(const CosineSeries& alpha, int nfcns, const std::array<Real, count>& x);
+
+// Largest error at point(1) to point(count).
+template <class Real, class Point>
+Real largest_of(int count, const Point& point, const CosineSeries& alpha, int nfcns) {
+    constexpr std::size_t block = 8;
+    Real worst = 0;
+    for (int k = 1; k <= count; k += static_cast<int>(block)) {
+        std::array<Real, block> x{};
+        const auto at = [&](std::size_t m) { return point(std::min(k + static_cast<int>(m), count)); };
+        for (std::size_t m = 0; m < block; ++m) x[m] = at(m).X;
+        const auto a = evaluate<Real, block>(alpha, nfcns, x);
+        for (std::size_t m = 0; m < block; ++m) {
+            const FirPoint p = at(m);
+            const Real e = std::abs(a[m] - static_cast<Real>(p.DES)) * static_cast<Real>(p.WT);
+            if (!(e <= worst)) worst = e;
+        }
+        if (std::isnan(worst)) break;
+    }
+    return worst;
+}
 
 }  // namespace
 
@@ -48,55 +68,51 @@ std::array<Real, count> evaluate(const CosineSeries& alpha, int nfcns, const std
 // in x. Samples between the bands lose as many digits as the attenuation has: what does not lead back to A on the
 // extremal points is solved for on them.
 template <class Real>
-CosineSeries cosine_series(const FirGrid& grid, std::span<const int> extremal, const Interpolant<Real>& a,
+CosineSeries cosine_series(const FirRange& range, std::span<const FirPoint> extremal, const Interpolant<Real>& a,
                            double scale) {
     const int nfcns = a.count() - 1, n = 2 * nfcns - 1;
     Samples<Real> cosine{}, values{}, coefficients{};
     for (int i = 0; i < nfcns; ++i) {
         cosine[static_cast<std::size_t>(i)] = std::cos(2 * std::numbers::pi_v<Real> * static_cast<Real>(i) / n);
     }
-    const Variable v = choose_variable(grid, nfcns);
+    const Variable v = choose_variable(range, nfcns);
     sample(a, v, cosine, nfcns, values);
     inverse_transform(cosine, values, nfcns, coefficients);
     if (v.aa != 1 || v.bb != 0) back_to_cosines(v, nfcns, coefficients);
     const CosineSeries transformed = rounded(coefficients, nfcns);
-    if (reproduces(grid, extremal, a, transformed, scale)) return transformed;
+    if (reproduces(extremal, a, transformed, scale)) return transformed;
     if constexpr (std::is_same_v<Real, Wide>) {
         return rounded(least_squares(a), nfcns);
     } else {
         Interpolant<Wide> wide;
-        return wide.fit(grid, extremal) ? cosine_series(grid, extremal, wide, scale) : transformed;
+        return wide.fit(extremal, a.free_level()) ? cosine_series(range, extremal, wide, scale) : transformed;
     }
 }
 
 template <class Real>
 Real largest_error(const FirGrid& grid, const CosineSeries& alpha, int nfcns) {
-    constexpr std::size_t block = 8;
-    Real worst = 0;
-    for (int k = 1; k <= grid.NGRID; k += static_cast<int>(block)) {
-        std::array<Real, block> x{};
-        for (std::size_t m = 0; m < block; ++m) x[m] = grid.X(std::min(k + static_cast<int>(m), grid.NGRID));
-        const auto a = evaluate<Real, block>(alpha, nfcns, x);
-        for (std::size_t m = 0; m < block; ++m) {
-            const int at = std::min(k + static_cast<int>(m), grid.NGRID);
-            const Real e = std::abs(a[m] - static_cast<Real>(grid.DES(at))) * static_cast<Real>(grid.WT(at));
-            if (!(e <= worst)) worst = e;
-        }
-        if (std::isnan(worst)) break;
-    }
-    return worst;
+    return largest_of<Real>(
+        grid.NGRID, [&grid](int k) { return grid.point(k); }, alpha, nfcns);
 }
 
-template CosineSeries cosine_series(const FirGrid&, std::span<const int>, const Interpolant<double>&, double);
-template CosineSeries cosine_series(const FirGrid&, std::span<const int>, const Interpolant<Wide>&, double);
+template <class Real>
+Real largest_error(std::span<const FirPoint> points, const CosineSeries& alpha, int nfcns) {
+    const auto point = [&points](int k) { return points[static_cast<std::size_t>(k - 1)]; };
+    return largest_of<Real>(static_cast<int>(points.size()), point, alpha, nfcns);
+}
+
+template CosineSeries cosine_series(const FirRange&, std::span<const FirPoint>, const Interpolant<double>&, double);
+template CosineSeries cosine_series(const FirRange&, std::span<const FirPoint>, const Interpolant<Wide>&, double);
 template double largest_error(const FirGrid&, const CosineSeries&, int);
 template Wide largest_error(const FirGrid&, const CosineSeries&, int);
+template double largest_error(std::span<const FirPoint>, const CosineSeries&, int);
+template Wide largest_error(std::span<const FirPoint>, const CosineSeries&, int);
 
 namespace {
 
-Variable choose_variable(const FirGrid& grid, int nfcns) {
-    if (nfcns < 4 || (grid.GRID(1) < 0.01 && grid.GRID(grid.NGRID) > 0.49)) return {};
-    const double high = grid.X(1), low = grid.X(grid.NGRID);
+Variable choose_variable(const FirRange& range, int nfcns) {
+    if (nfcns < 4 || (range.first.f < 0.01 && range.last.f > 0.49)) return {};
+    const double high = range.first.X, low = range.last.X;
     return {.aa = 2 / (high - low), .bb = -(high + low) / (high - low)};
 }
 
@@ -158,8 +174,8 @@ CosineSeries rounded(const Samples<Real>& coefficients, int nfcns) {
 
 // Do the coefficients lead back to A on the extremal points, as closely as doubles can? Then they do everywhere.
 template <class Real>
-bool reproduces(const FirGrid& grid, std::span<const int> extremal, const Interpolant<Real>& a,
-                const CosineSeries& alpha, double scale) {
+bool reproduces(std::span<const FirPoint> extremal, const Interpolant<Real>& a, const CosineSeries& alpha,
+                double scale) {
     constexpr std::size_t block = 8;
     const double tolerance = std::max(1e-6 * static_cast<double>(a.deviation()), 2 * tap_rounding * scale);
     for (int j = 1; j <= a.count(); j += static_cast<int>(block)) {
@@ -168,7 +184,7 @@ bool reproduces(const FirGrid& grid, std::span<const int> extremal, const Interp
         for (std::size_t m = 0; m < block; ++m) x[m] = a.abscissa(node(m));
         const auto at = evaluate<Real, block>(alpha, a.count() - 1, x);
         for (std::size_t m = 0; m < block; ++m) {
-            const double weight = grid.WT(extremal[static_cast<std::size_t>(node(m) - 1)]);
+            const double weight = extremal[static_cast<std::size_t>(node(m) - 1)].WT;
             const Real off = std::abs(at[m] - a.ordinate(node(m))) * static_cast<Real>(weight);
             if (!(off <= static_cast<Real>(tolerance))) return false;
         }

@@ -17,15 +17,22 @@ namespace kavrel {
 // Rounding of a tap, over its size.
 inline constexpr double tap_rounding = std::numeric_limits<double>::epsilon();
 
-// Coefficients of `a`, which was fitted on the grid points `extremal`; `scale` is the size of the numbers that the
-// weighted errors are differences of. Takes about nfcns^2 operations, a least squares solution nfcns^3.
-template <class Real>
-[[nodiscard]] CosineSeries cosine_series(const FirGrid& grid, std::span<const int> extremal, const Interpolant<Real>& a,
-                                         double scale);
+// The ends of what A is a good approximation on; beyond them it may be huge.
+struct FirRange {
+    FirPoint first, last;
+};
 
-// Largest weighted error of the series on the grid, summed in the arithmetic of Real; not a number when one of the
-// errors is none.
+// Coefficients of `a`, which was fitted on the points `extremal` of `range`; `scale` is the size of the numbers that
+// the weighted errors are differences of. Takes about nfcns^2 operations, a least squares solution nfcns^3.
+template <class Real>
+[[nodiscard]] CosineSeries cosine_series(const FirRange& range, std::span<const FirPoint> extremal,
+                                         const Interpolant<Real>& a, double scale);
+
+// Largest weighted error of the series on the grid or at the points, summed in the arithmetic of Real; not a number
+// when one of the errors is none.
 template <class Real>
 [[nodiscard]] Real largest_error(const FirGrid& grid, const CosineSeries& alpha, int nfcns);
+template <class Real>
+[[nodiscard]] Real largest_error(std::span<const FirPoint> points, const CosineSeries& alpha, int nfcns);
 
 }  // namespace kavrel

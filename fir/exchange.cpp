@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <span>
 #include <type_traits>
 #include <vector>
 
 #include "fir/cosine_series.h"
 #include "fir/interpolant.h"
+#include "fir/runs.h"
 
 namespace kavrel {
 
@@ -31,7 +31,11 @@ struct Extrema {
     Table<int, max_fir_extrema + 1> at;  // [j] grid index, ascending; [count+1] = NGRID + 1, a sentinel
     int count = 0;                       // NFCNS + 1
 
-    [[nodiscard]] std::span<const int> points() const { return {at.data(), static_cast<std::size_t>(count)}; }
+    [[nodiscard]] std::vector<FirPoint> points(const FirGrid& grid) const {
+        std::vector<FirPoint> all;
+        for (int j = 1; j <= count; ++j) all.push_back(grid.point(at(j)));
+        return all;
+    }
 };
 
 // One pass in the arithmetic of Real: deviation and interpolant on the extremal points, then the search for the next.
@@ -45,7 +49,7 @@ public:
           nz(extrema.count),
           flat(static_cast<Real>(scale * (std::is_same_v<Real, double> ? 4 : 0.5) * tap_rounding)) {}
 
-    [[nodiscard]] bool fit() { return interpolant.fit(grid, points.points()); }
+    [[nodiscard]] bool fit() { return interpolant.fit(points.points(grid)); }
     [[nodiscard]] bool improve(bool whole_grid);  // false when no error exceeds the deviation
     [[nodiscard]] const Interpolant<Real>& approximation() const { return interpolant; }
     [[nodiscard]] Real rounding() const { return static_cast<Real>(nz) * flat; }  // uncertainty of the deviation
@@ -55,11 +59,7 @@ private:
         int k;       // grid index, 0: none
         Real value;  // weighted error there
     };
-    struct Run {  // neighbouring grid points with errors of one sign
-        int k;    // where the error is largest
-        int sign;
-        Real value;  // its size there
-    };
+    using Run = ErrorRun<int, Real>;  // of neighbouring grid points
 
     [[nodiscard]] Real error(int k) const {
         return (interpolant(static_cast<Real>(grid.X(k))) - static_cast<Real>(grid.DES(k))) *
@@ -81,7 +81,6 @@ private:
     Interpolant<Real> interpolant;
 };
 
-double scale_of(const FirGrid& grid);
 Extrema spread_evenly(const FirGrid& grid, int nfcns);
 Extrema spread_well(const FirGrid& grid, int nfcns);
 
@@ -99,8 +98,10 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher
     Search<double> narrow(grid, extrema, scale);
     Search<Wide> wide(grid, extrema, scale);
     const auto series = [&](const auto& search) {
-        const std::span<const int> fitted{result.IEXT.data(), static_cast<std::size_t>(extrema.count)};
-        return cosine_series(grid, fitted, search.approximation(), scale);
+        Extrema fitted{.at = {}, .count = extrema.count};
+        std::copy_n(result.IEXT.begin(), extrema.count, fitted.at.begin());
+        return cosine_series({grid.point(1), grid.point(grid.NGRID)}, fitted.points(grid), search.approximation(),
+                             scale);
     };
     ExchangeStatus status = ExchangeStatus::limit_reached;
     bool distrusted = false, deep = false;  // double found too short, for all passes and for this one
@@ -165,17 +166,6 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher
 }
 
 namespace {
-
-// Size of the numbers that the weighted errors are differences of. The mean, since DES / Q grows beyond all bounds next
-// to a zero of Q.
-double scale_of(const FirGrid& grid) {
-    double sum = 0, weight = 0;
-    for (int k = 1; k <= grid.NGRID; ++k) {
-        sum += std::abs(grid.DES(k));
-        weight = std::max(weight, grid.WT(k));
-    }
-    return weight * sum / grid.NGRID;
-}
 
 Extrema spread_evenly(const FirGrid& grid, int nfcns) {
     Extrema extrema{.at = {}, .count = nfcns + 1};
@@ -261,27 +251,14 @@ bool Search<Real>::exchange_ends(int lowest, int highest, Real first_value, Real
     return high.k != 0 || low.k != 0;
 }
 
-// All points at once: the largest error of every run of one sign; too many of them are thinned from the smallest on so
-// that the signs go on alternating and the largest stays.
+// All points at once: the largest error of every run of one sign.
 template <class Real>
 bool Search<Real>::exchange_all() {
     std::vector<Run> all = runs();
     const auto by_value = [](const Run& a, const Run& b) { return a.value < b.value; };
     if (!(std::max_element(all.begin(), all.end(), by_value)->value > interpolant.deviation() + flat)) return false;
-    const auto wanted = static_cast<std::size_t>(nz);
-    while (all.size() > wanted) {
-        const auto smallest = std::min_element(all.begin(), all.end(), by_value);
-        const bool at_end = smallest == all.begin() || smallest + 1 == all.end();
-        if (at_end) {
-            all.erase(smallest);
-        } else if (all.size() == wanted + 1) {
-            all.erase(all.front().value < all.back().value ? all.begin() : all.end() - 1);
-        } else {
-            const auto first = (smallest - 1)->value < (smallest + 1)->value ? smallest - 1 : smallest;
-            all.erase(first, first + 2);
-        }
-    }
-    for (int j = 1; j <= nz; ++j) iext(j) = all[static_cast<std::size_t>(j - 1)].k;
+    thin_runs(all, static_cast<std::size_t>(nz));
+    for (int j = 1; j <= nz; ++j) iext(j) = all[static_cast<std::size_t>(j - 1)].at;
     return true;
 }
 

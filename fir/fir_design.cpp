@@ -4,11 +4,11 @@
 #include <cmath>
 #include <memory>
 
-#include "fir/exchange.h"
+#include "fir/best_taps.h"
+#include "fir/fir_deviation.h"
 #include "fir/fir_report.h"
 #include "fir/fir_task.h"
 #include "fir/fir_time_response.h"
-#include "fir/impulse_response.h"
 #include "shell/edited.h"
 
 namespace kavrel {
@@ -18,10 +18,8 @@ namespace {
 // All that a design makes before it is handed over.
 struct FirDraft {
     FirTask task;
-    FirGrid grid;
-    ExchangeResult exchange;
+    FirTaps taps;
     FirDesignFigures figures;
-    FirFilter filter;
 };
 
 constexpr const char* incomplete = "Incomplete specification";
@@ -40,7 +38,6 @@ bool is_filter(const FirTask& task) { return task.JTYPE == FirType::filter; }
 
 const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter);
 void report_failure_to_converge(int iterations, Reporter& reporter);
-void fill_filter(FirDraft& draft, double sampling_frequency);
 void fill_figures(FirDraft& draft);
 
 }  // namespace
@@ -59,25 +56,17 @@ FirDesignVerdict remez_design(FirDesk& desk) {
     if (draft->task.NFILT == 0) {
         if (const char* wrong = estimate_length(request, *draft, desk.reporter)) return refuse(wrong);
     }
-    draft->figures.taps = draft->task.NFILT;
-    if (!plan_fir(draft->task.JTYPE, draft->task.NFILT, draft->figures.plan)) return refuse(bad_fir_input);
-    if (!make_grid(draft->task, draft->figures.plan, draft->grid)) return refuse(bad_fir_input);
-
     ExchangeProgress progress(desk.reporter.window());
-    switch (exchange(draft->grid, draft->figures.plan.NFCNS, progress, draft->exchange)) {
-        case ExchangeStatus::stopped: return FirDesignVerdict::stopped;
-        case ExchangeStatus::not_run:
-        case ExchangeStatus::degenerate: return refuse(bad_fir_input);
-        case ExchangeStatus::deviation_fell:
-            report_failure_to_converge(draft->exchange.iterations, desk.reporter);
-            break;
-        case ExchangeStatus::converged:
-        case ExchangeStatus::limit_reached: break;
+    switch (best_taps(draft->task, progress, draft->taps)) {
+        case FirTapsVerdict::stopped: return FirDesignVerdict::stopped;
+        case FirTapsVerdict::impossible: return refuse(bad_fir_input);
+        case FirTapsVerdict::made: break;
     }
+    if (!draft->taps.optimal) report_failure_to_converge(draft->taps.iterations, desk.reporter);
 
-    fill_filter(*draft, sampling_frequency_of(request) * desk.session.frequency_scale);
+    draft->taps.filter.sampling_frequency = sampling_frequency_of(request) * desk.session.frequency_scale;
     fill_figures(*draft);
-    desk.filter = draft->filter;
+    desk.filter = draft->taps.filter;
     desk.session.TITLE = "<New Filter>";
     request.filter_length = draft->task.NFILT;
     report_fir_design(draft->task, draft->figures, desk.filter, desk.session.TITLE.trimmed(), desk.session.units,
@@ -132,37 +121,25 @@ void report_failure_to_converge(int iterations, Reporter& reporter) {
     reporter.report_line(" check with a frequency response");
 }
 
-// The record that commands work on: the design as its first function.
-void fill_filter(FirDraft& draft, double sampling_frequency) {
-    FirFilter& filter = draft.filter;
-    const FirPlan& plan = draft.figures.plan;
-    const HalfResponse H = impulse_response(plan, draft.exchange.ALPHA);
-    filter.functions = 1;
-    filter.NFCNS = plan.NFCNS;
-    filter.NODD = plan.NODD;
-    filter.NEG = plan.NEG;
-    filter.IST(1) = 1;
-    filter.IST(2) = plan.NFCNS + 1;
-    filter.LENGTH(1) = plan.NFCNS;
-    filter.WORD.fill(fir_untruncated);
-    for (int i = 1; i <= plan.NFCNS; ++i) filter.X(i) = filter.COEF(i) = H(i);
-    filter.sampling_frequency = sampling_frequency;
-}
-
+// What the taps do in each band.
 void fill_figures(FirDraft& draft) {
     const BandTable& bands = draft.task.BANDS;
-    // what the taps do, where that is worse than the deviation that the exchange leveled
-    const ExchangeResult& exchange = draft.exchange;
-    const double deviation = exchange.measured > exchange.DEV * (1.0 + 1e-6) ? exchange.measured : exchange.DEV;
+    FirDesignFigures& figures = draft.figures;
+    FirFilter& filter = draft.taps.filter;
+    figures.taps = draft.task.NFILT;
+    figures.taps_used = draft.taps.taps_used;
+    figures.bounded = draft.taps.bounded;
+    figures.outside_gain = draft.taps.outside_gain;
+    figures.deviation = draft.taps.deviation;
     for (int j = bands.NBANDS; j >= 1; --j) {
-        draft.figures.DEVIAT(j) = static_cast<float>(deviation / bands.WTX(j));
+        const double deviation = largest_deviation(draft.task, filter, 1, j).weighted;
+        figures.DEVIAT(j) = static_cast<float>(deviation / bands.WTX(j));
         if (!is_filter(draft.task)) continue;
-        const float d = draft.figures.DEVIAT(j);
+        const float d = figures.DEVIAT(j);
         const float ripple = bands.FX(j) != 0.0 ? (1.0F + d) / (1.0F - d) : d;
-        draft.figures.DEVIAT_DB(j) = 20.0F * std::log10(std::abs(ripple));
+        figures.DEVIAT_DB(j) = 20.0F * std::log10(std::abs(ripple));
         // Counting down, the first stopband is the last to be noted.
-        if (bands.FX(j) == 0.0)
-            draft.filter.deviation = std::pow(10.0, static_cast<double>(draft.figures.DEVIAT_DB(j)) / 20.0);
+        if (bands.FX(j) == 0.0) filter.deviation = std::pow(10.0, static_cast<double>(figures.DEVIAT_DB(j)) / 20.0);
     }
 }
 

@@ -17,6 +17,8 @@ constexpr int least_steps = 16;    // of a piece, however short
 constexpr int points_per_tap = 8;  // over 0 to 0.5: 16 for each extremum amid a band
 
 double amplitude(const FirFilter& filter, int function, double f);
+template <class Value>
+Peak<double> highest_in_piece(double low, double high, const FirFilter& filter, int function, const Value& value);
 std::vector<double> piece_ends(const FirTask& task, int band);
 
 }  // namespace
@@ -25,23 +27,13 @@ FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int
     const auto weighted = [&](double f) {
         return weight(task, f, band) * std::abs(amplitude(filter, function, f) - desired(task, f, band));
     };
-    const int taps = fir_taps(filter.LENGTH(function), filter.NODD, filter.NEG);
     const std::vector<double> ends = piece_ends(task, band);
     FirDeviation largest;
-    std::vector<double> places;
     for (std::size_t piece = 1; piece < ends.size(); ++piece) {
         const double low = ends[piece - 1];
         // short of the next piece, where the desired response may be another one
         const double high = piece + 1 < ends.size() ? std::nextafter(ends[piece], low) : ends[piece];
-        // ripples crowd at the edges of a band, and so do the places
-        const double ripples = (high - low) * std::numbers::pi * points_per_tap * taps;
-        const int steps = std::max(least_steps, static_cast<int>(std::ceil(ripples)));
-        places.clear();
-        for (int k = 0; k < steps; ++k) {
-            places.push_back(low + (high - low) * (1 - std::cos(std::numbers::pi * k / steps)) / 2);
-        }
-        places.push_back(high);
-        const Peak<double> found = highest_value(places, weighted);
+        const Peak<double> found = highest_in_piece(low, high, filter, function, weighted);
         if (found.value > largest.weighted) largest = {found.at, found.value};
     }
     return largest;
@@ -56,7 +48,39 @@ FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int
     return largest;
 }
 
+FirGain largest_outside_gain(const FirTask& task, const FirFilter& filter, int function) {
+    const auto gain = [&](double f) { return std::abs(amplitude(filter, function, f)); };
+    FirGain largest;
+    const auto search = [&](double low, double high) {
+        if (!(high > low)) return;
+        const Peak<double> found = highest_in_piece(low, high, filter, function, gain);
+        if (found.value > largest.gain) largest = {found.at, found.value};
+    };
+    double below = 0;
+    for (int band = 1; band <= task.BANDS.NBANDS; ++band) {
+        search(below, task.BANDS.EDGE(2 * band - 1));
+        below = task.BANDS.EDGE(2 * band);
+    }
+    search(below, 0.5);
+    return largest;
+}
+
 namespace {
+
+// Of value(f) from `low` to `high`, where the filter alone makes it rise and fall.
+template <class Value>
+Peak<double> highest_in_piece(double low, double high, const FirFilter& filter, int function, const Value& value) {
+    const int taps = fir_taps(filter.LENGTH(function), filter.NODD, filter.NEG);
+    // ripples crowd at the edges of a band, and so do the places
+    const double ripples = (high - low) * std::numbers::pi * points_per_tap * taps;
+    const int steps = std::max(least_steps, static_cast<int>(std::ceil(ripples)));
+    std::vector<double> places;
+    for (int k = 0; k < steps; ++k) {
+        places.push_back(low + (high - low) * (1 - std::cos(std::numbers::pi * k / steps)) / 2);
+    }
+    places.push_back(high);
+    return highest_value(places, value);
+}
 
 // Real amplitude of a function: its response without the linear phase (and the factor j of an antisymmetric one).
 // Negative where the response is turned round.
@@ -91,7 +115,7 @@ std::vector<double> piece_ends(const FirTask& task, int band) {
     };
     for (int i = 1; i <= task.SHAPE.count; ++i) {
         const double f = static_cast<double>(task.SHAPE.FIR_FREQ(i));
-        if (f > ends.back() && f < high) go_on_to(f);
+        if (f > ends.back() && f <= high) go_on_to(f);  // at the edge itself it may jump, too
     }
     go_on_to(high);
     return ends;

@@ -8,9 +8,8 @@ namespace kavrel {
 namespace {
 
 bool edges_ascend(const BandTable& bands);
-bool fill_band(const FirTask& task, int band, double start, FirGrid& grid);
+bool fill_band(const FirTask& task, const FirPlan& plan, int band, double start, FirGrid& grid);
 void drop_zero_at_half(const FirPlan& plan, FirGrid& grid);
-bool fold(const FirPlan& plan, FirGrid& grid);
 bool shaped(const FirTask& task, int band);
 
 }  // namespace
@@ -60,10 +59,39 @@ bool make_grid(const FirTask& task, const FirPlan& plan, FirGrid& grid) {
     for (int band = 1; band <= bands.NBANDS; ++band) {
         const double lower = bands.EDGE(2 * band - 1);
         const double start = band == 1 && plan.NEG == 1 && lower < grid.DELF ? grid.DELF : lower;
-        if (!fill_band(task, band, start, grid)) return false;
+        if (!fill_band(task, plan, band, start, grid)) return false;
     }
     drop_zero_at_half(plan, grid);
-    return grid.NGRID > plan.NFCNS && fold(plan, grid);
+    if (grid.NGRID <= plan.NFCNS) return false;
+    for (int k = 1; k <= grid.NGRID; ++k) {
+        if (!std::isfinite(grid.DES(k)) || !std::isfinite(grid.WT(k)) || !(grid.WT(k) > 0)) return false;
+    }
+    return true;
+}
+
+FirPoint folded_point(const FirTask& task, const FirPlan& plan, double f, int band) {
+    FirPoint point{.f = f, .X = std::cos(fir_two_pi * f), .DES = 0, .WT = 1, .band = band};
+    if (band > 0) {
+        point.DES = desired(task, f, band);
+        point.WT = weight(task, f, band);
+    }
+    if (plan.NEG == 1 || plan.NODD == 0) {
+        const double q = plan.NEG == 0    ? std::cos(fir_pi * f)
+                         : plan.NODD == 1 ? std::sin(fir_two_pi * f)
+                                          : std::sin(fir_pi * f);
+        point.DES /= q;
+        point.WT *= q;
+    }
+    return point;
+}
+
+double scale_of(const FirGrid& grid) {
+    double sum = 0, weight = 0;
+    for (int k = 1; k <= grid.NGRID; ++k) {
+        sum += std::abs(grid.DES(k));
+        weight = std::max(weight, grid.WT(k));
+    }
+    return weight * sum / grid.NGRID;
 }
 
 namespace {
@@ -81,40 +109,26 @@ bool edges_ascend(const BandTable& bands) {
 
 // A band of width w takes at most w / DELF + 1 points. All bands together lie within 0 to 0.5, so that the bound of the
 // tables holds at 512 taps (256 functions) with ten bands to spare; 257 functions in many bands could pass it.
-bool fill_band(const FirTask& task, int band, double start, FirGrid& grid) {
+bool fill_band(const FirTask& task, const FirPlan& plan, int band, double start, FirGrid& grid) {
     const double upper = task.BANDS.EDGE(2 * band);
     if (!(start <= upper)) return false;
     for (double f = start, next = start + grid.DELF;; f = next, next = f + grid.DELF) {
         if (grid.NGRID == max_fir_grid) return false;
         const bool last = next > upper;
         const double at = last ? upper : f;
+        const FirPoint point = folded_point(task, plan, at, band);
         const int k = ++grid.NGRID;
         grid.GRID(k) = at;
-        grid.DES(k) = desired(task, at, band);
-        grid.WT(k) = weight(task, at, band);
+        grid.X(k) = point.X;
+        grid.DES(k) = point.DES;
+        grid.WT(k) = point.WT;
+        grid.BAND(k) = band;
         if (last) return true;
     }
 }
 
 void drop_zero_at_half(const FirPlan& plan, FirGrid& grid) {
     if (plan.NEG == plan.NODD && grid.GRID(grid.NGRID) > 0.5 - grid.DELF) --grid.NGRID;
-}
-
-bool fold(const FirPlan& plan, FirGrid& grid) {
-    const bool plain = plan.NEG == 0 && plan.NODD == 1;
-    for (int k = 1; k <= grid.NGRID; ++k) {
-        const double f = grid.GRID(k);
-        grid.X(k) = std::cos(fir_two_pi * f);
-        if (!plain) {
-            const double q = plan.NEG == 0    ? std::cos(fir_pi * f)
-                             : plan.NODD == 1 ? std::sin(fir_two_pi * f)
-                                              : std::sin(fir_pi * f);
-            grid.DES(k) /= q;
-            grid.WT(k) *= q;
-        }
-        if (!std::isfinite(grid.DES(k)) || !std::isfinite(grid.WT(k)) || !(grid.WT(k) > 0)) return false;
-    }
-    return true;
 }
 
 bool shaped(const FirTask& task, int band) { return task.SHAPE.count > 0 && task.BANDS.FX(band) != 0; }

@@ -65,6 +65,17 @@ struct FirPlan {
     int NEG = 0;    // 1 for an antisymmetric impulse response (types 2 and 3)
 };
 
+// A point of the axis, folded.
+struct FirPoint {
+    double f = 0;
+    double X = 0;    // cos(2 pi f)
+    double DES = 0;  // desired response / Q
+    double WT = 0;   // weight * Q, above 0
+    int band = 0;    // 1 to 10; 0 and below: in the free region above band -band, where 0 is desired with weight 1
+
+    [[nodiscard]] bool free() const { return band <= 0; }
+};
+
 // The grid, folded.
 struct FirGrid {
     int NGRID = 0;                     // points in use
@@ -73,6 +84,9 @@ struct FirGrid {
     Table<double, max_fir_grid> DES;   // [k] desired response / Q
     Table<double, max_fir_grid> WT;    // [k] weight * Q, above 0
     Table<double, max_fir_grid> X;     // [k] cos(2 pi GRID(k)), kept because the exchange asks for it many times
+    Table<int, max_fir_grid> BAND;     // [k] its band
+
+    [[nodiscard]] FirPoint point(int k) const { return {GRID(k), X(k), DES(k), WT(k), BAND(k)}; }
 };
 
 static_assert(std::is_trivially_copyable_v<FirTask> && std::is_trivially_copyable_v<FirPlan> &&
@@ -98,11 +112,18 @@ static_assert(std::is_trivially_copyable_v<FirTask> && std::is_trivially_copyabl
 //   shape                       WTX / desired; WTX when that is below least_shape_weighed
 [[nodiscard]] double weight(const FirTask& task, double f, int band);
 
+// The point at `f` of a band, or of a free region (0 and below).
+[[nodiscard]] FirPoint folded_point(const FirTask& task, const FirPlan& plan, double f, int band);
+
 // Lays out the grid of `task`, 32 points for each cosine function over 0 to 0.5, and folds it.
 // Each band begins on its lower edge, goes on in steps of DELF and ends on its upper edge. An end of the grid at which
 // Q is zero is left out: with NEG 1 it starts at DELF; with NEG = NODD a last point closer than DELF to 0.5 is dropped.
 // False when no design can be made on it: edges that are not ascending within 0 to 0.5, a desired response or weight
 // that is not finite, a weight that is not positive, or fewer than NFCNS + 1 points.
 [[nodiscard]] bool make_grid(const FirTask& task, const FirPlan& plan, FirGrid& grid);
+
+// Size of the numbers that the weighted errors on the grid are differences of. The mean, since DES / Q grows beyond all
+// bounds next to a zero of Q.
+[[nodiscard]] double scale_of(const FirGrid& grid);
 
 }  // namespace kavrel

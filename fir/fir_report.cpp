@@ -34,6 +34,12 @@ void report_fir_design(const FirTask& task, const FirDesignFigures& figures, con
     indented(type_text(task, figures.length_estimated));
     indented(edited<"('Filter length = ',I3)">(figures.taps));
     if (figures.length_estimated) indented("Filter length determined by approximation");
+    if (figures.taps_used < figures.taps)
+        indented(edited<"('Taps without zeros at both ends = ',I3)">(figures.taps_used));
+    if (figures.bounded) {
+        indented(edited<"('Gain outside the bands limited:',F7.3,', deviation',1P,E12.4)">(figures.outside_gain,
+                                                                                           figures.deviation));
+    }
 
     report_impulse_response(filter, 1, reporter);
 

@@ -12,10 +12,13 @@ namespace kavrel {
 
 // The figures of a design beside its impulse response.
 struct FirDesignFigures {
-    FirPlan plan;
     int taps = 0;
+    int taps_used = 0;        // without zeros around them
+    bool bounded = false;     // in its gain outside the bands
+    double outside_gain = 0;  // if bounded
+    double deviation = 0;     // the largest weighted one
     bool length_estimated = false;
-    Table<float, max_fir_bands> DEVIAT;     // [j] deviation of band j, linear
+    Table<float, max_fir_bands> DEVIAT;     // [j] deviation of the taps in band j, linear
     Table<float, max_fir_bands> DEVIAT_DB;  // [j] the same in dB, of a filter
 };
 

@@ -6,31 +6,37 @@
 
 namespace kavrel {
 
+// DES + alternating level / WT is a polynomial of degree nodes - 2: its divided difference over all nodes is zero. The
+// weights ad alternate, too, so that the terms of all levels have one sign.
 template <class Real>
-bool Interpolant<Real>::fit(const FirGrid& grid, std::span<const int> extremal) {
+bool Interpolant<Real>::fit(std::span<const FirPoint> extremal, FreeLevel free) {
     const std::size_t n = extremal.size();
     nodes = static_cast<int>(n);
     padded = (n + Lanes::count - 1) / Lanes::count * Lanes::count;
-    for (std::size_t j = 0; j < n; ++j) x_node[j] = grid.X(extremal[j]);
+    level = free;
+    for (std::size_t j = 0; j < n; ++j) x_node[j] = extremal[j].X;
     for (std::size_t j = n; j < padded; ++j) x_node[j] = 4, ad[j] = 0, y[j] = 0;
     lagrange_weights();
 
-    // DES + alternating DEV / WT is a polynomial of degree nodes - 2: its divided difference over all nodes is zero
-    Real dnum = 0, dden = 0, sign = 1;
+    Real dnum = 0, dden = 0, dfree = 0, sign = 1;
     for (std::size_t j = 0; j < n; ++j, sign = -sign) {
-        const int k = extremal[j];
-        dnum += ad[j] * static_cast<Real>(grid.DES(k));
-        dden += sign * ad[j] / static_cast<Real>(grid.WT(k));
+        dnum += ad[j] * static_cast<Real>(extremal[j].DES);
+        (extremal[j].free() ? dfree : dden) += sign * ad[j] / static_cast<Real>(extremal[j].WT);
     }
-    dev = dnum / dden;
-    nu = dev > 0 ? -1 : 1;
-    dev = -static_cast<Real>(nu) * dev;
+    const auto bound = static_cast<Real>(free.bound), ratio = static_cast<Real>(free.ratio);
+    nu = dnum / dden > 0 ? -1 : 1;
+    dev = (std::abs(dnum) - bound * std::abs(dfree)) / std::abs(dden);
+    free_dev = bound;
+    if (dfree != 0 && !(dev > 0)) {
+        dev = std::abs(dnum) / (std::abs(dden) + ratio * std::abs(dfree));
+        free_dev = ratio * dev;
+    }
     sign = static_cast<Real>(nu);
     for (std::size_t j = 0; j < n; ++j, sign = -sign) {
-        const int k = extremal[j];
-        y[j] = static_cast<Real>(grid.DES(k)) + sign * dev / static_cast<Real>(grid.WT(k));
+        const Real error = extremal[j].free() ? free_dev : dev;
+        y[j] = static_cast<Real>(extremal[j].DES) + sign * error / static_cast<Real>(extremal[j].WT);
     }
-    return std::isfinite(dev);
+    return dden != 0 && std::isfinite(dev);
 }
 
 // ad(k) = 1 / prod 2 (x(k) - x(j)), j not k. The factors are taken in strides, so that near and far ones mix and no

@@ -199,7 +199,7 @@ TEST_F(FirDesign, AntisymmetricTypesAreWhatTheyAreCalled) {
 }
 
 TEST_F(FirDesign, LargestDeviationsAreThoseOfADenseGrid) {
-    const auto expect_dense = [&](const char* what, int band, double asked) {
+    const auto expect_dense = [&](const char* what, int band, double asked, double between_points = 2e-4) {
         ASSERT_EQ(remez_design(desk), FirDesignVerdict::designed) << what;
         FirTask task;
         ASSERT_EQ(take_task(request, task), nullptr);
@@ -212,7 +212,7 @@ TEST_F(FirDesign, LargestDeviationsAreThoseOfADenseGrid) {
         }
         const FirDeviation found = largest_deviation(task, filter, 1, band);
         EXPECT_GE(found.weighted, dense * (1.0 - 1e-9)) << what;
-        EXPECT_LE(found.weighted, dense * (1.0 + 2e-4)) << what;
+        EXPECT_LE(found.weighted, dense * (1.0 + between_points)) << what;
         EXPECT_NEAR(largest_deviation(task, filter, 1).weighted / found.weighted, 1.0, 1e-3) << what << ": level";
         EXPECT_TRUE(asked == 0.0 || found.weighted < asked) << what;
     };
@@ -240,19 +240,24 @@ TEST_F(FirDesign, LargestDeviationsAreThoseOfADenseGrid) {
         const int row = ++request.shape.rows;
         request.shape(row, 1) = f, request.shape(row, 2) = gain;
     }
-    expect_dense("a shape that jumps at its ends", 1, 0.0);
+    expect_dense("a shape that jumps at its ends, a weight of 1000 where it falls to 0.001", 1, 0.0, 0.02);
 }
 
-TEST_F(FirDesign, LessRippleThanDoublesHoldIsToldAndDelivered) {
+// 400 taps have gains of hundreds between bands that 48 fill to the last place.
+TEST_F(FirDesign, LessRippleThanDoublesHoldIsReachedByFewerTaps) {
     ask(400, FirSpecification::weights, {{0, 4, 1, 1}, {20, 24, 0, 1}});
     ASSERT_EQ(remez_design(desk), FirDesignVerdict::designed);
-    EXPECT_EQ(window.lines[0], " **** Failure to converge ****");
-    EXPECT_EQ(window.lines[1], " Probable cause is machine rounding error");
-    EXPECT_TRUE(window.lines[2].starts_with(" number of iterations = "));
-    EXPECT_LT(deviation(0, 4, [](double) { return 1.0; }), 1e-12);
-    EXPECT_LT(deviation(20, 24, [](double) { return 0.0; }), 1e-12);
+    EXPECT_FALSE(reports("Failure to converge"));
+    EXPECT_TRUE(reports("Taps without zeros at both ends =  48"));
+    EXPECT_TRUE(reports("Gain outside the bands limited:  1.000, deviation"));
+    EXPECT_EQ(full_response(filter, 1).size(), 400U);
+    EXPECT_EQ(filter.X(176), 0.0);
+    EXPECT_NE(filter.X(177), 0.0);
+    EXPECT_LT(deviation(0, 4, [](double) { return 1.0; }), 1e-14);
+    EXPECT_LT(deviation(20, 24, [](double) { return 0.0; }), 1e-14);
+    EXPECT_LT(deviation(4, 20, [](double) { return 0.0; }), 1.01);
     EXPECT_GT(filter.deviation, 1e-17) << "what the taps do, not what the exchange leveled";
-    EXPECT_LT(filter.deviation, 1e-13);
+    EXPECT_LT(filter.deviation, 1e-14);
 }
 
 TEST_F(FirDesign, SegmentShowsAndAnalysesAFunction) {

@@ -209,7 +209,7 @@ def highest(f, band, places=()):
     values = np.concatenate([[-np.inf], np.nan_to_num(f(points), nan=-np.inf), [-np.inf]])
     peaks = np.flatnonzero((values[1:-1] >= values[:-2]) & (values[1:-1] >= values[2:]))
     best = values.max()
-    for k in peaks[np.argsort(-values[peaks + 1])][:12]:
+    for k in peaks[np.argsort(-values[peaks + 1])][:300]:  # a level response has as many as half its taps
         low, up = points[max(k - 1, 0)], points[min(k + 1, len(points) - 1)]
         for _ in range(9):
             closer = np.linspace(low, up, 25, dtype=Wide)

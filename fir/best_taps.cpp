@@ -1,0 +1,209 @@
+#include "fir/best_taps.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "fir/fir_deviation.h"
+#include "fir/impulse_response.h"
+#include "fir/off_grid.h"
+
+namespace kavrel {
+
+namespace {
+
+// Deviation over the leveled one up to which taps pass for the best.
+constexpr double missed = 1.1;
+
+// By which a deviation falls with the length, for a transition of width 1.
+constexpr double db_per_tap = 14.4;
+
+// Lengths that a shorter filter is looked for at.
+constexpr int most_tries = 10;
+
+// What all steps of a design go on.
+struct Workshop {
+    FirTask task;
+    FirGrid grid;
+    ExchangeWatcher& watcher;
+};
+
+FirTapsVerdict level(Workshop& shop, FirTaps& taps);
+FirTapsVerdict shorten(Workshop& shop, FirTaps& taps);
+void take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps);
+FirTaps padded(const FirTaps& from, const FirTaps& to);
+double narrowest_transition(const FirTask& task, const FirPlan& plan);
+double largest_asked(const FirTask& task, const FirGrid& grid);
+bool is_rounding(const Workshop& shop, const FirTaps& taps);
+double rounding_of(const FirTask& task, const FirGrid& grid);
+
+}  // namespace
+
+FirTapsVerdict best_taps(const FirTask& task, ExchangeWatcher& watcher, FirTaps& taps) {
+    const auto shop = std::make_unique<Workshop>(Workshop{.task = task, .grid = {}, .watcher = watcher});
+    const FirTapsVerdict verdict = level(*shop, taps);
+    const bool bounded_to_nothing = taps.bounded && !(taps.deviation > rounding_of(task, shop->grid));
+    const bool excessive = taps.outside_gain > most_outside_gain * 1.01 * largest_asked(task, shop->grid);
+    if (verdict != FirTapsVerdict::made || !(bounded_to_nothing || excessive || !taps.optimal)) return verdict;
+    return shorten(*shop, taps);
+}
+
+namespace {
+
+// The taps of the length as it is: unbounded, or bounded where that has too much gain and the exchange settles.
+FirTapsVerdict level(Workshop& shop, FirTaps& taps) {
+    const auto& [task, grid, watcher] = shop;
+    FirTaps made;
+    if (!plan_fir(task.JTYPE, task.NFILT, made.plan) || !make_grid(task, made.plan, shop.grid)) {
+        return FirTapsVerdict::impossible;
+    }
+    ExchangeResult result;
+    switch (exchange(grid, made.plan.NFCNS, watcher, result)) {
+        case ExchangeStatus::stopped: return FirTapsVerdict::stopped;
+        case ExchangeStatus::not_run:
+        case ExchangeStatus::degenerate: return FirTapsVerdict::impossible;
+        case ExchangeStatus::converged:
+        case ExchangeStatus::deviation_fell:
+        case ExchangeStatus::limit_reached: break;
+    }
+    const ExchangeResult on_grid = result;
+    if (!refine(task, made.plan, grid, watcher, result)) return FirTapsVerdict::stopped;
+    take(shop, result, made);
+    if (result.DEV != on_grid.DEV) {
+        // next to a jump of the desired response the points of the grid may lie better
+        FirTaps first = made;
+        take(shop, on_grid, first);
+        if (first.deviation < made.deviation) made = first;
+    }
+    const double bound = most_outside_gain * largest_asked(task, grid);
+    if (bound > 0 && (made.outside_gain > bound || !made.optimal)) {
+        const auto status = bounded_exchange(task, made.plan, grid, bound, result.DEV, watcher, result);
+        if (status == ExchangeStatus::stopped) return FirTapsVerdict::stopped;
+        if (status == ExchangeStatus::converged) {
+            take(shop, result, made);
+            made.bounded = made.outside_gain > bound / 2;
+        }
+        made.iterations = result.iterations;
+    }
+    taps = made;
+    return FirTapsVerdict::made;
+}
+
+// The shortest length of the same parity whose deviation is rounding; if the search finds none, the one of those tried
+// that deviates least. In decibels the deviation falls with the length along a straight line, which a secant follows.
+FirTapsVerdict shorten(Workshop& shop, FirTaps& taps) {
+    const int whole = shop.task.NFILT;
+    const double rounding = rounding_of(shop.task, shop.grid);
+    const double most_gain = most_outside_gain * 1.01 * largest_asked(shop.task, shop.grid);
+    // low deviates by more than rounding, high is too long or as good
+    int low = whole % 2 == 0 ? 2 : 3, high = whole;
+    double low_db = 0, slope = db_per_tap * narrowest_transition(shop.task, taps.plan);
+    const double rounding_db = -20 * std::log10(rounding / largest_asked(shop.task, shop.grid));
+    FirTaps best;
+    bool found = false;
+    int iterations = taps.iterations;
+    for (int tries = 0; tries < most_tries && high - low > 2; ++tries) {
+        const double step = std::min(std::ceil((rounding_db - low_db) / slope), static_cast<double>(whole));
+        const int along = low + static_cast<int>(std::max(step, 1.0));
+        const int next = along < high - 1 ? along : (low + high) / 2;
+        FirTaps tried;
+        shop.task.NFILT = std::clamp(next + (next + whole) % 2, low + 2, high - 2);
+        const FirTapsVerdict verdict = level(shop, tried);
+        if (verdict == FirTapsVerdict::stopped) return verdict;
+        iterations += tried.iterations;
+        const bool usable = verdict == FirTapsVerdict::made && tried.optimal && tried.outside_gain <= most_gain;
+        const bool rounds = usable && is_rounding(shop, tried);
+        if (usable && (!found || rounds || tried.deviation < best.deviation)) best = tried, found = true;
+        if (!usable || rounds) {
+            high = shop.task.NFILT;
+        } else {
+            const double db = -20 * std::log10(tried.deviation);
+            slope = (db - low_db) / (shop.task.NFILT - low);
+            low = shop.task.NFILT;
+            low_db = db;
+        }
+    }
+    shop.task.NFILT = whole;
+    taps.iterations = iterations;
+    if (found) {
+        taps = padded(best, taps);
+        taps.optimal = is_rounding(shop, taps);
+    }
+    return FirTapsVerdict::made;
+}
+
+// The first function of a filter, and what it does.
+void take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps) {
+    const FirPlan& plan = taps.plan;
+    FirFilter& filter = taps.filter;
+    const HalfResponse H = impulse_response(plan, result.ALPHA);
+    filter.functions = 1;
+    filter.NFCNS = plan.NFCNS;
+    filter.NODD = plan.NODD;
+    filter.NEG = plan.NEG;
+    filter.IST(1) = 1;
+    filter.IST(2) = plan.NFCNS + 1;
+    filter.LENGTH(1) = plan.NFCNS;
+    filter.WORD.fill(fir_untruncated);
+    for (int i = 1; i <= plan.NFCNS; ++i) filter.X(i) = filter.COEF(i) = H(i);
+    taps.iterations = result.iterations;
+    taps.taps_used = shop.task.NFILT;
+    taps.leveled = result.DEV;
+    taps.deviation = largest_deviation(shop.task, filter, 1).weighted;
+    taps.outside_gain = largest_outside_gain(shop.task, filter, 1).gain;
+    taps.optimal = result.status == ExchangeStatus::converged || result.measured <= missed * result.DEV ||
+                   result.measured <= rounding_of(shop.task, shop.grid);
+}
+
+// `from` with zeros around it, as long as `to`.
+FirTaps padded(const FirTaps& from, const FirTaps& to) {
+    FirTaps taps = to;
+    const int zeros = to.plan.NFCNS - from.plan.NFCNS;
+    for (int i = 1; i <= to.plan.NFCNS; ++i) {
+        taps.filter.X(i) = taps.filter.COEF(i) = i <= zeros ? 0 : from.filter.X(i - zeros);
+    }
+    taps.taps_used = from.taps_used;
+    taps.leveled = from.leveled;
+    taps.deviation = from.deviation;
+    taps.outside_gain = from.outside_gain;
+    taps.bounded = true;
+    return taps;
+}
+
+// Width over which the response goes from band to band, or through a zero of the type.
+double narrowest_transition(const FirTask& task, const FirPlan& plan) {
+    const BandTable& bands = task.BANDS;
+    double narrowest = 0.5;
+    const auto note = [&](double width) {
+        if (width > 0) narrowest = std::min(narrowest, width);
+    };
+    if (plan.NEG == 1) note(2 * bands.EDGE(1));
+    for (int band = 1; band < bands.NBANDS; ++band) note(bands.EDGE(2 * band + 1) - bands.EDGE(2 * band));
+    if (plan.NEG == plan.NODD) note(2 * (0.5 - bands.EDGE(2 * bands.NBANDS)));
+    return narrowest;
+}
+
+double largest_asked(const FirTask& task, const FirGrid& grid) {
+    double largest = 0;
+    for (int k = 1; k <= grid.NGRID; ++k) {
+        largest = std::max(largest, std::abs(desired(task, grid.GRID(k), grid.BAND(k))));
+    }
+    return largest;
+}
+
+// Whether the taps deviate as little as doubles can, with that gain outside the bands.
+bool is_rounding(const Workshop& shop, const FirTaps& taps) {
+    const double size = std::max(1.0, taps.outside_gain / largest_asked(shop.task, shop.grid));
+    return taps.deviation <= rounding_of(shop.task, shop.grid) * size;
+}
+
+// A weighted deviation as small as doubles make it.
+double rounding_of(const FirTask& task, const FirGrid& grid) {
+    double weighted = 0;
+    for (int k = 1; k <= grid.NGRID; ++k) weighted = std::max(weighted, weight(task, grid.GRID(k), grid.BAND(k)));
+    return rounding_deviation * weighted * largest_asked(task, grid);
+}
+
+}  // namespace
+
+}  // namespace kavrel

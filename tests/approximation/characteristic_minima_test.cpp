@@ -113,7 +113,8 @@ TEST(EqualMinima, DegreeIsTheLeast) {
     EXPECT_GE(build(request("stopbandLoss 30", band)).notes.lower_loss_reached, 50) << "the larger loss rules";
 }
 
-// Least losses on dense grids of both stopbands. The farther stop edge lies beyond the last minima, or between them.
+// Least losses on dense grids of both stopbands, beside unit elements and parametric points, too. The farther stop edge
+// lies beyond the last minima, or between them.
 TEST(EqualMinima, EachEdgeHasTheLossOfItsStopband) {
     RandomNumbers random(3);
     for (int k = 1; k <= 40; ++k) {
@@ -136,36 +137,14 @@ TEST(EqualMinima, EachEdgeHasTheLossOfItsStopband) {
             lower = std::fmin(lower, squared_from_roots(b.xp, part * b.xp.lower_stop));
             upper = std::fmin(upper, squared_from_roots(b.xp, b.xp.upper_stop / part));
         }
+        EXPECT_GT(std::fmin(b.notes.lower_loss_reached, b.notes.upper_loss_reached), 40 * (1 - 1e-4)) << "asked";
         EXPECT_NEAR(b.notes.lower_loss_reached, static_cast<double>(10 * std::log10(1 + lower)), 1e-3);
         EXPECT_NEAR(b.notes.upper_loss_reached, static_cast<double>(10 * std::log10(1 + upper)), 1e-3);
     }
-    // Without finite zeros: eps2 T_2^2 at the low-pass frequency of each edge.
-    const Built b =
-        build(request("band_pass degree 4 lowerPassEdge 1000 upperPassEdge 1100 lowerStopEdge 100 symmetryFlag 0",
-                      low_pass_request(equal_ripple, 0, 1300, 0.5, 40)));
-    const double omega[] = {(1000.0 / 100 - 100 / 1100.0) / (1 - 1000.0 / 1100),
-                            (1300 / 1100.0 - 1000 / 1300.0) / (1 - 1000.0 / 1100)};
-    const double reached[] = {b.notes.lower_loss_reached, b.notes.upper_loss_reached};
-    for (const int side : {0, 1}) {
-        const double t = std::cosh(2 * std::acosh(omega[side]));
-        EXPECT_NEAR(reached[side], 10 * std::log10(1 + (std::pow(10, 0.05) - 1) * t * t), 1e-9);
-    }
 }
 
-// Unit elements and a parametric point are no part of the prototype; the loss is there all the same.
-TEST(EqualMinima, LossesHoldBesideUnitElements) {
-    FilterSpec s = request(
-        "band_pass parametric microwave sampleFrequency 5000 lowerPassEdge 800 upperPassEdge 1200 lowerStopEdge 700",
-        low_pass_request(equal_ripple, 0, 1350, 0.1, 42));
-    for (const int unit_elements : {0, 1, 2}) {
-        for (const auto passband : {maximally_flat, equal_ripple}) {
-            s.unitElements = unit_elements, s.passbandType = passband;
-            const Built b = build(s);
-            ASSERT_TRUE(b.verdict.good());
-            const StopbandFloor floor = stopbandFloor(b.xp);
-            EXPECT_GE(std::min(floor.lower, floor.upper), 42 - 1e-8L) << unit_elements;
-        }
-    }
+// Unit elements are no part of the prototype; the loss is there all the same.
+TEST(EqualMinima, LossHoldsBesideUnitElements) {
     const Built b =
         build(request("microwave sampleFrequency 4 unitElements 2", low_pass_request(equal_ripple, 1, 1.3, 0.1, 50)));
     ASSERT_TRUE(b.verdict.good());

@@ -9,6 +9,7 @@
 #include "fir/fir_report.h"
 #include "fir/fir_task.h"
 #include "fir/fir_time_response.h"
+#include "fir/least_length.h"
 #include "shell/edited.h"
 
 namespace kavrel {
@@ -37,6 +38,7 @@ private:
 bool is_filter(const FirTask& task) { return task.JTYPE == FirType::filter; }
 
 const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter);
+FirTapsVerdict take_least_length(FirDraft& draft, ExchangeWatcher& watcher, Reporter& reporter);
 void report_failure_to_converge(int iterations, Reporter& reporter);
 void fill_figures(FirDraft& draft);
 
@@ -53,11 +55,15 @@ FirDesignVerdict remez_design(FirDesk& desk) {
 
     const auto draft = std::make_unique<FirDraft>();
     if (const char* wrong = take_task(request, draft->task)) return refuse(wrong);
+    ExchangeProgress progress(desk.reporter.window());
+    FirTapsVerdict verdict = FirTapsVerdict::impossible;
     if (draft->task.NFILT == 0) {
         if (const char* wrong = estimate_length(request, *draft, desk.reporter)) return refuse(wrong);
+        verdict = take_least_length(*draft, progress, desk.reporter);
+    } else {
+        verdict = best_taps(draft->task, progress, draft->taps);
     }
-    ExchangeProgress progress(desk.reporter.window());
-    switch (best_taps(draft->task, progress, draft->taps)) {
+    switch (verdict) {
         case FirTapsVerdict::stopped: return FirDesignVerdict::stopped;
         case FirTapsVerdict::impossible: return refuse(bad_fir_input);
         case FirTapsVerdict::made: break;
@@ -90,7 +96,7 @@ double estimated_fir_length(double passband_ripple_db, double stopband_loss_db, 
 
 namespace {
 
-// Sets the length of a low pass from its ripples and reports it; what is wrong, or null.
+// Sets the length of a low pass that its ripples let expect and reports it; what is wrong, or null.
 const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter) {
     FirTask& task = draft.task;
     const bool applies = is_filter(task) && task.BANDS.NBANDS == 2 && task.BANDS.FX(1) == 1.0 &&
@@ -110,6 +116,17 @@ const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter
     }
     draft.figures.length_estimated = true;
     return nullptr;
+}
+
+// From the estimate on to the least length that holds the ripples.
+FirTapsVerdict take_least_length(FirDraft& draft, ExchangeWatcher& watcher, Reporter& reporter) {
+    const auto least = std::make_unique<LeastLength>();
+    const FirTapsVerdict verdict = least_length(draft.task, watcher, *least);
+    if (verdict != FirTapsVerdict::made) return verdict;
+    draft.task.NFILT = least->length;
+    draft.taps = least->taps;
+    if (!least->met) reporter.report_line(edited<"(' The ripples are not met with',I4,' taps')">(least->length));
+    return verdict;
 }
 
 void report_failure_to_converge(int iterations, Reporter& reporter) {

@@ -18,8 +18,8 @@ enum class FirDesignVerdict {
 };
 
 // Designs what `request` asks for: report, filter, title, and impulse and step response as time results when the filter
-// has no more than 501 taps. An estimated length is put into the request. Unless designed, filter, title and results
-// stay as they were.
+// has no more than 501 taps. A length that was asked as 0 is put into the request. Unless designed, filter, title and
+// results stay as they were.
 [[nodiscard]] FirDesignVerdict remez_design(FirDesk& desk);
 
 // Taps that a low pass needs: pass band ripple and stopband loss in dB, transition width over the sampling frequency.

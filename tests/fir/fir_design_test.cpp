@@ -127,31 +127,44 @@ TEST_F(FirDesign, TheReportTellsWhatTheTapsDo) {
     }
 }
 
-TEST_F(FirDesign, TheEstimatedLengthIsAFewTapsShort) {
+// The two lengths below miss, so that every shorter one does: it could be padded.
+TEST_F(FirDesign, LengthZeroIsTheLeastThatHoldsTheRipples) {
     const struct {
-        double pass, stop, ripple, loss;
-    } rows[] = {{8, 10, 0.1, 60}, {4, 5.5, 0.5, 40}, {10, 11, 0.2, 50}, {2, 4, 0.05, 70}};
+        double pass, stop, ripple, loss, high = 0;
+    } rows[] = {{8, 10, 0.1, 60}, {4, 5.5, 0.5, 40},  {10, 11, 0.2, 50},      {2, 4, 0.05, 70}, {15, 19, 1.5, 20},
+                {1, 4, 2, 90},    {9, 9.9, 0.01, 25}, {6, 10, 0.2, 0.3, 0.7}, {20, 21, 1, 15}};
     for (const auto& row : rows) {
-        ask(0, FirSpecification::ripple_in_db, {{0, row.pass, 1, row.ripple}, {row.stop, 24, 0, row.loss}});
-        ASSERT_EQ(remez_design(desk), FirDesignVerdict::designed);
-        const int estimated = request.filter_length;
+        SCOPED_TRACE(row.loss);
+        const auto holds = [&](int length) {
+            ask(length, FirSpecification::ripple_in_db,
+                {{0, row.pass, 1, row.ripple}, {row.stop, 24, row.high, row.loss}});
+            EXPECT_EQ(remez_design(desk), FirDesignVerdict::designed);
+            const auto allowed = [](double db) {
+                return (std::pow(10.0, db / 20.0) - 1) / (std::pow(10.0, db / 20.0) + 1);
+            };
+            const double pass = deviation(0, row.pass, [](double) { return 1.0; });
+            const double stop = deviation(row.stop, 24, [&](double) { return row.high; });
+            return pass <= allowed(row.ripple) &&
+                   stop <= (row.high != 0 ? allowed(row.loss) : std::pow(10.0, -row.loss / 20.0));
+        };
+        EXPECT_TRUE(holds(0));
+        const int least = request.filter_length;
         EXPECT_TRUE(reports(" Estimated degree = "));
         EXPECT_TRUE(reports("Filter length determined by approximation"));
         EXPECT_TRUE(reports("Lowpass filter"));
-        int needed = estimated - 3;
-        do {
-            ask(++needed, FirSpecification::ripple_in_db, {{0, row.pass, 1, row.ripple}, {row.stop, 24, 0, row.loss}});
-            ASSERT_EQ(remez_design(desk), FirDesignVerdict::designed);
-        } while (-20.0 * std::log10(filter.deviation) < row.loss);
-        EXPECT_LE(std::abs(needed - estimated), 5) << row.ripple;
+        EXPECT_EQ(full_response(filter, 1).size(), static_cast<std::size_t>(least));
+        EXPECT_FALSE(holds(least - 2));
+        EXPECT_FALSE(holds(least - 1));
     }
     EXPECT_TRUE(reports("Bandpass filter")) << "a filter of given length";
+    EXPECT_FALSE(reports("not met"));
 }
 
-TEST_F(FirDesign, AnEstimateBeyondTheLimitIsReset) {
+TEST_F(FirDesign, RipplesBeyondTheLongestFilterAreToldAsMissed) {
     ask(0, FirSpecification::ripple_in_db, {{0, 10, 1, 0.01}, {10.1, 24, 0, 80}});
     ASSERT_EQ(remez_design(desk), FirDesignVerdict::designed);
     EXPECT_TRUE(reports(" is too high. reset to:  512"));
+    EXPECT_TRUE(reports(" The ripples are not met with 512 taps"));
     EXPECT_EQ(request.filter_length, 512);
     EXPECT_EQ(results.time_count, 0) << "more than 501 taps leave no time results";
     ask(0, FirSpecification::ripple_in_db, {{0, 10, 1, 0.01}, {10, 24, 0, 80}});

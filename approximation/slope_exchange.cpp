@@ -107,6 +107,7 @@ namespace {
 bool exchange_odd(const SlopeTask& task, WideRootSet& E) {
     const int n = task.Q.count;
     constexpr int halvings = 20;
+    int spare_values = 4;
     Real bound[2];
     for (const bool high_first : {false, true}) {
         Exchange exchange(task, {.places = n + 1, .high_first = high_first});
@@ -128,6 +129,8 @@ bool exchange_odd(const SlopeTask& task, WideRootSet& E) {
             value = (least + most) / 2;
         } else if (found && accept(exchange, roots, E)) {
             return true;
+        } else if (--spare_values < 0) {
+            return false;
         } else {
             value = (value + most) / 2;  // E/T has one extreme more, which another value may keep in the strip
         }

@@ -87,6 +87,15 @@ TEST(SlopedPassband, LossKeepsToTheStrip) {
     EXPECT_LE(wider, 6);
 }
 
+// The peak of transmission next to the upper edge is narrower than the distances of the poles' frequencies.
+TEST(SlopedPassband, LevelAmongFiftyPoles) {
+    const auto d = test::designed(request(
+        "microwave sampleFrequency 8666 lowerPassEdge 2588 flatLoss 0.8 bandEdgeLoss 0.065", sloping(-9.8, 25, 25)));
+    double least = 1e9;
+    for (int i = 0; i < 4000; ++i) least = std::fmin(least, loss_at(*d, 2990 + 0.0025 * i));
+    EXPECT_NEAR(least, 0.8, 1e-4);
+}
+
 TEST(SlopedPassband, WholeSlopesAndFlatLossAreExact) {
     for (const double slope : {6.0206, -6.0206, 12.0412, 6.02, 18.0618, 24.0824}) {  // the last with too few zeros
         SCOPED_TRACE(slope);

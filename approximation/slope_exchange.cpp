@@ -88,7 +88,6 @@ Real curve(const SlopeTask& task, Real x);
 Real product_of(const WideRootSet& set, Real x);
 bool separate_reals(WideRootSet& roots);
 bool has_real_root(const WideRootSet& roots, Real from, Real to);
-bool accept(const Exchange& exchange, const WideRootSet& roots, WideRootSet& E);
 
 }  // namespace
 
@@ -96,8 +95,7 @@ bool exchange_slope(const SlopeTask& task, WideRootSet& E) {
     const int n = task.Q.count;
     if (n % 2 == 1) return exchange_odd(task, E);
     Exchange exchange(task, {.places = n + 1});
-    WideRootSet roots;
-    return exchange.settle() && exchange.find_roots(roots) && accept(exchange, roots, E);
+    return exchange.settle() && exchange.find_roots(E) && exchange.is_realised(E);
 }
 
 namespace {
@@ -119,15 +117,13 @@ bool exchange_odd(const SlopeTask& task, WideRootSet& E) {
     for (int halving = 0; halving <= halvings; ++halving) {
         if (!(value > least && value < most)) value = (least + most) / 2;
         Exchange exchange(task, {.places = n, .has_value = true, .value = value});
-        WideRootSet roots;
-        const bool found = exchange.settle() && exchange.find_roots(roots);
-        const bool too_high = found && has_real_root(roots, 0, task.a),
-                   too_low = found && has_real_root(roots, 1, endless);
+        const bool found = exchange.settle() && exchange.find_roots(E);
+        const bool too_high = found && has_real_root(E, 0, task.a), too_low = found && has_real_root(E, 1, endless);
         if (too_high && too_low) return false;
         if (too_high || too_low) {
             (too_high ? most : least) = value;
             value = (least + most) / 2;
-        } else if (found && accept(exchange, roots, E)) {
+        } else if (found && exchange.is_realised(E)) {
             return true;
         } else if (--spare_values < 0) {
             return false;
@@ -388,12 +384,6 @@ bool has_real_root(const WideRootSet& roots, Real from, Real to) {
         if (roots.im(i) == 0 && roots.re(i) >= from && roots.re(i) <= to) return true;
     }
     return false;
-}
-
-bool accept(const Exchange& exchange, const WideRootSet& roots, WideRootSet& E) {
-    if (!exchange.is_realised(roots)) return false;
-    E = roots;
-    return true;
 }
 
 }  // namespace

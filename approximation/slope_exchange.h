@@ -42,7 +42,7 @@ struct SlopeTask {
 };
 
 // E by its roots. False where none is found that lies in the strip all over the pass band and has no root on the
-// frequency axis: the zeros of Q cannot give so small a ripple.
+// frequency axis: the zeros of Q cannot give so small a ripple, and E is of no use then.
 [[nodiscard]] bool exchange_slope(const SlopeTask& task, WideRootSet& E);
 
 }  // namespace kavrel

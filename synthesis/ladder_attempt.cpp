@@ -1,5 +1,6 @@
 #include "synthesis/ladder_attempt.h"
 
+#include <algorithm>
 #include <cmath>
 #include <span>
 
@@ -189,7 +190,9 @@ SynthesisFault search(const LadderTask& task, const LadderAttempt& attempt, cons
     state.search = search_order(problem, selection, attempt.bounds, task.watcher, state.script, state.ladder);
     if (state.search == SearchVerdict::stopped) return SynthesisFault::stopped;
     if (state.search != SearchVerdict::found) return SynthesisFault::script_refused;
-    state.last_stage = state.script.count - problem.unit_elements;
+    const auto ends_stage = [](const Word& word) { return word == "ue" || word == "fini"; };
+    const auto& words = state.script.JCONF;
+    state.last_stage = static_cast<int>(std::find_if(words.begin(), words.end(), ends_stage) - words.begin()) + 1;
     if (state.ladder.nz + state.ladder.ni == 0 || record_hidden_branch(problem, state.ladder)) {
         return SynthesisFault::none;
     }

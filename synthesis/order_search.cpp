@@ -30,7 +30,8 @@ struct Visited {
 
 constexpr long double probe = -0.77L;
 constexpr long double same_value = 1e-9L;
-constexpr long double least_share = 1e-9L;  // of a pole that a partial removal leaves
+constexpr long double made_pole_rank = 1.99L;  // behind all partial removals, in front of the complete ones
+constexpr long double least_share = 1e-9L;     // of a pole that a partial removal leaves
 
 class Search {
 public:
@@ -56,6 +57,7 @@ private:
                     std::vector<Move>& moves) const;
     void add_double_shifts(const LadderState& state, const WorkingFunction& f, int form, int room,
                            std::vector<Move>& moves) const;
+    void add_made_poles(const LadderState& state, const WorkingFunction& f, int form, std::vector<Move>& moves) const;
     void add_extremes(const LadderState& state, const WorkingFunction& f, int form, std::vector<Move>& moves) const;
     [[nodiscard]] bool last_words(LadderState state);
 
@@ -163,6 +165,7 @@ std::vector<Move> Search::moves_from(const LadderState& state, int room) const {
         add_shifts(state, f, form, room, moves);
         add_double_shifts(state, f, form, room, moves);
         add_extremes(state, f, form, moves);
+        if (room > 0) add_made_poles(state, f, form, moves);
     }
     std::stable_sort(moves.begin(), moves.end(), [](const Move& p, const Move& q) { return p.rank < q.rank; });
     return moves;
@@ -230,6 +233,26 @@ void Search::add_double_shifts(const LadderState& state, const WorkingFunction& 
                  *rank});
         }
     }
+}
+
+// Where the signs are wrong on both forms, a line taken first turns them.
+void Search::add_made_poles(const LadderState& state, const WorkingFunction& f, int form,
+                            std::vector<Move>& moves) const {
+    bool zeros_left = false;
+    for (int n = 1; n <= problem_.zero_count; ++n) {
+        if (state.IC(n) != 1 || problem_.is_complex(n)) continue;
+        zeros_left = true;
+        for (const ExtremeSide side : {ExtremeSide::infinity, ExtremeSide::zero}) {
+            if ((side == ExtremeSide::zero ? state.nz : state.ni) > 0) continue;
+            WorkingFunction g = f;
+            WideReal value;
+            if (extreme(g, RemovalMode::made, side, problem_.zero_x(n), value, true) != RemovalFault::none) continue;
+            moves.push_back({fmt::format("{} s p {} {} {} s c {}", word_of_form(form),
+                                         side == ExtremeSide::zero ? "z" : "i", n, other_word(form), n),
+                             made_pole_rank});
+        }
+    }
+    if (zeros_left && state.ue > 0 && state.nz + state.ni == 0 && form == state.form) moves.push_back({"ue", 2});
 }
 
 void Search::add_extremes(const LadderState& state, const WorkingFunction& f, int form,

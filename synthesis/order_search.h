@@ -11,6 +11,11 @@
 // be taken from infinity has the sign of X, that from zero the opposite one. So where both poles are in one form, one
 // of them makes the zero with a positive element, the other with a negative one, and a ladder can always be gone on
 // with.
+//
+// Where no zero of transmission is left at an extreme point, and no pole, a negative element puts a pole there. It
+// serves any number of zeros, and is then removed completely: with the elements taken from it, it makes an ideal
+// transformer at that point, no zero of transmission. Source: O. Brune, "Synthesis of a finite two-terminal network"
+// (1931).
 #pragma once
 
 #include "synthesis/script.h"

@@ -28,7 +28,9 @@ RemovalFault extreme(WorkingFunction& f, RemovalMode mode, ExtremeSide side, Wid
     else
         hold_as_quotient(g);
     const WideReal pole = at_zero ? f.x0 : 1;
-    if (g.vanished() || cancel_root(g.ANUMR, pole)) return RemovalFault::extreme_impossible;
+    const bool made = mode == RemovalMode::made;
+    if (g.vanished() || cancel_root(g.ANUMR, pole) != made) return RemovalFault::extreme_impossible;
+    if (made) g.ANUMR.append(pole);
 
     WideReal residue = 0;
     if (mode == RemovalMode::given) {
@@ -38,7 +40,7 @@ RemovalFault extreme(WorkingFunction& f, RemovalMode mode, ExtremeSide side, Wid
         residue = value_of(g, mode == RemovalMode::complete ? pole : point);
         value = at_zero ? 1 / residue : residue;
     }
-    if (!residue.is_finite() || residue == 0) return RemovalFault::extreme_impossible;
+    if (!residue.is_finite() || residue == 0 || (made && residue > 0)) return RemovalFault::extreme_impossible;
     if (evalOnly) return RemovalFault::none;
 
     ReactanceRoots removed = g.DENOMR;
@@ -47,7 +49,7 @@ RemovalFault extreme(WorkingFunction& f, RemovalMode mode, ExtremeSide side, Wid
     if (mode == RemovalMode::complete && g.ANUMR.multiplier != 0) {
         if (!take_zero(g, pole)) return RemovalFault::extreme_impossible;
         g.ANUMR.append(pole);
-    } else if (mode == RemovalMode::shifting) {
+    } else if (mode == RemovalMode::shifting || made) {
         if (!take_zero(g, point)) return RemovalFault::extreme_zero_missing;
         g.ANUMR.append(point);
     }

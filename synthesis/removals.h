@@ -32,11 +32,17 @@ enum class RemovalFault {
     quadruplet,            // zeros of a complex quadruplet did not come out
 };
 
-enum class RemovalMode { complete = 1, shifting = 2, given = 3 };
+enum class RemovalMode {
+    complete = 1,
+    shifting = 2,
+    given = 3,
+    made = 4,  // shifting from an extreme pole that is not there: a negative element puts it there
+};
 enum class ExtremeSide { zero = 0, infinity = 1 };
 
-// Removal at an extreme point: complete; as far as `point` becomes a zero of I; or with the given value. `value` is
-// the element of the branch: v above at both sides. evalOnly leaves the function as it is.
+// Removal at an extreme point: complete; as far as `point` becomes a zero of I, from a pole that is there or is made;
+// or with the given value. `value` is the element of the branch: v above at both sides. evalOnly leaves the function as
+// it is.
 [[nodiscard]] RemovalFault extreme(WorkingFunction& f, RemovalMode mode, ExtremeSide side, WideReal point,
                                    WideReal& value, bool evalOnly = false);
 

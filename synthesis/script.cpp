@@ -240,11 +240,12 @@ ScriptFault Interpreter::partial_extreme(ExtremeSide side, int zero) {
         if (zero == 0) return ScriptFault::no_acceptable_zero;
     }
     if (const ScriptFault fault = check_zero(zero); fault != ScriptFault::none) return fault;
-    if (!has_zero_at(side)) return ScriptFault::extreme_impossible;
     if (!has_room(1, 1)) return ScriptFault::records_full;
     WideReal value;
-    const RemovalFault fault = extreme(now_.F, RemovalMode::shifting, side, problem_.zero_x(zero), value);
+    const RemovalMode mode = has_zero_at(side) ? RemovalMode::shifting : RemovalMode::made;
+    const RemovalFault fault = extreme(now_.F, mode, side, problem_.zero_x(zero), value);
     if (fault != RemovalFault::none) return fault_of(fault);
+    if (mode == RemovalMode::made) ++(side == ExtremeSide::infinity ? now_.ni : now_.nz);
     if (side == ExtremeSide::infinity)
         record(value, 0, 0, 0);
     else

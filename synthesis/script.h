@@ -6,7 +6,8 @@
 //   imp, adm            the next sentence works on an impedance (series branches) or an admittance (shunt branches)
 //   s c z, s c i        complete removal of the pole at z = 0, at infinity
 //   s c n               complete removal of the finite pole of zero n, which has been prepared
-//   s p z n, s p i n    partial removal at z = 0, at infinity, that prepares zero n
+//   s p z n, s p i n    partial removal at z = 0, at infinity, that prepares zero n; where no zero of transmission is
+//                       left there, and no pole, a negative element makes one, which is to be removed completely later
 //   s p m n             partial removal at the prepared pole m that prepares zero n; a removal without n is one by
 //                       value, for which there is no word
 //   d p z i m n         partial removal at both extreme points that prepares the zeros m and n

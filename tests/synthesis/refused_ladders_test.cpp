@@ -26,7 +26,12 @@ void expect_nodal_loss(const LadderRun& run) {
         const Wide w = i <= 30 ? std::sqrt(xp.a) + (1 - std::sqrt(xp.a)) * i / 30.7L : 1 + 0.02L * (i - 30);
         const Wide x = (xp.a - w * w) / (1 - w * w);
         const Wide loss = 10 / std::log(10.0L) * (log_size(xp.ES, x) - log_size(xp.QS, x));
-        kavrel::testing::NodalReference nodes(run.circuit, {}, 2 * std::numbers::pi_v<Wide> * xp.normFrequency * w);
+        const Wide true_w = run.design.spec.filterType == high_pass ? 1 / w : w;
+        const Wide tangent = edge_tangent(xp, run.design.spec) * true_w;
+        const Wide omega = run.design.spec.medium == microwave
+                               ? 2 * run.design.spec.sampleFrequency * std::atan(tangent)
+                               : 2 * std::numbers::pi_v<Wide> * xp.normFrequency * true_w;
+        kavrel::testing::NodalReference nodes(run.circuit, {}, omega);
         const Wide found = 20 * std::log10(std::abs(nodes.solve().H));
         if (i == 1 && run.design.spec.loadResistance == 0) offset = found - loss;
         if (loss > 80) continue;
@@ -109,6 +114,24 @@ TEST(RefusedLadders, MaximallyFlatWithEqualMinima) {
             negative += run->state.negative_elements;
         }
         EXPECT_LE(negative, kind.most_negative) << kind.name;
+    }
+}
+
+// Lines and finite zeros without one at zero or infinity: the pole to shift from is made by a negative element.
+TEST(RefusedLadders, LinesAndFiniteZeros) {
+    Draw draw(34);
+    for (int turn = 0; turn < 24; ++turn) {
+        const bool high = turn % 2 == 1;
+        std::string text = fmt::format("{} {} quarter {} R 50 {} ends 0 0 lines {} zeros", high ? "high" : "low",
+                                       turn % 3 == 0 ? "flat" : "ripple", draw.spread(16000, 30000),
+                                       turn % 4 == 0 ? 0 : 50, draw.whole(1, 5));
+        for (int zeros = draw.whole(1, 3); zeros > 0; --zeros) {
+            text += fmt::format(" {:.1f}", high ? 2000 / draw.spread(1.05, 2) : 3000 * draw.spread(1.05, 2));
+        }
+        SCOPED_TRACE(text);
+        const Ladder run = run_of(text);
+        expect_nodal_loss(*run);
+        EXPECT_LE(run->state.negative_elements, 2);
     }
 }
 

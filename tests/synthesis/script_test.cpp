@@ -49,7 +49,7 @@ TEST(Script, EveryRefusalIsReached) {
         {"adm s p i 1 imp s p 2 3", ScriptFault::incorrect_zero},
         {"adm s p i 1 imp s p 1", ScriptFault::value_missing},
         {"adm s p i 1 imp s p 1 adm s c 2", ScriptFault::value_missing},
-        {"adm s p z 1", ScriptFault::extreme_impossible},
+        {"imp s p z 1", ScriptFault::extreme_impossible},
         {"imp ue", ScriptFault::no_unit_elements},
         {"imp s c i", ScriptFault::extreme_impossible},
         {"imp s c z", ScriptFault::extreme_impossible},

@@ -151,8 +151,9 @@ void take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps) {
     taps.leveled = result.DEV;
     taps.deviation = largest_deviation(shop.task, filter, 1).weighted;
     taps.outside_gain = largest_outside_gain(shop.task, filter, 1).gain;
-    taps.optimal = result.status == ExchangeStatus::converged || result.measured <= missed * result.DEV ||
-                   result.measured <= rounding_of(shop.task, shop.grid);
+    // one that settled may be kept from what is asked by a zero of the type
+    taps.optimal =
+        result.status == ExchangeStatus::converged || taps.deviation <= missed * result.DEV || is_rounding(shop, taps);
 }
 
 // `from` with zeros around it, as long as `to`.

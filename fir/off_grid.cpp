@@ -18,8 +18,8 @@ using Wide = long double;
 using Points = std::vector<FirPoint>;
 
 constexpr double least_frequency = 1e-9;  // of a differentiator
-constexpr int points_per_function = 16;
-constexpr int points_per_band = 16;
+constexpr int points_per_function = 12;
+constexpr int points_per_band = 32;
 constexpr double settled = 1 + 1e-4;   // largest error over its level
 constexpr double kept = 1.01;          // the same, up to which the result of the grid is kept
 constexpr double nearly = 1.5;         // the same, from which on the level of free regions is worth raising

@@ -1,9 +1,9 @@
 // Best approximation off the grid: the exchange with frequencies in place of grid points.
 //
 // Between the points of a grid the error rises above the deviation that was leveled on it, most of all in bands of few
-// points. Here the extremal points are frequencies: each pass looks at 16 points for each cosine and at least 16 for
-// each band, and places every extremum by a parabola through its neighbours. From the points that the exchange on the
-// grid ends with two to four passes do.
+// points. Here the extremal points are frequencies: each pass looks at 12 points for each cosine, more near the edges
+// of bands and at least 32 in each, and places every extremum by a parabola through its neighbours. From the points
+// that the exchange on the grid ends with two to four passes do.
 //
 // Where bands leave much of the axis free, an approximation is bought with gain there. With a bound on the gain the
 // free regions take part: an extremal point there has the error of the bound, a constraint of one side, since it is

@@ -117,6 +117,18 @@ TEST(RefusedLadders, MaximallyFlatWithEqualMinima) {
     }
 }
 
+// Bands of three decades, whose lower zeros are nearer to each other than the reach of a root that is looked for.
+TEST(RefusedLadders, WideBands) {
+    for (const char* text : {"band flat 16 minima 0 R 50 50 loss 0.264", "band ripple 16 minima 0 R 50 50 loss 0.0115",
+                             "band flat 36 minima 0 R 50 120 loss 0.353"}) {
+        SCOPED_TRACE(text);
+        FilterSpec s = asked(text);
+        s.lowerPassEdge = 1000, s.upperPassEdge = 1.4e6;
+        s.lowerStopEdge = 870, s.upperStopEdge = 1.61e6;
+        expect_nodal_loss(*run_of(s));
+    }
+}
+
 // Lines and finite zeros without one at zero or infinity: the pole to shift from is made by a negative element.
 TEST(RefusedLadders, LinesAndFiniteZeros) {
     Draw draw(34);

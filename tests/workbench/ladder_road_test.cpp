@@ -153,6 +153,25 @@ TEST_F(LadderRoad, WhatCannotBeBuiltLeavesTheFormerCircuitAndMenu) {
     keeps("not realizable");
 }
 
+// One with negative elements, and a search for fewer of them.
+TEST_F(LadderRoad, TheUserCanStopTheSearch) {
+    request.filter_type = TypeChoice::band_pass;
+    request.bandpass_form = BandpassChoice::conventional;
+    request.passband_type = PassbandChoice::max_flat;
+    request.lower_stopband = 949.517, request.lower_passband = 1000.0;
+    request.upper_passband = 2295.657, request.upper_stopband = 2411.563;
+    request.band_edge_loss = 1.7591437, request.lower_stop_loss = 24.9665, request.upper_stop_loss = 28.6841;
+    request.r2 = 0.0;
+    window.stop_at = 40;
+    design();
+    EXPECT_TRUE(told(search_stopped_text));
+    EXPECT_NEAR(loss(1000.0) - loss(1500.0), 1.7591437, 1e-6);
+    window.stop_at = -1;
+    design();
+    EXPECT_FALSE(told(search_stopped_text));
+    EXPECT_TRUE(told(negative_elements_text));
+}
+
 TEST_F(LadderRoad, APolynomialThatIsNotThereCannotBeChosen) {
     SynthesisForm form;
     form.has_es = form.has_os = true;

@@ -15,6 +15,9 @@ namespace {
 // Deviation over the leveled one up to which taps pass for the best.
 constexpr double missed = 1.1;
 
+// Roundings up to which a filter with zeros around it passes for the best.
+constexpr double negligible = 10;
+
 // By which a deviation falls with the length, for a transition of width 1.
 constexpr double db_per_tap = 14.4;
 
@@ -31,10 +34,12 @@ struct Workshop {
 FirTapsVerdict level(Workshop& shop, FirTaps& taps);
 FirTapsVerdict shorten(Workshop& shop, FirTaps& taps);
 void take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps);
+FirTask as_far_as_the_grid(const Workshop& shop);
 FirTaps padded(const FirTaps& from, const FirTaps& to);
 double narrowest_transition(const FirTask& task, const FirPlan& plan);
 double largest_asked(const FirTask& task, const FirGrid& grid);
-bool is_rounding(const Workshop& shop, const FirTaps& taps);
+bool has_excess(const Workshop& shop, const FirTaps& taps);
+bool is_rounding(const Workshop& shop, const FirTaps& taps, double times = 1);
 double rounding_of(const FirTask& task, const FirGrid& grid);
 
 }  // namespace
@@ -42,8 +47,8 @@ double rounding_of(const FirTask& task, const FirGrid& grid);
 FirTapsVerdict best_taps(const FirTask& task, ExchangeWatcher& watcher, FirTaps& taps) {
     const auto shop = std::make_unique<Workshop>(Workshop{.task = task, .grid = {}, .watcher = watcher});
     const FirTapsVerdict verdict = level(*shop, taps);
-    const bool bounded_to_nothing = taps.bounded && !(taps.deviation > rounding_of(task, shop->grid));
-    const bool excessive = taps.outside_gain > most_outside_gain * 1.01 * largest_asked(task, shop->grid);
+    const bool bounded_to_nothing = taps.bounded && !(taps.approximated > rounding_of(task, shop->grid));
+    const bool excessive = has_excess(*shop, taps);
     if (verdict != FirTapsVerdict::made || !(bounded_to_nothing || excessive || !taps.optimal)) return verdict;
     return shorten(*shop, taps);
 }
@@ -73,7 +78,7 @@ FirTapsVerdict level(Workshop& shop, FirTaps& taps) {
         // next to a jump of the desired response the points of the grid may lie better
         FirTaps first = made;
         take(shop, on_grid, first);
-        if (first.deviation < made.deviation) made = first;
+        if (first.approximated < made.approximated) made = first;
     }
     const double bound = most_outside_gain * largest_asked(task, grid);
     if (bound > 0 && (made.outside_gain > bound || !made.optimal)) {
@@ -94,7 +99,6 @@ FirTapsVerdict level(Workshop& shop, FirTaps& taps) {
 FirTapsVerdict shorten(Workshop& shop, FirTaps& taps) {
     const int whole = shop.task.NFILT;
     const double rounding = rounding_of(shop.task, shop.grid);
-    const double most_gain = most_outside_gain * 1.01 * largest_asked(shop.task, shop.grid);
     // low deviates by more than rounding, high is too long or as good
     int low = whole % 2 == 0 ? 2 : 3, high = whole;
     double low_db = 0, slope = db_per_tap * narrowest_transition(shop.task, taps.plan);
@@ -111,13 +115,13 @@ FirTapsVerdict shorten(Workshop& shop, FirTaps& taps) {
         const FirTapsVerdict verdict = level(shop, tried);
         if (verdict == FirTapsVerdict::stopped) return verdict;
         iterations += tried.iterations;
-        const bool usable = verdict == FirTapsVerdict::made && tried.optimal && tried.outside_gain <= most_gain;
+        const bool usable = verdict == FirTapsVerdict::made && tried.optimal && !has_excess(shop, tried);
         const bool rounds = usable && is_rounding(shop, tried);
-        if (usable && (!found || rounds || tried.deviation < best.deviation)) best = tried, found = true;
+        if (usable && (!found || rounds || tried.approximated < best.approximated)) best = tried, found = true;
         if (!usable || rounds) {
             high = shop.task.NFILT;
         } else {
-            const double db = -20 * std::log10(tried.deviation);
+            const double db = -20 * std::log10(tried.approximated);
             slope = (db - low_db) / (shop.task.NFILT - low);
             low = shop.task.NFILT;
             low_db = db;
@@ -127,7 +131,7 @@ FirTapsVerdict shorten(Workshop& shop, FirTaps& taps) {
     taps.iterations = iterations;
     if (found) {
         taps = padded(best, taps);
-        taps.optimal = is_rounding(shop, taps);
+        taps.optimal = is_rounding(shop, taps, negligible);
     }
     return FirTapsVerdict::made;
 }
@@ -151,9 +155,18 @@ void take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps) {
     taps.leveled = result.DEV;
     taps.deviation = largest_deviation(shop.task, filter, 1).weighted;
     taps.outside_gain = largest_outside_gain(shop.task, filter, 1).gain;
-    // one that settled may be kept from what is asked by a zero of the type
-    taps.optimal =
-        result.status == ExchangeStatus::converged || taps.deviation <= missed * result.DEV || is_rounding(shop, taps);
+    taps.approximated = largest_deviation(as_far_as_the_grid(shop), filter, 1).weighted;
+    taps.optimal = result.status == ExchangeStatus::converged || taps.approximated <= missed * result.DEV ||
+                   is_rounding(shop, taps);
+}
+
+FirTask as_far_as_the_grid(const Workshop& shop) {
+    FirTask task = shop.task;
+    BandTable& bands = task.BANDS;
+    double& last = bands.EDGE(2 * bands.NBANDS);
+    if (task.JTYPE != FirType::differentiator) bands.EDGE(1) = std::max(bands.EDGE(1), shop.grid.GRID(1));
+    last = std::min(last, shop.grid.GRID(shop.grid.NGRID));
+    return task;
 }
 
 // `from` with zeros around it, as long as `to`.
@@ -166,6 +179,7 @@ FirTaps padded(const FirTaps& from, const FirTaps& to) {
     taps.taps_used = from.taps_used;
     taps.leveled = from.leveled;
     taps.deviation = from.deviation;
+    taps.approximated = from.approximated;
     taps.outside_gain = from.outside_gain;
     taps.bounded = true;
     return taps;
@@ -192,10 +206,16 @@ double largest_asked(const FirTask& task, const FirGrid& grid) {
     return largest;
 }
 
-// Whether the taps deviate as little as doubles can, with that gain outside the bands.
-bool is_rounding(const Workshop& shop, const FirTaps& taps) {
+// Whether the gain is above its bound. Where it is held the edges of bands may have more: what the deviation in them
+// is.
+bool has_excess(const Workshop& shop, const FirTaps& taps) {
+    return !taps.bounded && taps.outside_gain > most_outside_gain * largest_asked(shop.task, shop.grid);
+}
+
+// Whether the taps deviate as little as doubles can, with that gain outside the bands, or not much more.
+bool is_rounding(const Workshop& shop, const FirTaps& taps, double times) {
     const double size = std::max(1.0, taps.outside_gain / largest_asked(shop.task, shop.grid));
-    return taps.deviation <= rounding_of(shop.task, shop.grid) * size;
+    return taps.approximated <= times * rounding_of(shop.task, shop.grid) * size;
 }
 
 // A weighted deviation as small as doubles make it.

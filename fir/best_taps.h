@@ -22,6 +22,7 @@ struct FirTaps {
     int iterations = 0;       // passes of all exchanges
     double leveled = 0;       // no taps of that length deviate less (within the bound of the gain)
     double deviation = 0;     // largest weighted one
+    double approximated = 0;  // the same as far as the grid goes, which leaves out zeros of the type
     double outside_gain = 0;  // largest gain outside the bands; -1 when they leave nothing
     bool optimal = false;     // nothing better is known to exist: as good as the exchange says or as doubles can
     bool bounded = false;     // the gain is held at its bound, or below by fewer taps

@@ -290,8 +290,8 @@ Fault Run::find_f(bool scale) {
 Fault Run::split_f() {
     int mirrored = 0;
     if (is_band_pass() && spec_.bandpassType == parametric && xp_.fFactors.degree % 2 == 0) {
-        mirrored = mirrorRealZero(xp_);
-        if (mirrored == 0) return Fault::f_zeros_wrong;
+        mirrored = mirrorRealZero(xp_);  // that of predistorted poles is gone
+        if (mirrored == 0 && notes_.predistortion.used_q == 0) return Fault::f_zeros_wrong;
     }
     const bool keep_hurwitz =
         is_band_pass() && spec_.bandpassType == conventional && spec_.passbandType != functional_passband;

@@ -22,6 +22,8 @@ bool shifts_pass_band(const FilterSpec& spec, const XPlane& xp) {
 }
 
 Real product_of_q(const XPlane& xp);
+Real flat_point_of(Real product, Real d, int m, int loose);
+Real flat_root(const XPlane& xp, Real product, int m, int loose);
 void set_root_factors(const FilterSpec& spec, XPlane& xp, const WideRootSet& roots, Real d);
 bool collect_angles(const FilterSpec& spec, const XPlane& xp, Real unit_element, AngleSum& angles);
 bool shifted_unit_element(const FilterSpec& spec, const XPlane& xp, Real& unit_element);
@@ -63,15 +65,16 @@ void fillQ(const FilterSpec& spec, XPlane& xp) {
 FrontVerdict maxFlatF(FilterSpec& spec, XPlane& xp) {
     xp.termRatioLimit = 1;
     const int n = spec.degree;
-    const int loose = parametric_weight(spec);  // roots at xReal
+    const int loose = parametric_weight(spec);  // roots at d
     const int m = n - loose;
 
-    // (x + g)^m (x - xReal)^loose over Q has the magnitude 1 at x = 0.
+    // (x + g)^m (x - d)^loose over Q has the magnitude 1 at x = 0.
     Real g = 0, d = xp.xReal;
     if (spec.filterType == band_pass) {
         const Real product = product_of_q(xp);
         if (m > 0) {
-            g = std::pow(product / std::pow(xp.xReal, static_cast<Real>(loose)), 1 / static_cast<Real>(m));
+            if (loose > 0) d = flat_root(xp, product, m, loose);
+            g = flat_point_of(product, d, m, loose);
         } else {
             d = std::pow(product, 1 / static_cast<Real>(loose));
         }
@@ -142,6 +145,36 @@ Real product_of_q(const XPlane& xp) {
     Real product = 1;
     for (int i = 1; i <= xp.QS.count; ++i) product *= cabs(xp.QS.root(i));
     return product;
+}
+
+// g, from the magnitude at x = 0.
+Real flat_point_of(Real product, Real d, int m, int loose) {
+    return std::pow(product / std::pow(d, static_cast<Real>(loose)), 1 / static_cast<Real>(m));
+}
+
+// d = xReal if no loss beside an edge is above that of the edge: with r the roots of Q, the loss falls from x = 0 on if
+// d (m/g + sum 1/r) >= loose, and rises towards infinity if m g + sum r >= d loose. Otherwise, in some wide bands, d
+// takes the bound; both sides go one way with d.
+Real flat_root(const XPlane& xp, Real product, int m, int loose) {
+    Real reciprocal = 0, direct = 0;
+    for (int i = 1; i <= xp.QS.count; ++i) {
+        const Real re = xp.QS.re(i), im = xp.QS.im(i);
+        reciprocal += re / (re * re + im * im);
+        direct += re;
+    }
+    const auto at_zero = [&](Real d) { return d * (m / flat_point_of(product, d, m, loose) + reciprocal) >= loose; };
+    const auto at_infinity = [&](Real d) { return m * flat_point_of(product, d, m, loose) + direct >= d * loose; };
+    if (at_zero(xp.xReal) && at_infinity(xp.xReal)) return xp.xReal;
+
+    const bool low = !at_zero(xp.xReal);
+    Real outside = xp.xReal, inside = low ? 1 : xp.a;
+    if (!(low ? at_zero(inside) : at_infinity(inside))) return xp.xReal;
+    constexpr int halvings = 80;
+    for (int i = 1; i <= halvings; ++i) {
+        const Real middle = std::sqrt(inside * outside);
+        ((low ? at_zero(middle) : at_infinity(middle)) ? inside : outside) = middle;
+    }
+    return inside;
 }
 
 // F from the roots that it has twice, and from d: the root of odd degree, a double one of even parametric degree.

@@ -34,7 +34,8 @@ FrontVerdict buildQ(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 void fillQ(const FilterSpec& spec, XPlane& xp);
 
 // FS, fEven, fOdd and termRatioLimit of a maximally flat function: low-pass and high-pass eps2 x^n, band-pass
-// eps2 (x + g)^m with the other roots at xReal. Needs QS.
+// eps2 (x + g)^m with the other roots of a parametric one at xReal, or as near to it as keeps the losses between the
+// edges below those of the edges. Needs QS.
 // Fault: parametric_root_out_of_range where no root is left for the flat point and the edges ask for one outside (a,
 // 1).
 FrontVerdict maxFlatF(FilterSpec& spec, XPlane& xp);

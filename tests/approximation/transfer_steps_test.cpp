@@ -170,6 +170,11 @@ TEST(TransferPredistortion, PolesMoveByTheLossAtTheEdge) {
             }
         }
     }
+    // An even parametric one has no real root in its f any more.
+    FilterSpec even = test::all_pole(band_pass, equal_ripple, 8);
+    even.bandpassType = parametric;
+    ++even.zerosAtZero, --even.zerosAtInfinity;
+    EXPECT_GE(1.0L, largestTransmission(test::designed(request("predistortionQ 200", even))->xp));
 }
 
 TEST(TransferPredistortion, QOutOfReachAsks) {

@@ -77,20 +77,17 @@ TEST(ParametricRipple, MaximaAreEqual) {
     }
 }
 
-// The same in wide bands with lopsided counts, maximally flat: no loss between the edges is above theirs.
 TEST(ParametricRipple, FlatOnesStayBelowTheirEdges) {
     RandomNumbers random(6);
     for (int k = 1; k <= 40; ++k) {
-        SCOPED_TRACE(k);
         FilterSpec s = random_request(random);
         s.passbandType = maximally_flat;
-        s.zeroCount = 0;
-        if (random.coin()) s.zerosAtZero = 0;
+        s.freal = s.zeroCount = 0;
+        s.zerosAtZero *= k % 2;
         const Built b = build(s);
-        if (!b.verdict.good() || b.spec.bandpassType != parametric) continue;
-        for (int i = 0; i <= 2000; ++i) {
-            const Real w = std::pow(b.xp.a, static_cast<Real>(i) / 4000);
-            ASSERT_LT(squared_from_roots(b.xp, w) / b.xp.eps2, 1 + 1e-9L) << static_cast<double>(w);
+        for (int i = 0; i <= 2000 && b.verdict.good() && b.spec.bandpassType == parametric; ++i) {
+            ASSERT_LT(squared_from_roots(b.xp, std::pow(b.xp.a, static_cast<Real>(i) / 4000)) / b.xp.eps2, 1 + 1e-9L)
+                << k;
         }
     }
 }

@@ -91,7 +91,8 @@ PointVerdict analyze_point(const Chain& chain, Wide omega, ChainPoint& point) {
         case LossClass::current: point.H = R1 * waves.I; break;
     }
     const Wide ratio = squared_magnitude(point.H.v);
-    if (!(ratio <= largest_ratio * largest_ratio)) return PointVerdict::on_pole;
+    if (std::isnan(ratio)) return PointVerdict::on_pole;
+    if (ratio > largest_ratio * largest_ratio) return PointVerdict::beyond_reach;
 
     point.V = waves.V;
     point.I = waves.I;

@@ -67,7 +67,8 @@ struct ElementPoint {
 
 enum class PointVerdict {
     computed,
-    on_pole,  // too near a pole of a branch, a stub, or of the loss: nothing is said of this frequency
+    on_pole,       // too near a pole of a branch or a stub: nothing is said of this frequency
+    beyond_reach,  // too near a pole of the loss: above 500 dB
 };
 
 // `omega` in rad/sec, 0 or above; fnorm and fs are those of the circuit. A frequency within 1e-5 of a multiple of the

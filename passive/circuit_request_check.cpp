@@ -23,7 +23,9 @@ constexpr double ratio_worth_a_report = 1e-3;
 ElementLoss loss_of_elements(const PassiveFilter& filter);
 std::vector<double> traps(const Circuit& circuit);
 std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chain);
+PointVerdict analyze_hertz(const Chain& chain, double hertz, ChainPoint& point);
 std::optional<ChainPoint> point_at(const Chain& chain, double hertz);
+double loss_of_chain(const Chain& chain, double hertz);
 double requested_ratio(const PassiveFilter& filter);
 double available_ratio(const Chain& chain) { return chain.R1 != 0 ? chain.R2 / chain.R1 : 0; }
 
@@ -37,8 +39,7 @@ RequestCheck check_circuit(const PassiveFilter& filter) {
     const std::vector<double> places = has_loss ? narrow_places(filter, chain) : std::vector<double>{};
     add_loss_rows({.loss =
                        [&](double hertz) {
-                           const auto point = has_loss ? point_at(chain, hertz) : std::nullopt;
-                           return point ? static_cast<double>(point->loss) : std::numeric_limits<double>::quiet_NaN();
+                           return has_loss ? loss_of_chain(chain, hertz) : std::numeric_limits<double>::quiet_NaN();
                        },
                    .request = filter.background.request,
                    .found = filter.spec,
@@ -173,11 +174,25 @@ std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chai
     return places;
 }
 
+PointVerdict analyze_hertz(const Chain& chain, double hertz, ChainPoint& point) {
+    return analyze_point(chain, 2 * std::numbers::pi_v<Wide> * static_cast<Wide>(hertz), point);
+}
+
 std::optional<ChainPoint> point_at(const Chain& chain, double hertz) {
     ChainPoint point;
-    const Wide omega = 2 * std::numbers::pi_v<Wide> * static_cast<Wide>(hertz);
-    if (analyze_point(chain, omega, point) != PointVerdict::computed) return std::nullopt;
+    if (analyze_hertz(chain, hertz, point) != PointVerdict::computed) return std::nullopt;
     return point;
+}
+
+// Infinite where it is beyond the reach of an analysis.
+double loss_of_chain(const Chain& chain, double hertz) {
+    ChainPoint point;
+    switch (analyze_hertz(chain, hertz, point)) {
+        case PointVerdict::computed: return static_cast<double>(point.loss);
+        case PointVerdict::beyond_reach: return std::numeric_limits<double>::infinity();
+        case PointVerdict::on_pole: break;
+    }
+    return std::numeric_limits<double>::quiet_NaN();
 }
 
 double requested_ratio(const PassiveFilter& filter) {

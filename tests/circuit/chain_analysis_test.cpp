@@ -212,6 +212,9 @@ TEST(ChainAnalysis, Lines) {
     ChainPoint point;
     ASSERT_EQ(prepare_chain(line, {}, chain), ChainVerdict::done);
     EXPECT_EQ(analyze_point(chain, two_pi * 1e9L, point), PointVerdict::on_pole);
+    const Circuit blocking = circuit("R 1 | L2 1e20 | C3 1e20 | R 1");  // 794 dB
+    ASSERT_EQ(prepare_chain(blocking, {}, chain), ChainVerdict::done);
+    EXPECT_EQ(analyze_point(chain, 1, point), PointVerdict::beyond_reach);
     point = point_of(line, {}, two_pi * 0.9999e9L);
     EXPECT_NEAR(static_cast<double>(point.loss), 0, 1e-7);  // 70^2 = 100 x 49: matched
     EXPECT_NEAR(static_cast<double>(point.delay), 0.25e-9, 0.02e-9);

@@ -243,10 +243,13 @@ Fault Run::split_e() {
     return partsOfHurwitz(xp_.eFactors, xp_.a, xp_.eEven, xp_.eOdd) ? Fault::none : Fault::e_parts_missing;
 }
 
-// E with its poles moved by 1/Q, or unchanged when the answer is to do without.
+// E with its poles moved by the losses, or unchanged when the answer is to do without.
 Fault Run::predistort_e(Moved& moved) {
     PredistortionNotes& noted = notes_.predistortion;
-    findMinimumQ(xp_, spec_.predistortionQ, is_high_pass());
+    const LossyPlane plane{.tan_edge = spec_.medium == microwave ? xp_.warp * xp_.normFrequency : 0,
+                           .high_pass = is_high_pass()};
+    xp_.q1 = spec_.predistortionQ;
+    xp_.qMin = q_of_share(xp_.eFactors, xp_.a, plane, attainable_share);
     noted.requested = true;
     noted.requested_q = static_cast<double>(xp_.q1);
     noted.minimum_q = static_cast<double>(xp_.qMin);
@@ -255,12 +258,12 @@ Fault Run::predistort_e(Moved& moved) {
         noted.not_possible = true;
         switch (questions_.predistortion_choice(noted)) {
             case PredistortionChoice::no_q: return Fault::none;
-            case PredistortionChoice::minimum_q: q = chosenQ(xp_); break;
+            case PredistortionChoice::minimum_q: q = q_of_share(xp_.eFactors, xp_.a, plane, chosen_share); break;
             case PredistortionChoice::cancel: return Fault::cancelled;
         }
     }
     noted.used_q = static_cast<double>(q);
-    predistort(xp_.eFactors, xp_.a, 1 / q, is_high_pass());
+    predistort(xp_.eFactors, xp_.a, q, plane);
     moved = Moved::yes;
     if (const Fault fault = split_e(); fault != Fault::none) return fault;
     xp_.ES = fromFactors(xp_.eFactors, xp_.a);

@@ -1,42 +1,87 @@
 #include "approximation/predistortion.h"
 
 #include <algorithm>
-
-#include "approximation/factor_signs.h"
+#include <cmath>
+#include <limits>
 
 namespace kavrel {
 
-void findMinimumQ(XPlane& x, double requested, bool high_pass) {
-    long double nearest = depthOfFactor(x.eFactors, x.a, high_pass, 1);
-    for (int i = 2; i <= x.eFactors.factors(); ++i) {
-        nearest = std::max(nearest, depthOfFactor(x.eFactors, x.a, high_pass, i));
+namespace {
+
+using Real = XPlane::Real;
+
+// Of a step over its size: 1/Q of lumped elements, m of lines.
+struct Step {
+    Real shift = 0;
+    Real slant = 0;
+};
+
+Step step_of(LossyPlane plane) {
+    const bool lines = plane.tan_edge > 0;
+    const Step low{.shift = lines ? 1 / plane.tan_edge : 1, .slant = lines ? plane.tan_edge : 0};
+    return plane.high_pass ? Step{.shift = low.slant, .slant = low.shift} : low;
+}
+
+// A factor c + dx + w of e is p^2 + linear p + constant over linear and (1 + p^2).
+struct Quadratic {
+    Real linear = 0;
+    Real constant = 0;
+};
+Quadratic quadratic_of(const WidePseudoPolynomial& e, Real a, int i) {
+    const Real t = e.c(i) + e.d(i);
+    return {.linear = (1 - a) / t, .constant = (e.c(i) + a * e.d(i)) / t};
+}
+
+}  // namespace
+
+long double attenuation_of_lines(long double q, long double t) {
+    const Real half = q * (1 + t * t) / 2;
+    return t / (half + std::hypot(half, t));
+}
+
+// A pole p is on the axis when size (shift + slant |p|^2) is -Re p (1 + size^2 shift slant).
+long double q_of_share(const WidePseudoPolynomial& e, long double a, LossyPlane plane, long double share) {
+    const Step step = step_of(plane);
+    Real way = std::numeric_limits<Real>::infinity();
+    const auto note = [&](Real depth, Real square) { way = std::min(way, depth / (step.shift + step.slant * square)); };
+    for (int i = 1; i <= e.pairs(); ++i) {
+        const auto [linear, constant] = quadratic_of(e, a, i);
+        const Real middle = linear / 2, square = middle * middle - constant;
+        if (square < 0) {
+            note(middle, constant);
+            continue;
+        }
+        const Real farther = middle + std::sqrt(square), nearer = constant / farther;
+        note(farther, farther * farther);
+        note(nearer, nearer * nearer);
     }
-    x.q1 = requested;
-    x.qMin = 1 / (attainable_shift * -nearest);
+    if (e.degree % 2 == 1) note(e.c(e.factors()), e.c(e.factors()) * e.c(e.factors()));
+    const Real part = share * way;
+    if (plane.tan_edge == 0) return 1 / part;
+    const Real t = plane.tan_edge, m = 2 * part / (1 + std::sqrt(std::max<Real>(0, 1 - 4 * part * part)));
+    return t * (1 - m * m) / (m * (1 + t * t));
 }
 
 bool qOutOfReach(const XPlane& x) { return x.q1 * q_tolerance <= x.qMin; }
 
-void predistort(WidePseudoPolynomial& e, long double a, long double q, bool high_pass) {
+// p = (p' - shift)/(1 - slant p'), cleared of its denominator.
+void predistort(WidePseudoPolynomial& e, long double a, long double Q, LossyPlane plane) {
+    const Real size = plane.tan_edge == 0 ? 1 / Q : attenuation_of_lines(Q, plane.tan_edge);
+    const Real shift = size * step_of(plane).shift, slant = size * step_of(plane).slant;
     for (int i = 1; i <= e.pairs(); ++i) {
-        const long double c = e.c(i);
-        const long double d = e.d(i);
-        const long double t = c + d;
-        const long double g = high_pass ? 1 - 2 * q * c : 1 - 2 * q * t / (1 - a);
-        const long double h = q - t * q * q / (1 - a);
-        e.c(i) = high_pass ? c / g : (c - h) / g;
-        e.d(i) = high_pass ? (d - q * (1 - q * c)) / g : (d + h) / g;
-        e.multiplier *= g;
+        const auto [linear, constant] = quadratic_of(e, a, i);
+        const Real square = 1 - linear * slant + constant * slant * slant;
+        const Real middle = linear * (1 + shift * slant) - 2 * (shift + constant * slant);
+        const Real last = shift * shift - linear * shift + constant;
+        e.c(i) = (last - a * square) / middle;
+        e.d(i) = (square - last) / middle;
+        e.multiplier *= middle / linear;
     }
     if (e.degree % 2 == 0) return;
-    long double& c = e.c(e.factors());
-    if (high_pass) {
-        const long double g = 1 - q * c;
-        c /= g;
-        e.multiplier *= g;
-    } else {
-        c -= q;
-    }
+    Real& c = e.c(e.factors());
+    const Real scale = 1 - slant * c;
+    c = (c - shift) / scale;
+    e.multiplier *= scale;
 }
 
 }  // namespace kavrel

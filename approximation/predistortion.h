@@ -1,36 +1,43 @@
-// Predistortion for elements of finite Q: e(s) is designed as e(s - q), q = 1/Q in units of the upper edge, so that the
-// losses, which put s + q in place of s, bring the poles back to where they were asked for. Q is that of all elements
-// at normFrequency, where their loss is q times their reactance. The poles move to the right, at most up to the axis.
+// Predistortion for elements of finite Q, that of all elements at normFrequency. Their losses put another s in place of
+// s = jw: s + q, q = 1/Q, in a lumped circuit, where the loss of an element is q times its reactance there;
+//
+//   S' = tanh(alpha + j theta) = (S + m)/(1 + mS),  S = s tan theta_0,  m = tanh alpha
+//
+// in a circuit of lines, where stubs have at theta_0 the quality t (1 - m^2)/(m (1 + t^2)), t = tan theta_0. e is
+// designed for poles that are moved by the same step, to the right, so that the losses bring them back: at most up to
+// the axis. The plane is that of the upper edge, inverted for high-pass; there a step is (s + shift)/(1 + slant s).
 #pragma once
 
 #include "approximation/x_plane.h"
 
 namespace kavrel {
 
-// How much of its distance to the axis the nearest pole may give up: at 1 it would lie on the axis.
-inline constexpr long double attainable_shift = 0.99L;
+// How much of its way to the axis the nearest pole may give up: at 1 it would lie on the axis.
+inline constexpr long double attainable_share = 0.99L;
 
 // What the choice "Q = Qmin" gives up of it: nearer to the axis the flat loss and the ratio of the terminations grow
 // without bound.
-inline constexpr long double chosen_shift = 0.5L;
+inline constexpr long double chosen_share = 0.5L;
 
 // A Q asked for within this ratio of the minimum is raised to it without a question.
 inline constexpr double q_tolerance = static_cast<double>(1.1F);
 
-// Fills q1, the requested Q, and qMin, the least Q that can be had: 1/(0.99 times the distance of the nearest pole from
-// the axis), from the factors of e.
-void findMinimumQ(XPlane& x, double requested, bool high_pass);
+// Where e is: tan theta_0 of a circuit of lines, 0 of a lumped one.
+struct LossyPlane {
+    long double tan_edge = 0;
+    bool high_pass = false;
+};
+
+// tanh alpha of lines whose stubs have the quality q at the frequency where tan theta is t.
+[[nodiscard]] long double attenuation_of_lines(long double q, long double t);
+
+// The Q at which the nearest pole gives up this share of its way to the axis, from the factors of e.
+[[nodiscard]] long double q_of_share(const WidePseudoPolynomial& e, long double a, LossyPlane plane, long double share);
 
 // Whether the requested Q is out of reach: q1 * 1.1 <= qMin.
 [[nodiscard]] bool qOutOfReach(const XPlane& x);
 
-// The Q of the choice "Q = Qmin", in place of qMin: 1/(half the distance of the nearest pole from the axis).
-[[nodiscard]] inline long double chosenQ(const XPlane& x) { return x.qMin * (attainable_shift / chosen_shift); }
-
-// Moves the zeros of e by q = 1/Q to the right. Low-pass and band-pass, with t = c + d:
-//   g = 1 - 2qt/(1 - a), h = q - tq^2/(1 - a), c' = (c - h)/g, d' = (d + h)/g, multiplier times g; c_n' = c_n - q.
-// High-pass, whose s is inverted: g = 1 - 2qc, c' = c/g, d' = (d - q(1 - qc))/g, multiplier times g;
-//   c_n' = c_n/(1 - qc_n), multiplier times 1 - qc_n.
-void predistort(WidePseudoPolynomial& e, long double a, long double q, bool high_pass);
+// Moves the zeros of e to the right by the losses of this Q.
+void predistort(WidePseudoPolynomial& e, long double a, long double Q, LossyPlane plane);
 
 }  // namespace kavrel

@@ -8,6 +8,7 @@
 #include <span>
 
 #include "approximation/loss_rows.h"
+#include "approximation/predistortion.h"
 #include "approximation/s_plane.h"
 #include "circuit/branch_kinds.h"
 #include "circuit/chain_analysis.h"
@@ -68,17 +69,14 @@ std::vector<std::string> missed_request_lines(const PassiveFilter& filter) {
 
 namespace {
 
-// The Q that the design allowed for is that of all elements at the normalisation frequency. In a microwave circuit it
-// is that of stubs there: tanh(alpha + j theta) has the quality t (1 - m^2)/(m (1 + t^2)), m = tanh alpha, t = tan
-// theta.
+// The Q that the design allowed for is that of all elements at the normalisation frequency, in a microwave circuit that
+// of stubs.
 ElementLoss loss_of_elements(const PassiveFilter& filter) {
     const double q = filter.background.notes.predistortion.used_q;
     if (q == 0) return {};
     if (filter.circuit.kind == CircuitKind::lumped) return {.QL = -q, .QC = -q};
     const double t = edge_tangent(filter.spec, filter.transfer);
-    const double half = q * (1 + t * t) / 2;
-    const double m = t / (half + std::hypot(half, t));
-    return {.QL = static_cast<double>(line_nepers) * std::atanh(m)};
+    return {.QL = static_cast<double>(line_nepers * std::atanh(attenuation_of_lines(q, t)))};
 }
 
 // Frequencies between which the phase turns as the delays at both ends let expect. A resonance that lies hidden between

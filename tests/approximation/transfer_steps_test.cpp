@@ -177,6 +177,27 @@ TEST(TransferPredistortion, PolesMoveByTheLossAtTheEdge) {
     EXPECT_GE(1.0L, largestTransmission(test::designed(request("predistortionQ 200", even))->xp));
 }
 
+// Where tanh(alpha + j theta) has the quality asked for at the edge, it is the S that the moved poles are those of.
+TEST(TransferPredistortion, PolesOfLinesMoveByTheirAttenuation) {
+    for (const auto type : {low_pass, high_pass, band_pass}) {
+        SCOPED_TRACE(number(type));
+        FilterSpec s = request("microwave sampleFrequency 14000", test::all_pole(type, equal_ripple, 6));
+        const auto plain = test::designed(s), moved = test::designed(request("predistortionQ 60", s));
+        const TransferFunction from = xToFrequencyPlane(plain->spec, plain->xp),
+                               to = xToFrequencyPlane(moved->spec, moved->xp);
+        const double t = edge_tangent(plain->spec, from);
+        const auto alpha = std::atanh(static_cast<double>(attenuation_of_lines(60, t)));
+        const Root stub = std::tanh(Root{alpha, std::atan(t)});
+        EXPECT_NEAR(stub.imag() / stub.real(), 60, 1e-10);
+        std::vector<Root> found;
+        for (int i = 1; i <= to.poleCount; ++i) found.push_back(t * Root{to.POLES_RE(i), to.POLES_IM(i)});
+        for (int i = 1; i <= from.poleCount; ++i) {
+            const Root S = t * Root{from.POLES_RE(i), from.POLES_IM(i)};
+            EXPECT_LT(distance_to_nearest(std::tanh(std::atanh(S) + alpha), found), 1e-12);
+        }
+    }
+}
+
 TEST(TransferPredistortion, QOutOfReachAsks) {
     const FilterSpec spec = test::all_pole(low_pass, equal_ripple, 7);
     const auto plain = test::designed(spec);

@@ -126,18 +126,24 @@ networks = {  # letters of the cells, and between which nodes each lies: 0 groun
     15: ("RLRCLRCR", "13 14 12 42 50 35 50 32"), 16: ("RLRCLRCR", "13 12 12 12 34 45 50 32")}
 
 
+def line_attenuation(fs, q, norm):
+    """Of lines whose stubs have the quality q at the angular frequency norm."""
+    within = [Wide(1e-12), Wide(1)]
+    for _ in range(80):
+        alpha = np.sqrt(within[0] * within[1])
+        stub = np.tanh(alpha + 1j * Wide(norm) / 2 / fs)
+        within[int(stub.imag / stub.real < q)] = alpha
+    return alpha
+
+
 def circuit_loss(circuit, q, norm):
     """Between the terminations; without two of them up to a constant. Negative elements have losses like positive ones."""
     branches, fs, alpha = circuit["branches"], Wide(circuit["fs"]), Wide(0)
     if len(branches) < 2 or branches[0]["id"] != 0:
         return None
     r1, r2 = (Wide(b["values"][0]) if b["id"] == 0 else Wide(0) for b in (branches[0], branches[-1]))
-    if fs and q:  # the loss of lines whose stubs have this quality at the angular frequency norm
-        within = [Wide(1e-12), Wide(1)]
-        for _ in range(80):
-            alpha = np.sqrt(within[0] * within[1])
-            stub = np.tanh(alpha + 1j * Wide(norm) / 2 / fs)
-            within[int(stub.imag / stub.real < q)] = alpha
+    if fs and q:
+        alpha = line_attenuation(fs, q, norm)
 
     def loss(hertz):
         w = 2 * pi * np.asarray(hertz, Wide)
@@ -188,9 +194,12 @@ def function_loss(spec, transfer, q):
     zeros, poles = (np.array([complex(*r) for r in transfer[of]], WideComplex) / unit for of in ("zeros", "poles"))
     level = 20 * np.log10(abs(Wide(transfer["level"]))) + 20 * (len(zeros) - len(poles)) * np.log10(Wide(unit))
 
+    alpha = line_attenuation(fs, q, norm) if fs and q else 0
+
     def loss(hertz):
         w = 2 * pi * np.asarray(hertz, Wide)
-        s = 1j * (np.tan(w / 2 / fs) if fs else w) / edge + (1 / Wide(q) if q else 0)
+        s = 1j * (np.tan(w / 2 / fs) if fs else w) / edge + (1 / Wide(q) if q and not fs else 0)
+        s = np.tanh(alpha + 1j * w / 2 / fs) / edge if q and fs else s
         return sum(20 * np.log10(np.abs(s - r)) for r in poles) - sum(20 * np.log10(np.abs(s - r)) for r in zeros) - level
 
     places = [abs(r.imag) + k * abs(r.real) for r in poles for k in np.linspace(-4, 4, 41)] + [abs(r.imag) for r in zeros]

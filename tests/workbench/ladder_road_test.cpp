@@ -46,7 +46,7 @@ struct LadderRoad : testing::Test {
         window.forms = {accept, accept};
         dispatch_event(bench, new_item);
     }
-    [[nodiscard]] bool told(std::string_view text) const {
+    [[nodiscard]] bool reported(std::string_view text) const {
         return std::ranges::any_of(window.lines, [&](const auto& line) { return line.find(text) != line.npos; });
     }
     [[nodiscard]] double loss(double hz) const {
@@ -67,8 +67,8 @@ TEST_F(LadderRoad, ADesignEndsInThePassiveSegmentWithItsCircuitDrawn) {
     EXPECT_TRUE(window.boxes.empty());
     EXPECT_EQ(bench.session.segment, SegmentId::passive);
     EXPECT_EQ(window.titles.back(), "Kavrel - PASSIVE LC/MICROWAVE MENU");
-    EXPECT_TRUE(told(" Results of the synthesis from the input side"));
-    EXPECT_TRUE(told(" *** Done ***"));
+    EXPECT_TRUE(reported(" Results of the synthesis from the input side"));
+    EXPECT_TRUE(reported(" *** Done ***"));
     EXPECT_EQ(window.lines.back(), " 10 │       R       600.000000  ohm");
     EXPECT_NEAR(loss(1000.0), 0.1, 1e-9);
     EXPECT_NEAR(loss(1500.0), designed_loss(1500.0), 1e-6);
@@ -100,8 +100,8 @@ TEST_F(LadderRoad, TheFormIsFollowed) {
     settings.direction = DirectionChoice::reverse;
     settings.print_polynomials = true;
     design(settings);
-    EXPECT_TRUE(told(" Results of the synthesis from the output side"));
-    EXPECT_TRUE(told("******* Immittance polynomials *******"));
+    EXPECT_TRUE(reported(" Results of the synthesis from the output side"));
+    EXPECT_TRUE(reported("******* Immittance polynomials *******"));
     EXPECT_EQ(state()["synthesis"]["direction"], "reverse");
     EXPECT_NEAR(loss(1500.0), designed_loss(1500.0), 1e-6);
 
@@ -110,7 +110,7 @@ TEST_F(LadderRoad, TheFormIsFollowed) {
     settings.impedance_selection = AutoChoice::manual;
     settings.this_is_an = ImmittanceChoice::z;
     design(settings);
-    EXPECT_TRUE(told(" *** Done ***"));
+    EXPECT_TRUE(reported(" *** Done ***"));
     EXPECT_NEAR(loss(1500.0), designed_loss(1500.0), 1e-6);
 }
 
@@ -147,7 +147,7 @@ TEST_F(LadderRoad, WhatCannotBeBuiltLeavesTheFormerCircuitAndMenu) {
     request.zeros_at_infinity = 0;
     request.zs_parameter = -1;
     design();
-    EXPECT_TRUE(told(" **** Passive realization is not possible ****"));
+    EXPECT_TRUE(reported(" **** Passive realization is not possible ****"));
     EXPECT_EQ(window.lines.back(), " **** Synthesis failed ****");
     EXPECT_EQ(bench.discontinued_designs, 1);
     keeps("not realizable");
@@ -164,12 +164,12 @@ TEST_F(LadderRoad, TheUserCanStopTheSearch) {
     request.r2 = 0.0;
     window.stop_at = 40;
     design();
-    EXPECT_TRUE(told(search_stopped_text));
+    EXPECT_TRUE(reported(search_stopped_text));
     EXPECT_NEAR(loss(1000.0) - loss(1500.0), 1.7591437, 1e-6);
     window.stop_at = -1;
     design();
-    EXPECT_FALSE(told(search_stopped_text));
-    EXPECT_TRUE(told(negative_elements_text));
+    EXPECT_FALSE(reported(search_stopped_text));
+    EXPECT_TRUE(reported(negative_elements_text));
 }
 
 TEST_F(LadderRoad, APolynomialThatIsNotThereCannotBeChosen) {
@@ -196,8 +196,8 @@ TEST_F(LadderRoad, AMicrowaveDesignHasStubsAndLines) {
     design();
     ASSERT_TRUE(window.boxes.empty()) << window.boxes.front();
     EXPECT_EQ(bench.session.segment, SegmentId::passive);
-    EXPECT_TRUE(told(" **** All values are impedances ****"));
-    EXPECT_TRUE(told("*  u e  *"));
+    EXPECT_TRUE(reported(" **** All values are impedances ****"));
+    EXPECT_TRUE(reported("*  u e  *"));
     EXPECT_EQ(state()["circuit"]["kind"], "microwave");
     EXPECT_EQ(state()["circuit"]["fs"], 12000.0);
     EXPECT_NEAR(loss(1000.0), 0.1, 1e-9);

@@ -104,8 +104,6 @@ namespace {
 
 Fault Run::design() {
     xp_ = {};
-    // Its form follows from the degree.
-    if (spec_.passbandType == sloping_passband) spec_.bandpassType = conventional;
     if (const Fault fault = take(runFront(spec_, xp_, notes_.front)); fault != Fault::none) return fault;
     spec_.runFlag = 0;
     xp_.requested_ratio = terminationRatio(spec_.sourceResistance, spec_.loadResistance);

@@ -156,14 +156,13 @@ Real flat_point_of(Real product, Real d, int m, int loose) {
 // d (m/g + sum 1/r) >= loose, and rises towards infinity if m g + sum r >= d loose. Otherwise, in some wide bands, d
 // takes the bound; both sides go one way with d.
 Real flat_root(const XPlane& xp, Real product, int m, int loose) {
-    Real reciprocal = 0, direct = 0;
-    for (int i = 1; i <= xp.QS.count; ++i) {
-        const Real re = xp.QS.re(i), im = xp.QS.im(i);
-        reciprocal += re / (re * re + im * im);
-        direct += re;
-    }
-    const auto at_zero = [&](Real d) { return d * (m / flat_point_of(product, d, m, loose) + reciprocal) >= loose; };
-    const auto at_infinity = [&](Real d) { return m * flat_point_of(product, d, m, loose) + direct >= d * loose; };
+    const auto [reciprocal, direct] = edge_sums(xp.QS);
+    const auto at_zero = [&, from_q = reciprocal](Real d) {
+        return d * (m / flat_point_of(product, d, m, loose) + from_q) >= loose;
+    };
+    const auto at_infinity = [&, from_q = direct](Real d) {
+        return m * flat_point_of(product, d, m, loose) + from_q >= d * loose;
+    };
     if (at_zero(xp.xReal) && at_infinity(xp.xReal)) return xp.xReal;
 
     const bool low = !at_zero(xp.xReal);

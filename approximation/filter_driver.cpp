@@ -76,6 +76,7 @@ FilterDesignVerdict designFilter(FilterKind kind, FilterSpec& spec, FilterDesign
     take_kind(*row, spec);
     settle_terminations(*row, spec);
     settle_symmetry(*row, spec);
+    if (spec.passbandType == sloping_passband) spec.bandpassType = conventional;  // parametric where the degree is odd
     if (!is_specified(spec)) {
         discontinue(reporter, "Incorrect or inadequate specification", "Fatal error");
         return FilterDesignVerdict::discontinued;

@@ -47,6 +47,16 @@ Loose looseness(const Problem& problem, const Zeros& zeros);
 
 }  // namespace
 
+EdgeSums edge_sums(const WideRootSet& Q) {
+    EdgeSums sums;
+    for (int i = 1; i <= Q.count; ++i) {
+        const Real re = Q.re(i), im = Q.im(i);
+        sums.reciprocal += re / (re * re + im * im);
+        sums.direct += re;
+    }
+    return sums;
+}
+
 bool equaliseRipple(const WideRootSet& Q, Real a, int weight, WideRootSet& zeros, Real& d) {
     Zeros found{.k = zeros.count, .square = {}, .d = d};
     for (int i = 1; i <= found.k; ++i) found.square(i) = -zeros.re(i);
@@ -115,20 +125,11 @@ Real largest_of(const Maxima& maxima, int k) {
 }
 
 // d times the one, over w, is at least 1 where t = 0 is a maximum; d w over the other at most 1 where infinity is one.
-struct EdgeSums {
-    Real reciprocal = 0;  // 2 sum 1/eta_i^2 + sum 1/r
-    Real direct = 0;      // 2 sum eta_i^2 + sum r
-};
 EdgeSums edge_sums(const Problem& problem, const Zeros& zeros) {
-    EdgeSums sums;
+    EdgeSums sums = edge_sums(problem.Q);
     for (int i = 1; i <= zeros.k; ++i) {
         sums.reciprocal += 2 / zeros.square(i);
         sums.direct += 2 * zeros.square(i);
-    }
-    for (int i = 1; i <= problem.Q.count; ++i) {
-        const Real re = problem.Q.re(i), im = problem.Q.im(i);
-        sums.reciprocal += re / (re * re + im * im);
-        sums.direct += re;
     }
     return sums;
 }

@@ -13,6 +13,13 @@
 
 namespace kavrel {
 
+// What the roots of Q add to the two conditions.
+struct EdgeSums {
+    XPlane::Real reciprocal = 0;  // sum 1/r
+    XPlane::Real direct = 0;      // sum r
+};
+[[nodiscard]] EdgeSums edge_sums(const WideRootSet& Q);
+
 // `zeros` has the roots -eta_i^2, 1 <= i <= k, eta ascending, and d the root that F has besides, of a function that is
 // near. Both are changed if a maximum of G is above 1 + 1e-6 and the exchange settles with d within (a, 1); the maxima
 // are equal to some 1e-15 then. Returns false, with nothing changed, if it does not settle.

@@ -10,16 +10,21 @@ namespace {
 
 using Real = XPlane::Real;
 
-// Of a step over its size: 1/Q of lumped elements, m of lines.
+// Of a step, or over its size: 1/Q of lumped elements, m of lines.
 struct Step {
     Real shift = 0;
     Real slant = 0;
 };
 
-Step step_of(LossyPlane plane) {
+Step unit_step(LossyPlane plane) {
     const bool lines = plane.tan_edge > 0;
     const Step low{.shift = lines ? 1 / plane.tan_edge : 1, .slant = lines ? plane.tan_edge : 0};
     return plane.high_pass ? Step{.shift = low.slant, .slant = low.shift} : low;
+}
+Step step_of(Real Q, LossyPlane plane) {
+    const Real size = plane.tan_edge > 0 ? attenuation_of_lines(Q, plane.tan_edge) : 1 / Q;
+    const Step unit = unit_step(plane);
+    return {.shift = size * unit.shift, .slant = size * unit.slant};
 }
 
 // A factor c + dx + w of e is p^2 + linear p + constant over linear and (1 + p^2).
@@ -39,9 +44,14 @@ long double attenuation_of_lines(long double q, long double t) {
     return t / (half + std::hypot(half, t));
 }
 
+Complex<long double> with_losses(Complex<long double> s, long double Q, LossyPlane plane) {
+    const auto [shift, slant] = step_of(Q, plane);
+    return cdiv(Complex<Real>{s.re + shift, s.im}, Complex<Real>{1 + slant * s.re, slant * s.im});
+}
+
 // A pole p is on the axis when size (shift + slant |p|^2) is -Re p (1 + size^2 shift slant).
 long double q_of_share(const WidePseudoPolynomial& e, long double a, LossyPlane plane, long double share) {
-    const Step step = step_of(plane);
+    const Step step = unit_step(plane);
     Real way = std::numeric_limits<Real>::infinity();
     const auto note = [&](Real depth, Real square) { way = std::min(way, depth / (step.shift + step.slant * square)); };
     for (int i = 1; i <= e.pairs(); ++i) {
@@ -66,8 +76,7 @@ bool qOutOfReach(const XPlane& x) { return x.q1 * q_tolerance <= x.qMin; }
 
 // p = (p' - shift)/(1 - slant p'), cleared of its denominator.
 void predistort(WidePseudoPolynomial& e, long double a, long double Q, LossyPlane plane) {
-    const Real size = plane.tan_edge == 0 ? 1 / Q : attenuation_of_lines(Q, plane.tan_edge);
-    const Real shift = size * step_of(plane).shift, slant = size * step_of(plane).slant;
+    const auto [shift, slant] = step_of(Q, plane);
     for (int i = 1; i <= e.pairs(); ++i) {
         const auto [linear, constant] = quadratic_of(e, a, i);
         const Real square = 1 - linear * slant + constant * slant * slant;

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "approximation/x_plane.h"
+#include "numeric/guarded.h"
 
 namespace kavrel {
 
@@ -30,6 +31,9 @@ struct LossyPlane {
 
 // tanh alpha of lines whose stubs have the quality q at the frequency where tan theta is t.
 [[nodiscard]] long double attenuation_of_lines(long double q, long double t);
+
+// Where the losses of elements of this Q put s.
+[[nodiscard]] Complex<long double> with_losses(Complex<long double> s, long double Q, LossyPlane plane);
 
 // The Q at which the nearest pole gives up this share of its way to the axis, from the factors of e.
 [[nodiscard]] long double q_of_share(const WidePseudoPolynomial& e, long double a, LossyPlane plane, long double share);

@@ -21,7 +21,6 @@ void place_poles(const XPlane& x, bool inverted, Real unit, TransferFunction& t)
 void place_zeros(const FilterSpec& spec, const XPlane& x, bool inverted, Real unit, TransferFunction& t);
 double level_at(const TransferFunction& t, double w);
 double edge_of_roots(Medium medium, const TransferFunction& t);
-Complex<double> with_losses(const FilterSpec& spec, const TransferFunction& t, double w, double q);
 
 }  // namespace
 
@@ -71,7 +70,9 @@ double loss_of_function(const FilterSpec& spec, const TransferFunction& t, doubl
     const double w = spec.medium == Medium::lumped
                          ? 2 * std::numbers::pi * hertz / edge
                          : std::tan(std::numbers::pi * hertz / spec.sampleFrequency) / edge_tangent(spec, t);
-    const Complex<double> s = with_losses(spec, t, w, q);
+    const LossyPlane plane{.tan_edge = spec.medium == microwave ? edge_tangent(spec, t) : 0, .high_pass = false};
+    const Complex<Real> moved = q > 0 ? with_losses({0, w}, q, plane) : Complex<Real>{0, w};
+    const Complex<double> s{static_cast<double>(moved.re), static_cast<double>(moved.im)};
     // A product of 50 squared distances is beyond a double.
     const auto distances = [&](const auto& re, const auto& im, int count) {
         Real product = 1;
@@ -144,16 +145,6 @@ double level_at(const TransferFunction& t, double w) {
     for (int i = 1; i <= t.poleCount; ++i) level += 20 * std::log10(std::hypot(t.POLES_RE(i), w - t.POLES_IM(i)));
     for (int i = 1; i <= t.zeroCount; ++i) level -= 20 * std::log10(std::hypot(t.ZEROS_RE(i), w - t.ZEROS_IM(i)));
     return level;
-}
-
-// s = jw in units of the band edge, moved by elements of this Q (predistortion.h).
-Complex<double> with_losses(const FilterSpec& spec, const TransferFunction& t, double w, double q) {
-    if (!(q > 0)) return {0, w};
-    if (spec.medium != microwave) return {1 / q, w};
-    const double edge = edge_tangent(spec, t);
-    const auto m = static_cast<double>(attenuation_of_lines(q, edge));
-    const Complex<double> S = cdiv(Complex<double>{m, w * edge}, Complex<double>{1, m * w * edge});
-    return {S.re / edge, S.im / edge};
 }
 
 // What the roots have at the band edge: rad/s where the medium is lumped.

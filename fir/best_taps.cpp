@@ -18,9 +18,6 @@ constexpr double missed = 1.1;
 // Roundings up to which a filter with zeros around it passes for the best.
 constexpr double negligible = 10;
 
-// By which a deviation falls with the length, for a transition of width 1.
-constexpr double db_per_tap = 14.4;
-
 // Lengths that a shorter filter is looked for at.
 constexpr int most_tries = 10;
 
@@ -154,7 +151,7 @@ void take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps) {
     taps.taps_used = shop.task.NFILT;
     taps.leveled = result.DEV;
     taps.deviation = largest_deviation(shop.task, filter, 1).weighted;
-    taps.outside_gain = largest_outside_gain(shop.task, filter, 1).gain;
+    taps.outside_gain = largest_outside_gain(shop.task, filter, 1);
     taps.approximated = largest_deviation(as_far_as_the_grid(shop), filter, 1).weighted;
     taps.optimal = result.status == ExchangeStatus::converged || taps.approximated <= missed * result.DEV ||
                    is_rounding(shop, taps);

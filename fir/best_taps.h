@@ -16,6 +16,9 @@ namespace kavrel {
 // The largest gain outside the bands over the largest value asked, from which on the gain is bounded.
 inline constexpr double most_outside_gain = 10;
 
+// By which a deviation falls with the length, for a transition of width 1. Source: J. F. Kaiser (1974).
+inline constexpr double db_per_tap = 14.6;
+
 struct FirTaps {
     FirPlan plan;
     FirFilter filter;         // with the taps as its only function; no sampling frequency

@@ -75,10 +75,10 @@ FirDesignVerdict remez_design(FirDesk& desk) {
     desk.filter = draft->taps.filter;
     desk.session.TITLE = "<New Filter>";
     request.filter_length = draft->task.NFILT;
-    report_fir_design(draft->task, draft->figures, desk.filter, desk.session.TITLE.trimmed(), desk.session.units,
+    report_fir_design(draft->task, draft->taps, draft->figures, desk.session.TITLE.trimmed(), desk.session.units,
                       desk.reporter);
     desk.results = {};
-    if (draft->figures.taps <= analysis_points) fir_time_response(desk.filter, 1, desk.results);
+    if (draft->task.NFILT <= analysis_points) fir_time_response(desk.filter, 1, desk.results);
     desk.results.TITLE = desk.session.TITLE.trimmed();
     return FirDesignVerdict::designed;
 }
@@ -143,11 +143,6 @@ void fill_figures(FirDraft& draft) {
     const BandTable& bands = draft.task.BANDS;
     FirDesignFigures& figures = draft.figures;
     FirFilter& filter = draft.taps.filter;
-    figures.taps = draft.task.NFILT;
-    figures.taps_used = draft.taps.taps_used;
-    figures.bounded = draft.taps.bounded;
-    figures.outside_gain = draft.taps.outside_gain;
-    figures.deviation = draft.taps.deviation;
     for (int j = bands.NBANDS; j >= 1; --j) {
         const double deviation = largest_deviation(draft.task, filter, 1, j).weighted;
         figures.DEVIAT(j) = static_cast<float>(deviation / bands.WTX(j));

@@ -48,13 +48,12 @@ FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int
     return largest;
 }
 
-FirGain largest_outside_gain(const FirTask& task, const FirFilter& filter, int function) {
+double largest_outside_gain(const FirTask& task, const FirFilter& filter, int function) {
     const auto gain = [&](double f) { return std::abs(amplitude(filter, function, f)); };
-    FirGain largest;
+    double largest = -1;
     const auto search = [&](double low, double high) {
         if (!(high > low)) return;
-        const Peak<double> found = highest_in_piece(low, high, filter, function, gain);
-        if (found.value > largest.gain) largest = {found.at, found.value};
+        largest = std::max(largest, highest_in_piece(low, high, filter, function, gain).value);
     };
     double below = 0;
     for (int band = 1; band <= task.BANDS.NBANDS; ++band) {

@@ -21,11 +21,7 @@ struct FirDeviation {
 // The largest one of all bands.
 [[nodiscard]] FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int function);
 
-// The largest gain outside the bands of `task`, in what they leave of 0 to 0.5.
-struct FirGain {
-    double frequency = 0;
-    double gain = -1;  // -1 when the bands leave nothing
-};
-[[nodiscard]] FirGain largest_outside_gain(const FirTask& task, const FirFilter& filter, int function);
+// The largest gain outside the bands of `task`, in what they leave of 0 to 0.5; -1 when that is nothing.
+[[nodiscard]] double largest_outside_gain(const FirTask& task, const FirFilter& filter, int function);
 
 }  // namespace kavrel

@@ -26,7 +26,7 @@ Json fir_part(const FirFilter& filter, const FirRequest* request) {
     FirTask task;
     if (request != nullptr && take_task(*request, task) == nullptr) {
         part["deviation"] = largest_deviation(task, filter, 1).weighted;
-        const double gain = largest_outside_gain(task, filter, 1).gain;
+        const double gain = largest_outside_gain(task, filter, 1);
         if (gain >= 0) part["outside_gain"] = gain;
     }
     part["functions"] = std::move(functions);

@@ -21,7 +21,7 @@ std::string band_row(std::string_view label, int first, int last, Value value);
 
 }  // namespace
 
-void report_fir_design(const FirTask& task, const FirDesignFigures& figures, const FirFilter& filter,
+void report_fir_design(const FirTask& task, const FirTaps& taps, const FirDesignFigures& figures,
                        std::string_view title, const UnitSet& units, Reporter& reporter) {
     const auto indented = [&](std::string_view text) { reporter.report_line(edited<"(20X,A)">(text)); };
     reporter.report_line(stars());
@@ -32,16 +32,15 @@ void report_fir_design(const FirTask& task, const FirDesignFigures& figures, con
     indented("Remez exchange algorithm");
     reporter.report_line(stars());
     indented(type_text(task, figures.length_estimated));
-    indented(edited<"('Filter length = ',I3)">(figures.taps));
+    indented(edited<"('Filter length = ',I3)">(task.NFILT));
     if (figures.length_estimated) indented("Filter length determined by approximation");
-    if (figures.taps_used < figures.taps)
-        indented(edited<"('Taps without zeros at both ends = ',I3)">(figures.taps_used));
-    if (figures.bounded) {
-        indented(edited<"('Gain outside the bands limited:',F7.3,', deviation',1P,E12.4)">(figures.outside_gain,
-                                                                                           figures.deviation));
+    if (taps.taps_used < task.NFILT) indented(edited<"('Taps without zeros at both ends = ',I3)">(taps.taps_used));
+    if (taps.bounded) {
+        indented(edited<"('Gain outside the bands limited:',F7.3,', deviation',1P,E12.4)">(taps.outside_gain,
+                                                                                           taps.deviation));
     }
 
-    report_impulse_response(filter, 1, reporter);
+    report_impulse_response(taps.filter, 1, reporter);
 
     const BandTable& bands = task.BANDS;
     const bool slope = task.JTYPE == FirType::differentiator;

@@ -9,8 +9,6 @@ namespace kavrel {
 
 namespace {
 
-// By which the deviation of a low pass falls with its length, for a transition of width 1.
-constexpr double db_per_tap = 14.6;
 constexpr int least_taps = 3;
 
 // Designs of one task, each made once.

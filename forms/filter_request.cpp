@@ -20,7 +20,6 @@ FilterSpec spec_of(const FilterRequest& r, const UnitSet& units) {
     spec.filterType = r.filter_type == TypeChoice::band_pass ? band_pass : static_cast<FilterType>(r.filter_type);
     spec.passbandType = static_cast<PassbandType>(static_cast<int>(r.passband_type) - 1);
     spec.bandpassType = static_cast<BandpassType>(r.bandpass_form);
-    if (r.passband_type == PassbandChoice::sloping) spec.bandpassType = conventional;  // the field is off
     spec.lowerPassEdge = r.lower_passband * hz;
     spec.upperPassEdge = r.upper_passband * hz;
     take_stopband(r, hz, spec);

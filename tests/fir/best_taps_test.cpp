@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <random>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "fir/off_grid.h"
+#include "tests/support/numbers.h"
 
 namespace kavrel {
 namespace {
@@ -96,13 +96,6 @@ private:
     std::vector<Sample> samples;
 };
 
-struct Draw {
-    std::mt19937 engine{7};
-    double operator()(double a, double b) {
-        return a + (b - a) * static_cast<double>(engine()) / static_cast<double>(std::mt19937::max());
-    }
-};
-
 FirTaps taps_of(const FirTask& task) {
     Unwatched unwatched;
     FirTaps taps;
@@ -122,20 +115,21 @@ FirTask hilbert(int taps, double low, double high) {
 }
 
 TEST(BestTaps, AreWithinOnePercentOfTheBestBetweenGridPoints) {
-    Draw draw;
+    RandomNumbers draw(7);
     int judged = 0;
     for (int i = 0; i < 40; ++i) {
         FirTask task;
-        task.NFILT = 2 * static_cast<int>(draw(10, 60)) + 1;
+        task.NFILT = 2 * static_cast<int>(draw.between(10, 60)) + 1;
         BandTable& bands = task.BANDS;
-        bands.NBANDS = 2 + static_cast<int>(draw(0, 5));
+        bands.NBANDS = 2 + static_cast<int>(draw.between(0, 5));
         const double slot = 0.5 / bands.NBANDS;
         for (int b = 1; b <= bands.NBANDS; ++b) {
-            const double width = draw(0, 1) < 0.5 ? draw(0.1, 0.9) / task.NFILT : draw(0.5, 0.9) * slot;
+            const double width =
+                draw.between(0, 1) < 0.5 ? draw.between(0.1, 0.9) / task.NFILT : draw.between(0.5, 0.9) * slot;
             bands.EDGE(2 * b - 1) = (b - 1) * slot;
             bands.EDGE(2 * b) = b == bands.NBANDS ? 0.5 : (b - 1) * slot + std::min(width, 0.9 * slot);
             bands.FX(b) = b % 2;
-            bands.WTX(b) = std::exp(draw(0, 3));
+            bands.WTX(b) = std::exp(draw.between(0, 3));
         }
         SCOPED_TRACE(i);
         const FirTaps taps = taps_of(task);
@@ -156,10 +150,11 @@ TEST(BestTaps, AreWithinOnePercentOfTheBestBetweenGridPoints) {
 TEST(BestTaps, HilbertTransformersWithAFreeUpperEndAreBounded) {
     EXPECT_NEAR(taps_of(hilbert(112, 0.0109, 0.2864)).deviation, 0.0074, 5e-5);
     EXPECT_NEAR(taps_of(hilbert(40, 0.0109, 0.2864)).deviation, 0.137, 5e-4);
-    Draw draw;
+    RandomNumbers draw(7);
     int bounded = 0;
     for (int i = 0; i < 30; ++i) {
-        const FirTask task = hilbert(static_cast<int>(draw(20, 120)), draw(0.005, 0.1), draw(0.15, 0.48));
+        const FirTask task =
+            hilbert(static_cast<int>(draw.between(20, 120)), draw.between(0.005, 0.1), draw.between(0.15, 0.48));
         SCOPED_TRACE(testing::Message() << task.NFILT << " taps " << task.BANDS.EDGE(1) << " " << task.BANDS.EDGE(2));
         const FirTaps taps = taps_of(task);
         const Response response(task, taps);

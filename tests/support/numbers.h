@@ -12,6 +12,7 @@ public:
     double between(double low, double high) {
         return low + (high - low) * static_cast<double>(engine_() >> 11) * 0x1p-53;
     }
+    double spread(double low, double high) { return low * std::pow(high / low, between(0, 1)); }
     int integer(int low, int high) { return low + static_cast<int>(engine_() % static_cast<unsigned>(high - low + 1)); }
     bool coin() { return integer(0, 1) == 1; }
 

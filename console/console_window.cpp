@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
-#include <fstream>
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
 #include "console/form_verbs.h"
 #include "shell/menu.h"
-#include "shell/stored_files.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
@@ -114,11 +113,11 @@ void ConsoleWindow::show_plot(const PlotWindow& plot) {
 }
 
 PrintOutcome ConsoleWindow::print_page(const PrintPage& page) {
-    std::ofstream file(print_file, std::ios::app);
-    for (const auto& line : page.lines) file << line << '\n';
-    file << '\f';
+    std::string text;
+    for (const auto& line : page.lines) text += line + '\n';
+    text += '\f';
     transcript_.screen << fmt::format("[{}] a page of {} lines to {}\n", page.job, page.lines.size(), print_file);
-    return file.flush() ? PrintOutcome::printed : PrintOutcome::failed;
+    return append_to_file(print_file, text) ? PrintOutcome::printed : PrintOutcome::failed;
 }
 
 void ConsoleWindow::view_text(std::string_view name, std::string_view text) {
@@ -129,7 +128,7 @@ void ConsoleWindow::view_text(std::string_view name, std::string_view text) {
 bool ConsoleWindow::open_help(std::string_view page) {
     for (const auto& folder : manual_folders_) {
         const std::string name = fmt::format("{}/{}.md", folder, page);
-        if (const auto text = read_whole(name)) {
+        if (const WholeFile text = read_whole(name)) {
             view_text(name, *text);
             return true;
         }

@@ -7,8 +7,8 @@
 #include "console/form_verbs.h"
 #include "shell/analysis_plot.h"
 #include "shell/number_text.h"
-#include "shell/stored_files.h"
 #include "shell/svg_surface.h"
+#include "shell/whole_file.h"
 #include "workbench/events.h"
 #include "workbench/rooms.h"
 #include "workbench/shown.h"
@@ -131,7 +131,10 @@ void Runner::do_line(const ScriptLine& line) {
 void Runner::write_file(const std::string& name, const std::string& text) {
     if (name == "-") {
         window_.transcript().out << text;
-    } else if (!write_whole(name, text)) {
+        return;
+    }
+    window_.transcript().flush();  // the name may be that of one of its streams
+    if (!write_whole(name, text)) {
         window_.fail(Failure::file, fmt::format("'{}' could not be written", name));
     }
 }

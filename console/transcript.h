@@ -27,6 +27,11 @@ struct Transcript {
     std::ostream& out;     // what a script sends to the file "-"
     std::ostream& errors;  // FILE:LINE: message
     const ConsoleOptions& options;
+
+    // Before something is written straight to a stream that may be one of these.
+    void flush() const {
+        for (std::ostream* stream : {&report, &screen, &out}) stream->flush();
+    }
 };
 
 }  // namespace kavrel

@@ -14,7 +14,7 @@
 #include "desktop/text.h"
 #include "desktop/text_viewer.h"
 #include "shell/form.h"
-#include "shell/stored_files.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 

@@ -13,7 +13,7 @@
 #include "desktop/message_boxes.h"
 #include "desktop/plot_view.h"
 #include "desktop/text.h"
-#include "shell/stored_files.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
@@ -64,7 +64,7 @@ void PlotViewer::mark_earlier(bool earlier) { view_->mark_earlier(earlier); }
 void PlotViewer::set_shade(Shade shade) { view_->set_shade(shade); }
 
 bool PlotViewer::save_picture(const QString& name) const {
-    if (name.endsWith(".svg", Qt::CaseInsensitive)) return write_whole(utf8_text(name), view_->svg());
+    if (name.endsWith(".svg", Qt::CaseInsensitive)) return write_whole(utf8_text(name), view_->svg()).has_value();
     return view_->picture(view_->size() * picture_scale).save(name);
 }
 

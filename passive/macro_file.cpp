@@ -1,10 +1,9 @@
 #include "passive/macro_file.h"
 
-#include <fstream>
-
 #include "passive/command_tools.h"
 #include "shell/edit.h"
 #include "shell/edited.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
@@ -50,7 +49,7 @@ void start_macro(PassiveDesk& desk) {
     if (desk.state.recording) close_macro(desk);
     const std::string head = display_lines("{UP} ~") + "IntControl (35, 100, 0, 0, 0)\n";
     desk.state.macro_file.assign(name);
-    desk.state.recording = desk.state.macro_file.trimmed() == name && write_whole(name, head);
+    desk.state.recording = desk.state.macro_file.trimmed() == name && write_whole(name, head).has_value();
     desk.state.recording ? note_written(desk.session, name) : refuse(desk, "File could not be opened");
 }
 
@@ -63,11 +62,8 @@ void play_macro(PassiveDesk& desk) {
     const auto name =
         ask_file(desk, {.caption = "Select a macro", .description = file_description, .filter = file_filter});
     if (!name) return;
-    if (const auto text = read_whole(*name)) {
-        desk.window.view_text(*name, *text);
-    } else {
-        refuse(desk, "File was not found");
-    }
+    const WholeFile text = read_whole(*name);
+    text ? desk.window.view_text(*name, *text) : refuse(desk, complaint_of(text.fault, "File was not found"));
 }
 
 namespace {
@@ -78,10 +74,7 @@ std::string display_lines(std::string_view keys) {
 }
 
 void append(PassiveDesk& desk, std::string_view text) {
-    std::ofstream file(desk.state.macro_file.text(), std::ios::app | std::ios::binary);
-    file << text;
-    file.close();
-    if (file) return;
+    if (append_to_file(desk.state.macro_file.text(), text)) return;
     desk.state.recording = false;
     refuse(desk, "File could not be written");
 }

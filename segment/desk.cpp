@@ -41,7 +41,7 @@ void note_written(Session& session, const std::string& name) {
 bool write_text(Desk& desk, std::string_view typed, const std::string& name, std::string_view text,
                 std::string_view failure) {
     if (!may_write(desk.session, desk.reporter, typed, name)) return false;
-    const bool written = write_whole(name, text);
+    const bool written = write_whole(name, text).has_value();
     written ? note_written(desk.session, name) : refuse(desk, failure);
     return written;
 }

@@ -12,6 +12,7 @@
 #include "shell/reporter.h"
 #include "shell/session.h"
 #include "shell/stored_files.h"
+#include "shell/whole_file.h"
 #include "shell/window_layer.h"
 
 namespace kavrel {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdio>
-#include <filesystem>
 
 namespace kavrel {
 
@@ -12,10 +11,12 @@ struct FileMessage {
     FileStatus status;
     std::string_view text;
 };
-constexpr std::array<FileMessage, 5> file_messages = {{
+constexpr std::array<FileMessage, 7> file_messages = {{
     {FileStatus::done, ""},
     {FileStatus::not_found, "File was not found"},
     {FileStatus::not_opened, "File could not be opened"},
+    {FileStatus::not_regular, "File is not a regular file"},
+    {FileStatus::too_large, "File is larger than 16 MB"},
     {FileStatus::not_written, "File could not be written"},
     {FileStatus::damaged, "Error encountered in reading the file"},
 }};
@@ -25,7 +26,6 @@ FileStatus read(const std::string& path, std::string& bytes);
 FileStatus remove(const std::string& path);
 FileStatus push_undo_file(int level, const std::string& bytes);
 FileStatus append(const std::string& path, const std::string& bytes);
-void remove_whole_or_not(const std::string& path);
 
 }  // namespace
 
@@ -54,12 +54,13 @@ FileStatus file_operation(FileOperation operation, const FilePlace& place, std::
 
 void remove_undo_files() {
     // The newest of eleven has a name of its own until the others have moved.
-    for (int level = 0; level <= undo_levels; ++level) remove_whole_or_not(undo_file(level));
+    for (int level = 0; level <= undo_levels; ++level) std::remove(undo_file(level).c_str());
 }
 
 void remove_temporary_files() {
-    remove_whole_or_not(store_file);
+    std::remove(store_file);
     remove_undo_files();
+    remove_abandoned_files(".");
 }
 
 std::string undo_file(int level) { return "_xxx" + std::to_string(level) + ".tmp"; }
@@ -71,12 +72,15 @@ FileStatus write(const std::string& path, const std::string& bytes) {
 }
 
 FileStatus read(const std::string& path, std::string& bytes) {
-    std::error_code unknown;
-    if (!std::filesystem::exists(path, unknown)) return FileStatus::not_found;
-    auto found = read_whole(path);
-    if (!found) return FileStatus::not_opened;
-    bytes = std::move(*found);
-    return FileStatus::done;
+    WholeFile found = read_whole(path);
+    switch (found.fault) {
+        case ReadFault::none: bytes = std::move(found.bytes); return FileStatus::done;
+        case ReadFault::missing: return FileStatus::not_found;
+        case ReadFault::not_regular: return FileStatus::not_regular;
+        case ReadFault::too_large: return FileStatus::too_large;
+        case ReadFault::unreadable: break;
+    }
+    return FileStatus::not_opened;
 }
 
 FileStatus remove(const std::string& path) {
@@ -94,17 +98,7 @@ FileStatus push_undo_file(int level, const std::string& bytes) {
 }
 
 FileStatus append(const std::string& path, const std::string& bytes) {
-    std::error_code unknown;
-    std::string whole;
-    if (std::filesystem::exists(path, unknown)) {
-        if (const FileStatus status = read(path, whole); status != FileStatus::done) return status;
-    }
-    return write(path, whole + bytes);
-}
-
-void remove_whole_or_not(const std::string& path) {
-    std::remove(path.c_str());
-    std::remove(name_beside(path).c_str());
+    return append_to_file(path, bytes) ? FileStatus::done : FileStatus::not_written;
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "shell/stored_files.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
@@ -30,6 +31,8 @@ enum class FileStatus {
     done,
     not_found,    // there is no such file
     not_opened,   // there is one, but it cannot be read
+    not_regular,  // there is one that may never end
+    too_large,    // there is one of more than 16 MB
     not_written,  // the old one, if any, is as it was
     damaged,      // what was read is not such a file: found by those who take its bytes apart
 };

@@ -5,8 +5,8 @@
 #include <cctype>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <numbers>
+#include <sstream>
 #include <utility>
 
 #include <fmt/format.h>
@@ -17,6 +17,7 @@
 #include "shell/number_text.h"
 #include "shell/reporter.h"
 #include "shell/utf8.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
@@ -43,7 +44,7 @@ struct FileRows {
 };
 
 bool goes_without_saying(double re, double im, std::vector<std::pair<double, double>>& without_image);
-std::optional<FileRows> rows_of_file(std::istream& file, const Field& list, const ListView& view);
+std::optional<FileRows> rows_of_text(const std::string& text, const Field& list, const ListView& view);
 double hertz_of_column(const Form& form, const Column& column, void* record, const UnitSet& units);
 
 }  // namespace
@@ -198,13 +199,13 @@ void FormSheet::read_rows(std::size_t i) {
     const std::string name = reporter_.window().choose_file(
         {.caption = "Select a data file", .description = "Data files", .filter = "*.dat;*.pz;*.txt;*.csv"});
     if (name.empty()) return;
-    std::ifstream file(name);
+    const WholeFile file = read_whole(name);
     if (!file) {
-        reporter_.message("File was not found", "Error");
+        reporter_.message(complaint_of(file.fault, "File was not found"), "Error");
         return;
     }
     const ListView view = list(i);
-    const auto rows = rows_of_file(file, field(i), view);
+    const auto rows = rows_of_text(*file, field(i), view);
     if (!rows) {
         reporter_.message("File contains incorrect data", "Error");
         return;
@@ -336,9 +337,10 @@ bool goes_without_saying(double re, double im, std::vector<std::pair<double, dou
 // The rows of a data file, a row a line, in free format; none when a line does not hold just a row of numbers or when
 // there are too many. Empty lines and comments, which begin with "!", pass; but in a file that holds several lists
 // under comments as their headings, the rows are those from the heading with the list's name to the next comment.
-std::optional<FileRows> rows_of_file(std::istream& file, const Field& list, const ListView& view) {
+std::optional<FileRows> rows_of_text(const std::string& text, const Field& list, const ListView& view) {
     std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
     if (!lines.empty() && lines.front().starts_with(byte_order_mark)) lines.front().erase(0, byte_order_mark.size());
     const auto is_comment = [](std::string_view line) { return trim(line).starts_with('!'); };
     auto from = std::ranges::find_if(

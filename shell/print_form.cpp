@@ -1,6 +1,6 @@
 #include "shell/print_form.h"
 
-#include <fstream>
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
@@ -12,7 +12,7 @@ bool choose_print_mode(PrintTarget target, Reporter& reporter) {
             const std::string name = reporter.window().choose_file(
                 {.caption = "Select a file name", .description = "Text files", .filter = "*.txt", .to_write = true});
             if (name.empty()) return false;
-            if (!std::ofstream(name, std::ios::app)) {
+            if (!append_to_file(name, {})) {
                 reporter.message("File could not be written", "Error");
                 return false;
             }

@@ -1,8 +1,7 @@
 #include "shell/reporter.h"
 
-#include <fstream>
-
 #include "shell/utf8.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
@@ -42,9 +41,7 @@ void Reporter::set_print_mode(PrintMode mode, std::string_view file_name) {
 
 void Reporter::print_line(std::string_view piece) {
     if (print_.print_mode == PrintMode::file) {
-        std::ofstream file(print_.file_name, std::ios::app);
-        file << piece << '\n';
-        if (file.flush()) return;
+        if (append_to_file(print_.file_name, std::string(piece) + '\n')) return;
         print_.print_mode = PrintMode::screen;
         message("File could not be written", "Error");
     } else if (print_.print_mode == PrintMode::printer) {

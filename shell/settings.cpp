@@ -1,11 +1,11 @@
 #include "shell/settings.h"
 
 #include <cmath>
-#include <fstream>
+#include <sstream>
 
 #include "shell/edited.h"
 #include "shell/number_text.h"
-#include "shell/stored_files.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
@@ -18,12 +18,13 @@ bool good_index(int index, int last) { return index >= 1 && index <= last; }
 }  // namespace
 
 SettingsStatus read_settings(const std::string& path, UnitSet& units) {
-    std::ifstream file(path);
-    if (!file) return SettingsStatus::missing;
+    const WholeFile file = read_whole(path);
+    if (file.fault == ReadFault::missing) return SettingsStatus::missing;
+    std::istringstream lines(file.bytes);
     std::string first;
     std::string second;
-    std::getline(file, first);
-    std::getline(file, second);
+    std::getline(lines, first);
+    std::getline(lines, second);
     const auto multipliers = parse_free_format(first);
     const auto integers = parse_free_format(second);
     if (!multipliers || multipliers->size() != 4 || !integers || integers->size() != 6) return SettingsStatus::damaged;
@@ -55,7 +56,7 @@ bool write_settings(const std::string& path, const UnitSet& units) {
     text += edited<"(6(6X,I2))">(units.frequency_index, units.inductor_index, units.capacitor_index, units.time_index,
                                  units.fixed_units, units.frequency_in_unit);
     text += '\n';
-    return write_whole(path, text);
+    return write_whole(path, text).has_value();
 }
 
 }  // namespace kavrel

@@ -9,7 +9,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -57,17 +56,6 @@ enum class ExtSlot {
 
 // Whether the extension that was typed with a name has given way to another one.
 [[nodiscard]] bool extension_swapped(std::string_view typed, std::string_view name);
-
-// Writes a file beside the old one and renames it into place, so that the old one stays whole whatever happens. False
-// when it could not be written. A program that is killed meanwhile leaves no more than the one file of `name_beside`,
-// which the next call replaces.
-[[nodiscard]] bool write_whole(const std::string& path, std::string_view bytes);
-
-// Where `write_whole` writes: "folder/~name.tmp" for "folder/name".
-[[nodiscard]] std::string name_beside(std::string_view path);
-
-// A whole file, or none when it could not be read.
-[[nodiscard]] std::optional<std::string> read_whole(const std::string& path);
 
 // The two directions of a file of records. A routine that lists the items of a file serves both, being given the one or
 // the other: `items` one behind the other, `record` a record of its own; `require` refuses a file by what was read from

@@ -2,6 +2,7 @@
 
 #include "segment/desk.h"
 #include "shell/stored_files.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
@@ -23,9 +24,9 @@ bool recall_input(Workbench& bench, const InputFileKind& kind, const AcceptBytes
     const std::string name = bench.window.choose_file(
         {.caption = kind.recall_caption, .description = kind.description, .filter = kind.filter});
     if (name.empty()) return false;
-    const auto bytes = read_whole(name);
+    const WholeFile bytes = read_whole(name);
     if (!bytes) {
-        bench.reporter.message("File was not found", "Error");
+        bench.reporter.message(complaint_of(bytes.fault, "File was not found"), "Error");
         return false;
     }
     if (!take(*bytes)) {
@@ -37,7 +38,7 @@ bool recall_input(Workbench& bench, const InputFileKind& kind, const AcceptBytes
 }
 
 bool save_input(Workbench& bench, const InputFileKind& kind, std::string_view bytes, const AcceptBytes& is_own) {
-    const auto current = read_whole(bench.session.input_file.text());
+    const WholeFile current = read_whole(bench.session.input_file.text());
     if (bench.session.input_file.is_blank() || (current && !is_own(*current))) {
         const std::string name = bench.window.choose_file({.caption = "Select a file name",
                                                            .description = kind.description,

@@ -5,7 +5,7 @@
 #include <fmt/format.h>
 
 #include "forms/units_form.h"
-#include "shell/stored_files.h"
+#include "shell/whole_file.h"
 #include "workbench/analysis_road.h"
 #include "workbench/delay_road.h"
 #include "workbench/design_input.h"
@@ -76,10 +76,10 @@ void view_text_file(Workbench& bench) {
     const std::string name = bench.window.choose_file(
         {.caption = "Select a file name", .description = "Text files", .filter = "*.txt;*.tab;*.ckt;*.*"});
     if (name.empty()) return;
-    if (const auto text = read_whole(name)) {
+    if (const WholeFile text = read_whole(name)) {
         bench.window.view_text(name, *text);
     } else {
-        bench.reporter.message("File was not found", "Error");
+        bench.reporter.message(complaint_of(text.fault, "File was not found"), "Error");
     }
 }
 

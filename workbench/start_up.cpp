@@ -5,6 +5,7 @@
 #include "segment/file_operation.h"
 #include "shell/fixed_text.h"
 #include "shell/settings.h"
+#include "shell/whole_file.h"
 #include "workbench/events.h"
 #include "workbench/menus.h"
 #include "workbench/rooms.h"
@@ -27,7 +28,9 @@ void main_program(Workbench& bench, std::string_view command_line, std::string_v
     bench.window.set_toolbar(main_toolbar);
     enter_segment(bench, SegmentId::main);
     if (settings == SettingsStatus::damaged) {
-        bench.reporter.message("Settings file q_qxz is damaged, units are Hz, H, F, sec", "Warning");
+        const std::string trouble =
+            complaint_of(read_whole(settings_file).fault, "Settings file q_qxz is damaged", "Settings file q_qxz");
+        bench.reporter.message(trouble + ", units are Hz, H, F, sec", "Warning");
     }
     const std::string argument(trim(command_line));  // whole, also where the session's copy is cut
     if (names_stored_filter(argument)) {

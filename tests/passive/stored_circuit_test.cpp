@@ -438,8 +438,7 @@ TEST(StoredCircuit, AKilledSaveLeavesTheOldOrTheNewCircuit) {
     }
     EXPECT_GT(seen[0], 0);
     EXPECT_GT(seen[1], 0);
-    // What a kill leaves is at most the one file beside, and the next save takes it away.
-    ASSERT_EQ(save_filter("both", circuit_forms, filters[0], "0"), FileStatus::done);
+    remove_abandoned_files(".");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 1);
 }
 

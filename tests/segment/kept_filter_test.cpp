@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <set>
+#include <sys/resource.h>
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -164,6 +165,12 @@ void block(const std::string& name) {
     write_text(name + "/inside", "");
 }
 
+// As on a disk that is full.
+void limit_files(rlim_t bytes) {
+    const rlimit limit{bytes, RLIM_INFINITY};
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
 bool push(const KeptWork& work) {
     keep_for_undo(work);
     return false;
@@ -173,7 +180,7 @@ constexpr const char* undo_lost = "Error: Nothing stored\nor error reading data 
 constexpr Failure failures[] = {
     {[] { std::filesystem::remove("_xxx1.tmp"); }, undo, undo_lost},
     {[] { cut_in_half("_xxx1.tmp"); }, undo, undo_lost},
-    {[] { block(name_beside("_xxx1.tmp")); }, undo, "Error: Data could not be stored"},
+    {[] { limit_files(0); }, undo, "Error: Data could not be stored"},
     {[] { std::filesystem::remove("_xxx2.tmp"); }, redo, "Error: File could not be read"},
     {[] { cut_in_half("_xxx2.tmp"); }, redo, "Error: File could not be read"},
     {[] { block("_xxx2.tmp"); }, push, "Warning: Data could not be stored"},
@@ -195,6 +202,7 @@ TEST(KeptFilter, FailuresAreReportedAndChangeNothing) {
         const std::string before = bench.now();
         const auto files_before = files_here();
         EXPECT_FALSE(failure.attempt(bench.work)) << failure.box;
+        limit_files(RLIM_INFINITY);
         EXPECT_EQ(bench.boxes(), failure.box);
         EXPECT_EQ(bench.now(), before) << failure.box;
         EXPECT_EQ(bench.state.undoTop, 2) << failure.box;

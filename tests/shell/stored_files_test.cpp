@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/scratch_folder.h"
-
 namespace kavrel {
 namespace {
 
@@ -70,38 +68,6 @@ TEST(StoredFiles, DamagedRecordsAreRefused) {
         EXPECT_FALSE(reads(bad)) << marker;
     }
     EXPECT_FALSE(reads(std::string("\xff\xff\xff\xff", 4) + good.substr(4)));
-}
-
-TEST(StoredFiles, AFileIsReplacedWholeOrNotAtAll) {
-    const ScratchFolder folder;
-    ASSERT_TRUE(write_whole("a", "old"));
-    ASSERT_TRUE(write_whole("a", "new one"));
-    EXPECT_EQ(read_whole("a"), "new one");
-    EXPECT_FALSE(std::filesystem::exists("~a.tmp"));
-    EXPECT_FALSE(write_whole("missing/a", "x"));
-    std::filesystem::create_directory("b");
-    write_text("b/inside", "");
-    EXPECT_FALSE(write_whole("b", "x"));
-    EXPECT_FALSE(std::filesystem::exists("~b.tmp")) << "nothing is left behind";
-    EXPECT_EQ(name_beside("some.folder/a"), "some.folder/~a.tmp");
-    write_text("own", "somebody's own");
-    std::filesystem::create_symlink("own", "~a.tmp");
-    ASSERT_TRUE(write_whole("a", "third"));
-    EXPECT_EQ(read_text("own"), "somebody's own");
-    EXPECT_FALSE(std::filesystem::is_symlink("a"));
-    std::filesystem::create_symlink("a", "link");
-    std::filesystem::permissions("a", std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
-    ASSERT_TRUE(write_whole("link", "through the link"));
-    EXPECT_TRUE(std::filesystem::is_symlink("link"));
-    EXPECT_EQ(read_text("a"), "through the link");
-    EXPECT_EQ(std::filesystem::status("a").permissions(),
-              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
-    EXPECT_TRUE(write_whole("/dev/null", "x"));
-    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
-    EXPECT_EQ(read_whole("b"), std::nullopt) << "a folder is no file";
-    EXPECT_EQ(read_whole("nothing"), std::nullopt);
-    write_text("empty", "");
-    EXPECT_EQ(read_whole("empty"), "");
 }
 
 }  // namespace

@@ -286,7 +286,7 @@ std::string form_table(const FormSheet& sheet) {
 TEST_F(Forms, TheManualTellsAllMenusAndForms) {
     const std::filesystem::path page = std::filesystem::path(TEST_DATA) / "../../docs/menus_and_forms.md";
     const auto text = read_whole(page.string());
-    ASSERT_TRUE(text.has_value());
+    ASSERT_TRUE(bool(text));
     std::string tables = "## Menus\n" + menu_tables() + "\n## Forms\n";
     std::set<std::string_view> told = {SYNTHESIS_DLG.name};  // has a page of its own
     for (const Form* form : all_forms()) {

@@ -20,12 +20,13 @@ struct StartUp : testing::Test {
 };
 
 TEST_F(StartUp, ClearsTemporaryFilesAndCreatesTheSettings) {
-    const char* temporary[] = {"~xxx.tmp", "_xxx0.tmp", "_xxx9.tmp", "_xxx10.tmp", "~~xxx.tmp.tmp", "~_xxx4.tmp.tmp"};
+    const char* temporary[] = {"~xxx.tmp", "_xxx0.tmp", "_xxx9.tmp", "_xxx10.tmp", "~_xxx4.tmp.kavrel-7.tmp"};
     for (const char* name : temporary) write_text(name, "stale");
-    for (const char* name : {"_xxx11.tmp", "keep.tmp"}) write_text(name, "stale");
+    for (const char* name : {"_xxx11.tmp", "keep.tmp", "~own.7.tmp"}) write_text(name, "stale");
     start();
     for (const char* gone : temporary) EXPECT_FALSE(std::filesystem::exists(gone)) << gone;
-    for (const char* kept : {"_xxx11.tmp", "keep.tmp"}) EXPECT_TRUE(std::filesystem::exists(kept)) << kept;
+    for (const char* kept : {"_xxx11.tmp", "keep.tmp", "~own.7.tmp"})
+        EXPECT_TRUE(std::filesystem::exists(kept)) << kept;
     EXPECT_EQ(read_text("q_qxz"),
               "   1.00000000E+00   1.00000000E+00   1.00000000E+00   1.00000000E+00\n"
               "       1       1       1       1       0       0\n");

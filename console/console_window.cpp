@@ -39,7 +39,7 @@ Answer ConsoleWindow::message(std::string_view text, std::string_view caption, B
     const auto answer = take_answer("answer");
     if (!answer) {
         if (buttons == Buttons::ok) return Answer::ok;
-        return caption == "Question" ? Answer::yes : Answer::no;
+        return caption == "Question" && !interrupted() ? Answer::yes : Answer::no;
     }
     const std::string word = answer->rest();
     if (buttons == Buttons::ok) {
@@ -83,13 +83,12 @@ bool ConsoleWindow::edit_form(FormSheet& sheet) {
         return false;
     };
     while (settle()) {
-        auto line = next_line();
+        const auto line = next_line();
         if (!line || !is_form_verb(line->verb())) {
-            if (line) script_.hand_back(std::move(*line));
-            return refused ? leave() : true;
+            if (line) script_.hand_back(*line);
+            return refused || interrupted() ? leave() : true;
         }
-        script_.hand_back(std::move(*line));
-        line = take_line();
+        begin(*line);
         const FormStep step = filler.perform(*line, transcript_.screen);
         if (!step.wrong.empty()) fail(Failure::script, step.wrong);
         if (step.closed && step.wrong.empty()) return step.accepted ? true : leave();
@@ -141,7 +140,7 @@ std::string ConsoleWindow::date_and_time() {
     return fmt::format("{:%Y-%m-%d %H:%M:%S}", fmt::localtime(std::time(nullptr)));
 }
 
-bool ConsoleWindow::progress(std::string_view, int, int) { return true; }
+bool ConsoleWindow::progress(std::string_view, int, int) { return !interrupted(); }
 
 bool ConsoleWindow::own_event(int item_id) {
     if (item_id != close_window_event) return false;
@@ -150,7 +149,7 @@ bool ConsoleWindow::own_event(int item_id) {
 }
 
 std::optional<ScriptLine> ConsoleWindow::next_line() {
-    while (!ended_) {
+    while (!ended_ && !interrupted()) {
         auto line = script_.next();
         if (!line || line->verb() != "include") return line;
         echo(*line);
@@ -181,20 +180,25 @@ void ConsoleWindow::echo(const ScriptLine& line) {
     if (!transcript_.options.quiet) transcript_.screen << "> " << line.text << '\n';
 }
 
+void ConsoleWindow::begin(const ScriptLine& line) {
+    echo(line);
+    if (line.open_quote) fail(Failure::script, missing_quote);
+}
+
 std::optional<ScriptLine> ConsoleWindow::take_line() {
     auto line = next_line();
-    if (!line) return line;
-    echo(*line);
-    if (line->open_quote) fail(Failure::script, missing_quote);
+    if (line) begin(*line);
     return line;
 }
 
 std::optional<ScriptLine> ConsoleWindow::take_answer(std::string_view verb) {
     auto line = next_line();
-    if (!line) return std::nullopt;
-    const bool fits = line->verb() == verb;
-    script_.hand_back(std::move(*line));
-    return fits ? take_line() : std::nullopt;
+    if (line && line->verb() == verb) {
+        begin(*line);
+        return line;
+    }
+    if (line) script_.hand_back(std::move(*line));
+    return std::nullopt;
 }
 
 void ConsoleWindow::fail(Failure failure, std::string text) {
@@ -207,7 +211,8 @@ bool ConsoleWindow::settle() {
         transcript_.errors << failed.text << '\n';
         if (first_failure_ == Failure::none) first_failure_ = failed.failure;
     }
-    if (!failures_.empty() && !transcript_.options.keep_going) {
+    const bool unheard = !transcript_.report || !transcript_.screen;
+    if (interrupted() || unheard || (!failures_.empty() && !transcript_.options.keep_going)) {
         ended_ = true;
         script_.end();
     }

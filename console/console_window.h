@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "console/script.h"
+#include "console/stop_signals.h"
 #include "console/transcript.h"
 #include "shell/plot.h"
 #include "shell/window_layer.h"
@@ -21,7 +22,9 @@ struct LineFailure {
 
 class ConsoleWindow : public WindowLayer {
 public:
-    ConsoleWindow(ConsoleScript& script, Transcript transcript) : script_(script), transcript_(transcript) {}
+    // Where it is given signals, these end the work and the script.
+    ConsoleWindow(ConsoleScript& script, Transcript transcript, const StopSignals* signals = nullptr)
+        : script_(script), transcript_(transcript), signals_(signals) {}
 
     void show_line(std::string_view line) override;
     Answer message(std::string_view text, std::string_view caption, Buttons buttons) override;
@@ -52,6 +55,8 @@ public:
 
     [[nodiscard]] int exit_status() const { return static_cast<int>(first_failure_); }
     [[nodiscard]] bool closed() const { return closed_; }
+    // Whether a signal has come that ends what is under way.
+    [[nodiscard]] bool interrupted() const { return signals_ != nullptr && signals_->caught() != 0; }
     void close() { closed_ = true; }
     [[nodiscard]] Transcript& transcript() { return transcript_; }
     [[nodiscard]] const PlotWindow* plot() const { return has_plot_ ? &plot_ : nullptr; }
@@ -66,8 +71,11 @@ protected:
     [[nodiscard]] ConsoleScript& script() { return script_; }
     // A failed line has ended the script, but not the conversation.
     void resume() { ended_ = false; }
+    [[nodiscard]] const StopSignals* signals() const { return signals_; }
 
 private:
+    // Echoes a line and says what is wrong with it as a line.
+    void begin(const ScriptLine& line);
     // The next line, the lines of included files among them, taken from the script.
     [[nodiscard]] std::optional<ScriptLine> next_line();
     // The next line if it is an answer with this verb; otherwise it stays the next one.
@@ -76,6 +84,7 @@ private:
 
     ConsoleScript& script_;
     Transcript transcript_;
+    const StopSignals* signals_;
     std::string current_;                // "FILE:LINE" of the line that is executed
     std::vector<LineFailure> failures_;  // of that line, not yet reported
     Failure first_failure_ = Failure::none;

@@ -2,14 +2,17 @@
 
 #include <clocale>
 #include <exception>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <poll.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include "console/script_stream.h"
 #include "console/terminal.h"
 #include "workbench/start_up.h"
 
@@ -25,6 +28,20 @@ int file_trouble(const std::string& name, std::string_view trouble) {
     return file_failure;
 }
 
+// Whether nobody reads any more what is written to a pipe.
+bool reader_left(int descriptor) {
+    pollfd pipe{.fd = descriptor, .events = POLLOUT, .revents = 0};
+    return poll(&pipe, 1, 0) == 1 && (pipe.revents & POLLERR) != 0;
+}
+
+// A closed standard stream stays closed: no file that is opened takes its number.
+void hold_standard_streams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0)
+            static_cast<void>(open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+    }
+}
+
 std::string own_path() {
     std::error_code unknown;
     return std::filesystem::read_symlink("/proc/self/exe", unknown).string();
@@ -35,21 +52,28 @@ int run(const ConsoleOptions& options) {
     const bool scripted = !options.argument.empty() && !stored;
     const bool interactive = !scripted && isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
 
+    hold_standard_streams();
+    std::signal(SIGPIPE, SIG_IGN);
+    const StopSignals signals(interactive ? StopSignals::Second::waits : StopSignals::Second::ends);
+    const auto trouble = [&](const std::string& name, std::string_view what) {
+        if (signals.caught() != 0) end_by_signal(signals.caught());
+        return file_trouble(name, what);
+    };
     ConsoleScript script;
     if (scripted) {
-        auto lines = open_text(options.argument);
-        if (lines == nullptr) return file_trouble(options.argument, "read");
+        auto lines = open_script(options.argument, signals);
+        if (lines == nullptr) return trouble(options.argument, "read");
         script.push(options.argument, std::move(lines),
                     std::filesystem::absolute(options.argument).parent_path().string());
     } else if (!interactive) {
-        script.push("<stdin>", std::make_unique<std::istream>(std::cin.rdbuf()));
+        script.push("<stdin>", std::make_unique<ScriptStream>(STDIN_FILENO, false, signals));
     }
-    if (!options.folder.empty() && chdir(options.folder.c_str()) != 0) return file_trouble(options.folder, "entered");
-    if (stored && open_text(options.argument) == nullptr) return file_trouble(options.argument, "read");
+    if (!options.folder.empty() && chdir(options.folder.c_str()) != 0) return trouble(options.folder, "entered");
+    if (stored && open_text(options.argument) == nullptr) return trouble(options.argument, "read");
     std::ofstream report_file;
     if (!options.report_file.empty()) {
         report_file.open(options.report_file);
-        if (!report_file) return file_trouble(options.report_file, "written");
+        if (!report_file) return trouble(options.report_file, "written");
     }
     const Transcript transcript{.report = options.report_file.empty() ? std::cout : report_file,
                                 // What is not asked for keeps out of the way of the state.
@@ -58,8 +82,8 @@ int run(const ConsoleOptions& options) {
                                 .errors = std::cerr,
                                 .options = options};
 
-    const auto window = interactive ? std::make_unique<Terminal>(script, transcript)
-                                    : std::make_unique<ConsoleWindow>(script, transcript);
+    const auto window = interactive ? std::make_unique<Terminal>(script, transcript, signals)
+                                    : std::make_unique<ConsoleWindow>(script, transcript, &signals);
     const std::string program = own_path();
     window->set_manual_folders(manual_folders(program));
     const auto bench = std::make_unique<Workbench>(*window);
@@ -72,14 +96,18 @@ int run(const ConsoleOptions& options) {
     } else {
         runner.run();
     }
-    if (!options.json_file.empty()) {
+    const bool interrupted = window->interrupted();
+    if (!options.json_file.empty() && !interrupted) {
         runner.dump(options.json_file);
         window->settle();
     }
     end_program();
     transcript.report.flush();
-    if (!std::cout.flush()) return file_trouble("standard output", "written");
-    if (!transcript.report) return file_trouble(options.report_file, "written");
+    std::cout.flush();
+    if (interrupted) end_by_signal(signals.caught());
+    if (!std::cout && reader_left(STDOUT_FILENO)) end_by_signal(SIGPIPE);
+    if (!std::cout) return trouble("standard output", "written");
+    if (!transcript.report) return trouble(options.report_file, "written");
     return interactive ? 0 : window->exit_status();
 }
 

@@ -1,9 +1,8 @@
 #include "console/terminal.h"
 
 #include <algorithm>
-#include <csignal>
+#include <cerrno>
 #include <cstdlib>
-#include <ctime>
 #include <iostream>
 
 #include <editline/readline.h>
@@ -18,40 +17,6 @@ namespace kavrel {
 
 namespace {
 
-// While it lives Ctrl-C does not end the program but waits to be asked for.
-class InterruptWatch {
-public:
-    InterruptWatch() {
-        sigemptyset(&interrupt_);
-        sigaddset(&interrupt_, SIGINT);
-        sigprocmask(SIG_BLOCK, &interrupt_, &before_);
-    }
-    ~InterruptWatch() {
-        forget();
-        sigprocmask(SIG_SETMASK, &before_, nullptr);
-    }
-    InterruptWatch(const InterruptWatch&) = delete;
-    InterruptWatch& operator=(const InterruptWatch&) = delete;
-
-    // What was pressed until now stops nothing.
-    void forget() const {
-        constexpr timespec at_once{};
-        while (sigtimedwait(&interrupt_, nullptr, &at_once) > 0) {
-        }
-    }
-
-private:
-    sigset_t interrupt_{};
-    sigset_t before_{};
-};
-
-bool interrupt_waits() {
-    sigset_t waiting;
-    sigemptyset(&waiting);
-    sigpending(&waiting);
-    return sigismember(&waiting, SIGINT) == 1;
-}
-
 std::string_view first_word(std::string_view text) {
     text = trim(text);
     return text.substr(0, text.find(' '));
@@ -62,11 +27,16 @@ std::string_view first_word(std::string_view text) {
 std::optional<std::string> Terminal::ask(const std::string& prompt) {
     transcript().screen.flush();
     transcript().report.flush();
-    char* typed = readline(prompt.c_str());
-    if (typed == nullptr) {
-        std::cout << '\n';
-        return std::nullopt;
-    }
+    char* typed = nullptr;
+    do {
+        if (dismissed()) return std::nullopt;
+        if (interrupted()) signals()->forget();
+        errno = 0;
+        typed = readline(prompt.c_str());
+        if (typed == nullptr) std::cout << '\n';
+        // Interrupted it gives no line either: by Ctrl-C, or by Ctrl-Z where no shell could stop the program.
+    } while (typed == nullptr && errno == EINTR);
+    if (typed == nullptr) return std::nullopt;
     std::string line(typed);
     if (!trim(line).empty()) add_history(typed);
     std::free(typed);  // NOLINT: readline gives it with malloc
@@ -78,6 +48,8 @@ void Terminal::show_line(std::string_view line) {
     ConsoleWindow::show_line(line);
 }
 
+bool Terminal::dismissed() const { return interrupted() && signals()->caught() != SIGINT; }
+
 void Terminal::clear_progress() {
     if (progress_shown_) transcript().screen << "\r\x1b[K";
     progress_shown_ = false;
@@ -88,7 +60,7 @@ bool Terminal::progress(std::string_view work, int done, int total) {
                                        total > 0 ? fmt::format(" of {}", total) : "")
                         << std::flush;
     progress_shown_ = true;
-    return !interrupt_waits();
+    return !interrupted();
 }
 
 void Terminal::set_menu(std::span<const MenuItem> menu, std::string_view title) {
@@ -291,7 +263,6 @@ void Terminal::perform_typed(const ScriptLine& line, Runner& runner) {
 }
 
 void Terminal::converse(Workbench& bench, Runner& runner) {
-    const InterruptWatch watch;
     transcript().screen << fmt::format(
         "Kavrel {}. A blank line shows the menu; a number or a label chooses; .. goes up;\n"
         "the verbs of scripts work, too; quit ends.\n",
@@ -301,7 +272,6 @@ void Terminal::converse(Workbench& bench, Runner& runner) {
     while (!runner.is_over()) {
         const auto typed = ask(fmt::format("{}> ", open_.empty() ? "kavrel" : open_.back()));
         if (!typed) return;
-        watch.forget();
         if (typed->empty() || *typed == "menu" || *typed == "?") {
             show_menu();
         } else if (*typed == "..") {

@@ -13,7 +13,8 @@ namespace kavrel {
 
 class Terminal final : public ConsoleWindow {
 public:
-    Terminal(ConsoleScript& script, Transcript transcript) : ConsoleWindow(script, transcript) {}
+    Terminal(ConsoleScript& script, Transcript transcript, const StopSignals& signals)
+        : ConsoleWindow(script, transcript, &signals) {}
 
     Answer message(std::string_view text, std::string_view caption, Buttons buttons) override;
     int choose(const ChoiceBox& box) override;
@@ -27,7 +28,7 @@ public:
     void converse(Workbench& bench, Runner& runner);
 
 private:
-    // A typed line, edited and kept in the history; none at the end of the input.
+    // A typed line, edited and kept in the history; none at the end of the input. Ctrl-C drops what was typed so far.
     [[nodiscard]] std::optional<std::string> ask(const std::string& prompt);
 
     // How the user left a field.
@@ -36,6 +37,8 @@ private:
     [[nodiscard]] FieldStep ask_rows(FormSheet& sheet, std::size_t i);
     [[nodiscard]] FieldStep ask_end(FormSheet& sheet);
 
+    // Whether a signal ends the conversation: Ctrl-C only ends the work.
+    [[nodiscard]] bool dismissed() const;
     void clear_progress();
     void show_menu();
     [[nodiscard]] std::vector<std::string> labels_here() const;

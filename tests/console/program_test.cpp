@@ -1,5 +1,6 @@
 // The program itself: options, exit status, the examples, and a person at a terminal.
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <map>
 #include <pty.h>
@@ -174,12 +175,42 @@ TEST(Program, APersonAtATerminalGoesFromTheMenuToTheReport) {
     const std::string shown = typed(read_text(TEST_DATA "/console/terminal.lines"));
     for (const char* part :
          {"1 File", "Filter length (0 to 512) [0]:", "a row has 4 numbers, not 3", "[Error] Function does not exist",
-          "from a script", "<terminal>:9: 'never' was not told"}) {
+          "from a script", "<terminal>:9: 'never' was not told", "File> echo after the keys"}) {
         EXPECT_TRUE(holds(shown, part)) << part << " in " << shown;
     }
     EXPECT_FALSE(holds(shown, "Window type")) << "a field that is off is not asked for";
     EXPECT_TRUE(holds(read_text("report.txt"), "Filter length =   5")) << shown;
     EXPECT_TRUE(std::filesystem::exists("q_qxz"));
+}
+
+// It waits at a pipe for the rest of its script, an undo file in the folder, when the signal comes.
+TEST(Program, ASignalEndsAScriptInGoodOrder) {
+    const std::string script =
+        "choose File > Recall\nfile " EXAMPLES "/stored_lowpass.qfp\nchoose Branch > Delete\nset branch 3\nok\n";
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        const ScratchFolder folder;
+        std::array<int, 2> ends{};
+        ASSERT_EQ(pipe(ends.data()), 0);
+        const pid_t child = fork();
+        if (child == 0) {
+            dup2(ends[0], STDIN_FILENO);
+            execl("/bin/sh", "sh", "-c", "exec " PROGRAM_PATH " --json state.json >output",
+                  static_cast<char*>(nullptr));
+            _exit(127);
+        }
+        ASSERT_EQ(write(ends[1], script.data(), script.size()), static_cast<ssize_t>(script.size()));
+        for (int i = 0; i < 1000 && !std::filesystem::exists("_xxx0.tmp"); ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        kill(child, number);
+        int status = 0;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(WIFSIGNALED(status) ? WTERMSIG(status) : 0, number);
+        EXPECT_FALSE(std::filesystem::exists("_xxx0.tmp") || std::filesystem::exists("state.json"));
+        EXPECT_TRUE(holds(read_text("output"), "> ok"));
+        close(ends[0]);
+        close(ends[1]);
+    }
 }
 
 }  // namespace

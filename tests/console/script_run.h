@@ -16,11 +16,13 @@ struct ScriptRun {
     ConsoleOptions options;
     ConsoleScript script;
     std::ostringstream shown;
-    ConsoleWindow window{script, {.report = shown, .screen = shown, .out = shown, .errors = shown, .options = options}};
+    ConsoleWindow window;
     Workbench bench{window};
     Runner runner{bench, window};
 
-    explicit ScriptRun(bool keep_going = false, bool quiet = false) {
+    explicit ScriptRun(bool keep_going = false, bool quiet = false, const StopSignals* signals = nullptr)
+        : window(script, {.report = shown, .screen = shown, .out = shown, .errors = shown, .options = options},
+                 signals) {
         options.keep_going = keep_going;
         options.quiet = quiet;
         options.date = "2026-01-01";

@@ -81,5 +81,32 @@ TEST_F(StateFile, HasTheSynthesisOfTheCircuitThatIsShownAlone) {
     expect_none(by_hand, of_synthesis);
 }
 
+// Ctrl-C just before the last line of the form: the design begins, and stops at its first question.
+TEST(State, AnInterruptedDesignLeavesTheFormerState) {
+    class Interrupted : public std::stringbuf {
+        using std::stringbuf::stringbuf;
+        int_type underflow() override {
+            if (gptr() == egptr() && !last_) {
+                last_ = true;
+                str("ok\n");
+                std::raise(SIGINT);
+            }
+            return std::stringbuf::underflow();
+        }
+        bool last_ = false;
+    };
+    const ScratchFolder folder;
+    const StopSignals signals(StopSignals::Second::waits);
+    ScriptRun run(true, false, &signals);
+    run.run(read_text(EXAMPLES "/fir_lowpass.kav"));
+    const Json before = Json::parse(state_json(run.bench));
+    Interrupted rest("choose Design > FIR Filter > New\nset filter_length 99\nset symmetry 1\n");
+    run.script.push("rest", std::make_unique<std::istream>(&rest));
+    run.runner.run();
+    const Json after = Json::parse(state_json(run.bench));
+    EXPECT_EQ(after["design"], "discontinued");
+    EXPECT_TRUE(after["fir"] == before["fir"]);
+}
+
 }  // namespace
 }  // namespace kavrel

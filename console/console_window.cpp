@@ -9,6 +9,7 @@
 
 #include "console/form_verbs.h"
 #include "shell/menu.h"
+#include "shell/shown_text.h"
 #include "shell/whole_file.h"
 
 namespace kavrel {
@@ -177,7 +178,7 @@ bool ConsoleWindow::include(const ScriptLine& line) {
 
 void ConsoleWindow::echo(const ScriptLine& line) {
     current_ = line.where();
-    if (!transcript_.options.quiet) transcript_.screen << "> " << line.text << '\n';
+    if (!transcript_.options.quiet) transcript_.screen << shown_text("> " + line.text + '\n', ShownAs::lines);
 }
 
 void ConsoleWindow::begin(const ScriptLine& line) {
@@ -207,8 +208,8 @@ void ConsoleWindow::fail(Failure failure, std::string text) {
 
 bool ConsoleWindow::settle() {
     for (const LineFailure& failed : failures_) {
-        if (!failed.where.empty()) transcript_.errors << failed.where << ": ";
-        transcript_.errors << failed.text << '\n';
+        const std::string place = failed.where.empty() ? "" : failed.where + ": ";
+        transcript_.errors << shown_text(place + failed.text + '\n', ShownAs::lines);
         if (first_failure_ == Failure::none) first_failure_ = failed.failure;
     }
     const bool unheard = !transcript_.report || !transcript_.screen;

@@ -7,6 +7,7 @@
 
 #include "shell/menu.h"
 #include "shell/number_text.h"
+#include "shell/shown_text.h"
 
 namespace kavrel {
 
@@ -120,7 +121,7 @@ std::string form_text(const FormSheet& sheet) {
         text += '\n';
         if (field.kind == FieldKind::list) text += rows_text(sheet, i);
     }
-    return text;
+    return shown_text(text, ShownAs::lines);
 }
 
 namespace {

@@ -14,6 +14,7 @@
 
 #include "console/script_stream.h"
 #include "console/terminal.h"
+#include "shell/shown_text.h"
 #include "workbench/start_up.h"
 
 namespace kavrel {
@@ -24,7 +25,7 @@ constexpr int file_failure = static_cast<int>(Failure::file);
 constexpr int script_failure = static_cast<int>(Failure::script);
 
 int file_trouble(const std::string& name, std::string_view trouble) {
-    std::cerr << fmt::format("kavrel-cli: '{}' could not be {}\n", name, trouble);
+    std::cerr << fmt::format("kavrel-cli: '{}' could not be {}\n", shown_text(name), trouble);
     return file_failure;
 }
 

@@ -7,6 +7,7 @@
 #include "console/form_verbs.h"
 #include "shell/analysis_plot.h"
 #include "shell/number_text.h"
+#include "shell/shown_text.h"
 #include "shell/svg_surface.h"
 #include "shell/whole_file.h"
 #include "workbench/events.h"
@@ -170,7 +171,7 @@ void Runner::plot_line(const ScriptLine& line) {
 
 void Runner::save_report_line(const ScriptLine& line) {
     std::string text;
-    for (const auto& report_line : bench_.journal.lines) text += report_line + '\n';
+    for (const auto& report_line : bench_.journal.lines) text += shown_text(report_line, ShownAs::lines) + '\n';
     write_file(line.rest(), text);
 }
 
@@ -197,6 +198,8 @@ void Runner::check_line(const ScriptLine&) {
     for (const std::string& row : check_table(shown_check(bench_))) window_.transcript().screen << row << '\n';
 }
 
-void Runner::echo_line(const ScriptLine& line) { window_.transcript().screen << line.rest() << '\n'; }
+void Runner::echo_line(const ScriptLine& line) {
+    window_.transcript().screen << shown_text(line.rest(), ShownAs::lines) << '\n';
+}
 
 }  // namespace kavrel

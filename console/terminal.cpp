@@ -12,6 +12,7 @@
 #include "shell/fixed_text.h"
 #include "shell/menu.h"
 #include "shell/number_text.h"
+#include "shell/shown_text.h"
 
 namespace kavrel {
 
@@ -141,7 +142,7 @@ Terminal::FieldStep Terminal::ask_field(FormSheet& sheet, std::size_t i) {
                        : field.kind == FieldKind::integer ? fmt::format("{} to {}", field.low, field.high)
                                                           : choices_text(sheet, i);
     if (hint.size() > 60) hint = "? shows the choices";
-    const std::string value = field.kind == FieldKind::button ? "no" : sheet.shown(i);
+    const std::string value = field.kind == FieldKind::button ? "no" : shown_text(sheet.shown(i));
     const std::string prompt =
         fmt::format("  {}{} [{}]: ", sheet.label(i), hint.empty() ? "" : fmt::format(" ({})", hint), value);
     while (true) {

@@ -72,6 +72,7 @@ MainWindow::MainWindow(WindowSettings& settings)
     connect(badge_, &QPushButton::clicked, this, &MainWindow::check_wanted);
     for (QLabel* one : {segment_, units_, file_}) {
         one->setContentsMargins(6, 0, 6, 0);
+        one->setTextFormat(Qt::PlainText);
         statusBar()->addPermanentWidget(one);
     }
     make_own_actions();

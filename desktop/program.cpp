@@ -4,6 +4,7 @@
 
 #include "desktop/check_badge.h"
 #include "desktop/text.h"
+#include "shell/shown_text.h"
 #include "shell/units.h"
 #include "workbench/events.h"
 #include "workbench/shown.h"
@@ -52,7 +53,7 @@ void Program::leave() {
 
 void Program::show_status() {
     const Session& session = bench_.session;
-    const QString file = qt_text(session.filter_file.trimmed());
+    const QString file = qt_text(shown_text(session.filter_file.trimmed()));
     window_.mark_plot(bench_.plot.earlier);
     window_.main().badge().show_check(shown_check(bench_));
     window_.main().set_status(qt_text(units_text(session.units)), QFileInfo(file).fileName());

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "shell/edit.h"
+#include "shell/shown_text.h"
 
 namespace kavrel {
 
@@ -67,7 +68,7 @@ PlotVerdict plot_two(PlotWindow& window, const PlotRequest& request, const UnitS
     fresh.source = request.source;
     fresh.point_count = static_cast<int>(n);
     fresh.has_y2 = has_y2;
-    fresh.TITLE = request.title;
+    fresh.TITLE.assign(shown_text(request.title));
     fresh.y1_label = request.y1_label;
     std::copy(request.x.begin(), request.x.end(), fresh.X_DATA.begin());
     std::copy(request.y1.begin(), request.y1.end(), fresh.Y1_DATA.begin());

@@ -1,5 +1,6 @@
 #include "shell/reporter.h"
 
+#include "shell/shown_text.h"
 #include "shell/utf8.h"
 #include "shell/whole_file.h"
 
@@ -10,16 +11,17 @@ void Reporter::report_line(std::string_view text) {
     while (true) {
         const auto end = text.find('\n');
         const auto piece = utf8_head(text.substr(0, end), line_limit);
-        window_.show_line(piece);
+        const std::string shown = shown_text(piece, ShownAs::lines);
+        window_.show_line(shown);
         journal_.lines.emplace_back(piece);
-        print_line(piece);
+        print_line(shown);
         if (end == std::string_view::npos) return;
         text.remove_prefix(end + 1);
     }
 }
 
 Answer Reporter::message(std::string_view text, std::string_view caption, Buttons buttons) {
-    const Answer answer = window_.message(text, caption, buttons);
+    const Answer answer = window_.message(shown_text(text, ShownAs::lines), caption, buttons);
     journal_.boxes.push_back({std::string(caption), std::string(text),
                               answer == Answer::yes  ? "yes"
                               : answer == Answer::no ? "no"

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "shell/shown_text.h"
 #include "shell/utf8.h"
 
 namespace kavrel {
@@ -150,42 +151,19 @@ std::string_view colour_of(PlotInk ink) {
     return "#1f2328";
 }
 
-// The number of bytes of the character at the head of `text` when it is well-formed UTF-8, otherwise 0.
-std::size_t character_bytes(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned head = byte(0);
-    const std::size_t length = head < 0x80 ? 1 : head >= 0xF0 ? 4 : head >= 0xE0 ? 3 : 2;
-    if ((head >= 0x80 && head < 0xC2) || head > 0xF4 || length > text.size()) return 0;
-    unsigned long code = length == 1 ? head : head & (0x7Fu >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if (utf8_starts(text[i])) return 0;
-        code = code << 6u | (byte(i) & 0x3Fu);
-    }
-    const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
-    const bool no_character = (code >= 0xD800 && code < 0xE000) || code == 0xFFFE || code == 0xFFFF || code > 0x10FFFF;
-    return overlong || no_character ? 0 : length;
-}
-
-// As XML takes it: its own characters as entities, control characters as blanks, bytes that are no UTF-8 as "?".
+// As XML takes it: its own characters as entities.
 std::string escaped(std::string_view text) {
     std::string out;
-    while (!text.empty()) {
-        const std::size_t bytes = character_bytes(text);
-        const char c = text.front();
-        if (bytes == 0) {
-            out += '?';
-        } else if (c == '&') {
+    for (const char c : shown_text(text)) {
+        if (c == '&') {
             out += "&amp;";
         } else if (c == '<') {
             out += "&lt;";
         } else if (c == '>') {
             out += "&gt;";
-        } else if (bytes == 1 && (c < ' ' || c == 0x7F)) {
-            out += ' ';
         } else {
-            out += text.substr(0, bytes);
+            out += c;
         }
-        text.remove_prefix(std::max<std::size_t>(bytes, 1));
     }
     return out;
 }

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "forms/units_form.h"
+#include "shell/shown_text.h"
 #include "shell/whole_file.h"
 #include "workbench/analysis_road.h"
 #include "workbench/delay_road.h"
@@ -77,7 +78,7 @@ void view_text_file(Workbench& bench) {
         {.caption = "Select a file name", .description = "Text files", .filter = "*.txt;*.tab;*.ckt;*.*"});
     if (name.empty()) return;
     if (const WholeFile text = read_whole(name)) {
-        bench.window.view_text(name, *text);
+        bench.window.view_text(shown_text(name), shown_text(*text, ShownAs::lines));
     } else {
         bench.reporter.message(complaint_of(text.fault, "File was not found"), "Error");
     }

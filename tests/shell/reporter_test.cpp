@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "shell/print_form.h"
+#include "shell/shown_text.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
 
@@ -32,6 +33,31 @@ TEST_F(Reports, TextIsCutAtLineFeedsAndAtEightyOneCharacters) {
     EXPECT_EQ(window.lines[4].size(), 81U);
     EXPECT_EQ(window.lines[5].size(), 3U * 81U) << "characters count, not bytes";
     EXPECT_EQ(journal.lines, window.lines);
+}
+
+// A title may come from anywhere: what is shown and printed does nothing to a terminal, what is kept is what came.
+TEST_F(Reports, TextFromOutsideIsShownWithoutControlCharacters) {
+    const struct {
+        std::string_view text, shown;
+    } rows[] = {
+        {"\x1b[31mred\a\x7f\tµ─\xf0\x9f\x98\x80", " [31mred  \tµ─\xf0\x9f\x98\x80"},
+        {"\xc2\x9b"
+         "31m \xe2\x80\xae\xe2\x81\xa6\xe2\x80\xa8",
+         " 31m    "},  // C1, directions, ends of line
+        {"\xff\xc0\xaf\xed\xa0\x80\xef\xbf\xbe\xe2\x82",
+         "??????????"
+         "?"},  // no UTF-8, no XML
+        {"one\rtwo\r", "one two "},
+    };
+    for (const auto& row : rows) {
+        reporter.report_line(row.text);
+        reporter.message(row.text, "Advice");
+        EXPECT_EQ(window.lines.back(), row.shown);
+        EXPECT_EQ(window.boxes.back(), "Advice: " + std::string(row.shown));
+        EXPECT_EQ(journal.lines.back(), row.text);
+        EXPECT_EQ(journal.boxes.back().text, row.text);
+        EXPECT_EQ(shown_text(row.shown, ShownAs::lines), row.shown);
+    }
 }
 
 TEST_F(Reports, PagesLeaveBeforeTheirFiftyEighthLine) {

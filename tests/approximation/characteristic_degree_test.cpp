@@ -28,11 +28,11 @@ FilterSpec random_request(std::mt19937& random) {
     s.unitElements = s.medium == microwave ? static_cast<int>(random() % 6) : 0;
     s.symmetryFlag = static_cast<int>(random() % 3) - 1;
     s.bandpassType = random() % 4 == 0 ? parametric : conventional;
-    s.sampleFrequency = 6000;
     s.lowerPassEdge = pick(random, 700, 950);
     s.upperPassEdge = pick(random, 1000, 1400);
     s.lowerStopEdge = s.lowerPassEdge / pick(random, 1.1, 2);
     s.upperStopEdge = s.upperPassEdge * pick(random, 1.1, 2);
+    s.sampleFrequency = s.upperStopEdge * pick(random, 2.1, 20);
     s.bandEdgeLoss = std::array{0.001, 0.1, 1.0, 3.0}[random() % 4];
     s.stopbandLoss = pick(random, 5, 70);
     s.upperStopLoss = pick(random, 5, 70);

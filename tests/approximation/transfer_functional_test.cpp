@@ -162,18 +162,21 @@ TEST(TransferFunctional, HighPassWithReflectionZerosAtInfinity) {
 
 // Digital: the zeros of e lie at frequencies of the true axis, those of the warped one are tan(theta w)/tan(theta).
 TEST(TransferFunctional, SampledEIsWarped) {
-    FilterSpec s = request("sampled_data sampleFrequency 12e3 zerosAtInfinity 3 degree 3", functional(low_pass));
-    test::single_terminated(s);
-    const Root p(-0.3, 0.9);
-    append_factors(s.denominatorFactors, s.denominatorDegree, {p}, {-0.4});
-    const auto d = test::designed(s);
-    const TransferFunction t = xToFrequencyPlane(d->spec, d->xp);
-    const double theta = std::numbers::pi * 3000 / 12e3;
-    const Root wanted = std::tanh(theta * p) / std::tan(theta);
-    const double single = std::tanh(theta * -0.4) / std::tan(theta);
-    ASSERT_EQ(t.poleCount, 3);
-    EXPECT_LT(std::abs(Root(t.POLES_RE(1), t.POLES_IM(1)) - wanted), 1e-14);
-    EXPECT_NEAR(t.POLES_RE(3), single, 1e-14);
+    for (const auto type : {low_pass, high_pass}) {
+        FilterSpec s = request("sampled_data sampleFrequency 10e3 degree 3", functional(type));
+        (type == low_pass ? s.zerosAtInfinity : s.zerosAtZero) = 3;
+        test::single_terminated(s);
+        const Root p(-0.3, 0.9);
+        append_factors(s.denominatorFactors, s.denominatorDegree, {p}, {-0.4});
+        const auto d = test::designed(s);
+        const TransferFunction t = xToFrequencyPlane(d->spec, d->xp);
+        const double theta = std::numbers::pi * (type == low_pass ? 3000 : 2000) / 10e3;
+        const Root wanted = std::tanh(theta * p) / std::tan(theta);
+        const double single = std::tanh(theta * -0.4) / std::tan(theta);
+        ASSERT_EQ(t.poleCount, 3);
+        EXPECT_LT(std::abs(Root(t.POLES_RE(1), t.POLES_IM(1)) - wanted), 1e-14);
+        EXPECT_NEAR(t.POLES_RE(3), single, 1e-14);
+    }
 }
 
 // Equal minima belong to the poles: those of an elliptic filter get its zeros back, also through f.

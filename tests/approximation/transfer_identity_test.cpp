@@ -13,6 +13,7 @@
 
 #include "approximation/factor_signs.h"
 #include "approximation/hurwitz_factors.h"
+#include "approximation/immittance.h"
 #include "approximation/power_loss.h"
 #include "approximation/s_plane.h"
 #include "approximation/scaling.h"
@@ -108,12 +109,32 @@ void expect_immittances(const XPlane& xp) {
     }
 }
 
+// The scale of e and f, and whether their products leave the range between 2^-300 and 2^300, changes no root.
+void expect_same_at_any_scale(const XPlane& xp) {
+    const auto ws = std::make_unique<ExtractionWorkspace>();
+    for (const int power : {-900, 900}) {
+        XPlane scaled = xp;
+        for (WideRootSet* part : {&scaled.eEven, &scaled.eOdd, &scaled.fEven, &scaled.fOdd}) {
+            part->multiplier = std::ldexp(part->multiplier, power);
+        }
+        ASSERT_TRUE(immittancePolynomials(scaled, *ws).good());
+        for (const auto set : {&XPlane::es, &XPlane::os, &XPlane::ed, &XPlane::od}) {
+            ASSERT_EQ((scaled.*set).count, (xp.*set).count);
+            EXPECT_EQ((scaled.*set).multiplier, std::ldexp((xp.*set).multiplier, power));
+            for (int i = 1; i <= (xp.*set).count; ++i) {
+                EXPECT_LT(std::fabs((scaled.*set).re(i) - (xp.*set).re(i)), 1e-14L * std::fabs((xp.*set).re(i)));
+            }
+        }
+    }
+}
+
 TEST(TransferIdentity, EnergyAndPartsForEveryKind) {
     const auto check = [](const FilterSpec& spec, const std::string& name) {
         SCOPED_TRACE(name);
         const auto d = test::designed(spec);
         expect_identities(*d);
         expect_immittances(d->xp);
+        expect_same_at_any_scale(d->xp);
         EXPECT_EQ(terminationRatio(spec.sourceResistance, spec.loadResistance), d->xp.requested_ratio);
     };
     for (const auto type : {low_pass, high_pass, band_pass}) {

@@ -307,6 +307,23 @@ TEST(Palettes, WhatIsToBeTickedIsSeenOnADarkWindow) {
     }
 }
 
+TEST(Palettes, TheFieldInFocusHasAnOutlineOfItsOwn) {
+    QWidget window;
+    auto *first = new QLineEdit(&window), *second = new QLineEdit(&window);
+    window.setPalette(window_palette(Shade::dark));
+    second->move(0, 60);
+    window.show();
+    ASSERT_TRUE(wait_for(window));
+    for (QLineEdit* field : {first, second}) {
+        field->setFocus();
+        for (QLineEdit* shown : {first, second}) {
+            const QColor outline = shown->grab().toImage().pixelColor(shown->width() / 2, 0);
+            const auto role = shown == field ? QPalette::Highlight : QPalette::Mid;
+            EXPECT_EQ(outline, window.palette().color(QPalette::Active, role));
+        }
+    }
+}
+
 TEST(FormLayout, ColumnsAreAsEvenAsTheBlocksAllow) {
     EXPECT_EQ(column_breaks({100, 100, 100, 100}, 2), std::vector<std::size_t>{2});
     EXPECT_EQ(column_breaks({300, 50, 50, 50, 50, 100}, 2), std::vector<std::size_t>{1});

@@ -81,6 +81,10 @@ TEST(Help, SearchListsLinesAndOpensTheirPage) {
     help.show_place({.page = "fir_design", .heading = {}});
     ASSERT_NE(list->currentItem(), nullptr);
     EXPECT_EQ(list->currentItem()->text(), "FIR filters");
+    ASSERT_TRUE(wait_for(help));
+    help.browser().setFocus();
+    press(help, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(words->hasFocus());
     QTest::keyClicks(words, "hilbert");
     ASSERT_GT(list->count(), 1);
     EXPECT_TRUE(list->item(1)->toolTip().contains("hilbert", Qt::CaseInsensitive));

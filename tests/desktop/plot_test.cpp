@@ -176,6 +176,8 @@ TEST_F(Plot, AMarkOfAnEarlierFilterLeavesTheCloserLook) {
 }
 
 TEST_F(Plot, PicturesAreDrawnLightWhateverThePalette) {
+    const QImage seen = view.grab().toImage();
+    EXPECT_EQ(seen, view.picture(view.size()).convertToFormat(seen.format()));
     viewer.set_shade(Shade::dark);
     EXPECT_LT(view.grab().toImage().pixelColor(3, 3).lightness(), 60);
     EXPECT_EQ(view.picture({900, 600}).pixelColor(3, 3), QColor(Qt::white));

@@ -118,9 +118,11 @@ TEST(Exchange, TapsEqualAnExchangeInWiderArithmetic) {
     const auto all = golden_designs();
     ASSERT_GE(all.size(), 30u);
     double worst = 0;
+    int passes = 0;
     for (const Golden& g : all) {
         SCOPED_TRACE(g.name);
         ASSERT_TRUE(g.design->run());
+        passes += g.design->result.iterations;
         EXPECT_NEAR(g.design->result.DEV / g.deviation, 1, 1e-9);
         double largest = 0, off = 0;
         for (std::size_t j = 0; j < g.half.size(); ++j) {
@@ -131,6 +133,7 @@ TEST(Exchange, TapsEqualAnExchangeInWiderArithmetic) {
         EXPECT_LE(off, 1e-9 * largest);
         worst = std::max(worst, off / largest);
     }
+    EXPECT_EQ(passes, 237) << "the points have moved otherwise";
     RecordProperty("worst_relative_difference", std::to_string(worst * 1e12) + "e-12");
 }
 
@@ -153,7 +156,7 @@ TEST(Exchange, DeviationOnADenseGridEqualsThePeers) {
 // the approximation the best. The errors are taken from the taps, so that series, folding and table of H are proved
 // too.
 TEST(Exchange, ErrorAlternatesForEveryLength) {
-    int designs = 0;
+    int designs = 0, passes = 0;
     for (int jtype = 1; jtype <= 3; ++jtype) {
         for (int taps = 3; taps <= 64; ++taps) {
             const bool odd = taps % 2 == 1;
@@ -168,6 +171,7 @@ TEST(Exchange, ErrorAlternatesForEveryLength) {
             }
             ASSERT_TRUE(d->run());
             ++designs;
+            passes += d->result.iterations;
             const FirGrid& grid = d->grid;
             const ExchangeResult& r = d->result;
             std::vector<double> error{0};
@@ -190,6 +194,7 @@ TEST(Exchange, ErrorAlternatesForEveryLength) {
         }
     }
     EXPECT_EQ(designs, 184);
+    EXPECT_EQ(passes, 956);
 }
 
 // -------------------------------------------------------------------------------------------------------- requests

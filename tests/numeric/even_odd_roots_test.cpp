@@ -131,6 +131,26 @@ TEST(SolveEvenOdd, PartsMakeUpTheWhole) {
     }
 }
 
+// A multiplier that takes the products out of the range between 2^-300 and 2^300 is that of the parts, and no more.
+TEST(SolveEvenOdd, TheSizeOfTheWholeIsThatOfTheParts) {
+    RandomNumbers random(22);
+    for (int degree = 1; degree <= 50; ++degree) {
+        const Wide a = degree % 3 == 0 ? 0 : 0.4;
+        WidePseudoPolynomial p = random_pseudo(random, degree, static_cast<double>(a), degree % 2 == 0);
+        const Parts plain = parts_of(p, a);
+        p.multiplier = std::ldexp(p.multiplier, degree % 4 < 2 ? 600 : -600);
+        const Parts scaled = parts_of(p, a);
+        for (const auto part : {&Parts::even, &Parts::odd}) {
+            const WideRootSet &want = plain.*part, &got = scaled.*part;
+            ASSERT_EQ(got.count, want.count);
+            const Wide multiplier = std::ldexp(got.multiplier, degree % 4 < 2 ? -600 : 600);
+            EXPECT_LE(std::fabs(multiplier - want.multiplier), 1e-15L * std::fabs(want.multiplier));
+            for (int i = 1; i <= want.count; ++i)
+                EXPECT_LE(cabs(got.root(i) - want.root(i)), 1e-15L * cabs(want.root(i)));
+        }
+    }
+}
+
 TEST(SolveEvenOdd, DegreesFallWithTheirLeadingTerms) {
     const struct {
         const char* what;

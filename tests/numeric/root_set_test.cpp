@@ -131,6 +131,8 @@ TEST(QuadraticFactors, MultiplyBackToTheSet) {
     EXPECT_EQ(single.count, 1);
     EXPECT_EQ(single.a1(1), 2);
     EXPECT_EQ(single.a0(1), 0);
+    const QuadraticFactor circle = factorsOf(set_of(1, {{-0.6L, 0.8L}, {-0.6L, -0.8L}, {-0.8L, 0.6L}, {-0.8L, -0.6L}}));
+    EXPECT_EQ(circle.a1(1), 1.6L) << "of equal magnitude the larger real part first";
     EXPECT_EQ(factorsOf(set_of(1, {{4e-11, 3}, {4e-11, -3}})).a1(1), 0);
 }
 

@@ -323,6 +323,16 @@ TEST(Svg, CurvePointsAreTheData) {
         EXPECT_EQ(line[0].x, line[1].x);
     }
     EXPECT_EQ(polylines(svg, "frame")[0].size(), 4u);
+    // Ticks, and the box of the legend, lie inside of the frame.
+    int ticks = 0;
+    for (const auto& line : polylines(svg, "tick")) {
+        ticks += line.size() == 2 ? 1 : 0;
+        for (const PlotPoint& point : line) {
+            EXPECT_TRUE(point.x / 960 >= area.left - 1e-6 && point.x / 960 <= area.right + 1e-6) << point.x;
+            EXPECT_TRUE(point.y / 600 >= area.top - 1e-6 && point.y / 600 <= area.bottom + 1e-6) << point.y;
+        }
+    }
+    EXPECT_EQ(ticks, window->x.label_count + window->y1.label_count + window->y2.label_count);
     EXPECT_NE(svg.find("stroke-dasharray"), std::string::npos);
 }
 

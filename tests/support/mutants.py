@@ -2,6 +2,7 @@
 
 import argparse
 import collections
+import json
 import os
 import pathlib
 import re
@@ -128,6 +129,7 @@ class Bench:
         self.tree = source / "build" / "mutants" / "tree"
         self.build = self.tree / "build" / "dev"
         self.usual = {}  # seconds of the tests of a folder, unchanged
+        self.slow = {}  # and the names of those that take three quarters of them
         self.copy(source)
         line = ["cmake", "--preset", "dev", "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST", "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=gold",
                 f"-DBUILD_DESKTOP={'ON' if 'desktop' in folders else 'OFF'}"]
@@ -161,25 +163,34 @@ class Bench:
     def builds(self, folder):
         return self.quietly(["cmake", "--build", self.build, "-j", "1", "--target", f"{folder}_tests"], 1800) == 0
 
-    def passes(self, folder):
+    def run_tests(self, folder, *options):
         """Whether its tests pass: True, False, or None when they do not end."""
         environment = dict(os.environ, QT_QPA_PLATFORM="offscreen")
-        status = self.quietly([self.build / f"{folder}_tests", "--gtest_brief=1", "--gtest_fail_fast"],
+        status = self.quietly([self.build / f"{folder}_tests", "--gtest_brief=1", "--gtest_fail_fast", *options],
                               20 + 5 * self.usual.get(folder, 300), cwd=self.build, env=environment,
                               preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (1 << 33, 1 << 33)))
         return None if status is None else status == 0
 
-    def measure(self, folder):
-        if folder not in self.usual:
-            if not self.builds(folder):
-                sys.exit(f"script/mutants: {folder}_tests does not build")
-            start = time.monotonic()
-            if not self.passes(folder):
-                sys.exit(f"script/mutants: {folder}_tests fails as it is")
-            self.usual[folder] = time.monotonic() - start
+    def passes(self, folder, slow):
+        """The same of the few tests that take most of the time, or of all others, which notice most faults."""
+        return self.run_tests(folder, f"--gtest_filter={'' if slow else '-'}{':'.join(self.slow[folder])}")
 
-    def verdict(self, name, row, mutant, folders):
-        """Of the tests of these folders, in this order, until one notices."""
+    def measure(self, folder):
+        if folder in self.usual:
+            return
+        if not self.builds(folder):
+            sys.exit(f"script/mutants: {folder}_tests does not build")
+        times = self.build / f"{folder}_times.json"
+        if not self.run_tests(folder, f"--gtest_output=json:{times}"):
+            sys.exit(f"script/mutants: {folder}_tests fails as it is")
+        tests = sorted((float(test["time"].rstrip("s")), f'{suite["name"]}.{test["name"]}')
+                       for suite in json.loads(times.read_text())["testsuites"] for test in suite["testsuite"])
+        self.usual[folder] = sum(seconds for seconds, _ in tests)
+        quick = [sum(seconds for seconds, _ in tests[:i + 1]) < self.usual[folder] / 4 for i in range(len(tests))]
+        self.slow[folder] = [name for is_quick, (_, name) in zip(quick, tests) if not is_quick]
+
+    def verdict(self, name, row, mutant, parts):
+        """Of the tests of these folders, the quick or the slow ones of each, in this order, until one notices."""
         path = self.tree / name
         original = path.read_bytes()
         try:
@@ -189,14 +200,14 @@ class Bench:
             lines[row] = lines[row][:start] + mutant.new + lines[row][start + len(mutant.old):]
             changed = "\n".join(lines)
             path.write_text(changed, encoding="utf-8")
-            for folder in folders:
+            for folder, slow in parts:
                 if folder not in self.usual:
                     path.write_bytes(original)
                     self.measure(folder)
                     path.write_text(changed, encoding="utf-8")
                 if not self.builds(folder):
                     return "refused"
-                passed = self.passes(folder)
+                passed = self.passes(folder, slow)
                 if not passed:
                     return f"killed by {folder}" + (", endless" if passed is None else "")
             return "survived"
@@ -209,10 +220,18 @@ def line_of(mutant, verdict):
 
 
 def read_list(path):
+    """Mutants of such a file, each with its last verdict."""
+    verdicts = {}
     for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines():
         if line and not line.startswith("#"):
-            _, file, place, kind, column, old, new, text = line.split("\t")
-            yield Mutant(file, int(place), kind, int(column), old, new, text)
+            verdict, file, place, kind, column, old, new, text = line.split("\t")
+            verdicts[Mutant(file, int(place), kind, int(column), old, new, text)] = verdict
+    return verdicts
+
+
+def without_place(mutant):
+    """What is left of a mutant when its line has moved to another file."""
+    return mutant.kind, mutant.column, mutant.old, mutant.new, mutant.line
 
 
 def shown(mutant, name, row):
@@ -226,9 +245,9 @@ def main():
     parse.add_argument("seed", nargs="?", type=int, default=11, help="of the draw (11)")
     parse.add_argument("--folders", help="only these, between commas; all but desktop by default")
     parse.add_argument("--tree", type=pathlib.Path, default=top, help="the repository that is tested; this one by default")
-    parse.add_argument("--save", help="appends each mutant with its verdict to this file")
+    parse.add_argument("--save", help="appends each mutant with its verdict to this file; those that it has already are not tested again")
     parse.add_argument("--replay", help="tests the mutants of such a file, instead of drawing")
-    parse.add_argument("--own", action="store_true", help="tests of the own folder alone")
+    parse.add_argument("--quick", action="store_true", help="the quick tests of the own folder alone; the rest with the same --save later")
     options = parse.parse_args()
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("script/mutants: ended"))  # the mutant is taken back, too
 
@@ -239,38 +258,61 @@ def main():
     places = index_of(options.tree, every)
     draw = Draw(options.seed, 0)
 
+    equivalent = options.tree / "tests" / "data" / "mutants" / "equivalent.txt"
+    nobody_can_notice = {} if options.replay and equivalent.samefile(options.replay) else {
+        without_place(mutant): reason for mutant, reason in read_list(equivalent).items()}
+    before = read_list(options.save) if options.save and pathlib.Path(options.save).exists() else {}
+    verdicts = {}
+
     def wanted():
         if options.replay:
             yield from read_list(options.replay)
             return
         found = candidates(options.tree, folders)
-        while found:
+        while found and sum(verdict != "refused" for verdict in verdicts.values()) < options.count:
             yield found.pop(int(draw.random() * len(found)))
 
-    tally = collections.Counter()
-    survivors = []
+    def give(mutant, verdict, place):
+        if before.get(mutant) != verdict:
+            print(f"{verdict:28} {shown(mutant, *place) if place else mutant.line}", flush=True)
+            if options.save:
+                with open(options.save, "a", encoding="utf-8") as file:
+                    file.write(line_of(mutant, verdict) + "\n")
+        verdicts[mutant] = verdict
+
+    def above(folder):
+        return [other for other in folders_above(options.tree, folder) if other != "desktop" and bench.has_tests(other)]
+
+    # First the quick tests of each mutant's own folder; then those of the folders above, the quickest first, and the slow ones.
     for mutant in wanted():
         place = locate(places, mutant)
         if place is None:
             verdict = "gone"
+        elif without_place(mutant) in nobody_can_notice:
+            verdict = nobody_can_notice[without_place(mutant)]
+        elif mutant in before:
+            verdict = before[mutant]
         else:
-            name, row = place
-            own = name.split("/")[0]
-            tested = [folder for folder in [own, *folders_above(options.tree, own)]
-                      if bench.has_tests(folder) and (folder == own or folder != "desktop")]
-            verdict = bench.verdict(name, row, mutant, tested[:1] if options.own else tested)
-        print(f"{verdict:28} {shown(mutant, *place) if place else mutant.line}", flush=True)
-        if options.save:
-            with open(options.save, "a", encoding="utf-8") as file:
-                file.write(line_of(mutant, verdict) + "\n")
-        tally[verdict] += 1
-        if verdict == "survived":
-            survivors.append(shown(mutant, name, row))
-        if not options.replay and sum(tally.values()) - tally["refused"] >= options.count:
-            break
+            own = place[0].split("/")[0]
+            verdict = bench.verdict(*place, mutant, [(own, False)])
+            if verdict == "survived":
+                verdict = f"survived {own}"
+        give(mutant, verdict, place)
+    for mutant, verdict in list(verdicts.items()):
+        if verdict.startswith("survived ") and not options.quick:
+            own = verdict.split()[1]
+            for folder in [own, *above(own)]:
+                bench.measure(folder)
+            others = sorted(above(own), key=bench.usual.get)
+            parts = [*((folder, False) for folder in others), (own, True), *((folder, True) for folder in others)]
+            place = locate(places, mutant)
+            give(mutant, bench.verdict(*place, mutant, parts), place)
+
+    tally = collections.Counter(verdict.split(":")[0] for verdict in verdicts.values())
     print("\n" + ", ".join(f"{verdict} {times}" for verdict, times in sorted(tally.items())))
-    for line in survivors:
-        print(f"  survived: {line}")
+    for mutant, verdict in verdicts.items():
+        if verdict.startswith("survived"):
+            print(f"  survived: {shown(mutant, *locate(places, mutant))}")
 
 
 main()

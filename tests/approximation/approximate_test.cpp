@@ -95,6 +95,10 @@ TEST(Approximate, ConstantsOfTheTransferFunction) {
         for (int i = 1; i <= t.poleCount; ++i) EXPECT_LT(t.POLES_RE(i), 0);
         EXPECT_EQ(t.zeroCount + t.zerosAtInfinity, t.poleCount);
     }
+    // Poles on the unit circle: what is left of the constant is rounding.
+    const auto circle = test::designed(request("sampled_data sampleFrequency 12e3 bandEdgeLoss 3.010299956639812",
+                                               test::all_pole(low_pass, maximally_flat, 5)));
+    EXPECT_EQ(xToFrequencyPlane(circle->spec, circle->xp).lossConstant, 0);
 }
 
 // Unit elements are zeros at S = 1, whichever plane the design worked in.

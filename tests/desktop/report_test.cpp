@@ -142,7 +142,14 @@ TEST(TextViewer, ShowsAFileAndCloses) {
     run.hands.then([](QDialog& selector) { pick_file(selector, "notes.txt"); });
     run.program->send(129);
     ASSERT_NE(run.window.text_viewer(), nullptr);
-    EXPECT_EQ(run.window.text_viewer()->windowTitle(), "notes.txt");
+    TextViewer& viewer = *run.window.text_viewer();
+    EXPECT_EQ(viewer.windowTitle(), "notes.txt");
+    ASSERT_TRUE(wait_for(viewer));
+    press(viewer, Qt::Key_F, Qt::ControlModifier);
+    QApplication::processEvents();
+    const QWidget& bar = *viewer.findChild<QLineEdit*>("find_text")->parentWidget();
+    EXPECT_TRUE(bar.isVisible());
+    EXPECT_EQ(bar.geometry().top(), viewer.view().geometry().bottom() + 1);
     run.program->send(131);
     EXPECT_FALSE(run.window.text_viewer()->isVisible());
 }

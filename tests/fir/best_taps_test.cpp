@@ -177,6 +177,7 @@ TEST(BestTaps, WhatFewerTapsFillToTheLastPlaceIsPadded) {
     task.BANDS.WTX = {1, 1};
     const FirTaps taps = taps_of(task);
     EXPECT_LE(taps.taps_used, 104);
+    EXPECT_EQ(taps.iterations, 208) << "passes of the whole search";
     EXPECT_LE(taps.deviation, rounding_deviation);
     EXPECT_LE(taps.outside_gain, 1.001);
     EXPECT_EQ(full_response(taps.filter, 1).size(), 512U);

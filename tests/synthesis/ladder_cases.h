@@ -203,6 +203,7 @@ struct Tally {
         EXPECT_LT(run.state.loss.passband, 1e-6);
         EXPECT_LT(run.state.loss.stopband_relative, 1e-4);
         EXPECT_GT(run.state.loss.points, 100);
+        EXPECT_EQ(run.circuit.termination_ratio, run.circuit.R2 / run.circuit.R1);
         expect_output(run);
         with_negative_elements += run.state.negative_elements > 0 ? 1 : 0;
     }

@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 
+#include "desktop/mnemonics.h"
 #include "tests/desktop/desktop_run.h"
 
 namespace kavrel {
@@ -26,6 +27,13 @@ protected:
     MainWindow window{settings};
     std::vector<int> chosen;
 };
+
+TEST(AccessKeys, AreFirstLettersOfWordsThenAnyUntilAllAreGone) {
+    Mnemonics keys("x");
+    for (const char* marked : {"&Save as x", "Save &as x", "Sa&ve as x", "Sav&e as x", "Save as x"}) {
+        EXPECT_EQ(utf8_text(with_mnemonic("Save as x", keys.take("Save as x"))), marked);
+    }
+}
 
 TEST_P(Menus, EveryItemIsWhereTheTableSaysAndSendsItsEvent) {
     for (const MenuItem& item : items) {

@@ -76,6 +76,8 @@ TEST(SolveRealSum, CommonAndVanishingTerms) {
     } cases[] = {
         {"(x + 1)(x + 3) - (x + 1)(x + 5) = -2 (x + 1)", reals(1, {-3, -1}), reals(-1, {-1, -5}), reals(-2, {-1})},
         {"(x + 1)(x + 2) - (x + 4)(x + 1/2) = -1.5 x", reals(1, {-1, -2}), reals(-1, {-4, -0.5}), reals(-1.5, {0})},
+        {"2 (x + 1)(x + 3) + 4 (x + 2.5)", reals(2, {-1, -3}), reals(4, {-2.5}), reals(2, {-4, -2})},
+        {"the other way round", reals(4, {-2.5}), reals(2, {-1, -3}), reals(2, {-4, -2})},
         {"the whole sum vanishes", reals(2, {1, 2}), reals(-2, {2, 1}), reals(0, {})},
         {"a multiplier 0 leaves the other product", reals(0, {1}), reals(3, {4, -4}), reals(3, {-4, 4})},
     };

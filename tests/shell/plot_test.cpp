@@ -334,6 +334,7 @@ TEST(Svg, CurvePointsAreTheData) {
     }
     EXPECT_EQ(ticks, window->x.label_count + window->y1.label_count + window->y2.label_count);
     EXPECT_NE(svg.find("stroke-dasharray"), std::string::npos);
+    EXPECT_NE(svg.find("font-size=\"16\""), std::string::npos) << "12 points";
 }
 
 TEST(Svg, ValuesThatAreNotFiniteAreNotDrawn) {

@@ -249,6 +249,7 @@ def main():
     parse.add_argument("--replay", help="tests the mutants of such a file, instead of drawing")
     parse.add_argument("--quick", action="store_true", help="the quick tests of the own folder alone; the rest with the same --save later")
     options = parse.parse_args()
+    signal.signal(signal.SIGINT, signal.default_int_handler)  # behind an "&" it is ignored, also by what the tests start
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("script/mutants: ended"))  # the mutant is taken back, too
 
     every = list(floors(options.tree))

@@ -41,6 +41,7 @@ TEST(LongReal, KeepsItsDigits) {
     }
     EXPECT_FALSE((LongReal{1} / LongReal{0}).is_finite());
     EXPECT_FALSE(sqrt(LongReal{-1}).is_finite());
+    EXPECT_EQ(sqrt(LongReal{0}), LongReal{0});
     EXPECT_FALSE(LongReal{1} / LongReal{0} < LongReal{1});
 }
 

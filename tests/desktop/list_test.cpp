@@ -1,5 +1,6 @@
 // List forms as spreadsheets: paste, insert, delete, read from a file.
 #include <QClipboard>
+#include <QPushButton>
 #include <QTableWidget>
 
 #include "forms/fir_form.h"
@@ -16,6 +17,9 @@ struct ListForm : testing::Test, FormRun {
         open(FIR_TWIN_DLG);
         table = dialog->findChild<QTableWidget*>();
         table->setFocus();
+        for (const auto* button : table->parentWidget()->findChildren<QPushButton*>()) {
+            EXPECT_GT(button->geometry().top(), table->geometry().bottom());
+        }
     }
 
     void paste(const QString& text, int row = 0, int column = 0) {

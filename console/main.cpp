@@ -102,7 +102,6 @@ int run(const ConsoleOptions& options) {
         runner.dump(options.json_file);
         window->settle();
     }
-    end_program();
     transcript.report.flush();
     std::cout.flush();
     if (interrupted) end_by_signal(signals.caught());

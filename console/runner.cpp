@@ -6,6 +6,7 @@
 
 #include "console/form_verbs.h"
 #include "shell/analysis_plot.h"
+#include "shell/known_files.h"
 #include "shell/number_text.h"
 #include "shell/shown_text.h"
 #include "shell/svg_surface.h"
@@ -135,7 +136,10 @@ void Runner::write_file(const std::string& name, const std::string& text) {
         return;
     }
     window_.transcript().flush();  // the name may be that of one of its streams
-    if (!write_whole(name, text)) {
+    if (!may_write(bench_.session, bench_.reporter, name, name)) return;
+    if (const auto mark = write_whole(name, text)) {
+        note_known(bench_.session, name, *mark);
+    } else {
         window_.fail(Failure::file, fmt::format("'{}' could not be written", name));
     }
 }

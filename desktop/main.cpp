@@ -44,9 +44,7 @@ int run(int argc, char** argv) {
     const auto window = std::make_unique<DesktopWindow>(manual_folders(executable));
     const auto program = std::make_unique<Program>(*window);
     program->start(argument, executable);
-    const int status = QApplication::exec();
-    end_program();
-    return status;
+    return QApplication::exec();
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "forms/units_form.h"
 
 #include "shell/field_table.h"
+#include "shell/known_files.h"
 #include "shell/reporter.h"
 #include "shell/settings.h"
 
@@ -23,6 +24,8 @@ constexpr Field fields[] = {
     choice<&R::time_index>("time_index", "Time unit", times),
 };
 
+[[nodiscard]] bool keep_settings(const UnitSet& units, Session& session, Reporter& reporter);
+
 }  // namespace
 
 constexpr Form MENU2_DLG = form_of<R>("MENU2_DLG", "Select preferred units", fields);
@@ -31,11 +34,19 @@ void choose_units(Session& session, Reporter& reporter) {
     UnitSet chosen = session.units;
     if (!run_form(MENU2_DLG, &chosen, session.units, reporter)) return;
     settle_units(chosen);
-    if (session.keeps_settings && !write_settings(settings_file, chosen)) {
-        reporter.message("File could not be written", "Error");
-        return;
-    }
+    if (session.keeps_settings && !keep_settings(chosen, session, reporter)) return;
     session.units = chosen;
 }
+
+namespace {
+
+bool keep_settings(const UnitSet& units, Session& session, Reporter& reporter) {
+    if (!may_write(session, reporter, settings_file, settings_file)) return false;
+    const auto mark = write_settings(settings_file, units);
+    mark ? note_written(session, settings_file, *mark) : void(reporter.message("File could not be written", "Error"));
+    return mark.has_value();
+}
+
+}  // namespace
 
 }  // namespace kavrel

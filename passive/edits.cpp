@@ -32,7 +32,7 @@ void settle_terminations(Circuit& circuit);
 }  // namespace
 
 void take_edit(PassiveDesk& desk, const Circuit& edited, int changed, const MacroStep& step) {
-    keep_for_undo(kept(desk));
+    if (!keep_for_undo(kept(desk))) return;
     desk.filter.circuit = edited;
     desk.filter.mod = 1.0F;
     settle_terminations(desk.filter.circuit);

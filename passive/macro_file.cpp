@@ -49,8 +49,9 @@ void start_macro(PassiveDesk& desk) {
     if (desk.state.recording) close_macro(desk);
     const std::string head = display_lines("{UP} ~") + "IntControl (35, 100, 0, 0, 0)\n";
     desk.state.macro_file.assign(name);
-    desk.state.recording = desk.state.macro_file.trimmed() == name && write_whole(name, head).has_value();
-    desk.state.recording ? note_written(desk.session, name) : refuse(desk, "File could not be opened");
+    const auto mark = desk.state.macro_file.trimmed() == name ? write_whole(name, head) : std::nullopt;
+    desk.state.recording = mark.has_value();
+    mark ? note_written(desk.session, name, *mark) : refuse(desk, "File could not be opened");
 }
 
 void stop_macro(PassiveDesk& desk) {
@@ -74,7 +75,8 @@ std::string display_lines(std::string_view keys) {
 }
 
 void append(PassiveDesk& desk, std::string_view text) {
-    if (append_to_file(desk.state.macro_file.text(), text)) return;
+    const std::string name = desk.state.macro_file.text();
+    if (append_to_file(name, text)) return note_written(desk.session, name, state_of_file(name).mark);
     desk.state.recording = false;
     refuse(desk, "File could not be written");
 }

@@ -1,8 +1,5 @@
 #include "segment/desk.h"
 
-#include <algorithm>
-#include <filesystem>
-
 namespace kavrel {
 
 void refuse(Desk& desk, std::string_view text) { desk.reporter.message(text, "Error"); }
@@ -22,28 +19,11 @@ std::optional<std::string> ask_file(Desk& desk, const FileQuery& query) {
     return std::nullopt;
 }
 
-bool may_write(Session& session, Reporter& reporter, std::string_view typed, const std::string& name) {
-    std::error_code unknown;
-    const bool own = std::ranges::find(session.written_files, name) != session.written_files.end();
-    if (own || !extension_swapped(typed, name) || !std::filesystem::exists(name, unknown)) return true;
-    const std::string question = "File " + name + " is there already\nDo you want to replace it?";
-    if (reporter.message(question, "Warning", Buttons::yes_no) == Answer::yes) return true;
-    reporter.message("File was not replaced", "Error");
-    return false;
-}
-
-void note_written(Session& session, const std::string& name) {
-    if (std::ranges::find(session.written_files, name) == session.written_files.end()) {
-        session.written_files.push_back(name);
-    }
-}
-
 bool write_text(Desk& desk, std::string_view typed, const std::string& name, std::string_view text,
                 std::string_view failure) {
-    if (!may_write(desk.session, desk.reporter, typed, name)) return false;
-    const bool written = write_whole(name, text).has_value();
-    written ? note_written(desk.session, name) : refuse(desk, failure);
-    return written;
+    const WriteVerdict verdict = write_known(desk.session, desk.reporter, typed, name, text);
+    if (verdict == WriteVerdict::not_written) refuse(desk, failure);
+    return verdict == WriteVerdict::written;
 }
 
 bool write_lines(Desk& desk, std::span<const std::string> lines, ExtSlot slot) {

@@ -6,13 +6,14 @@
 #include <string>
 #include <string_view>
 
+#include "segment/temporary_files.h"
 #include "shell/analysis_result.h"
+#include "shell/known_files.h"
 #include "shell/plot.h"
 #include "shell/print_form.h"
 #include "shell/reporter.h"
 #include "shell/session.h"
 #include "shell/stored_files.h"
-#include "shell/whole_file.h"
 #include "shell/window_layer.h"
 
 namespace kavrel {
@@ -27,6 +28,7 @@ struct Desk {
     WindowLayer& window;
     AnalysisResult& results;
     PlotWindow& plot;
+    TemporaryFiles& temporaries;
 };
 
 inline constexpr std::string_view select_file = "Select a file name";  // caption of selectors
@@ -46,13 +48,6 @@ void report_lines(Desk& desk, std::span<const std::string> lines);
 
 // The name of a file to be read or written; none, with the box "CANCEL", when the selector was left empty.
 [[nodiscard]] std::optional<std::string> ask_file(Desk& desk, const FileQuery& query);
-
-// Whether a file of this name is to be written. It is asked only where the extension that was typed has given way to
-// another one and there is such a file that this session has not written; "No" is a refusal, with its box.
-[[nodiscard]] bool may_write(Session& session, Reporter& reporter, std::string_view typed, const std::string& name);
-
-// Notes a file that was written: it may be written again.
-void note_written(Session& session, const std::string& name);
 
 // Writes a text file under the name that was made from the one typed; false, after its box, where that failed.
 [[nodiscard]] bool write_text(Desk& desk, std::string_view typed, const std::string& name, std::string_view text,

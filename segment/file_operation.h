@@ -1,4 +1,5 @@
-// The one routine through which Segments keep their data in files.
+// The one routine through which Segments keep their data in files that the user names; undo and store files are those
+// of `TemporaryFiles`.
 //
 // An operation moves all the bytes of a file at once, so nothing stays open between two of them, and a file that is
 // written replaces the old one only when it is complete. That is why the codes 3 to 6, 10 and 11 (of units that are
@@ -13,18 +14,11 @@
 
 namespace kavrel {
 
-inline constexpr int undo_levels = 10;
-
 enum class FileOperation {
-    output = 1,         // writes the file that stem and slot name, in place of the one of that name
-    input = 2,          // reads it
-    store = 7,          // writes ~xxx.tmp
-    recall = 8,         // reads it
-    remove_stored = 9,  // removes it
-    remove = 12,        // removes the file that stem and slot name
-    new_undo = 13,      // writes the undo file of the level; at level 10 all files first move one down, and it is 9
-    undo = 14,          // reads the undo file of the level
-    append = 17,        // adds to the file that stem and slot name
+    output = 1,   // writes the file that stem and slot name, in place of the one of that name
+    input = 2,    // reads it
+    remove = 12,  // removes it
+    append = 17,  // adds to it
 };
 
 enum class FileStatus {
@@ -44,21 +38,14 @@ enum class FileStatus {
 struct FilePlace {
     std::string_view stem = {};
     ExtSlot slot = ExtSlot::text;
-    int undo_count = 0;  // undo files: 0 to 9; a new one: 0 to 10
 };
 
 // Performs the operation with the bytes that are to be written, or into the bytes that are read; what fails leaves
-// files and bytes as they were.
-[[nodiscard]] FileStatus file_operation(FileOperation operation, const FilePlace& place, std::string& bytes);
+// files and bytes as they were. The mark is that of the file as it was written or read.
+[[nodiscard]] FileStatus file_operation(FileOperation operation, const FilePlace& place, std::string& bytes,
+                                        FileMark& mark);
 
-// Undo files are _xxx0.tmp to _xxx9.tmp in the current folder.
-[[nodiscard]] std::string undo_file(int level);
-inline constexpr const char* store_file = "~xxx.tmp";
-
-// Removes the undo files, whole or not.
-void remove_undo_files();
-
-// Removes what an earlier run left of all these files, whole or not.
-void remove_temporary_files();
+// Reads a file of any name.
+[[nodiscard]] FileStatus read_file(const std::string& path, std::string& bytes, FileMark* mark = nullptr);
 
 }  // namespace kavrel

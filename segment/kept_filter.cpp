@@ -5,21 +5,29 @@ namespace kavrel {
 namespace {
 
 constexpr std::string_view not_kept = "Data could not be stored";
+constexpr std::string_view go_on = "Data could not be stored\nDo you want to go on without undo?";
 constexpr std::string_view stored_files = "Storage files";  // as selectors describe them
 
 [[nodiscard]] bool refused(const KeptWork& work, std::string_view text) {
     refuse(work.desk, text);
     return false;
 }
-void push_undo(const KeptWork& work, std::string snapshot);
+// After a step that was not to be: all is as it was.
+[[nodiscard]] bool taken_back(const KeptWork& work, const std::string& former) {
+    static_cast<void>(work.take_snapshot(former));
+    return false;
+}
+bool is_no_file(FileStatus status) { return status == FileStatus::not_regular || status == FileStatus::too_large; }
+[[nodiscard]] bool push_undo(const KeptWork& work, const std::string& snapshot);
 [[nodiscard]] bool exchange(const KeptWork& work, int level, std::string_view not_read);
-[[nodiscard]] bool ask_stored_name(const KeptWork& work);
+[[nodiscard]] bool save_under(const KeptWork& work, std::string_view name, std::string_view typed);
+std::optional<std::string> ask_stored_name(const KeptWork& work);
 std::optional<std::string> ask_name_to_open(const KeptWork& work);
 bool fits(const Session& session, std::string_view name) { return name.size() <= session.filter_file.bytes.size(); }
 
 }  // namespace
 
-void keep_for_undo(const KeptWork& work) { push_undo(work, work.snapshot()); }
+bool keep_for_undo(const KeptWork& work) { return push_undo(work, work.snapshot()); }
 
 bool undo(const KeptWork& work) {
     int& top = work.state.undoTop;
@@ -38,8 +46,7 @@ bool redo(const KeptWork& work) {
 }
 
 bool store(const KeptWork& work) {
-    std::string bytes = work.snapshot();
-    if (file_operation(FileOperation::store, {}, bytes) != FileStatus::done) {
+    if (work.desk.temporaries.store(work.snapshot()) != FileStatus::done) {
         work.desk.reporter.message(not_kept, "Warning");
         return false;
     }
@@ -49,55 +56,58 @@ bool store(const KeptWork& work) {
 
 bool recall(const KeptWork& work) {
     Session& session = work.desk.session;
-    std::string former = work.snapshot();
+    const std::string former = work.snapshot();
     std::string bytes;
-    const FileStatus status = file_operation(FileOperation::recall, {}, bytes);
+    const FileStatus status = work.desk.temporaries.recall(bytes);
     if (status == FileStatus::not_found) return refused(work, "Data was not stored");
+    if (is_no_file(status)) return refused(work, message_of(status));
     if (status != FileStatus::done || !work.take_snapshot(bytes)) return refused(work, "Data could not be read");
-    push_undo(work, std::move(former));
+    if (!push_undo(work, former)) return taken_back(work, former);
     work.state.opened = true;
     if (!(session.filter_file == work.state.stored_for)) session.filter_file = "";
     return true;
 }
 
 bool save(const KeptWork& work) {
-    Session& session = work.desk.session;
     if (work.is_empty()) return refused(work, data_unavailable);
-    if (session.filter_file.is_blank() && !ask_stored_name(work)) return false;
-    const std::string_view name = session.filter_file.trimmed();
-    const FileStatus status = work.save_to(name);
-    if (status != FileStatus::done) return refused(work, message_of(status));
-    note_written(session, work.file_of(name));
-    return true;
+    const std::string name = work.desk.session.filter_file.text();
+    return name.empty() ? save_as(work) : save_under(work, name, work.file_of(name));
 }
 
-bool save_as(const KeptWork& work) { return ask_stored_name(work) && save(work); }
+bool save_as(const KeptWork& work) {
+    const auto name = ask_stored_name(work);
+    return name && save_under(work, *name, *name);
+}
 
 bool read(const KeptWork& work, bool name_given) {
     Session& session = work.desk.session;
     const auto name = name_given ? session.filter_file.text() : ask_name_to_open(work);
     if (!name) return false;
-    std::string former = work.snapshot();
-    const FileStatus status = work.read_from(*name);
+    const std::string former = work.snapshot();
+    FileMark mark;
+    const FileStatus status = work.read_from(*name, mark);
     if (status != FileStatus::done) return refused(work, message_of(status));
     if (!name_given) {
-        push_undo(work, std::move(former));
+        if (!push_undo(work, former)) return taken_back(work, former);
         work.state.opened = true;
     }
+    note_known(session, work.file_of(*name), mark);
     session.filter_file = fits(session, *name) ? std::string_view(*name) : std::string_view{};
     return true;
 }
 
 namespace {
 
-void push_undo(const KeptWork& work, std::string snapshot) {
+// Where the user goes on without it, what could be redone is dropped all the same.
+bool push_undo(const KeptWork& work, const std::string& snapshot) {
     KeptState& state = work.state;
-    if (file_operation(FileOperation::new_undo, {.undo_count = state.undoTop}, snapshot) != FileStatus::done) {
-        work.desk.reporter.message(not_kept, "Warning");
-        return;
+    if (work.desk.temporaries.push_undo(state.undoTop, snapshot) == FileStatus::done) {
+        state.undoTop = std::min(state.undoTop + 1, undo_levels);
+    } else if (work.desk.reporter.message(go_on, "Question", Buttons::yes_no) != Answer::yes) {
+        return false;
     }
-    state.undoTop = std::min(state.undoTop + 1, undo_levels);
     state.undoCount = state.undoTop;
+    return true;
 }
 
 // The state in the file of the level becomes the current one, and that goes into the file.
@@ -106,12 +116,12 @@ bool exchange(const KeptWork& work, int level, std::string_view not_read) {
     const std::string former = work.snapshot();
     const FixedText<80> title = session.TITLE;
     std::string bytes;
-    if (file_operation(FileOperation::undo, {.undo_count = level}, bytes) != FileStatus::done ||
-        !work.take_snapshot(bytes)) {
-        return refused(work, not_read);
-    }
-    if (!write_whole(undo_file(level), former)) {
-        static_cast<void>(work.take_snapshot(former));
+    TemporaryFiles& files = work.desk.temporaries;
+    const FileStatus status = files.read_undo(level, bytes);
+    if (is_no_file(status)) return refused(work, message_of(status));
+    if (status != FileStatus::done || !work.take_snapshot(bytes)) return refused(work, not_read);
+    if (files.write_undo(level, former) != FileStatus::done) {
+        static_cast<void>(taken_back(work, former));
         return refused(work, not_kept);
     }
     if (work.state.opened) {
@@ -122,16 +132,28 @@ bool exchange(const KeptWork& work, int level, std::string_view not_read) {
     return true;
 }
 
-bool ask_stored_name(const KeptWork& work) {
+bool save_under(const KeptWork& work, std::string_view name, std::string_view typed) {
     Session& session = work.desk.session;
-    const auto name = ask_file(
+    if (work.is_empty()) return refused(work, data_unavailable);
+    const std::string file = work.file_of(name);
+    if (!may_write(session, work.desk.reporter, typed, file)) return false;
+    session.filter_file = name;
+    FileMark mark;
+    const FileStatus status = work.save_to(name, mark);
+    if (status != FileStatus::done) return refused(work, message_of(status));
+    note_written(session, file, mark);
+    return true;
+}
+
+std::optional<std::string> ask_stored_name(const KeptWork& work) {
+    auto name = ask_file(
         work.desk,
         {.caption = select_file, .description = stored_files, .filter = work.selector_filter(), .to_write = true});
-    if (!name) return false;
-    if (!fits(session, *name)) return refused(work, "File could not be opened");
-    if (!may_write(session, work.desk.reporter, *name, work.file_of(*name))) return false;
-    session.filter_file = std::string_view(*name);
-    return true;
+    if (name && !fits(work.desk.session, *name)) {
+        refuse(work.desk, "File could not be opened");
+        return std::nullopt;
+    }
+    return name;
 }
 
 std::optional<std::string> ask_name_to_open(const KeptWork& work) {

@@ -43,10 +43,10 @@ public:
     [[nodiscard]] virtual std::string snapshot() const = 0;
     [[nodiscard]] virtual bool take_snapshot(std::string_view bytes) const = 0;  // as `Layout::take`
     [[nodiscard]] virtual bool is_empty() const = 0;
-    [[nodiscard]] virtual std::string file_of(std::string_view name) const = 0;   // as `file_of_filter`
-    [[nodiscard]] virtual FileStatus save_to(std::string_view name) const = 0;    // as `save_filter`
-    [[nodiscard]] virtual FileStatus read_from(std::string_view name) const = 0;  // as `read_filter`
-    [[nodiscard]] virtual std::string selector_filter() const = 0;                // "*.qfp; *.trf"
+    [[nodiscard]] virtual std::string file_of(std::string_view name) const = 0;                   // as `file_of_filter`
+    [[nodiscard]] virtual FileStatus save_to(std::string_view name, FileMark& mark) const = 0;    // as `save_filter`
+    [[nodiscard]] virtual FileStatus read_from(std::string_view name, FileMark& mark) const = 0;  // as `read_filter`
+    [[nodiscard]] virtual std::string selector_filter() const = 0;                                // "*.qfp; *.trf"
     [[nodiscard]] virtual std::string_view open_caption() const = 0;
     [[nodiscard]] virtual std::string_view overwrite_warning() const = 0;
 };
@@ -61,11 +61,11 @@ public:
     bool take_snapshot(std::string_view bytes) const override { return keeping_.snapshot.take(bytes, filter_, title_); }
     bool is_empty() const override { return keeping_.is_empty(filter_); }
     std::string file_of(std::string_view name) const override { return file_of_filter<Filter>(name, keeping_.forms); }
-    FileStatus save_to(std::string_view name) const override {
-        return save_filter(name, keeping_.forms, filter_, title_);
+    FileStatus save_to(std::string_view name, FileMark& mark) const override {
+        return save_filter(name, keeping_.forms, filter_, title_, mark);
     }
-    FileStatus read_from(std::string_view name) const override {
-        return read_filter(name, keeping_.forms, filter_, title_);
+    FileStatus read_from(std::string_view name, FileMark& mark) const override {
+        return read_filter(name, keeping_.forms, filter_, title_, mark);
     }
     std::string selector_filter() const override {
         std::string filter;
@@ -84,8 +84,9 @@ private:
 };
 
 // Before an edit: the current state becomes the newest one to be undone. What could be redone is dropped, and beyond
-// ten edits the oldest. Where the state cannot be kept a box warns; the edit is made all the same.
-void keep_for_undo(const KeptWork& work);
+// ten edits the oldest. Where the state cannot be kept the user is asked whether to go on without undo: false when the
+// edit is not to be made.
+[[nodiscard]] bool keep_for_undo(const KeptWork& work);
 
 // The commands answer whether they were done. Where one was not, a box has said why, and nothing has changed: filter,
 // title, state, and every file that is in use.

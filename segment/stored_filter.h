@@ -66,23 +66,23 @@ template <class Filter>
 // file is given up for one that cannot be read.
 template <class Filter>
 [[nodiscard]] FileStatus save_filter(std::string_view name, StoredForms<Filter> forms, const Filter& filter,
-                                     const FixedText<80>& title) {
+                                     const FixedText<80>& title, FileMark& mark) {
     const StoredForm<Filter>& form = form_of_name<Filter>(forms, name);
     std::string bytes = form.layout.bytes(filter, title);
     Filter again;
     FixedText<80> title_again;
     if (!take_form(forms, bytes, again, title_again)) return FileStatus::not_written;
-    return file_operation(FileOperation::output, {.stem = name, .slot = form.slot}, bytes);
+    return file_operation(FileOperation::output, {.stem = name, .slot = form.slot}, bytes, mark);
 }
 
 // Reads the file of this name, completed by the first form's extension unless it ends in that of another. A form is
 // known by its bytes, whatever the name is. `not_found`, `not_opened` or `damaged` leave filter and title as they were.
 template <class Filter>
 [[nodiscard]] FileStatus read_filter(std::string_view name, StoredForms<Filter> forms, Filter& filter,
-                                     FixedText<80>& title) {
+                                     FixedText<80>& title, FileMark& mark) {
     std::string bytes;
     const FilePlace place{.stem = name, .slot = form_of_name<Filter>(forms, name).slot};
-    const FileStatus status = file_operation(FileOperation::input, place, bytes);
+    const FileStatus status = file_operation(FileOperation::input, place, bytes, mark);
     if (status != FileStatus::done) return status;
     return take_form(forms, bytes, filter, title) ? FileStatus::done : FileStatus::damaged;
 }

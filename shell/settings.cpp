@@ -17,9 +17,10 @@ bool good_index(int index, int last) { return index >= 1 && index <= last; }
 
 }  // namespace
 
-SettingsStatus read_settings(const std::string& path, UnitSet& units) {
+SettingsStatus read_settings(const std::string& path, UnitSet& units, FileMark* mark) {
     const WholeFile file = read_whole(path);
     if (file.fault == ReadFault::missing) return SettingsStatus::missing;
+    if (mark != nullptr) *mark = file.mark;
     std::istringstream lines(file.bytes);
     std::string first;
     std::string second;
@@ -49,14 +50,14 @@ SettingsStatus read_settings(const std::string& path, UnitSet& units) {
     return SettingsStatus::read;
 }
 
-bool write_settings(const std::string& path, const UnitSet& units) {
+std::optional<FileMark> write_settings(const std::string& path, const UnitSet& units) {
     std::string text = edited<"(1P,4(2X,E15.8))">(units.frequency_multiplier, units.inductor_multiplier,
                                                   units.capacitor_multiplier, units.time_multiplier);
     text += '\n';
     text += edited<"(6(6X,I2))">(units.frequency_index, units.inductor_index, units.capacitor_index, units.time_index,
                                  units.fixed_units, units.frequency_in_unit);
     text += '\n';
-    return write_whole(path, text).has_value();
+    return write_whole(path, text);
 }
 
 }  // namespace kavrel

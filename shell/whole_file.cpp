@@ -120,9 +120,9 @@ std::string complaint_of(ReadFault fault, std::string_view otherwise, std::strin
 }
 
 std::optional<FileMark> write_whole(const std::string& path, std::string_view bytes, Lasting lasting) {
-    const Place place = place_of(path);
+    const Place place = lasting == Lasting::yes ? place_of(path) : Place{.path = path, .stream = std::nullopt};
     if (place.stream) return write_bytes(*place.stream, bytes) ? std::optional<FileMark>(FileMark{}) : std::nullopt;
-    const auto old = status_of(path);
+    const auto old = lasting == Lasting::yes ? status_of(path) : std::nullopt;
     if (old && S_ISDIR(old->st_mode)) return std::nullopt;
     if (old && !S_ISREG(old->st_mode)) return write_straight(path, bytes);
 

@@ -40,7 +40,8 @@ struct WholeFile {
 // "File is not a regular file", "File is larger than 16 MB"; for any other fault the text that is given.
 [[nodiscard]] std::string complaint_of(ReadFault fault, std::string_view otherwise, std::string_view subject = "File");
 
-// How a file is written: a snapshot need not outlive a power failure, any other file does.
+// How a file is written: a snapshot of the run's own need not outlive a power failure, and is no link that leads
+// elsewhere; any other file does, and may be.
 enum class Lasting { no, yes };
 
 // Writes a file beside the old one, with its permissions, and renames it into place: the old one stays whole whatever

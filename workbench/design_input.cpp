@@ -34,11 +34,14 @@ bool recall_input(Workbench& bench, const InputFileKind& kind, const AcceptBytes
         return false;
     }
     bench.session.input_file = fits(bench, name) ? std::string_view(name) : std::string_view{};
+    note_known(bench.session, name, bytes.mark);
     return true;
 }
 
 bool save_input(Workbench& bench, const InputFileKind& kind, std::string_view bytes, const AcceptBytes& is_own) {
-    const WholeFile current = read_whole(bench.session.input_file.text());
+    const auto former = bench.session.input_file;
+    std::string typed = former.text();
+    const WholeFile current = read_whole(typed);
     if (bench.session.input_file.is_blank() || (current && !is_own(*current))) {
         const std::string name = bench.window.choose_file({.caption = "Select a file name",
                                                            .description = kind.description,
@@ -50,16 +53,15 @@ bool save_input(Workbench& bench, const InputFileKind& kind, std::string_view by
             bench.reporter.message("File could not be written", "Error");
             return false;
         }
-        if (!may_write(bench.session, bench.reporter, name, whole)) return false;
+        typed = name;
         bench.session.input_file.assign(whole);
     }
-    if (write_whole(bench.session.input_file.text(), bytes)) {
-        note_written(bench.session, bench.session.input_file.text());
-        return true;
-    }
-    bench.session.input_file = {};
-    bench.reporter.message("File could not be written", "Error");
-    return false;
+    const std::string file = bench.session.input_file.text();
+    const WriteVerdict verdict = write_known(bench.session, bench.reporter, typed, file, bytes);
+    if (verdict == WriteVerdict::not_written) bench.reporter.message("File could not be written", "Error");
+    if (verdict == WriteVerdict::not_written) bench.session.input_file = {};
+    if (verdict == WriteVerdict::refused) bench.session.input_file = former;
+    return verdict == WriteVerdict::written;
 }
 
 namespace {

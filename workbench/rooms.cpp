@@ -156,14 +156,16 @@ Desk desk(Workbench& bench) {
             .reporter = bench.reporter,
             .window = bench.window,
             .results = bench.results,
-            .plot = bench.plot};
+            .plot = bench.plot,
+            .temporaries = bench.temporaries};
 }
 
 // Read for a trial, before the Segment is entered and gives up what it has.
 std::string_view passive_file_refusal(std::string_view name) {
     const auto filter = std::make_unique<PassiveFilter>();
     FixedText<80> title;
-    return message_of(read_filter(name, circuit_forms, *filter, title));
+    FileMark mark;
+    return message_of(read_filter(name, circuit_forms, *filter, title, mark));
 }
 
 }  // namespace

@@ -2,10 +2,9 @@
 
 #include <string>
 
-#include "segment/file_operation.h"
 #include "shell/fixed_text.h"
+#include "shell/known_files.h"
 #include "shell/settings.h"
-#include "shell/whole_file.h"
 #include "workbench/events.h"
 #include "workbench/menus.h"
 #include "workbench/rooms.h"
@@ -22,7 +21,7 @@ std::string_view folder_of(std::string_view path);
 void main_program(Workbench& bench, std::string_view command_line, std::string_view executable) {
     Session& session = bench.session;
     session.command_line.assign(command_line);
-    remove_temporary_files();  // so that no stale chain of undo files is taken up
+    bench.temporaries.take_folder();
     session.program_directory.assign(folder_of(executable));
     const SettingsStatus settings = take_settings(session);
     bench.window.set_toolbar(main_toolbar);
@@ -42,8 +41,6 @@ void main_program(Workbench& bench, std::string_view command_line, std::string_v
     session.command_line = {};
 }
 
-void end_program() { remove_undo_files(); }
-
 bool names_stored_filter(std::string_view name) { return name.size() > 4 && name.substr(name.size() - 4, 3) == ".qf"; }
 
 std::vector<std::string> manual_folders(std::string_view executable) {
@@ -56,12 +53,15 @@ namespace {
 // The units of the settings file, which is made when there is none.
 SettingsStatus take_settings(Session& session) {
     if (!session.keeps_settings) return SettingsStatus::read;
-    const SettingsStatus status = read_settings(settings_file, session.units);
-    if (status == SettingsStatus::missing) {
-        // A folder that cannot be written to is no reason not to start: the units form reports when its choice cannot
-        // be kept.
-        static_cast<void>(write_settings(settings_file, session.units));
+    FileMark mark;
+    const SettingsStatus status = read_settings(settings_file, session.units, &mark);
+    if (status != SettingsStatus::missing) {
+        note_known(session, settings_file, mark);
+    } else if (const auto written = write_settings(settings_file, session.units)) {
+        note_written(session, settings_file, *written);
     }
+    // A folder that cannot be written to is no reason not to start: the units form reports when its choice cannot be
+    // kept.
     return status;
 }
 

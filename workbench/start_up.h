@@ -9,14 +9,11 @@
 
 namespace kavrel {
 
-// Clears stale temporary files, reads or creates the settings file (where the session keeps settings), shows the main
+// Takes the working folder's lock and clears stale temporary files, reads or creates the settings file (where the session keeps settings), shows the main
 // menu, and opens the stored filter that the one argument names (a name that ends in ".qf" and one letter; any other
 // argument is ignored). After it the window layer delivers events until `Session::stopped`.
 //   executable    full path of the running program
 void main_program(Workbench& bench, std::string_view command_line, std::string_view executable);
-
-// Ends a run: its undo files go with it.
-void end_program();
 
 // Whether a name ends in ".qf" and one letter, with something before it.
 [[nodiscard]] bool names_stored_filter(std::string_view name);

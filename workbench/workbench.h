@@ -11,6 +11,7 @@
 #include "forms/fir_analysis_form.h"
 #include "passive/passive_desk.h"
 #include "segment/request_check.h"
+#include "segment/temporary_files.h"
 #include "shell/analysis_result.h"
 #include "shell/journal.h"
 #include "shell/reporter.h"
@@ -41,6 +42,7 @@ struct Workbench {
     Reporter reporter;
 
     Session session;
+    TemporaryFiles temporaries;  // gone with the run
     DesignOutcome design = DesignOutcome::none;
     int discontinued_designs = 0;  // of the run
     AnalysisResult results;

@@ -25,7 +25,7 @@ std::string conversation(const std::string& head, const std::string& script) {
     const std::set<std::string> before = files();
     ScriptRun run(head.ends_with("--keep-going"));
     const int status = run.run(script);
-    end_program();
+    run.bench.temporaries.give_up();
     std::string text = fmt::format("{}\n{}-- status {}", head, run.shown.str(), status);
     for (const std::string& name : files()) text += before.contains(name) ? "" : ", " + name;
     return text + "\n\n";

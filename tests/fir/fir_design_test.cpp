@@ -28,7 +28,8 @@ struct FirDesign : testing::Test {
     AnalysisResult results;
     FirCommandRequest command;
     PlotWindow plot;
-    FirDesk desk{{session, reporter, window, results, plot}, request, filter, command};
+    TemporaryFiles temporaries;
+    FirDesk desk{{session, reporter, window, results, plot, temporaries}, request, filter, command};
 
     void ask(int length, FirSpecification specification, std::initializer_list<std::array<double, 4>> bands) {
         request.filter_length = length;

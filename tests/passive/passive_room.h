@@ -28,7 +28,8 @@ struct PassiveRoom {
     PassiveRequest command;
     AnalysisResult results;
     PlotWindow plot;
-    PassiveDesk desk{{session, reporter, window, results, plot}, filter, state, command};
+    TemporaryFiles temporaries;
+    PassiveDesk desk{{session, reporter, window, results, plot, temporaries}, filter, state, command};
 
     PassiveRoom() { command.circuit = &filter.circuit; }
 

@@ -27,6 +27,16 @@ using testing::FilterMaker;
 constexpr std::size_t level_size = 8 + 8;  // of the last record, which older files do not have
 constexpr std::size_t short_size = (1200 + 400 + 2688 + 516 + 3 * 4 + 8) + 8 * 8;
 
+FileStatus save(std::string_view name, const PassiveFilter& filter, const FixedText<80>& title) {
+    FileMark mark;
+    return save_filter(name, circuit_forms, filter, title, mark);
+}
+
+FileStatus load(std::string_view name, PassiveFilter& filter, FixedText<80>& title) {
+    FileMark mark;
+    return read_filter(name, circuit_forms, filter, title, mark);
+}
+
 // Reads the bytes over a filter, and asks that a refusal leaves it and its title alone.
 bool reads(std::string_view bytes, PassiveFilter& found, FixedText<80>& title) {
     const std::string before = bytes_of(found);
@@ -53,8 +63,8 @@ TEST(StoredCircuit, ComesBackToTheLastBit) {
         PassiveFilter found = maker.filter();
         FixedText<80> found_title;
         ASSERT_TRUE(sound_store(filter.circuit)) << round;
-        ASSERT_EQ(save_filter("some", circuit_forms, filter, title), FileStatus::done) << round;
-        ASSERT_EQ(read_filter("some", circuit_forms, found, found_title), FileStatus::done) << round;
+        ASSERT_EQ(save("some", filter, title), FileStatus::done) << round;
+        ASSERT_EQ(load("some", found, found_title), FileStatus::done) << round;
         EXPECT_TRUE(bytes_of(found) == bytes_of(filter)) << round;
         EXPECT_EQ(found_title.bytes, title.bytes);
     }
@@ -103,13 +113,13 @@ TEST(StoredCircuit, AFileOfEightRecordsOrOfLinesIsReadToo) {
     const std::string folder = TEST_DATA "/passive/";
     PassiveFilter filter = FilterMaker(3).filter();
     FixedText<80> title = "before";
-    ASSERT_EQ(read_filter(folder + "told_records.qfp", circuit_forms, filter, title), FileStatus::done);
+    ASSERT_EQ(load(folder + "told_records.qfp", filter, title), FileStatus::done);
     expect_circuit_from_elsewhere(filter, 0);
     EXPECT_TRUE(title.is_blank());
     EXPECT_EQ(filter.circuit.fnorm, 1.5e9) << "lines are a quarter wave long";
 
     filter = FilterMaker(3).filter();
-    ASSERT_EQ(read_filter(folder + "told_lines.trf", circuit_forms, filter, title), FileStatus::done);
+    ASSERT_EQ(load(folder + "told_lines.trf", filter, title), FileStatus::done);
     expect_circuit_from_elsewhere(filter, 5e-9);
     EXPECT_EQ(title, std::string_view("A circuit from elsewhere"));
     EXPECT_EQ(filter.circuit.fa, 1e8);
@@ -348,8 +358,8 @@ TEST(StoredCircuit, TextKeepsEightDigits) {
         c.MODE_IM.fill(maker.value() * 1e-7);
         PassiveFilter found = maker.filter();
         FixedText<80> title;
-        ASSERT_EQ(save_filter("some.trf", circuit_forms, filter, "a\ttitle\n"), FileStatus::done);
-        ASSERT_EQ(read_filter("some.trf", circuit_forms, found, title), FileStatus::done);
+        ASSERT_EQ(save("some.trf", filter, "a\ttitle\n"), FileStatus::done);
+        ASSERT_EQ(load("some.trf", found, title), FileStatus::done);
         EXPECT_EQ(title, std::string_view("a title"));
         EXPECT_EQ(found.circuit.INDX1, c.INDX1);
         EXPECT_FALSE(found.designed);
@@ -378,37 +388,37 @@ TEST(StoredCircuit, FilesAreNamedAndRefused) {
     const PassiveFilter filter = six_branches();
     PassiveFilter found;
     FixedText<80> title = "before";
-    EXPECT_EQ(save_filter("one", circuit_forms, filter, "t"), FileStatus::done);
-    EXPECT_EQ(save_filter("two.dat", circuit_forms, filter, "t"), FileStatus::done);
-    EXPECT_EQ(save_filter("three.qfp", circuit_forms, filter, "t"), FileStatus::done);
-    EXPECT_EQ(save_filter("four.trf", circuit_forms, filter, "t"), FileStatus::done);
+    EXPECT_EQ(save("one", filter, "t"), FileStatus::done);
+    EXPECT_EQ(save("two.dat", filter, "t"), FileStatus::done);
+    EXPECT_EQ(save("three.qfp", filter, "t"), FileStatus::done);
+    EXPECT_EQ(save("four.trf", filter, "t"), FileStatus::done);
     for (const char* name : {"one.qfp", "two.qfp", "three.qfp", "four.trf"}) {
         EXPECT_TRUE(std::filesystem::exists(name)) << name;
-        EXPECT_EQ(read_filter(name, circuit_forms, found, title), FileStatus::done) << name;
+        EXPECT_EQ(load(name, found, title), FileStatus::done) << name;
     }
     std::filesystem::rename("four.trf", "five.qfp");
-    EXPECT_EQ(read_filter("five", circuit_forms, found, title), FileStatus::done) << "known by its first bytes";
+    EXPECT_EQ(load("five", found, title), FileStatus::done) << "known by its first bytes";
 
     const std::string before = bytes_of(found);
     std::filesystem::create_directory("folder.qfp");
     write_text("empty.qfp", "");
     write_text("foreign.qfp", "something else");
-    EXPECT_EQ(message_of(read_filter("none", circuit_forms, found, title)), "File was not found");
-    EXPECT_EQ(message_of(read_filter("folder", circuit_forms, found, title)), "File could not be opened");
-    EXPECT_EQ(message_of(read_filter("empty", circuit_forms, found, title)), "Error encountered in reading the file");
-    EXPECT_EQ(message_of(read_filter("foreign", circuit_forms, found, title)), "Error encountered in reading the file");
+    EXPECT_EQ(message_of(load("none", found, title)), "File was not found");
+    EXPECT_EQ(message_of(load("folder", found, title)), "File could not be opened");
+    EXPECT_EQ(message_of(load("empty", found, title)), "Error encountered in reading the file");
+    EXPECT_EQ(message_of(load("foreign", found, title)), "Error encountered in reading the file");
     EXPECT_EQ(bytes_of(found), before);
-    EXPECT_EQ(message_of(save_filter("missing/one", circuit_forms, filter, "t")), "File could not be written");
-    EXPECT_EQ(message_of(save_filter("folder", circuit_forms, filter, "t")), "File could not be written");
+    EXPECT_EQ(message_of(save("missing/one", filter, "t")), "File could not be written");
+    EXPECT_EQ(message_of(save("folder", filter, "t")), "File could not be written");
 }
 
 TEST(StoredCircuit, WhatCouldNotBeReadAgainDoesNotReplaceAGoodFile) {
     const ScratchFolder folder;
     PassiveFilter filter = six_branches();
-    ASSERT_EQ(save_filter("good", circuit_forms, filter, ""), FileStatus::done);
+    ASSERT_EQ(save("good", filter, ""), FileStatus::done);
     const std::string bytes = read_text("good.qfp");
     filter.circuit.VALUE(2) = infinite;
-    EXPECT_EQ(save_filter("good", circuit_forms, filter, ""), FileStatus::not_written);
+    EXPECT_EQ(save("good", filter, ""), FileStatus::not_written);
     EXPECT_EQ(read_text("good.qfp"), bytes);
 }
 
@@ -419,19 +429,19 @@ TEST(StoredCircuit, AKilledSaveLeavesTheOldOrTheNewCircuit) {
     const PassiveFilter filters[] = {maker.filter(), maker.filter()};
     const std::string contents[] = {circuit_forms[0].layout.bytes(filters[0], "0"),
                                     circuit_forms[0].layout.bytes(filters[1], "1")};
-    ASSERT_EQ(save_filter("both", circuit_forms, filters[0], "0"), FileStatus::done);
+    ASSERT_EQ(save("both", filters[0], "0"), FileStatus::done);
     int seen[2] = {};
     for (int kills = 0; kills < 200; ++kills) {
         const pid_t child = fork();
         if (child == 0) {
-            for (int i = kills;; ++i) (void)save_filter("both", circuit_forms, filters[i % 2], i % 2 == 0 ? "0" : "1");
+            for (int i = kills;; ++i) (void)save("both", filters[i % 2], i % 2 == 0 ? "0" : "1");
         }
         std::this_thread::sleep_for(std::chrono::microseconds(maker.whole(0, 3000)));
         kill(child, SIGKILL);
         ASSERT_EQ(waitpid(child, nullptr, 0), child);
         PassiveFilter found;
         FixedText<80> title;
-        ASSERT_EQ(read_filter("both", circuit_forms, found, title), FileStatus::done) << kills;
+        ASSERT_EQ(load("both", found, title), FileStatus::done) << kills;
         const std::string stored = read_text("both.qfp");
         ASSERT_TRUE(stored == contents[0] || stored == contents[1]) << kills;
         ++seen[stored == contents[1] ? 1 : 0];

@@ -47,7 +47,8 @@ struct Bench {
     Session session;
     AnalysisResult results;
     PlotWindow plot;
-    Desk desk{session, reporter, window, results, plot};
+    TemporaryFiles temporaries;
+    Desk desk{session, reporter, window, results, plot, temporaries};
     KeptState state;
     Number filter{1};
     int last = 1;
@@ -56,8 +57,7 @@ struct Bench {
     Bench() { session.TITLE = "title 1"; }
     [[nodiscard]] std::string now() const { return fmt::format("{} {}", filter.value, session.TITLE.trimmed()); }
     void edit() {
-        keep_for_undo(work);
-        filter.value = ++last;
+        if (keep_for_undo(work)) filter.value = ++last;
     }
     [[nodiscard]] std::string boxes() {
         std::string text;
@@ -80,7 +80,7 @@ TEST(KeptFilter, StatesAreAListOfEleven) {
     std::vector<int> states = {1};
     std::size_t at = 0;
     std::set<std::string> ten = {"~xxx.tmp"};
-    for (int level = 0; level < 10; ++level) ten.insert(undo_file(level));
+    for (int level = 0; level < 10; ++level) ten.insert(TemporaryFiles().undo_file(level));
     for (int step = 0; step < 600; ++step) {
         const int what = step < 12 ? 0 : step < 23 ? 3 : (step * 7919) % 31 % 7;
         if (what <= 2) {
@@ -171,10 +171,7 @@ void limit_files(rlim_t bytes) {
     setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-bool push(const KeptWork& work) {
-    keep_for_undo(work);
-    return false;
-}
+bool push(const KeptWork& work) { return keep_for_undo(work); }
 
 constexpr const char* undo_lost = "Error: Nothing stored\nor error reading data file";
 constexpr Failure failures[] = {
@@ -183,7 +180,7 @@ constexpr Failure failures[] = {
     {[] { limit_files(0); }, undo, "Error: Data could not be stored"},
     {[] { std::filesystem::remove("_xxx2.tmp"); }, redo, "Error: File could not be read"},
     {[] { cut_in_half("_xxx2.tmp"); }, redo, "Error: File could not be read"},
-    {[] { block("_xxx2.tmp"); }, push, "Warning: Data could not be stored"},
+    {[] { block("_xxx2.tmp"); }, push, "Question: Data could not be stored\nDo you want to go on without undo?"},
     {[] { block("~xxx.tmp"); }, store, "Warning: Data could not be stored"},
     {[] { std::filesystem::remove("~xxx.tmp"); }, recall, "Error: Data was not stored"},
     {[] { cut_in_half("~xxx.tmp"); }, recall, "Error: Data could not be read"},
@@ -216,7 +213,7 @@ TEST(KeptFilter, AStateThatIsNotKeptDropsNoOlderOne) {
     Bench bench;
     for (int edit = 1; edit <= 10; ++edit) bench.edit();
     block("_xxx10.tmp");
-    keep_for_undo(bench.work);
+    static_cast<void>(keep_for_undo(bench.work));
     for (int back = 10; back > 0; --back) {
         ASSERT_TRUE(undo(bench.work));
         EXPECT_EQ(bench.filter.value, back);

@@ -102,6 +102,7 @@ int run(const ConsoleOptions& options) {
         runner.dump(options.json_file);
         window->settle();
     }
+    bench->temporaries.give_up();
     transcript.report.flush();
     std::cout.flush();
     if (interrupted) end_by_signal(signals.caught());

@@ -21,7 +21,6 @@ constexpr std::array<std::string_view, 4> good_captions = {"Warning", "Question"
 
 bool is_good(std::string_view caption) { return std::ranges::find(good_captions, caption) != good_captions.end(); }
 
-constexpr const char* missing_quote = "a double quote is missing";
 constexpr const char* print_file = "kavrel.prn";
 
 }  // namespace
@@ -90,6 +89,7 @@ bool ConsoleWindow::edit_form(FormSheet& sheet) {
             return refused || interrupted() ? leave() : true;
         }
         begin(*line);
+        if (!line->wrong.empty()) continue;
         const FormStep step = filler.perform(*line, transcript_.screen);
         if (!step.wrong.empty()) fail(Failure::script, step.wrong);
         if (step.closed && step.wrong.empty()) return step.accepted ? true : leave();
@@ -160,20 +160,16 @@ std::optional<ScriptLine> ConsoleWindow::next_line() {
 }
 
 bool ConsoleWindow::include(const ScriptLine& line) {
-    if (line.open_quote) {
-        fail(Failure::script, missing_quote);
+    Included included;
+    if (!line.wrong.empty()) {
+        included = {line.failure, std::string(line.wrong)};
     } else if (line.words.size() < 2) {
-        fail(Failure::script, "'include' needs more words");
+        included = {Failure::script, "'include' needs more words"};
     } else {
-        switch (script_.include(line, line.rest())) {
-            case Included::done: return true;
-            case Included::unreadable: fail(Failure::file, fmt::format("'{}' could not be read", line.rest())); break;
-            case Included::too_deep:
-                fail(Failure::script, fmt::format("'{}' is included by too many files within files", line.rest()));
-                break;
-        }
+        included = script_.include(line, line.rest());
     }
-    return false;
+    if (included.failure != Failure::none) fail(included.failure, included.text);
+    return included.failure == Failure::none;
 }
 
 void ConsoleWindow::echo(const ScriptLine& line) {
@@ -183,7 +179,7 @@ void ConsoleWindow::echo(const ScriptLine& line) {
 
 void ConsoleWindow::begin(const ScriptLine& line) {
     echo(line);
-    if (line.open_quote) fail(Failure::script, missing_quote);
+    if (!line.wrong.empty()) fail(line.failure, std::string(line.wrong));
 }
 
 std::optional<ScriptLine> ConsoleWindow::take_line() {

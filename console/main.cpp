@@ -15,6 +15,7 @@
 #include "console/script_stream.h"
 #include "console/terminal.h"
 #include "shell/shown_text.h"
+#include "shell/whole_file.h"
 #include "workbench/start_up.h"
 
 namespace kavrel {
@@ -25,7 +26,7 @@ constexpr int file_failure = static_cast<int>(Failure::file);
 constexpr int script_failure = static_cast<int>(Failure::script);
 
 int file_trouble(const std::string& name, std::string_view trouble) {
-    std::cerr << fmt::format("kavrel-cli: '{}' could not be {}\n", shown_text(name), trouble);
+    std::cerr << fmt::format("kavrel-cli: '{}' {}\n", shown_text(name), trouble);
     return file_failure;
 }
 
@@ -63,20 +64,26 @@ int run(const ConsoleOptions& options) {
     ConsoleScript script;
     if (scripted) {
         auto lines = open_script(options.argument, signals);
-        if (lines == nullptr) return trouble(options.argument, "read");
+        if (lines == nullptr) return trouble(options.argument, "could not be read");
         script.push(options.argument, std::move(lines),
                     std::filesystem::absolute(options.argument).parent_path().string());
     } else if (!interactive) {
         script.push("<stdin>", std::make_unique<ScriptStream>(STDIN_FILENO, false, signals));
     }
-    if (!options.folder.empty() && chdir(options.folder.c_str()) != 0) return trouble(options.folder, "entered");
-    if (stored && open_text(options.argument) == nullptr) return trouble(options.argument, "read");
+    if (!options.folder.empty() && chdir(options.folder.c_str()) != 0)
+        return trouble(options.folder, "could not be entered");
+    const ReadFault fault = stored ? read_whole(options.argument).fault : ReadFault::none;
+    if (fault != ReadFault::none) return trouble(options.argument, trim(complaint_of(fault, "could not be read", "")));
+    // The name of an open stream (/dev/stdout) is that stream: what goes there goes behind each other.
+    const std::optional<int> stream = options.report_file.empty() ? STDOUT_FILENO : stream_named(options.report_file);
     std::ofstream report_file;
-    if (!options.report_file.empty()) {
-        report_file.open(options.report_file);
-        if (!report_file) return trouble(options.report_file, "written");
+    if (stream != STDOUT_FILENO && stream != STDERR_FILENO) {
+        report_file.open(options.report_file, stream ? std::ios::app : std::ios::out);
+        if (!report_file) return trouble(options.report_file, "could not be written");
     }
-    const Transcript transcript{.report = options.report_file.empty() ? std::cout : report_file,
+    const Transcript transcript{.report = stream == STDOUT_FILENO   ? std::cout
+                                          : stream == STDERR_FILENO ? std::cerr
+                                                                    : report_file,
                                 // What is not asked for keeps out of the way of the state.
                                 .screen = options.json_file == "-" ? std::cerr : std::cout,
                                 .out = std::cout,
@@ -107,8 +114,8 @@ int run(const ConsoleOptions& options) {
     std::cout.flush();
     if (interrupted) end_by_signal(signals.caught());
     if (!std::cout && reader_left(STDOUT_FILENO)) end_by_signal(SIGPIPE);
-    if (!std::cout) return trouble("standard output", "written");
-    if (!transcript.report) return trouble(options.report_file, "written");
+    if (!std::cout) return trouble("standard output", "could not be written");
+    if (!transcript.report) return trouble(options.report_file, "could not be written");
     return interactive ? 0 : window->exit_status();
 }
 

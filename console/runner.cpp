@@ -39,10 +39,12 @@ constexpr Runner::Verb Runner::verbs[] = {
 };
 
 void Runner::run() {
-    while (window_.settle() && !is_over()) {
-        const auto line = window_.take_line();
-        if (!line) return;
-        perform(*line);
+    for (bool more = true; more && window_.settle() && !is_over();) {
+        attempt([&] {
+            const auto line = window_.take_line();
+            more = line.has_value();
+            if (line) perform(*line);
+        });
     }
     window_.settle();
 }
@@ -55,7 +57,7 @@ const Runner::Verb* Runner::find(std::string_view verb) {
 bool Runner::knows(std::string_view verb) { return verb == "include" || find(verb) != nullptr; }
 
 void Runner::perform(const ScriptLine& line) {
-    if (line.open_quote) return;
+    if (!line.wrong.empty()) return;
     const Verb* verb = find(line.verb());
     if (verb == nullptr) {
         window_.fail(Failure::script, is_answer_verb(line.verb())

@@ -1,17 +1,27 @@
 #include "console/script.h"
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <fstream>
+#include <sstream>
+
+#include <fmt/format.h>
 
 #include "shell/fixed_text.h"
 #include "shell/utf8.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
 namespace {
 
 constexpr std::size_t include_depth = 50;
+constexpr std::ptrdiff_t include_lines = 1'000'000;  // of all included files
+constexpr std::size_t longest_line = 1 << 16;
+constexpr std::size_t shown_of_wrong_line = 80;
+
+enum class LineEnd { line, last, too_long, unreadable };
+LineEnd read_line(std::istream& lines, std::string& text);
 
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
@@ -34,8 +44,7 @@ std::string ScriptLine::rest(std::size_t first) const {
 }
 
 ScriptLine split_line(std::string file, int number, std::string_view text) {
-    ScriptLine line{
-        .file = std::move(file), .folder = {}, .number = number, .text = {}, .words = {}, .open_quote = false};
+    ScriptLine line{.file = std::move(file), .folder = {}, .number = number, .text = {}, .words = {}, .wrong = {}};
     ScriptWord word;
     bool in_word = false;
     bool in_quotes = false;
@@ -62,7 +71,7 @@ ScriptLine split_line(std::string file, int number, std::string_view text) {
         }
     }
     finish();
-    line.open_quote = in_quotes;
+    if (in_quotes) line.wrong = "a double quote is missing";
     line.text = trim_right(text.substr(0, at));
     return line;
 }
@@ -88,13 +97,6 @@ std::vector<std::string> path_of(const ScriptLine& line) {
     return labels;
 }
 
-std::unique_ptr<std::istream> open_text(const std::string& name) {
-    std::error_code unknown;
-    auto lines = std::make_unique<std::ifstream>(name);
-    if (!*lines || std::filesystem::is_directory(name, unknown)) return nullptr;
-    return lines;
-}
-
 void ConsoleScript::push(std::string name, std::unique_ptr<std::istream> lines, std::string folder) {
     sources_.push_back({.name = std::move(name), .folder = std::move(folder), .lines = std::move(lines), .number = 0});
 }
@@ -108,27 +110,56 @@ std::optional<ScriptLine> ConsoleScript::next() {
     while (!sources_.empty()) {
         Source& source = sources_.back();
         std::string text;
-        if (!std::getline(*source.lines, text)) {
+        const LineEnd end = read_line(*source.lines, text);
+        if (end == LineEnd::last && text.empty()) {
             sources_.pop_back();
             continue;
         }
         if (++source.number == 1 && text.starts_with(byte_order_mark)) text.erase(0, byte_order_mark.size());
         ScriptLine line = split_line(source.name, source.number, text);
         line.folder = source.folder;
+        if (end == LineEnd::too_long || end == LineEnd::unreadable) {
+            line.text.resize(std::min(line.text.size(), shown_of_wrong_line));
+            line.words.resize(1);
+            line.wrong =
+                end == LineEnd::too_long ? "the line is longer than 65536 bytes" : "the script could not be read";
+            line.failure = end == LineEnd::too_long ? Failure::script : Failure::file;
+            sources_.pop_back();
+        }
         if (!line.words.empty()) return line;
     }
     return std::nullopt;
 }
 
 Included ConsoleScript::include(const ScriptLine& line, const std::string& file) {
-    if (sources_.size() >= include_depth) return Included::too_deep;
-    for (const auto& path : {std::filesystem::path(line.folder) / file, std::filesystem::path(file)}) {
-        auto lines = open_text(path.string());
-        if (lines == nullptr) continue;
-        push(file, std::move(lines), std::filesystem::absolute(path).parent_path().string());
-        return Included::done;
+    if (sources_.size() >= include_depth)
+        return {Failure::script, fmt::format("'{}' is included by too many files within files", file)};
+    std::string path = (std::filesystem::path(line.folder) / file).string();
+    WholeFile found = read_whole(path);
+    if (found.fault == ReadFault::missing) found = read_whole(path = file);
+    if (!found) {
+        const std::string name = fmt::format("'{}'", file);
+        return {Failure::file, complaint_of(found.fault, name + " could not be read", name)};
     }
-    return Included::unreadable;
+    included_lines_ += std::ranges::count(*found, '\n') + 1;
+    if (included_lines_ > include_lines)
+        return {Failure::script, fmt::format("'{}' is one too many: {} lines are included", file, include_lines)};
+    push(file, std::make_unique<std::istringstream>(std::move(found.bytes)),
+         std::filesystem::absolute(path).parent_path().string());
+    return {};
 }
+
+namespace {
+
+LineEnd read_line(std::istream& lines, std::string& text) {
+    for (char c = 0; lines.get(c);) {
+        if (c == '\n') return LineEnd::line;
+        if (text.size() == longest_line) return LineEnd::too_long;
+        text += c;
+    }
+    return lines.bad() ? LineEnd::unreadable : LineEnd::last;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "console/transcript.h"
+
 namespace kavrel {
 
 struct ScriptWord {
@@ -24,7 +26,8 @@ struct ScriptLine {
     int number = 0;
     std::string text;  // as written, without its comment
     std::vector<ScriptWord> words;
-    bool open_quote = false;  // a double quote is missing
+    std::string_view wrong;  // with the line as such, or blank
+    Failure failure = Failure::script;
 
     [[nodiscard]] std::string where() const { return file + ':' + std::to_string(number); }
     [[nodiscard]] std::string_view verb() const { return words.front().text; }
@@ -37,23 +40,24 @@ struct ScriptLine {
 // The labels of `choose A > B > C`: words between the unquoted '>', or of a path that is quoted as a whole.
 [[nodiscard]] std::vector<std::string> path_of(const ScriptLine& line);
 
-// A file opened to be read, or null; a folder is no file.
-[[nodiscard]] std::unique_ptr<std::istream> open_text(const std::string& name);
-
-enum class Included { done, unreadable, too_deep };
+// Why a file is not included: `failure` is none when it is.
+struct Included {
+    Failure failure = Failure::none;
+    std::string text = {};
+};
 
 class ConsoleScript {
 public:
     // Lines of a stream; `name` appears in errors; files to include are looked for in `folder` first.
     void push(std::string name, std::unique_ptr<std::istream> lines, std::string folder = {});
 
-    // The next line that has a word, or none at the end.
+    // The next line that has a word, or none at the end. A line without end ends its file, as one that cannot be read.
     [[nodiscard]] std::optional<ScriptLine> next();
 
     // The line stays the next one.
     void hand_back(ScriptLine line) { handed_back_ = std::move(line); }
 
-    // Reads a file's lines before those that follow.
+    // Reads a file's lines before those that follow. All files together are bounded: files may include each other.
     [[nodiscard]] Included include(const ScriptLine& line, const std::string& file);
 
     void end() { sources_.clear(), handed_back_.reset(); }
@@ -68,6 +72,7 @@ private:
 
     std::vector<Source> sources_;
     std::optional<ScriptLine> handed_back_;
+    std::ptrdiff_t included_lines_ = 0;
 };
 
 }  // namespace kavrel

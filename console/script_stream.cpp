@@ -1,7 +1,9 @@
 #include "console/script_stream.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace kavrel {
@@ -18,6 +20,7 @@ ScriptStream::Bytes::~Bytes() {
 ScriptStream::Bytes::int_type ScriptStream::Bytes::underflow() {
     if (!signals_.wait_to_read(descriptor_)) return traits_type::eof();
     const ssize_t count = ::read(descriptor_, buffer_.data(), buffer_.size());
+    if (count < 0 && signals_.caught() == 0) throw std::system_error(errno, std::generic_category());
     if (count <= 0) return traits_type::eof();
     setg(buffer_.data(), buffer_.data(), buffer_.data() + count);
     return traits_type::to_int_type(*gptr());

@@ -273,17 +273,19 @@ void Terminal::converse(Workbench& bench, Runner& runner) {
     while (!runner.is_over()) {
         const auto typed = ask(fmt::format("{}> ", open_.empty() ? "kavrel" : open_.back()));
         if (!typed) return;
-        if (typed->empty() || *typed == "menu" || *typed == "?") {
-            show_menu();
-        } else if (*typed == "..") {
-            if (!open_.empty()) open_.pop_back();
-            show_menu();
-        } else if (Runner::knows(first_word(*typed))) {
-            perform_typed(split_line("<terminal>", ++number, *typed), runner);
-        } else {
-            set_current(split_line("<terminal>", ++number, *typed));
-            follow(*typed, runner);
-        }
+        runner.attempt([&] {
+            if (typed->empty() || *typed == "menu" || *typed == "?") {
+                show_menu();
+            } else if (*typed == "..") {
+                if (!open_.empty()) open_.pop_back();
+                show_menu();
+            } else if (Runner::knows(first_word(*typed))) {
+                perform_typed(split_line("<terminal>", ++number, *typed), runner);
+            } else {
+                set_current(split_line("<terminal>", ++number, *typed));
+                follow(*typed, runner);
+            }
+        });
         settle();
         resume();
         if (bench.session.stopped) return;

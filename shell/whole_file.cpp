@@ -151,6 +151,8 @@ bool append_to_file(const std::string& path, std::string_view bytes) {
     return false;
 }
 
+std::optional<int> stream_named(const std::string& path) { return place_of(path).stream; }
+
 FileState state_of_file(const std::string& path) {
     if (place_of(path).stream) return {};
     const auto status = status_of(path);

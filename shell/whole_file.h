@@ -55,6 +55,9 @@ enum class Lasting { no, yes };
 // Adds to the end of a file, which is made when there is none. False when that went wrong: the file is as it was.
 [[nodiscard]] bool append_to_file(const std::string& path, std::string_view bytes);
 
+// The number of the open stream that a name stands for ("/dev/stdout": 1), or none.
+[[nodiscard]] std::optional<int> stream_named(const std::string& path);
+
 // What stands in the way of a file's being replaced.
 enum class Guard {
     none,       // no such file, or a stream

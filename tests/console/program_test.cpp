@@ -89,6 +89,8 @@ TEST(Program, AScriptHasUnitsOfItsOwn) {
 TEST(Program, EndsWithAStatus) {
     const ScratchFolder folder;
     write_text("filter.qff", "");
+    write_text("many.kav", std::string(400'000, '\n'));
+    write_text("large.kav", std::string(17 << 20, '\n'));
     const struct {
         std::string arguments, input;
         int status;
@@ -106,6 +108,10 @@ TEST(Program, EndsWithAStatus) {
         {"--json missing/state.json", "", 3, "", "'missing/state.json' could not be written"},
         {"", "frobnicate\n", 2, "== Kavrel - MAIN MENU\n> frobnicate\n", "<stdin>:1: unknown verb 'frobnicate'\n"},
         {"--quiet", "echo quiet\n", 0, "quiet\n", ""},
+        {"", "include /dev/zero\n", 3, "", "<stdin>:1: '/dev/zero' is not a regular file"},
+        {"", "include large.kav\n", 3, "", "'large.kav' is larger than 16 MB"},
+        {"", "include many.kav\ninclude many.kav\ninclude many.kav\n", 2, "", "<stdin>:3: 'many.kav' is one too many"},
+        {"--keep-going /dev/zero", "", 2, "", "/dev/zero:1: the line is longer than 65536 bytes"},
     };
     for (const auto& row : rows) {
         const Ended ended = run_program(row.arguments, row.input);
@@ -136,6 +142,9 @@ TEST(Program, ReportAndStateGoWhereTheyAreAskedFor) {
         EXPECT_EQ(read_text("work/report.txt"), report);
         EXPECT_TRUE(holds(report, "Capacitors:"));
     }
+    write_text("kept", "kept\n");
+    run_program("-C work -o /dev/stdout --json /dev/fd/1 --quiet a.qfp >>kept");
+    EXPECT_TRUE(read_text("kept").starts_with("kept\n") && read_text("kept").ends_with("]\n}\n"));
 }
 
 // Types lines into the program on a terminal of its own and returns what it shows.

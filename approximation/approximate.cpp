@@ -17,6 +17,7 @@
 #include "approximation/sloped_passband.h"
 #include "approximation/stopband_floor.h"
 #include "numeric/scaled_value.h"
+#include "shell/finite.h"
 
 namespace kavrel {
 
@@ -105,6 +106,7 @@ namespace {
 Fault Run::design() {
     xp_ = {};
     if (const Fault fault = take(runFront(spec_, xp_, notes_.front)); fault != Fault::none) return fault;
+    if (!is_finite(spec_)) return take(refuse(spec_, FrontFault::out_of_range));
     spec_.runFlag = 0;
     xp_.requested_ratio = terminationRatio(spec_.sourceResistance, spec_.loadResistance);
     if (!questions_.go_on()) return Fault::stopped;

@@ -9,6 +9,7 @@
 #include "approximation/characteristic.h"
 #include "approximation/decibel.h"
 #include "approximation/frequency_variable.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -16,6 +17,7 @@ namespace {
 
 using Real = XPlane::Real;
 
+constexpr Real round_off = std::numeric_limits<Real>::epsilon();
 constexpr Real loss_tolerance = 1e-9L;  // dB: rounding of a loss that a degree reaches exactly
 constexpr int search_limit = 2000;      // of the degree of a matching network, for the message
 
@@ -30,11 +32,6 @@ struct StopLosses {
     Real upper = 0;
 };
 
-// An estimate in whole numbers; sums of a few of them stay within an int.
-int whole(Real estimate) {
-    constexpr int limit = std::numeric_limits<int>::max() / 4;
-    return static_cast<int>(std::min<Real>(estimate, limit));
-}
 bool is_flat(const FilterSpec& spec) { return spec.passbandType == maximally_flat; }
 
 Real unit_function(const FilterSpec& spec, const XPlane& xp, const Counts& counts, Real x);
@@ -74,6 +71,11 @@ FrontVerdict estimateMonotonicDegree(FilterSpec& spec, XPlane& xp, FrontNotes& n
     notes.lower_loss_reached = static_cast<double>(reached.lower);
     notes.upper_loss_reached = static_cast<double>(reached.upper);
     return {};
+}
+
+int whole_degree(long double estimate) {
+    constexpr int limit = std::numeric_limits<int>::max() / 4;
+    return estimate < limit ? std::max(whole_part(estimate), -limit) : limit;
 }
 
 FrontVerdict estimateMatching(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
@@ -122,6 +124,7 @@ namespace {
 // F/Q of eps2 = 1 at x > 0 for zeros at a and at 1 and unit elements, without a parametric point.
 //   flat          (x + g)^n/prod |x - x_i|, g^n = prod x_i for band-pass, 0 otherwise
 //   equal ripple  cosh^2 of half the sum of ln |(sqrt x + m_i)/(sqrt x - m_i)|
+// An x that rounding puts on a zero is as far from it as rounding is.
 Real unit_function(const FilterSpec& spec, const XPlane& xp, const Counts& counts, Real x) {
     const Real ue = unit_element_root(spec, xp);
     const auto sum = [&](auto&& term) {
@@ -131,16 +134,18 @@ Real unit_function(const FilterSpec& spec, const XPlane& xp, const Counts& count
         if (counts.unit_elements > 0) total += counts.unit_elements * term(ue);
         return total;
     };
+    const auto distance = [](Real from, Real to) { return from == to ? round_off * from : from - to; };
     if (!is_flat(spec)) {
         const Real y = std::sqrt(x);
-        const Real angle = sum([y](Real xi) { return std::log(std::fabs((y + std::sqrt(xi)) / (y - std::sqrt(xi)))); });
+        const Real angle =
+            sum([&](Real xi) { return std::log(std::fabs((y + std::sqrt(xi)) / distance(y, std::sqrt(xi)))); });
         const Real c = std::cosh(angle / 2);
         return c * c;
     }
     const int n = counts.degree();
     const bool band = spec.filterType == band_pass;
     const Real g = band ? std::exp(sum([](Real xi) { return std::log(xi); }) / static_cast<Real>(n)) : 0;
-    return std::exp(n * std::log(x + g) - sum([x](Real xi) { return std::log(std::fabs(x - xi)); }));
+    return std::exp(n * std::log(x + g) - sum([&](Real xi) { return std::log(std::fabs(distance(x, xi))); }));
 }
 
 // Losses at the stop edges. A parametric point and the shift of an even equal ripple function ask for its roots.
@@ -192,7 +197,7 @@ int prototype_estimate(const FilterSpec& spec, const XPlane& xp) {
         const Real u = nue > 0 ? nue / 2 * std::log(std::fabs(1 - t) / (1 + t)) : 0;
         n = (std::acosh(std::sqrt(ratio)) + u) / std::acosh(omega);
     }
-    return whole(n + 0.99L);
+    return whole_degree(n + 0.99L);
 }
 
 FrontVerdict estimate_band_pass(FilterSpec& spec, const XPlane& xp, Counts& counts) {
@@ -270,7 +275,7 @@ Counts bandpass_estimate(const FilterSpec& spec, const XPlane& xp) {
         const Real n = n0 + ni + nue;
         if (n > 0) flat_point = std::pow(xp.a, n0 / n) * (nue > 0 ? std::pow(xp.ueX, nue / n) : 1);
     }
-    return {whole(n0 + 0.99L), whole(ni + 0.99L), spec.unitElements};
+    return {whole_degree(n0 + 0.99L), whole_degree(ni + 0.99L), spec.unitElements};
 }
 
 bool unit_elements_alone(const FilterSpec& spec) {
@@ -284,7 +289,7 @@ FrontVerdict count_sections(FilterSpec& spec, const XPlane& xp, Real mismatch) {
     const Real b = 1 / std::sqrt(xp.ueX);
     const Real asked = std::sqrt(mismatch / xp.eps2);
     const Real n = is_flat(spec) ? std::log(asked) / std::log(b) : std::acosh(asked) / std::acosh(b);
-    spec.unitElements = std::max(1, whole(n + 0.9999L));
+    spec.unitElements = std::max(1, whole_degree(n + 0.9999L));
     spec.zerosAtInfinity = 0;
     if (spec.unitElements > max_degree) return refuse(spec, FrontFault::degree_too_high, spec.unitElements);
     return {};

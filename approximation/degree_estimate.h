@@ -25,4 +25,8 @@ FrontVerdict estimateMonotonicDegree(FilterSpec& spec, XPlane& xp, FrontNotes& n
 // normaliseEdges.
 FrontVerdict estimateMatching(FilterSpec& spec, XPlane& xp, FrontNotes& notes);
 
+// An estimate of a degree as a whole number, towards zero: sums of a few of them stay within an int. What is no number
+// is beyond all degrees.
+[[nodiscard]] int whole_degree(long double estimate);
+
 }  // namespace kavrel

@@ -8,6 +8,7 @@
 #include "approximation/angle_sum.h"
 #include "approximation/characteristic.h"
 #include "approximation/decibel.h"
+#include "approximation/degree_estimate.h"
 #include "approximation/frequency_variable.h"
 #include "approximation/stopband_floor.h"
 #include "numeric/guarded.h"
@@ -230,10 +231,7 @@ Real degree_needed(const Prototype& p, Real omega) {
            arithmetic_geometric_mean(1, k1);
 }
 
-int rounded_up(Real n) {
-    constexpr Real most = std::numeric_limits<int>::max() / 4;  // twice that and more is still an int
-    return std::max(1, static_cast<int>(std::min(n, most) + 0.9999L));
-}
+int rounded_up(Real n) { return std::max(1, whole_degree(n + 0.9999L)); }
 
 bool keeps_two_at_infinity(const Prototype& p) { return p.degree % 2 == 0 && p.symmetry >= 0; }
 

@@ -11,6 +11,7 @@
 #include "approximation/frequency_variable.h"
 #include "approximation/s_plane.h"
 #include "approximation/sloped_passband.h"
+#include "shell/finite.h"
 
 namespace kavrel {
 
@@ -39,13 +40,15 @@ public:
     // The request with what was found for it.
     [[nodiscard]] const FilterSpec& found() const { return found_; }
 
+    // The box or lines of a fault, and that the design is discontinued.
+    void refuse(FrontVerdict verdict);
+
     PredistortionChoice predistortion_choice(const PredistortionNotes& notes) override;
     bool go_on() override { return reporter_.window().progress("Approximation", ++steps_, 0); }
 
 private:
     void report();
     void refuse(const ApproximationVerdict& verdict);
-    void refuse(FrontVerdict verdict);
 
     const FilterSpec& request_;
     FilterDesign& design_;
@@ -99,6 +102,10 @@ FilterDesignVerdict designFilter(FilterKind kind, FilterSpec& spec, FilterDesign
     draft->transfer = xToFrequencyPlane(draft->worked, draft->x_plane);
     const bool to_be_shifted = found.filterType == low_pass && found.centerFrequency > 0.0;
     if (to_be_shifted && !design_shifted(found, *draft, units, reporter)) return FilterDesignVerdict::discontinued;
+    if (!all_finite(found, draft->transfer)) {
+        way.refuse({FrontFault::out_of_range});
+        return FilterDesignVerdict::discontinued;
+    }
     report_predistorted(draft->request, found, draft->transfer, draft->notes.predistortion.used_q, reporter);
     report_transfer_function(draft->transfer, found.medium, reporter);
     spec = found;

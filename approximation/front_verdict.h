@@ -22,6 +22,7 @@ enum class FrontFault {
     stopband_incorrect,
     polynomial_incomplete,
     unrealistic,         // estimated degree of a delay filter
+    out_of_range,        // a number of the design is not finite
     terminations_unfit,  // of a matching network
     // degree and zeros
     degree_too_high,  // number: the degree
@@ -61,7 +62,7 @@ struct FrontMessage {
 inline constexpr std::string_view box_discontinued = "design discontinued";
 inline constexpr std::string_view report_discontinued = " **** design discontinued ****";
 
-inline constexpr std::array<FrontMessage, 16> front_messages = {{
+inline constexpr std::array<FrontMessage, 17> front_messages = {{
     {FrontFault::cutoff_missing, MessagePlace::box, "Cut-off frequency(ies) not specified,", box_discontinued},
     {FrontFault::edges_equal, MessagePlace::box, "Passband edge frequencies equal,", box_discontinued},
     {FrontFault::filter_type_incorrect, MessagePlace::box, "Filter type is incorrect,", box_discontinued},
@@ -70,6 +71,7 @@ inline constexpr std::array<FrontMessage, 16> front_messages = {{
     {FrontFault::stopband_incorrect, MessagePlace::box, "Incorrect stop band specification,", box_discontinued},
     {FrontFault::polynomial_incomplete, MessagePlace::box, "Incomplete polynomial specification,", box_discontinued},
     {FrontFault::unrealistic, MessagePlace::box, "Requirements are unrealistic,", box_discontinued},
+    {FrontFault::out_of_range, MessagePlace::box, "Numbers of the design are out of range,", box_discontinued},
     {FrontFault::terminations_unfit, MessagePlace::box, "Terminations may not be equal or zero"},
     {FrontFault::degree_too_high, MessagePlace::report,
      " **** Required degree {} is too high, design discontinued ****"},

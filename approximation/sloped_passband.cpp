@@ -7,6 +7,7 @@
 #include "approximation/decibel.h"
 #include "approximation/slope_exchange.h"
 #include "numeric/guarded.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -36,7 +37,7 @@ long double slopeUnit(const FilterSpec& spec, const XPlane& x) {
 
 SlopeVerdict slopedPassband(FilterSpec& spec, XPlane& x, FrontNotes& notes, ExtractionWorkspace& ws) {
     const Real units = static_cast<Real>(spec.stopbandLoss) / slopeUnit(spec, x);
-    const int m = static_cast<int>(std::round(units));
+    const int m = whole_part(std::round(units));
     const bool whole = spec.medium == Medium::lumped && is_whole(units) && has_zeros_for(spec, m);
     const SlopeVerdict verdict = whole ? whole_slope(spec, m, x, notes, ws) : any_slope(spec, units, x, notes);
     if (verdict.good() && !toFactors(x.ES, x.a, x.eFactors).good()) return {.fault = SlopeFault::pole_on_axis};

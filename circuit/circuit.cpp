@@ -1,8 +1,10 @@
 #include "circuit/circuit.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "circuit/branch_kinds.h"
+#include "shell/finite.h"
 
 namespace kavrel {
 
@@ -23,6 +25,13 @@ CircuitVerdict link(Circuit& circuit, const Place& place, Branch branch);
 int parity(int n) { return n & 1; }
 
 }  // namespace
+
+bool is_finite(const Circuit& c) {
+    const bool quadruplets = std::ranges::all_of(
+        c.QUADRUPLETS, [](const Quadruplet& q) { return all_finite(q.XK, q.XC, q.YK, q.YC, q.FRES); });
+    return quadruplets && all_finite(c.VALUE, c.R1, c.R2, c.fa, c.fb, c.fnorm, c.fs, c.MODE_RE, c.MODE_IM) &&
+           !std::isnan(c.termination_ratio);
+}
 
 std::string_view message_of(CircuitVerdict verdict) {
     for (const CircuitMessage& row : circuit_messages) {

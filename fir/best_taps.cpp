@@ -7,6 +7,7 @@
 #include "fir/fir_deviation.h"
 #include "fir/impulse_response.h"
 #include "fir/off_grid.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -105,7 +106,7 @@ FirTapsVerdict shorten(Workshop& shop, FirTaps& taps) {
     int iterations = taps.iterations;
     for (int tries = 0; tries < most_tries && high - low > 2; ++tries) {
         const double step = std::min(std::ceil((rounding_db - low_db) / slope), static_cast<double>(whole));
-        const int along = low + static_cast<int>(std::max(step, 1.0));
+        const int along = low + whole_part(std::max(step, 1.0));
         const int next = along < high - 1 ? along : (low + high) / 2;
         FirTaps tried;
         shop.task.NFILT = std::clamp(next + (next + whole) % 2, low + 2, high - 2);

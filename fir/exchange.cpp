@@ -8,6 +8,7 @@
 #include "fir/cosine_series.h"
 #include "fir/interpolant.h"
 #include "fir/runs.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -170,7 +171,7 @@ namespace {
 Extrema spread_evenly(const FirGrid& grid, int nfcns) {
     Extrema extrema{.at = {}, .count = nfcns + 1};
     const double spacing = static_cast<double>(grid.NGRID - 1) / nfcns;
-    for (int j = 1; j <= nfcns; ++j) extrema.at(j) = static_cast<int>((j - 1) * spacing + 1);
+    for (int j = 1; j <= nfcns; ++j) extrema.at(j) = whole_part((j - 1) * spacing + 1);
     extrema.at(nfcns + 1) = grid.NGRID;
     extrema.at(nfcns + 2) = grid.NGRID + 1;
     return extrema;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 
 #include "fir/best_taps.h"
@@ -11,6 +12,8 @@
 #include "fir/fir_time_response.h"
 #include "fir/least_length.h"
 #include "shell/edited.h"
+#include "shell/finite.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -68,10 +71,11 @@ FirDesignVerdict remez_design(FirDesk& desk) {
         case FirTapsVerdict::impossible: return refuse(bad_fir_input);
         case FirTapsVerdict::made: break;
     }
+    fill_figures(*draft);
+    if (!all_finite(draft->taps.filter.X, draft->figures.DEVIAT)) return refuse(bad_fir_input);
     if (!draft->taps.optimal) report_failure_to_converge(draft->taps.iterations, desk.reporter);
 
     draft->taps.filter.sampling_frequency = sampling_frequency_of(request) * desk.session.frequency_scale;
-    fill_figures(*draft);
     desk.filter = draft->taps.filter;
     desk.session.TITLE = "<New Filter>";
     request.filter_length = draft->task.NFILT;
@@ -106,11 +110,11 @@ const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter
                                                task.BANDS.EDGE(3) - task.BANDS.EDGE(2));
     if (!std::isfinite(length)) return bad_fir_input;  // no transition band, or a ripple of 0 dB
     if (length < max_fir_taps + 1) {
-        task.NFILT = static_cast<int>(std::max(length, 0.0));
+        task.NFILT = whole_part(std::max(length, 0.0));
         reporter.report_line(edited<"(' Estimated degree = ',I4)">(task.NFILT));
     } else {
         task.NFILT = max_fir_taps;
-        const int estimated = static_cast<int>(std::min(length, 1.0e9));
+        const int estimated = whole_part(std::min(length, 1.0e9));
         reporter.report_line(
             edited<"(' Estimated degree: ',I4,' is too high. reset to: ',I4)">(estimated, max_fir_taps));
     }
@@ -140,6 +144,7 @@ void report_failure_to_converge(int iterations, Reporter& reporter) {
 
 // What the taps do in each band.
 void fill_figures(FirDraft& draft) {
+    constexpr float least = std::numeric_limits<float>::min(), most = std::numeric_limits<float>::max();
     const BandTable& bands = draft.task.BANDS;
     FirDesignFigures& figures = draft.figures;
     FirFilter& filter = draft.taps.filter;
@@ -149,7 +154,7 @@ void fill_figures(FirDraft& draft) {
         if (!is_filter(draft.task)) continue;
         const float d = figures.DEVIAT(j);
         const float ripple = bands.FX(j) != 0.0 ? (1.0F + d) / (1.0F - d) : d;
-        figures.DEVIAT_DB(j) = 20.0F * std::log10(std::abs(ripple));
+        figures.DEVIAT_DB(j) = 20.0F * std::log10(std::clamp(std::abs(ripple), least, most));
         // Counting down, the first stopband is the last to be noted.
         if (bands.FX(j) == 0.0) filter.deviation = std::pow(10.0, static_cast<double>(figures.DEVIAT_DB(j)) / 20.0);
     }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "numeric/highest_value.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -72,7 +73,7 @@ Peak<double> highest_in_piece(double low, double high, const FirFilter& filter, 
     const int taps = fir_taps(filter.LENGTH(function), filter.NODD, filter.NEG);
     // ripples crowd at the edges of a band, and so do the places
     const double ripples = (high - low) * std::numbers::pi * points_per_tap * taps;
-    const int steps = std::max(least_steps, static_cast<int>(std::ceil(ripples)));
+    const int steps = std::max(least_steps, whole_part(std::ceil(ripples)));
     std::vector<double> places;
     for (int k = 0; k < steps; ++k) {
         places.push_back(low + (high - low) * (1 - std::cos(std::numbers::pi * k / steps)) / 2);

@@ -5,6 +5,8 @@
 #include <limits>
 #include <map>
 
+#include "shell/whole_part.h"
+
 namespace kavrel {
 
 namespace {
@@ -82,7 +84,7 @@ namespace {
 int longer(const FirTask& task, double deviation) {
     const double transition = task.BANDS.EDGE(3) - task.BANDS.EDGE(2);
     const double taps = std::ceil(20 * std::log10(deviation) / (db_per_tap * transition));
-    return static_cast<int>(std::clamp(taps, -1.0 * max_fir_taps, 1.0 * max_fir_taps));
+    return std::clamp(whole_part(taps), -max_fir_taps, max_fir_taps);
 }
 
 }  // namespace

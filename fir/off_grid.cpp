@@ -9,6 +9,7 @@
 
 #include "fir/interpolant.h"
 #include "fir/runs.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -220,7 +221,7 @@ Points lay_out(const FirTask& task, const FirPlan& plan, const FirGrid& grid, bo
     const auto add_free = [&](double low, double high, int band) {
         const double from = std::max(low, lowest), to = std::min(high, highest);
         if (!with_free_regions || !(to - from > step)) return;
-        const int steps = static_cast<int>(std::ceil((to - from) / step));
+        const int steps = whole_part(std::ceil((to - from) / step));
         for (int k = from > low || low == 0 ? 0 : 1; k < steps; ++k) add(from + (to - from) * k / steps, band);
         if (to < high || high == 0.5) add(to, band);
     };
@@ -251,7 +252,7 @@ std::vector<double> band_points(double low, double high, double step) {
             points.push_back(low + width * (1 - std::cos(fir_pi * k / points_per_band)) / 2);
         }
     } else {
-        const int steps = static_cast<int>(std::ceil(width / step));
+        const int steps = whole_part(std::ceil(width / step));
         const auto place = [&](int k) { return width / steps * crowded * (k * k) / (4.0 * crowded * crowded); };
         for (int k = 0; k < 2 * crowded; ++k) points.push_back(low + place(k));
         for (int k = crowded; k <= steps - crowded; ++k) points.push_back(low + width * k / steps);
@@ -277,7 +278,7 @@ void add_corners(const FirTask& task, int band, std::vector<double>& points) {
 Points spread_evenly(const Points& axis, int nfcns) {
     Points reference;
     const double spacing = static_cast<double>(axis.size() - 1) / nfcns;
-    for (int j = 0; j <= nfcns; ++j) reference.push_back(axis[static_cast<std::size_t>(std::lround(j * spacing))]);
+    for (int j = 0; j <= nfcns; ++j) reference.push_back(axis[whole_part<std::size_t>(std::round(j * spacing))]);
     return reference;
 }
 

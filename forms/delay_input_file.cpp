@@ -89,7 +89,7 @@ bool from_columns(const Stored& stored, FormList<Rows, 2>& list) {
         list(row, 1) = stored.first[static_cast<std::size_t>(row) - 1];
         list(row, 2) = stored.second[static_cast<std::size_t>(row) - 1];
     }
-    return is_finite(list.cells);
+    return fits_form(list.cells);
 }
 
 std::int32_t sign_bits(const DelayRequest& r) {

@@ -11,13 +11,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
 #include "shell/form_list.h"
+#include "shell/number_text.h"
 #include "shell/stored_files.h"
 #include "shell/units.h"
 
@@ -43,21 +43,21 @@ template <class Items, class Request>
     return true;
 }
 
-// Of a number or an array of numbers.
+// Of a number or an array of numbers: what a form could hold.
 template <class Number>
-[[nodiscard]] bool is_finite(const Number& number) {
+[[nodiscard]] bool fits_form(const Number& number) {
     if constexpr (std::is_floating_point_v<Number>) {
-        return std::isfinite(number);
+        return is_in_range(number);
     } else {
-        return std::ranges::all_of(number, [](auto cell) { return std::isfinite(cell); });
+        return std::ranges::all_of(number, is_in_range);
     }
 }
 
-// Numbers and arrays of numbers, all of them finite.
+// Numbers and arrays of numbers.
 template <class File, class... Numbers>
 void numbers(File& file, Numbers&... given) {
     file.items(given...);
-    file.require((is_finite(given) && ...));
+    file.require((fits_form(given) && ...));
 }
 
 // A whole number, or a choice, from low to high.
@@ -93,7 +93,7 @@ void settle_rows(File& file, FormList<Rows, Columns>& list) {
     file.require(fits);
     if (!fits) return;
     std::fill(list.cells + static_cast<std::ptrdiff_t>(list.rows) * Columns, std::end(list.cells), 0.0);
-    file.require(is_finite(list.cells));
+    file.require(fits_form(list.cells));
 }
 
 // The cells of lists, then the number of rows of each.

@@ -21,6 +21,7 @@
 #include "numeric/muller.h"
 #include "numeric/scaled_value.h"
 #include "numeric/solve_verdict.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -50,7 +51,7 @@ inline constexpr int digits_of = std::numeric_limits<Real>::digits10 + 1;
 template <class Real>
 [[nodiscard]] int targetDigits(const SolveOptions& options, int n) {
     const int carried = std::min(digits_of<Real>, options.precisionDigits + digits_of<Real> - 16);
-    return static_cast<int>(carried - 1 - std::log10(static_cast<double>(n + 1)));
+    return whole_part(carried - 1 - std::log10(static_cast<double>(n + 1)));
 }
 
 // 10^(1 - precisionDigits).
@@ -77,7 +78,7 @@ template <class Real>
 // int(v), also for a v that is no number or beyond all counts of digits.
 template <class Real>
 [[nodiscard]] int wholeDigits(Real v) {
-    return static_cast<int>(std::fmin(std::fmax(v, Real{-1000}), Real{1000}));
+    return whole_part(std::fmin(std::fmax(v, Real{-1000}), Real{1000}));
 }
 
 // Estimate of the correct digits of x as a root: the larger of the digits lost in the sum that makes the value, and of

@@ -7,6 +7,7 @@
 #include "numeric/guarded.h"
 #include "numeric/root_hunt.h"
 #include "numeric/root_order.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -137,7 +138,7 @@ void rescale(SumWorkspace& ws, Wide trailing) {
     const int remaining = ws.degree - ws.R.count;
     if (remaining == 0) return;
     const Wide decades = std::log(std::fabs(trailing / ws.R.multiplier)) / ln_16;
-    ws.scalePower = static_cast<int>(decades + 0.5L) / remaining;
+    ws.scalePower = whole_part(decades + 0.5L) / remaining;
     if (ws.scalePower == 0) return;
 
     const int bits = 4 * ws.scalePower;

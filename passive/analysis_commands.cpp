@@ -6,12 +6,14 @@
 #include "passive/command_tools.h"
 #include "passive/phase_line.h"
 #include "shell/edited.h"
+#include "shell/finite.h"
 
 namespace kavrel {
 
 namespace {
 
 constexpr std::string_view no_analysis_data = "No analysis data";
+constexpr std::string_view results_out_of_range = "Results are out of range";
 
 void report_points_lost(Reporter& reporter, int lost, int asked);
 void mark_earlier(const PassiveDesk& desk, Fingerprint analysed, std::vector<std::string>& lines);
@@ -19,8 +21,8 @@ void mark_earlier(const PassiveDesk& desk, Fingerprint analysed, std::vector<std
 [[nodiscard]] bool settle_drive(PassiveDesk& desk);
 AnalysisRequest analysis_request(const PassiveDesk& desk, const FrequencyGrid& grid);
 Performance performance_of(const AnalysisResult& results);
-void store_time(const TimeGrid& grid, const Table<double, analysis_points>& impulse,
-                const Table<double, analysis_points>& step, AnalysisResult& results);
+[[nodiscard]] bool store_time(const TimeGrid& grid, const Table<double, analysis_points>& impulse,
+                              const Table<double, analysis_points>& step, AnalysisResult& results);
 std::vector<std::string> time_lines(const AnalysisResult& results, std::string_view title);
 void plot_phase_line(PassiveDesk& desk, const PhaseLine& line);
 std::string_view title_of(const PassiveDesk& desk) { return desk.session.TITLE.trimmed(); }
@@ -64,7 +66,7 @@ void analyse_time(PassiveDesk& desk) {
     const TimeVerdict verdict = time_response(filter.transfer, grid.values(), std::span(impulse.cells).first(rows),
                                               std::span(step.cells).first(rows));
     if (verdict != TimeVerdict::done) return refuse(desk, message_of(verdict));
-    store_time(grid, impulse, step, desk.results);
+    if (!store_time(grid, impulse, step, desk.results)) return refuse(desk, results_out_of_range);
     desk.results.time_of = fingerprint(desk.filter);
     desk.results.TITLE = title_of(desk);
     if (wants_table(desk)) report_lines(desk, time_lines(desk.results, title_of(desk)));
@@ -189,8 +191,12 @@ Performance performance_of(const AnalysisResult& results) {
     return performance;
 }
 
-void store_time(const TimeGrid& grid, const Table<double, analysis_points>& impulse,
+// False, the results as they were, where one of them is beyond the range of single precision.
+bool store_time(const TimeGrid& grid, const Table<double, analysis_points>& impulse,
                 const Table<double, analysis_points>& step, AnalysisResult& results) {
+    for (int i = 1; i <= grid.count; ++i) {
+        if (!all_finite(static_cast<float>(impulse(i)), static_cast<float>(step(i)))) return false;
+    }
     results.kind = AnalysisResult::Kind::time;
     results.time_count = grid.count;
     results.has_impulse = results.has_step = true;
@@ -200,6 +206,7 @@ void store_time(const TimeGrid& grid, const Table<double, analysis_points>& impu
         results.IMPULSE(i) = static_cast<float>(impulse(i));
         results.STEP(i) = static_cast<float>(step(i));
     }
+    return true;
 }
 
 std::vector<std::string> time_lines(const AnalysisResult& results, std::string_view title) {

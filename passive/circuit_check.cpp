@@ -9,6 +9,7 @@
 #include "approximation/filter_kinds.h"
 #include "circuit/branch_kinds.h"
 #include "shell/fields.h"
+#include "shell/finite.h"
 
 namespace kavrel {
 
@@ -35,36 +36,6 @@ bool counts_fit(const Record& record) {
     });
     return good;
 }
-
-// Says of any items whether their numbers are finite.
-struct FiniteNumbers {
-    bool good = true;
-
-    template <class... Items>
-    void operator()(const Items&... items) {
-        (look(items), ...);
-    }
-
-private:
-    void look(double number) { good = good && std::isfinite(number); }
-    void look(float number) { good = good && std::isfinite(number); }
-    template <Listed Record>
-    void look(const Record& record) {
-        for_each_field(record, [&](const auto& field) { look(field); });
-    }
-    template <class T, int N>
-    void look(const Table<T, N>& table) {
-        for (const T& cell : table) look(cell);
-    }
-    void look(const Quadruplet& q) {
-        for (const auto* pairs : {&q.XK, &q.XC}) {
-            for (const double cell : pairs->cells) look(cell);
-        }
-        (*this)(q.YK, q.YC, q.FRES);
-    }
-    template <class T>
-    void look(const T&) {}  // no number that could be anything else
-};
 
 }  // namespace
 
@@ -99,12 +70,9 @@ bool sound_design(const PassiveFilter& filter) {
 }
 
 bool all_finite(const PassiveFilter& filter) {
-    FiniteNumbers finite;
-    const Circuit& c = filter.circuit;
-    finite(c.VALUE, c.QUADRUPLETS, c.R1, c.R2, c.fa, c.fb, c.fnorm, c.fs, c.MODE_RE, c.MODE_IM, filter.mod);
     const auto& [request, notes, worked_lower_edge, worked_upper_edge] = filter.background;
-    finite(filter.spec, filter.transfer, request, notes, worked_lower_edge, worked_upper_edge);
-    return finite.good && !std::isnan(c.termination_ratio);
+    return is_finite(filter.circuit) && all_finite(filter.mod, filter.spec, filter.transfer) &&
+           all_finite(request, notes, worked_lower_edge, worked_upper_edge);
 }
 
 namespace {

@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "shell/whole_part.h"
+
 namespace kavrel {
 
 // How many steps of a length fit between two ends, a last one that is short by less than a millionth of it included; -1
@@ -11,7 +13,7 @@ namespace kavrel {
     constexpr double allowance = 1e-6;
     constexpr double most = 1e6;
     const double steps = std::floor((to - from) / length + allowance);
-    return length > 0 && to >= from && steps < most ? static_cast<int>(steps) : -1;
+    return length > 0 && to >= from && steps < most ? whole_part(steps) : -1;
 }
 
 }  // namespace kavrel

@@ -19,6 +19,7 @@
 #include "shell/fixed_text.h"
 #include "shell/form.h"
 #include "shell/form_list.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -60,7 +61,12 @@ constexpr Field number_field(std::string_view name, std::string_view label, Fiel
         return static_cast<double>(static_cast<Number>(Member::in(*static_cast<const Record*>(record))));
     };
     field.set = [](void* record, double value) {
-        Member::in(*static_cast<Record*>(record)) = static_cast<Value>(static_cast<Number>(value));
+        Value& member = Member::in(*static_cast<Record*>(record));
+        if constexpr (std::is_same_v<Number, int>) {
+            member = static_cast<Value>(whole_part(value));
+        } else {
+            member = static_cast<Number>(value);
+        }
     };
     return field;
 }

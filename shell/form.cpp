@@ -18,6 +18,7 @@
 #include "shell/reporter.h"
 #include "shell/utf8.h"
 #include "shell/whole_file.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -174,6 +175,8 @@ std::string FormSheet::append_row(std::size_t i, std::span<const double> row) {
         return fmt::format("a row has {} numbers, not {}", view.columns, row.size());
     }
     if (*view.rows >= view.capacity) return fmt::format("the list has room for {} rows", view.capacity);
+    const auto beyond = std::ranges::find_if_not(row, is_in_range);
+    if (beyond != row.end()) return fmt::format("{} is out of range", *beyond);
     ++*view.rows;
     for (int column = 1; column <= view.columns; ++column)
         view(*view.rows, column) = row[static_cast<std::size_t>(column) - 1];
@@ -251,8 +254,10 @@ int find_field(const FormSheet& sheet, std::string_view name_or_label) {
 namespace {
 
 Entry real_entry(std::string_view typed) {
-    if (const auto number = parse_number(typed)) return {*number};
-    return {.wrong = fmt::format("'{}' is not a number", typed)};
+    const auto number = parse_number(typed);
+    if (!number) return {.wrong = fmt::format("'{}' is not a number", typed)};
+    if (is_in_range(*number)) return {*number};
+    return {.wrong = fmt::format("{} is out of range", typed)};
 }
 
 Entry integer_entry(const Field& field, std::string_view typed) {
@@ -361,7 +366,7 @@ std::optional<FileRows> rows_of_text(const std::string& text, const Field& list,
     for (; from != to; ++from) {
         if (is_comment(*from)) continue;
         const auto row = parse_free_format(*from);
-        if (!row) return std::nullopt;
+        if (!row || !std::ranges::all_of(*row, is_in_range)) return std::nullopt;
         if (row->empty()) continue;
         if (row->size() != static_cast<std::size_t>(view.columns)) return std::nullopt;
         any = true;
@@ -380,7 +385,7 @@ double hertz_of_column(const Form& form, const Column& column, void* record, con
     if (column.unit != Unit::none) return column.unit == Unit::frequency ? unit : 1.0;
     for (const Field& field : form.fields) {
         if (std::ranges::find(field.choices, Unit::frequency, &Choice::unit) == field.choices.end()) continue;
-        const auto chosen = std::ranges::find(field.choices, static_cast<int>(field.get(record)), &Choice::value);
+        const auto chosen = std::ranges::find(field.choices, whole_part(field.get(record)), &Choice::value);
         return chosen != field.choices.end() && chosen->unit == Unit::none ? 0.5 / std::numbers::pi : unit;
     }
     return 1.0;

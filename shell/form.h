@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "shell/units.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -181,7 +182,7 @@ private:
     void follow_leader();
     void clear_other(std::string_view name);
     [[nodiscard]] double number(std::size_t i) const { return field(i).get(record_); }
-    [[nodiscard]] int whole(std::size_t i) const { return static_cast<int>(number(i)); }
+    [[nodiscard]] int whole(std::size_t i) const { return whole_part(number(i)); }
 
     const Form& form_;
     void* record_;

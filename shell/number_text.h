@@ -11,6 +11,13 @@ namespace kavrel {
 // letter may be E or D. None for anything else, "nan" and "inf" among it.
 [[nodiscard]] std::optional<double> parse_number(std::string_view text);
 
+// Whether a form or an input file may hold the number: 0, or a magnitude from 1e-150 to 1e150, whose square is a number
+// still.
+[[nodiscard]] constexpr bool is_in_range(double number) {
+    const double magnitude = number < 0 ? -number : number;
+    return number == 0 || (magnitude >= 1e-150 && magnitude <= 1e150);
+}
+
 // A whole number without suffix.
 [[nodiscard]] std::optional<int> parse_integer(std::string_view text);
 

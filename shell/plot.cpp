@@ -11,6 +11,7 @@
 
 #include "shell/edit.h"
 #include "shell/shown_text.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -284,9 +285,9 @@ struct WrittenLabels {
 WrittenLabels written_labels(const PlotAxis& axis, double label_size, double axis_length) {
     const int steps = axis.label_count - 1;
     WrittenLabels written;
-    written.stride = std::max(1, static_cast<int>(std::ceil(label_size * steps / axis_length)));
+    written.stride = std::max(1, whole_part(std::ceil(label_size * steps / axis_length)));
     const double to_zero = -axis.first * steps / (axis.last - axis.first);  // steps from the first label
-    if (to_zero > 0.0 && to_zero < 1e6) written.first = static_cast<int>(std::lround(to_zero)) % written.stride;
+    if (to_zero > 0.0 && to_zero < 1e6) written.first = whole_part(std::round(to_zero)) % written.stride;
     return written;
 }
 
@@ -363,8 +364,10 @@ double fitted_height(const PlotSurface& surface, string_view text, double height
 
 // ---- steps of the legend ----
 
-// Whether a curve runs through a box, by its places at most a two-hundredth of the window apart.
+// Whether a curve runs through a box, by its places at most a two-hundredth of the window apart; of a line far longer
+// than the window they are wider.
 bool curves_cross(const PlotWindow& window, const PlotArea& box) {
+    constexpr double most_parts = 1e4;
     for (const bool is_y2 : {false, true}) {
         const auto& values = is_y2 ? window.Y2_DATA : window.Y1_DATA;
         const PlotAxis& axis = is_y2 ? window.y2 : window.y1;
@@ -374,7 +377,7 @@ bool curves_cross(const PlotWindow& window, const PlotArea& box) {
                                  place_y(window, axis, static_cast<double>(values(i)))};
             if (i == 1) before = here;
             const double length = std::hypot(here.x - before.x, here.y - before.y);
-            const int parts = std::isfinite(length) ? 1 + static_cast<int>(length / 0.005) : 0;
+            const int parts = std::isfinite(length) ? 1 + whole_part(std::min(length / 0.005, most_parts)) : 0;
             for (int k = 1; k <= parts; ++k) {
                 const double t = static_cast<double>(k) / parts;
                 const double x = before.x + t * (here.x - before.x);

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "shell/edit.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -110,7 +111,7 @@ PlotAxis scale_text(double lo, double hi, int label_count, int steps_beside) {
     axis.last = axis.shown(deviation ? range.amount : range.hi);
 
     axis.label_count = label_count == 0 ? tick_steps(range, steps_beside) + 1 : std::min(label_count, tick_label_bound);
-    const long largest = std::lround(std::max(std::abs(axis.first), std::abs(axis.last)));
+    const int largest = whole_part(std::round(std::max(std::abs(axis.first), std::abs(axis.last))));
     const int decimals = largest >= 100 ? 1 : largest >= 10 ? 2 : largest >= 1 ? 3 : 4;
     for (int i = 0; i < axis.label_count; ++i) {
         double value = axis.first;
@@ -165,7 +166,7 @@ DecimalRange decimal_range(double lo, double hi) {
     const double lower = scaled(lo);
     const double upper = scaled(hi);
     HalfUnits& ends = decimal.ends;
-    ends = {static_cast<long long>(std::floor(2.0 * lower)), static_cast<long long>(std::ceil(2.0 * upper))};
+    ends = {whole_part<long long>(std::floor(2.0 * lower)), whole_part<long long>(std::ceil(2.0 * upper))};
     if (lower - 0.5 * static_cast<double>(ends.low) > 0.4999) ++ends.low;
     if (0.5 * static_cast<double>(ends.high) - upper > 0.4999) --ends.high;
     return decimal;
@@ -183,7 +184,7 @@ bool is_whole(double number) { return std::abs(number - std::round(number)) < 1e
 // The ends as multiples of a round step, where one fits 4 to 10 times between them; of a finer one, down to as many as
 // an axis has labels for, where the ends are no multiples of that.
 std::optional<DecimalRange> in_round_steps(double lo, double hi) {
-    const int leading = static_cast<int>(std::floor(std::log10(hi - lo)));
+    const int leading = whole_part(std::floor(std::log10(hi - lo)));
     bool divides = false;
     std::optional<DecimalRange> range;
     for (int p = leading; p >= leading - 2; --p) {
@@ -195,7 +196,9 @@ std::optional<DecimalRange> in_round_steps(double lo, double hi) {
             if (!is_whole(steps) || steps < 3.5 || steps > tick_label_bound - 0.5) continue;
             divides = divides || steps < 10.5;
             if (divides && !range && is_whole(first))
-                range = {.ends = {std::llround(first), std::llround(last)}, .p = p, .unit = step.mantissa};
+                range = {.ends = {whole_part<long long>(std::round(first)), whole_part<long long>(std::round(last))},
+                         .p = p,
+                         .unit = step.mantissa};
         }
     }
     return range;

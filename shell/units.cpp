@@ -4,6 +4,7 @@
 
 #include "shell/edited.h"
 #include "shell/fixed_text.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -26,9 +27,9 @@ std::string number_with_prefix(double number, int exponent, UnitCode unit);
 
 }  // namespace
 
-int frequency_unit_index(double multiplier) { return static_cast<int>(std::log10(multiplier) + power_guard) / 3 + 1; }
+int frequency_unit_index(double multiplier) { return whole_part(std::log10(multiplier) + power_guard) / 3 + 1; }
 
-int element_unit_index(double multiplier) { return 1 - static_cast<int>(std::log10(multiplier) - power_guard) / 3; }
+int element_unit_index(double multiplier) { return 1 - whole_part(std::log10(multiplier) - power_guard) / 3; }
 
 void settle_units(UnitSet& units) {
     if (units.time_index == 0) units.time_index = 1;
@@ -122,7 +123,7 @@ double multiplier_of(const UnitSet& units, UnitCode unit) {
 // The exponent in steps of 1000 that a multiplier means.
 int exponent_of(double multiplier) {
     const double power = std::log10(multiplier);
-    return static_cast<int>(power + (power < 0.0 ? -prefix_guard : prefix_guard)) / 3;
+    return whole_part(power + (power < 0.0 ? -prefix_guard : prefix_guard)) / 3;
 }
 
 std::string number_with_prefix(double number, int exponent, UnitCode unit) {

@@ -7,6 +7,7 @@
 
 #include "circuit/branch_kinds.h"
 #include "circuit/chain_analysis.h"
+#include "shell/whole_part.h"
 #include "synthesis/immittance_choice.h"
 
 namespace kavrel {
@@ -36,7 +37,7 @@ DenormalisedBranch denormalised(const LadderProblem& problem, const LadderState&
         return branch;
     }
     if (state.SVAL2(k) == WideReal{quadruplet_mark}) {
-        compound_values(state, static_cast<int>(v1), r, w, branch);
+        compound_values(state, whole_part(v1), r, w, branch);
         return branch;
     }
     const long double v2 = state.SVAL2(k).rounded();

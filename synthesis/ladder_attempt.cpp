@@ -106,7 +106,7 @@ LadderOutcome build(const LadderTask& task, const LadderAttempt& attempt, const 
     state.negative_elements = negative_values(out.circuit);
     state.loss = compare_loss(task.xp, task.spec, out.circuit);
     state.loss_error = state.loss.largest();
-    if (!(state.loss_error <= loss_failure_limit)) out.fault = SynthesisFault::loss_differs;
+    if (!(state.loss_error <= loss_failure_limit) || !is_finite(out.circuit)) out.fault = SynthesisFault::loss_differs;
     return out;
 }
 

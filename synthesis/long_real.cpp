@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "shell/whole_part.h"
+
 namespace kavrel {
 
 namespace {
@@ -22,7 +24,7 @@ LongReal::LongReal(long double x) {
     }
     sign_ = x < 0 ? -1 : 1;
     const long double m = std::frexp(std::fabs(x), &exponent_);
-    limb_[limbs - 1] = static_cast<std::uint64_t>(std::ldexp(m, bits_of_limb));
+    limb_[limbs - 1] = whole_part<std::uint64_t>(std::ldexp(m, bits_of_limb));
 }
 
 long double LongReal::rounded() const {

@@ -9,6 +9,8 @@
 
 #include <fmt/format.h>
 
+#include "shell/whole_part.h"
+
 namespace kavrel {
 
 namespace {
@@ -283,7 +285,7 @@ int negative_elements(const LadderState& state, int first_record) {
         if (state.SVAL2(k) == WideReal{unit_element_mark}) {
             count += state.SVAL1(k) <= 0 ? 1 : 0;
         } else if (state.SVAL2(k) == WideReal{quadruplet_mark}) {
-            const QuadrupletRecord& section = state.QUADS(static_cast<int>(state.SVAL1(k).rounded()));
+            const QuadrupletRecord& section = state.QUADS(whole_part(state.SVAL1(k).rounded()));
             for (int i = 1; i <= section.value_count; ++i) count += section.SVALUE(i) <= 0 ? 1 : 0;
         } else {
             count += (state.SVAL1(k) < 0 ? 1 : 0) + (state.SVAL2(k) < 0 ? 1 : 0);

@@ -9,6 +9,7 @@
 #include "circuit/branch_kinds.h"
 #include "shell/edit.h"
 #include "shell/edited.h"
+#include "shell/whole_part.h"
 
 namespace kavrel {
 
@@ -96,7 +97,7 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
         case SynthesisFault::storage_full: lines.emplace_back(message_of(CircuitVerdict::storage_full)); break;
         case SynthesisFault::loss_differs:
             lines.emplace_back(loss_differs_text);
-            if (state.loss_is_notable()) lines.push_back(loss_line(state));
+            if (state.loss_is_notable() && std::isfinite(state.loss_error)) lines.push_back(loss_line(state));
             break;
         case SynthesisFault::stopped: lines.emplace_back(stopped_text); break;
     }
@@ -184,7 +185,7 @@ void report_record(const SynthesisState& state, int k, double r, std::vector<std
         lines.push_back(text);
     }
     if (kind.structure != Structure::network) return;
-    const QuadrupletRecord& section = ladder.QUADS(static_cast<int>(ladder.SVAL1(k).rounded()));
+    const QuadrupletRecord& section = ladder.QUADS(whole_part(ladder.SVAL1(k).rounded()));
     lines.push_back(edited<"(' zero frequency  real',1P,D15.7,'  imaginary',D15.7)">(section.SFZR, section.SFZI));
 }
 

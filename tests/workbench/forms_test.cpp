@@ -6,6 +6,7 @@
 #include <set>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "forms/filter_form.h"
 #include "shell/fixed_text.h"
@@ -13,8 +14,11 @@
 #include "shell/stored_files.h"
 #include "synthesis/synthesis_form.h"
 #include "tests/support/fake_window.h"
+#include "tests/support/scratch_folder.h"
 #include "tests/workbench/form_plan.h"
 #include "workbench/all_forms.h"
+#include "workbench/events.h"
+#include "workbench/state_json.h"
 
 namespace kavrel {
 namespace {
@@ -128,16 +132,26 @@ public:
           fresh_(record_, record_ + form.record_size) {}
 
     void check(const std::string& row) {
-        if (const auto sign = row.find(" := "); sign != std::string::npos) {
-            named_[row.substr(0, sign)] = entries_of(row.substr(sign + 4));
-            return;
-        }
-        std::ranges::copy(fresh_, record_);
-        FormSheet sheet = sheet_of(form_);
+        if (name_entries(row)) return;
         const auto cells = split(row, "|");
-        for (const Entry& entry : entries_of(cells[0])) enter(sheet, entry);
+        fill_in(cells[0]);
+        FormSheet sheet = sheet_of(form_);
         EXPECT_GE(cells.size(), 2U) << "a row that expects nothing";
         for (std::size_t i = 1; i < cells.size(); ++i) expect(sheet, cells[i]);
+    }
+
+    // Whether the row gives its entries a name.
+    bool name_entries(const std::string& row) {
+        const auto sign = row.find(" := ");
+        if (sign != std::string::npos) named_[row.substr(0, sign)] = entries_of(row.substr(sign + 4));
+        return sign != std::string::npos;
+    }
+
+    // A fresh record with the entries.
+    void fill_in(const std::string& entries) {
+        std::ranges::copy(fresh_, record_);
+        FormSheet sheet = sheet_of(form_);
+        for (const Entry& entry : entries_of(entries)) enter(sheet, entry);
     }
 
 private:
@@ -250,6 +264,88 @@ TEST_F(Forms, RulesAndValidatorsAnswerAsWritten) {
             cases.check(row);
         }
     }
+}
+
+// Poisoned numbers: each field of a number, and each list, is given each of the values, as are integers their ends;
+// what the form takes is carried out, on the records whose forms are good above, and commands on a filter of their
+// kind.
+
+struct Opener {
+    std::string_view form;
+    int item;
+};
+constexpr Opener openers[] = {{"DESIGN_FILTER_DLG", 166},
+                              {"DELAY_DESIGN_DLG", 135},
+                              {"FIR_DESIGN_DLG", 1031},
+                              {"ANALYSIS_DLG", 149},
+                              {"ANALYSIS_FIR_DLG", 152}};
+
+// The form that opens a record, of the menus or else the one that the form is behind.
+Opener opener_of(const Form& form) {
+    for (std::size_t i = 0; i < segment_count; ++i) {
+        const auto menu = room_of(static_cast<SegmentId>(i)).menu;
+        const auto item = std::ranges::find(menu, &form, &MenuItem::form);
+        if (item != menu.end()) return {form.name, item->id};
+    }
+    for (const Opener& opener : openers) {
+        const auto main = std::ranges::find(all_forms(), opener.form, [](const Form* f) { return f->name; });
+        if ((*main)->record == form.record) return opener;
+    }
+    return {form.name, 0};
+}
+
+void expect_numbers(const nlohmann::json& value, const std::string& key) {
+    for (const auto& [name, member] : value.items()) {
+        if (member.is_structured()) expect_numbers(member, value.is_object() ? name : key);
+        const bool may_be_unknown = name == "asked" || name == "margin" || name == "band" || key == "band";
+        EXPECT_TRUE(!member.is_null() || may_be_unknown) << key << ' ' << name;
+    }
+}
+
+TEST_F(Forms, WhateverNumberIsTypedNoneThatComesOfItIsNotFinite) {
+    const ScratchFolder folder;
+    int carried_out = 0;
+    for (const Form* form : all_forms()) {
+        const auto [main_form, item] = opener_of(*form);
+        if (item == 0) continue;
+        const auto main = std::ranges::find(all_forms(), main_form, [](const Form* f) { return f->name; });
+        FormCases cases(**main, *bench);
+        std::vector<std::string> good;
+        for (const std::string& row : plan_rows(fmt::format("forms/{}.txt", main_form))) {
+            if (!cases.name_entries(row) && row.ends_with("| good")) good.push_back(row.substr(0, row.find('|')));
+        }
+        if (good.empty()) good.emplace_back();
+        for (std::size_t i = 0; i < form->fields.size(); ++i) {
+            const Field& field = form->fields[i];
+            std::vector<std::string> values{"0", "-0", "1e-308", "1e308", "-1e308", "inf", "nan", "1e-150", "1e150"};
+            if (field.kind == FieldKind::integer) values = {std::to_string(field.low), std::to_string(field.high)};
+            const bool is_list = field.kind == FieldKind::list;
+            if (!is_list && field.kind != FieldKind::real && field.kind != FieldKind::integer) continue;
+            for (std::size_t v = 0; v < values.size(); ++v) {
+                const std::string& base = good[(i + v) % good.size()];
+                SCOPED_TRACE(fmt::format("{} {} {} on {}", form->name, field.name, values[v], base));
+                cases.fill_in(base);
+                FormSheet sheet = sheet_of(*form);
+                const auto number = parse_number(values[v]);
+                const std::vector<double> row(is_list ? field.columns.size() : 0, number.value_or(0));
+                const std::string wrong = is_list ? sheet.append_row(i, row) : sheet.enter(i, values[v]);
+                EXPECT_TRUE(!wrong.empty() || !number || is_in_range(*number));
+                if (!wrong.empty()) continue;
+                window.lines.clear();
+                bench->journal = {};
+                window.forms = {[](FormSheet&) { return true; }, [](FormSheet&) { return true; }};
+                dispatch_event(*bench, item);
+                ++carried_out;
+                expect_numbers(nlohmann::json::parse(state_json(*bench)), "");
+                for (const std::string& line : window.lines) {
+                    EXPECT_EQ(line.find("NaN"), std::string::npos) << line;
+                    EXPECT_EQ(line.find("Infinity"), std::string::npos) << line;
+                }
+                if (HasFailure()) return;
+            }
+        }
+    }
+    EXPECT_GT(carried_out, 300);
 }
 
 // The manual's page: what the tables say, in its own words.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <memory>
 
 #include "fir/best_taps.h"
@@ -144,7 +143,6 @@ void report_failure_to_converge(int iterations, Reporter& reporter) {
 
 // What the taps do in each band.
 void fill_figures(FirDraft& draft) {
-    constexpr float least = std::numeric_limits<float>::min(), most = std::numeric_limits<float>::max();
     const BandTable& bands = draft.task.BANDS;
     FirDesignFigures& figures = draft.figures;
     FirFilter& filter = draft.taps.filter;
@@ -154,7 +152,7 @@ void fill_figures(FirDraft& draft) {
         if (!is_filter(draft.task)) continue;
         const float d = figures.DEVIAT(j);
         const float ripple = bands.FX(j) != 0.0 ? (1.0F + d) / (1.0F - d) : d;
-        figures.DEVIAT_DB(j) = 20.0F * std::log10(std::clamp(std::abs(ripple), least, most));
+        figures.DEVIAT_DB(j) = 20.0F * std::log10(std::abs(ripple));
         // Counting down, the first stopband is the last to be noted.
         if (bands.FX(j) == 0.0) filter.deviation = std::pow(10.0, static_cast<double>(figures.DEVIAT_DB(j)) / 20.0);
     }

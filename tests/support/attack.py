@@ -20,7 +20,7 @@ is_number = re.compile(r"^[-+]?[0-9.]+(e[-+]?\d+)?$")
 # What is not known is null there; so is what a check does not ask for.
 may_be_null = {"asked", "band", "error", "margin", "reached"}
 not_finite = re.compile(r"\b(nan|inf)\b|[= ]-?infinity\b", re.IGNORECASE)
-spoken = re.compile(r"at infinity|infinity\s*=|by infinity|through infinity|Inductors:|Capacitors:|inf dB reached", re.IGNORECASE)
+spoken = re.compile(r"at infinity|infinity\s*=|by infinity|through infinity|Deviation in db|Inductors:|Capacitors:|inf dB reached", re.IGNORECASE)
 
 
 def poisoned(seed, number):

@@ -179,9 +179,9 @@ TEST(TimeResponse, Refusals) {
     } rows[] = {
         {one, {0, 0, 1}, TimeVerdict::done},        {one, {}, TimeVerdict::done},
         {one, {0, 1, 0.5}, TimeVerdict::bad_times}, {one, {0, inf}, TimeVerdict::bad_times},
-        {none, {0}, TimeVerdict::no_modes},         {improper, {0}, TimeVerdict::improper},
-        {unpaired, {0}, TimeVerdict::unpaired},     {stray, {0}, TimeVerdict::unpaired},
-        {strange, {0}, TimeVerdict::unpaired},
+        {one, {-inf}, TimeVerdict::bad_times},      {none, {0}, TimeVerdict::no_modes},
+        {improper, {0}, TimeVerdict::improper},     {unpaired, {0}, TimeVerdict::unpaired},
+        {stray, {0}, TimeVerdict::unpaired},        {strange, {0}, TimeVerdict::unpaired},
     };
     for (const auto& row : rows) {
         std::vector<double> impulse(row.times.size(), 7), step(row.times.size(), 7);

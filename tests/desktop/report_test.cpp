@@ -136,22 +136,26 @@ TEST(CheckBadge, FollowsWhatIsShownAndOpensTheList) {
     EXPECT_EQ(badge.text(), "meets the request (+12.1 dB)");
 }
 
-TEST(TextViewer, ShowsAFileAndCloses) {
-    DesktopRun run;
-    write_text("notes.txt", "first\nsecond ├┤\n");
-    run.hands.then([](QDialog& selector) { pick_file(selector, "notes.txt"); });
-    run.program->send(129);
-    ASSERT_NE(run.window.text_viewer(), nullptr);
-    TextViewer& viewer = *run.window.text_viewer();
-    EXPECT_EQ(viewer.windowTitle(), "notes.txt");
-    ASSERT_TRUE(wait_for(viewer));
-    press(viewer, Qt::Key_F, Qt::ControlModifier);
-    QApplication::processEvents();
-    const QWidget& bar = *viewer.findChild<QLineEdit*>("find_text")->parentWidget();
-    EXPECT_TRUE(bar.isVisible());
-    EXPECT_EQ(bar.geometry().top(), viewer.view().geometry().bottom() + 1);
-    run.program->send(131);
-    EXPECT_FALSE(run.window.text_viewer()->isVisible());
+TEST(TextViewer, ShowsAFileClosesAndKeepsItsSize) {
+    for (const bool again : {false, true}) {
+        DesktopRun run;
+        write_text("notes.txt", "first\nsecond ├┤\n");
+        run.hands.then([](QDialog& selector) { pick_file(selector, "notes.txt"); });
+        run.program->send(129);
+        ASSERT_NE(run.window.text_viewer(), nullptr);
+        TextViewer& viewer = *run.window.text_viewer();
+        EXPECT_EQ(viewer.windowTitle(), "notes.txt");
+        ASSERT_TRUE(wait_for(viewer));
+        EXPECT_EQ(viewer.size() == QSize(555, 444), again);
+        viewer.resize(555, 444);
+        press(viewer, Qt::Key_F, Qt::ControlModifier);
+        QApplication::processEvents();
+        const QWidget& bar = *viewer.findChild<QLineEdit*>("find_text")->parentWidget();
+        EXPECT_TRUE(bar.isVisible());
+        EXPECT_EQ(bar.geometry().top(), viewer.view().geometry().bottom() + 1);
+        run.program->send(131);
+        EXPECT_FALSE(viewer.isVisible());
+    }
 }
 
 }  // namespace

@@ -43,6 +43,11 @@ TEST(LossRows, AreThoseOfTheClosedForms) {
     const double beyond = std::cosh(chebyshev.found.degree * std::acosh(1.5));
     EXPECT_NEAR(rows[1].reached, 10 * std::log10(1 + std::expm1(std::log(10) / 100) * beyond * beyond), 1e-9);
     EXPECT_TRUE(rows[1].met);
+    const Designed shallow(
+        "maximally_flat monotonic_stopband upperPassEdge 1000 upperStopEdge 1500 bandEdgeLoss 0.1"
+        " stopbandLoss 0.5" +
+        ends);
+    EXPECT_EQ(shallow.check().rows.size(), 2U);
 
     // A ratio of terminations that an odd degree cannot serve without loss: that much is the design's.
     const Designed mismatched(

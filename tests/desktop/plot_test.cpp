@@ -132,6 +132,19 @@ TEST_F(Plot, WheelAndRubberBandLookCloserAndTheLogicsPlotStaysAsItWas) {
     EXPECT_EQ(view.shown().x.span, before);
 }
 
+TEST_F(Plot, TheValuesUnderThePointerStayThere) {
+    const PlotArea& area = view.shown().area;
+    for (const double share : {0.2, 0.4, 0.9}) {
+        const PlotPoint at{area.left + share * (area.right - area.left),
+                           area.bottom - share * (area.bottom - area.top)};
+        const PlotZoom zoom = zoom_about(view.shown(), plot, at, 2);
+        for (const auto& [range, axis] : {std::pair{zoom.x, plot.x}, {zoom.y1, plot.y1}, {zoom.y2, plot.y2}}) {
+            EXPECT_NEAR(range.span(), axis.span / 2, 1e-9 * axis.span);
+            EXPECT_NEAR(range.lo + share * range.span(), axis.lo + share * axis.span, 1e-9 * axis.span);
+        }
+    }
+}
+
 TEST_F(Plot, TheDeepestLookHasAnEnd) {
     for (int i = 0; i < 60; ++i) wheel(pixel(std::min(150, view.shown().point_count)), 480);
     EXPECT_GE(view.shown().x.span, 0.5 * plot.x.span / deepest_zoom);

@@ -153,6 +153,12 @@ TEST(ClassicTexts, DescribeTheCircuit) {
     }
 }
 
+TEST(ClassicTexts, TerminationsAloneAreACircuit) {
+    const Circuit straight = circuit("R 50 | R 75");
+    const std::string text = transfer_text({straight}, {.file_type = TransferFileType::spice});
+    expect_described(straight, read_spice(text).net, 50, 75, 1e-5, text);
+}
+
 // A tee of coils with a negative arm: the coupling has four digits in SStar, seven in Spice.
 TEST(ClassicTexts, CoupledCoilsAreTheTee) {
     const Circuit tee = circuit("R 1 | triplet:LCLCL3 -0.4 0.7 1 0 1.9 | R 1.5");

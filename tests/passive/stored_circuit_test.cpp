@@ -129,6 +129,15 @@ TEST(StoredCircuit, AFileOfEightRecordsOrOfLinesIsReadToo) {
 }
 
 // Losses by Q at the normalisation frequency, and sweeps, have something to go by.
+// Of the choices of a design; files of earlier programs hold them.
+TEST(StoredCircuit, NumbersOfChoicesStay) {
+    EXPECT_EQ((std::array{static_cast<int>(low_pass), static_cast<int>(high_pass), static_cast<int>(band_pass)}),
+              (std::array{1, 2, 4}));
+    EXPECT_EQ((std::array{static_cast<int>(sloping_passband), static_cast<int>(impedance_matching),
+                          static_cast<int>(functional_stopband), static_cast<int>(microwave)}),
+              (std::array{3, 3, 4, 2}));
+}
+
 TEST(StoredCircuit, EightRecordsAloneGetANormalisationFrequency) {
     PassiveFilter filter;
     Circuit& c = filter.circuit;

@@ -12,8 +12,12 @@ namespace kavrel {
 
 class ScratchFolder {
 public:
-    ScratchFolder() : before_(std::filesystem::current_path()) {
-        std::string name = (std::filesystem::temp_directory_path() / "kavrel-XXXXXX").string();
+    enum class On { disk, memory };  // where thousands of files are written
+
+    explicit ScratchFolder(On on = On::disk) : before_(std::filesystem::current_path()) {
+        const std::filesystem::path memory = "/dev/shm";
+        const bool in_memory = on == On::memory && access(memory.c_str(), W_OK) == 0;
+        std::string name = ((in_memory ? memory : std::filesystem::temp_directory_path()) / "kavrel-XXXXXX").string();
         if (mkdtemp(name.data()) == nullptr) std::abort();
         path_ = name;
         std::filesystem::current_path(path_);

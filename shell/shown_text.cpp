@@ -6,15 +6,6 @@
 
 namespace kavrel {
 
-namespace {
-
-bool is_obeyed(char32_t code) {
-    return code < ' ' || (code >= 0x7F && code < 0xA0) || (code >= 0x2028 && code <= 0x202E) ||
-           (code >= 0x2066 && code <= 0x2069);
-}
-
-}  // namespace
-
 std::string shown_text(std::string_view text, ShownAs as) {
     std::string shown;
     shown.reserve(text.size());

@@ -1,6 +1,8 @@
 #include "workbench/events.h"
 
 #include <algorithm>
+#include <new>
+#include <stdexcept>
 
 #include <fmt/format.h>
 
@@ -28,7 +30,7 @@ struct Place {
 };
 
 Place place_of(int item_id);
-bool perform(Workbench& bench, const Room& room, const MenuItem& item);
+bool perform_within_memory(Workbench& bench, const Room& room, const MenuItem& item);
 void help(Workbench& bench);
 
 }  // namespace
@@ -36,7 +38,7 @@ void help(Workbench& bench);
 int dispatch_event(Workbench& bench, int item_id) {
     take_units(bench.session.units, bench.session);  // a change of units takes effect with the next event
     const Place place = place_of(item_id);
-    const bool performed = place.item != nullptr && perform(bench, *place.room, *place.item);
+    const bool performed = place.item != nullptr && perform_within_memory(bench, *place.room, *place.item);
     look_again(bench);
     if (performed) return -1;
     if (item_id == help_event) {
@@ -178,6 +180,19 @@ Place place_of(int item_id) {
         }
     }
     return {};
+}
+
+bool perform(Workbench& bench, const Room& room, const MenuItem& item);
+
+// Memory that runs out ends the command, not the program.
+bool perform_within_memory(Workbench& bench, const Room& room, const MenuItem& item) {
+    try {
+        return perform(bench, room, item);
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {
+    }
+    bench.reporter.message("Out of memory", "Error");
+    return true;
 }
 
 // By the item's action, in the Segment or in all of them, else by its command. False for an item with neither.

@@ -1,9 +1,13 @@
 #include "workbench/json_text.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
+
+#include "shell/shown_text.h"
+#include "shell/utf8.h"
 
 namespace kavrel {
 
@@ -12,6 +16,7 @@ using Json = nlohmann::ordered_json;
 namespace {
 
 void write(const Json& value, int indent, std::string& out);
+void append_escaped(std::string_view text, std::string& out);
 
 }  // namespace
 
@@ -48,7 +53,21 @@ void write(const Json& value, int indent, std::string& out) {
         const double number = value.get<double>();
         out += std::isfinite(number) ? fmt::format("{:.17g}", number) : "null";
     } else {
-        out += value.dump(-1, ' ', false, Json::error_handler_t::replace);
+        append_escaped(value.dump(-1, ' ', false, Json::error_handler_t::replace), out);
+    }
+}
+
+// Escapes, too, what JSON takes as it is and a terminal would obey.
+void append_escaped(std::string_view text, std::string& out) {
+    while (!text.empty()) {
+        const Utf8Character character = utf8_character(text);
+        const std::size_t bytes = std::max<std::size_t>(character.bytes, 1);
+        if (character.bytes != 0 && is_obeyed(character.code)) {
+            out += fmt::format("\\u{:04x}", static_cast<unsigned>(character.code));
+        } else {
+            out += text.substr(0, bytes);
+        }
+        text.remove_prefix(bytes);
     }
 }
 

@@ -106,6 +106,8 @@ TEST(State, AnInterruptedDesignLeavesTheFormerState) {
     const Json after = Json::parse(state_json(run.bench));
     EXPECT_EQ(after["design"], "discontinued");
     EXPECT_TRUE(after["fir"] == before["fir"]);
+    run.bench.session.TITLE.assign("\xc2\x9b\x7fµ");  // a terminal obeys these, JSON does not mind
+    EXPECT_NE(state_json(run.bench).find("\"title\": \"\\u009b\\u007fµ\""), std::string::npos);
 }
 
 }  // namespace

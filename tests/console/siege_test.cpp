@@ -2,7 +2,7 @@
 // folder. Whatever happens, a file is the old one or the new one, and what is not new was said.
 #include <map>
 #include <set>
-#include <sys/wait.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fmt/format.h>
@@ -94,6 +94,44 @@ TEST_P(Siege, AFileIsTheOldOneOrTheNewOne) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Siege, testing::Values("full", "kill"), [](const auto& test) { return test.param; });
+
+// A pipe that nobody writes, an endless device, a file that is too large: each refused at once wherever a file is read.
+TEST(Siege, FilesThatAreNone) {
+    const ScratchFolder folder(ScratchFolder::On::memory);
+    const char* const names[] = {"in.qfp", "in.qai", "in.dat", "in.wbt", "in.txt", "q_qxz", "kavrel.prn"};
+    const struct {
+        void (*make)(const char* name);
+        const char* complaint;
+    } rows[] = {
+        {[](const char* name) { mkfifo(name, 0600); }, "is not a regular file"},
+        {[](const char* name) { std::filesystem::create_symlink("/dev/zero", name); }, "is not a regular file"},
+        {[](const char* name) {
+             write_text(name, "");
+             std::filesystem::resize_file(name, 17 << 20);
+         },
+         "is larger than 16 MB"},
+    };
+    const std::string script =
+        "choose #130\nfile in.qfp\nchoose Analysis > Filter > Recall\nfile in.qai\n"
+        "choose Design > FIR Filter > New\nset filter_length 5\nbutton Details\nbutton \"Read from file\"\nfile "
+        "in.dat\ncancel\ncancel\n"
+        "include ladder.kav\nchoose Macro > Play\nfile in.wbt\nchoose #129\nfile in.txt\n"
+        "choose View > Print\nset printing_to File\nok\nfile in.txt\n";
+    for (const char* name : {"ladder.kav", "elements.kav"}) write_text(name, read_text(scripts + name));
+    write_text("script.kav", script);
+    for (const auto& row : rows) {
+        for (const char* name : names) {
+            std::filesystem::remove(name);
+            row.make(name);
+        }
+        static_cast<void>(std::system("timeout 20 " PROGRAM_PATH " --settings --keep-going script.kav >shown 2>&1"));
+        const std::string shown = read_text("shown");
+        int found = 0;
+        for (auto at = shown.find(row.complaint); at != std::string::npos; at = shown.find(row.complaint, at + 1))
+            ++found;
+        EXPECT_EQ(found, 1 + 5 * 2) << "of the settings; of each other file in its box, and beside its line: " << shown;
+    }
+}
 
 }  // namespace
 }  // namespace kavrel

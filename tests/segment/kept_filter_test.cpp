@@ -220,6 +220,50 @@ TEST(KeptFilter, AStateThatIsNotKeptDropsNoOlderOne) {
     }
 }
 
+// What another program has written since, and what is read-only, is replaced after a question; then it is our own.
+TEST(KeptFilter, AFileOfAnotherProgramIsNotReplacedUnasked) {
+    constexpr const char* refused = "\nDo you want to replace it? | Error: File was not replaced";
+    Bench bench;
+    bench.session.filter_file = "one.qff";
+    ASSERT_TRUE(save(bench.work) && save(bench.work));
+    for (const bool saved : {true, false}) {
+        if (!saved) {
+            bench.window.answers = {Answer::yes};
+            bench.window.files = {"./one.qff"};
+            ASSERT_TRUE(read(bench.work, false));
+        }
+        bench.window.boxes.clear();
+        write_text("one.qff", "f7 another's.");
+        EXPECT_FALSE(save(bench.work));
+        EXPECT_EQ(bench.boxes(),
+                  "Warning: File " + bench.session.filter_file.text() + " was changed by another program" + refused);
+        EXPECT_EQ(read_text("one.qff"), "f7 another's.");
+        bench.window.answers = {Answer::yes};
+        EXPECT_TRUE(save(bench.work));
+        bench.window.boxes.clear();
+        EXPECT_TRUE(save(bench.work));
+        EXPECT_EQ(bench.boxes(), "");
+    }
+    std::filesystem::permissions("one.qff", std::filesystem::perms::owner_read);
+    EXPECT_FALSE(save(bench.work));
+    EXPECT_EQ(bench.boxes(), std::string("Warning: File ./one.qff is read-only") + refused);
+}
+
+// The states that can be redone are of another past than an edit that was made without undo.
+TEST(KeptFilter, AnEditWithoutUndoDropsWhatCouldBeRedone) {
+    Bench bench;
+    bench.edit();
+    bench.edit();
+    ASSERT_TRUE(undo(bench.work));
+    block("_xxx1.tmp");
+    bench.window.answers = {Answer::yes};
+    bench.edit();
+    EXPECT_EQ(bench.filter.value, 4);
+    EXPECT_FALSE(redo(bench.work));
+    ASSERT_TRUE(undo(bench.work));
+    EXPECT_EQ(bench.filter.value, 1);
+}
+
 struct Count {
     int value = 0;
 };

@@ -1,8 +1,10 @@
 #include "desktop/plot_viewer.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QClipboard>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
@@ -65,7 +67,11 @@ void PlotViewer::set_shade(Shade shade) { view_->set_shade(shade); }
 
 bool PlotViewer::save_picture(const QString& name) const {
     if (name.endsWith(".svg", Qt::CaseInsensitive)) return write_whole(utf8_text(name), view_->svg()).has_value();
-    return view_->picture(view_->size() * picture_scale).save(name);
+    const QByteArray format = QFileInfo(name).suffix().toLatin1();
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    return !format.isEmpty() && view_->picture(view_->size() * picture_scale).save(&buffer, format.constData()) &&
+           write_whole(utf8_text(name), {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 void PlotViewer::copy_picture() const {

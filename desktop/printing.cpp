@@ -7,6 +7,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QTemporaryFile>
 #include <algorithm>
 
 #include "desktop/box_drawing.h"
@@ -14,6 +15,7 @@
 #include "desktop/palettes.h"
 #include "desktop/text.h"
 #include "desktop/window_settings.h"
+#include "shell/whole_file.h"
 
 namespace kavrel {
 
@@ -70,9 +72,15 @@ bool Printing::print_report(const QStringList& lines, QWidget* parent) {
 bool Printing::report_to_pdf(const QStringList& lines, const QString& name) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(name);
+    QTemporaryFile pdf;  // the printer writes into the file that has the name, and that may be an old report
+    if (!pdf.open()) return false;
+    printer.setOutputFileName(pdf.fileName());
     furnish(printer);
-    return print_lines(printer, lines);
+    if (!print_lines(printer, lines)) return false;
+    QFile printed(pdf.fileName());
+    if (!printed.open(QIODevice::ReadOnly)) return false;
+    const QByteArray bytes = printed.readAll();
+    return write_whole(utf8_text(name), {bytes.constData(), static_cast<std::size_t>(bytes.size())}).has_value();
 }
 
 void Printing::use_pdf(const QString& stem) {

@@ -12,6 +12,7 @@
 #include "approximation/s_plane.h"
 #include "approximation/sloped_passband.h"
 #include "shell/finite.h"
+#include "shell/watcher.h"
 
 namespace kavrel {
 
@@ -33,7 +34,11 @@ FilterSpec findings(const FilterSpec& request, const FilterSpec& worked, const X
 class Way final : public ApproximationQuestions {
 public:
     Way(const FilterSpec& request, FilterDesign& design, const UnitSet& units, Reporter& reporter)
-        : request_(request), design_(design), units_(units), reporter_(reporter) {}
+        : request_(request),
+          design_(design),
+          units_(units),
+          reporter_(reporter),
+          watcher_(reporter.window(), "Approximation") {}
 
     // The approximation and its report; false when it was discontinued, after its message.
     [[nodiscard]] bool run();
@@ -44,7 +49,7 @@ public:
     void refuse(FrontVerdict verdict);
 
     PredistortionChoice predistortion_choice(const PredistortionNotes& notes) override;
-    bool go_on() override { return reporter_.window().progress("Approximation", ++steps_, 0); }
+    bool go_on() override { return watcher_.go_on(); }
 
 private:
     void report();
@@ -57,7 +62,7 @@ private:
     ApproximationNotes notes_;
     FilterSpec found_;
     bool reported_ = false;
-    int steps_ = 0;
+    WindowWatcher watcher_;
 };
 
 void discontinue(Reporter& reporter, std::string_view text, std::string_view caption = "Error");

@@ -45,7 +45,8 @@ void removals(benchmark::State& state) {
     auto problem = std::make_unique<LadderProblem>();
     Selection selection;
     int stage = 0;
-    if (!ladder_problem(design->xp, design->spec, *problem) ||
+    Unwatched unwatched;
+    if (!ladder_problem(design->xp, design->spec, unwatched, *problem) ||
         chooseImmittance(*problem, false, false, selection) != ChoiceFault::none) {
         state.SkipWithError("no problem");
         return;
@@ -53,7 +54,7 @@ void removals(benchmark::State& state) {
     const Script script = automatic_script(*problem, selection, stage);
     for (auto _ : state) {
         LadderState ladder = start_state(*problem, selection);
-        if (!runScript(*problem, script, ladder).good()) state.SkipWithError("script refused");
+        if (!runScript(*problem, script, unwatched, ladder).good()) state.SkipWithError("script refused");
     }
 }
 BENCHMARK(removals)->Arg(10)->Arg(20)->Arg(30)->Arg(50)->Unit(benchmark::kMillisecond);

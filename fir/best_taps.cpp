@@ -26,12 +26,12 @@ constexpr int most_tries = 10;
 struct Workshop {
     FirTask task;
     FirGrid grid;
-    ExchangeWatcher& watcher;
+    Watcher& watcher;
 };
 
 FirTapsVerdict level(Workshop& shop, FirTaps& taps);
 FirTapsVerdict shorten(Workshop& shop, FirTaps& taps);
-void take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps);
+[[nodiscard]] bool take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps);
 FirTask as_far_as_the_grid(const Workshop& shop);
 FirTaps padded(const FirTaps& from, const FirTaps& to);
 double narrowest_transition(const FirTask& task, const FirPlan& plan);
@@ -42,7 +42,7 @@ double rounding_of(const FirTask& task, const FirGrid& grid);
 
 }  // namespace
 
-FirTapsVerdict best_taps(const FirTask& task, ExchangeWatcher& watcher, FirTaps& taps) {
+FirTapsVerdict best_taps(const FirTask& task, Watcher& watcher, FirTaps& taps) {
     const auto shop = std::make_unique<Workshop>(Workshop{.task = task, .grid = {}, .watcher = watcher});
     const FirTapsVerdict verdict = level(*shop, taps);
     const bool bounded_to_nothing = taps.bounded && !(taps.approximated > rounding_of(task, shop->grid));
@@ -71,11 +71,11 @@ FirTapsVerdict level(Workshop& shop, FirTaps& taps) {
     }
     const ExchangeResult on_grid = result;
     if (!refine(task, made.plan, grid, watcher, result)) return FirTapsVerdict::stopped;
-    take(shop, result, made);
+    if (!take(shop, result, made)) return FirTapsVerdict::stopped;
     if (result.DEV != on_grid.DEV) {
         // next to a jump of the desired response the points of the grid may lie better
         FirTaps first = made;
-        take(shop, on_grid, first);
+        if (!take(shop, on_grid, first)) return FirTapsVerdict::stopped;
         if (first.approximated < made.approximated) made = first;
     }
     const double bound = most_outside_gain * largest_asked(task, grid);
@@ -83,7 +83,7 @@ FirTapsVerdict level(Workshop& shop, FirTaps& taps) {
         const auto status = bounded_exchange(task, made.plan, grid, bound, result.DEV, watcher, result);
         if (status == ExchangeStatus::stopped) return FirTapsVerdict::stopped;
         if (status == ExchangeStatus::converged) {
-            take(shop, result, made);
+            if (!take(shop, result, made)) return FirTapsVerdict::stopped;
             made.bounded = made.outside_gain > bound / 2;
         }
         made.iterations = result.iterations;
@@ -134,8 +134,8 @@ FirTapsVerdict shorten(Workshop& shop, FirTaps& taps) {
     return FirTapsVerdict::made;
 }
 
-// The first function of a filter, and what it does.
-void take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps) {
+// The first function of a filter, and what it does. False when the watcher stopped it.
+bool take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps) {
     const FirPlan& plan = taps.plan;
     FirFilter& filter = taps.filter;
     const HalfResponse H = impulse_response(plan, result.ALPHA);
@@ -151,11 +151,15 @@ void take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps) {
     taps.iterations = result.iterations;
     taps.taps_used = shop.task.NFILT;
     taps.leveled = result.DEV;
+    if (!shop.watcher.go_on()) return false;
     taps.deviation = largest_deviation(shop.task, filter, 1).weighted;
+    if (!shop.watcher.go_on()) return false;
     taps.outside_gain = largest_outside_gain(shop.task, filter, 1);
+    if (!shop.watcher.go_on()) return false;
     taps.approximated = largest_deviation(as_far_as_the_grid(shop), filter, 1).weighted;
     taps.optimal = result.status == ExchangeStatus::converged || taps.approximated <= missed * result.DEV ||
                    is_rounding(shop, taps);
+    return true;
 }
 
 FirTask as_far_as_the_grid(const Workshop& shop) {

@@ -39,6 +39,6 @@ enum class FirTapsVerdict {
 };
 
 // NFILT of `task` is the length. `taps` is filled only when they are made.
-[[nodiscard]] FirTapsVerdict best_taps(const FirTask& task, ExchangeWatcher& watcher, FirTaps& taps);
+[[nodiscard]] FirTapsVerdict best_taps(const FirTask& task, Watcher& watcher, FirTaps& taps);
 
 }  // namespace kavrel

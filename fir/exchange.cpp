@@ -87,7 +87,7 @@ Extrema spread_well(const FirGrid& grid, int nfcns);
 
 }  // namespace
 
-ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher, ExchangeResult& result) {
+ExchangeStatus exchange(const FirGrid& grid, int nfcns, Watcher& watcher, ExchangeResult& result) {
     result = {};
     const auto ends_as = [&result](ExchangeStatus status) { return result.status = status; };
     if (nfcns < 1 || nfcns > max_fir_functions || grid.NGRID <= nfcns || grid.NGRID > max_fir_grid) {
@@ -109,7 +109,7 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher
     Wide previous = -1;
     while (status == ExchangeStatus::limit_reached && result.iterations < max_exchange_passes) {
         ++result.iterations;
-        if (!watcher.pass(result.iterations)) return ends_as(ExchangeStatus::stopped);
+        if (!watcher.go_on()) return ends_as(ExchangeStatus::stopped);
         const auto too_deep = [&] {
             return distrusted || result.iterations > double_passes || !narrow.fit() ||
                    !(narrow.approximation().deviation() >= deep_deviation * scale);

@@ -18,6 +18,7 @@
 
 #include "fir/fir_grid.h"
 #include "shell/table.h"
+#include "shell/watcher.h"
 
 namespace kavrel {
 
@@ -44,28 +45,13 @@ struct ExchangeResult {
 
 static_assert(std::is_trivially_copyable_v<ExchangeResult>);
 
-// Called for each pass, 1, 2, ..., before it is made. False ends the exchange.
-class ExchangeWatcher {
-public:
-    virtual bool pass(int iteration) = 0;
-
-protected:
-    ~ExchangeWatcher() = default;
-};
-
-// Nobody watches: the exchange runs to its end.
-class Unwatched final : public ExchangeWatcher {
-public:
-    bool pass(int) override { return true; }
-};
-
 // Best approximation of DES with weight WT on the grid by `nfcns` cosines.
 //   grid     as make_grid leaves it: ascending, WT above 0, at least nfcns + 1 points
 //   nfcns    1 to 257
 // Fills `result` and returns its status; ALPHA is 0 unless the status is converged, deviation_fell or limit_reached,
 // and always finite. A grid or nfcns out of range is degenerate. Takes at most 100 passes, each of about nfcns^2
 // operations (the last ones 32 times that); long double ones some ten times as long. A least squares solution takes
-// nfcns^3.
-[[nodiscard]] ExchangeStatus exchange(const FirGrid& grid, int nfcns, ExchangeWatcher& watcher, ExchangeResult& result);
+// nfcns^3. Asks the watcher before each pass.
+[[nodiscard]] ExchangeStatus exchange(const FirGrid& grid, int nfcns, Watcher& watcher, ExchangeResult& result);
 
 }  // namespace kavrel

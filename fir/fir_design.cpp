@@ -27,20 +27,10 @@ struct FirDraft {
 
 constexpr const char* incomplete = "Incomplete specification";
 
-// Reports the passes of the exchange to the window layer, which may stop it.
-class ExchangeProgress final : public ExchangeWatcher {
-public:
-    explicit ExchangeProgress(WindowLayer& window) : window_(window) {}
-    bool pass(int iteration) override { return window_.progress("Remez exchange", iteration, 0); }
-
-private:
-    WindowLayer& window_;
-};
-
 bool is_filter(const FirTask& task) { return task.JTYPE == FirType::filter; }
 
 const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter& reporter);
-FirTapsVerdict take_least_length(FirDraft& draft, ExchangeWatcher& watcher, Reporter& reporter);
+FirTapsVerdict take_least_length(FirDraft& draft, Watcher& watcher, Reporter& reporter);
 void report_failure_to_converge(int iterations, Reporter& reporter);
 void fill_figures(FirDraft& draft);
 
@@ -57,13 +47,13 @@ FirDesignVerdict remez_design(FirDesk& desk) {
 
     const auto draft = std::make_unique<FirDraft>();
     if (const char* wrong = take_task(request, draft->task)) return refuse(wrong);
-    ExchangeProgress progress(desk.reporter.window());
+    WindowWatcher watcher(desk.reporter.window(), "Remez exchange");
     FirTapsVerdict verdict = FirTapsVerdict::impossible;
     if (draft->task.NFILT == 0) {
         if (const char* wrong = estimate_length(request, *draft, desk.reporter)) return refuse(wrong);
-        verdict = take_least_length(*draft, progress, desk.reporter);
+        verdict = take_least_length(*draft, watcher, desk.reporter);
     } else {
-        verdict = best_taps(draft->task, progress, draft->taps);
+        verdict = best_taps(draft->task, watcher, draft->taps);
     }
     switch (verdict) {
         case FirTapsVerdict::stopped: return FirDesignVerdict::stopped;
@@ -122,7 +112,7 @@ const char* estimate_length(const FirRequest& request, FirDraft& draft, Reporter
 }
 
 // From the estimate on to the least length that holds the ripples.
-FirTapsVerdict take_least_length(FirDraft& draft, ExchangeWatcher& watcher, Reporter& reporter) {
+FirTapsVerdict take_least_length(FirDraft& draft, Watcher& watcher, Reporter& reporter) {
     const auto least = std::make_unique<LeastLength>();
     const FirTapsVerdict verdict = least_length(draft.task, watcher, *least);
     if (verdict != FirTapsVerdict::made) return verdict;

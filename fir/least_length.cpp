@@ -16,7 +16,7 @@ constexpr int least_taps = 3;
 // Designs of one task, each made once.
 class Lengths {
 public:
-    Lengths(const FirTask& asked, ExchangeWatcher& watched) : task(asked), watcher(watched) {}
+    Lengths(const FirTask& asked, Watcher& watched) : task(asked), watcher(watched) {}
 
     // Of the taps of that length; infinite where there are none.
     [[nodiscard]] double deviation(int length) {
@@ -39,7 +39,7 @@ private:
         FirTaps taps;
     };
     FirTask task;
-    ExchangeWatcher& watcher;
+    Watcher& watcher;
     std::map<int, Design> designs;
     bool stopped = false;
 };
@@ -48,7 +48,7 @@ int longer(const FirTask& task, double deviation);
 
 }  // namespace
 
-FirTapsVerdict least_length(const FirTask& task, ExchangeWatcher& watcher, LeastLength& least) {
+FirTapsVerdict least_length(const FirTask& task, Watcher& watcher, LeastLength& least) {
     const int step = task.BANDS.FX(2) != 0 ? 2 : 1;
     const int longest = step == 2 ? max_fir_taps - 1 : max_fir_taps;
     const auto possible = [&](int length) { return std::clamp(step == 2 ? length | 1 : length, least_taps, longest); };

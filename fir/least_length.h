@@ -16,6 +16,6 @@ struct LeastLength {
 // even lengths, since a filter can be padded with zeros; so the least is found when the two lengths below it miss. A
 // second band with a value other than 0 takes odd lengths only.
 // Takes 4 to 5 designs in the mean.
-[[nodiscard]] FirTapsVerdict least_length(const FirTask& task, ExchangeWatcher& watcher, LeastLength& least);
+[[nodiscard]] FirTapsVerdict least_length(const FirTask& task, Watcher& watcher, LeastLength& least);
 
 }  // namespace kavrel

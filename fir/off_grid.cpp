@@ -92,16 +92,15 @@ template <class Real>
 ExchangeResult taken(const AxisSearch<Real>& search, const Points& axis, const Points& fitted, double scale,
                      ExchangeResult result);
 template <class Real>
-bool refine_in(const FirTask& task, const FirPlan& plan, const FirGrid& grid, double scale, ExchangeWatcher& watcher,
+bool refine_in(const FirTask& task, const FirPlan& plan, const FirGrid& grid, double scale, Watcher& watcher,
                ExchangeResult& result);
 template <class Real>
 ExchangeStatus bounded_in(const FirTask& task, const FirPlan& plan, const Points& axis, double scale, Climb& way,
-                          ExchangeWatcher& watcher, ExchangeResult& result);
+                          Watcher& watcher, ExchangeResult& result);
 
 }  // namespace
 
-bool refine(const FirTask& task, const FirPlan& plan, const FirGrid& grid, ExchangeWatcher& watcher,
-            ExchangeResult& result) {
+bool refine(const FirTask& task, const FirPlan& plan, const FirGrid& grid, Watcher& watcher, ExchangeResult& result) {
     const double scale = scale_of(grid);
     if (!(result.DEV > rounding_deviation * scale)) return true;
     const auto refined = result.DEV < deep_deviation * scale ? refine_in<Wide> : refine_in<double>;
@@ -109,7 +108,7 @@ bool refine(const FirTask& task, const FirPlan& plan, const FirGrid& grid, Excha
 }
 
 ExchangeStatus bounded_exchange(const FirTask& task, const FirPlan& plan, const FirGrid& grid, double gain,
-                                double least, ExchangeWatcher& watcher, ExchangeResult& result) {
+                                double least, Watcher& watcher, ExchangeResult& result) {
     const double scale = scale_of(grid);
     const Points axis = lay_out(task, plan, grid, true);
     double most = 0;  // what A = 0 deviates
@@ -131,21 +130,24 @@ ExchangeStatus bounded_exchange(const FirTask& task, const FirPlan& plan, const 
 namespace {
 
 template <class Real>
-bool refine_in(const FirTask& task, const FirPlan& plan, const FirGrid& grid, double scale, ExchangeWatcher& watcher,
+bool refine_in(const FirTask& task, const FirPlan& plan, const FirGrid& grid, double scale, Watcher& watcher,
                ExchangeResult& result) {
     const Points axis = lay_out(task, plan, grid, false);
     Points next;
     for (int j = 1; j <= plan.NFCNS + 1; ++j) next.push_back(grid.point(result.IEXT(j)));
     AxisSearch<Real> search(task, plan, axis, scale);
     for (int pass = 1; pass <= refining_passes; ++pass) {
-        if (pass > 1 && !watcher.pass(++result.iterations)) return false;
+        if (pass > 1) ++result.iterations;
+        if (!watcher.go_on()) return false;
         const Points fitted = next;
         if (!search.fit(fitted, {})) return true;
         const Real largest = search.search(next);
         if (!std::isfinite(largest) || (pass == 1 && largest <= static_cast<Real>(kept))) return true;
         if (search.is_settled(largest)) {
+            if (!watcher.go_on()) return false;
             const Points judged = in_bands(axis, fitted);
             const auto before = static_cast<double>(largest_error<Real>(judged, result.ALPHA, plan.NFCNS));
+            if (!watcher.go_on()) return false;
             const ExchangeResult refined = taken(search, axis, fitted, scale, result);
             if (!(refined.measured >= before)) result = refined;
             return true;
@@ -158,11 +160,12 @@ bool refine_in(const FirTask& task, const FirPlan& plan, const FirGrid& grid, do
 // have the level of the bands times a ratio, which rises.
 template <class Real>
 ExchangeStatus bounded_in(const FirTask& task, const FirPlan& plan, const Points& axis, double scale, Climb& way,
-                          ExchangeWatcher& watcher, ExchangeResult& result) {
+                          Watcher& watcher, ExchangeResult& result) {
     constexpr bool is_wide = std::is_same_v<Real, Wide>;
     AxisSearch<Real> search(task, plan, axis, scale);
     for (int pass = 1, risen = 0; pass <= std::min(bounded_passes, risen + patience); ++pass) {
-        if (!watcher.pass(++result.iterations)) return ExchangeStatus::stopped;
+        ++result.iterations;
+        if (!watcher.go_on()) return ExchangeStatus::stopped;
         const Points fitted = way.reference;
         if (!search.fit(fitted, way.level)) return ExchangeStatus::limit_reached;
         const Real largest = search.search(way.reference);

@@ -22,7 +22,7 @@ inline constexpr double rounding_deviation = 20 * tap_rounding;
 // error between the grid's points is within 1 % of the deviation, when the deviation is rounding, or where the passes
 // do not lead to less. A result that is replaced is converged, `measured` its largest error on the points of the
 // passes. False when the watcher stopped it.
-[[nodiscard]] bool refine(const FirTask& task, const FirPlan& plan, const FirGrid& grid, ExchangeWatcher& watcher,
+[[nodiscard]] bool refine(const FirTask& task, const FirPlan& plan, const FirGrid& grid, Watcher& watcher,
                           ExchangeResult& result);
 
 // Best approximation with a gain of at most `gain` outside the bands. A deviation below rounding_deviation is as good
@@ -31,7 +31,6 @@ inline constexpr double rounding_deviation = 20 * tap_rounding;
 //   result     passes are counted on; the rest is filled if it converges
 // Returns converged, limit_reached or stopped.
 [[nodiscard]] ExchangeStatus bounded_exchange(const FirTask& task, const FirPlan& plan, const FirGrid& grid,
-                                              double gain, double least, ExchangeWatcher& watcher,
-                                              ExchangeResult& result);
+                                              double gain, double least, Watcher& watcher, ExchangeResult& result);
 
 }  // namespace kavrel

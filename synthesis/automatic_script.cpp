@@ -74,9 +74,9 @@ PoleForms pole_forms(const LadderProblem& problem, const Selection& selection) {
     return {has_pole_at_zero(f) ? selection.form : other, has_pole_at_infinity(f) ? selection.form : other};
 }
 
-ScriptVerdict run_automatic(const LadderProblem& problem, Script& script, LadderState& state) {
+ScriptVerdict run_automatic(const LadderProblem& problem, Script& script, Watcher& watcher, LadderState& state) {
     for (;;) {
-        const ScriptVerdict verdict = runScript(problem, script, state);
+        const ScriptVerdict verdict = runScript(problem, script, watcher, state);
         if (verdict.fault != ScriptFault::no_acceptable_zero) return verdict;
         if (!put_in_zeros(problem, script, state)) return verdict;
     }

@@ -47,6 +47,6 @@ enum class QuadrupletPlace { first, behind_shunts, last };
 
 // Runs a script and, where no zero was acceptable, goes on with the zero of the smallest residue whatever its sign: the
 // ladder then has a negative element. The script holds the words that were put in.
-ScriptVerdict run_automatic(const LadderProblem& problem, Script& script, LadderState& state);
+ScriptVerdict run_automatic(const LadderProblem& problem, Script& script, Watcher& watcher, LadderState& state);
 
 }  // namespace kavrel

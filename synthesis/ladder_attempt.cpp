@@ -24,13 +24,13 @@ struct Guess {
 [[nodiscard]] LadderOutcome build(const LadderTask& task, const LadderAttempt& attempt, const Guess& guess);
 [[nodiscard]] SynthesisFault extract(const LadderTask& task, const LadderAttempt& attempt, const Guess& guess,
                                      bool dual, SynthesisState& state);
-[[nodiscard]] SynthesisFault extract_two_way(const Guess& guess, bool dual, SynthesisState& state);
+[[nodiscard]] SynthesisFault extract_two_way(const Guess& guess, bool dual, Watcher& watcher, SynthesisState& state);
 [[nodiscard]] SynthesisFault choose(const LadderTask& task, const LadderAttempt& attempt, const Guess& guess, bool dual,
                                     Selection& selection);
 [[nodiscard]] SynthesisFault search(const LadderTask& task, const LadderAttempt& attempt, const Selection& selection,
                                     SynthesisState& state);
 [[nodiscard]] SynthesisFault run_fixed_order(const LadderAttempt& attempt, const Guess& guess,
-                                             const Selection& selection, SynthesisState& state);
+                                             const Selection& selection, Watcher& watcher, SynthesisState& state);
 [[nodiscard]] bool nearer_as_dual(const SynthesisState& state);
 void settle_levels(SynthesisState& state);
 [[nodiscard]] int negative_values(const Circuit& circuit);
@@ -96,7 +96,10 @@ LadderOutcome build(const LadderTask& task, const LadderAttempt& attempt, const 
     if (out.came_off() && !task.request.manual_selection && nearer_as_dual(state)) {
         out.fault = extract(task, attempt, guess, !dual, state);
     }
-    if (!out.came_off()) return out;
+    if (!out.came_off()) {
+        if (task.watcher.stopped()) out.fault = SynthesisFault::stopped;
+        return out;
+    }
     settle_levels(state);
     if (storeResult(state.problem, state.ladder, state.terminations, out.circuit) != CircuitVerdict::done) {
         out.fault = SynthesisFault::storage_full;
@@ -112,14 +115,14 @@ LadderOutcome build(const LadderTask& task, const LadderAttempt& attempt, const 
 
 SynthesisFault extract(const LadderTask& task, const LadderAttempt& attempt, const Guess& guess, bool dual,
                        SynthesisState& state) {
-    if (attempt.direction == Direction::two_way) return extract_two_way(guess, dual, state);
+    if (attempt.direction == Direction::two_way) return extract_two_way(guess, dual, task.watcher, state);
     Selection selection;
     if (const SynthesisFault chosen = choose(task, attempt, guess, dual, selection); chosen != SynthesisFault::none) {
         return chosen;
     }
     const LadderProblem& problem = state.problem;
-    const SynthesisFault fault =
-        attempt.searched ? search(task, attempt, selection, state) : run_fixed_order(attempt, guess, selection, state);
+    const SynthesisFault fault = attempt.searched ? search(task, attempt, selection, state)
+                                                  : run_fixed_order(attempt, guess, selection, task.watcher, state);
     if (fault != SynthesisFault::none) return fault;
     state.requested_ratio = problem.single_termination ? 0 : problem.other_resistance / problem.own_resistance;
     state.terminations = {problem.own_resistance, 0};
@@ -138,7 +141,7 @@ SynthesisFault extract(const LadderTask& task, const LadderAttempt& attempt, con
 }
 
 // Both selections belong to one network. The level at which its halves fit is the ratio of its terminations.
-SynthesisFault extract_two_way(const Guess& guess, bool dual, SynthesisState& state) {
+SynthesisFault extract_two_way(const Guess& guess, bool dual, Watcher& watcher, SynthesisState& state) {
     const LadderProblem& problem = state.problem;
     state.two_way = false;
     Selection input, output;
@@ -150,7 +153,7 @@ SynthesisFault extract_two_way(const Guess& guess, bool dual, SynthesisState& st
     if (!two_way_scripts(problem, input, output, scripts)) return SynthesisFault::no_two_way;
     LadderState forward = start_state(problem, input);
     LadderState reverse = start_state(problem, output);
-    state.script_verdict = run_two_way(problem, scripts, forward, reverse);
+    state.script_verdict = run_two_way(problem, scripts, watcher, forward, reverse);
     state.script = scripts.JCONF;
     state.JREV = scripts.JREV;
     state.last_stage = scripts.prin;
@@ -201,12 +204,12 @@ SynthesisFault search(const LadderTask& task, const LadderAttempt& attempt, cons
 
 // A branch that the immittance hides is left when the reactance is used up.
 SynthesisFault run_fixed_order(const LadderAttempt& attempt, const Guess& guess, const Selection& selection,
-                               SynthesisState& state) {
+                               Watcher& watcher, SynthesisState& state) {
     const LadderProblem& problem = state.problem;
     LadderState& ladder = state.ladder;
     state.script = automatic_script(problem, selection, state.last_stage, attempt.quadruplets, guess.hidden);
     ladder = start_state(problem, selection);
-    state.script_verdict = run_automatic(problem, state.script, ladder);
+    state.script_verdict = run_automatic(problem, state.script, watcher, ladder);
     const bool refused = !state.script_verdict.good();
     if (refused && !ladder.F.vanished()) return SynthesisFault::script_refused;
     if (!refused && ladder.nz + ladder.ni == 0) return SynthesisFault::none;

@@ -12,7 +12,7 @@ struct LadderTask {
     const SynthesisRequest& request;
     const LadderProblem& problem;
     const Circuit& former;  // a new circuit keeps of it what no ladder sets
-    SearchWatcher& watcher;
+    Watcher& watcher;
 };
 
 inline constexpr double same_ratio = 1e-9;  // of terminations, as difference of logarithms

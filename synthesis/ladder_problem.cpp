@@ -16,7 +16,7 @@ void turn_to_true_variable(WorkingFunction& f);
 
 }  // namespace
 
-bool ladder_problem(const XPlane& xp, const FilterSpec& spec, LadderProblem& problem) {
+bool ladder_problem(const XPlane& xp, const FilterSpec& spec, Watcher& watcher, LadderProblem& problem) {
     problem = {};
     problem.single_termination = spec.loadResistance == 0;
     const bool high = spec.filterType == high_pass;
@@ -39,7 +39,7 @@ bool ladder_problem(const XPlane& xp, const FilterSpec& spec, LadderProblem& pro
     }
     problem.own_resistance = spec.sourceResistance;
     problem.other_resistance = spec.loadResistance;
-    return long_immittance(xp, problem.single_termination, problem.polynomials);
+    return long_immittance(xp, problem.single_termination, watcher, problem.polynomials);
 }
 
 long double edge_tangent(const XPlane& xp, const FilterSpec& spec) {

@@ -45,7 +45,7 @@ static_assert(std::is_trivially_copyable_v<LadderProblem>);
 
 // From a finished approximation and its normalised request. False when the immittance polynomials are not there; all
 // else is.
-[[nodiscard]] bool ladder_problem(const XPlane& xp, const FilterSpec& spec, LadderProblem& problem);
+[[nodiscard]] bool ladder_problem(const XPlane& xp, const FilterSpec& spec, Watcher& watcher, LadderProblem& problem);
 
 // Of a microwave filter tan of the angle of s = j, the edge.
 [[nodiscard]] long double edge_tangent(const XPlane& xp, const FilterSpec& spec);

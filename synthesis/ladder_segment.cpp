@@ -45,17 +45,6 @@ void ladderSegment(LadderDesk& desk) {
 
 namespace {
 
-// Reports the removals that searches try to the window layer, which may stop them.
-class SearchProgress final : public SearchWatcher {
-public:
-    explicit SearchProgress(WindowLayer& window) : window_(window) {}
-    bool go_on() override { return window_.progress("Ladder search", ++removals_, 0); }
-
-private:
-    WindowLayer& window_;
-    int removals_ = 0;
-};
-
 void report(LadderDesk& desk, const std::vector<std::string>& lines) {
     for (const std::string& line : lines) desk.reporter.report_line(line);
 }
@@ -76,9 +65,9 @@ SynthesisOutcome synthesise_design(LadderDesk& desk) {
     const std::string title = desk.session.TITLE.text();
     if (work.form.print_polynomials) report(desk, polynomial_report(title, desk.design.x_plane, desk.design.worked));
     SynthesisState state;
-    SearchProgress progress(desk.reporter.window());
+    WindowWatcher watcher(desk.reporter.window(), "Ladder search");
     const SynthesisVerdict verdict =
-        synthesise(desk.design.x_plane, desk.design.worked, request_of(work.form), progress, state, work.circuit);
+        synthesise(desk.design.x_plane, desk.design.worked, request_of(work.form), watcher, state, work.circuit);
     if (!verdict.good()) {
         report(desk, failure_report(verdict, state));
         return SynthesisOutcome::failed;

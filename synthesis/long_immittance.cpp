@@ -45,9 +45,9 @@ struct LongFactors {
 [[nodiscard]] LongSet long_set(const WideRootSet& set);
 using PowerOfF = std::array<LongSet, 2>;  // F as a sum of products
 [[nodiscard]] PowerOfF power_of_parts(const XPlane& xp);
-[[nodiscard]] bool refine_poles(const XPlane& xp, const PowerOfF& f, LongSet& e);
+[[nodiscard]] bool refine_poles(const XPlane& xp, const PowerOfF& f, Watcher& watcher, LongSet& e);
 [[nodiscard]] bool refine_pair(std::span<const LongSet> terms, int i, int j, LongSet& e);
-[[nodiscard]] bool use_factors_of_f(const XPlane& xp, LongSet& e, LongSet& f_even, LongSet& f_odd);
+[[nodiscard]] bool use_factors_of_f(const XPlane& xp, Watcher& watcher, LongSet& e, LongSet& f_even, LongSet& f_odd);
 [[nodiscard]] bool factor_poles(const LongSet& e, const Long& a, LongFactors& p);
 void expand_parts(const Long& a, LongFactors& p);
 [[nodiscard]] bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootSet& rough, LongSet& part);
@@ -57,7 +57,7 @@ void expand_parts(const Long& a, LongFactors& p);
 
 }  // namespace
 
-bool long_immittance(const XPlane& xp, bool single_termination, LongImmittance& out) {
+bool long_immittance(const XPlane& xp, bool single_termination, Watcher& watcher, LongImmittance& out) {
     out = {};
     out.degree = xp.ES.count;
     const Long a = xp.a;
@@ -67,16 +67,23 @@ bool long_immittance(const XPlane& xp, bool single_termination, LongImmittance& 
     out.even_f = f_even.multiplier.sign() != 0;
     out.odd_f = f_odd.multiplier.sign() != 0;
     const bool with_f = !single_termination && (out.even_f || out.odd_f);
-    if (with_f && !refine_poles(xp, power_of_parts(xp), e) && !use_factors_of_f(xp, e, f_even, f_odd)) return false;
+    if (with_f && !refine_poles(xp, power_of_parts(xp), watcher, e) &&
+        !use_factors_of_f(xp, watcher, e, f_even, f_odd)) {
+        return false;
+    }
 
     LongFactors p;
     if (!factor_poles(e, a, p)) return false;
     expand_parts(a, p);
     LongSet even, odd;
-    if (!refine_part(p, a, true, xp.eEven, even) || !refine_part(p, a, false, xp.eOdd, odd)) return false;
+    if (!watcher.go_on() || !refine_part(p, a, true, xp.eEven, even)) return false;
+    if (!watcher.go_on() || !refine_part(p, a, false, xp.eOdd, odd)) return false;
     if (!with_f) return copy_real(even, out.es) && copy_real(odd, out.os);
-    return refine_sum(a, even, f_even, 1, xp.es, out.es) && refine_sum(a, even, f_even, -1, xp.ed, out.ed) &&
-           refine_sum(a, odd, f_odd, 1, xp.os, out.os) && refine_sum(a, odd, f_odd, -1, xp.od, out.od);
+    const auto refined = [&](const LongSet& of_e, const LongSet& of_f, int sign, const WideRootSet& rough, auto& sum) {
+        return watcher.go_on() && refine_sum(a, of_e, of_f, sign, rough, sum);
+    };
+    return refined(even, f_even, 1, xp.es, out.es) && refined(even, f_even, -1, xp.ed, out.ed) &&
+           refined(odd, f_odd, 1, xp.os, out.os) && refined(odd, f_odd, -1, xp.od, out.od);
 }
 
 namespace {
@@ -166,7 +173,7 @@ PowerOfF power_of_parts(const XPlane& xp) {
 
 // Where f has its zeros on one side, the squares of its parts cancel to a small F on the real s axis, and 18 digits of
 // the parts are not enough for it. The factors of f are: they are taken as the exact numbers then.
-bool use_factors_of_f(const XPlane& xp, LongSet& e, LongSet& f_even, LongSet& f_odd) {
+bool use_factors_of_f(const XPlane& xp, Watcher& watcher, LongSet& e, LongSet& f_even, LongSet& f_odd) {
     if (xp.fFactors.degree != xp.ES.count) return false;
     const Long a = xp.a;
     LongFactors p;
@@ -198,7 +205,7 @@ bool use_factors_of_f(const XPlane& xp, LongSet& e, LongSet& f_even, LongSet& f_
     }
     expand_parts(a, p);
     e = long_set(xp.ES);
-    return refine_poles(xp, {power, {}}, e) && refine_part(p, a, true, xp.fEven, f_even) &&
+    return refine_poles(xp, {power, {}}, watcher, e) && refine_part(p, a, true, xp.fEven, f_even) &&
            refine_part(p, a, false, xp.fOdd, f_odd);
 }
 
@@ -219,7 +226,7 @@ Table<int, max_degree> close_pairs(const LongSet& e) {
 }
 
 // Roots of E = F + Q. Newton's iteration does not part two roots that are closer than the rough type can hold.
-bool refine_poles(const XPlane& xp, const PowerOfF& f, LongSet& e) {
+bool refine_poles(const XPlane& xp, const PowerOfF& f, Watcher& watcher, LongSet& e) {
     const std::array<LongSet, 3> terms = {long_set(xp.QS), f[0], f[1]};
     Long leading = 0;
     for (const LongSet& term : terms) {
@@ -237,7 +244,7 @@ bool refine_poles(const XPlane& xp, const PowerOfF& f, LongSet& e) {
         }
         LongComplex x = e.root(i);
         const LongComplex start = x;
-        if (!newton(terms, x)) return false;
+        if (!watcher.go_on() || !newton(terms, x)) return false;
         const Rough moved = rounded(x - start);
         if (std::hypot(moved.re, moved.im) > same_filter * std::hypot(start.re.rounded(), start.im.rounded())) {
             return false;

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "approximation/x_plane.h"
+#include "shell/watcher.h"
 #include "synthesis/working_function.h"
 
 namespace kavrel {
@@ -23,8 +24,8 @@ struct LongImmittance {
 
 static_assert(std::is_trivially_copyable_v<LongImmittance>);
 
-// False when a root is not real, or the parts do not agree with those of the approximation. For a single termination es
-// and os are the parts of e, whose roots are taken as they are; ed and od do not exist.
-[[nodiscard]] bool long_immittance(const XPlane& xp, bool single_termination, LongImmittance& out);
+// False when stopped, when a root is not real, or the parts do not agree with those of the approximation. For a single
+// termination es and os are the parts of e, whose roots are taken as they are; ed and od do not exist.
+[[nodiscard]] bool long_immittance(const XPlane& xp, bool single_termination, Watcher& watcher, LongImmittance& out);
 
 }  // namespace kavrel

@@ -37,13 +37,13 @@ constexpr long double least_share = 1e-9L;     // of a pole that a partial remov
 
 class Search {
 public:
-    Search(const LadderProblem& problem, const SearchBounds& bounds, SearchWatcher& watcher)
+    Search(const LadderProblem& problem, const SearchBounds& bounds, Watcher& watcher)
         : problem_(problem), bounds_(bounds), watcher_(watcher) {}
 
     // `negative`: elements so far.
     [[nodiscard]] bool go_on_from(const LadderState& state, int negative);
     [[nodiscard]] SearchVerdict verdict() const {
-        if (stopped_) return SearchVerdict::stopped;
+        if (watcher_.stopped()) return SearchVerdict::stopped;
         return work_ >= bounds_.work ? SearchVerdict::given_up : SearchVerdict::none_exists;
     }
     [[nodiscard]] Script& script() { return script_; }
@@ -65,12 +65,11 @@ private:
 
     const LadderProblem& problem_;
     const SearchBounds& bounds_;
-    SearchWatcher& watcher_;
+    Watcher& watcher_;
     Script script_;
     LadderState end_;
     std::vector<Visited> visited_;
     int work_ = 0;
-    bool stopped_ = false;
 };
 
 [[nodiscard]] std::string_view word_of_form(int form) { return form == impedance ? "imp" : "adm"; }
@@ -88,13 +87,13 @@ private:
 }  // namespace
 
 SearchVerdict search_order(const LadderProblem& problem, const Selection& selection, const SearchBounds& bounds,
-                           SearchWatcher& watcher, Script& script, LadderState& state) {
+                           Watcher& watcher, Script& script, LadderState& state) {
     Search search(problem, bounds, watcher);
     search.script().append(selection.output_side ? "out" : "in");
     search.script().append(word_of(selection.numerator));
     search.script().append(word_of(selection.denominator));
     LadderState start = start_state(problem, selection);
-    if (!runScript(problem, search.script(), start).good()) return SearchVerdict::none_exists;
+    if (!runScript(problem, search.script(), watcher, start).good()) return SearchVerdict::none_exists;
     if (!search.go_on_from(start, 0)) return search.verdict();
     script = search.script();
     state = search.end();
@@ -109,13 +108,12 @@ bool Search::go_on_from(const LadderState& state, int negative) {
     if (moves.empty()) return last_words(state);
     const int words = script_.count;
     for (const Move& move : moves) {
-        stopped_ = stopped_ || !watcher_.go_on();
-        if (verdict() != SearchVerdict::none_exists) return false;
+        if (!watcher_.go_on() || verdict() != SearchVerdict::none_exists) return false;
         const int degree = reactance_degree(state.F);
         work_ += degree * degree;
         script_.append(move.words);
         LadderState next = state;
-        if (runScript(problem_, script_, next).good()) {
+        if (runScript(problem_, script_, watcher_, next).good()) {
             const int then = negative + negative_elements(next, state.record_count + 1);
             if (then <= bounds_.negative_elements && go_on_from(next, then)) return true;
         }
@@ -129,7 +127,7 @@ bool Search::last_words(LadderState state) {
     const int words = script_.count;
     for (int i = 1; i <= state.ue; ++i) script_.append("ue");
     script_.append("fini");
-    if (runScript(problem_, script_, state).good() && state.finished) {
+    if (runScript(problem_, script_, watcher_, state).good() && state.finished) {
         end_ = state;
         return true;
     }

@@ -18,6 +18,7 @@
 // (1931).
 #pragma once
 
+#include "shell/watcher.h"
 #include "synthesis/script.h"
 
 namespace kavrel {
@@ -39,24 +40,9 @@ struct SearchBounds {
 };
 inline constexpr int any_number = 1000;  // of negative elements
 
-// Called before each removal that a search tries. False ends the search.
-class SearchWatcher {
-public:
-    virtual bool go_on() = 0;
-
-protected:
-    ~SearchWatcher() = default;
-};
-
-// Nobody watches: the search runs to its end.
-class UnwatchedSearch final : public SearchWatcher {
-public:
-    bool go_on() override { return true; }
-};
-
 // On success `script` and `state` are those of the whole run, "fini" included; else they are as before.
 [[nodiscard]] SearchVerdict search_order(const LadderProblem& problem, const Selection& selection,
-                                         const SearchBounds& bounds, SearchWatcher& watcher, Script& script,
+                                         const SearchBounds& bounds, Watcher& watcher, Script& script,
                                          LadderState& state);
 
 }  // namespace kavrel

@@ -120,14 +120,14 @@ bool LadderHistory::restore(int back, LadderState& state) {
     return true;
 }
 
-ScriptVerdict runScript(const LadderProblem& problem, const Script& script, LadderState& state,
+ScriptVerdict runScript(const LadderProblem& problem, const Script& script, Watcher& watcher, LadderState& state,
                         LadderHistory* history) {
     ScriptVerdict verdict;
     while (state.position <= script.count && !state.finished) {
         if (script.JCONF(state.position).is_blank()) break;
         verdict.storage_low = verdict.storage_low || state.position > script_warning;
         Interpreter interpreter(problem, script, state);
-        verdict.fault = interpreter.sentence();
+        verdict.fault = watcher.go_on() ? interpreter.sentence() : ScriptFault::stopped;
         if (!verdict.good()) {
             verdict.position = state.position;
             return verdict;

@@ -114,6 +114,7 @@ enum class ScriptFault {
     quadruplet_error,
     incomplete_circuit,
     records_full,
+    stopped,  // by the watcher
 };
 
 struct ScriptMessage {
@@ -121,7 +122,7 @@ struct ScriptMessage {
     std::string_view text;
 };
 
-inline constexpr std::array<ScriptMessage, 20> script_messages = {{
+inline constexpr std::array<ScriptMessage, 21> script_messages = {{
     {ScriptFault::incorrect_configuration, " **** Incorrect configuration specification ****"},
     {ScriptFault::function_missing, " Specified function does not exist or is incorrect"},
     {ScriptFault::zero_not_available, " **** Indicated zero is not available ****"},
@@ -142,6 +143,7 @@ inline constexpr std::array<ScriptMessage, 20> script_messages = {{
     {ScriptFault::quadruplet_error, " **** Required zeros were not found in the case of quadruplets of zeros ****"},
     {ScriptFault::incomplete_circuit, " **** Incomplete circuit ****"},
     {ScriptFault::records_full, " storage is full, this stage is now nonrecoverable"},
+    {ScriptFault::stopped, " **** Stopped ****"},
 }};
 [[nodiscard]] std::string_view messageOf(ScriptFault fault);
 
@@ -177,8 +179,9 @@ struct LadderHistory {
 static_assert(std::is_trivially_copyable_v<LadderHistory>);
 
 // Runs the words from state.position on up to "end", "fini" or the end of the script. A refused sentence leaves the
-// state as it was before it, with position at its first word. With a history each state is pushed before its sentence.
-ScriptVerdict runScript(const LadderProblem& problem, const Script& script, LadderState& state,
+// state as it was before it, with position at its first word, as does the watcher who stops the run. With a history
+// each state is pushed before its sentence.
+ScriptVerdict runScript(const LadderProblem& problem, const Script& script, Watcher& watcher, LadderState& state,
                         LadderHistory* history = nullptr);
 
 }  // namespace kavrel

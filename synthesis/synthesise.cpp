@@ -46,7 +46,6 @@ struct Course {
     std::vector<Tried> tried;
     std::optional<LadderOutcome> best;
 
-    [[nodiscard]] bool stopped() const { return !tried.empty() && tried.back().fault == SynthesisFault::stopped; }
     [[nodiscard]] bool came_off() const { return best && best->came_off(); }
 };
 
@@ -63,20 +62,21 @@ void note(const LadderAttempt& attempt, const LadderTask& task, const LadderOutc
 [[nodiscard]] double distance(const SynthesisState& state);
 // Whether the best one has the ratio asked for, and the trial another; or the trial alone an extreme one.
 [[nodiscard]] bool spoils_terminations(const SynthesisState& trial, const SynthesisState& best);
-void remark_on_search(const Course& course, SynthesisState& state);
+void remark_on_search(const Course& course, const Watcher& watcher, SynthesisState& state);
 
 }  // namespace
 
 SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                             SynthesisState& state, Circuit& circuit) {
-    UnwatchedSearch nobody;
+    Unwatched nobody;
     return synthesise(xp, spec, request, nobody, state, circuit);
 }
 
-SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
-                            SearchWatcher& watcher, SynthesisState& state, Circuit& circuit) {
+SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request, Watcher& watcher,
+                            SynthesisState& state, Circuit& circuit) {
     state = {};
-    const bool formed = ladder_problem(xp, spec, state.problem);
+    const bool formed = ladder_problem(xp, spec, watcher, state.problem);
+    if (watcher.stopped()) return {SynthesisFault::stopped};
     if (has_real_zero(state.problem)) return {SynthesisFault::real_zero};
     if (complex_zeros(state.problem) > quadruplet_limit) return {SynthesisFault::too_many_quadruplets};
     if (!formed) return {SynthesisFault::polynomials_missing};
@@ -85,13 +85,13 @@ SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const Synt
     const LadderTask task{xp, spec, request, problem, circuit, watcher};
     Course course;
     for (const LadderAttempt& attempt : attempts) {
-        if (course.stopped()) break;
+        if (watcher.stopped()) break;
         if (is_worth_a_run(attempt, task, course)) note(attempt, task, run_attempt(task, attempt), course);
     }
     search_with_negative_elements(task, course);
     state = course.best->state;
-    if (!course.came_off()) return {course.stopped() ? SynthesisFault::stopped : course.best->fault};
-    remark_on_search(course, state);
+    if (!course.came_off()) return {watcher.stopped() ? SynthesisFault::stopped : course.best->fault};
+    remark_on_search(course, watcher, state);
     circuit = course.best->circuit;
     return {};
 }
@@ -174,7 +174,7 @@ void search_with_negative_elements(const LadderTask& task, Course& course) {
     const auto found_within = [&](const SearchBounds& bounds) {
         bool found = false;
         for (const Direction direction : {Direction::forward, Direction::reverse}) {
-            if (found || course.stopped() || !may_begin(direction, task)) continue;
+            if (found || task.watcher.stopped() || !may_begin(direction, task)) continue;
             const LadderAttempt attempt{.direction = direction, .searched = true, .bounds = bounds};
             note(attempt, task, run_attempt(task, attempt), course);
             found = course.came_off() && course.best->state.negative_elements <= bounds.negative_elements;
@@ -188,7 +188,7 @@ void search_with_negative_elements(const LadderTask& task, Course& course) {
     for (int turn = 0; turn < halvings && course.best->state.negative_elements > too_few + 1; ++turn) {
         const int enough = (too_few + course.best->state.negative_elements) / 2;
         if (!found_within({.negative_elements = enough, .work = work})) too_few = enough;
-        if (course.stopped()) return;
+        if (task.watcher.stopped()) return;
     }
 }
 
@@ -227,9 +227,9 @@ bool is_better(const LadderOutcome& trial, const LadderOutcome& best, bool neare
 }
 
 // To a ladder with negative elements how the searches without them have ended.
-void remark_on_search(const Course& course, SynthesisState& state) {
-    if (course.stopped()) state.search = SearchVerdict::stopped;
-    if (course.stopped() || state.negative_elements == 0) return;
+void remark_on_search(const Course& course, const Watcher& watcher, SynthesisState& state) {
+    if (watcher.stopped()) state.search = SearchVerdict::stopped;
+    if (watcher.stopped() || state.negative_elements == 0) return;
     state.searched = false;
     for (const Tried& tried : course.tried) {
         if (!tried.was_positive_search()) continue;

@@ -113,7 +113,7 @@ static_assert(std::is_trivially_copyable_v<SynthesisState> && std::is_trivially_
 // only when its loss agrees with the transfer function; after a fault it is as before, and `state` says how far the
 // run went. The watcher may stop the searches: the best ladder until then is taken.
 [[nodiscard]] SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
-                                          SearchWatcher& watcher, SynthesisState& state, Circuit& circuit);
+                                          Watcher& watcher, SynthesisState& state, Circuit& circuit);
 // The same, unwatched.
 [[nodiscard]] SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const SynthesisRequest& request,
                                           SynthesisState& state, Circuit& circuit);

@@ -22,7 +22,8 @@ void share(const Steps& steps, Steps& forward, Steps& rest);
 void append_steps(const Steps& steps, Script& script, int& count, Table<int, script_limit>& end);
 
 void leave_out(const LadderProblem& problem, const LadderState& taken, LadderState& state);
-[[nodiscard]] ScriptVerdict advance(const LadderProblem& problem, const Script& script, int to, LadderState& state);
+[[nodiscard]] ScriptVerdict advance(const LadderProblem& problem, const Script& script, int to, Watcher& watcher,
+                                    LadderState& state);
 [[nodiscard]] StepZeros zeros_between(const LadderProblem& problem, const LadderState& before,
                                       const LadderState& after);
 void cut_to_preparation(StepKind kind, Script& script);
@@ -71,27 +72,27 @@ bool two_way_scripts(const LadderProblem& problem, const Selection& input, const
     return true;
 }
 
-ScriptVerdict run_two_way(const LadderProblem& problem, TwoWayScripts& scripts, LadderState& forward,
+ScriptVerdict run_two_way(const LadderProblem& problem, TwoWayScripts& scripts, Watcher& watcher, LadderState& forward,
                           LadderState& reverse) {
     Table<StepZeros, 2> last;  // of the reverse run, the last step first
     for (int i = 1; i <= scripts.forward_steps || i <= scripts.reverse_steps; ++i) {
         if (i <= scripts.forward_steps) {
             leave_out(problem, reverse, forward);
-            const ScriptVerdict verdict = advance(problem, scripts.JCONF, scripts.forward_end(i), forward);
+            const ScriptVerdict verdict = advance(problem, scripts.JCONF, scripts.forward_end(i), watcher, forward);
             if (!verdict.good()) return verdict;
         }
         if (i <= scripts.reverse_steps) {
             leave_out(problem, forward, reverse);
             const LadderState before = reverse;
-            const ScriptVerdict verdict = advance(problem, scripts.JREV, scripts.reverse_end(i), reverse);
+            const ScriptVerdict verdict = advance(problem, scripts.JREV, scripts.reverse_end(i), watcher, reverse);
             if (!verdict.good()) return verdict;
             last(2) = last(1);
             last(1) = zeros_between(problem, before, reverse);
         }
     }
     put_in_middle(last, scripts, forward);
-    const ScriptVerdict verdict = runScript(problem, scripts.JREV, reverse);
-    return verdict.good() ? runScript(problem, scripts.JCONF, forward) : verdict;
+    const ScriptVerdict verdict = runScript(problem, scripts.JREV, watcher, reverse);
+    return verdict.good() ? runScript(problem, scripts.JCONF, watcher, forward) : verdict;
 }
 
 bool join_runs(const LadderState& forward, const LadderState& reverse, LadderState& joined, Join& join) {
@@ -221,10 +222,11 @@ void leave_out(const LadderProblem& problem, const LadderState& taken, LadderSta
     for (int i = 1; i <= problem.zero_count; ++i) state.IC(i) = std::min(state.IC(i), taken.IC(i));
 }
 
-ScriptVerdict advance(const LadderProblem& problem, const Script& script, int to, LadderState& state) {
+ScriptVerdict advance(const LadderProblem& problem, const Script& script, int to, Watcher& watcher,
+                      LadderState& state) {
     Script part = script;
     part.count = to;
-    return runScript(problem, part, state);
+    return runScript(problem, part, watcher, state);
 }
 
 // Zeros that a step has taken, or prepared.

@@ -56,7 +56,7 @@ static_assert(std::is_trivially_copyable_v<TwoWayScripts> && std::is_trivially_c
 
 // Runs both. The words of the middle branch are put into JCONF. The verdict is that of the run that was refused, whose
 // state is left as it was before.
-ScriptVerdict run_two_way(const LadderProblem& problem, TwoWayScripts& scripts, LadderState& forward,
+ScriptVerdict run_two_way(const LadderProblem& problem, TwoWayScripts& scripts, Watcher& watcher, LadderState& forward,
                           LadderState& reverse);
 
 // The ladder of both runs in the order from the input, normalised to R1, in `joined`; `join` says how well they fit.

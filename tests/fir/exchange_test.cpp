@@ -397,10 +397,10 @@ TEST(Exchange, GridOutOfRangeOrNotANumberIsDegenerate) {
 }
 
 TEST(Exchange, WatcherStopsIt) {
-    struct StopAt final : ExchangeWatcher {
+    struct StopAt final : Watcher {
         explicit StopAt(int pass) : at(pass) {}
         int at, last = 0;
-        bool pass(int iteration) override { return (last = iteration) < at; }
+        bool asked() override { return ++last < at; }
     } watcher(3);
     auto d = design_of(1, 101, {0, 0.2, 0.23, 0.5}, {1, 0}, {1, 1});
     ASSERT_TRUE(d->run());

@@ -18,7 +18,8 @@ WideReal product_at(const WideRootSet& set, const WideReal& x) {
 // differences are the parts of f; one that is not there is as the sum. With one termination the same of e alone is E.
 void expect_whole(const XPlane& xp, bool single, long double f_tolerance) {
     LongImmittance parts;
-    ASSERT_TRUE(long_immittance(xp, single, parts));
+    Unwatched unwatched;
+    ASSERT_TRUE(long_immittance(xp, single, unwatched, parts));
     EXPECT_EQ(parts.degree, xp.ES.count);
     for (const double at : {-2.9, -0.3, 0.45, 7.1}) {
         const WideReal x = at, u = x - xp.a, v = 1 - x;

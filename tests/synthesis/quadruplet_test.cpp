@@ -83,7 +83,8 @@ bool run_steps(const LadderProblem& problem, const std::vector<std::string>& ste
     Script script;
     const auto removed = [&](std::string_view words) {
         script.append(words);
-        return runScript(problem, script, state).good();
+        Unwatched unwatched;
+        return runScript(problem, script, unwatched, state).good();
     };
     EXPECT_TRUE(removed(fmt::format("in {} {}", word_of(selection.numerator), word_of(selection.denominator))));
     for (std::size_t i = 0; i <= steps.size(); ++i) {

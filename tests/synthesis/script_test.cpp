@@ -23,7 +23,8 @@ struct Bench {
         script = {};
         script.append(fmt::format("in {} {} {}", word_of(selection.numerator), word_of(selection.denominator), words));
         state = start_state(problem, selection);
-        return runScript(problem, script, state);
+        Unwatched unwatched;
+        return runScript(problem, script, unwatched, state);
     }
 };
 
@@ -141,9 +142,10 @@ TEST(Script, ARefusedSentenceChangesNothing) {
     ASSERT_EQ(bench.run("adm s p i 1 end").fault, ScriptFault::none);
     const LadderState before = bench.state;
     bench.script.append("imp s c 2");
-    EXPECT_FALSE(runScript(bench.problem, bench.script, bench.state).good());
+    Unwatched unwatched;
+    EXPECT_FALSE(runScript(bench.problem, bench.script, unwatched, bench.state).good());
     EXPECT_EQ(std::memcmp(&before, &bench.state, sizeof before), 0);
-    EXPECT_EQ(runScript(bench.problem, bench.script, bench.state).position, bench.state.position);
+    EXPECT_EQ(runScript(bench.problem, bench.script, unwatched, bench.state).position, bench.state.position);
 }
 
 // Every sentence taken back one by one ends at the start; forward again the same ladder comes out.
@@ -154,11 +156,12 @@ TEST(Script, StepsAreTakenBackByRestoring) {
     auto history = std::make_unique<LadderHistory>();
     LadderState state = start_state(bench.problem, bench.selection);
     const LadderState start = state;
-    ASSERT_TRUE(runScript(bench.problem, script, state, history.get()).good());
+    Unwatched unwatched;
+    ASSERT_TRUE(runScript(bench.problem, script, unwatched, state, history.get()).good());
     EXPECT_TRUE(state.finished);
     const LadderState end = state;
     ASSERT_TRUE(history->restore(4, state));
-    ASSERT_TRUE(runScript(bench.problem, script, state, history.get()).good());
+    ASSERT_TRUE(runScript(bench.problem, script, unwatched, state, history.get()).good());
     EXPECT_EQ(std::memcmp(&end, &state, sizeof end), 0);
     ASSERT_TRUE(history->restore(history->count, state));
     EXPECT_EQ(std::memcmp(&start, &state, sizeof start), 0);
@@ -196,7 +199,8 @@ TEST(Script, HistoryHasBounds) {
     history->count = stage_limit;
     history->sentences = stage_limit;
     bench.script.append("adm s p i 1");
-    const ScriptVerdict verdict = runScript(bench.problem, bench.script, bench.state, history.get());
+    Unwatched unwatched;
+    const ScriptVerdict verdict = runScript(bench.problem, bench.script, unwatched, bench.state, history.get());
     EXPECT_TRUE(verdict.good());
     EXPECT_TRUE(verdict.stage_lost);
     EXPECT_EQ(bench.state.prepared_count, 1);

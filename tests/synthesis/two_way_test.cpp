@@ -108,7 +108,8 @@ TEST(TwoWay, EllipticLaddersAreThoseOfOneWayInTheSameOrder) {
             const LadderProblem& problem = both->state.problem;
             const LadderState& ladder = both->state.ladder;
             LadderState one = start_state(problem, ladder.selection);
-            ASSERT_TRUE(runScript(problem, one_way_script(both->state), one).good()) << both->words();
+            Unwatched unwatched;
+            ASSERT_TRUE(runScript(problem, one_way_script(both->state), unwatched, one).good()) << both->words();
             ASSERT_EQ(one.record_count, ladder.record_count);
             for (int k = 1; k <= one.record_count; ++k) {
                 const WideReal second = one.SVAL2(k) - ladder.SVAL2(k);
@@ -192,7 +193,8 @@ std::unique_ptr<Halves> halves(const std::string& text, bool dual_output) {
     EXPECT_TRUE(two_way_scripts(*problem, input, output, scripts));
     made->forward = start_state(*problem, input);
     made->reverse = start_state(*problem, output);
-    EXPECT_EQ(run_two_way(*problem, scripts, made->forward, made->reverse).good(), !dual_output);
+    Unwatched unwatched;
+    EXPECT_EQ(run_two_way(*problem, scripts, unwatched, made->forward, made->reverse).good(), !dual_output);
     return made;
 }
 

@@ -162,7 +162,7 @@ TEST_F(LadderRoad, TheUserCanStopTheSearch) {
     request.upper_passband = 2295.657, request.upper_stopband = 2411.563;
     request.band_edge_loss = 1.7591437, request.lower_stop_loss = 24.9665, request.upper_stop_loss = 28.6841;
     request.r2 = 0.0;
-    window.stop_at = 40;
+    window.stop_at = 180;
     design();
     EXPECT_TRUE(reported(search_stopped_text));
     EXPECT_NEAR(loss(1000.0) - loss(1500.0), 1.7591437, 1e-6);

@@ -59,6 +59,10 @@ TEST(SpecOfRequest, RootsOfAFunctionBecomeItsFactors) {
         for (int column = 1; column <= 2; ++column) r.DOUBLETS(row, column) *= 2000.0 * std::acos(-1.0);
     }
     EXPECT_DOUBLE_EQ(product_at(spec_of(r, kilohertz).numeratorFactors, 5, 0.7), expected(0.7));
+    // And of a filter for a fraction of a hertz.
+    r.upper_passband /= 0x1p13;
+    for (int row = 1; row <= 4; ++row) r.DOUBLETS(row, 1) /= 0x1p13, r.DOUBLETS(row, 2) /= 0x1p13;
+    EXPECT_DOUBLE_EQ(product_at(spec_of(r, kilohertz).numeratorFactors, 5, 0.7), expected(0.7));
 }
 
 }  // namespace

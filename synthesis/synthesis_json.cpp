@@ -10,8 +10,7 @@ using Json = nlohmann::ordered_json;
 // (high-pass: infinity) bounds it. A band-pass has none there that counts, and a matching network is made for its
 // ratio.
 Json terminations_part(const FilterSpec& worked, const XPlane& x_plane, const SynthesisState* synthesis) {
-    const bool designed = x_plane.ES.count != 0 || x_plane.ES.multiplier != 0;
-    if (!designed || worked.sourceResistance == 0.0 || worked.loadResistance == 0.0) return {};
+    if (x_plane.ES.count == 0 || worked.sourceResistance == 0.0 || worked.loadResistance == 0.0) return {};
     Json part{{"requested_ratio", static_cast<double>(x_plane.requested_ratio)}};
     if (synthesis != nullptr) {
         return {{"requested_ratio", synthesis->requested_ratio}, {"nearest_ratio", synthesis->available_ratio}};

@@ -192,8 +192,6 @@ TEST(Start, OfAFileThatCannotBeOpenedABoxComesUpAndTheWindowIsUsable) {
         int boxes = 0;
         run.hands.always([&](QDialog& box) {
             ++boxes;
-            EXPECT_NE(box.windowTitle(), "Select preferred units") << "nothing begins before the start is over";
-            run.program->send(143);
             box.accept();
         });
         run.start(name);

@@ -82,7 +82,6 @@ constexpr CommandTable commands({
     {"conv"},
 });
 
-void begin_empty(PassiveFilter& filter);
 void enter(PassiveDesk& desk, int entry);
 
 }  // namespace
@@ -113,17 +112,6 @@ void passiveSegment(PassiveDesk& desk) {
 
 namespace {
 
-// The store is empty: kind, band and quarter-wave frequency are all that is known of a circuit to be typed in.
-void begin_empty(PassiveFilter& filter) {
-    Circuit& circuit = filter.circuit;
-    clear_circuit(circuit);
-    circuit.R1 = circuit.R2 = 0;
-    circuit.mode_count = 0;
-    if (circuit.fnorm == 0) circuit.fnorm = circuit.fb != 0 ? circuit.fb : circuit.fa;
-    filter.designed = false;
-    filter.mod = 0.0F;
-}
-
 // A circuit that comes from elsewhere: its name is not known yet, and what was done to the former one is over.
 void enter(PassiveDesk& desk, int entry) {
     desk.state.kept.undoTop = 0;
@@ -131,10 +119,7 @@ void enter(PassiveDesk& desk, int entry) {
     desk.state.kept.opened = false;
     desk.state.lastBranch = 1;
     switch (entry) {
-        case passive_entry::analysis:
-            begin_empty(desk.filter);
-            desk.session.filter_file = "";
-            break;
+        case passive_entry::analysis: desk.session.filter_file = ""; break;
         case passive_entry::synthesised:
             desk.filter.mod = 0.0F;
             desk.session.filter_file = "";

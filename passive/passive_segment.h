@@ -11,7 +11,7 @@ namespace kavrel {
 namespace passive_entry {
 inline constexpr int ordinary_command = 0;
 inline constexpr int stored_circuit = -1;  // a stored circuit is recalled, with the word "read"
-inline constexpr int analysis = -2;     // of a circuit to be typed in: kind, band and fnorm are set, the store is not
+inline constexpr int analysis = -2;     // of a circuit to be typed in: kind, band and fnorm are set, the rest is empty
 inline constexpr int synthesised = -5;  // ladder synthesis has left a new circuit
 inline constexpr int stored_lattice = -6;  // a stored lattice is recalled, with the word "read"
 }  // namespace passive_entry

@@ -172,17 +172,17 @@ TEST_F(Edits, EntriesStartAnew) {
     command.deleted_branch = 4;
     send("del ");
     session.filter_file = "old.qfp";
-    filter.circuit.fnorm = 0;
-    filter.circuit.fb = 1e3;
     session.entry(SegmentId::passive) = passive_entry::synthesised;
     send("show");
     EXPECT_EQ(filter.mod, 0.0F);
     EXPECT_EQ(state.kept.undoTop, 0);
     EXPECT_TRUE(session.filter_file.is_blank()) << "a new circuit does not overwrite the file of another";
+    filter = {};
+    session.filter_file = "old.qfp";
     session.entry(SegmentId::passive) = passive_entry::analysis;
     send("list");
     EXPECT_EQ(window.lines, std::vector<std::string>{" no circuit"});
-    EXPECT_EQ(filter.circuit.fnorm, 1e3);
+    EXPECT_TRUE(session.filter_file.is_blank());
     send("what");
     EXPECT_EQ(boxes(), "") << "a word of no table is ignored";
 }

@@ -26,13 +26,12 @@ bool may_write(const Session& session, Reporter& reporter, std::string_view type
 }
 
 void note_known(Session& session, const std::string& name, const FileMark& mark) {
-    known_file(session, name).mark = mark;
+    if (mark != FileMark{}) known_file(session, name).mark = mark;
 }
 
 void note_written(Session& session, const std::string& name, const FileMark& mark) {
-    KnownFile& file = known_file(session, name);
-    file.mark = mark;
-    file.written = true;
+    note_known(session, name, mark);
+    if (mark != FileMark{}) known_file(session, name).written = true;
 }
 
 WriteVerdict write_known(Session& session, Reporter& reporter, std::string_view typed, const std::string& name,

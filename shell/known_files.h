@@ -15,7 +15,8 @@ namespace kavrel {
 [[nodiscard]] bool may_write(const Session& session, Reporter& reporter, std::string_view typed,
                              const std::string& name);
 
-// Notes a file as it is known, or as it was written under a name that was to get this extension.
+// Notes a file as it is known, or as it was written under a name that was to get this extension; a stream, which has no
+// mark, is not one.
 void note_known(Session& session, const std::string& name, const FileMark& mark);
 void note_written(Session& session, const std::string& name, const FileMark& mark);
 

@@ -1,15 +1,10 @@
 #include "passive/stored_circuit.h"
 
-#include <chrono>
 #include <cmath>
-#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <limits>
 #include <numbers>
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -429,36 +424,6 @@ TEST(StoredCircuit, WhatCouldNotBeReadAgainDoesNotReplaceAGoodFile) {
     filter.circuit.VALUE(2) = infinite;
     EXPECT_EQ(save("good", filter, ""), FileStatus::not_written);
     EXPECT_EQ(read_text("good.qfp"), bytes);
-}
-
-// A child saves two circuits in turn and is killed at a random moment.
-TEST(StoredCircuit, AKilledSaveLeavesTheOldOrTheNewCircuit) {
-    const ScratchFolder folder;
-    FilterMaker maker(8);
-    const PassiveFilter filters[] = {maker.filter(), maker.filter()};
-    const std::string contents[] = {circuit_forms[0].layout.bytes(filters[0], "0"),
-                                    circuit_forms[0].layout.bytes(filters[1], "1")};
-    ASSERT_EQ(save("both", filters[0], "0"), FileStatus::done);
-    int seen[2] = {};
-    for (int kills = 0; kills < 200; ++kills) {
-        const pid_t child = fork();
-        if (child == 0) {
-            for (int i = kills;; ++i) (void)save("both", filters[i % 2], i % 2 == 0 ? "0" : "1");
-        }
-        std::this_thread::sleep_for(std::chrono::microseconds(maker.whole(0, 3000)));
-        kill(child, SIGKILL);
-        ASSERT_EQ(waitpid(child, nullptr, 0), child);
-        PassiveFilter found;
-        FixedText<80> title;
-        ASSERT_EQ(load("both", found, title), FileStatus::done) << kills;
-        const std::string stored = read_text("both.qfp");
-        ASSERT_TRUE(stored == contents[0] || stored == contents[1]) << kills;
-        ++seen[stored == contents[1] ? 1 : 0];
-    }
-    EXPECT_GT(seen[0], 0);
-    EXPECT_GT(seen[1], 0);
-    remove_abandoned_files(".");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 1);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -147,19 +148,23 @@ TEST(Program, ReportAndStateGoWhereTheyAreAskedFor) {
     EXPECT_TRUE(read_text("kept").starts_with("kept\n") && read_text("kept").ends_with("]\n}\n"));
 }
 
-// Types lines into the program on a terminal of its own and returns what it shows.
-std::string typed(const std::string& lines) {
+// Types lines into a program on a terminal of its own and returns what it shows.
+std::string typed(const std::string& lines, std::vector<const char*> command = {PROGRAM_PATH}) {
     int terminal = -1;
     const winsize size{.ws_row = 50, .ws_col = 200, .ws_xpixel = 0, .ws_ypixel = 0};
     const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
     if (child == 0) {
         setenv("TERM", "dumb", 1);
-        execl(PROGRAM_PATH, "kavrel-cli", static_cast<char*>(nullptr));
+        command.push_back(nullptr);
+        execv(command[0], const_cast<char**>(command.data()));
         _exit(127);
     }
     std::thread typist([&] {
         for (std::size_t at = 0; at < lines.size();) {
             const std::size_t length = lines.find('\n', at) + 1 - at;
+            // Ctrl-C and Ctrl-Z take along what was typed and not yet read.
+            const bool is_signal = lines.substr(at, length).find_first_of("\x03\x1a") != std::string::npos;
+            if (is_signal) std::this_thread::sleep_for(std::chrono::milliseconds(600));
             if (write(terminal, lines.data() + at, length) < 0) return;
             at += length;
             std::this_thread::sleep_for(std::chrono::milliseconds(30));
@@ -191,6 +196,14 @@ TEST(Program, APersonAtATerminalGoesFromTheMenuToTheReport) {
     EXPECT_FALSE(holds(shown, "Window type")) << "a field that is off is not asked for";
     EXPECT_TRUE(holds(read_text("report.txt"), "Filter length =   5")) << shown;
     EXPECT_TRUE(std::filesystem::exists("q_qxz"));
+}
+
+TEST(Program, AShellStopsItAndTakesItUpAgain) {
+    const ScratchFolder folder;
+    const std::string shown =
+        typed(PROGRAM_PATH "\necho before\n\x1a\nfg\necho after\nquit\nexit\n", {"/bin/sh", "-im"});
+    const auto stopped = shown.find("Stopped", shown.find("\nbefore"));
+    EXPECT_NE(shown.find("\nafter", stopped), std::string::npos) << shown;
 }
 
 // It waits at a pipe for the rest of its script, an undo file in the folder, when the signal comes.

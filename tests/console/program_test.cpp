@@ -109,6 +109,7 @@ TEST(Program, EndsWithAStatus) {
         {"--json missing/state.json", "", 3, "", "'missing/state.json' could not be written"},
         {"", "frobnicate\n", 2, "== Kavrel - MAIN MENU\n> frobnicate\n", "<stdin>:1: unknown verb 'frobnicate'\n"},
         {"--quiet", "echo quiet\n", 0, "quiet\n", ""},
+        {"-o report.txt >&-", "", 3, "", "'standard output' could not be written"},
         {"", "include /dev/zero\n", 3, "", "<stdin>:1: '/dev/zero' is not a regular file"},
         {"", "include large.kav\n", 3, "", "'large.kav' is larger than 16 MB"},
         {"", "include many.kav\ninclude many.kav\ninclude many.kav\n", 2, "", "<stdin>:3: 'many.kav' is one too many"},

@@ -10,6 +10,11 @@ target_compile_options(house_options INTERFACE
   -ffp-contract=off -Wall -Wextra -Wpedantic -Wconversion $<$<CXX_COMPILER_ID:GNU>:-Wshadow;-Werror>
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)  # g++ 12 sees overlaps in std::string at -O3 where there are none (PR 105651)
 
+# What reaches users: code that loads anywhere, checked returns and copies, tables of the linker that nobody can write to.
+target_compile_options(house_options INTERFACE
+  $<$<CONFIG:Release>:-fPIE;-fstack-protector-strong;-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>)
+target_link_options(house_options INTERFACE $<$<CONFIG:Release>:-pie;-Wl,-z,relro,-z,now>)
+
 # Test code runs once: what counts is how soon it is compiled.
 set(TEST_FLAGS -O1;-g1 CACHE STRING "Compile options of test code, behind those of the build type")
 

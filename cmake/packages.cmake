@@ -10,7 +10,26 @@ install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kavrel/exam
   FILES_MATCHING PATTERN "*.kav" PATTERN "*.qfp")
 set(CPACK_COMPONENTS_ALL console)
 
+# copyright(package component libraries...): the package's file of that name, with the texts of what is linked into its program
+# as this system's packages of the libraries have them.
+function(copyright package component)
+  file(READ packaging/copyright text)
+  foreach(library ${ARGN})
+    set(file /usr/share/doc/${library}/copyright)
+    if(EXISTS ${file})
+      file(READ ${file} found)
+      string(APPEND text "\n======== ${library} ========\n\n${found}")
+    endif()
+  endforeach()
+  file(WRITE ${PROJECT_BINARY_DIR}/copyright.${package} "${text}")
+  install(FILES ${PROJECT_BINARY_DIR}/copyright.${package} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package}
+    RENAME copyright COMPONENT ${component})
+endfunction()
+set(linked_in libfmt-dev nlohmann-json3-dev libeigen3-dev)
+copyright(kavrel-cli console ${linked_in} libcli11-dev libedit-dev libncurses-dev libbsd-dev libmd-dev)
+
 if(TARGET kavrel)
+  copyright(kavrel desktop ${linked_in})
   install(FILES packaging/kavrel.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT desktop)
   install(FILES packaging/kavrel.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT desktop)
   install(FILES packaging/kavrel-mime.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages

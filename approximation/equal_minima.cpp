@@ -278,7 +278,7 @@ void elliptic_prototype(Prototype& p) {
 
     // cosh^2 of half the sum of ln |(y + m)/(y - m)| at the stop edge, before it is moved.
     const Real y = edge / std::sqrt((edge - 1) * (edge + 1));
-    Real angle = p.degree % 2 == 1 ? std::log((y + 1) / (y - 1)) / 2 : 0;
+    Real angle = p.degree % 2 == 1 ? std::log((y + 1) / std::max(y - 1, round_off)) / 2 : 0;
     for (int i = 1; i <= zeros.count; ++i) angle += std::log(std::fabs((y * zeros.v(i) + 1) / (y * zeros.v(i) - 1)));
     p.reached = std::pow(std::cosh(angle), Real{2});
 }

@@ -107,7 +107,8 @@ FilterDesignVerdict designFilter(FilterKind kind, FilterSpec& spec, FilterDesign
     draft->transfer = xToFrequencyPlane(draft->worked, draft->x_plane);
     const bool to_be_shifted = found.filterType == low_pass && found.centerFrequency > 0.0;
     if (to_be_shifted && !design_shifted(found, *draft, units, reporter)) return FilterDesignVerdict::discontinued;
-    if (!all_finite(found, draft->transfer)) {
+    const XPlane& plane = draft->x_plane;
+    if (!all_finite(found, draft->transfer, plane.ES.multiplier, plane.FS.multiplier, plane.QS.multiplier)) {
         way.refuse({FrontFault::out_of_range});
         return FilterDesignVerdict::discontinued;
     }

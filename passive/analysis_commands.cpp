@@ -15,6 +15,8 @@ namespace {
 constexpr std::string_view no_analysis_data = "No analysis data";
 constexpr std::string_view results_out_of_range = "Results are out of range";
 
+// Whether single precision holds all rows.
+[[nodiscard]] bool fits_results(const Performance& performance);
 void report_points_lost(Reporter& reporter, int lost, int asked);
 void mark_earlier(const PassiveDesk& desk, Fingerprint analysed, std::vector<std::string>& lines);
 
@@ -41,6 +43,7 @@ void analyse_frequency(PassiveDesk& desk) {
     const ChainVerdict verdict = analyzeCircuit(circuit, analysis_request(desk, grid), performance);
     if (verdict != ChainVerdict::done) return refuse(desk, message_of(verdict));
     if (performance.count == 0) return refuse(desk, no_analysis_results);
+    if (!fits_results(performance)) return refuse(desk, results_out_of_range);
     store_performance(performance, desk.results);
     desk.state.analysed = grid;
     desk.results.frequency_of = fingerprint(desk.filter);
@@ -139,6 +142,15 @@ bool settle_drive(PassiveDesk& desk) {
     if (verdict == CircuitVerdict::done) return true;
     refuse(desk, message_of(verdict));
     return false;
+}
+
+bool fits_results(const Performance& performance) {
+    const auto fits = [](auto... values) { return all_finite(static_cast<float>(values)...); };
+    for (int i = 1; i <= performance.count; ++i) {
+        const PerformanceRow& row = performance.rows(i);
+        if (!fits(row.phase, row.delay, row.real, row.imaginary)) return false;
+    }
+    return true;
 }
 
 void report_points_lost(Reporter& reporter, int lost, int asked) {

@@ -63,9 +63,10 @@ std::vector<std::string> missed_lines(const RequestCheck& check) {
         const std::string unit = row.unit.empty() ? "" : " " + std::string(row.unit);
         const std::string band = band_text(row.band);
         const int decimals = telling_decimals(row, row.unit.empty() ? 4 : 2);
-        lines.push_back(fmt::format("  *** {}{}{}: {} asked, {} reached ***", row.what, band.empty() ? "" : " ", band,
-                                    number_text(row, row.asked, decimals) + unit,
-                                    number_text(row, row.reached, decimals) + unit));
+        const std::string reached =
+            std::isnan(row.reached) ? "no value found" : number_text(row, row.reached, decimals) + unit + " reached";
+        lines.push_back(fmt::format("  *** {}{}{}: {} asked, {} ***", row.what, band.empty() ? "" : " ", band,
+                                    number_text(row, row.asked, decimals) + unit, reached));
     }
     return lines;
 }
@@ -83,8 +84,9 @@ std::vector<std::string> check_table(const RequestCheck& check) {
         };
         const double least = std::pow(10, -decimals) / 2;  // below it a margin is none
         const std::string margin =
-            std::isnan(row.asked) ? ""
-                                  : fmt::format("{:+.{}f}", std::fabs(row.margin) < least ? 0.0 : row.margin, decimals);
+            std::isnan(row.margin) || std::isnan(row.asked)
+                ? ""
+                : fmt::format("{:+.{}f}", std::fabs(row.margin) < least ? 0.0 : row.margin, decimals);
         lines.push_back(fmt::format("{:<14}{:<34}{}{}{:>12}{}", row.what, band_text(row.band), value(row.asked),
                                     value(row.reached), margin, row.met ? "" : "  not met"));
     }

@@ -26,13 +26,14 @@ TEST(RequestCheck, ReportsWhatIsMissed) {
 
         .rows = {at_most("pass band", {0, 1000}, 0.1, 0.1), at_least("stopband", {2400, up}, 60, 58.0244),
                  at_least("stopband", {0, 500}, 60, 59.99991), equal_to("terminations", 1, 1.35543),
-                 at_most("pass band", {2e6, 3.5e9}, 0.1, up)}};
+                 at_most("pass band", {2e6, 3.5e9}, 0.1, up), at_most("slope", {1, 2}, 0.1, std::nan(""))}};
     EXPECT_EQ(text(missed_lines(check)),
               "  *** stopband 2400.000 Hz up: 60.00 dB asked, 58.02 dB reached ***\n"
               "  *** stopband up to 500.000 Hz: 60.0000 dB asked, 59.9999 dB reached ***\n"
               "  *** terminations: 1.0000 asked, 1.3554 reached ***\n"
-              "  *** pass band 2.000 MHz to 3.500 GHz: 0.10 dB asked, inf dB reached ***");
-    EXPECT_EQ(check_summary(check), "4 of 5 not met");
+              "  *** pass band 2.000 MHz to 3.500 GHz: 0.10 dB asked, inf dB reached ***\n"
+              "  *** slope 1.000 Hz to 2.000 Hz: 0.10 dB asked, no value found ***");
+    EXPECT_EQ(check_summary(check), "5 of 6 not met");
     EXPECT_FALSE(check.met());
 }
 

@@ -186,7 +186,8 @@ class Bench:
         tests = sorted((float(test["time"].rstrip("s")), f'{suite["name"]}.{test["name"]}')
                        for suite in json.loads(times.read_text())["testsuites"] for test in suite["testsuite"])
         self.usual[folder] = sum(seconds for seconds, _ in tests)
-        quick = [sum(seconds for seconds, _ in tests[:i + 1]) < self.usual[folder] / 4 for i in range(len(tests))]
+        enough = max(1.0, self.usual[folder] / 4)
+        quick = [sum(seconds for seconds, _ in tests[:i + 1]) < enough for i in range(len(tests))]
         self.slow[folder] = [name for is_quick, (_, name) in zip(quick, tests) if not is_quick]
 
     def verdict(self, name, row, mutant, parts):

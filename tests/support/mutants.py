@@ -292,7 +292,7 @@ def main():
             verdict = "gone"
         elif without_place(mutant) in nobody_can_notice:
             verdict = nobody_can_notice[without_place(mutant)]
-        elif mutant in before:
+        elif mutant in before and not before[mutant].startswith("equivalent"):
             verdict = before[mutant]
         else:
             own = place[0].split("/")[0]

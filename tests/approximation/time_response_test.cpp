@@ -161,7 +161,7 @@ TEST(TimeResponse, StepEndsAtTheGainForDirectCurrent) {
 TEST(TimeResponse, Refusals) {
     constexpr double inf = std::numeric_limits<double>::infinity();
     const TransferFunction none;
-    TransferFunction one, improper, unpaired, strange, stray;
+    TransferFunction one, improper, unpaired, strange, stray, crossed;
     add_pole(one, -1, 0);
     improper = one;
     improper.zeroCount = 2;
@@ -170,6 +170,9 @@ TEST(TimeResponse, Refusals) {
     unpaired.POLES_IM(1) = unpaired.POLES_IM(2) = 1;
     stray.POLES_RE(1) = stray.POLES_RE(2) = -1;
     stray.POLES_IM(1) = 1, stray.POLES_IM(2) = -1.1;
+    crossed.poleCount = 4;
+    crossed.POLES_RE = {-1, -2, -2, -1};
+    crossed.POLES_IM = {1, 3, -3, -1};
     strange = one;
     strange.POLES_RE(1) = inf;
     const struct {
@@ -177,11 +180,12 @@ TEST(TimeResponse, Refusals) {
         std::vector<double> times;
         TimeVerdict verdict;
     } rows[] = {
-        {one, {0, 0, 1}, TimeVerdict::done},        {one, {}, TimeVerdict::done},
-        {one, {0, 1, 0.5}, TimeVerdict::bad_times}, {one, {0, inf}, TimeVerdict::bad_times},
-        {one, {-inf}, TimeVerdict::bad_times},      {none, {0}, TimeVerdict::no_modes},
-        {improper, {0}, TimeVerdict::improper},     {unpaired, {0}, TimeVerdict::unpaired},
-        {stray, {0}, TimeVerdict::unpaired},        {strange, {0}, TimeVerdict::unpaired},
+        {one, {0, 0, 1}, TimeVerdict::done},     {one, {}, TimeVerdict::done},
+        {crossed, {0}, TimeVerdict::done},       {one, {0, 1, 0.5}, TimeVerdict::bad_times},
+        {one, {0, inf}, TimeVerdict::bad_times}, {one, {-inf}, TimeVerdict::bad_times},
+        {none, {0}, TimeVerdict::no_modes},      {improper, {0}, TimeVerdict::improper},
+        {unpaired, {0}, TimeVerdict::unpaired},  {stray, {0}, TimeVerdict::unpaired},
+        {strange, {0}, TimeVerdict::unpaired},
     };
     for (const auto& row : rows) {
         std::vector<double> impulse(row.times.size(), 7), step(row.times.size(), 7);

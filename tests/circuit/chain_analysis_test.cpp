@@ -276,6 +276,8 @@ TEST(ChainAnalysis, PointsLeftOut) {
     EXPECT_EQ(analyzeCircuit(trap, {}, *performance), ChainVerdict::bad_frequencies);
     const std::vector<double> many(502, 1.5);
     EXPECT_EQ(analyzeCircuit(trap, {.frequencies = many}, *performance), ChainVerdict::bad_frequencies);
+    const std::span<const double> most(many.data(), 501);
+    EXPECT_EQ(analyzeCircuit(trap, {.frequencies = most}, *performance), ChainVerdict::done);
     for (const double wrong : {-1.0, 0.25, HUGE_VAL, std::nan("")}) {
         const double list[] = {0.5, wrong};
         EXPECT_EQ(analyzeCircuit(trap, {.frequencies = list}, *performance), ChainVerdict::bad_frequencies);

@@ -105,6 +105,8 @@ TEST(SolveRealSum, RefusesHighDegreeAndComplexRoots) {
     EXPECT_EQ(verdict.fault, SolveFault::real_no_convergence);
     EXPECT_EQ(verdict.number, 2);
     EXPECT_EQ(R.root(1), 6);
+    // (x - 1)^2 - 1/4 is begun where it is lowest: no step leads on, and none is taken for a root.
+    EXPECT_EQ(solveRealSum(reals(1, {1, 1}), reals(-0.25, {}), R, ws).fault, SolveFault::real_no_convergence);
     const SolveMessage& message = messageOf(verdict.fault);
     EXPECT_EQ(message.first, " **** No convergence of root no.");
     EXPECT_EQ(message.after_number, " ****");

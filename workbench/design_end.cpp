@@ -1,12 +1,14 @@
 #include "workbench/design_end.h"
 
+#include "shell/finite.h"
 #include "workbench/shown.h"
 
 namespace kavrel {
 
 void discontinue(Workbench& bench) {
     bench.design = DesignOutcome::discontinued;
-    bench.discontinued_request = bench.drafted.found;
+    bench.discontinued_request.reset();
+    if (is_finite(bench.drafted.found)) bench.discontinued_request = bench.drafted.found;
     ++bench.discontinued_designs;
 }
 

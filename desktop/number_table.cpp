@@ -188,11 +188,10 @@ void NumberTable::keyPressEvent(QKeyEvent* event) {
 bool NumberTable::event(QEvent* event) {
     if (event->type() == QEvent::KeyPress && state() != EditingState) {
         const int key = static_cast<QKeyEvent*>(event)->key();
-        const bool at_end = currentColumn() + 1 == columnCount() && currentRow() > last_filled_row();
+        const bool at_end = currentColumn() + 1 == columnCount() &&
+                            (currentRow() > last_filled_row() || currentRow() + 1 == rowCount());
         const bool at_start = currentColumn() <= 0 && currentRow() <= 0;
-        if (key == Qt::Key_Tab && (at_end || currentRow() + 1 == rowCount()) && currentColumn() + 1 == columnCount()) {
-            return QAbstractScrollArea::focusNextPrevChild(true);
-        }
+        if (key == Qt::Key_Tab && at_end) return QAbstractScrollArea::focusNextPrevChild(true);
         if (key == Qt::Key_Backtab && at_start) return QAbstractScrollArea::focusNextPrevChild(false);
     }
     return QTableWidget::event(event);

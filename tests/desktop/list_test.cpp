@@ -88,7 +88,11 @@ TEST_F(ListForm, AWrongCellIsShownAndKeepsTheFormOpen) {
     EXPECT_NE(table->item(0, 1)->background().style(), Qt::NoBrush);
     paste("5", 0, 1);
     EXPECT_EQ(rows(), (std::vector<double>{1, 5, 2, 3}));
-    dialog->accept();
+    table->setCurrentCell(2, 1);
+    press(*table, Qt::Key_Tab);
+    EXPECT_FALSE(table->hasFocus()) << "behind the first blank row";
+    table->setFocus();
+    press(*table, Qt::Key_Enter, Qt::ControlModifier);
     EXPECT_FALSE(dialog->isVisible());
 }
 

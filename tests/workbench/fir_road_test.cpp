@@ -57,6 +57,7 @@ TEST_F(FirRoad, ADesignLeavesFilterResultsTitleAndSegment) {
     EXPECT_EQ(state["fir"]["impulse"].size(), 21U);
     EXPECT_EQ(state["fir"]["impulse"][0], state["fir"]["impulse"][20]);
     EXPECT_NEAR(state["fir"]["deviation"].get<double>() / (10.0 * bench.fir.deviation), 1.0, 0.01) << "weighted";
+    EXPECT_GT(state["fir"]["outside_gain"].get<double>(), 0.5) << "between the bands";
     EXPECT_EQ(state["units"]["frequency"], 1000.0);
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "circuit/branch_elements.h"
 #include "tests/circuit/random_circuits.h"
 #include "tests/support/circuit_literal.h"
 
@@ -62,6 +63,8 @@ void expect_sound(const Circuit& circuit, int trial) {
     for (int k = 1; k <= max_branches; ++k) live -= branchExists(circuit, k) ? 1 : 0;
     ASSERT_EQ(live, 0) << trial;
 }
+
+TEST(Circuit, AQuadrupletHasTenElements) { EXPECT_EQ(quadruplet_elements({}).count, 10); }
 
 TEST(Circuit, BranchWords) {
     for (const Branch& branch :

@@ -81,6 +81,7 @@ TEST_F(Plot, TheCursorReadsTheDataWithSnapping) {
         point_at(pixel(point, 2));
         ASSERT_TRUE(view.readout().y2_shown) << point;
         EXPECT_EQ(view.readout().y2, plot.y2.shown(static_cast<double>(plot.Y2_DATA(point))));
+        EXPECT_TRUE(view.cursor_text().contains("Y2 = " + QString::number(view.readout().y2, 'g', 7))) << point;
     }
     point_at(pixel(20) - QPoint(0, view.height() / 4));
     EXPECT_FALSE(view.readout().y1_shown) << "far from the curve";
@@ -97,6 +98,9 @@ TEST_F(Plot, KeysMoveTheCursorAndAMarkGivesDifferences) {
     EXPECT_EQ(view.readout().point, 109);
     const double dx = plot.x.shown(static_cast<double>(plot.X_DATA(109)) - static_cast<double>(plot.X_DATA(100)));
     EXPECT_TRUE(view.difference_text().startsWith("dX = " + QString::number(dx, 'g', 7) + "   dY1 = "))
+        << utf8_text(view.difference_text());
+    const double dy = plot.y2.shown(static_cast<double>(plot.Y2_DATA(109)) - static_cast<double>(plot.Y2_DATA(100)));
+    EXPECT_TRUE(view.difference_text().endsWith("   dY2 = " + QString::number(dy, 'g', 7)))
         << utf8_text(view.difference_text());
     press(view, Qt::Key_Escape);
     EXPECT_TRUE(view.difference_text().isEmpty());

@@ -8,6 +8,7 @@
 #include "shell/field_table.h"
 #include "shell/reporter.h"
 #include "tests/exchange/exchange_helpers.h"
+#include "tests/support/circuit_literal.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/golden.h"
 
@@ -220,6 +221,30 @@ TEST(SParameters, GiveTheLossAndPhaseOfTheAnalysis) {
         }
     }
     EXPECT_GT(compared, 12 * 36);
+}
+
+TEST(SParameters, CommentsNameTheTerminationsAndLosses) {
+    const std::string single = "! Singly terminated: port 2 in 5e+01 ohm, port 1 driven by a ",
+                      own = "! Both ports are normalised to the termination of port 2\n";
+    const struct {
+        std::string_view circuit;
+        ElementLoss loss;
+        std::string comments;
+    } cases[] = {
+        {"R 50 | L2 10u | R 50", {}, "! Terminations in ohm: port 1 5e+01, port 2 5e+01\n"},
+        {"R 75 | L2 10u | R 50",
+         {},
+         "! Terminations in ohm: port 1 5e+01, port 2 7.5e+01\n"
+         "! Both ports are renormalised to the termination of port 2\n"},
+        {"R 50 | L2 10u", {.QL = 100}, single + "voltage\n" + own + "! Inductor Q 1e+02, capacitor Q 0e+00\n"},
+        {"R 50 | C3 1n", {.QC = 250}, single + "current\n" + own + "! Inductor Q 0e+00, capacitor Q 2.5e+02\n"}};
+    for (const auto& c : cases) {
+        const TransferInput input{.circuit = circuit(c.circuit), .title = " net", .frequencies = {}, .loss = c.loss};
+        const std::string text =
+            transfer_text(input, {.file_type = TransferFileType::touchstone, .dialect = TransferDialect::s_parameters});
+        EXPECT_EQ(read_two_port(text).comments,
+                  "! net\n! Port 1: source, port 2: load\n" + c.comments + "! frequency, S11, S21, S12, S22\n");
+    }
 }
 
 }  // namespace

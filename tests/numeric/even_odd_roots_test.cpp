@@ -177,6 +177,16 @@ TEST(SolveEvenOdd, DegreesFallWithTheirLeadingTerms) {
     }
 }
 
+// c1 c2 = a: the even part of two factors vanishes at the origin.
+TEST(SolveEvenOdd, ARootAtTheOriginIsExact) {
+    for (const Wide c : {0.1L, 0.3L, 1.7L, 5.1L}) {
+        WidePseudoPolynomial p = pseudo(1, 0.3L, {{1, 1}, {1, 1}});
+        p.c(1) = c, p.c(2) = 0.3L / c;
+        p.d(1) = 0.7L, p.d(2) = 0.2L;
+        EXPECT_EQ(parts_of(p, 0.3L).even.root(1), Z{}) << c;
+    }
+}
+
 TEST(SolveEvenOdd, RefusesWhatIsNoReactance) {
     RandomNumbers random(5);
     const WidePseudoPolynomial hurwitz = random_pseudo(random, 11, 0.3, false);

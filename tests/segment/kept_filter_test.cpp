@@ -120,6 +120,8 @@ TEST(KeptFilter, TitleAndFileFollowTheFilter) {
     EXPECT_EQ(bench.now(), "1 typed");
     ASSERT_TRUE(save(bench.work));
     ASSERT_TRUE(store(bench.work));
+    ASSERT_TRUE(recall(bench.work));
+    EXPECT_EQ(bench.session.filter_file.text(), "one.qff");
     write_text("other.dat", "l7 other.");
     bench.window.answers = {Answer::yes};
     bench.window.files = {"other.dat"};

@@ -399,6 +399,10 @@ TEST(Cursor, SnapsToTheNearestPoint) {
     readout = read_cursor(*window, pointer(900, window->y2, 0.002));
     EXPECT_TRUE(readout.y2_shown);
     EXPECT_NEAR(readout.y2, 2.0, 1e-6);
+    EXPECT_TRUE(readout.y2_text == " Y2 = 2");
+    EXPECT_FALSE(read_cursor(*window, pointer(900, window->y2, 0.002 - 1.01 * window->y2.snap)).y2_shown);
+    window->has_y2 = false;
+    EXPECT_FALSE(read_cursor(*window, pointer(900, window->y2, 0.002)).y2_shown);
     EXPECT_EQ(read_cursor(*window, pointer(500, window->y1, 0)).point, 1);  // the first of equals
     EXPECT_FALSE(read_cursor(*window, {window->area.left - 0.001, 0.5}).shown);
     EXPECT_FALSE(read_cursor(*window, {window->area.right + 0.001, 0.5}).shown);

@@ -230,7 +230,6 @@ bool is_better(const LadderOutcome& trial, const LadderOutcome& best, bool neare
 void remark_on_search(const Course& course, const Watcher& watcher, SynthesisState& state) {
     if (watcher.stopped()) state.search = SearchVerdict::stopped;
     if (watcher.stopped() || state.negative_elements == 0) return;
-    state.searched = false;
     for (const Tried& tried : course.tried) {
         if (!tried.was_positive_search()) continue;
         const bool given_up =

@@ -242,7 +242,6 @@ void NumberTable::mark_wrong_cells() {
 void NumberTable::went() {
     keep_blank_row();
     mark_wrong_cells();
-    viewport()->update();
     emit edited();
 }
 

@@ -1,14 +1,17 @@
 // Menus: every item of every table by pointer, by its access keys and by its accelerator.
 #include <QLabel>
 #include <QMenuBar>
+#include <QPainter>
 #include <QStatusBar>
 #include <QToolBar>
 #include <algorithm>
 #include <map>
 #include <set>
 
+#include "desktop/icons.h"
 #include "desktop/mnemonics.h"
 #include "tests/desktop/desktop_run.h"
+#include "tests/support/golden.h"
 
 namespace kavrel {
 namespace {
@@ -33,6 +36,21 @@ TEST(AccessKeys, AreFirstLettersOfWordsThenAnyUntilAllAreGone) {
     for (const char* marked : {"&Save as x", "Save &as x", "Sa&ve as x", "Sav&e as x", "Save as x"}) {
         EXPECT_EQ(utf8_text(with_mnemonic("Save as x", keys.take("Save as x"))), marked);
     }
+}
+
+// As they were looked at and approved, dark to light in letters.
+TEST(Icons, LookAsTheyDid) {
+    std::string all;
+    const auto add = [&](const QIcon& icon, int pixels) {
+        QImage paper(pixels, pixels, QImage::Format_RGB32);
+        paper.fill(Qt::white);
+        QPainter(&paper).drawPixmap(0, 0, icon.pixmap(pixels));
+        for (int y = 0; y < pixels; ++y, all += '\n')
+            for (int x = 0; x < pixels; ++x) all += "@#*+-."[qGray(paper.pixel(x, y)) * 6 / 256];
+    };
+    for (const int id : {129, 130, 166, 143, 0}) add(toolbar_icon(id, Qt::black), 24);
+    add(program_icon(), 32);
+    expect_golden(TEST_DATA "/desktop/icons.txt", all);
 }
 
 TEST_P(Menus, EveryItemIsWhereTheTableSaysAndSendsItsEvent) {

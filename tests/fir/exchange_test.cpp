@@ -310,6 +310,7 @@ TEST(Exchange, LessRippleThanDoublesHoldEndsWithAFallingDeviation) {
     EXPECT_LT(d->result.iterations, max_exchange_passes);
     EXPECT_LT(d->dense_deviation(), 1e-14);
     EXPECT_LT(d->result.measured, 1e-14);
+    EXPECT_GT(d->result.measured, 0);
 
     auto all_pass = design_of(1, 15, {0, 0.5}, {1}, {1});
     all_pass->run();

@@ -52,9 +52,7 @@ std::vector<std::string> result_report(std::string_view title, const SynthesisSt
     }
     if (state.script_verdict.storage_low) lines.emplace_back(storage_warning);
     if (state.termination_is_extreme()) lines.emplace_back(extreme_termination_text);
-    if (state.search == SearchVerdict::stopped) {
-        lines.emplace_back(search_stopped_text);
-    } else if (state.negative_elements > 0 && state.searched) {
+    if (state.negative_elements > 0 && state.searched) {
         const bool none = state.search == SearchVerdict::none_exists;
         lines.emplace_back(none ? negative_elements_text : search_given_up_text);
     }

@@ -62,7 +62,7 @@ void note(const LadderAttempt& attempt, const LadderTask& task, const LadderOutc
 [[nodiscard]] double distance(const SynthesisState& state);
 // Whether the best one has the ratio asked for, and the trial another; or the trial alone an extreme one.
 [[nodiscard]] bool spoils_terminations(const SynthesisState& trial, const SynthesisState& best);
-void remark_on_search(const Course& course, const Watcher& watcher, SynthesisState& state);
+void remark_on_search(const Course& course, SynthesisState& state);
 
 }  // namespace
 
@@ -89,9 +89,10 @@ SynthesisVerdict synthesise(const XPlane& xp, const FilterSpec& spec, const Synt
         if (is_worth_a_run(attempt, task, course)) note(attempt, task, run_attempt(task, attempt), course);
     }
     search_with_negative_elements(task, course);
+    if (watcher.stopped()) return {SynthesisFault::stopped};
     state = course.best->state;
-    if (!course.came_off()) return {watcher.stopped() ? SynthesisFault::stopped : course.best->fault};
-    remark_on_search(course, watcher, state);
+    if (!course.came_off()) return {course.best->fault};
+    remark_on_search(course, state);
     circuit = course.best->circuit;
     return {};
 }
@@ -227,9 +228,8 @@ bool is_better(const LadderOutcome& trial, const LadderOutcome& best, bool neare
 }
 
 // To a ladder with negative elements how the searches without them have ended.
-void remark_on_search(const Course& course, const Watcher& watcher, SynthesisState& state) {
-    if (watcher.stopped()) state.search = SearchVerdict::stopped;
-    if (watcher.stopped() || state.negative_elements == 0) return;
+void remark_on_search(const Course& course, SynthesisState& state) {
+    if (state.negative_elements == 0) return;
     for (const Tried& tried : course.tried) {
         if (!tried.was_positive_search()) continue;
         const bool given_up =

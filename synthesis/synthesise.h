@@ -42,7 +42,7 @@ enum class SynthesisFault {
     no_two_way,    // both ends were asked for, and the filter has no such scripts
     runs_differ,   // the forward and the reverse run do not fit
     loss_differs,  // the circuit does not have the loss of the transfer function
-    stopped,       // by the watcher, before there was a circuit
+    stopped,       // by the watcher
 };
 
 inline constexpr std::string_view synthesis_failed_text = " **** Synthesis failed ****";
@@ -57,8 +57,7 @@ inline constexpr std::string_view loss_differs_text = " **** The ladder does not
 inline constexpr std::string_view negative_elements_text = " Negative elements: no order tried here avoids them";
 inline constexpr std::string_view search_given_up_text =
     " Negative elements: no order of removals without them was found";
-inline constexpr std::string_view search_stopped_text = " The search for a better ladder was stopped";
-inline constexpr std::string_view stopped_text = " **** Stopped before a ladder was found ****";
+inline constexpr std::string_view stopped_text = " **** Stopped ****";
 inline constexpr std::string_view element_missing_text = " **** Element(s) missing ****";
 inline constexpr std::string_view extreme_termination_text = "*** termination is extreme ***";
 inline constexpr double extreme_termination = 1000;  // how far a ratio may be from the one asked for without a word

@@ -147,25 +147,16 @@ TEST(RefusedLadders, StoppedSearch) {
     const Circuit former = run_of("low ripple 5")->circuit;
     for (const Ladder& run : {run_of("low flat R 50 50 ends 0 1 complex 1500 1000 complex 900 900"),
                               run_of(flat_with_minima(draw, false, 0))}) {
-        const bool fixed_order = run->design.spec.filterType == low_pass;
-        bool kept = false;
         for (const int turns : {1000000, 3000, 800, 300, 100, 40, 5, 0}) {
             SCOPED_TRACE(turns);
-            const int fewest = run->state.negative_elements;
             StopAt watcher(turns);
             run->circuit = former;
             run->verdict = synthesise(run->design.xp, run->design.spec, {}, watcher, run->state, run->circuit);
-            if (run->verdict.good()) {
-                EXPECT_EQ(run->state.search == SearchVerdict::stopped, watcher.stopped());
-                EXPECT_GE(run->state.negative_elements, fewest);
-                kept = kept || watcher.stopped();
-                expect_nodal_loss(*run);
-            } else {
-                EXPECT_EQ(run->verdict.fault, SynthesisFault::stopped);
-                EXPECT_EQ(run->circuit, former);
-            }
+            EXPECT_EQ(run->verdict.good(), !watcher.stopped());
+            EXPECT_EQ(run->verdict.fault == SynthesisFault::stopped, watcher.stopped());
+            EXPECT_EQ(run->circuit == former, watcher.stopped());
+            EXPECT_TRUE(turns > 0 || watcher.stopped());
         }
-        EXPECT_EQ(kept, fixed_order) << "the ladder of a fixed order";
     }
 }
 

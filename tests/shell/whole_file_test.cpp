@@ -5,6 +5,7 @@
 #include <set>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -101,6 +102,15 @@ TEST(WholeFile, IsReadOnlyWhereItIsAFileThatEnds) {
     }
     EXPECT_EQ(read_whole("largest")->size(), std::size_t{16} << 20);
     EXPECT_EQ(read_whole("/proc/self/statm").fault, ReadFault::none) << "whose size is 0 until it is read";
+
+    const std::jthread writer([] {
+        for (int i = 0; i < 40; ++i) static_cast<void>(append_to_file("growing", std::string(1 << 20, 'x')));
+    });
+    WholeFile growing = read_whole("growing");
+    for (; growing.fault == ReadFault::none || growing.fault == ReadFault::missing; growing = read_whole("growing")) {
+        EXPECT_LE(growing->size(), std::size_t{16} << 20);
+    }
+    EXPECT_EQ(growing.fault, ReadFault::too_large);
 }
 
 TEST(WholeFile, GoesStraightIntoWhatIsNoFile) {

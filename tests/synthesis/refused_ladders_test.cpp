@@ -40,7 +40,7 @@ void expect_nodal_loss(const LadderRun& run) {
 TEST(RefusedLadders, NarrowParametricBands) {
     RandomNumbers draw(31);
     for (int turn = 0; turn < 16; ++turn) {
-        const int at_zero = 2 * draw.integer(1, 6) + 1;
+        const int at_zero = 2 * draw.integer(2, 6) + turn / 4 % 2;  // even: they are conjugate
         const std::string text = fmt::format("band {} parametric edges 1000 {} R 50 {} ends {} {}",
                                              turn % 2 == 0 ? "flat" : "ripple", 1000 + draw.spread(2, 320),
                                              turn % 3 == 0 ? 100 : 50, at_zero, at_zero + 2 * draw.integer(-1, 1));

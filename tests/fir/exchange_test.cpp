@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fir/cosine_series.h"
 #include "fir/fir_grid.h"
 #include "fir/impulse_response.h"
 
@@ -301,6 +302,14 @@ TEST(Exchange, BandOfOnePointIsMet) {
 }
 
 // ------------------------------------------------------------------------------------------------------ other ends
+
+TEST(CosineSeries, TheLargestErrorMayBeAnywhere) {
+    for (std::size_t at = 0; at < 17; ++at) {
+        std::vector<FirPoint> points(17, FirPoint{.DES = 1, .WT = 1});
+        points[at].DES = -2;
+        EXPECT_EQ(largest_error<double>(points, {}, 1), 2) << at;
+    }
+}
 
 // A ripple below the last place of double: the deviation ends in rounding, the taps are good.
 TEST(Exchange, LessRippleThanDoublesHoldEndsWithAFallingDeviation) {

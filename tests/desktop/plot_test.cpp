@@ -153,6 +153,10 @@ TEST_F(Plot, TheDeepestLookHasAnEnd) {
     for (int i = 0; i < 60; ++i) wheel(pixel(std::min(150, view.shown().point_count)), 480);
     EXPECT_GE(view.shown().x.span, 0.5 * plot.x.span / deepest_zoom);
     EXPECT_GE(view.shown().x.label_count, 2);
+    const double middle = (plot.area.left + plot.area.right) / 2;
+    const AxisRange deepest = zoom_about(plot, plot, {middle, plot.area.bottom}, 1e9).x;
+    EXPECT_NEAR(deepest.span() * deepest_zoom, plot.x.span, 1e-6 * plot.x.span);
+    EXPECT_NEAR(deepest.lo + deepest.hi, plot.x.lo + plot.x.hi, 1e-9 * plot.x.span);
 }
 
 // A surface that keeps the curves' points.

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] const CheckBand& band() const { return band_; }
     template <class Function>
     [[nodiscard]] double highest(const Function& f) const {
-        return highest_value(places_, [&](double angle) { return f(hertz(angle)); }).value;
+        return highest_value(places_, watched(f)).value;
     }
     template <class Function>
     [[nodiscard]] double lowest(const Function& f) const {
@@ -33,15 +33,23 @@ public:
     // The same with its frequency.
     template <class Function>
     [[nodiscard]] Peak<double> least(const Function& f) const {
-        const Peak<double> found = highest_value(places_, [&](double angle) { return -f(hertz(angle)); });
+        const Peak<double> found = highest_value(places_, watched([&](double hertz) { return -f(hertz); }));
         return {hertz(found.at), -found.value};
     }
 
 private:
+    // Of the angle; no number once the search was stopped, which so ends at once.
+    template <class Function>
+    [[nodiscard]] auto watched(const Function& f) const {
+        return [this, f](double angle) {
+            return watcher_.go_on() ? f(hertz(angle)) : std::numeric_limits<double>::quiet_NaN();
+        };
+    }
     [[nodiscard]] double angle(double frequency) const { return std::atan(frequency / edge_); }
     [[nodiscard]] double hertz(double place) const;
     void add_design(const JudgedLoss& judged);
 
+    Watcher& watcher_;
     CheckBand band_;
     double edge_;
     double top_;  // of the medium
@@ -80,22 +88,25 @@ void add_loss_rows(const JudgedLoss& judged, RequestCheck& check) {
 }
 
 RequestCheck check_function(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
-                            double used_q) {
+                            double used_q, Watcher& watcher) {
     RequestCheck check;
     add_loss_rows({.loss = [&](double hertz) { return loss_of_function(found, transfer, hertz, used_q); },
                    .request = request,
                    .found = found,
                    .transfer = transfer,
+                   .watcher = watcher,
                    .used_q = used_q},
                   check);
-    return check;
+    return watcher.stopped() ? RequestCheck{.stopped = true} : check;
 }
 
 double flat_loss_of_predistortion(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
                                   double used_q) {
     const auto loss = [&](double hertz) { return loss_of_function(found, transfer, hertz, used_q); };
-    const SearchedBand pass({.loss = loss, .request = request, .found = found, .transfer = transfer, .used_q = used_q},
-                            pass_band(request));
+    Unwatched watcher;  // some hundred frequencies
+    const SearchedBand pass(
+        {.loss = loss, .request = request, .found = found, .transfer = transfer, .watcher = watcher, .used_q = used_q},
+        pass_band(request));
     const Peak<double> least = pass.least(loss);
     const bool open_level = found.loadResistance == 0;
     return open_level ? least.value - loss_of_function(found, transfer, least.at) : least.value;
@@ -118,7 +129,10 @@ FilterSpec scaled_request(const FilterSpec& request, double factor) {
 namespace {
 
 SearchedBand::SearchedBand(const JudgedLoss& judged, CheckBand band)
-    : band_(band), edge_(std::isinf(band.to) ? band.from : band.to), top_(top_of_medium(judged.request)) {
+    : watcher_(judged.watcher),
+      band_(band),
+      edge_(std::isinf(band.to) ? band.from : band.to),
+      top_(top_of_medium(judged.request)) {
     const double first = angle(band.from), last = angle(band.to);
     if (!(first <= last)) return;  // a band that is none: no loss is found in it
     for (int i = 0; i <= even_places; ++i) {

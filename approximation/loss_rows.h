@@ -6,6 +6,7 @@
 
 #include "approximation/filter_spec.h"
 #include "segment/request_check.h"
+#include "shell/watcher.h"
 
 namespace kavrel {
 
@@ -18,6 +19,7 @@ struct JudgedLoss {
     const FilterSpec& request;         // as the approximation was asked
     const FilterSpec& found;           // with what it found: a shifted band-pass is one here alone
     const TransferFunction& transfer;  // of the design
+    Watcher& watcher;                  // asked at each frequency
     double used_q = 0;                 // that the loss has and the design allowed for; 0: lossless
     bool open_level = false;           // the loss has no level of its own: a single termination
     std::span<const double> places{};  // Hz where the loss may have narrow extremes beside those of the design
@@ -28,12 +30,12 @@ struct JudgedLoss {
 // the least loss in each. Losses count from the flat loss that belongs to the design: the least one that its transfer
 // function has in the pass band, from unequal terminations or predistortion; with an open level, from the least one of
 // the pass band itself. A given function has no losses that were asked for, unless it is that of a
-// shifted band-pass whose low-pass had them.
+// shifted band-pass whose low-pass had them. What is added after the watcher stopped it is of no use.
 void add_loss_rows(const JudgedLoss& judged, RequestCheck& check);
 
 // The rows of a design without a circuit: those of its transfer function.
 [[nodiscard]] RequestCheck check_function(const FilterSpec& request, const FilterSpec& found,
-                                          const TransferFunction& transfer, double used_q);
+                                          const TransferFunction& transfer, double used_q, Watcher& watcher);
 
 // dB that elements of the Q used cost a predistorted design: the least loss of its function in the pass band; under a
 // single termination, where the level is open, less its loss there without losses.

@@ -90,8 +90,8 @@ std::string_view message_of(TimeVerdict verdict) {
     return {};
 }
 
-TimeVerdict time_response(const TransferFunction& transfer, std::span<const double> times, std::span<double> impulse,
-                          std::span<double> step) {
+TimeVerdict time_response(const TransferFunction& transfer, std::span<const double> times, Watcher& watcher,
+                          std::span<double> impulse, std::span<double> step) {
     if (impulse.size() != times.size() || step.size() != times.size()) return TimeVerdict::bad_times;
     for (std::size_t i = 0; i < times.size(); ++i) {
         if (!std::isfinite(times[i]) || (i > 0 && times[i] < times[i - 1])) return TimeVerdict::bad_times;
@@ -115,6 +115,7 @@ TimeVerdict time_response(const TransferFunction& transfer, std::span<const doub
     Motion motion;
     start(system, motion);
     for (std::size_t i = 0; i < times.size(); ++i) {
+        if (!watcher.go_on()) return TimeVerdict::stopped;
         if (times[i] < 0) {
             impulse[i] = step[i] = 0;
             continue;

@@ -18,6 +18,7 @@
 #include <string_view>
 
 #include "approximation/filter_spec.h"
+#include "shell/watcher.h"
 
 namespace kavrel {
 
@@ -27,6 +28,7 @@ enum class TimeVerdict {
     bad_times,  // the times do not ascend, or are not finite; or the columns differ in length
     improper,   // more zeros than poles: a step would be answered by impulses
     unpaired,   // a complex root without its conjugate, or a root that is not finite
+    stopped,    // by the watcher
 };
 
 struct TimeMessage {
@@ -34,12 +36,13 @@ struct TimeMessage {
     std::string_view text;
 };
 
-inline constexpr std::array<TimeMessage, 5> time_messages = {{
+inline constexpr std::array<TimeMessage, 6> time_messages = {{
     {TimeVerdict::done, ""},
     {TimeVerdict::no_modes, "Natural modes are unavailable"},
     {TimeVerdict::bad_times, "Incorrect time specification"},
     {TimeVerdict::improper, "Transfer function has more zeros than poles"},
     {TimeVerdict::unpaired, "Natural modes are not conjugate"},
+    {TimeVerdict::stopped, stopped_line},
 }};
 
 [[nodiscard]] std::string_view message_of(TimeVerdict verdict);
@@ -47,11 +50,12 @@ inline constexpr std::array<TimeMessage, 5> time_messages = {{
 // The responses at `times` in seconds, ascending: `impulse` in 1/sec, `step` as a number; both are 0 before t = 0. With
 // as many zeros as poles the impulse response begins with an impulse of the weight H(infinity), which has no place
 // among the values: `impulse` is what remains of it, at t = 0 its limit from the right, while `step` begins with
-// H(infinity). Good to some 1e-14 of the largest value. On any verdict but done nothing is written.
+// H(infinity). Good to some 1e-14 of the largest value. Asks the watcher at each
+// time. On any verdict but done and stopped nothing is written.
 // Source: the exponential of a bidiagonal matrix holds the divided differences of exp at its diagonal (G. Opitz,
 // "Steigungsmatrizen", ZAMM 44, 1964); scaling and squaring after C. Moler and C. Van Loan, "Nineteen Dubious Ways to
 // Compute the Exponential of a Matrix", SIAM Review 20 (1978).
 [[nodiscard]] TimeVerdict time_response(const TransferFunction& transfer, std::span<const double> times,
-                                        std::span<double> impulse, std::span<double> step);
+                                        Watcher& watcher, std::span<double> impulse, std::span<double> step);
 
 }  // namespace kavrel

@@ -60,8 +60,10 @@ void analysis(benchmark::State& state, Ladder form, ElementLoss loss) {
     const auto frequencies = points();
     const auto performance = std::make_unique<Performance>();
     const AnalysisRequest request{.frequencies = frequencies, .loss = loss};
+    Unwatched unwatched;
     for (auto _ : state) {
-        if (analyzeCircuit(circuit, request, *performance) != ChainVerdict::done) state.SkipWithError("refused");
+        if (analyzeCircuit(circuit, request, unwatched, *performance) != ChainVerdict::done)
+            state.SkipWithError("refused");
         benchmark::DoNotOptimize(*performance);
     }
     count_branches(state, static_cast<int>(state.range(0)));

@@ -117,7 +117,8 @@ PointVerdict chain_matrix(const Chain& chain, Wide omega, ChainMatrix& matrix) {
     return PointVerdict::computed;
 }
 
-ChainVerdict analyzeCircuit(const Circuit& circuit, const AnalysisRequest& request, Performance& performance) {
+ChainVerdict analyzeCircuit(const Circuit& circuit, const AnalysisRequest& request, Watcher& watcher,
+                            Performance& performance) {
     const auto& frequencies = request.frequencies;
     if (!are_ascending(frequencies)) return ChainVerdict::bad_frequencies;
     Chain chain;
@@ -132,6 +133,7 @@ ChainVerdict analyzeCircuit(const Circuit& circuit, const AnalysisRequest& reque
     performance.count = 0;
     const Wide per_unit = request.radians ? 1 : 2 * std::numbers::pi_v<Wide>;
     for (const double f : frequencies) {
+        if (!watcher.go_on()) return ChainVerdict::stopped;
         if (f == 0 && !has_row_at_zero(chain, request)) continue;
         ChainPoint point;
         if (analyze_point(chain, per_unit * f, point) != PointVerdict::computed) continue;

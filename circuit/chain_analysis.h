@@ -15,24 +15,26 @@
 #include "circuit/element_formulas.h"
 #include "shell/analysis_result.h"
 #include "shell/table.h"
+#include "shell/watcher.h"
 
 namespace kavrel {
 
 enum class LossClass { voltage = 1, transducer = 2, current = 3 };
 
-enum class ChainVerdict { done, no_circuit, not_a_resistor, wave_digital, bad_frequencies };
+enum class ChainVerdict { done, no_circuit, not_a_resistor, wave_digital, bad_frequencies, stopped };
 
 struct ChainMessage {
     ChainVerdict verdict;
     std::string_view text;
 };
 
-inline constexpr std::array<ChainMessage, 5> chain_messages = {{
+inline constexpr std::array<ChainMessage, 6> chain_messages = {{
     {ChainVerdict::done, ""},
     {ChainVerdict::no_circuit, "No circuit to analyze"},
     {ChainVerdict::not_a_resistor, "First branch must be a resistor"},
     {ChainVerdict::wave_digital, "Wave digital filters cannot be analyzed"},
     {ChainVerdict::bad_frequencies, "Frequency specification incorrect"},
+    {ChainVerdict::stopped, stopped_line},
 }};
 
 [[nodiscard]] std::string_view message_of(ChainVerdict verdict);
@@ -123,8 +125,8 @@ struct Performance {
 };
 
 // At f = 0 there is a row only where the design lets direct current through and the circuit is made of simple
-// branches; its delay is that of a frequency 1e-7 times the next one.
-[[nodiscard]] ChainVerdict analyzeCircuit(const Circuit& circuit, const AnalysisRequest& request,
+// branches; its delay is that of a frequency 1e-7 times the next one. Asks the watcher at each frequency.
+[[nodiscard]] ChainVerdict analyzeCircuit(const Circuit& circuit, const AnalysisRequest& request, Watcher& watcher,
                                           Performance& performance);
 
 // The rows as columns of results, in single precision, losses above 200 dB as 200 dB.

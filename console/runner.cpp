@@ -146,7 +146,10 @@ void Runner::write_file(const std::string& name, const std::string& text) {
     }
 }
 
-void Runner::dump(const std::string& file) { write_file(file, state_json(bench_)); }
+void Runner::dump(const std::string& file) {
+    if (shown_check(bench_).stopped) return window_.fail(Failure::line, std::string(check_stopped));
+    write_file(file, state_json(bench_));
+}
 
 void Runner::table_line(const ScriptLine& line) {
     const std::string table = write_table_csv(bench_.results);

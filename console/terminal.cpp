@@ -38,6 +38,7 @@ std::optional<std::string> Terminal::ask(const std::string& prompt) {
         // Interrupted it gives no line either: by Ctrl-C, or by Ctrl-Z where no shell could stop the program.
     } while (typed == nullptr && errno == EINTR);
     if (typed == nullptr) return std::nullopt;
+    last_breath_ = std::chrono::steady_clock::now();
     std::string line(typed);
     if (!trim(line).empty()) add_history(typed);
     std::free(typed);  // NOLINT: readline gives it with malloc
@@ -57,6 +58,10 @@ void Terminal::clear_progress() {
 }
 
 bool Terminal::progress(std::string_view work, int done, int total) {
+    constexpr std::chrono::milliseconds breath(100);
+    const auto now = std::chrono::steady_clock::now();
+    if (now - last_breath_ < breath) return !interrupted();
+    last_breath_ = now;
     transcript().screen << fmt::format("\r{} {}{} (Ctrl-C stops)", work, done,
                                        total > 0 ? fmt::format(" of {}", total) : "")
                         << std::flush;

@@ -2,6 +2,7 @@
 // a script that the person has included has lines left, these answer instead.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -49,7 +50,8 @@ private:
     std::string title_;
     std::vector<std::string> open_;  // labels of the submenus that are open
     bool progress_shown_ = false;
-    bool scripted_ = false;  // an included script answers
+    std::chrono::steady_clock::time_point last_breath_;  // when a line was asked for, or progress was shown
+    bool scripted_ = false;                              // an included script answers
 };
 
 }  // namespace kavrel

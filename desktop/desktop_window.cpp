@@ -20,7 +20,8 @@ namespace kavrel {
 
 namespace {
 
-constexpr qint64 breath = 40;  // milliseconds between two looks at events during long work
+constexpr qint64 breath = 40;     // milliseconds between two looks at events during long work
+constexpr qint64 patience = 200;  // milliseconds that work may take before it shows; until then what is typed waits
 
 }  // namespace
 
@@ -29,6 +30,7 @@ DesktopWindow::DesktopWindow(const std::vector<std::string>& manual_folders)
     use_shade(settings_.shade());
     main_.setWindowIcon(program_icon());
     connect_main();
+    work_.start();
     last_breath_.start();
 }
 
@@ -41,27 +43,32 @@ void DesktopWindow::show_line(std::string_view line) {
     last_breath_.restart();
 }
 
-Answer DesktopWindow::message(std::string_view text, std::string_view caption, Buttons buttons) {
+// The work waits for the answer, and shows anew when it goes on.
+template <class Question>
+auto DesktopWindow::ask(const Question& question) {
     main_.end_progress();
-    return show_message(text, caption, buttons, front());
+    const auto answer = question();
+    work_.start();
+    return answer;
+}
+
+Answer DesktopWindow::message(std::string_view text, std::string_view caption, Buttons buttons) {
+    return ask([&] { return show_message(text, caption, buttons, front()); });
 }
 
 int DesktopWindow::choose(const ChoiceBox& box) {
-    main_.end_progress();
-    return show_choices(box, front());
+    return ask([&] { return show_choices(box, front()); });
 }
 
 bool DesktopWindow::edit_form(FormSheet& sheet) {
-    main_.end_progress();
     FormDialog dialog(sheet, settings_, front());
     QObject::connect(&dialog, &FormDialog::help_wanted, &main_,
                      [this](const QString& form) { show_place(manual_.place_of(form)); });
-    return dialog.exec() == QDialog::Accepted;
+    return ask([&] { return dialog.exec() == QDialog::Accepted; });
 }
 
 std::string DesktopWindow::choose_file(const FileQuery& query) {
-    main_.end_progress();
-    return run_file_selector(query, front());
+    return ask([&] { return run_file_selector(query, front()); });
 }
 
 void DesktopWindow::set_menu(std::span<const MenuItem> menu, std::string_view title) {
@@ -102,11 +109,14 @@ std::string DesktopWindow::date_and_time() {
 }
 
 bool DesktopWindow::progress(std::string_view work, int done, int total) {
-    if (last_breath_.elapsed() >= breath) {
+    if (last_breath_.elapsed() < breath) return !stop_wanted_;
+    if (work_.elapsed() < patience) {
+        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    } else {
         main_.show_progress(qt_text(work), done, total);
         QApplication::processEvents();
-        last_breath_.restart();
     }
+    last_breath_.restart();
     return !stop_wanted_;
 }
 
@@ -118,7 +128,8 @@ bool DesktopWindow::own_event(int item_id) {
 
 void DesktopWindow::begin_work() {
     stop_wanted_ = false;
-    last_breath_.restart();
+    work_.start();
+    last_breath_.start();
 }
 
 void DesktopWindow::end_work() { main_.end_progress(); }

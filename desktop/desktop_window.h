@@ -63,6 +63,8 @@ public:
     [[nodiscard]] TextViewer* text_viewer() { return text_.get(); }
 
 private:
+    template <class Question>
+    auto ask(const Question& question);
     void connect_main();
     void use_shade(Shade shade);
     void show_place(const ManualPlace& place);
@@ -79,6 +81,7 @@ private:
     std::unique_ptr<HelpViewer> help_;
     std::unique_ptr<TextViewer> text_;
     std::string date_;
+    QElapsedTimer work_;         // since it began, or went on behind a question
     QElapsedTimer last_breath_;  // since events were last looked at
     bool stop_wanted_ = false;
     bool closed_ = false;

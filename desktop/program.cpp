@@ -22,9 +22,9 @@ void Program::start(const std::string& argument, const std::string& executable) 
     busy_ = true;
     window_.begin_work();
     main_program(bench_, argument, executable);
+    show_status();
     window_.end_work();
     busy_ = false;
-    show_status();
 }
 
 void Program::send(int item_id) {
@@ -33,13 +33,10 @@ void Program::send(int item_id) {
     window_.begin_work();
     window_.main().badge().show_nothing();
     dispatch_event(bench_, item_id);
+    if (!bench_.session.stopped) show_status();
     window_.end_work();
     busy_ = false;
-    if (bench_.session.stopped) {
-        window_.close();
-    } else {
-        show_status();
-    }
+    if (bench_.session.stopped) window_.close();
 }
 
 void Program::leave() {
@@ -61,8 +58,14 @@ void Program::show_status() {
 
 void Program::show_check() {
     if (busy_) return;
+    busy_ = true;
+    window_.begin_work();
+    const RequestCheck& check = shown_check(bench_);
+    window_.main().badge().show_check(check);
+    window_.end_work();
+    busy_ = false;
     std::string text;
-    for (const std::string& line : check_table(shown_check(bench_))) text += line + '\n';
+    for (const std::string& line : check_table(check)) text += line + '\n';
     window_.view_text("Does it meet the request?", text);
 }
 

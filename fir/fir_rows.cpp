@@ -16,12 +16,13 @@ double ripple_of(double deviation) {
 
 }  // namespace
 
-RequestCheck check_fir(const FirRequest& request, const FirFilter& filter) {
+RequestCheck check_fir(const FirRequest& request, const FirFilter& filter, Watcher& watcher) {
     RequestCheck check;
     FirTask task;
     if (filter.functions == 0 || take_task(request, task) != nullptr) return check;
     const bool in_db = task.JTYPE == FirType::filter && request.specification_type == FirSpecification::ripple_in_db;
     for (int b = 1; b <= task.BANDS.NBANDS; ++b) {
+        if (!watcher.go_on()) return {.stopped = true};
         const CheckBand band{task.BANDS.EDGE(2 * b - 1) * filter.sampling_frequency,
                              task.BANDS.EDGE(2 * b) * filter.sampling_frequency};
         const double deviation = largest_deviation(task, filter, 1, b).weighted / task.BANDS.WTX(b);

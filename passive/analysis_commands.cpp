@@ -36,11 +36,17 @@ void analyse_frequency(PassiveDesk& desk) {
     const PassiveRequest& request = desk.command;
     if (circuit.kind == CircuitKind::wave_digital) return refuse(desk, message_of(ChainVerdict::wave_digital));
     if (const auto wrong = frequency_message(request.frequency); !wrong.empty()) return refuse(desk, wrong);
+    const Circuit former = circuit;
     if (!settle_drive(desk)) return;
 
     const FrequencyGrid grid = frequency_grid(request.frequency, desk.session.units);
     Performance performance;
-    const ChainVerdict verdict = analyzeCircuit(circuit, analysis_request(desk, grid), performance);
+    WindowWatcher watcher(desk.window, "Frequency analysis");
+    const ChainVerdict verdict = analyzeCircuit(circuit, analysis_request(desk, grid), watcher, performance);
+    if (watcher.stopped()) {
+        circuit = former;
+        return desk.reporter.report_line(stopped_line);
+    }
     if (verdict != ChainVerdict::done) return refuse(desk, message_of(verdict));
     if (performance.count == 0) return refuse(desk, no_analysis_results);
     if (!fits_results(performance)) return refuse(desk, results_out_of_range);
@@ -66,8 +72,10 @@ void analyse_time(PassiveDesk& desk) {
     const TimeGrid grid = time_grid(desk.command.time, desk.session.units);
     Table<double, analysis_points> impulse, step;
     const auto rows = static_cast<std::size_t>(grid.count);
-    const TimeVerdict verdict = time_response(filter.transfer, grid.values(), std::span(impulse.cells).first(rows),
-                                              std::span(step.cells).first(rows));
+    WindowWatcher watcher(desk.window, "Time response");
+    const TimeVerdict verdict = time_response(filter.transfer, grid.values(), watcher,
+                                              std::span(impulse.cells).first(rows), std::span(step.cells).first(rows));
+    if (watcher.stopped()) return desk.reporter.report_line(stopped_line);
     if (verdict != TimeVerdict::done) return refuse(desk, message_of(verdict));
     if (!store_time(grid, impulse, step, desk.results)) return refuse(desk, results_out_of_range);
     desk.results.time_of = fingerprint(desk.filter);

@@ -23,7 +23,7 @@ constexpr double ratio_worth_a_report = 1e-3;
 
 ElementLoss loss_of_elements(const PassiveFilter& filter);
 std::vector<double> traps(const Circuit& circuit);
-std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chain);
+std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chain, Watcher& watcher);
 PointVerdict analyze_hertz(const Chain& chain, double hertz, ChainPoint& point);
 std::optional<ChainPoint> point_at(const Chain& chain, double hertz);
 double loss_of_chain(const Chain& chain, double hertz);
@@ -32,12 +32,12 @@ double available_ratio(const Chain& chain) { return chain.R1 != 0 ? chain.R2 / c
 
 }  // namespace
 
-RequestCheck check_circuit(const PassiveFilter& filter) {
+RequestCheck check_circuit(const PassiveFilter& filter, Watcher& watcher) {
     RequestCheck check;
     if (!filter.designed) return check;
     Chain chain;
     const bool has_loss = prepare_chain(filter.circuit, loss_of_elements(filter), chain) == ChainVerdict::done;
-    const std::vector<double> places = has_loss ? narrow_places(filter, chain) : std::vector<double>{};
+    const std::vector<double> places = has_loss ? narrow_places(filter, chain, watcher) : std::vector<double>{};
     add_loss_rows({.loss =
                        [&](double hertz) {
                            return has_loss ? loss_of_chain(chain, hertz) : std::numeric_limits<double>::quiet_NaN();
@@ -45,17 +45,19 @@ RequestCheck check_circuit(const PassiveFilter& filter) {
                    .request = filter.background.request,
                    .found = filter.spec,
                    .transfer = filter.transfer,
+                   .watcher = watcher,
                    .used_q = filter.background.notes.predistortion.used_q,
                    .open_level = chain.R2 == 0,
                    .places = places},
                   check);
+    if (watcher.stopped()) return {.stopped = true};
     const double requested = requested_ratio(filter), available = available_ratio(chain);
     if (requested != 0 || available != 0) check.rows.push_back(equal_to("terminations", requested, available));
     return check;
 }
 
-std::vector<std::string> missed_request_lines(const PassiveFilter& filter) {
-    const RequestCheck check = check_circuit(filter);
+std::vector<std::string> missed_request_lines(const PassiveFilter& filter, Watcher& watcher) {
+    const RequestCheck check = check_circuit(filter, watcher);
     std::vector<std::string> lines = missed_lines(check);
     for (const CheckRow& row : check.rows) {
         if (row.what != "terminations" || std::fabs(row.margin) <= ratio_worth_a_report * std::fabs(row.asked))
@@ -84,7 +86,8 @@ ElementLoss loss_of_elements(const PassiveFilter& filter) {
 class PhaseWalk {
 public:
     // Either side of a trap is walked for itself: its zero turns the phase back that a resonance close by has turned.
-    PhaseWalk(const Chain& chain, double from, double to, std::span<const double> traps) : chain_(chain) {
+    PhaseWalk(const Chain& chain, double from, double to, std::span<const double> traps, Watcher& watcher)
+        : chain_(chain), watcher_(watcher) {
         constexpr int steps = 150;
         constexpr double beside = 1e-7;
         std::vector<double> nodes;
@@ -94,7 +97,7 @@ public:
         }
         std::ranges::sort(nodes);
         auto first = point_at(chain_, nodes.front());
-        for (std::size_t i = 1; i < nodes.size(); ++i) {
+        for (std::size_t i = 1; i < nodes.size() && watcher.go_on(); ++i) {
             const auto last = point_at(chain_, nodes[i]);
             halve(nodes[i - 1], first, nodes[i], last, 0);
             first = last;
@@ -108,7 +111,7 @@ private:
         constexpr double narrowest = 1e-7;  // of the frequency: a Q of ten million
         constexpr std::size_t most_places = 4000;
         if (depth > 0) places.push_back(from);
-        if (!first || !last || to - from < narrowest * to || places.size() > most_places) return;
+        if (!watcher_.go_on() || !first || !last || to - from < narrowest * to || places.size() > most_places) return;
         if (std::fabs(hidden_phase(from, *first, to, *last)) < 30) return;
         double middle = (from + to) / 2;
         auto here = point_at(chain_, middle);
@@ -123,6 +126,7 @@ private:
     }
 
     const Chain& chain_;
+    Watcher& watcher_;
 };
 
 // Where a branch may have a resonance: each inductor, and all of them in series or in parallel, with each capacitor,
@@ -156,7 +160,7 @@ std::vector<double> traps(const Circuit& circuit) {
 
 // Where the loss may have extremes that the places of the design do not show: at its traps, wherever they were moved
 // to, and at the resonances that came with an edit.
-std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chain) {
+std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chain, Watcher& watcher) {
     constexpr double beyond = 1e4;            // times the edges
     constexpr double beside_pole = 1 - 2e-5;  // of the quarter-wave frequency
     const Circuit& circuit = filter.circuit;
@@ -166,7 +170,7 @@ std::vector<double> narrow_places(const PassiveFilter& filter, const Chain& chai
     const double lowest = asked.lowerStopEdge > 0 ? asked.lowerStopEdge : highest;
     const double to = circuit.kind == CircuitKind::lumped ? highest * beyond : circuit.fs / 2 * beside_pole;
     if (lowest > 0) {
-        const PhaseWalk walk(chain, lowest / beyond, to, places);
+        const PhaseWalk walk(chain, lowest / beyond, to, places, watcher);
         places.insert(places.end(), walk.places.begin(), walk.places.end());
     }
     return places;

@@ -83,6 +83,7 @@ constexpr CommandTable commands({
 });
 
 void enter(PassiveDesk& desk, int entry);
+void report_missed(PassiveDesk& desk);
 
 }  // namespace
 
@@ -107,7 +108,7 @@ void passiveSegment(PassiveDesk& desk) {
         commands.run(desk, cell);
     }
     desk.command.title = desk.session.TITLE;
-    if (another || !(desk.filter.circuit == before)) report_lines(desk, missed_request_lines(desk.filter));
+    if (another || !(desk.filter.circuit == before)) report_missed(desk);
 }
 
 namespace {
@@ -126,6 +127,11 @@ void enter(PassiveDesk& desk, int entry) {
             break;
         default: break;
     }
+}
+
+void report_missed(PassiveDesk& desk) {
+    WindowWatcher watcher(desk.window, check_work);
+    report_lines(desk, missed_request_lines(desk.filter, watcher));
 }
 
 }  // namespace

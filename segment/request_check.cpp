@@ -45,6 +45,7 @@ int RequestCheck::missed() const {
 }
 
 std::string check_summary(const RequestCheck& check) {
+    if (check.stopped) return std::string(check_stopped);
     if (!check.has_request()) return std::string(no_request);
     if (const int missed = check.missed(); missed > 0)
         return fmt::format("{} of {} not met", missed, check.rows.size());
@@ -58,6 +59,7 @@ std::string check_summary(const RequestCheck& check) {
 
 std::vector<std::string> missed_lines(const RequestCheck& check) {
     std::vector<std::string> lines;
+    if (check.stopped) lines.push_back(fmt::format("  *** {} ***", check_stopped));
     for (const CheckRow& row : check.rows) {
         if (row.met) continue;
         const std::string unit = row.unit.empty() ? "" : " " + std::string(row.unit);

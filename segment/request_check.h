@@ -39,6 +39,7 @@ struct CheckRow {
 
 struct RequestCheck {
     std::vector<CheckRow> rows{};
+    bool stopped = false;  // before it was done; there are no rows then
 
     // Nothing was asked of what is shown: it was not designed here, or by a function that was given.
     [[nodiscard]] bool has_request() const { return !rows.empty(); }
@@ -47,12 +48,16 @@ struct RequestCheck {
 };
 
 inline constexpr std::string_view no_request = "no request";
+inline constexpr std::string_view check_work = "Request check";  // as a window layer shows its progress
+inline constexpr std::string_view check_stopped = "check of the request stopped";
 
-// In one line: "meets the request (+12.1 dB)", by the least margin to spare; "2 of 4 not met"; "no request".
+// In one line: "meets the request (+12.1 dB)", by the least margin to spare; "2 of 4 not met"; "no request";
+// "check of the request stopped".
 [[nodiscard]] std::string check_summary(const RequestCheck& check);
 
 // A line for each row that is missed:
 //     "  *** stopband 2400.000 Hz up: 60.00 dB asked, 58.02 dB reached ***"
+// and one for a check that was stopped.
 [[nodiscard]] std::vector<std::string> missed_lines(const RequestCheck& check);
 
 // The whole list as a table, the summary below it.

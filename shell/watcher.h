@@ -8,6 +8,9 @@
 
 namespace kavrel {
 
+// The report's line of work that was stopped.
+inline constexpr std::string_view stopped_line = " **** Stopped ****";
+
 class Watcher {
 public:
     // False: the work is to end, and stays so. Whoever is told so leaves its results as they were.

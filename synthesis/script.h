@@ -143,7 +143,7 @@ inline constexpr std::array<ScriptMessage, 21> script_messages = {{
     {ScriptFault::quadruplet_error, " **** Required zeros were not found in the case of quadruplets of zeros ****"},
     {ScriptFault::incomplete_circuit, " **** Incomplete circuit ****"},
     {ScriptFault::records_full, " storage is full, this stage is now nonrecoverable"},
-    {ScriptFault::stopped, " **** Stopped ****"},
+    {ScriptFault::stopped, stopped_line},
 }};
 [[nodiscard]] std::string_view messageOf(ScriptFault fault);
 

@@ -13,7 +13,7 @@ void discontinue(Workbench& bench) {
 }
 
 void end_with_function(Workbench& bench, std::string_view title) {
-    report_missed(bench, check_of(bench.drafted));
+    report_missed(bench, check_of(bench.drafted, bench.window));
     if (bench.session.segment != SegmentId::main) return;
     bench.filter = bench.drafted;
     forget(bench.ladder);

@@ -10,6 +10,7 @@ namespace kavrel {
 namespace {
 
 bool has_function(const Workbench& bench) { return bench.filter.design.transfer.poleCount > 0; }
+bool is_kept(const Workbench& bench) { return bench.check && !bench.check->stopped; }
 
 }  // namespace
 
@@ -45,29 +46,34 @@ Shown shown_circuit(const Workbench& bench) {
 }
 
 const RequestCheck& shown_check(Workbench& bench) {
-    if (!bench.check) bench.check = check_of_shown(bench);
+    if (!is_kept(bench)) bench.check = check_of_shown(bench);
     return *bench.check;
 }
 
 RequestCheck check_of_shown(const Workbench& bench) {
-    if (bench.check) return *bench.check;
+    if (is_kept(bench)) return *bench.check;
     const auto check = room_of(bench.session.segment).check;
     return check == nullptr ? RequestCheck{} : check(bench);
 }
 
-RequestCheck check_of(const DesignedFilter& filter) {
+RequestCheck check_of(const DesignedFilter& filter, WindowLayer& window) {
     const FilterDesign& design = filter.design;
-    return check_function(design.request, filter.found, design.transfer, design.notes.predistortion.used_q);
+    WindowWatcher watcher(window, check_work);
+    return check_function(design.request, filter.found, design.transfer, design.notes.predistortion.used_q, watcher);
 }
 
 RequestCheck check_of_function(const Workbench& bench) {
-    return has_function(bench) ? check_of(bench.filter) : RequestCheck{};
+    return has_function(bench) ? check_of(bench.filter, bench.window) : RequestCheck{};
 }
 
-RequestCheck check_of_circuit(const Workbench& bench) { return check_circuit(bench.passive); }
+RequestCheck check_of_circuit(const Workbench& bench) {
+    WindowWatcher watcher(bench.window, check_work);
+    return check_circuit(bench.passive, watcher);
+}
 
 RequestCheck check_of_fir(const Workbench& bench) {
-    return bench.fir_designed_for ? check_fir(*bench.fir_designed_for, bench.fir) : RequestCheck{};
+    WindowWatcher watcher(bench.window, check_work);
+    return bench.fir_designed_for ? check_fir(*bench.fir_designed_for, bench.fir, watcher) : RequestCheck{};
 }
 
 void report_missed(Workbench& bench, const RequestCheck& check) {

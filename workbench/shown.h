@@ -20,12 +20,12 @@ struct Shown {
 [[nodiscard]] Shown shown_function(const Workbench& bench);
 [[nodiscard]] Shown shown_circuit(const Workbench& bench);
 
-// Of what is shown; kept until the next event.
+// Of what is shown; kept until the next event. One that was stopped is made anew when it is asked for again.
 [[nodiscard]] const RequestCheck& shown_check(Workbench& bench);
 [[nodiscard]] RequestCheck check_of_shown(const Workbench& bench);  // made anew, unless it is kept
 
 // Of the transfer function of a design; of the parts that can be shown: the last function, the circuit, the FIR filter.
-[[nodiscard]] RequestCheck check_of(const DesignedFilter& filter);
+[[nodiscard]] RequestCheck check_of(const DesignedFilter& filter, WindowLayer& window);
 [[nodiscard]] RequestCheck check_of_function(const Workbench& bench);
 [[nodiscard]] RequestCheck check_of_circuit(const Workbench& bench);
 [[nodiscard]] RequestCheck check_of_fir(const Workbench& bench);

@@ -26,7 +26,8 @@ struct Designed {
     }
     [[nodiscard]] double loss(double hertz) const { return lossAt(design.worked, design.x_plane, hertz); }
     [[nodiscard]] RequestCheck check() const {
-        return check_function(design.request, found, design.transfer, design.notes.predistortion.used_q);
+        Unwatched unwatched;
+        return check_function(design.request, found, design.transfer, design.notes.predistortion.used_q, unwatched);
     }
 };
 
@@ -109,10 +110,12 @@ TEST(LossRows, AreTheSameOfARequestWhoseFrequenciesAreScaled) {
     for (auto* roots : {&transfer.ZEROS_RE, &transfer.ZEROS_IM, &transfer.POLES_RE, &transfer.POLES_IM}) {
         for (double& part : *roots) part *= 7;
     }
+    Unwatched unwatched;
     add_loss_rows({.loss = [&](double hertz) { return filter.loss(hertz / 7); },
                    .request = asked,
                    .found = found,
-                   .transfer = transfer},
+                   .transfer = transfer,
+                   .watcher = unwatched},
                   scaled);
     const auto rows = filter.check().rows;
     ASSERT_EQ(scaled.rows.size(), rows.size());

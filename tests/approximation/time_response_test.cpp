@@ -25,8 +25,9 @@ struct Responses {
 };
 
 Responses responses(const TransferFunction& t, const std::vector<double>& times) {
+    Unwatched unwatched;
     Responses r{std::vector<double>(times.size()), std::vector<double>(times.size())};
-    EXPECT_EQ(time_response(t, times, r.impulse, r.step), TimeVerdict::done);
+    EXPECT_EQ(time_response(t, times, unwatched, r.impulse, r.step), TimeVerdict::done);
     return r;
 }
 
@@ -187,16 +188,17 @@ TEST(TimeResponse, Refusals) {
         {unpaired, {0}, TimeVerdict::unpaired},  {stray, {0}, TimeVerdict::unpaired},
         {strange, {0}, TimeVerdict::unpaired},
     };
+    Unwatched unwatched;
     for (const auto& row : rows) {
         std::vector<double> impulse(row.times.size(), 7), step(row.times.size(), 7);
-        EXPECT_EQ(time_response(row.transfer, row.times, impulse, step), row.verdict);
+        EXPECT_EQ(time_response(row.transfer, row.times, unwatched, impulse, step), row.verdict);
         if (row.verdict != TimeVerdict::done) {
             EXPECT_EQ(impulse.front(), 7);
             EXPECT_EQ(message_of(row.verdict).empty(), false);
         }
     }
     std::vector<double> shorter;
-    EXPECT_EQ(time_response(one, {{0.0}}, shorter, shorter), TimeVerdict::bad_times);
+    EXPECT_EQ(time_response(one, {{0.0}}, unwatched, shorter, shorter), TimeVerdict::bad_times);
 }
 
 }  // namespace

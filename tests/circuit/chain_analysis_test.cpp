@@ -164,9 +164,10 @@ TEST(ChainAnalysis, ButterworthAtItsCorner) {
 
         const double frequencies[] = {0, 0.5 * fc, fc, 2 * fc};
         Performance performance;
-        ASSERT_EQ(analyzeCircuit(ladder, {.frequencies = frequencies, .filter_class = 1, .zeros_at_infinity = degree},
-                                 performance),
-                  ChainVerdict::done);
+        ASSERT_EQ(
+            testing::analyse_unwatched(
+                ladder, {.frequencies = frequencies, .filter_class = 1, .zeros_at_infinity = degree}, performance),
+            ChainVerdict::done);
         ASSERT_EQ(performance.count, 4);
         EXPECT_EQ(performance.rows(1).loss, 0);
         for (int i = 2; i <= 4; ++i) {
@@ -223,7 +224,7 @@ TEST(ChainAnalysis, Lines) {
     std::vector<double> comb;
     for (int i = 0; i <= 14; ++i) comb.push_back(i * 0.5e9);
     auto performance = std::make_unique<Performance>();
-    ASSERT_EQ(analyzeCircuit(line, {.frequencies = comb}, *performance), ChainVerdict::done);
+    ASSERT_EQ(testing::analyse_unwatched(line, {.frequencies = comb}, *performance), ChainVerdict::done);
     ASSERT_EQ(performance->count, 8);
     EXPECT_EQ(performance->rows(1).frequency, 0);
     EXPECT_NEAR(performance->rows(1).loss, 20 * std::log10(149 / 140.0), 1e-14);  // 100 ohm and 49 ohm
@@ -261,7 +262,7 @@ TEST(ChainAnalysis, PointsLeftOut) {
     const double radians[] = {0, 0.5, 1, 1.0000001, 2};
     AnalysisRequest request{.frequencies = radians, .radians = true};
     auto performance = std::make_unique<Performance>();
-    ASSERT_EQ(analyzeCircuit(trap, request, *performance), ChainVerdict::done);
+    ASSERT_EQ(testing::analyse_unwatched(trap, request, *performance), ChainVerdict::done);
     ASSERT_EQ(performance->count, 4);  // the trap's own frequency blocks
     EXPECT_EQ(performance->rows(3).frequency, 1.0000001);
     EXPECT_NEAR(performance->rows(3).loss, 20 * std::log10(1 / 2e-7) - 20 * std::log10(2), 1e-5);
@@ -270,23 +271,24 @@ TEST(ChainAnalysis, PointsLeftOut) {
         request.filter_class = filter_class;
         request.zeros_at_zero = nz;
         request.zeros_at_infinity = ni;
-        ASSERT_EQ(analyzeCircuit(trap, request, *performance), ChainVerdict::done);
+        ASSERT_EQ(testing::analyse_unwatched(trap, request, *performance), ChainVerdict::done);
         EXPECT_EQ(performance->count, count) << filter_class << nz << ni;
     }
-    EXPECT_EQ(analyzeCircuit(trap, {}, *performance), ChainVerdict::bad_frequencies);
+    EXPECT_EQ(testing::analyse_unwatched(trap, {}, *performance), ChainVerdict::bad_frequencies);
     const std::vector<double> many(502, 1.5);
-    EXPECT_EQ(analyzeCircuit(trap, {.frequencies = many}, *performance), ChainVerdict::bad_frequencies);
+    EXPECT_EQ(testing::analyse_unwatched(trap, {.frequencies = many}, *performance), ChainVerdict::bad_frequencies);
     const std::span<const double> most(many.data(), 501);
-    EXPECT_EQ(analyzeCircuit(trap, {.frequencies = most}, *performance), ChainVerdict::done);
+    EXPECT_EQ(testing::analyse_unwatched(trap, {.frequencies = most}, *performance), ChainVerdict::done);
     for (const double wrong : {-1.0, 0.25, HUGE_VAL, std::nan("")}) {
         const double list[] = {0.5, wrong};
-        EXPECT_EQ(analyzeCircuit(trap, {.frequencies = list}, *performance), ChainVerdict::bad_frequencies);
+        EXPECT_EQ(testing::analyse_unwatched(trap, {.frequencies = list}, *performance), ChainVerdict::bad_frequencies);
     }
 
     // A blocked direct current: 250 dB and more are reported as they are and stored as 200.
     const double zero[] = {0, 1};
-    ASSERT_EQ(analyzeCircuit(circuit("R 1 | C2 1 | R 1"), {.frequencies = zero, .radians = true}, *performance),
-              ChainVerdict::done);
+    ASSERT_EQ(
+        testing::analyse_unwatched(circuit("R 1 | C2 1 | R 1"), {.frequencies = zero, .radians = true}, *performance),
+        ChainVerdict::done);
     ASSERT_EQ(performance->count, 2);
     EXPECT_GT(performance->rows(1).loss, 250);
     auto result = std::make_unique<AnalysisResult>();

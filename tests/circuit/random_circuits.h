@@ -7,9 +7,15 @@
 #include <vector>
 
 #include "circuit/branch_kinds.h"
+#include "circuit/chain_analysis.h"
 #include "circuit/circuit.h"
 
 namespace kavrel::testing {
+
+inline ChainVerdict analyse_unwatched(const Circuit& circuit, const AnalysisRequest& request, Performance& result) {
+    Unwatched unwatched;
+    return analyzeCircuit(circuit, request, unwatched, result);
+}
 
 struct CircuitMaker {
     std::mt19937 engine;

@@ -146,19 +146,21 @@ TEST(Reports, PerformanceTable) {
     std::vector<double> frequencies;
     for (int i = 0; i < 60; ++i) frequencies.push_back(80e3 + 1e3 * i);
     auto performance = std::make_unique<Performance>();
-    ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = frequencies}, *performance), ChainVerdict::done);
+    ASSERT_EQ(testing::analyse_unwatched(circuit, {.frequencies = frequencies}, *performance), ChainVerdict::done);
     std::vector<std::string> lines = performance_lines(*performance, "A trap and a shunt resonator");
 
     int k = circuit.klast;
     ASSERT_EQ(deleteBranch(circuit, k), CircuitVerdict::done);
     frequencies = {1e4, 1.00001e4};
-    ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = frequencies, .radians = true, .loss = {.QL = 100, .QC = -200}},
-                             *performance),
-              ChainVerdict::done);
+    ASSERT_EQ(
+        testing::analyse_unwatched(
+            circuit, {.frequencies = frequencies, .radians = true, .loss = {.QL = 100, .QC = -200}}, *performance),
+        ChainVerdict::done);
     append(lines, performance_lines(*performance, std::string(90, 'x')));
     k = circuit.klast + 1;
     ASSERT_EQ(insertBranch(circuit, k, 1e-3, 0, inductor), CircuitVerdict::done);
-    ASSERT_EQ(analyzeCircuit(circuit, {.frequencies = frequencies, .radians = true}, *performance), ChainVerdict::done);
+    ASSERT_EQ(testing::analyse_unwatched(circuit, {.frequencies = frequencies, .radians = true}, *performance),
+              ChainVerdict::done);
     append(lines, performance_lines(*performance, "Driven by a voltage"));
     expect_golden(goldens + "performance.txt", text_of(lines));
     for (const std::string& line : lines) EXPECT_LE(line.size(), 80u);

@@ -12,11 +12,22 @@
 
 namespace kavrel {
 
+// Long work is stopped at its n-th question.
+struct StoppingWindow : ConsoleWindow {
+    using ConsoleWindow::ConsoleWindow;
+    int questions = 0;
+    int stop_at = 0;  // 0: never
+
+    bool progress(std::string_view work, int done, int total) override {
+        return ++questions != stop_at && ConsoleWindow::progress(work, done, total);
+    }
+};
+
 struct ScriptRun {
     ConsoleOptions options;
     ConsoleScript script;
     std::ostringstream shown;
-    ConsoleWindow window;
+    StoppingWindow window;
     Workbench bench{window};
     Runner runner{bench, window};
 

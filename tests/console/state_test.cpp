@@ -81,6 +81,60 @@ TEST_F(StateFile, HasTheSynthesisOfTheCircuitThatIsShownAlone) {
     expect_none(by_hand, of_synthesis);
 }
 
+// Work that is stopped at its first question, in its middle or at its last one.
+TEST(State, StoppedWorkLeavesTheFormerState) {
+    const std::string insert = "choose Branch > Insert\n";
+    const std::string sweep = "choose View > Frequency\nset start 0\nset end 2k\nset increment 10\nok\n";
+    const std::string later = "choose View > Time\nset stop 9m\nset step 1m\nok\n";
+    const std::string line =
+        "choose Analysis > Filter > New\nset analysis_kind Microwave\nset upper_passband 1G\n"
+        "set sampling_or_qw 2G\nok\n" +
+        insert + "set element r\nset branch 1\nset value1 50\nok\n" + insert +
+        "set element lc\nset branch 4\nset value1 140\nok\n" + insert + "set element ue\nset branch 5\nok\n";
+    const struct {
+        std::string prepared, command;
+        std::string_view said;
+        bool stands = false;  // what was done stands, only its check was stopped
+    } rows[] = {{notch + sweep, "choose View > Frequency\nset end 1k\nok\n", " **** Stopped ****"},
+                {line, sweep + "answer no\n", " **** Stopped ****"},
+                {line, sweep + "answer yes\n", " **** Stopped ****"},
+                {notch + later, "choose View > Time\nset stop 8m\nok\n", " **** Stopped ****"},
+                {notch, detune, "  *** check of the request stopped ***", true},
+                {notch + detune, "do undo\n", "  *** check of the request stopped ***", true},
+                {notch, "check\n", "check of the request stopped"},
+                {notch, "dump state.json\n", "check of the request stopped"},
+                {"include " EXAMPLES "/fir_lowpass.kav\n", "check\n", "check of the request stopped"}};
+    const auto state = [](ScriptRun& run) {
+        Json now = Json::parse(state_json(run.bench));
+        for (const char* of_the_run : {"design", "request", "boxes", "report"}) now.erase(of_the_run);
+        return now;
+    };
+    for (const auto& row : rows) {
+        const ScratchFolder folder;
+        ScriptRun whole(true, true);
+        whole.run(row.prepared);
+        const Json before = state(whole);
+        whole.window.questions = 0;
+        whole.run(row.command);
+        const int questions = whole.window.questions;
+        ASSERT_GT(questions, 1) << row.command;
+        const Json expected = row.stands ? state(whole) : before;
+        for (const int stop_at : {1, questions / 2, questions}) {
+            const ScratchFolder other;
+            ScriptRun run(true, true);
+            run.run(row.prepared);
+            run.shown.str("");
+            run.window.questions = 0;
+            run.window.stop_at = stop_at;
+            run.run(row.command);
+            run.window.stop_at = 0;
+            EXPECT_NE(run.shown.str().find(row.said), std::string::npos) << row.command << stop_at << run.shown.str();
+            EXPECT_TRUE(state(run) == expected) << row.command << stop_at;
+            EXPECT_FALSE(std::filesystem::exists("state.json"));
+        }
+    }
+}
+
 // Ctrl-C just before the last line of the form: the design begins, and stops at its first question.
 TEST(State, AnInterruptedDesignLeavesTheFormerState) {
     class Interrupted : public std::stringbuf {

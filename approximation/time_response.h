@@ -50,8 +50,8 @@ inline constexpr std::array<TimeMessage, 6> time_messages = {{
 // The responses at `times` in seconds, ascending: `impulse` in 1/sec, `step` as a number; both are 0 before t = 0. With
 // as many zeros as poles the impulse response begins with an impulse of the weight H(infinity), which has no place
 // among the values: `impulse` is what remains of it, at t = 0 its limit from the right, while `step` begins with
-// H(infinity). Good to some 1e-14 of the largest value. Asks the watcher at each
-// time. On any verdict but done and stopped nothing is written.
+// H(infinity). Good to some 1e-14 of the largest value. Asks the watcher at each time. On any verdict but done
+// and stopped nothing is written.
 // Source: the exponential of a bidiagonal matrix holds the divided differences of exp at its diagonal (G. Opitz,
 // "Steigungsmatrizen", ZAMM 44, 1964); scaling and squaring after C. Moler and C. Van Loan, "Nineteen Dubious Ways to
 // Compute the Exponential of a Matrix", SIAM Review 20 (1978).

@@ -1,11 +1,9 @@
 // The verbs of a script outside of forms.
 #pragma once
 
-#include <new>
-#include <stdexcept>
-
 #include "console/console_window.h"
 #include "console/script.h"
+#include "shell/within_memory.h"
 #include "workbench/workbench.h"
 
 namespace kavrel {
@@ -23,14 +21,7 @@ public:
     // Does a piece of work; memory that runs out ends it and fails its line, and leaves the run as it is.
     template <class Work>
     void attempt(const Work& work) {
-        constexpr const char* out_of_memory = "out of memory";
-        try {
-            work();
-        } catch (const std::bad_alloc&) {
-            window_.fail(Failure::line, out_of_memory);
-        } catch (const std::length_error&) {
-            window_.fail(Failure::line, out_of_memory);
-        }
+        if (!within_memory(work)) window_.fail(Failure::line, "out of memory");
     }
 
     // Performs one line and notes what failed.

@@ -1,14 +1,13 @@
 #include "workbench/events.h"
 
 #include <algorithm>
-#include <new>
-#include <stdexcept>
 
 #include <fmt/format.h>
 
 #include "forms/units_form.h"
 #include "shell/shown_text.h"
 #include "shell/whole_file.h"
+#include "shell/within_memory.h"
 #include "workbench/analysis_road.h"
 #include "workbench/delay_road.h"
 #include "workbench/design_input.h"
@@ -186,13 +185,10 @@ bool perform(Workbench& bench, const Room& room, const MenuItem& item);
 
 // Memory that runs out ends the command, not the program.
 bool perform_within_memory(Workbench& bench, const Room& room, const MenuItem& item) {
-    try {
-        return perform(bench, room, item);
-    } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
-    }
-    bench.reporter.message("Out of memory", "Error");
-    return true;
+    bool performed = true;
+    if (!within_memory([&] { performed = perform(bench, room, item); }))
+        bench.reporter.message("Out of memory", "Error");
+    return performed;
 }
 
 // By the item's action, in the Segment or in all of them, else by its command. False for an item with neither.

@@ -117,11 +117,9 @@ bool TemporaryFiles::has_home() {
     for (int attempt = 0; homeless_ && attempt < most_attempts; ++attempt) {
         const std::string again = attempt == 0 ? "" : "-" + std::to_string(attempt);
         home_ = std::string(own_folder) + std::to_string(getpid()) + again + std::string(ending);
-        if (mkdir(home_.c_str(), for_owner) != 0) {
-            home_ += '/';
-            if (errno != EEXIST) return false;
-            continue;
-        }
+        const bool is_made = mkdir(home_.c_str(), for_owner) == 0;
+        if (!is_made && errno != EEXIST) return false;
+        if (!is_made) continue;
         lock_ = FolderLock(home_);
         home_ += '/';
         homeless_ = lock_.is_anothers();
@@ -134,7 +132,8 @@ namespace {
 // "_xxx.PID.tmp", "_xxx.PID-1.tmp"
 bool is_own_folder(const fs::directory_entry& entry) {
     std::error_code unknown;
-    std::string_view name = entry.path().filename().native();
+    const std::string file = entry.path().filename().string();
+    std::string_view name = file;
     if (!name.starts_with(own_folder) || !name.ends_with(ending) || entry.is_symlink(unknown)) return false;
     name.remove_prefix(own_folder.size());
     return name.substr(0, name.size() - std::min(name.size(), ending.size())).find_first_not_of("0123456789-") ==

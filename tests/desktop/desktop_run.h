@@ -70,4 +70,12 @@ inline QAction* action_of(const QList<QAction*>& actions, int id) {
     return nullptr;
 }
 
+// A picture in letters, dark to light.
+inline std::string in_letters(const QImage& picture) {
+    std::string all;
+    for (int y = 0; y < picture.height(); ++y, all += '\n')
+        for (int x = 0; x < picture.width(); ++x) all += "@#*+-."[qGray(picture.pixel(x, y)) * 6 / 256];
+    return all;
+}
+
 }  // namespace kavrel

@@ -55,6 +55,7 @@ TEST(Help, OpensFromMenuFormAndKey) {
         press(form, Qt::Key_F1);
         EXPECT_TRUE(run.window.help().isVisible());
         EXPECT_EQ(run.window.help().shown_page(), "fir_design") << "on the form's own";
+        EXPECT_EQ(run.window.help().browser().textCursor().block().text(), "The form");
         press(form, Qt::Key_Escape);
     });
     run.program->send(1031);

@@ -38,15 +38,14 @@ TEST(AccessKeys, AreFirstLettersOfWordsThenAnyUntilAllAreGone) {
     }
 }
 
-// As they were looked at and approved, dark to light in letters.
+// As they were looked at and approved.
 TEST(Icons, LookAsTheyDid) {
     std::string all;
     const auto add = [&](const QIcon& icon, int pixels) {
         QImage paper(pixels, pixels, QImage::Format_RGB32);
         paper.fill(Qt::white);
         QPainter(&paper).drawPixmap(0, 0, icon.pixmap(pixels));
-        for (int y = 0; y < pixels; ++y, all += '\n')
-            for (int x = 0; x < pixels; ++x) all += "@#*+-."[qGray(paper.pixel(x, y)) * 6 / 256];
+        all += in_letters(paper);
     };
     for (const int id : {129, 130, 166, 143, 0}) add(toolbar_icon(id, Qt::black), 24);
     add(program_icon(), 32);

@@ -69,5 +69,19 @@ TEST(Plots, SayWhereTheirFilterIsAnEarlierOne) {
     EXPECT_FALSE(run.bench.plot.earlier);
 }
 
+TEST(Plots, NameTheirAxes) {
+    const ScratchFolder folder;
+    std::filesystem::copy(conversations + "files", ".");
+    const std::pair<const char*, std::vector<const char*>> rows[] = {
+        {"ladder.kav\nchoose View > Frequency\n set end 2k\n set count 9", {">Frequency", ">Loss (dB)"}},
+        {"notch.kav\nchoose View > Time\n set stop 1m\n set step 10u",
+         {">Time", ">Impulse response", ">Step response"}}};
+    for (const auto& [analysis, labels] : rows) {
+        ScriptRun().run(fmt::format("include {}\nok\nanswer no\nplot axes.svg\n", analysis));
+        const std::string picture = read_text("axes.svg");
+        for (const char* label : labels) EXPECT_NE(picture.find(label), std::string::npos) << label;
+    }
+}
+
 }  // namespace
 }  // namespace kavrel

@@ -132,6 +132,9 @@ TEST_F(Plot, WheelAndRubberBandLookCloserAndTheLogicsPlotStaysAsItWas) {
     EXPECT_LT(view.shown().x.span, 2.0 * (hi - lo));
     EXPECT_EQ(utf8_text(QString::fromStdString(std::string(view.shown().x.label.trimmed()))).substr(0, 12),
               "Frequency Hz");
+    const double closer = view.shown().x.span;
+    press(view, Qt::Key_Minus);
+    EXPECT_EQ(view.shown().x.span, 2.5 * closer) << "twice, to whole steps";
     press(view, Qt::Key_0);
     EXPECT_EQ(view.shown().x.span, before);
 }

@@ -417,7 +417,7 @@ bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootS
             part.multiplier = next;
         else
             part.append({-next / part.multiplier, 0});
-    } else if (part.count != expected || (rough.multiplier < 0) != (part.multiplier.sign() < 0)) {
+    } else if (part.count != expected) {
         return false;
     }
     for (int i = 1; i <= part.count; ++i) {

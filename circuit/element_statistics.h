@@ -1,6 +1,7 @@
 // Smallest, largest and average element of each class, and their spread: what a circuit asks of its parts.
 #pragma once
 
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,13 +13,13 @@ namespace kavrel {
 
 // Of magnitudes as reports show them.
 struct ClassStatistics {
-    double minimum = 1e38;
+    double minimum = std::numeric_limits<double>::infinity();
     double maximum = 0;
     double sum = 0;
     int count = 0;
 
     [[nodiscard]] double average() const { return sum / count; }
-    [[nodiscard]] double spread() const { return maximum / minimum; }
+    [[nodiscard]] double spread() const { return maximum == minimum ? 1 : maximum / minimum; }
 };
 
 struct ElementStatistics {

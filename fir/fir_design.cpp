@@ -71,7 +71,7 @@ FirDesignVerdict remez_design(FirDesk& desk) {
     report_fir_design(draft->task, draft->taps, draft->figures, desk.session.TITLE.trimmed(), desk.session.units,
                       desk.reporter);
     desk.results = {};
-    if (draft->task.NFILT <= analysis_points) fir_time_response(desk.filter, 1, desk.results);
+    if (draft->task.NFILT <= analysis_points) static_cast<void>(fir_time_response(desk.filter, 1, desk.results));
     desk.results.TITLE = desk.session.TITLE.trimmed();
     return FirDesignVerdict::designed;
 }

@@ -95,7 +95,10 @@ void show(FirDesk& desk) {
 void time(FirDesk& desk) {
     if (!has_function(desk, "No function to analyze")) return;
     const int n = desk.command.function_number;
-    fir_time_response(desk.filter, n, desk.results);
+    if (!fir_time_response(desk.filter, n, desk.results)) {
+        desk.reporter.message(results_out_of_range, "Error");
+        return;
+    }
     const int taps = fir_taps(desk.filter.LENGTH(n), desk.filter.NODD, desk.filter.NEG);
     desk.results.TITLE = desk.session.TITLE.trimmed();
     if (taps > desk.results.time_count) {

@@ -13,7 +13,6 @@ namespace kavrel {
 namespace {
 
 constexpr std::string_view no_analysis_data = "No analysis data";
-constexpr std::string_view results_out_of_range = "Results are out of range";
 
 // Whether single precision holds all rows.
 [[nodiscard]] bool fits_results(const Performance& performance);
@@ -156,7 +155,7 @@ bool fits_results(const Performance& performance) {
     const auto fits = [](auto... values) { return all_finite(static_cast<float>(values)...); };
     for (int i = 1; i <= performance.count; ++i) {
         const PerformanceRow& row = performance.rows(i);
-        if (!fits(row.phase, row.delay, row.real, row.imaginary)) return false;
+        if (!fits(row.frequency, row.phase, row.delay, row.real, row.imaginary)) return false;
     }
     return true;
 }

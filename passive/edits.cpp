@@ -16,6 +16,7 @@ constexpr std::string_view no_equalizer = "Microwave, equalizer section may not 
 constexpr std::string_view no_source = "Missing or inappropriate branch";
 constexpr std::string_view no_such_branch = "Incorrect branch selected";
 constexpr std::string_view no_change = "Branch may not be changed";
+constexpr std::string_view values_out_of_range = "Values of the circuit are out of range";
 
 constexpr std::string_view insert_menu = "Branch Insert";
 constexpr int behind_load = 2;  // slot of an equalizer
@@ -32,6 +33,7 @@ void settle_terminations(Circuit& circuit);
 }  // namespace
 
 void take_edit(PassiveDesk& desk, const Circuit& edited, int changed, const MacroStep& step) {
+    if (!is_finite(edited)) return refuse(desk, values_out_of_range);  // as a dual arm that follows from others
     if (!keep_for_undo(kept(desk))) return;
     desk.filter.circuit = edited;
     desk.filter.mod = 1.0F;

@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "shell/edited.h"
+#include "shell/finite.h"
 
 namespace kavrel {
 
@@ -31,7 +32,7 @@ bool fit_phase_line(const AnalysisResult& results, PhaseLine& line) {
         line.deviation(i) = line.phase(i) - (line.intercept + line.slope * line.frequency(i));
         line.largest = std::max(line.largest, std::abs(line.deviation(i)));
     }
-    return true;
+    return all_finite(line.slope, line.largest);  // not where single precision has one frequency for all points
 }
 
 std::vector<std::string> phase_line_lines(const PhaseLine& line, bool radians, std::string_view title) {

@@ -78,6 +78,9 @@ static_assert(std::is_trivially_copyable_v<AnalysisResult>);
 // Above a table of results that are of another filter than the one that is shown.
 inline constexpr std::string_view earlier_results = " *** analysis of an earlier filter ***";
 
+// Why an analysis leaves the former results: of those that it found single precision does not hold some.
+inline constexpr std::string_view results_out_of_range = "Results are out of range";
+
 // A column that an analysis may have. A null `present` means a column that every analysis of the kind has.
 struct ColumnRow {
     AnalysisResult::Kind kind;

@@ -88,7 +88,7 @@ double unit_multiplier(const UnitSet& units, Unit unit) {
 }
 
 std::string unit_value_text(const UnitSet& units, double value, UnitCode unit) {
-    if (unit < farad && value > 1.0e25) return " *** open ***   ";
+    if (unit < farad && (value > 1.0e25 || std::isinf(value))) return " *** open ***   ";
     const bool in_fixed_unit = units.fixed_units == 3 && unit > ohm;
     if (in_fixed_unit || (units.frequency_in_unit == 1 && unit == hertz)) {
         const double multiplier = multiplier_of(units, unit);

@@ -3,6 +3,7 @@
 #include "passive/command_tools.h"
 #include "shell/edit.h"
 #include "shell/edited.h"
+#include "shell/shown_text.h"
 #include "shell/whole_file.h"
 
 namespace kavrel {
@@ -64,7 +65,8 @@ void play_macro(PassiveDesk& desk) {
         ask_file(desk, {.caption = "Select a macro", .description = file_description, .filter = file_filter});
     if (!name) return;
     const WholeFile text = read_whole(*name);
-    text ? desk.window.view_text(*name, *text) : refuse(desk, complaint_of(text.fault, "File was not found"));
+    text ? desk.window.view_text(shown_text(*name), shown_text(*text, ShownAs::lines))
+         : refuse(desk, complaint_of(text.fault, "File was not found"));
 }
 
 namespace {

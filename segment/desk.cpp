@@ -1,5 +1,7 @@
 #include "segment/desk.h"
 
+#include "shell/shown_text.h"
+
 namespace kavrel {
 
 void refuse(Desk& desk, std::string_view text) { desk.reporter.message(text, "Error"); }
@@ -36,7 +38,7 @@ bool write_lines(Desk& desk, std::span<const std::string> lines, ExtSlot slot) {
 std::string joined_lines(std::span<const std::string> lines) {
     std::string text;
     for (const std::string& line : lines) {
-        text += line;
+        text += shown_text(line);
         text += '\n';
     }
     return text;

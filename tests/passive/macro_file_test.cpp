@@ -63,5 +63,12 @@ TEST_F(Macros, AFileThatCannotBeWrittenEndsTheRecording) {
     EXPECT_EQ(filter.circuit.klast, 1) << "the edit itself stands";
 }
 
+TEST_F(Macros, ATerminalObeysNoneThatIsPlayed) {
+    write_text("loud.wbt", "a\x1b[2Jb\n");
+    window.files = {"loud.wbt"};
+    play_macro(desk);
+    EXPECT_EQ(window.lines.back(), "a [2Jb\n");
+}
+
 }  // namespace
 }  // namespace kavrel

@@ -26,6 +26,7 @@ std::string_view first_word(std::string_view text) {
 }  // namespace
 
 std::optional<std::string> Terminal::ask(const std::string& prompt) {
+    clear_progress();
     transcript().screen.flush();
     transcript().report.flush();
     char* typed = nullptr;

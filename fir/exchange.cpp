@@ -120,6 +120,7 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, Watcher& watcher, Exchan
             deep = too_deep();
         }
         std::copy_n(extrema.at.begin(), extrema.count, result.IEXT.begin());
+        if (deep && !watcher.go_on()) return ends_as(ExchangeStatus::stopped);  // in long double a pass is long
         if (deep && !wide.fit()) return ends_as(ExchangeStatus::degenerate);
         if (deep && previous < 0 && wide.approximation().deviation() < tap_rounding * scale) {
             // nothing to level: taken as it is if it is good to a few roundings
@@ -140,6 +141,7 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, Watcher& watcher, Exchan
             previous = -1;
             continue;
         }
+        if (deep && !watcher.go_on()) return ends_as(ExchangeStatus::stopped);
         if (fell) {
             status = ExchangeStatus::deviation_fell;
         } else if (!(deep ? wide.improve(whole_grid) : narrow.improve(whole_grid))) {
@@ -148,6 +150,7 @@ ExchangeStatus exchange(const FirGrid& grid, int nfcns, Watcher& watcher, Exchan
         previous = deviation;
     }
 
+    if (!watcher.go_on()) return ends_as(ExchangeStatus::stopped);
     result.DEV = static_cast<double>(previous);
     if (deep) {
         result.ALPHA = series(wide);

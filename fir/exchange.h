@@ -51,7 +51,7 @@ static_assert(std::is_trivially_copyable_v<ExchangeResult>);
 // Fills `result` and returns its status; ALPHA is 0 unless the status is converged, deviation_fell or limit_reached,
 // and always finite. A grid or nfcns out of range is degenerate. Takes at most 100 passes, each of about nfcns^2
 // operations (the last ones 32 times that); long double ones some ten times as long. A least squares solution takes
-// nfcns^3. Asks the watcher before each pass.
+// nfcns^3. Asks the watcher before each pass, within those in long double, and before the taps.
 [[nodiscard]] ExchangeStatus exchange(const FirGrid& grid, int nfcns, Watcher& watcher, ExchangeResult& result);
 
 }  // namespace kavrel

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iostream>
 #include <poll.h>
+#include <sstream>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -55,7 +56,7 @@ int run(const ConsoleOptions& options) {
     const bool interactive = !scripted && isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
 
     hold_standard_streams();
-    std::signal(SIGPIPE, SIG_IGN);
+    for (const int unwritable : {SIGPIPE, SIGXFSZ}) std::signal(unwritable, SIG_IGN);  // the write fails, and says so
     const StopSignals signals(interactive ? StopSignals::Second::waits : StopSignals::Second::ends);
     const auto trouble = [&](const std::string& name, std::string_view what) {
         if (signals.caught() != 0) end_by_signal(signals.caught());
@@ -141,10 +142,12 @@ int main(int argc, char** argv) {
         app.parse(argc, argv);
         return kavrel::run(options);
     } catch (const CLI::ParseError& error) {
-        const int status = app.exit(error);
+        std::ostringstream complaint;
+        const int status = app.exit(error, std::cout, complaint);
+        std::cerr << kavrel::shown_text(complaint.str(), kavrel::ShownAs::lines);
         return status == 0 ? 0 : kavrel::script_failure;
     } catch (const std::exception& error) {
-        std::cerr << "kavrel-cli: " << error.what() << '\n';
+        std::cerr << "kavrel-cli: " << kavrel::shown_text(error.what()) << '\n';
         return kavrel::file_failure;
     }
 }

@@ -57,7 +57,7 @@ private:
     sigset_t held_{}, before_{};
 };
 
-// Where a name leads: to a file, which need not be there, or to a stream of this program.
+// Where a name leads: to a file, which need not be there, or to a stream of this program; links in a circle to none.
 struct Place {
     std::string path;
     std::optional<int> stream;
@@ -86,6 +86,7 @@ bool take_permissions(int file, const struct stat& old);
 std::optional<FileMark> fill(int file, std::string_view bytes, Lasting lasting);
 bool keep(int file);
 bool is_temporary(std::string_view name);
+bool is_named(int file, const char* path);
 
 }  // namespace
 
@@ -123,7 +124,7 @@ std::optional<FileMark> write_whole(const std::string& path, std::string_view by
     const Place place = lasting == Lasting::yes ? place_of(path) : Place{.path = path, .stream = std::nullopt};
     if (place.stream) return write_bytes(*place.stream, bytes) ? std::optional<FileMark>(FileMark{}) : std::nullopt;
     const auto old = lasting == Lasting::yes ? status_of(path) : std::nullopt;
-    if (old && S_ISDIR(old->st_mode)) return std::nullopt;
+    if (place.path.empty() || (old && S_ISDIR(old->st_mode))) return std::nullopt;
     if (old && !S_ISREG(old->st_mode)) return write_straight(path, bytes);
 
     Temporary beside = temporary_beside(place.path, old ? &*old : nullptr);
@@ -166,7 +167,9 @@ void remove_abandoned_files(const std::string& folder) {
     for (fs::directory_iterator at(folder, unknown), end; !unknown && at != end; at.increment(unknown)) {
         if (!is_temporary(at->path().filename().string()) || !at->is_regular_file(unknown)) continue;
         const Descriptor file(open(at->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-        if (file.is_open() && flock(*file, LOCK_EX | LOCK_NB) == 0) std::remove(at->path().c_str());
+        // Before it was locked its program may have finished it, and begun another one of that name.
+        if (file.is_open() && flock(*file, LOCK_EX | LOCK_NB) == 0 && is_named(*file, at->path().c_str()))
+            std::remove(at->path().c_str());
     }
 }
 
@@ -205,10 +208,10 @@ Place place_of(std::string path) {
             return {.path = path, .stream = number};
         }
         const fs::path link = fs::read_symlink(path, unknown);
-        if (unknown) break;
+        if (unknown) return {.path = path, .stream = std::nullopt};
         path = (fs::path(folder) / link).string();
     }
-    return {.path = path, .stream = std::nullopt};
+    return {.path = {}, .stream = std::nullopt};
 }
 
 std::optional<struct stat> status_of(const std::string& path) {
@@ -327,6 +330,14 @@ bool is_temporary(std::string_view name) {
     if (!number.starts_with(own_mark)) return false;
     number = number.substr(own_mark.size(), number.size() - own_mark.size() - ending.size());
     return !number.empty() && number.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// Whether an open file is still the one of that name.
+bool is_named(int file, const char* path) {
+    struct stat open {
+    }, named{};
+    return fstat(file, &open) == 0 && lstat(path, &named) == 0 && open.st_dev == named.st_dev &&
+           open.st_ino == named.st_ino;
 }
 
 }  // namespace

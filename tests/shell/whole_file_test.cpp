@@ -37,6 +37,7 @@ TEST(WholeFile, IsReplacedWholeOrNotAtAll) {
     std::filesystem::create_symlink("../private", "b/link");
     std::filesystem::create_symlink("b/link", "link");
     std::filesystem::create_symlink("b/missing", "dangling");
+    std::filesystem::create_symlink("circle", "circle");
     // A temporary of a program that was killed, and had our number: it may be a link to somebody's own file.
     std::filesystem::create_symlink("b/inside", "~a.kavrel-" + std::to_string(getpid()) + ".tmp");
     const mode_t mask = umask(027);
@@ -57,7 +58,7 @@ TEST(WholeFile, IsReplacedWholeOrNotAtAll) {
     EXPECT_EQ(mode_of("a"), 0640U);
     EXPECT_EQ(state_of_file("fixed").guard, Guard::read_only);
     EXPECT_EQ(state_of_file("a").guard, Guard::present);
-    for (const char* name : {"missing/a", "b", "", "private/a"}) EXPECT_FALSE(write_whole(name, "x")) << name;
+    for (const char* name : {"missing/a", "b", "", "private/a", "circle"}) EXPECT_FALSE(write_whole(name, "x")) << name;
     const FileMark before = state_of_file("a").mark;
     ASSERT_TRUE(append_to_file("a", ", more") && append_to_file("added", "some"));
     EXPECT_NE(state_of_file("a").mark, before);

@@ -44,14 +44,13 @@ void removals(benchmark::State& state) {
     design->run();
     auto problem = std::make_unique<LadderProblem>();
     Selection selection;
-    int stage = 0;
     Unwatched unwatched;
     if (!ladder_problem(design->xp, design->spec, unwatched, *problem) ||
         chooseImmittance(*problem, false, false, selection) != ChoiceFault::none) {
         state.SkipWithError("no problem");
         return;
     }
-    const Script script = automatic_script(*problem, selection, stage);
+    const Script script = automatic_script(*problem, selection);
     for (auto _ : state) {
         LadderState ladder = start_state(*problem, selection);
         if (!runScript(*problem, script, unwatched, ladder).good()) state.SkipWithError("script refused");

@@ -47,8 +47,8 @@ void append_step(Script& script, StepKind kind, int m, int n) {
     }
 }
 
-Script automatic_script(const LadderProblem& problem, const Selection& selection, int& last_stage,
-                        QuadrupletPlace place, ExtremeSide hidden) {
+Script automatic_script(const LadderProblem& problem, const Selection& selection, QuadrupletPlace place,
+                        ExtremeSide hidden) {
     Script script;
     script.append(selection.output_side ? "out" : "in");
     script.append(word_of(selection.numerator));
@@ -61,7 +61,6 @@ Script automatic_script(const LadderProblem& problem, const Selection& selection
     append_extremes(problem, script, forms, extremes_before_lines(problem, selection, hidden),
                     place == QuadrupletPlace::behind_shunts, next);
     append_quadruplets(problem, script, next, finite_zero_limit);
-    last_stage = script.count + 1;
     for (int i = 1; i <= problem.unit_elements; ++i) script.append("ue");
     script.append("fini");
     return script;

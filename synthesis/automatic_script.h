@@ -39,9 +39,9 @@ enum class QuadrupletPlace { first, behind_shunts, last };
 // The script of a selection: complex quadruplets; then the finite zeros, by shifting from the extreme point of their
 // own side, or by double shifting of a low and a high zero where both poles belong to the same form, what is left
 // singly; then the zeros at 0 and infinity, each in both forms by turns; then the unit elements, and "fini".
-// `last_stage` is the position of the first "ue", or of "fini". With unit elements a branch that the selection hides
-// lies behind them: one zero at 0 or infinity, as `hidden` says, is left out.
-[[nodiscard]] Script automatic_script(const LadderProblem& problem, const Selection& selection, int& last_stage,
+// With unit elements a branch that the selection hides lies behind them: one zero at 0 or infinity, as `hidden` says,
+// is left out.
+[[nodiscard]] Script automatic_script(const LadderProblem& problem, const Selection& selection,
                                       QuadrupletPlace place = QuadrupletPlace::first,
                                       ExtremeSide hidden = ExtremeSide::infinity);
 

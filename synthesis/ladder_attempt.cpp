@@ -156,7 +156,6 @@ SynthesisFault extract_two_way(const Guess& guess, bool dual, Watcher& watcher, 
     state.script_verdict = run_two_way(problem, scripts, watcher, forward, reverse);
     state.script = scripts.JCONF;
     state.JREV = scripts.JREV;
-    state.last_stage = scripts.prin;
     state.ladder = forward;
     if (!state.script_verdict.good()) return SynthesisFault::script_refused;
     if (!join_runs(forward, reverse, state.ladder, state.join)) return SynthesisFault::runs_differ;
@@ -193,9 +192,6 @@ SynthesisFault search(const LadderTask& task, const LadderAttempt& attempt, cons
     state.search = search_order(problem, selection, attempt.bounds, task.watcher, state.script, state.ladder);
     if (state.search == SearchVerdict::stopped) return SynthesisFault::stopped;
     if (state.search != SearchVerdict::found) return SynthesisFault::script_refused;
-    const auto ends_stage = [](const Word& word) { return word == "ue" || word == "fini"; };
-    const auto& words = state.script.JCONF;
-    state.last_stage = static_cast<int>(std::find_if(words.begin(), words.end(), ends_stage) - words.begin()) + 1;
     if (state.ladder.nz + state.ladder.ni == 0 || record_hidden_branch(problem, state.ladder)) {
         return SynthesisFault::none;
     }
@@ -207,7 +203,7 @@ SynthesisFault run_fixed_order(const LadderAttempt& attempt, const Guess& guess,
                                Watcher& watcher, SynthesisState& state) {
     const LadderProblem& problem = state.problem;
     LadderState& ladder = state.ladder;
-    state.script = automatic_script(problem, selection, state.last_stage, attempt.quadruplets, guess.hidden);
+    state.script = automatic_script(problem, selection, attempt.quadruplets, guess.hidden);
     ladder = start_state(problem, selection);
     state.script_verdict = run_automatic(problem, state.script, watcher, ladder);
     const bool refused = !state.script_verdict.good();

@@ -75,7 +75,6 @@ struct [[nodiscard]] SynthesisVerdict {
 struct SynthesisState {
     LadderProblem problem;
     Script script;
-    int last_stage = 0;  // position of its first "ue", of "prin" when there is a second run
     ScriptVerdict script_verdict;
     LadderState ladder;  // of both runs where there are two
     bool two_way = false;

@@ -99,11 +99,6 @@ bool join_runs(const LadderState& forward, const LadderState& reverse, LadderSta
     join = {};
     if (forward.quadruplet_count > 0 || reverse.quadruplet_count > 0) return false;
     if (forward.record_count + reverse.record_count > record_limit) return false;
-    for (const LadderState* run : {&forward, &reverse}) {
-        for (int k = 1; k <= run->record_count; ++k) {
-            if (run->SVAL2(k) == WideReal{unit_element_mark}) return false;
-        }
-    }
     // Either far end is open or short: as all points agree best.
     bool found = false;
     for (const bool output_open : {true, false}) {

@@ -112,6 +112,7 @@ TEST(Edited, ReadsFormatsAsFortranDoes) {
     }
     EXPECT_EQ((edited<"(E10.3,1P,2E10.3,F6.1,0P2(F6.1,I),I3.2)">(0.5, 0.5, 0.5F, 0.5, 0.5, 7L, 0.5, 8U, 9)),
               " 0.500E+00 5.000E-01 5.000E-01   5.0   0.57   0.58 09");
+    EXPECT_EQ(edited<"(I3)">(0), "  0");
     for (const std::string_view bad :
          {"",        "A",   "(A",   "(A))",  "()",  "(A,)", "(A I3)", "(A5.2)", "(F10)",     "(E.)",
           "(E9.2E)", "(Q)", "(0X)", "(-1X)", "(P)", "('a)", "(2(A)",  "(65A)",  "(EN9.2E2)", "(1X)A"}) {

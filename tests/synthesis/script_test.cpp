@@ -151,8 +151,7 @@ TEST(Script, ARefusedSentenceChangesNothing) {
 // Every sentence taken back one by one ends at the start; forward again the same ladder comes out.
 TEST(Script, StepsAreTakenBackByRestoring) {
     Bench bench(elliptic);
-    int stage = 0;
-    const Script script = automatic_script(bench.problem, bench.selection, stage);
+    const Script script = automatic_script(bench.problem, bench.selection);
     auto history = std::make_unique<LadderHistory>();
     LadderState state = start_state(bench.problem, bench.selection);
     const LadderState start = state;
@@ -209,16 +208,19 @@ TEST(Script, HistoryHasBounds) {
 // The same band-pass by double shifting and by single shifting in two orders.
 TEST(Script, OneFilterInSeveralOrders) {
     Bench bench(band_pass_with_zeros);
-    int stage = 0;
-    const Script automatic = automatic_script(bench.problem, bench.selection, stage);
+    const Script automatic = automatic_script(bench.problem, bench.selection);
     std::string words;
     for (int i = 4; i <= automatic.count; ++i) words += automatic.JCONF(i).text() + " ";
     const std::string form = words.substr(0, 3);
     const std::string other = form == "imp" ? "adm" : "imp";
     const auto trap = [&](char side, int n) { return fmt::format("{} s p {} {} {} s c {} ", form, side, n, other, n); };
+    const auto pair = [&](int m, int n) {
+        return fmt::format("{} d p i z {} {} {} s c {} s c {} ", form, m, n, other, m, n);
+    };
     const std::string rest = fmt::format("{} s c z s c i {} s c z s c i fini", form, other);
-    for (const std::string& order : {words, trap('z', 1) + trap('i', 3) + trap('z', 2) + trap('i', 4) + rest,
-                                     trap('i', 4) + trap('z', 2) + trap('i', 3) + trap('z', 1) + rest}) {
+    for (const std::string& order :
+         {words, pair(1, 3) + pair(2, 4) + rest, trap('z', 1) + trap('i', 3) + trap('z', 2) + trap('i', 4) + rest,
+          trap('i', 4) + trap('z', 2) + trap('i', 3) + trap('z', 1) + rest}) {
         const ScriptVerdict verdict = bench.run(order);
         ASSERT_TRUE(verdict.good()) << order << messageOf(verdict.fault) << " at " << verdict.position;
         Circuit circuit = circuit_of(*bench.ladder, bench.state);

@@ -94,7 +94,8 @@ std::string unit_value_text(const UnitSet& units, double value, UnitCode unit) {
         const double multiplier = multiplier_of(units, unit);
         const double number = value / multiplier;
         const std::string text = number_with_prefix(number, exponent_of(multiplier), unit);
-        const bool legible = number == 0.0 || !(std::abs(number) * prefix_margin < least_in_unit);
+        const bool legible =
+            std::isfinite(number) && (number == 0.0 || !(std::abs(number) * prefix_margin < least_in_unit));
         if (legible && text.find('*') == std::string::npos) return text;
     }
     // The prefix is chosen for what the number rounds to; the number itself is left alone.

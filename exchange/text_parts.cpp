@@ -4,15 +4,12 @@
 #include <charconv>
 
 #include "shell/edited.h"
+#include "shell/shown_text.h"
 
 namespace kavrel {
 
 std::string title_words(std::string_view title) {
-    std::string words(FixedText<76>(title).padded());
-    for (char& letter : words) {
-        if (static_cast<unsigned char>(letter) < ' ') letter = ' ';
-    }
-    return words;
+    return std::string(FixedText<76>(shown_text(title)).padded());
 }
 
 std::string not_implemented(int k) { return edited<"('  Branch',I3,' not implemented')">(k); }

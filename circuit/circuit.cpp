@@ -29,7 +29,10 @@ int parity(int n) { return n & 1; }
 bool is_finite(const Circuit& c) {
     const bool quadruplets = std::ranges::all_of(
         c.QUADRUPLETS, [](const Quadruplet& q) { return all_finite(q.XK, q.XC, q.YK, q.YC, q.FRES); });
-    return quadruplets && all_finite(c.VALUE, c.R1, c.R2, c.fa, c.fb, c.fnorm, c.fs, c.MODE_RE, c.MODE_IM) &&
+    const bool invertible =  // microwave circuits are shown with the impedances of their admittances
+        std::ranges::all_of(c.VALUE, [](double value) { return value == 0 || std::isfinite(1 / value); });
+    return quadruplets && invertible &&
+           all_finite(c.VALUE, c.R1, c.R2, c.fa, c.fb, c.fnorm, c.fs, c.MODE_RE, c.MODE_IM) &&
            !std::isnan(c.termination_ratio);
 }
 

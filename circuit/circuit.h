@@ -103,7 +103,7 @@ struct Circuit {
 
 static_assert(std::is_trivially_copyable_v<Circuit>);
 
-// Of all values, frequencies and modes; the ratio of the terminations may be infinite, without a load.
+// Of values (and their inverse), frequencies, modes; the ratio of the terminations may be infinite, without a load.
 [[nodiscard]] bool is_finite(const Circuit& circuit);
 
 enum class CircuitVerdict {

@@ -270,6 +270,7 @@ constexpr Damage damages[] = {
     {"quadruplet slot 0", [](PassiveFilter& f) { change(f.circuit, 5, &Branch::i1, 0); }},
     {"quadruplet slot shared", [](PassiveFilter& f) { change(f.circuit, 5, &Branch::i1, 2); }},
     {"value", [](PassiveFilter& f) { f.circuit.VALUE(1) = nan_value; }},
+    {"value without an inverse", [](PassiveFilter& f) { f.circuit.VALUE(1) = 5e-324; }},
     {"quadruplet", [](PassiveFilter& f) { f.circuit.QUADRUPLETS(2).XK(1, 2) = infinite; }},
     {"fs", [](PassiveFilter& f) { f.circuit.fs = -infinite; }},
     {"ratio", [](PassiveFilter& f) { f.circuit.termination_ratio = nan_value; }},

@@ -8,6 +8,7 @@
 
 class QLineEdit;
 class QListWidget;
+class QListWidgetItem;
 class QTextBrowser;
 class QToolBar;
 

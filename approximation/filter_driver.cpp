@@ -1,6 +1,7 @@
 #include "approximation/filter_driver.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
 #include <string>
@@ -65,6 +66,7 @@ private:
     WindowWatcher watcher_;
 };
 
+bool has_doubles(const XPlane& plane);
 void discontinue(Reporter& reporter, std::string_view text, std::string_view caption = "Error");
 void report_solver(SolveVerdict verdict, Reporter& reporter);
 bool design_shifted(FilterSpec& spec, FilterDesign& design, const UnitSet& units, Reporter& reporter);
@@ -107,8 +109,7 @@ FilterDesignVerdict designFilter(FilterKind kind, FilterSpec& spec, FilterDesign
     draft->transfer = xToFrequencyPlane(draft->worked, draft->x_plane);
     const bool to_be_shifted = found.filterType == low_pass && found.centerFrequency > 0.0;
     if (to_be_shifted && !design_shifted(found, *draft, units, reporter)) return FilterDesignVerdict::discontinued;
-    const XPlane& plane = draft->x_plane;
-    if (!all_finite(found, draft->transfer, plane.ES.multiplier, plane.FS.multiplier, plane.QS.multiplier)) {
+    if (!all_finite(found, draft->transfer) || !has_doubles(draft->x_plane)) {
         way.refuse({FrontFault::out_of_range});
         return FilterDesignVerdict::discontinued;
     }
@@ -271,6 +272,16 @@ void Way::refuse(FrontVerdict verdict) {
         if (text.find("discontinued") == std::string::npos) reporter_.report_line(report_discontinued);
     }
     if (verdict.fault == FrontFault::matching_not_needed) reporter_.message(text, "Fatal error");
+}
+
+// Whether all polynomials are in the range of double, in which they are reported.
+bool has_doubles(const XPlane& plane) {
+    return std::ranges::all_of(std::array{&plane.ES, &plane.FS, &plane.QS, &plane.es, &plane.os, &plane.ed, &plane.od},
+                               [](const WideRootSet* wide) {
+                                   RootSet set;
+                                   copyRootSet(*wide, set);
+                                   return all_finite(set.multiplier, set.re, set.im);
+                               });
 }
 
 // A box, and the end of the design on the report where the box does not say it.

@@ -27,6 +27,7 @@ constexpr long double one_place = 1e-9L;         // relative distance of two rou
 constexpr int pair_turns = 6;
 constexpr long double at_infinity = 1e12L;   // size of a rough root under a leading coefficient that is rounding
 constexpr long double same_point = 1e-120L;  // distance of a root from a or 1 that is one of these
+constexpr int sweeps_from_afar = 400;
 
 constexpr int coefficient_limit = max_pairs + 2;      // those of a part, and one to carry into
 using Coefficients = Table<Long, coefficient_limit>;  // constant term first
@@ -110,7 +111,7 @@ LongComplex product_at(const LongSet& set, const LongComplex& x) {
     return product;
 }
 
-// The sum over the roots of 1/(x - root); not finite at one of them.
+// The sum over the roots of 1/(x - root); x must not be one of them.
 Rough log_slope(const LongSet& set, const LongComplex& x) {
     Rough sum{0, 0};
     for (int i = 1; i <= set.count; ++i) {
@@ -125,6 +126,11 @@ Rough log_slope(const LongSet& set, const LongComplex& x) {
     const bool real = x.im.sign() == 0;
     long double step = 1;
     for (int turn = 0; turn < newton_turns; ++turn) {
+        for (const LongSet& term : terms) {
+            for (int i = 1; i <= term.count; ++i) {
+                if (x == term.root(i)) x.re += x.re * 1e-25L + 1e-30L;
+            }
+        }
         LongComplex value{0, 0};
         Rough slope{0, 0};
         for (const LongSet& term : terms) {
@@ -478,7 +484,12 @@ bool refine_sum(const Long& a, const LongSet& e, const LongSet& f, int sign, con
         const Long s = first + product_at(terms[1], {x, 0}).re;
         return abs(s) <= abs(first) * long_rounding ? Long{0} : s;
     };
-    if (!refine_real_roots(sum.root, sum.count, sum.multiplier, value)) return false;
+    if (!refine_real_roots(sum.root, sum.count, sum.multiplier, value)) {
+        // In a deep stop band the rough roots may have one twice in place of another. Those of e are near them all.
+        if (e.count != sum.count) return false;
+        for (int i = 1; i <= e.count; ++i) sum.root(i) = e.re(i);
+        if (!refine_real_roots(sum.root, sum.count, sum.multiplier, value, {.sweeps = sweeps_from_afar})) return false;
+    }
     for (int i = 1; i <= sum.count; ++i) {
         for (const Long& point : {a, Long{1}}) {
             if (abs(sum.root(i) - point) <= same_point) sum.root(i) = point;

@@ -12,6 +12,14 @@ namespace kavrel {
 // For the rough roots: the digits of their type, sums that cancel to less are taken as 0.
 inline constexpr SolveOptions rough_options = {.precisionDigits = 19};
 
+struct RefineLimits {
+    int sweeps = 60;
+    long double settled = 1e-120L;   // relative correction at which all roots are found
+    long double enough = 1e-60L;     // ... with which they have to do after the last sweep
+    long double smallest = 1e-20L;   // size below which a root counts as 0
+    long double neighbours = 1e-5L;  // relative distance of two roots that are corrected together
+};
+
 // Brings `count` approximate real roots to full length. `value` gives S(x), `leading` its highest coefficient, so that
 // S = leading product (x - root). With C the product over all other roots, a root moves by -S(x)/C(x). Two neighbours,
 // such as the pairs of an immittance in a deep stop band, whose distance may be below 1e-60, are the roots of
@@ -19,12 +27,8 @@ inline constexpr SolveOptions rough_options = {.precisionDigits = 19};
 // False when the corrections do not die out. Roots come back in the order given.
 // Source: the simultaneous iteration of Weierstrass, Durand and Kerner, by blocks.
 template <int N, class Value>
-[[nodiscard]] bool refine_real_roots(Table<LongReal, N>& root, int count, const LongReal& leading, const Value& value) {
-    constexpr int sweeps = 60;
-    constexpr long double settled = 1e-120L;   // relative correction at which all roots are found
-    constexpr long double enough = 1e-60L;     // ... with which they have to do after the last sweep
-    constexpr long double smallest = 1e-20L;   // size below which a root counts as 0
-    constexpr long double neighbours = 1e-5L;  // relative distance of two roots that are corrected together
+[[nodiscard]] bool refine_real_roots(Table<LongReal, N>& root, int count, const LongReal& leading, const Value& value,
+                                     const RefineLimits& limits = {}) {
     Table<int, N> partner;
     long double worst = 0;
     bool off_axis = false;
@@ -37,16 +41,16 @@ template <int N, class Value>
     };
     const auto note = [&](const LongReal& delta, const LongReal& x) {
         if (delta.sign() == 0) return;
-        const long double step = abs(delta).rounded() / std::fmax(abs(x).rounded(), smallest);
+        const long double step = abs(delta).rounded() / std::fmax(abs(x).rounded(), limits.smallest);
         if (!(step <= worst)) worst = step;
     };
-    for (int sweep = 0; sweep < sweeps; ++sweep) {
+    for (int sweep = 0; sweep < limits.sweeps; ++sweep) {
         worst = 0;
         off_axis = false;
         partner.fill(0);
         for (int i = 1; i <= count; ++i) {
             for (int j = i + 1; j <= count && partner(i) == 0; ++j) {
-                if (partner(j) != 0 || !(abs(root(i) - root(j)) <= abs(root(i)) * neighbours)) continue;
+                if (partner(j) != 0 || !(abs(root(i) - root(j)) <= abs(root(i)) * limits.neighbours)) continue;
                 partner(i) = j;
                 partner(j) = i;
             }
@@ -73,7 +77,7 @@ template <int N, class Value>
                 const LongReal c = h * (v - w) - h * h;
                 // Below 0 while the other roots are rough; of a pair off the axis it stays so.
                 const LongReal discriminant = shifted(b * b, -2) - c;
-                off_axis = off_axis || discriminant < -(m * m * settled);
+                off_axis = off_axis || discriminant < -(m * m * limits.settled);
                 const LongReal distance = sqrt(abs(discriminant));
                 const LongReal middle = m - shifted(b, -1);
                 if (!middle.is_finite()) return false;
@@ -84,9 +88,9 @@ template <int N, class Value>
                 note(root(j) - r, m);
             }
         }
-        if (worst <= settled) return !off_axis;
+        if (worst <= limits.settled) return !off_axis;
     }
-    return worst <= enough && !off_axis;
+    return worst <= limits.enough && !off_axis;
 }
 
 }  // namespace kavrel

@@ -3,7 +3,6 @@
 #include "passive/command_tools.h"
 #include "shell/edit.h"
 #include "shell/edited.h"
-#include "shell/shown_text.h"
 #include "shell/whole_file.h"
 
 namespace kavrel {
@@ -63,10 +62,7 @@ void stop_macro(PassiveDesk& desk) {
 void play_macro(PassiveDesk& desk) {
     const auto name =
         ask_file(desk, {.caption = "Select a macro", .description = file_description, .filter = file_filter});
-    if (!name) return;
-    const WholeFile text = read_whole(*name);
-    text ? desk.window.view_text(shown_text(*name), shown_text(*text, ShownAs::lines))
-         : refuse(desk, complaint_of(text.fault, "File was not found"));
+    if (name) desk.reporter.view_file(*name);
 }
 
 namespace {

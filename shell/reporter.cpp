@@ -36,6 +36,14 @@ int Reporter::choose(const ChoiceBox& box) {
     return chosen;
 }
 
+void Reporter::view_file(const std::string& name) {
+    if (const WholeFile text = read_whole(name)) {
+        window_.view_text(shown_text(name), shown_text(*text, ShownAs::lines));
+    } else {
+        message(complaint_of(text.fault, "File was not found"), "Error");
+    }
+}
+
 void Reporter::set_print_mode(PrintMode mode, std::string_view file_name) {
     print_.print_mode = mode;
     print_.file_name = file_name;

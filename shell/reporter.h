@@ -37,6 +37,9 @@ public:
     // A choice box: the number of the choice from 1, or 0 for its cancel.
     [[nodiscard]] int choose(const ChoiceBox& box);
 
+    // Shows a file of text, or the box that says why it cannot be read.
+    void view_file(const std::string& name);
+
     // Changes the print mode at once. Pages that wait for the printer leave with the next line.
     void set_print_mode(PrintMode mode, std::string_view file_name = {});
 

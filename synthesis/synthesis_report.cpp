@@ -9,6 +9,7 @@
 #include "circuit/branch_kinds.h"
 #include "shell/edit.h"
 #include "shell/edited.h"
+#include "shell/watcher.h"
 #include "shell/whole_part.h"
 
 namespace kavrel {
@@ -97,7 +98,7 @@ std::vector<std::string> failure_report(const SynthesisVerdict& verdict, const S
             lines.emplace_back(loss_differs_text);
             if (state.loss_is_notable() && std::isfinite(state.loss_error)) lines.push_back(loss_line(state));
             break;
-        case SynthesisFault::stopped: lines.emplace_back(stopped_text); break;
+        case SynthesisFault::stopped: lines.emplace_back(stopped_line); break;
     }
     lines.emplace_back(synthesis_failed_text);
     return lines;

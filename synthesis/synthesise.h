@@ -57,7 +57,6 @@ inline constexpr std::string_view loss_differs_text = " **** The ladder does not
 inline constexpr std::string_view negative_elements_text = " Negative elements: no order tried here avoids them";
 inline constexpr std::string_view search_given_up_text =
     " Negative elements: no order of removals without them was found";
-inline constexpr std::string_view stopped_text = " **** Stopped ****";
 inline constexpr std::string_view element_missing_text = " **** Element(s) missing ****";
 inline constexpr std::string_view extreme_termination_text = "*** termination is extreme ***";
 inline constexpr double extreme_termination = 1000;  // how far a ratio may be from the one asked for without a word

@@ -5,8 +5,6 @@
 #include <fmt/format.h>
 
 #include "forms/units_form.h"
-#include "shell/shown_text.h"
-#include "shell/whole_file.h"
 #include "shell/within_memory.h"
 #include "workbench/analysis_road.h"
 #include "workbench/delay_road.h"
@@ -77,12 +75,7 @@ namespace {
 void view_text_file(Workbench& bench) {
     const std::string name = bench.window.choose_file(
         {.caption = "Select a file name", .description = "Text files", .filter = "*.txt;*.tab;*.ckt;*.*"});
-    if (name.empty()) return;
-    if (const WholeFile text = read_whole(name)) {
-        bench.window.view_text(shown_text(name), shown_text(*text, ShownAs::lines));
-    } else {
-        bench.reporter.message(complaint_of(text.fault, "File was not found"), "Error");
-    }
+    if (!name.empty()) bench.reporter.view_file(name);
 }
 
 void close_text_view(Workbench& bench) { bench.window.close_text_view(); }

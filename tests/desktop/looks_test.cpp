@@ -17,47 +17,25 @@ namespace kavrel {
 namespace {
 
 // Those that a part may have, each with what is not worth a word.
-constexpr std::pair<const char*, const char*> traits[] = {{"enabled", "true"},
-                                                          {"text", ""},
-                                                          {"title", ""},
-                                                          {"statusTip", ""},
-                                                          {"toolTip", ""},
-                                                          {"shortcut", ""},
-                                                          {"placeholderText", ""},
-                                                          {"checked", "false"},
-                                                          {"checkable", "false"},
-                                                          {"wordWrap", "false"},
-                                                          {"alternatingRowColors", "false"},
-                                                          {"default", "false"},
-                                                          {"clearButtonEnabled", "false"},
-                                                          {"readOnly", "false"},
-                                                          {"movable", "true"},
-                                                          {"textVisible", "true"},
-                                                          {"highlightSections", "false"},
-                                                          {"spacing", "0"},
-                                                          {"margin", "0"},
-                                                          {"cursorWidth", "1"},
-                                                          {"focusPolicy", "NoFocus"},
-                                                          {"frameShape", "NoFrame"},
-                                                          {"alignment", "AlignLeading|AlignVCenter"},
-                                                          {"textFormat", "AutoText"},
-                                                          {"editTriggers", ""},
-                                                          {"iconSize", "16x16"},
-                                                          {"minimumSize", ""},
-                                                          {"lineWrapMode", ""},
-                                                          {"horizontalScrollBarPolicy", ""}};
+const char* const traits =
+    "enabled=true text title statusTip toolTip shortcut placeholderText checked=false checkable=false wordWrap=false "
+    "alternatingRowColors=false default=false clearButtonEnabled=false readOnly=false movable=true textVisible=true "
+    "highlightSections=false spacing=0 margin=0 cursorWidth=1 focusPolicy=NoFocus frameShape=NoFrame "
+    "alignment=AlignLeading|AlignVCenter textFormat=AutoText editTriggers iconSize=16x16 minimumSize lineWrapMode "
+    "horizontalScrollBarPolicy";
 
 std::string traits_of(const QObject& part) {
-    std::string all;
-    for (const auto& [trait, usual] : traits) {
-        const QVariant value = part.property(trait);
+    QString all;
+    for (const QString& row : QString(traits).split(' ')) {
+        const QString trait = row.section('=', 0, 0);
+        const QVariant value = part.property(trait.toLatin1());
         const QSize size = value.toSize();
-        const std::string shown = value.typeId() != QMetaType::QSize ? utf8_text(value.toString().simplified())
-                                  : size.isNull()                    ? ""
-                                                  : fmt::format("{}x{}", size.width(), size.height());
-        if (value.isValid() && shown != usual && !shown.empty()) all += fmt::format(" {}={}", trait, shown);
+        const QString shown = value.typeId() != QMetaType::QSize ? value.toString().simplified()
+                              : size.isNull()                    ? QString()
+                                              : QString("%1x%2").arg(size.width()).arg(size.height());
+        if (!shown.isEmpty() && shown != row.section('=', 1)) all += ' ' + trait + '=' + shown;
     }
-    return all + '\n';
+    return utf8_text(all) + '\n';
 }
 
 std::string looks_of(const QWidget& window) {

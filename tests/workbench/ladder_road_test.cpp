@@ -164,12 +164,12 @@ TEST_F(LadderRoad, TheUserCanStopTheSearch) {
     request.r2 = 0.0;
     window.stop_at = 180;
     design();
-    EXPECT_TRUE(reported(stopped_text));
+    EXPECT_TRUE(reported(stopped_line));
     EXPECT_EQ(bench.session.segment, SegmentId::main);
     EXPECT_EQ(bench.passive.circuit, Circuit{});
     window.stop_at = -1;
     design();
-    EXPECT_FALSE(reported(stopped_text));
+    EXPECT_FALSE(reported(stopped_line));
     EXPECT_TRUE(reported(negative_elements_text));
     EXPECT_NEAR(loss(1000.0) - loss(1500.0), 1.7591437, 1e-6);
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "approximation/characteristic.h"
+#include "approximation/closed_form.h"
 #include "approximation/equal_minima.h"
 #include "approximation/factor_signs.h"
 #include "approximation/frequency_variable.h"
@@ -124,7 +125,9 @@ Fault Run::design() {
 }
 
 Fault Run::from_characteristic() {
-    if (const Fault fault = take(feldtkeller(xp_, ws_), Fault::poles_missing); fault != Fault::none) return fault;
+    if (!closedPoles(spec_, xp_)) {
+        if (const Fault fault = take(feldtkeller(xp_, ws_), Fault::poles_missing); fault != Fault::none) return fault;
+    }
     if (!toFactors(xp_.ES, xp_.a, xp_.eFactors).good()) return Fault::pole_on_axis;
     if (!questions_.go_on()) return Fault::stopped;
     if (!predistortion_due()) return end_with_known_f();

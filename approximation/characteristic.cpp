@@ -263,6 +263,7 @@ bool equalise(const FilterSpec& spec, const XPlane& xp, WideRootSet& roots, Real
 // x -> (x + p)/(1 + p) keeps x = 1 and infinity and puts the root nearest to zero there.
 void shift_pass_band(FilterSpec& spec, XPlane& xp, WideRootSet& roots, FrontNotes& notes) {
     const Real p = -roots.re(1);
+    xp.prototype.shift = p;
     for (int i = 1; i <= roots.count; ++i) roots.re(i) = (roots.re(i) + p) / (1 + p);
     for (int i = 1; i <= xp.zeroCount; ++i) {
         xp.ARR(i) = (xp.ARR(i) + p) / (1 + p);

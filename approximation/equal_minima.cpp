@@ -9,6 +9,7 @@
 #include "approximation/characteristic.h"
 #include "approximation/decibel.h"
 #include "approximation/degree_estimate.h"
+#include "approximation/elliptic.h"
 #include "approximation/frequency_variable.h"
 #include "approximation/stopband_floor.h"
 #include "numeric/guarded.h"
@@ -34,7 +35,8 @@ struct Prototype {
     int at_infinity = 0;
     int count = 0;
     Table<Real, finite_zero_limit> x;
-    Real reached = 0;  // discrimination in the stopband
+    Real edge = 0, scale = 1;  // stop edge before the last zero is moved, and by what it is moved
+    Real reached = 0;          // discrimination in the stopband
 };
 
 Prototype prototype_of(const FilterSpec& spec, const XPlane& xp, double loss, int degree);
@@ -48,7 +50,6 @@ int rounded_up(Real n);
 Real original_edge(const Prototype& p);
 void elliptic_prototype(Prototype& p);
 void flat_prototype(Prototype& p);
-Real arithmetic_geometric_mean(Real a, Real b);
 Real smallest_zero(const AngleSum& angles, int degree);
 bool collect_poles(const WideRootSet& E, Real omega2, Real stretch, AngleSum& angles);
 FrontVerdict find_stretch(const WideRootSet& E, Real omega2, FilterSpec& spec, Real& stretch);
@@ -112,32 +113,6 @@ FrontVerdict equalMinimaIteration(const WideRootSet& E, FilterSpec& spec, XPlane
     return {};
 }
 
-// dn by the descending Landen transformation, up to the modulus 1 where dn is 1/cosh. The complement of the modulus is
-// carried, l = (1 - k)/(1 + k), since it is what vanishes.
-EllipticZeros ellipticZeros(Real omega, int n) {
-    constexpr int landen_limit = 20;
-    const Real complement = std::sqrt((omega - 1) * (omega + 1)) / omega;
-    Table<Real, landen_limit> l;
-    int terms = 0;
-    Real k = 1 / omega, next = (omega - 1) / (omega + 1);
-    Real u0 = pi / (2 * n * arithmetic_geometric_mean(1, complement));
-    while (terms < landen_limit) {
-        l(++terms) = next;
-        u0 *= (1 + k) / 2;
-        if (next < std::numeric_limits<Real>::epsilon() / 16) break;
-        k = std::sqrt((1 - next) * (1 + next));
-        next = next * next / ((1 + k) * (1 + k));
-    }
-    EllipticZeros zeros;
-    zeros.count = n / 2;
-    for (int i = 1; i <= zeros.count; ++i) {
-        Real v = 1 / std::cosh((n + 1 - 2 * i) * u0);
-        for (int j = terms; j >= 1; --j) v = (v + l(j) / v) / (1 + l(j));
-        zeros.v(i) = v;
-    }
-    return zeros;
-}
-
 namespace {
 
 Prototype prototype_of(const FilterSpec& spec, const XPlane& xp, double loss, int degree) {
@@ -181,6 +156,7 @@ void take_zeros(const Prototype& p, FilterSpec& spec, XPlane& xp) {
     spec.zerosAtZero = band ? p.at_infinity : 0;
     xp.zeroCount = 0;
     xp.ARI = {};
+    xp.prototype = {.degree = p.degree, .flat = p.flat, .edge = p.edge, .scale = p.scale};
     const Real r = std::sqrt(xp.a);
     for (int i = 1; i <= p.count; ++i) {
         if (!band) {
@@ -272,6 +248,7 @@ void elliptic_prototype(Prototype& p) {
     const bool moved = keeps_two_at_infinity(p);
     const Real last = zeros.count > 0 ? zeros.v(zeros.count) : 1;
     const Real scale = moved ? last * last : 1;
+    p.edge = edge, p.scale = scale;
     p.count = moved ? zeros.count - 1 : zeros.count;
     p.at_infinity = p.degree - 2 * p.count;
     for (int i = 1; i <= p.count; ++i) p.x(i) = scale / (zeros.v(i) * zeros.v(i));
@@ -289,19 +266,11 @@ void flat_prototype(Prototype& p) {
     const bool moved = keeps_two_at_infinity(p);
     const auto reciprocal_square = [&](Real angle) { return std::pow(std::cos(angle) / edge, Real{2}); };
     const Real scale = moved ? 1 - std::pow(std::sin(theta) / edge, Real{2}) : 1;
+    p.edge = edge, p.scale = scale;
     p.count = moved ? p.degree / 2 - 1 : p.degree / 2;
     p.at_infinity = p.degree - 2 * p.count;
     for (int i = 1; i <= p.count; ++i) p.x(i) = scale / (1 - reciprocal_square((2 * i - 1) * theta));
     p.reached = std::pow(std::cosh(p.degree * std::acosh(edge)), Real{2});
-}
-
-Real arithmetic_geometric_mean(Real a, Real b) {
-    while (std::fabs(a - b) > round_off * a) {
-        const Real mean = (a + b) / 2;
-        b = std::sqrt(a * b);
-        a = mean;
-    }
-    return (a + b) / 2;
 }
 
 // x' = stretch x/(omega^2 - x (omega^2 - 1)) has the stopband on x' > 1 (stretch 1); m = sqrt(1 - x'). False for a pole

@@ -8,7 +8,6 @@
 #include "approximation/filter_spec.h"
 #include "approximation/front_verdict.h"
 #include "approximation/x_plane.h"
-#include "shell/table.h"
 
 namespace kavrel {
 
@@ -34,13 +33,5 @@ FrontVerdict equalMinimaIteration(const WideRootSet& E, FilterSpec& spec, XPlane
 inline FrontVerdict equalMinimaIteration(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     return equalMinimaIteration(xp.ES, spec, xp, notes);
 }
-
-// Elliptic zeros of degree n, 1 to 50, edge ratio omega > 1: v(i) = dn(u_i), ascending, 1 <= i <= n/2; the zeros
-// in x are 1/v^2, the last one farthest from the pass band.
-struct EllipticZeros {
-    int count = 0;
-    Table<XPlane::Real, 25> v;
-};
-[[nodiscard]] EllipticZeros ellipticZeros(XPlane::Real omega, int n);
 
 }  // namespace kavrel

@@ -11,6 +11,16 @@
 
 namespace kavrel {
 
+// A low-pass with an equal minima stopband of which this filter is an image: x -> (scale x + shift)/(1 + shift), then,
+// for a band-pass, to both sides of its centre.
+struct LowPassPrototype {
+    int degree = 0;  // 0: none
+    bool flat = false;
+    long double edge = 0;  // of the stopband, pass band edge 1; 0: all zeros at infinity
+    long double scale = 1;
+    long double shift = 0;
+};
+
 struct XPlane {
     using Real = long double;
 
@@ -23,6 +33,8 @@ struct XPlane {
     Real eps2 = 0;           // 10^(bandEdgeLoss/10) - 1
     Real lower_stop = 0;     // stop edges as normalised, warped w of s = jw; low-pass and high-pass have the upper
     Real upper_stop = 0;     // one alone (above 1); 0 none
+
+    LowPassPrototype prototype;
 
     // Finite transmission zeros in x, conjugates not repeated.
     int zeroCount = 0;

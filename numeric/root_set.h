@@ -21,7 +21,7 @@ inline constexpr int max_pairs = 25;                     // second-order factors
 
 template <class Real>
 struct RootSetOf {
-    Real multiplier{};           // leading coefficient k
+    Real multiplier = 0;         // leading coefficient k
     int count = 0;               // degree n, 0 to 50
     Table<Real, max_degree> re;  // [i] 1 <= i <= count: real part of root i
     Table<Real, max_degree> im;  // [i] imaginary part; exact 0.0: the root is real

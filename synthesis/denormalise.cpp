@@ -30,7 +30,7 @@ DenormalisedBranch denormalised(const LadderProblem& problem, const LadderState&
     const long double w =
         problem.microwave() ? problem.norm_frequency : 2 * std::numbers::pi_v<long double> * problem.norm_frequency;
     const auto add = [&](long double value) { branch.values(++branch.count) = static_cast<double>(value); };
-    const long double v1 = state.SVAL1(k).rounded();
+    const long double v1 = rounded(state.SVAL1(k));
     if (state.SVAL2(k) == WideReal{unit_element_mark}) {
         branch.id = BranchId::unit_element;
         add(v1 * r);
@@ -40,7 +40,7 @@ DenormalisedBranch denormalised(const LadderProblem& problem, const LadderState&
         compound_values(state, whole_part(v1), r, w, branch);
         return branch;
     }
-    const long double v2 = state.SVAL2(k).rounded();
+    const long double v2 = rounded(state.SVAL2(k));
     // The immittance proportional to s is v1 s; the other one v2 s is that of the dual element.
     long double l = branch.series ? v1 : v2;
     long double c = branch.series ? v2 : v1;
@@ -135,7 +135,7 @@ bool rest_immittance(const LadderProblem& problem, const LadderState& state, dou
     if (prepare_chain(circuit, {}, chain) != ChainVerdict::done) return false;
     const bool from_output = state.selection.output_side;
     constexpr long double two_pi = 2 * std::numbers::pi_v<long double>;
-    const long double a = problem.x0.rounded();
+    const long double a = rounded(problem.x0);
     // x = (a - w^2)/(1 - w^2) below 0: in the pass band.
     for (const long double x : {-1.0L, -0.7L, -1.6L}) {
         w = std::sqrt((a - x) / (1 - x));
@@ -167,7 +167,7 @@ void compound_values(const LadderState& state, int index, long double r, long do
     const std::string_view cells = branch_kinds[section.id].cells;
     for (int i = 1; i <= section.count; ++i) {
         const long double scale = cells[static_cast<std::size_t>(i - 1)] == 'L' ? r / w : 1 / (r * w);
-        branch.values(i) = static_cast<double>(section.value(i).rounded() * scale);
+        branch.values(i) = static_cast<double>(rounded(section.value(i)) * scale);
     }
 }
 

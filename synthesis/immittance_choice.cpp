@@ -64,7 +64,7 @@ Complex<long double> input_impedance(const LadderProblem& problem, const Selecti
     // All over one of them: their common scale may be beyond the range of the rough type.
     const WideReal scale = 1 / (abs(even) + abs(s * odd));
     const auto rough = [&](const WideReal& re, const WideReal& im) {
-        return Complex<long double>{(re * scale).rounded(), (s * im * scale).rounded()};
+        return Complex<long double>{rounded(re * scale), rounded(s * im * scale)};
     };
     Complex<long double> top = rough(even, odd_partner);
     Complex<long double> bottom = rough(even_partner, odd);

@@ -161,7 +161,7 @@ SynthesisFault extract_two_way(const Guess& guess, bool dual, Watcher& watcher, 
     if (!join_runs(forward, reverse, state.ladder, state.join)) return SynthesisFault::runs_differ;
     state.two_way = true;
     state.requested_ratio = problem.other_resistance / problem.own_resistance;
-    state.available_ratio = static_cast<double>(state.join.RATIO(1).rounded());
+    state.available_ratio = static_cast<double>(rounded(state.join.RATIO(1)));
     return SynthesisFault::none;
 }
 

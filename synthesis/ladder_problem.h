@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string_view>
-#include <type_traits>
 
 #include "approximation/filter_spec.h"
 #include "approximation/x_plane.h"
@@ -18,9 +17,9 @@ struct LadderProblem {
     bool turned = false;     // such a high-pass: x is 1 - x of the approximation, s is 1/s of it
     bool prototype = false;  // s is 1/s of the filter: lumped high-pass
     bool single_termination = false;
-    bool odd_q = false;   // the numerator q of S21 = q/e is odd in the s of the approximation
-    WideReal x0;          // a
-    WideReal unit_point;  // x of the unit elements
+    bool odd_q = false;       // the numerator q of S21 = q/e is odd in the s of the approximation
+    WideReal x0;              // a
+    WideReal unit_point = 0;  // x of the unit elements
     int zeros_at_zero = 0;
     int zeros_at_infinity = 0;
     int unit_elements = 0;
@@ -40,8 +39,6 @@ struct LadderProblem {
     // Above the band: x > 1; below it x lies in [0, a).
     [[nodiscard]] bool is_high(int i) const { return zero_x(i) > 1; }
 };
-
-static_assert(std::is_trivially_copyable_v<LadderProblem>);
 
 // From a finished approximation and its normalised request. False when the immittance polynomials are not there; all
 // else is.

@@ -95,8 +95,6 @@ LongSet long_set(const WideRootSet& set) {
     return to;
 }
 
-Rough rounded(const LongComplex& z) { return {z.re.rounded(), z.im.rounded()}; }
-
 LongComplex product_at(const LongSet& set, const LongComplex& x) {
     LongComplex product{set.multiplier, 0};
     const bool real = x.im.sign() == 0;
@@ -143,7 +141,7 @@ Rough log_slope(const LongSet& set, const LongComplex& x) {
         if (real) delta.im = 0;
         if (!std::isfinite(delta.re) || !std::isfinite(delta.im)) return false;
         x -= LongComplex{delta.re, delta.im};
-        const long double size = std::hypot(x.re.rounded(), x.im.rounded());
+        const long double size = std::hypot(rounded(x.re), rounded(x.im));
         step = std::hypot(delta.re, delta.im) / (size > 0 ? size : 1);
         if (step < settled) return true;
     }
@@ -246,7 +244,7 @@ bool refine_poles(const XPlane& xp, const PowerOfF& f, Watcher& watcher, LongSet
         const LongComplex start = x;
         if (!watcher.go_on() || !newton(terms, x)) return false;
         const Rough moved = rounded(x - start);
-        if (std::hypot(moved.re, moved.im) > same_filter * std::hypot(start.re.rounded(), start.im.rounded())) {
+        if (std::hypot(moved.re, moved.im) > same_filter * std::hypot(rounded(start.re), rounded(start.im))) {
             return false;
         }
         e.set_root(i, x);
@@ -282,7 +280,7 @@ bool refine_pair(std::span<const LongSet> terms, int i, int j, LongSet& e) {
         discriminant = shifted(b * b, -2) - c;
         middle -= shifted(b, -1);
         h = sqrt(abs(discriminant));
-        if (!middle.is_finite() || !h.is_finite()) return false;
+        if (!is_finite(middle) || !is_finite(h)) return false;
     }
     const Long bound = abs(start) * same_filter;
     if (abs(middle - start) > bound || h > shifted(bound, 1)) return false;
@@ -308,7 +306,7 @@ bool factor_poles(const LongSet& e, const Long& a, LongFactors& p) {
         p.c(factors) = u * (product + (shifted(h, 1) + product) * a) / (r2 + a * r1);
         p.d(factors) = (shifted(h, 1) + 1 + a) / root_d;
         p.multiplier /= u;
-        return p.c(factors).is_finite() && p.d(factors).is_finite();
+        return is_finite(p.c(factors)) && is_finite(p.d(factors));
     };
     for (int i = 1; i <= e.count; ++i) {
         if (e.im(i).sign() > 0) {
@@ -329,15 +327,15 @@ bool factor_poles(const LongSet& e, const Long& a, LongFactors& p) {
         p.c(factors) = sqrt(q);
         p.d(factors) = 0;
         p.multiplier /= sqrt(q + 1);
-        if (!p.c(factors).is_finite()) return false;
+        if (!is_finite(p.c(factors))) return false;
     }
     return factors == (e.count + 1) / 2;
 }
 
 // Ev' = (c + d x) Ev + w^2 Od, Od' = (c + d x) Od + Ev; last: Ev' = c Ev + (x - a) Od, Od' = Ev + c (1 - x) Od.
 void expand_parts(const Long& a, LongFactors& p) {
-    p.CE = {};
-    p.CO = {};
+    p.CE.fill(0);
+    p.CO.fill(0);
     const auto below = [](const Coefficients& t, int j) { return j >= 1 ? t(j) : Long{0}; };
     p.CE(1) = p.multiplier;
     int terms = 1;
@@ -374,7 +372,7 @@ PartSample sample_parts(const LongFactors& p, const Long& a, const Long& x) {
     Rough slope{0, 0};
     for (int i = 1; i <= p.degree / 2; ++i) {
         const LongComplex factor{p.c(i) + p.d(i) * x, w};
-        slope += quotient(Rough{p.d(i).rounded(), slope_of_w.rounded()}, rounded(factor));
+        slope += quotient(Rough{rounded(p.d(i)), rounded(slope_of_w)}, rounded(factor));
         product *= factor;
     }
     Long root = w;
@@ -390,7 +388,7 @@ PartSample sample_parts(const LongFactors& p, const Long& a, const Long& x) {
             product = conjugate(product);
             slope = conjugate(slope);
         }
-        slope += quotient(Rough{0, s_slope.rounded()}, rounded(factor));
+        slope += quotient(Rough{0, rounded(s_slope)}, rounded(factor));
         product *= factor;
         root = s;
         root_slope = s_slope;
@@ -401,7 +399,7 @@ PartSample sample_parts(const LongFactors& p, const Long& a, const Long& x) {
     const Rough derivative = rounded(product) * slope;
     out.even_slope = derivative.re;
     const Long quotient = product.im * root_slope / (root * root);
-    out.odd_slope = derivative.im / root.rounded() - quotient.rounded();
+    out.odd_slope = derivative.im / rounded(root) - rounded(quotient);
     return out;
 }
 
@@ -431,11 +429,11 @@ bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootS
         long double step = 1;
         for (int turn = 0; turn < newton_turns && step >= settled; ++turn) {
             const PartSample s = sample_parts(p, a, x);
-            const long double value = even ? s.even.rounded() : s.odd.rounded();
+            const long double value = even ? rounded(s.even) : rounded(s.odd);
             const long double delta = value / (even ? s.even_slope : s.odd_slope);
             if (!std::isfinite(delta)) return false;
             x -= delta;
-            step = std::fabs(delta) / std::fabs(x.rounded());
+            step = std::fabs(delta) / std::fabs(rounded(x));
         }
         if (!(step < enough)) return false;
         part.re(i) = x;

@@ -22,8 +22,6 @@ struct LongImmittance {
     int degree = 0;       // of e
 };
 
-static_assert(std::is_trivially_copyable_v<LongImmittance>);
-
 // False when stopped, when a root is not real, or the parts do not agree with those of the approximation. For a single
 // termination es and os are the parts of e, whose roots are taken as they are; ed and od do not exist.
 [[nodiscard]] bool long_immittance(const XPlane& xp, bool single_termination, Watcher& watcher, LongImmittance& out);

@@ -1,78 +1,34 @@
-// A real number of 512 bits, 154 decimal digits.
+// A real number of 513 bits, 154 decimal digits.
 //
 // Extraction of a ladder from one end magnifies the rounding of its polynomials step by step. In a deep stop band the
 // immittance has pairs of roots at a relative distance of |q/f|, 1e-69 in an equal ripple filter of degree 50, and what
 // follows the first branches hangs on that distance. So the chain of removals runs in numbers that hold its square.
 //
-// value = sign * m * 2^exponent with 1/2 <= m < 1, m = (limb[7] 2^448 + ... + limb[0])/2^512. Sums, products, quotients
-// and roots are right to within 2^-508. Division by 0 and the root of a negative number give a number that is not
-// finite, and so does all that is made of it; comparisons with it are false.
+// The numbers are those of GNU MPFR, held in place: sums, products, quotients and roots are rounded to the nearest.
+// Division by 0 and the root of a negative number give a number that is not finite. A number that was given no value
+// is not finite either: records say `= 0` where they mean it.
 #pragma once
 
-#include <array>
-#include <cstdint>
-#include <type_traits>
+#include <boost/multiprecision/mpfr.hpp>
+
+#include "numeric/complex.h"
+#include <limits>
 
 namespace kavrel {
 
-class LongReal {
-public:
-    constexpr LongReal() = default;
-    LongReal(long double x);                                       // NOLINT: exact
-    LongReal(double x) : LongReal(static_cast<long double>(x)) {}  // NOLINT
-    LongReal(int x) : LongReal(static_cast<long double>(x)) {}     // NOLINT
+using LongReal =
+    boost::multiprecision::number<boost::multiprecision::mpfr_float_backend<154, boost::multiprecision::allocate_stack>,
+                                  boost::multiprecision::et_off>;
 
-    [[nodiscard]] long double rounded() const;
-    [[nodiscard]] bool is_finite() const { return sign_ != not_a_number; }
-    [[nodiscard]] int sign() const { return is_finite() ? sign_ : 0; }
+static_assert(std::numeric_limits<long double>::digits >= 64,
+              "the rough numbers, from which long ones start, have 19 digits");
 
-    friend LongReal operator-(LongReal x) {
-        if (x.is_finite()) x.sign_ = -x.sign_;
-        return x;
-    }
-    friend LongReal operator+(const LongReal& x, const LongReal& y);
-    friend LongReal operator-(const LongReal& x, const LongReal& y) { return x + -y; }
-    friend LongReal operator*(const LongReal& x, const LongReal& y);
-    friend LongReal operator/(const LongReal& x, const LongReal& y);
-    LongReal& operator+=(const LongReal& y) { return *this = *this + y; }
-    LongReal& operator-=(const LongReal& y) { return *this = *this - y; }
-    LongReal& operator*=(const LongReal& y) { return *this = *this * y; }
-    LongReal& operator/=(const LongReal& y) { return *this = *this / y; }
+[[nodiscard]] inline long double rounded(const LongReal& x) { return static_cast<long double>(x); }
+[[nodiscard]] inline Complex<long double> rounded(const Complex<LongReal>& z) { return {rounded(z.re), rounded(z.im)}; }
+[[nodiscard]] inline bool is_finite(const LongReal& x) { return boost::multiprecision::isfinite(x); }
 
-    // Every number has one form.
-    friend constexpr bool operator==(const LongReal& x, const LongReal& y) {
-        return x.sign_ != not_a_number && x.sign_ == y.sign_ && x.exponent_ == y.exponent_ && x.limb_ == y.limb_;
-    }
-    friend bool operator<(const LongReal& x, const LongReal& y) { return comparable(x, y) && (x - y).sign_ < 0; }
-    friend bool operator>(const LongReal& x, const LongReal& y) { return y < x; }
-    friend bool operator<=(const LongReal& x, const LongReal& y) { return comparable(x, y) && (x - y).sign_ <= 0; }
-    friend bool operator>=(const LongReal& x, const LongReal& y) { return y <= x; }
-
-    friend LongReal abs(LongReal x) { return x.sign() < 0 ? -x : x; }
-    friend LongReal sqrt(const LongReal& x);
-    // x 2^power.
-    friend LongReal shifted(LongReal x, int power) {
-        if (x.sign() != 0) x.exponent_ += power;
-        return x;
-    }
-
-private:
-    static constexpr int not_a_number = 2;
-    static constexpr int limbs = 8;
-
-    [[nodiscard]] static bool comparable(const LongReal& x, const LongReal& y) {
-        return x.is_finite() && y.is_finite();
-    }
-    [[nodiscard]] static LongReal undefined();
-    [[nodiscard]] int compare_magnitude(const LongReal& y) const;
-    void normalise();
-
-    int sign_ = 0;  // -1, 0, 1, or not_a_number
-    int exponent_ = 0;
-    std::array<std::uint64_t, limbs> limb_{};
-};
-
-static_assert(std::is_trivially_copyable_v<LongReal>);
+// x 2^power.
+[[nodiscard]] inline LongReal shifted(const LongReal& x, int power) { return ldexp(x, power); }
 
 // Relative rounding of a product of long numbers, with a margin: a sum whose terms cancel to less is 0.
 inline constexpr long double long_rounding = 1e-148L;

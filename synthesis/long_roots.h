@@ -41,7 +41,7 @@ template <int N, class Value>
     };
     const auto note = [&](const LongReal& delta, const LongReal& x) {
         if (delta.sign() == 0) return;
-        const long double step = abs(delta).rounded() / std::fmax(abs(x).rounded(), limits.smallest);
+        const long double step = rounded(abs(delta)) / std::fmax(rounded(abs(x)), limits.smallest);
         if (!(step <= worst)) worst = step;
     };
     for (int sweep = 0; sweep < limits.sweeps; ++sweep) {
@@ -61,7 +61,7 @@ template <int N, class Value>
                 const LongReal s = value(root(i));
                 if (s.sign() == 0) continue;
                 const LongReal delta = s / cofactor(root(i), i, i);
-                if (!delta.is_finite()) return false;
+                if (!is_finite(delta)) return false;
                 root(i) -= delta;
                 note(delta, root(i));
             } else if (i < j) {
@@ -80,7 +80,7 @@ template <int N, class Value>
                 off_axis = off_axis || discriminant < -(m * m * limits.settled);
                 const LongReal distance = sqrt(abs(discriminant));
                 const LongReal middle = m - shifted(b, -1);
-                if (!middle.is_finite()) return false;
+                if (!is_finite(middle)) return false;
                 const bool p_first = h.sign() > 0;
                 root(i) = p_first ? middle + distance : middle - distance;
                 root(j) = p_first ? middle - distance : middle + distance;

@@ -144,7 +144,7 @@ bool Search::already_there(const LadderState& state, int negative) {
     WorkingFunction f = state.F;
     if (f.vanished()) return false;
     if (state.form == admittance) invert(f);
-    here.value = quotient_at(f, probe).rounded();
+    here.value = rounded(quotient_at(f, probe));
     const auto same = [&](const Visited& there) {
         return there.zeros == here.zeros && there.nz == here.nz && there.ni == here.ni &&
                there.negative <= here.negative &&
@@ -186,7 +186,7 @@ void Search::add_quadruplets(const LadderState& state, const WorkingFunction& f,
             const WideReal near = at_zero ? 1 / section.near_shunt : section.near_shunt;
             if (!(near < whole) || (near > 0 ? 0 : 1) > room) continue;
             moves.push_back({fmt::format("{} d c {} {}", word_of_form(form), at_zero ? "z" : "i", n),
-                             near > 0 ? (near / whole).rounded() - 1 : 2});
+                             near > 0 ? rounded(near / whole) - 1 : 2});
         }
     }
 }
@@ -283,7 +283,7 @@ int negative_elements(const LadderState& state, int first_record) {
         if (state.SVAL2(k) == WideReal{unit_element_mark}) {
             count += state.SVAL1(k) <= 0 ? 1 : 0;
         } else if (state.SVAL2(k) == WideReal{quadruplet_mark}) {
-            const QuadrupletRecord& section = state.QUADS(whole_part(state.SVAL1(k).rounded()));
+            const QuadrupletRecord& section = state.QUADS(whole_part(rounded(state.SVAL1(k))));
             for (int i = 1; i <= section.value_count; ++i) count += section.SVALUE(i) <= 0 ? 1 : 0;
         } else {
             count += (state.SVAL1(k) < 0 ? 1 : 0) + (state.SVAL2(k) < 0 ? 1 : 0);
@@ -297,7 +297,7 @@ std::optional<long double> rank_of(std::initializer_list<WideReal> shares, int r
     long double negative = 0;
     for (const WideReal& share : shares) {
         if (!(share < 1 - WideReal{least_share}) || share.sign() == 0) return {};
-        const long double size = share.rounded();
+        const long double size = rounded(share);
         if (size < 0) --room, negative -= size;
         largest = std::fmax(largest, size);
     }

@@ -131,7 +131,7 @@ Sample sample(const WorkingFunction& g, const LongComplex& x) {
     }
     for (std::size_t k = 0; k < 4; ++k) {
         m[k][4] /= m[k][k];
-        if (!m[k][4].is_finite()) return false;
+        if (!is_finite(m[k][4])) return false;
     }
     return true;
 }
@@ -211,13 +211,13 @@ WideRootSet even_roots(const std::array<WideReal, 3>& k, const WideReal& a) {
     const WideReal rest = h * h - last / lead;
     const WideReal root = sqrt(abs(rest));
     WideRootSet set;
-    set.multiplier = lead.rounded();
+    set.multiplier = rounded(lead);
     if (rest.sign() < 0) {
-        set.append({h.rounded(), root.rounded()});
-        set.append({h.rounded(), -root.rounded()});
+        set.append({rounded(h), rounded(root)});
+        set.append({rounded(h), -rounded(root)});
     } else {
-        set.append({(h + root).rounded(), 0});
-        set.append({(h - root).rounded(), 0});
+        set.append({rounded(h + root), 0});
+        set.append({rounded(h - root), 0});
     }
     return set;
 }
@@ -228,8 +228,8 @@ WideRootSet even_roots(const std::array<WideReal, 3>& k, const WideReal& a) {
                                const LongComplex& x0, const WideReal& a, ReactanceRoots& roots) {
     const auto product = [&](const std::array<WideReal, 3>& k, const ReactanceRoots& set) {
         WideRootSet all = even_roots(k, a);
-        for (int i = 1; i <= set.count; ++i) all.append({set.root(i).rounded(), 0});
-        all.multiplier *= set.multiplier.rounded();
+        for (int i = 1; i <= set.count; ++i) all.append({rounded(set.root(i)), 0});
+        all.multiplier *= rounded(set.multiplier);
         return all;
     };
     WideRootSet rough;
@@ -243,12 +243,12 @@ WideRootSet even_roots(const std::array<WideReal, 3>& k, const WideReal& a) {
         long double smallest = 0;
         for (int i = 1; i <= rough.count; ++i) {
             const long double away =
-                std::hypot(rough.re(i) - x0.re.rounded(), std::fabs(rough.im(i)) - std::fabs(x0.im.rounded()));
+                std::hypot(rough.re(i) - rounded(x0.re), std::fabs(rough.im(i)) - std::fabs(rounded(x0.im)));
             if (nearest != 0 && away >= smallest) continue;
             nearest = i;
             smallest = away;
         }
-        if (nearest == 0 || smallest > near_pair * std::hypot(x0.re.rounded(), x0.im.rounded())) return false;
+        if (nearest == 0 || smallest > near_pair * std::hypot(rounded(x0.re), rounded(x0.im))) return false;
         for (int i = nearest; i < rough.count; ++i) rough.set_root(i, rough.root(i + 1));
         --rough.count;
     }

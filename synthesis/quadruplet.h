@@ -37,8 +37,8 @@ struct QuadrupletValues {
     int count = 0;             // of its values
     Table<WideReal, 7> value;  // normalised, in cell order, the near port first
     bool at_zero = false;      // the near and far elements belong to the pole at s = 0: shunt L; else shunt C
-    WideReal near_shunt;       // their values; 0: none
-    WideReal far_shunt;
+    WideReal near_shunt = 0;   // their values; 0: none
+    WideReal far_shunt = 0;
 };
 
 // The same section seen from its other port.

@@ -40,7 +40,7 @@ RemovalFault extreme(WorkingFunction& f, RemovalMode mode, ExtremeSide side, Wid
         residue = value_of(g, mode == RemovalMode::complete ? pole : point);
         value = at_zero ? 1 / residue : residue;
     }
-    if (!residue.is_finite() || residue == 0 || (made && residue > 0)) return RemovalFault::extreme_impossible;
+    if (!is_finite(residue) || residue == 0 || (made && residue > 0)) return RemovalFault::extreme_impossible;
     if (evalOnly) return RemovalFault::none;
 
     ReactanceRoots removed = g.DENOMR;
@@ -81,7 +81,7 @@ RemovalFault finite(WorkingFunction& f, RemovalMode mode, WideReal pole, WideRea
         const WideReal w = mode == RemovalMode::complete ? p : zero;
         residue = value_of(rest, w) / (1 - w);
     }
-    if (!residue.is_finite() || residue == 0) return RemovalFault::pole_missing;
+    if (!is_finite(residue) || residue == 0) return RemovalFault::pole_missing;
     const ShiftValues values = values_of(f, place, residue);
     value1 = values.value1;
     value2 = values.value2;
@@ -127,7 +127,7 @@ RemovalFault doubleShift(WorkingFunction& f, const ShiftPole& x1, const ShiftPol
     const WideReal determinant = a1 * b2 - a2 * b1;
     const WideReal r1 = (g1 * b2 - g2 * b1) / determinant;
     const WideReal r2 = (a1 * g2 - a2 * g1) / determinant;
-    if (!r1.is_finite() || !r2.is_finite() || r1 == 0 || r2 == 0) return RemovalFault::double_roots_missing;
+    if (!is_finite(r1) || !is_finite(r2) || r1 == 0 || r2 == 0) return RemovalFault::double_roots_missing;
     out1 = values_of(f, first, r1);
     out2 = values_of(f, second, r2);
 
@@ -191,7 +191,7 @@ RemovalFault unitElement(WorkingFunction& f, WideReal u, WideReal& value) {
     hold_as_quotient(g);
     const WideReal s2 = (u - f.x0) / (1 - u);
     const WideReal g0 = value_of(g, u);
-    if (!(s2 > 0) || !g0.is_finite() || g0 == 0) return RemovalFault::unit_element;
+    if (!(s2 > 0) || !is_finite(g0) || g0 == 0) return RemovalFault::unit_element;
 
     ReactanceRoots subtracted = g.DENOMR;  // N - g0 D
     subtracted.multiplier *= -g0;
@@ -230,7 +230,7 @@ RemovalFault residues_of_both(const WorkingFunction& f, WideReal zero1, WideReal
     const WideReal k = (g1 - quotient_at(f, zero2)) / (i1 - shape(f, origin, zero2));
     at_zero = 1 / k;
     at_infinity = g1 - k * i1;
-    const bool found = at_zero.is_finite() && at_infinity.is_finite() && at_infinity != 0;
+    const bool found = is_finite(at_zero) && is_finite(at_infinity) && at_infinity != 0;
     return found ? RemovalFault::none : RemovalFault::double_roots_missing;
 }
 

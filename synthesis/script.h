@@ -24,7 +24,6 @@
 
 #include <array>
 #include <string_view>
-#include <type_traits>
 
 #include "shell/fixed_text.h"
 #include "synthesis/ladder_problem.h"
@@ -86,8 +85,6 @@ struct LadderState {
     int quadruplet_count = 0;
     Table<QuadrupletRecord, quadruplet_limit> QUADS;  // SVAL1 of its record says which
 };
-
-static_assert(std::is_trivially_copyable_v<LadderState> && std::is_trivially_copyable_v<Script>);
 
 inline constexpr double unit_element_mark = -555.0;
 inline constexpr double quadruplet_mark = -666.0;
@@ -175,8 +172,6 @@ struct LadderHistory {
     // history is backed up all the same then, and older states can be asked for.
     [[nodiscard]] bool restore(int back, LadderState& state);
 };
-
-static_assert(std::is_trivially_copyable_v<LadderHistory>);
 
 // Runs the words from state.position on up to "end", "fini" or the end of the script. A refused sentence leaves the
 // state as it was before it, with position at its first word, as does the watcher who stops the run. With a history

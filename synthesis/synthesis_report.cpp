@@ -184,7 +184,7 @@ void report_record(const SynthesisState& state, int k, double r, std::vector<std
         lines.push_back(text);
     }
     if (kind.structure != Structure::network) return;
-    const QuadrupletRecord& section = ladder.QUADS(whole_part(ladder.SVAL1(k).rounded()));
+    const QuadrupletRecord& section = ladder.QUADS(whole_part(rounded(ladder.SVAL1(k))));
     lines.push_back(edited<"(' zero frequency  real',1P,D15.7,'  imaginary',D15.7)">(section.SFZR, section.SFZI));
 }
 

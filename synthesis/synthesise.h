@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string_view>
-#include <type_traits>
 
 #include "circuit/circuit.h"
 #include "synthesis/automatic_script.h"
@@ -103,8 +102,6 @@ struct SynthesisState {
         return !(times <= extreme_termination && times >= 1 / extreme_termination);
     }
 };
-
-static_assert(std::is_trivially_copyable_v<SynthesisState> && std::is_trivially_copyable_v<SynthesisRequest>);
 
 // Synthesises the ladder of a request, `spec` being normalised as the approximation left it. The circuit is replaced
 // only when its loss agrees with the transfer function; after a fault it is as before, and `state` says how far the

@@ -258,7 +258,7 @@ void level_ratios(const LadderState& forward, const LadderState& reverse, bool o
         join.RATIO(++join.ratio_count) = branch_impedance(forward, input_open, s) / remainder_impedance(reverse, s);
     }
     for (int i = 2; i <= join.ratio_count; ++i) {
-        const auto off = static_cast<double>(abs(join.RATIO(i) / join.RATIO(1) - 1).rounded());
+        const auto off = static_cast<double>(rounded(abs(join.RATIO(i) / join.RATIO(1) - 1)));
         join.difference =
             std::fmax(join.difference, std::isfinite(off) ? off : std::numeric_limits<double>::infinity());
     }

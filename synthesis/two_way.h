@@ -47,8 +47,6 @@ struct Join {
     double difference = 0;               // largest relative one of them
 };
 
-static_assert(std::is_trivially_copyable_v<TwoWayScripts> && std::is_trivially_copyable_v<Join>);
-
 // Scripts for the ends of one network, `input` and `output` being selections for both of them. False when a filter has
 // none: with a single step, complex zeros or lines.
 [[nodiscard]] bool two_way_scripts(const LadderProblem& problem, const Selection& input, const Selection& output,

@@ -18,8 +18,8 @@ constexpr long double one_to_rough = 1e-7L;  // relative distance of two roots t
 // Highest degree of A + B and its two highest coefficients.
 struct Leading {
     int degree = 0;
-    WideReal first;
-    WideReal second;
+    WideReal first = 0;
+    WideReal second = 0;
 };
 
 [[nodiscard]] bool solve_sum(const ReactanceRoots& A, const ReactanceRoots& B, ReactanceRoots& sum);
@@ -214,27 +214,27 @@ bool rough_roots(const ReactanceRoots& A, const ReactanceRoots& B, WideRootSet& 
     // The scale of the multipliers is left out: they may be beyond the range of the rough type.
     const WideReal ratio = B.multiplier / A.multiplier;
     if (A.count <= max_real_degree && B.count <= max_real_degree) {
-        const auto rounded = [](const ReactanceRoots& from, WideReal multiplier) {
-            RealRootSet to{.multiplier = multiplier.rounded(), .count = from.count, .root = {}};
-            for (int i = 1; i <= from.count; ++i) to.root(i) = from.root(i).rounded();
+        const auto rough_set = [](const ReactanceRoots& from, WideReal multiplier) {
+            RealRootSet to{.multiplier = rounded(multiplier), .count = from.count, .root = {}};
+            for (int i = 1; i <= from.count; ++i) to.root(i) = rounded(from.root(i));
             return to;
         };
         RealSumWorkspace ws;
         RealRootSet found;
-        if (solveRealSum(rounded(A, 1), rounded(B, ratio), found, ws, rough_options).good()) {
+        if (solveRealSum(rough_set(A, 1), rough_set(B, ratio), found, ws, rough_options).good()) {
             rough = {};
             for (int i = 1; i <= found.count; ++i) rough.append({found.root(i), 0});
             return true;
         }
     }
-    const auto rounded = [](const ReactanceRoots& from, WideReal multiplier) {
+    const auto rough_set = [](const ReactanceRoots& from, WideReal multiplier) {
         WideRootSet to;
-        to.multiplier = multiplier.rounded();
-        for (int i = 1; i <= from.count; ++i) to.append({from.root(i).rounded(), 0});
+        to.multiplier = rounded(multiplier);
+        for (int i = 1; i <= from.count; ++i) to.append({rounded(from.root(i)), 0});
         return to;
     };
     SumWorkspace ws;
-    if (!solveSum(rounded(A, 1), rounded(B, ratio), rough, ws, rough_options).good()) return false;
+    if (!solveSum(rough_set(A, 1), rough_set(B, ratio), rough, ws, rough_options).good()) return false;
     for (int i = 1; i <= rough.count; ++i) {
         if (!(std::fabs(rough.im(i)) <= off_axis * std::fabs(rough.re(i)))) return false;
     }

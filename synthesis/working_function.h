@@ -13,8 +13,6 @@
 // Roots and multipliers are long numbers: the rounding of one removal is magnified by those that follow it.
 #pragma once
 
-#include <type_traits>
-
 #include "numeric/complex.h"
 #include "shell/table.h"
 #include "synthesis/long_real.h"
@@ -46,8 +44,6 @@ struct WorkingFunction {
     // Nothing is left: I = 0 or infinite.
     [[nodiscard]] bool vanished() const { return ANUMR.multiplier.sign() == 0 || DENOMR.multiplier.sign() == 0; }
 };
-
-static_assert(std::is_trivially_copyable_v<WorkingFunction>);
 
 // How far a root may be from a value that it is taken for: max(1e-8, 10^-digits |value|).
 [[nodiscard]] WideReal reach_of(const WideReal& value, int digits);

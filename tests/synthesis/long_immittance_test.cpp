@@ -29,10 +29,10 @@ void expect_whole(const XPlane& xp, bool single, long double f_tolerance) {
         const WideReal even = es * ed * (parts.degree % 2 == 0 ? 1 : -v);
         const WideReal odd = os * od * (parts.degree % 2 == 0 ? -u * v : u);
         const WideReal whole = product_at(single ? xp.ES : xp.QS, x);
-        EXPECT_LE(abs(even + odd - whole).rounded(), (1e-100L * (abs(even) + abs(odd))).rounded()) << at;
+        EXPECT_LE(rounded(abs(even + odd - whole)), rounded(1e-100L * (abs(even) + abs(odd)))) << at;
         if (single) continue;
-        EXPECT_LE(abs(es - ed - shifted(product_at(xp.fEven, x), 1)).rounded(), f_tolerance * abs(es).rounded()) << at;
-        EXPECT_LE(abs(os - od - shifted(product_at(xp.fOdd, x), 1)).rounded(), f_tolerance * abs(os).rounded()) << at;
+        EXPECT_LE(rounded(abs(es - ed - shifted(product_at(xp.fEven, x), 1))), f_tolerance * rounded(abs(es))) << at;
+        EXPECT_LE(rounded(abs(os - od - shifted(product_at(xp.fOdd, x), 1))), f_tolerance * rounded(abs(os))) << at;
     }
 }
 

@@ -133,8 +133,8 @@ TEST(Script, RemovalsRefuseWhatCannotBe) {
     value2 = shifted(whole2, -2);
     ASSERT_EQ(finite(f, RemovalMode::given, pole, 0, value1, value2), RemovalFault::none);
     ASSERT_EQ(finite(f, RemovalMode::complete, pole, 0, value1, value2), RemovalFault::none);
-    EXPECT_NEAR(static_cast<double>((value2 / whole2).rounded()), 0.75, 1e-15);
-    EXPECT_NEAR(static_cast<double>((value_of(f, -0.3L) / value_of(at_once, -0.3L)).rounded()), 1, 1e-15);
+    EXPECT_NEAR(static_cast<double>(rounded(value2 / whole2)), 0.75, 1e-15);
+    EXPECT_NEAR(static_cast<double>(rounded(value_of(f, -0.3L) / value_of(at_once, -0.3L))), 1, 1e-15);
 }
 
 TEST(Script, ARefusedSentenceChangesNothing) {

@@ -23,10 +23,11 @@ Real angle_excess(const AngleSum& angles, Real eta, int half_turns);
 
 // Newton in ln eta within a bracket, in double, then polished
 // in the wide type, where the slope in double is good enough.
-Real root_of_angle(const AngleSum& angles, int half_turns, int total, Real above) {
+Real root_of_angle(const AngleSum& angles, int half_turns, int total, Real above, Real start) {
     double low = static_cast<double>(above);
     double high = 0;  // none yet
-    double eta = low > 0 ? 1.5 * low : std::tan(std::numbers::pi / 2 * half_turns / total);
+    auto eta = static_cast<double>(start);
+    if (!(eta > low)) eta = low > 0 ? 1.5 * low : std::tan(std::numbers::pi / 2 * half_turns / total);
     AngleAndSlope at;
     for (int step = 1; step <= 200; ++step) {
         at = angle_at(angles, eta, half_turns);

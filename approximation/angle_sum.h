@@ -29,7 +29,9 @@ struct AngleSum {
 };
 
 // The eta > above with theta(eta) = half_turns pi/2, 0 < half_turns < total, where total pi/2 is the angle at infinity
-// and theta(above) is below the target. Relative error some ulp of the wide type.
-[[nodiscard]] XPlane::Real root_of_angle(const AngleSum& angles, int half_turns, int total, XPlane::Real above);
+// and theta(above) is below the target. A start, where one is known, saves the search. Relative error some ulp of the
+// wide type.
+[[nodiscard]] XPlane::Real root_of_angle(const AngleSum& angles, int half_turns, int total, XPlane::Real above,
+                                         XPlane::Real start = 0);
 
 }  // namespace kavrel

@@ -50,7 +50,6 @@ private:
     // The ends: with f from the front part, with f still to be found from E, for one termination.
     Fault end_with_known_f();
     Fault end_with_new_f();
-    Fault end_single_terminated();
     Fault end_single_with_new_e();
 
     Fault take(FrontVerdict verdict);
@@ -187,8 +186,8 @@ Fault Run::from_slope() {
 }
 
 Fault Run::end_with_known_f() {
+    if (single_termination()) return Fault::none;
     if (const Fault fault = split_e(); fault != Fault::none) return fault;
-    if (single_termination()) return end_single_terminated();
     if (const Fault fault = serve_terminations(); fault != Fault::none) return fault;
     return find_immittances();
 }
@@ -199,18 +198,13 @@ Fault Run::end_with_new_f() {
     return find_immittances();
 }
 
-Fault Run::end_single_terminated() {
-    immittanceOfDenominator(xp_);
-    return Fault::none;
-}
-
 // Nothing asks for the f of an E that was not made from one; what is there belongs to another E.
 Fault Run::end_single_with_new_e() {
     xp_.FS = {};
     xp_.fFactors = {};
     xp_.fEven = {};
     xp_.fOdd = {};
-    return end_single_terminated();
+    return Fault::none;
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

@@ -123,12 +123,12 @@ public:
 
 // Runs the whole calculation. `spec` is changed to the normalised problem (frequency_variable.h), designError is 1
 // after a fault (2 for a matching network that is not needed). On success xp holds Q, F, E with their factors and
-// parts, and unless the medium is sampled the immittance polynomials. After a single termination ed and od are
-// not there, and with predistortion, a given e, or a slope nor are F, its factors and parts: empty, as nothing reads
-// them. Parts of f that do not make F up to 1e-9 of E are refused (f_parts_missing). f takes zeros of alternating sides
-// unless its parts are not accurate enough then, as with an odd number of unit elements and unequal terminations from
-// degree 20 on: then all zeros lie on the left, factor_sign is 1 throughout. A low-pass that is to be shifted to a
-// band-pass is left without predistortion: that is done on the band-pass.
+// parts, and unless the medium is sampled the immittance polynomials. After a single termination these and the parts of
+// e are left to immittanceOfDenominator, and with predistortion, a given e, or a slope nor are F, its factors and
+// parts: empty, as nothing reads them. Parts of f that do not make F up to 1e-9 of E are refused (f_parts_missing). f
+// takes zeros of alternating sides unless its parts are not accurate enough then, as with an odd number of unit
+// elements and unequal terminations from degree 20 on: then all zeros lie on the left, factor_sign is 1 throughout. A
+// low-pass that is to be shifted to a band-pass is left without predistortion: that is done on the band-pass.
 ApproximationVerdict approximate(FilterSpec& spec, XPlane& xp, ApproximationNotes& notes,
                                  ApproximationQuestions& questions);
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "approximation/angle_sum.h"
+#include "approximation/closed_form.h"
 #include "approximation/decibel.h"
 #include "approximation/frequency_variable.h"
 #include "approximation/parametric_ripple.h"
@@ -101,10 +102,13 @@ FrontVerdict equalRippleF(FilterSpec& spec, XPlane& xp, FrontNotes& notes) {
     // cos theta = 0 at the odd multiples of pi/2; sin theta = 0 of odd low-pass and high-pass at the even ones.
     const int total = spec.degree - parametric_weight(spec);
     const int first = spec.degreeParity == 1 && !is_parametric(spec) ? 2 : 1;
+    const ReflectionZeros known = closedReflectionZeros(spec, xp);
+    const bool final = xp.zeroCount == 0;
     WideRootSet roots;
     Real eta = 0;
-    for (int turns = first; turns < total; turns += 2) {
-        eta = root_of_angle(angles, turns, total, eta);
+    for (int turns = first, i = 1; turns < total; turns += 2, ++i) {
+        const Real start = i <= known.count ? known.eta(i) : 0;
+        eta = final && start > 0 ? start : root_of_angle(angles, turns, total, eta, start);
         roots.append({-eta * eta, 0});
     }
 

@@ -17,6 +17,10 @@ using Root = Complex<Real>;
 constexpr Real largest_correction = 1e-10L;  // relative
 
 [[nodiscard]] LowPassPrototype prototype_of(const FilterSpec& spec, const XPlane& xp);
+struct SineCosine {
+    Real s, c;
+};
+SineCosine sine_cosine(int k, int n);
 // [k] the pole of angle theta, im >= 0, k = 1 ... (n + 1)/2; the last one of odd n is real.
 using Poles = Table<Root, max_pairs>;
 void flat_poles(const LowPassPrototype& p, Real eps2, Poles& x);
@@ -69,6 +73,20 @@ bool closedPoles(const FilterSpec& spec, XPlane& xp) {
     return true;
 }
 
+ReflectionZeros closedReflectionZeros(const FilterSpec& spec, const XPlane& xp) {
+    const LowPassPrototype p = prototype_of(spec, xp);
+    ReflectionZeros zeros;
+    if (p.degree == 0 || p.degree > max_degree || p.flat || spec.filterType == band_pass) return zeros;
+    const Real kc = p.edge > 0 ? complement_of_edge(p.edge) : 1;
+    const JacobiFunctions functions(p.edge > 0 ? 1 / p.edge : 0, kc);
+    for (int k = p.degree / 2; k >= 1; --k) {
+        const auto [s, c] = sine_cosine(k, p.degree);
+        const auto at = functions.at(s, c);
+        zeros.eta(++zeros.count) = std::sqrt(p.scale) * at.cn / (at.sn * kc);
+    }
+    return zeros;
+}
+
 namespace {
 
 // With all zeros at infinity no step before has made one.
@@ -87,10 +105,6 @@ LowPassPrototype prototype_of(const FilterSpec& spec, const XPlane& xp) {
     p.flat = flat;
     return p;
 }
-
-struct SineCosine {
-    Real s, c;
-};
 
 // Of (2k - 1) pi/(2n), both without cancellation.
 SineCosine sine_cosine(int k, int n) {

@@ -23,6 +23,14 @@
 
 namespace kavrel {
 
+// Roots -eta^2 of F, ascending eta; count 0 for any other function, and for band-passes. Those of a stopband with equal
+// minima are good to a few digits less than the zeros of transmission, and are to be corrected on these.
+struct ReflectionZeros {
+    int count = 0;
+    Table<XPlane::Real, max_pairs> eta;
+};
+[[nodiscard]] ReflectionZeros closedReflectionZeros(const FilterSpec& spec, const XPlane& xp);
+
 // Fills ES, E = F + Q, from the prototype of xp: to the rounding of the form itself where that has a few digits in
 // hand, else corrected on the products F and Q. False, with ES as it was, for any other function, or when the
 // correction is larger than the error of the form can be.

@@ -10,6 +10,7 @@
 #include "approximation/band_shift.h"
 #include "approximation/filter_report.h"
 #include "approximation/frequency_variable.h"
+#include "approximation/immittance.h"
 #include "approximation/s_plane.h"
 #include "approximation/sloped_passband.h"
 #include "shell/finite.h"
@@ -48,13 +49,13 @@ public:
 
     // The box or lines of a fault, and that the design is discontinued.
     void refuse(FrontVerdict verdict);
+    void refuse(const ApproximationVerdict& verdict);
 
     PredistortionChoice predistortion_choice(const PredistortionNotes& notes) override;
     bool go_on() override { return watcher_.go_on(); }
 
 private:
     void report();
-    void refuse(const ApproximationVerdict& verdict);
 
     const FilterSpec& request_;
     FilterDesign& design_;
@@ -109,7 +110,12 @@ FilterDesignVerdict designFilter(FilterKind kind, FilterSpec& spec, FilterDesign
     draft->transfer = xToFrequencyPlane(draft->worked, draft->x_plane);
     const bool to_be_shifted = found.filterType == low_pass && found.centerFrequency > 0.0;
     if (to_be_shifted && !design_shifted(found, *draft, units, reporter)) return FilterDesignVerdict::discontinued;
-    if (!all_finite(found, draft->transfer) || !has_doubles(draft->x_plane)) {
+    XPlane& plane = draft->x_plane;
+    if (row->terminated && draft->worked.loadResistance == 0 && !immittanceOfDenominator(plane)) {
+        way.refuse({.fault = ApproximationFault::e_parts_missing, .front = {}, .solve = {}});
+        return FilterDesignVerdict::discontinued;
+    }
+    if (!all_finite(found, draft->transfer) || !has_doubles(plane)) {
         way.refuse({FrontFault::out_of_range});
         return FilterDesignVerdict::discontinued;
     }

@@ -1,5 +1,6 @@
 #include "approximation/filter_json.h"
 
+#include "approximation/immittance.h"
 #include "approximation/loss_rows.h"
 #include "approximation/s_plane.h"
 #include "shell/record_json.h"
@@ -52,11 +53,12 @@ Json x_plane_part(const FilterSpec& worked, const XPlane& x_plane) {
 }
 
 Json immittance_part(const XPlane& x_plane) {
-    if (is_empty(x_plane.es) && is_empty(x_plane.os)) return {};
-    return {{"es", root_set(x_plane.es)},
-            {"os", root_set(x_plane.os)},
-            {"ed", root_set(x_plane.ed)},
-            {"od", root_set(x_plane.od)}};
+    XPlane plane = x_plane;
+    const auto missing = [&] { return is_empty(plane.es) && is_empty(plane.os); };
+    if (missing() && (is_empty(plane.ES) || !immittanceOfDenominator(plane))) return {};
+    if (missing()) return {};
+    return {
+        {"es", root_set(plane.es)}, {"os", root_set(plane.os)}, {"ed", root_set(plane.ed)}, {"od", root_set(plane.od)}};
 }
 
 namespace {

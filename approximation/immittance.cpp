@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "approximation/hurwitz_parts.h"
 #include "numeric/root_order.h"
 #include "numeric/scaled_value.h"
 
@@ -24,11 +25,14 @@ SolveVerdict immittancePolynomials(XPlane& x, ExtractionWorkspace& ws) {
     return even.good() ? sum_and_difference(x, x.eOdd, x.fOdd, x.os, x.od, ws) : even;
 }
 
-void immittanceOfDenominator(XPlane& x) {
+bool immittanceOfDenominator(XPlane& x) {
+    const bool made = x.eEven.multiplier != 0 || x.eOdd.multiplier != 0;
+    if (!made && !partsOfHurwitz(x.eFactors, x.a, x.eEven, x.eOdd)) return false;
     x.es = x.eEven;
     x.os = x.eOdd;
     x.ed = {};
     x.od = {};
+    return true;
 }
 
 namespace {

@@ -18,7 +18,8 @@ namespace kavrel {
 // no_convergence; the sets are unfinished then.
 SolveVerdict immittancePolynomials(XPlane& x, ExtractionWorkspace& ws);
 
-// Single termination: the parts of e alone.
-void immittanceOfDenominator(XPlane& x);
+// Of a design with a single termination, which does without until a ladder or its state asks: eEven and eOdd from the
+// factors of e, where they are not there, as es and os. False when e is not Hurwitz.
+[[nodiscard]] bool immittanceOfDenominator(XPlane& x);
 
 }  // namespace kavrel

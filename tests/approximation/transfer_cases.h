@@ -6,6 +6,7 @@
 
 #include "approximation/approximate.h"
 #include "approximation/filter_spec.h"
+#include "approximation/immittance.h"
 #include "approximation/x_plane.h"
 #include "tests/approximation/request.h"
 #include "tests/support/choices.h"
@@ -33,7 +34,12 @@ struct Design {
     FixedAnswers answers;
     ApproximationVerdict verdict;
 
-    void run() { verdict = approximate(spec, xp, notes, answers); }
+    void run() {
+        verdict = approximate(spec, xp, notes, answers);
+        if (verdict.good() && spec.loadResistance == 0 && !immittanceOfDenominator(xp)) {
+            verdict.fault = ApproximationFault::e_parts_missing;
+        }
+    }
 };
 inline std::unique_ptr<Design> run(const FilterSpec& spec) {
     auto d = std::make_unique<Design>();

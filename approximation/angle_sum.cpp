@@ -41,7 +41,7 @@ Real root_of_angle(const AngleSum& angles, int half_turns, int total, Real above
         eta = next;
     }
     Real fine = eta;
-    for (int step = 1; step <= 3; ++step) {
+    for (int step = 1; step <= 2; ++step) {
         fine *= 1 - angle_excess(angles, fine, half_turns) / static_cast<Real>(at.slope);
     }
     return fine;

@@ -1,5 +1,6 @@
 #include "approximation/closed_form.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -51,7 +52,7 @@ bool closedPoles(const FilterSpec& spec, XPlane& xp) {
     WideRootSet E;
     E.multiplier = xp.FS.multiplier + xp.QS.multiplier;
     const Real r = std::sqrt(xp.a);
-    for (int k = 1; k <= (p.degree + 1) / 2; ++k) {
+    for (int k = (p.degree + 1) / 2; k >= 1; --k) {  // by magnitude, ascending
         const Root x = {(p.scale * poles(k).re + p.shift) / (1 + p.shift), p.scale * poles(k).im / (1 + p.shift)};
         spec.filterType == band_pass ? append_band_pass(E, x, r) : append(E, x);
     }
@@ -106,11 +107,12 @@ LowPassPrototype prototype_of(const FilterSpec& spec, const XPlane& xp) {
     return p;
 }
 
-// Of (2k - 1) pi/(2n), both without cancellation.
+// Of (2k - 1) pi/(2n), both without cancellation: above pi/4 from the complement.
 SineCosine sine_cosine(int k, int n) {
-    constexpr Real pi = std::numbers::pi_v<Real>;
-    return {std::sin(static_cast<Real>(2 * k - 1) * pi / (2 * n)),
-            std::sin(static_cast<Real>(n - 2 * k + 1) * pi / (2 * n))};
+    const int turn = 2 * k - 1, rest = n - turn;
+    const Real angle = std::numbers::pi_v<Real> * std::min(turn, rest) / (2 * n);
+    const SineCosine at{std::sin(angle), std::cos(angle)};
+    return turn <= rest ? at : SineCosine{at.c, at.s};
 }
 
 void flat_poles(const LowPassPrototype& p, Real eps2, Poles& x) {
@@ -146,6 +148,8 @@ void flat_minima_poles(const LowPassPrototype& p, Real eps2, Poles& x) {
     }
 }
 
+Real square(Real x) { return x * x; }
+
 void elliptic_poles(const LowPassPrototype& p, Real eps2, Poles& x) {
     const int n = p.degree;
     const Real k = 1 / p.edge, kc = complement_of_edge(p.edge);
@@ -155,7 +159,7 @@ void elliptic_poles(const LowPassPrototype& p, Real eps2, Poles& x) {
     for (int i = 1; i <= (n + 1) / 2; ++i) {
         const auto [s, c] = sine_cosine(i, n);
         at(i) = functions.at(s, c);
-        if (i <= n / 2) k1 *= std::pow(at(i).sn, Real{4});
+        if (i <= n / 2) k1 *= square(square(at(i).sn));
     }
     const Real t = 1 / std::sqrt(eps2);
     const Real integral = t * carlson_rf(1, 1 + k1 * k1 * t * t, 1 + t * t);  // F(atan t, k1')
@@ -164,7 +168,6 @@ void elliptic_poles(const LowPassPrototype& p, Real eps2, Poles& x) {
     const auto [s1, c1, d1] = of_complement.at(std::sin(phi), std::cos(phi));
     for (int i = 1; i <= (n + 1) / 2; ++i) {
         const auto [s, c, d] = at(i);
-        const auto square = [](Real z) { return z * z; };
         const Real A = square(c1) + square(k * s * s1);
         const Real D = (square(s * d1) + square(c * d * s1 * c1)) * kc;
         x(i) = from_parts(s * c * c1 * d1 * A / D, d * s1 * (square(c * c1) + square(s * d1)) / D);

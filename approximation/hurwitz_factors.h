@@ -5,6 +5,8 @@
 // middle of this file go from one form to the other without a coefficient being formed.
 #pragma once
 
+#include <cmath>
+
 #include "approximation/x_plane.h"
 #include "numeric/even_odd_roots.h"
 #include "numeric/solve_verdict.h"
@@ -42,9 +44,14 @@ struct [[nodiscard]] FactorVerdict {
 // and leaves `p` unfinished.
 FactorVerdict toFactors(WideRootSet& set, long double a, WidePseudoPolynomial& p);
 
+// The same of a set in that order, in any real type.
+template <class Real>
+FactorVerdict factorsOfPower(const RootSetOf<Real>& set, const Real& a, PseudoPolynomialOf<Real>& p);
+
 // The power of a pseudo-polynomial: the roots of (c + d x)^2 = (x - a)(1 - x) for each pair, (c_n^2 + a)/(c_n^2 + 1)
 // for the last factor, multiplier^2 product (d^2 + 1) (c_n^2 + 1). The order is that of the factors.
-[[nodiscard]] WideRootSet fromFactors(const WidePseudoPolynomial& p, long double a);
+template <class Real>
+[[nodiscard]] RootSetOf<Real> fromFactors(const PseudoPolynomialOf<Real>& p, const Real& a);
 
 // The zero of e(s) that belongs to a root of E: s^2 = (x - a)/(1 - x), Re s <= 0, in units of the upper edge. Of a
 // conjugate pair each root gives its own s, again conjugates.
@@ -52,5 +59,114 @@ FactorVerdict toFactors(WideRootSet& set, long double a, WidePseudoPolynomial& p
 
 // The square of s that belongs to x.
 [[nodiscard]] Complex<long double> squareOfS(Complex<long double> x, long double a);
+
+// ---------------------------------------------------------------------------------------------------------------------
+
+namespace hurwitz {
+
+inline constexpr long double least_width = 1e-20L;  // D of a pair taken to lie on the axis
+
+template <class Real>
+[[nodiscard]] FactorVerdict off_axis_at(const Real& x) {
+    return {-1, static_cast<long double>(x)};
+}
+
+// `width` receives sqrt(d^2 + 1).
+template <class Real>
+FactorVerdict factor_of_pair(const RootSetOf<Real>& set, int first, const Real& a, Real& c, Real& d, Real& width) {
+    using std::sqrt;
+    const Complex<Real> x1 = set.root(first);
+    const Complex<Real> x2 = set.root(first + 1);
+    const bool complex = x1.im != 0;
+    const Real h = -(x1.re + x2.re) / 2;
+    const Real half = (x1.re - x2.re) / 2;
+    const Real r_squared = complex ? x1.im * x1.im : -half * half;
+    const Real product = complex ? x1.re * x1.re + r_squared : x1.re * x2.re;
+    const auto distances = [&](const Real& from) -> Real {
+        return complex ? (from - x1.re) * (from - x1.re) + r_squared : (from - x1.re) * (from - x2.re);
+    };
+
+    const Real v1 = distances(1);
+    const Real v2 = distances(a);
+    if (v1 < 0) return {-1, 1};
+    if (v2 < 0) return off_axis_at<Real>(a + 1e-9L);
+    const Real r1 = sqrt(v1);
+    const Real r2 = sqrt(v2);
+    const Real t = 2 * h + 1 + a;
+    const Real m = (a + h) * (h + 1) - r_squared;
+    const Real residue = product + (2 * h + product) * a;  // (r2^2 - a^2 r1^2)/(1 - a)
+    // (r1 r2)^2 - m^2 = (t r)^2
+    const Real D = m <= 0 ? Real(2 * (r1 * r2 - m)) : Real(2 * t * t * r_squared / (r1 * r2 + m));
+    if (!(D >= least_width)) return off_axis_at<Real>(-residue * (r1 + r2) / (t * (a * r1 + r2)));
+
+    width = (r1 + r2) / sqrt(D);
+    c = width * residue / (r2 + a * r1);
+    d = t / sqrt(D);
+    return {};
+}
+
+template <class Real>
+FactorVerdict factor_of_single(const Real& x, const Real& a, Real& c) {
+    using std::sqrt;
+    const Real q = (x - a) / (1 - x);
+    if (!(q >= 0)) return off_axis_at(x);
+    c = sqrt(q);
+    return {};
+}
+
+}  // namespace hurwitz
+
+template <class Real>
+FactorVerdict factorsOfPower(const RootSetOf<Real>& set, const Real& a, PseudoPolynomialOf<Real>& p) {
+    using std::fabs, std::sqrt;
+    p.degree = set.count;
+    p.multiplier = sqrt(fabs(set.multiplier));
+    for (int i = 1; i <= p.pairs(); ++i) {
+        Real width = 1;
+        const FactorVerdict verdict = hurwitz::factor_of_pair(set, 2 * i - 1, a, p.c(i), p.d(i), width);
+        if (!verdict.good()) return verdict;
+        p.multiplier /= width;
+    }
+    if (p.degree % 2 == 0) return {};
+
+    const int last = p.factors();
+    p.d(last) = 0;
+    const Real x = set.re(set.count);
+    if (const FactorVerdict verdict = hurwitz::factor_of_single(x, a, p.c(last)); !verdict.good()) return verdict;
+    p.multiplier *= sqrt((1 - x) / (1 - a));
+    return {};
+}
+
+template <class Real>
+RootSetOf<Real> fromFactors(const PseudoPolynomialOf<Real>& p, const Real& a) {
+    using std::fabs, std::sqrt;
+    RootSetOf<Real> set;
+    set.multiplier = p.multiplier * p.multiplier;
+    for (int i = 1; i <= p.pairs(); ++i) {
+        const Real c = p.c(i);
+        const Real d = p.d(i);
+        const Real lead = d * d + 1;
+        const Real h = (2 * c * d - 1 - a) / (2 * lead);
+        // h^2 - (a + c^2)/lead with the terms in c^2 d^2 taken out
+        const Real v = ((1 - a) * (1 - a) / 4 - (c + d) * (c + a * d)) / (lead * lead);
+        set.multiplier *= lead;
+        const Real r = sqrt(fabs(v));
+        if (v < 0) {
+            set.append({-h, r});
+            set.append({-h, -r});
+            continue;
+        }
+        const Real larger = h > 0 ? Real(-(h + r)) : Real(r - h);
+        const Real smaller = larger == 0 ? Real{0} : Real((a + c * c) / (lead * larger));
+        set.append({h > 0 ? smaller : larger, 0});
+        set.append({h > 0 ? larger : smaller, 0});
+    }
+    if (p.degree % 2 == 1) {
+        const Real c2 = p.c(p.factors()) * p.c(p.factors());
+        set.append({(c2 + a) / (c2 + 1), 0});
+        set.multiplier *= c2 + 1;
+    }
+    return set;
+}
 
 }  // namespace kavrel

@@ -7,34 +7,6 @@
 
 namespace kavrel {
 
-PartCoefficients evenOddCoefficients(const WidePseudoPolynomial& p, Wide a) {
-    PartCoefficients t;
-    t.CE(1) = p.multiplier;
-    const auto cell = [](const Table<Wide, max_part_coefficients>& table, int i) {
-        return i >= 1 ? table(i) : Wide{0};
-    };
-
-    for (int i = 1; i <= p.pairs(); ++i) {
-        const Wide c = p.c(i);
-        const Wide d = p.d(i);
-        const PartCoefficients old = t;
-        for (int j = 1; j <= i + 1; ++j) {
-            t.CE(j) = c * old.CE(j) + d * cell(old.CE, j - 1) - cell(old.CO, j - 2) - a * old.CO(j) +
-                      (1 + a) * cell(old.CO, j - 1);
-            t.CO(j) = c * old.CO(j) + old.CE(j) + d * cell(old.CO, j - 1);
-        }
-    }
-    if (p.degree % 2 == 1) {
-        const Wide c = p.c(p.factors());
-        const PartCoefficients old = t;
-        for (int j = 1; j <= p.factors(); ++j) {
-            t.CE(j) = c * old.CE(j) - a * old.CO(j) + cell(old.CO, j - 1);
-            t.CO(j) = (old.CO(j) - cell(old.CO, j - 1)) * c + old.CE(j);
-        }
-    }
-    return t;
-}
-
 bool isHurwitz(const WidePseudoPolynomial& p, Wide a) {
     for (int i = 1; i <= p.pairs(); ++i) {
         if (!(p.c(i) + p.d(i) > 0 && p.c(i) + a * p.d(i) > 0)) return false;

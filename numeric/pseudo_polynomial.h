@@ -15,7 +15,7 @@ namespace kavrel {
 
 template <class Real>
 struct PseudoPolynomialOf {
-    Real multiplier{};
+    Real multiplier = 0;
     int degree = 0;            // n, 0 to 50
     Table<Real, max_pairs> c;  // [i] 1 <= i <= factors(); the last one of odd degree is c_n
     Table<Real, max_pairs> d;  // [i] 0 in the last factor of odd degree
@@ -33,15 +33,18 @@ static_assert(std::is_trivially_copyable_v<PseudoPolynomial>);
 inline constexpr int max_part_coefficients = 26;
 
 // Coefficients of the two parts, constant term first: CE(j + 1) and CO(j + 1) belong to x^j.
-struct PartCoefficients {
-    Table<Wide, max_part_coefficients> CE;
-    Table<Wide, max_part_coefficients> CO;
+template <class Real>
+struct PartCoefficientsOf {
+    Table<Real, max_part_coefficients> CE;
+    Table<Real, max_part_coefficients> CO;
 };
+using PartCoefficients = PartCoefficientsOf<Wide>;
 
 // Factor by factor, from Ev + w Od times (c + d x + w) with w^2 = -a + (1 + a) x - x^2:
 //   Ev' = (c + d x) Ev + w^2 Od,  Od' = (c + d x) Od + Ev,
 // and for the last factor of odd degree Ev' = c Ev + (x - a) Od, Od' = Ev + c (1 - x) Od.
-[[nodiscard]] PartCoefficients evenOddCoefficients(const WidePseudoPolynomial& p, Wide a);
+template <class Real>
+[[nodiscard]] PartCoefficientsOf<Real> evenOddCoefficients(const PseudoPolynomialOf<Real>& p, const Real& a);
 
 // Whether all zeros in s lie left of the imaginary axis: every b = (1 - a)/(c + d), c0 = (c + a d)/(c + d) and c_n
 // above 0. The zeros in x of both parts are real and simple then (Hermite-Biehler).
@@ -62,5 +65,38 @@ struct PseudoValue {
 };
 template <class Real>
 [[nodiscard]] PseudoValue<Real> evalPseudo(const PseudoPolynomialOf<Real>& p, Real a, Complex<Real> x);
+
+// ---------------------------------------------------------------------------------------------------------------------
+
+template <class Real>
+PartCoefficientsOf<Real> evenOddCoefficients(const PseudoPolynomialOf<Real>& p, const Real& a) {
+    PartCoefficientsOf<Real> t;
+    t.CE.fill(0);
+    t.CO.fill(0);
+    t.CE(1) = p.multiplier;
+    const auto cell = [](const Table<Real, max_part_coefficients>& table, int i) {
+        return i >= 1 ? table(i) : Real{0};
+    };
+
+    for (int i = 1; i <= p.pairs(); ++i) {
+        const Real c = p.c(i);
+        const Real d = p.d(i);
+        const PartCoefficientsOf<Real> old = t;
+        for (int j = 1; j <= i + 1; ++j) {
+            t.CE(j) = c * old.CE(j) + d * cell(old.CE, j - 1) - cell(old.CO, j - 2) - a * old.CO(j) +
+                      (1 + a) * cell(old.CO, j - 1);
+            t.CO(j) = c * old.CO(j) + old.CE(j) + d * cell(old.CO, j - 1);
+        }
+    }
+    if (p.degree % 2 == 1) {
+        const Real c = p.c(p.factors());
+        const PartCoefficientsOf<Real> old = t;
+        for (int j = 1; j <= p.factors(); ++j) {
+            t.CE(j) = c * old.CE(j) - a * old.CO(j) + cell(old.CO, j - 1);
+            t.CO(j) = (old.CO(j) - cell(old.CO, j - 1)) * c + old.CE(j);
+        }
+    }
+    return t;
+}
 
 }  // namespace kavrel

@@ -5,7 +5,9 @@
 #include <cmath>
 #include <span>
 
+#include "approximation/hurwitz_factors.h"
 #include "numeric/complex.h"
+#include "numeric/pseudo_polynomial.h"
 #include "synthesis/long_roots.h"
 
 namespace kavrel {
@@ -29,17 +31,11 @@ constexpr long double at_infinity = 1e12L;   // size of a rough root under a lea
 constexpr long double same_point = 1e-120L;  // distance of a root from a or 1 that is one of these
 constexpr int sweeps_from_afar = 400;
 
-constexpr int coefficient_limit = max_pairs + 2;      // those of a part, and one to carry into
-using Coefficients = Table<Long, coefficient_limit>;  // constant term first
-
-// e as a product of Hurwitz factors, c + d x + w each, and the coefficients of its parts.
-struct LongFactors {
-    Long multiplier = 1;
-    int degree = 0;
-    Table<Long, max_pairs> c;
-    Table<Long, max_pairs> d;
-    Coefficients CE;
-    Coefficients CO;
+using LongFactors = PseudoPolynomialOf<Long>;
+// e as a product of Hurwitz factors, and the coefficients of its parts.
+struct LongHurwitz {
+    LongFactors factors;
+    PartCoefficientsOf<Long> parts;
 };
 
 [[nodiscard]] LongSet long_set(const WideRootSet& set);
@@ -48,9 +44,8 @@ using PowerOfF = std::array<LongSet, 2>;  // F as a sum of products
 [[nodiscard]] bool refine_poles(const XPlane& xp, const PowerOfF& f, Watcher& watcher, LongSet& e);
 [[nodiscard]] bool refine_pair(std::span<const LongSet> terms, int i, int j, LongSet& e);
 [[nodiscard]] bool use_factors_of_f(const XPlane& xp, Watcher& watcher, LongSet& e, LongSet& f_even, LongSet& f_odd);
-[[nodiscard]] bool factor_poles(const LongSet& e, const Long& a, LongFactors& p);
-void expand_parts(const Long& a, LongFactors& p);
-[[nodiscard]] bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootSet& rough, LongSet& part);
+[[nodiscard]] LongSet reals_last(const LongSet& set);
+[[nodiscard]] bool refine_part(const LongHurwitz& p, const Long& a, bool even, const WideRootSet& rough, LongSet& part);
 [[nodiscard]] bool refine_sum(const Long& a, const LongSet& e, const LongSet& f, int sign, const WideRootSet& rough,
                               ReactanceRoots& sum);
 [[nodiscard]] bool copy_real(const LongSet& set, ReactanceRoots& roots);
@@ -72,9 +67,9 @@ bool long_immittance(const XPlane& xp, bool single_termination, Watcher& watcher
         return false;
     }
 
-    LongFactors p;
-    if (!factor_poles(e, a, p)) return false;
-    expand_parts(a, p);
+    LongHurwitz p;
+    if (!factorsOfPower(reals_last(e), a, p.factors).good()) return false;
+    p.parts = evenOddCoefficients(p.factors, a);
     LongSet even, odd;
     if (!watcher.go_on() || !refine_part(p, a, true, xp.eEven, even)) return false;
     if (!watcher.go_on() || !refine_part(p, a, false, xp.eOdd, odd)) return false;
@@ -174,36 +169,16 @@ PowerOfF power_of_parts(const XPlane& xp) {
 bool use_factors_of_f(const XPlane& xp, Watcher& watcher, LongSet& e, LongSet& f_even, LongSet& f_odd) {
     if (xp.fFactors.degree != xp.ES.count) return false;
     const Long a = xp.a;
-    LongFactors p;
-    p.degree = xp.fFactors.degree;
-    p.multiplier = xp.fFactors.multiplier;
-    LongSet power;
-    power.multiplier = p.multiplier * p.multiplier;
+    LongHurwitz p;
+    p.factors.degree = xp.fFactors.degree;
+    p.factors.multiplier = xp.fFactors.multiplier;
     for (int i = 1; i <= xp.fFactors.factors(); ++i) {
-        const Long c = p.c(i) = xp.fFactors.c(i);
-        const Long d = p.d(i) = xp.fFactors.d(i);
-        if (i > p.degree / 2) {
-            power.append({(c * c + a) / (c * c + 1), 0});
-            power.multiplier *= c * c + 1;
-            continue;
-        }
-        // (c + d x)^2 = (x - a)(1 - x).
-        const Long lead = d * d + 1;
-        const Long middle = (1 + a - shifted(c * d, 1)) / shifted(lead, 1);
-        const Long rest = middle * middle - (a + c * c) / lead;
-        const Long root = sqrt(abs(rest));
-        power.multiplier *= lead;
-        if (rest.sign() < 0) {
-            power.append({middle, root});
-            power.append({middle, -root});
-        } else {
-            power.append({middle + root, 0});
-            power.append({middle - root, 0});
-        }
+        p.factors.c(i) = xp.fFactors.c(i);
+        p.factors.d(i) = xp.fFactors.d(i);
     }
-    expand_parts(a, p);
+    p.parts = evenOddCoefficients(p.factors, a);
     e = long_set(xp.ES);
-    return refine_poles(xp, {power, {}}, watcher, e) && refine_part(p, a, true, xp.fEven, f_even) &&
+    return refine_poles(xp, {fromFactors(p.factors, a), {}}, watcher, e) && refine_part(p, a, true, xp.fEven, f_even) &&
            refine_part(p, a, false, xp.fOdd, f_odd);
 }
 
@@ -290,73 +265,16 @@ bool refine_pair(std::span<const LongSet> terms, int i, int j, LongSet& e) {
     return true;
 }
 
-bool factor_poles(const LongSet& e, const Long& a, LongFactors& p) {
-    p.degree = e.count;
-    p.multiplier = sqrt(abs(e.multiplier));
-    int single = 0;
-    int factors = 0;
-    const auto add_pair = [&](const Long& sum, const Long& product) {
-        const Long h = shifted(-sum, -1);
-        const Long r1 = sqrt(1 - sum + product);
-        const Long r2 = sqrt(a * a - a * sum + product);
-        const Long m = (a + h) * (h + 1) - (product - h * h);
-        const Long root_d = sqrt(shifted(r1 * r2 - m, 1));
-        const Long u = (r1 + r2) / root_d;
-        ++factors;
-        p.c(factors) = u * (product + (shifted(h, 1) + product) * a) / (r2 + a * r1);
-        p.d(factors) = (shifted(h, 1) + 1 + a) / root_d;
-        p.multiplier /= u;
-        return is_finite(p.c(factors)) && is_finite(p.d(factors));
-    };
-    for (int i = 1; i <= e.count; ++i) {
-        if (e.im(i).sign() > 0) {
-            if (!add_pair(shifted(e.re(i), 1), e.re(i) * e.re(i) + e.im(i) * e.im(i))) return false;
-        } else if (e.im(i).sign() == 0) {
-            if (single == 0) {
-                single = i;
-                continue;
-            }
-            if (!add_pair(e.re(single) + e.re(i), e.re(single) * e.re(i))) return false;
-            single = 0;
+// Two roots of one place may have turned out real, or not.
+LongSet reals_last(const LongSet& set) {
+    LongSet sorted;
+    sorted.multiplier = set.multiplier;
+    for (const bool real : {false, true}) {
+        for (int i = 1; i <= set.count; ++i) {
+            if ((set.im(i) == 0) == real) sorted.append(set.root(i));
         }
     }
-    if ((single != 0) != (e.count % 2 == 1)) return false;
-    if (single != 0) {
-        const Long q = (e.re(single) - a) / (1 - e.re(single));
-        ++factors;
-        p.c(factors) = sqrt(q);
-        p.d(factors) = 0;
-        p.multiplier /= sqrt(q + 1);
-        if (!is_finite(p.c(factors))) return false;
-    }
-    return factors == (e.count + 1) / 2;
-}
-
-// Ev' = (c + d x) Ev + w^2 Od, Od' = (c + d x) Od + Ev; last: Ev' = c Ev + (x - a) Od, Od' = Ev + c (1 - x) Od.
-void expand_parts(const Long& a, LongFactors& p) {
-    p.CE.fill(0);
-    p.CO.fill(0);
-    const auto below = [](const Coefficients& t, int j) { return j >= 1 ? t(j) : Long{0}; };
-    p.CE(1) = p.multiplier;
-    int terms = 1;
-    for (int i = 1; i <= p.degree / 2; ++i) {
-        const Coefficients E = p.CE;
-        const Coefficients O = p.CO;
-        ++terms;
-        for (int j = 1; j <= terms; ++j) {
-            p.CE(j) = p.c(i) * E(j) + p.d(i) * below(E, j - 1) - a * O(j) + (1 + a) * below(O, j - 1) - below(O, j - 2);
-            p.CO(j) = p.c(i) * O(j) + p.d(i) * below(O, j - 1) + E(j);
-        }
-    }
-    if (p.degree % 2 == 0) return;
-    const Coefficients E = p.CE;
-    const Coefficients O = p.CO;
-    const Long c = p.c((p.degree + 1) / 2);
-    ++terms;
-    for (int j = 1; j <= terms; ++j) {
-        p.CE(j) = c * E(j) + below(O, j - 1) - a * O(j);
-        p.CO(j) = E(j) + c * (O(j) - below(O, j - 1));
-    }
+    return sorted;
 }
 
 // Ev and Od at a real x outside (a, 1), where w = j |w|, and the slope over the value of P in rough numbers.
@@ -403,10 +321,9 @@ PartSample sample_parts(const LongFactors& p, const Long& a, const Long& x) {
     return out;
 }
 
-bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootSet& rough, LongSet& part) {
-    const int factors = (p.degree + 1) / 2;
-    const int expected = even ? p.degree - factors : factors - 1;
-    const Coefficients& coefficients = even ? p.CE : p.CO;
+bool refine_part(const LongHurwitz& p, const Long& a, bool even, const WideRootSet& rough, LongSet& part) {
+    const int expected = even ? p.factors.even_degree() : p.factors.factors() - 1;
+    const auto& coefficients = even ? p.parts.CE : p.parts.CO;
     part = {};
     if (expected < 0) return true;
     for (int i = 1; i <= rough.count; ++i) {
@@ -428,7 +345,7 @@ bool refine_part(const LongFactors& p, const Long& a, bool even, const WideRootS
         Long x = part.re(i);
         long double step = 1;
         for (int turn = 0; turn < newton_turns && step >= settled; ++turn) {
-            const PartSample s = sample_parts(p, a, x);
+            const PartSample s = sample_parts(p.factors, a, x);
             const long double value = even ? rounded(s.even) : rounded(s.odd);
             const long double delta = value / (even ? s.even_slope : s.odd_slope);
             if (!std::isfinite(delta)) return false;

@@ -25,7 +25,7 @@ function(copyright package component)
   install(FILES ${PROJECT_BINARY_DIR}/copyright.${package} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package}
     RENAME copyright COMPONENT ${component})
 endfunction()
-set(linked_in libfmt-dev nlohmann-json3-dev libeigen3-dev)
+set(linked_in libfmt-dev nlohmann-json3-dev libeigen3-dev libboost-dev libmpfr-dev libgmp-dev)
 copyright(kavrel-cli console ${linked_in} libcli11-dev libedit-dev libncurses-dev libbsd-dev libmd-dev)
 
 if(TARGET kavrel)

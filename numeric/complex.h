@@ -4,12 +4,14 @@
 #pragma once
 
 #include <cmath>
+#include <limits>
 #include <type_traits>
 
 namespace kavrel {
 
-// The type of all extractions; only their approach to a root runs in double.
+// The type of all extractions; only their approach to a root runs in double. Their tolerances are for 19 digits.
 using Wide = long double;
+static_assert(std::numeric_limits<Wide>::digits == 64, "long double has to be the 80-bit type");
 
 template <class Real>
 struct Complex {

@@ -12,16 +12,12 @@
 #include <boost/multiprecision/mpfr.hpp>
 
 #include "numeric/complex.h"
-#include <limits>
 
 namespace kavrel {
 
 using LongReal =
     boost::multiprecision::number<boost::multiprecision::mpfr_float_backend<154, boost::multiprecision::allocate_stack>,
                                   boost::multiprecision::et_off>;
-
-static_assert(std::numeric_limits<long double>::digits >= 64,
-              "the rough numbers, from which long ones start, have 19 digits");
 
 [[nodiscard]] inline long double rounded(const LongReal& x) { return static_cast<long double>(x); }
 [[nodiscard]] inline Complex<long double> rounded(const Complex<LongReal>& z) { return {rounded(z.re), rounded(z.im)}; }

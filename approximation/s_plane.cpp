@@ -101,10 +101,14 @@ namespace {
 void place_poles(const XPlane& x, bool inverted, Real unit, TransferFunction& t) {
     t.poleCount = x.ES.count;
     for (int i = 1; i <= x.ES.count; ++i) {
+        if (x.ES.im(i) < 0) {
+            t.POLES_RE(i) = t.POLES_RE(i - 1), t.POLES_IM(i) = -t.POLES_IM(i - 1);
+            continue;
+        }
         Complex<Real> s = hurwitzRoot(x.ES.root(i), x.a);
         if (inverted) s = cinv(s.re, s.im);
         t.POLES_RE(i) = static_cast<double>(-std::fabs(s.re) * unit);
-        t.POLES_IM(i) = static_cast<double>(std::copysign(s.im * unit, x.ES.im(i) < 0 ? Real{-1} : Real{1}));
+        t.POLES_IM(i) = static_cast<double>(std::fabs(s.im) * unit);
     }
 }
 

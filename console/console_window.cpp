@@ -1,7 +1,6 @@
 #include "console/console_window.h"
 
 #include <algorithm>
-#include <array>
 #include <ctime>
 
 #include <fmt/chrono.h>
@@ -16,11 +15,6 @@ namespace kavrel {
 
 namespace {
 
-// Boxes that come up in good order; any other caption means that something went wrong.
-constexpr std::array<std::string_view, 4> good_captions = {"Warning", "Question", "Advice", "Success"};
-
-bool is_good(std::string_view caption) { return std::ranges::find(good_captions, caption) != good_captions.end(); }
-
 constexpr const char* print_file = "kavrel.prn";
 
 }  // namespace
@@ -33,7 +27,7 @@ void ConsoleWindow::show_box(std::string_view text, std::string_view caption) {
 
 Answer ConsoleWindow::message(std::string_view text, std::string_view caption, Buttons buttons) {
     show_box(text, caption);
-    if (!is_good(caption)) {
+    if (is_of_failure(caption)) {
         fail(Failure::line, fmt::format("{}: {}", caption, text));
     }
     const auto answer = take_answer("answer");
@@ -66,10 +60,11 @@ int ConsoleWindow::choose(const ChoiceBox& box) {
 }
 
 bool ConsoleWindow::edit_form(FormSheet& sheet) {
+    if (sheet.work_failed()) return false;
     // The box of a refusal has failed its line only if the form is not corrected in the end.
     std::optional<LineFailure> refusal;
     const bool refused = sheet.refusals() > 0;
-    if (refused && !is_good(sheet.form().caption) && !failures_.empty()) {
+    if (refused && is_of_failure(sheet.form().caption) && !failures_.empty()) {
         refusal = std::move(failures_.back());
         failures_.pop_back();
     }

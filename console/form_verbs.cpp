@@ -55,13 +55,9 @@ std::string FormFiller::set(const ScriptLine& line) {
 
 std::string FormFiller::row(const ScriptLine& line) {
     if (list_ < 0) return fmt::format("{} has no list", sheet_.form().name);
-    std::vector<double> numbers;
-    for (std::size_t i = 1; i < line.words.size(); ++i) {
-        const auto number = parse_number(line.words[i].text);
-        if (!number) return fmt::format("'{}' is not a number", line.words[i].text);
-        numbers.push_back(*number);
-    }
-    return sheet_.append_row(static_cast<std::size_t>(list_), numbers);
+    std::vector<std::string> cells;
+    for (std::size_t i = 1; i < line.words.size(); ++i) cells.push_back(line.words[i].text);
+    return sheet_.append_typed_row(static_cast<std::size_t>(list_), cells);
 }
 
 std::string FormFiller::clear() {

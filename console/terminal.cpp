@@ -114,7 +114,7 @@ std::string Terminal::choose_file(const FileQuery& query) {
 }
 
 bool Terminal::edit_form(FormSheet& sheet) {
-    if (scripted_) return ConsoleWindow::edit_form(sheet);
+    if (scripted_ || sheet.work_failed()) return ConsoleWindow::edit_form(sheet);
     transcript().screen << fmt::format("-- {} --  blank keeps a value; ok, cancel, back; ? explains\n",
                                        sheet.form().title);
     for (std::size_t i = 0; i <= sheet.size();) {
@@ -185,9 +185,8 @@ Terminal::FieldStep Terminal::ask_rows(FormSheet& sheet, std::size_t i) {
         } else if (*typed == "clear") {
             sheet.clear_rows(i);
         } else {
-            const auto row = parse_free_format(*typed);
-            const std::string wrong =
-                row ? sheet.append_row(i, *row) : fmt::format("'{}' is no row of numbers", *typed);
+            const auto words = words_of_free_format(*typed);
+            const std::string wrong = sheet.append_typed_row(i, std::vector<std::string>(words.begin(), words.end()));
             if (!wrong.empty()) transcript().screen << "  " << wrong << '\n';
         }
     }

@@ -61,6 +61,7 @@ int DesktopWindow::choose(const ChoiceBox& box) {
 }
 
 bool DesktopWindow::edit_form(FormSheet& sheet) {
+    stop_wanted_ = false;  // what was stopped is over
     FormDialog dialog(sheet, settings_, front());
     QObject::connect(&dialog, &FormDialog::help_wanted, &main_,
                      [this](const QString& form) { show_place(manual_.place_of(form)); });

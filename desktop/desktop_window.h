@@ -29,6 +29,7 @@ public:
     Answer message(std::string_view text, std::string_view caption, Buttons buttons) override;
     int choose(const ChoiceBox& box) override;
     bool edit_form(FormSheet& sheet) override;
+    void refuse_form(std::string_view, std::string_view) override {}  // it comes back and says so itself
     std::string choose_file(const FileQuery& query) override;
     void set_menu(std::span<const MenuItem> menu, std::string_view title) override;
     void set_toolbar(std::span<const ToolbarItem> toolbar) override;

@@ -1,12 +1,15 @@
 #include "desktop/field_editor.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QListView>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -41,6 +44,14 @@ protected:
     }
 };
 
+// The entry of a number or, where something is wrong with it, what; the box is red then.
+void mark(QWidget& box, const QString& wrong) {
+    box.setToolTip(wrong);
+    QPalette colours = box.parentWidget()->palette();
+    if (!wrong.isEmpty()) colours.setColor(QPalette::Base, alarm_paper(colours));
+    box.setPalette(colours);
+}
+
 class NumberEditor final : public FieldEditor {
 public:
     NumberEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
@@ -57,7 +68,7 @@ public:
         const std::string shown = sheet_.shown(field_);
         if (shown != shown_ || (!is_on() && !wrong_.isEmpty())) {
             shown_ = shown;
-            mark({});
+            set_wrong({});
             box_->setText(short_number(parse_number(shown).value_or(0.0)));
         }
     }
@@ -66,17 +77,14 @@ private:
     void take(const QString& typed) {
         QString wrong = enter(typed_number(typed));
         if (typed.contains(',')) wrong.replace(qt_text(typed_number(typed)), typed.trimmed());  // named as it was typed
-        mark(wrong);
+        set_wrong(wrong);
         shown_ = sheet_.shown(field_);
         emit changed();
     }
 
-    void mark(const QString& wrong) {
+    void set_wrong(const QString& wrong) {
         wrong_ = wrong;
-        box_->setToolTip(wrong);
-        QPalette colours = box_->parentWidget()->palette();
-        if (!wrong.isEmpty()) colours.setColor(QPalette::Base, alarm_paper(colours));
-        box_->setPalette(colours);
+        mark(*box_, wrong);
     }
 
     QLineEdit* box_;
@@ -84,18 +92,37 @@ private:
     QString wrong_;
 };
 
+// A spinner whose arrows keep to a range; what is typed stays as it is, for the form to judge.
+class Spinner final : public QSpinBox {
+public:
+    Spinner(int low, int high, QWidget* parent) : QSpinBox(parent), low_(low), high_(high) {
+        setRange(-most_typed, most_typed);
+    }
+    void stepBy(int steps) override { setValue(std::clamp(value() + steps, low_, high_)); }
+    using QSpinBox::lineEdit;
+
+protected:
+    StepEnabled stepEnabled() const override {
+        return (value() > low_ ? StepDownEnabled : StepNone) | (value() < high_ ? StepUpEnabled : StepNone);
+    }
+
+private:
+    static constexpr int most_typed = 999'999'999;
+
+    int low_, high_;
+};
+
 class IntegerEditor final : public FieldEditor {
 public:
     IntegerEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
-        : FieldEditor(sheet, field, parent), box_(new QSpinBox(parent)) {
-        const int value = parse_integer(sheet.shown(field)).value_or(0);
-        // A value from elsewhere that lies outside is shown as it is.
-        box_->setRange(std::min(this->field().low, value), std::max(this->field().high, value));
+        : FieldEditor(sheet, field, parent), box_(new Spinner(this->field().low, this->field().high, parent)) {
         box_->setAlignment(Qt::AlignRight);
         box_->setFixedWidth(entry_width);
-        connect(box_, &QSpinBox::valueChanged, this, [this](int number) {
-            wrong_ = enter(std::to_string(number));
-            emit changed();
+        connect(box_->lineEdit(), &QLineEdit::textEdited, this, &IntegerEditor::take);
+        connect(box_, &QSpinBox::valueChanged, this, [this] { take(box_->text()); });
+        // A box that is left while it is blank shows its number again.
+        connect(box_, &QSpinBox::editingFinished, this, [this] {
+            if (!wrong_.isEmpty()) take(box_->text());
         });
     }
     QWidget* widget() const override { return box_; }
@@ -104,12 +131,23 @@ public:
     void refresh() override {
         const QSignalBlocker silent(box_);
         box_->setEnabled(is_on());
+        if (!is_on()) set_wrong({});
         const int value = parse_integer(sheet_.shown(field_)).value_or(0);
         if (box_->value() != value && wrong_.isEmpty()) box_->setValue(value);
     }
 
 private:
-    QSpinBox* box_;
+    void take(const QString& typed) {
+        set_wrong(enter(utf8_text(typed)));
+        emit changed();
+    }
+
+    void set_wrong(const QString& wrong) {
+        wrong_ = wrong;
+        mark(*box_, wrong);
+    }
+
+    Spinner* box_;
     QString wrong_;
 };
 
@@ -147,9 +185,14 @@ public:
     bool wants_label() const override { return false; }
     void set_mnemonic(QChar key) override { key_ = key; }
 
+    // The chosen one, or the first where that is off or nothing is chosen.
     QWidget* focus_widget() const override {
-        if (auto* checked = buttons_->checkedButton()) return checked;
-        return buttons_->buttons().isEmpty() ? box_ : static_cast<QWidget*>(buttons_->buttons().first());
+        QAbstractButton* chosen = buttons_->checkedButton();
+        if (chosen != nullptr && chosen->isEnabledTo(box_)) return chosen;
+        for (QAbstractButton* button : buttons_->buttons()) {
+            if (button->isEnabledTo(box_)) return button;
+        }
+        return box_;
     }
 
     void refresh() override {
@@ -160,16 +203,6 @@ public:
             QAbstractButton* button = buttons_->button(choice.value);
             button->setEnabled(sheet_.choice_is_on(field_, choice.value));
             if (sheet_.choice_label(choice) == shown) button->setChecked(true);
-        }
-        // The tab key comes to the chosen one, or to the first where that is off or nothing is chosen.
-        const auto buttons = buttons_->buttons();
-        const QAbstractButton* chosen = buttons_->checkedButton();
-        const bool has_choice = chosen != nullptr && chosen->isEnabled();
-        bool wanted = !has_choice;
-        for (QAbstractButton* button : buttons) {
-            const bool takes_tab = has_choice ? button == chosen : wanted && button->isEnabled();
-            button->setFocusPolicy(takes_tab ? Qt::StrongFocus : Qt::ClickFocus);
-            if (takes_tab) wanted = false;
         }
     }
 
@@ -204,10 +237,38 @@ private:
     QChar key_;
 };
 
+// The choices of a list to drop down. Letters choose the one that reads so, and only if none does the next that begins
+// with them: "l" is "l", not "lc".
+class ChoiceList final : public QListView {
+public:
+    using QListView::QListView;
+
+    void keyboardSearch(const QString& typed) override {
+        if (since_last_.isValid() && since_last_.elapsed() > QApplication::keyboardInputInterval()) so_far_.clear();
+        since_last_.start();
+        so_far_ += typed;
+        if (!choose(so_far_, Qt::MatchFixedString)) QListView::keyboardSearch(typed);
+    }
+
+private:
+    bool choose(const QString& label, Qt::MatchFlags flags) {
+        for (const QModelIndex& found : model()->match(model()->index(0, 0), Qt::DisplayRole, label, 1, flags)) {
+            if (!(found.flags() & Qt::ItemIsEnabled)) continue;
+            setCurrentIndex(found);
+            return true;
+        }
+        return false;
+    }
+
+    QString so_far_;
+    QElapsedTimer since_last_;
+};
+
 class ChoiceEditor final : public FieldEditor {
 public:
     ChoiceEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
         : FieldEditor(sheet, field, parent), box_(new QComboBox(parent)) {
+        box_->setView(new ChoiceList(box_));
         for (const Choice& choice : this->field().choices) box_->addItem(choice_label(sheet_, choice), choice.value);
         box_->setMinimumWidth(entry_width);
         connect(box_, &QComboBox::currentIndexChanged, this, [this] {
@@ -314,6 +375,8 @@ private:
 }  // namespace
 
 QString FieldEditor::label() const { return qt_text(sheet_.label(field_)); }
+
+QString FieldEditor::echo() const { return qt_text(sheet_.echo(field_)); }
 
 QString FieldEditor::enter(const std::string& value) { return qt_text(sheet_.enter(field_, value)); }
 

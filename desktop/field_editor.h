@@ -20,11 +20,17 @@ public:
     [[nodiscard]] virtual QWidget* widget() const = 0;
     [[nodiscard]] virtual QWidget* focus_widget() const { return widget(); }
 
+    // Where the tab key comes to after the focus widget, before it leaves the field.
+    [[nodiscard]] virtual QList<QWidget*> further_stops() const { return {}; }
+
     // Shows value, label and state as the form has them now. What the user is typing stays.
     virtual void refresh() = 0;
 
     // What is wrong with the entry, or blank: such a form cannot be left with OK.
     [[nodiscard]] virtual QString wrong() const { return {}; }
+
+    // What the value is in plain units, where that is not what is shown.
+    [[nodiscard]] QString echo() const;
 
     // Whether the label is beside it (or else on it).
     [[nodiscard]] virtual bool wants_label() const { return true; }

@@ -8,11 +8,11 @@
 #include <QScrollArea>
 #include <QShortcut>
 #include <QStyle>
-#include <QToolTip>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "desktop/mnemonics.h"
+#include "desktop/palettes.h"
 #include "desktop/text.h"
 #include "desktop/window_fit.h"
 #include "desktop/window_settings.h"
@@ -21,7 +21,8 @@ namespace kavrel {
 
 namespace {
 
-constexpr int field_margin = 12;  // kept in sight around the field that has the focus
+constexpr int field_margin = 12;     // kept in sight around the field that has the focus
+constexpr int longest_refusal = 60;  // characters
 
 // The fields of a form. Where the screen is too small for all of them they can be scrolled, and the field that has the
 // focus is in sight.
@@ -50,7 +51,11 @@ private:
 }  // namespace
 
 FormDialog::FormDialog(FormSheet& sheet, WindowSettings& settings, QWidget* parent)
-    : QDialog(parent), sheet_(sheet), settings_(settings) {
+    : QDialog(parent),
+      sheet_(sheet),
+      settings_(settings),
+      refusal_(new QLabel(this)),
+      buttons_(new QDialogButtonBox(this)) {
     const QString name = qt_text(sheet.form().name);
     setObjectName(name);
     setWindowTitle(qt_text(sheet.form().title));
@@ -65,13 +70,12 @@ FormDialog::FormDialog(FormSheet& sheet, WindowSettings& settings, QWidget* pare
         editors.push_back(make_field_editor(sheet, i, body));
         if (editors.back() != nullptr) connect(editors.back(), &FieldEditor::changed, this, &FormDialog::refresh);
     }
-    auto* buttons = new QDialogButtonBox(this);
-    buttons->addButton(tr("&OK"), QDialogButtonBox::AcceptRole)->setDefault(true);
-    buttons->addButton(tr("&Cancel"), QDialogButtonBox::RejectRole)->setAutoDefault(false);
-    buttons->addButton(tr("&Help"), QDialogButtonBox::HelpRole)->setAutoDefault(false);
-    connect(buttons, &QDialogButtonBox::accepted, this, &FormDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &FormDialog::reject);
-    connect(buttons, &QDialogButtonBox::helpRequested, this, [this, name] { emit help_wanted(name); });
+    buttons_->addButton(tr("&OK"), QDialogButtonBox::AcceptRole)->setDefault(true);
+    buttons_->addButton(tr("&Cancel"), QDialogButtonBox::RejectRole)->setAutoDefault(false);
+    buttons_->addButton(tr("&Help"), QDialogButtonBox::HelpRole)->setAutoDefault(false);
+    connect(buttons_, &QDialogButtonBox::accepted, this, &FormDialog::accept);
+    connect(buttons_, &QDialogButtonBox::rejected, this, &FormDialog::reject);
+    connect(buttons_, &QDialogButtonBox::helpRequested, this, [this, name] { emit help_wanted(name); });
     connect(new QShortcut(QKeySequence(Qt::Key_F1), this), &QShortcut::activated, this,
             [this, name] { emit help_wanted(name); });
     for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
@@ -82,12 +86,22 @@ FormDialog::FormDialog(FormSheet& sheet, WindowSettings& settings, QWidget* pare
     auto* area = new FormBody(this);
     area->setWidget(body);
     layout->addWidget(area, 1);
-    layout->addWidget(buttons);
-    order_tabs();
+    refusal_->setObjectName("refusal");
+    refusal_->setTextFormat(Qt::PlainText);
+    refusal_->setWordWrap(true);
+    QPalette colours = refusal_->palette();
+    colours.setColor(QPalette::WindowText, alarm_text(colours));
+    refusal_->setPalette(colours);
+    const int width = std::max(area->sizeHint().width(), buttons_->sizeHint().width());
+    const QFontMetrics type(refusal_->font());
+    refusal_->setFixedHeight(type.lineSpacing() * (type.averageCharWidth() * longest_refusal > width ? 2 : 1));
+    layout->addWidget(refusal_);
+    layout->addWidget(buttons_);
     refresh();
     static_cast<void>(settings_.restore(name, *this));
     fit_screen();
-    focus_field(settings_.form_field(name));
+    show_refusal(qt_text(sheet.refusal().text));
+    focus_field(sheet.refusal().field);
 }
 
 FormDialog::~FormDialog() {
@@ -96,15 +110,13 @@ FormDialog::~FormDialog() {
 }
 
 void FormDialog::accept() {
-    keep_field();
+    if (show_wrong_entry()) return;
     // A cell that is still being typed into counts.
     if (QWidget* here = focusWidget()) here->clearFocus();
-    if (!show_wrong_entry()) QDialog::accept();
-}
-
-void FormDialog::reject() {
-    keep_field();
-    QDialog::reject();
+    if (show_wrong_entry()) return;
+    if (sheet_.passes()) return QDialog::accept();
+    show_refusal(qt_text(sheet_.refusal().text));
+    focus_field(sheet_.refusal().field);
 }
 
 void FormDialog::showEvent(QShowEvent* event) {
@@ -127,6 +139,7 @@ void FormDialog::refresh() {
     refreshing_ = true;
     for (const PlacedField& field : fields_) {
         field.editor->refresh();
+        if (field.echo != nullptr) field.echo->setText(field.editor->is_on() ? field.editor->echo() : QString());
         if (field.label == nullptr) continue;
         field.label->setText(with_mnemonic(field.editor->label(), field.key));
         field.label->setEnabled(field.editor->is_on());
@@ -140,46 +153,54 @@ void FormDialog::refresh() {
     refreshing_ = false;
 }
 
-void FormDialog::order_tabs() {
-    QWidget* before = nullptr;
-    for (const PlacedField& field : fields_) {
-        QWidget* here = field.editor->focus_widget();
-        if (before != nullptr) setTabOrder(before, here);
-        before = here;
-    }
-}
-
-void FormDialog::focus_field(const QString& name) {
-    const PlacedField* first = nullptr;
+std::vector<FormDialog::Stop> FormDialog::stops() const {
+    std::vector<Stop> stops;
     for (const PlacedField& field : fields_) {
         if (!field.editor->is_on()) continue;
-        if (first == nullptr) first = &field;
-        if (field.editor->widget()->objectName() == name) {
-            first = &field;
-            break;
-        }
+        const QList<QWidget*> further = field.editor->further_stops();
+        QWidget* focus = field.editor->focus_widget();
+        stops.push_back({further.isEmpty() ? field.editor->widget() : focus, focus});
+        for (QWidget* one : further) stops.push_back({one, one});
     }
-    if (first != nullptr) first->editor->focus_widget()->setFocus();
+    for (QAbstractButton* button : buttons_->buttons()) stops.push_back({button, button});
+    return stops;
 }
 
-void FormDialog::keep_field() {
-    for (const QWidget* at = focusWidget(); at != nullptr && at != this; at = at->parentWidget()) {
-        for (const PlacedField& field : fields_) {
-            if (field.editor->widget() == at) settings_.keep_form_field(objectName(), at->objectName());
-        }
+bool FormDialog::focusNextPrevChild(bool next) {
+    const std::vector<Stop> all = stops();
+    const QWidget* here = focusWidget();
+    const auto at = std::ranges::find_if(
+        all, [&](const Stop& stop) { return stop.part == here || (here != nullptr && stop.part->isAncestorOf(here)); });
+    const auto place = static_cast<std::size_t>(at - all.begin());
+    std::size_t wanted = next ? 0 : all.size() - 1;
+    if (at != all.end()) wanted = (place + (next ? 1 : all.size() - 1)) % all.size();
+    all[wanted].focus->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
+// The field of this name or, where that is off or there is none, the first one.
+void FormDialog::focus_field(std::string_view name) {
+    const PlacedField* wanted = nullptr;
+    for (const PlacedField& field : fields_) {
+        if (field.editor->is_on() && (wanted == nullptr || field.editor->field().name == name)) wanted = &field;
     }
+    if (wanted != nullptr) wanted->editor->focus_widget()->setFocus(Qt::TabFocusReason);
 }
 
 bool FormDialog::show_wrong_entry() {
     for (const PlacedField& field : fields_) {
         const QString wrong = field.editor->wrong();
         if (wrong.isEmpty() || !field.editor->is_on()) continue;
-        QWidget* at = field.editor->focus_widget();
-        at->setFocus();
-        QToolTip::showText(at->mapToGlobal(QPoint(0, at->height())), wrong, at);
+        show_refusal(wrong);
+        field.editor->focus_widget()->setFocus();
         return true;
     }
     return false;
+}
+
+void FormDialog::show_refusal(const QString& text) {
+    refusal_->setText(text);
+    refusal_->setToolTip(text);
 }
 
 }  // namespace kavrel

@@ -6,6 +6,9 @@
 
 #include "desktop/form_layout.h"
 
+class QDialogButtonBox;
+class QLabel;
+
 namespace kavrel {
 
 class WindowSettings;
@@ -18,26 +21,35 @@ public:
     ~FormDialog() override;
 
     void accept() override;
-    void reject() override;
 
 signals:
     void help_wanted(const QString& form);
 
 protected:
     void showEvent(QShowEvent* event) override;
+    // The tab key goes through the fields that are on, in the form's order, then through the buttons; a radio group is
+    // one stop.
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void fit_screen();
     void refresh();
-    void order_tabs();
-    void keep_field();
-    void focus_field(const QString& name);
-    // Whether a field that is on has an entry that cannot be taken; it gets the focus and shows why.
+    // Where the tab key stops: the part of the form that a stop stands for, and what of it takes the focus.
+    struct Stop {
+        const QWidget* part;
+        QWidget* focus;
+    };
+    [[nodiscard]] std::vector<Stop> stops() const;
+    void focus_field(std::string_view name);
+    // Whether a field that is on has an entry that cannot be taken; it gets the focus, and the form says why.
     [[nodiscard]] bool show_wrong_entry();
+    void show_refusal(const QString& text);
 
     FormSheet& sheet_;
     WindowSettings& settings_;
     std::vector<PlacedField> fields_;
+    QLabel* refusal_;  // what is wrong, in a line of its own
+    QDialogButtonBox* buttons_;
     bool refreshing_ = false;
 };
 

@@ -50,6 +50,11 @@ public:
             placed.label->setBuddy(editor.focus_widget());
             rows_->addWidget(placed.label, row, 0);
             rows_->addWidget(editor.widget(), row, 1);
+            if (sheet_.is_scaled(editor.field_number())) {
+                placed.echo = new QLabel(rows_->parentWidget());
+                placed.echo->setMinimumWidth(placed.echo->fontMetrics().horizontalAdvance("= 88.8888 MHz"));
+                rows_->addWidget(placed.echo, row, 2);
+            }
         } else {
             rows_->addWidget(editor.widget(), row, 0, 1, 2, kind == FieldKind::button ? Qt::AlignRight : Qt::AlignLeft);
         }
@@ -91,6 +96,7 @@ std::vector<PlacedField> lay_out_form(const FormSheet& sheet, const std::vector<
         }
     }
     for (const PlacedField& field : placed) {
+        if (field.echo != nullptr) field.echo->setObjectName(field.editor->widget()->objectName() + ".echo");
         if (field.label != nullptr) field.label->setText(with_mnemonic(field.editor->label(), field.key));
         field.editor->refresh();
     }

@@ -16,6 +16,7 @@ struct PlacedField {
     FieldEditor* editor;
     QLabel* label = nullptr;  // beside it, if it has one
     QChar key;                // of its access key
+    QLabel* echo = nullptr;   // behind it, where the form is in units of the user's
 };
 
 class Mnemonics;

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "desktop/mnemonics.h"
+#include "desktop/number_entry.h"
 #include "desktop/number_table.h"
 #include "desktop/palettes.h"
 #include "desktop/text.h"
@@ -22,7 +23,9 @@ constexpr int column_width = 150;
 ListEditor::ListEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
     : FieldEditor(sheet, field, parent),
       box_(new QGroupBox(parent)),
-      table_(new NumberTable(sheet.list(field).columns, sheet.list(field).capacity, box_)),
+      table_(new NumberTable(
+          sheet.list(field).columns, sheet.list(field).capacity,
+          [this](int column, const QString& text) { return number_in(column, text); }, box_)),
       message_(new QLabel(box_)),
       insert_(new QPushButton(tr("Insert row"), box_)),
       remove_(new QPushButton(tr("Delete rows"), box_)) {
@@ -35,7 +38,7 @@ ListEditor::ListEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
     QPalette colours = message_->palette();
     colours.setColor(QPalette::WindowText, alarm_text(colours));
     message_->setPalette(colours);
-    message_->hide();
+    message_->setFixedHeight(2 * message_->fontMetrics().lineSpacing());
     layout->addWidget(message_);
     auto* buttons = new QHBoxLayout;
     const auto add = [&](QPushButton* button, const QString& tip, auto work) {
@@ -64,6 +67,12 @@ ListEditor::ListEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
 QWidget* ListEditor::widget() const { return box_; }
 QWidget* ListEditor::focus_widget() const { return table_; }
 
+QList<QWidget*> ListEditor::further_stops() const {
+    QList<QWidget*> stops{insert_, remove_};
+    if (read_ != nullptr) stops.append(read_);
+    return stops;
+}
+
 void ListEditor::refresh() {
     box_->setTitle(with_mnemonic(label(), key_));
     box_->setEnabled(is_on());
@@ -81,8 +90,9 @@ void ListEditor::take_rows() {
     if (contents.wrong_cell) {
         const auto [row, column] = *contents.wrong_cell;
         const QString place = tr("row %1, %2").arg(row + 1).arg(table_->horizontalHeaderItem(column)->text());
-        show_message(contents.wrong_text.isEmpty() ? tr("%1: a number is missing").arg(place)
-                                                   : tr("%1: '%2' is not a number").arg(place, contents.wrong_text));
+        const std::string typed = typed_number(contents.wrong_text);
+        const QString wrong = qt_text(sheet_.cell(field_, column + 1, typed).wrong);
+        show_message(place + ": " + (typed.empty() ? tr("a number is missing") : wrong));
         wrong_ = message_->text();
         return;
     }
@@ -94,6 +104,11 @@ void ListEditor::take_rows() {
         if (!wrong.empty()) show_message(wrong_ = qt_text(wrong));
     }
     emit changed();
+}
+
+std::optional<double> ListEditor::number_in(int column, const QString& text) const {
+    const FormSheet::Typed typed = sheet_.cell(field_, column + 1, typed_number(text));
+    return typed.wrong.empty() ? std::optional(typed.value) : std::nullopt;
 }
 
 void ListEditor::show_rows() {
@@ -122,9 +137,6 @@ bool ListEditor::record_differs(const std::vector<std::vector<double>>& rows) co
     return false;
 }
 
-void ListEditor::show_message(const QString& wrong) {
-    message_->setText(wrong);
-    message_->setVisible(!wrong.isEmpty());
-}
+void ListEditor::show_message(const QString& wrong) { message_->setText(wrong); }
 
 }  // namespace kavrel

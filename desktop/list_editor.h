@@ -1,6 +1,7 @@
 // A list field: a spreadsheet of numbers with the buttons that work on its rows.
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "desktop/field_editor.h"
@@ -21,6 +22,7 @@ public:
 
     [[nodiscard]] QWidget* widget() const override;
     [[nodiscard]] QWidget* focus_widget() const override;
+    [[nodiscard]] QList<QWidget*> further_stops() const override;
     void refresh() override;
     [[nodiscard]] QString wrong() const override { return wrong_; }
     [[nodiscard]] bool wants_label() const override { return false; }
@@ -30,6 +32,7 @@ private:
     // The rows of the table into the record, if every one of them is whole.
     void take_rows();
     void show_rows();
+    [[nodiscard]] std::optional<double> number_in(int column, const QString& text) const;
     [[nodiscard]] bool record_differs(const std::vector<std::vector<double>>& rows) const;
     void show_message(const QString& wrong);
 

@@ -14,25 +14,15 @@ namespace kavrel {
 
 namespace {
 
-struct CaptionIcon {
-    std::string_view caption;
-    QMessageBox::Icon icon;
-};
-
-// Any other caption is that of something that went wrong.
-constexpr CaptionIcon icons[] = {{"Warning", QMessageBox::Warning},
-                                 {"Question", QMessageBox::Question},
-                                 {"Advice", QMessageBox::Information},
-                                 {"Success", QMessageBox::Information}};
-
 void furnish(QMessageBox& box, std::string_view text, std::string_view caption);
 void make_room_for_caption(QMessageBox& box);
 
 }  // namespace
 
 QMessageBox::Icon icon_of(std::string_view caption) {
-    const auto found = std::ranges::find(icons, trim(caption), &CaptionIcon::caption);
-    return found == std::end(icons) ? QMessageBox::Critical : found->icon;
+    if (is_of_failure(trim(caption))) return QMessageBox::Critical;
+    if (trim(caption) == "Warning") return QMessageBox::Warning;
+    return trim(caption) == "Question" ? QMessageBox::Question : QMessageBox::Information;
 }
 
 Answer show_message(std::string_view text, std::string_view caption, Buttons buttons, QWidget* parent) {

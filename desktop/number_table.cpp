@@ -24,8 +24,8 @@ bool holds_number(const QStringList& cells);
 
 }  // namespace
 
-NumberTable::NumberTable(int columns, int capacity, QWidget* parent)
-    : QTableWidget(std::min(usual_rows, capacity), columns, parent), capacity_(capacity) {
+NumberTable::NumberTable(int columns, int capacity, ReadCell read, QWidget* parent)
+    : QTableWidget(std::min(usual_rows, capacity), columns, parent), capacity_(capacity), read_(std::move(read)) {
     setAlternatingRowColors(true);
     setSelectionMode(ContiguousSelection);
     setCornerButtonEnabled(false);
@@ -61,24 +61,16 @@ void NumberTable::set_rows(const std::vector<std::vector<double>>& rows) {
 NumberTable::Contents NumberTable::contents() const {
     Contents found;
     for (int row = 0; row <= last_filled_row(); ++row) {
+        if (is_blank(row)) continue;
         std::vector<double> numbers;
-        int filled = 0;
         for (int column = 0; column < columnCount(); ++column) {
             const QString text = cell(row, column);
-            filled += text.isEmpty() ? 0 : 1;
-            const auto number = parse_number(typed_number(text));
-            if (number) {
+            if (const auto number = read_(column, text)) {
                 numbers.push_back(*number);
-            } else if (!text.isEmpty() && !found.wrong_cell) {
+            } else if (!found.wrong_cell || (!text.isEmpty() && found.wrong_text.isEmpty())) {
                 found.wrong_cell = {row, column};
                 found.wrong_text = text;
             }
-        }
-        if (filled == 0) continue;
-        if (filled < columnCount() && !found.wrong_cell) {
-            int blank = 0;
-            while (!cell(row, blank).isEmpty()) ++blank;
-            found.wrong_cell = {row, blank};
         }
         found.rows.push_back(numbers);
     }
@@ -213,12 +205,15 @@ void NumberTable::set_cell(int row, int column, const QString& text) {
 }
 
 int NumberTable::last_filled_row() const {
-    for (int row = rowCount() - 1; row >= 0; --row) {
-        for (int column = 0; column < columnCount(); ++column) {
-            if (!cell(row, column).isEmpty()) return row;
-        }
-    }
-    return -1;
+    int row = rowCount() - 1;
+    while (row >= 0 && is_blank(row)) --row;
+    return row;
+}
+
+bool NumberTable::is_blank(int row) const {
+    int column = 0;
+    while (column < columnCount() && cell(row, column).isEmpty()) ++column;
+    return column == columnCount();
 }
 
 void NumberTable::keep_blank_row() {
@@ -232,7 +227,8 @@ void NumberTable::mark_wrong_cells() {
         for (int column = 0; column < columnCount(); ++column) {
             QTableWidgetItem* one = item(row, column);
             if (one == nullptr) continue;
-            const bool wrong = !one->text().trimmed().isEmpty() && !parse_number(typed_number(one->text()));
+            const QString text = one->text().trimmed();
+            const bool wrong = !text.isEmpty() && !read_(column, text);
             one->setBackground(wrong ? QBrush(alarm_paper(palette())) : QBrush());
             one->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
         }

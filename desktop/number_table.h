@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QTableWidget>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -12,7 +13,9 @@ class NumberTable : public QTableWidget {
     Q_OBJECT
 
 public:
-    NumberTable(int columns, int capacity, QWidget* parent);
+    // The number in a cell of a column (from 0) as it was typed, none for what is none.
+    using ReadCell = std::function<std::optional<double>(int column, const QString& typed)>;
+    NumberTable(int columns, int capacity, ReadCell read, QWidget* parent);
 
     // High enough for a table of a few rows without a scroll bar.
     [[nodiscard]] QSize sizeHint() const override;
@@ -48,11 +51,13 @@ private:
     [[nodiscard]] QString cell(int row, int column) const;
     void set_cell(int row, int column, const QString& text);
     [[nodiscard]] int last_filled_row() const;
+    [[nodiscard]] bool is_blank(int row) const;
     void keep_blank_row();
     void mark_wrong_cells();
     void went();
 
     int capacity_;
+    ReadCell read_;
 };
 
 }  // namespace kavrel

@@ -31,12 +31,6 @@ bool WindowSettings::restore(const QString& name, QWidget& window) const {
     return !kept.isEmpty() && window.restoreGeometry(kept);
 }
 
-QString WindowSettings::form_field(const QString& form) const { return settings_.value("forms/" + form).toString(); }
-
-void WindowSettings::keep_form_field(const QString& form, const QString& field) {
-    settings_.setValue("forms/" + form, field);
-}
-
 QFont report_font(const QString& family, int points) {
     QStringList families{"DejaVu Sans Mono", "Liberation Mono", "Noto Sans Mono", "monospace"};
     if (!family.isEmpty()) families.prepend(family);

@@ -25,10 +25,6 @@ public:
     void keep(const QString& name, const QWidget& window);
     [[nodiscard]] bool restore(const QString& name, QWidget& window) const;
 
-    // The field that an open form was left in.
-    [[nodiscard]] QString form_field(const QString& form) const;
-    void keep_form_field(const QString& form, const QString& field);
-
 private:
     QSettings settings_{QStringLiteral("Kavrel"), QStringLiteral("kavrel")};
 };

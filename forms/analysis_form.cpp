@@ -32,9 +32,9 @@ void analysis_rules(const FilterAnalysisRequest& r, FieldStates& states) {
 }
 
 // Lines have no electrical length without it.
-std::string_view analysis_message(const FilterAnalysisRequest& r) {
+Refusal analysis_refusal(const FilterAnalysisRequest& r) {
     const bool missing = r.analysis_kind == AnalysisKind::microwave && !(r.sampling_or_qw > 0.0);
-    return missing ? "Sampling/quarter-wave frequency missing" : "";
+    return missing ? Refusal("Sampling/quarter-wave frequency missing", "sampling_or_qw") : Refusal();
 }
 
 constexpr Choice kinds[] = {{"Passive LC", AnalysisKind::passive_lc},
@@ -52,7 +52,7 @@ constexpr Choice structures[] = {{"Cascade", AnalysisStructure::cascade},
                                  {"Leapfrog", AnalysisStructure::leapfrog}};
 constexpr Choice forms[] = {{"Roots", AnalysisForm::roots}, {"Factors", AnalysisForm::factors}};
 
-constexpr Column root_columns[] = {{"Real Part"}, {"Imaginary Part"}};
+constexpr Column root_columns[] = {{"Real Part", Unit::none, Blank::zero}, {"Imaginary Part"}};
 constexpr Column factor_columns[] = {{"Quadratic"}, {"Linear"}, {"Constant"}};
 constexpr Column feedback_columns[] = {{"Coefficients"}};
 
@@ -82,7 +82,7 @@ constexpr Field fields[] = {
 }  // namespace
 
 constexpr Form ANALYSIS_DLG =
-    form_of<R, analysis_rules, analysis_message>("ANALYSIS_DLG", "Entering filter data", fields);
+    form_of<R, analysis_rules, analysis_refusal>("ANALYSIS_DLG", "Entering filter data", fields);
 constexpr Form ANALYSIS_POLES_DLG = form_of<R>("ANALYSIS_POLES_DLG", "Specified poles in Hz", pole_fields, true);
 constexpr Form ANALYSIS_ZEROS_DLG = form_of<R>("ANALYSIS_ZEROS_DLG", "Specified zeros in Hz", zero_fields, true);
 constexpr Form NUMER_DLG = form_of<R>("NUMER_DLG", "Specified numerator factors", numerator_fields, true);

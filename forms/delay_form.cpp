@@ -58,42 +58,45 @@ void delay_rules(const DelayRequest& r, FieldStates& states) {
 
 // The validator, a routine for each type of delay.
 
-std::string_view zeros_at_infinity_test(const DelayRequest& r) {
+Refusal zeros_at_infinity_test(const DelayRequest& r) {
     const bool missing = r.implementation == DelayImplementation::lc && r.zeros_at_infinity == 0;
-    return missing ? "Zero at infinity should be nonzero" : "";
+    return missing ? Refusal("Zero at infinity should be nonzero", "zeros_at_infinity") : Refusal();
 }
 
-std::string_view max_flat_test(const DelayRequest& r, const Wanted& is) {
-    if (!(r.delay > 0.0)) return "Delay data missing";
-    if (is.line) return r.degree != 0 ? "" : "Filter degree missing";
-    if (is.equal_min) return r.degree > 0 && r.start_of_stopband > 0.0 ? "" : "Missing data";
-    return zeros_at_infinity_test(r);
+Refusal max_flat_test(const DelayRequest& r, const Wanted& is) {
+    if (!(r.delay > 0.0)) return {"Delay data missing", "delay"};
+    if (is.line) return r.degree != 0 ? Refusal() : Refusal("Filter degree missing", "degree");
+    if (!is.equal_min) return zeros_at_infinity_test(r);
+    if (!(r.start_of_stopband > 0.0)) return {"Missing data", "start_of_stopband"};
+    return r.degree > 0 ? Refusal() : Refusal("Missing data", "degree");
 }
 
-std::string_view equal_ripple_test(const DelayRequest& r, const Wanted& is) {
-    if (!(r.delay > 0.0)) return "Delay data missing";
+Refusal equal_ripple_test(const DelayRequest& r, const Wanted& is) {
+    if (!(r.delay > 0.0)) return {"Delay data missing", "delay"};
     const bool edge = r.end_of_passband > 0.0;
-    if (is.line) return r.degree > 0 && edge ? "" : "Degree missing";
-    if (is.equal_min) return edge && r.start_of_stopband > 0.0 && r.degree > 0 ? "" : "Data missing";
-    if (!edge) return "Passband edge missing";
-    return zeros_at_infinity_test(r);
+    const std::string_view wrong = is.line ? "Degree missing" : is.equal_min ? "Data missing" : "Passband edge missing";
+    if (!edge) return {wrong, "end_of_passband"};
+    if (is.equal_min && !(r.start_of_stopband > 0.0)) return {wrong, "start_of_stopband"};
+    if ((is.line || is.equal_min) && r.degree <= 0) return {wrong, "degree"};
+    return is.specified ? zeros_at_infinity_test(r) : Refusal();
 }
 
-std::string_view equalizer_test(const DelayRequest& r, const Wanted& is) {
-    if (r.degree <= 0) return "Data missing";
+Refusal equalizer_test(const DelayRequest& r, const Wanted& is) {
+    if (r.degree <= 0) return {"Data missing", "degree"};
     const bool missing = (is.microwave || is.digital) && !(r.fq_or_fs > 0.0);
-    return missing ? "Sampling/quarter-wave frequency missing" : "";
+    return missing ? Refusal("Sampling/quarter-wave frequency missing", "fq_or_fs") : Refusal();
 }
 
-std::string_view delay_message(const DelayRequest& r) {
+Refusal delay_refusal(const DelayRequest& r) {
     const Wanted is(r);
     if (is.equalizer) return equalizer_test(r, is);
     return is.flat ? max_flat_test(r, is) : equal_ripple_test(r, is);
 }
 
 // A fit of `degree` pole coordinates and a level needs one point more than there are poles.
-std::string_view data_message(const DelayRequest& r) {
-    return r.DELAY_DATA.rows < std::max(least_delay_rows, r.degree + 1) ? "Not enough data" : "";
+Refusal data_refusal(const DelayRequest& r) {
+    const bool few = r.DELAY_DATA.rows < std::max(least_delay_rows, r.degree + 1);
+    return few ? Refusal("Not enough data", "DELAY_DATA") : Refusal();
 }
 
 // Fields.
@@ -110,7 +113,7 @@ constexpr Choice hurwitz_types[] = {{"Hurwitz", HurwitzType::hurwitz}, {"Non Hur
 constexpr Choice selections[] = {{"Auto", SignSelection::automatic}, {"Manual", SignSelection::manual}};
 
 constexpr Column data_columns[] = {{"Frequency", Unit::frequency}, {"Delay", Unit::time}};
-constexpr Column zero_columns[] = {{"Real Part", Unit::frequency}, {"Imaginary Part", Unit::frequency}};
+constexpr Column zero_columns[] = {{"Real Part", Unit::frequency, Blank::zero}, {"Imaginary Part", Unit::frequency}};
 constexpr Column sign_columns[] = {{"1 or -1"}};
 
 constexpr Field data_fields[] = {list<&R::DELAY_DATA>("DELAY_DATA", "Input data", data_columns)};
@@ -133,8 +136,8 @@ constexpr Field fields[] = {
     integer<&R::zeros_at_infinity>("zeros_at_infinity", "Zeros at infinity", least_delay_degree, delay_degree_limit),
     button<POLES_DLG>("transm_zeros", "Transm. zeros"),
     heading("terminations", "Terminations"),
-    real<&R::r1>("r1", "R1"),
-    real<&R::r2>("r2", "R2"),
+    real<&R::r1>("r1", "R1", Unit::resistance),
+    real<&R::r2>("r2", "R2", Unit::resistance),
     real<&R::q_value>("q_value", "Q-value"),
     radio<&R::hurwitz>("hurwitz", "Hurwitz type", hurwitz_types),
     radio<&R::selection>("selection", "Selection", selections),
@@ -147,8 +150,8 @@ constexpr Field fields[] = {
 
 }  // namespace
 
-constexpr Form DELAY_DESIGN_DLG = form_of<R, delay_rules, delay_message>("DELAY_DESIGN_DLG", "Delay design", fields);
-constexpr Form ZEROS_DLG = form_of<R, nullptr, data_message>("ZEROS_DLG", "Input data", data_fields, true, "Warning");
+constexpr Form DELAY_DESIGN_DLG = form_of<R, delay_rules, delay_refusal>("DELAY_DESIGN_DLG", "Delay design", fields);
+constexpr Form ZEROS_DLG = form_of<R, nullptr, data_refusal>("ZEROS_DLG", "Input data", data_fields, true, "Warning");
 constexpr Form POLES_DLG = form_of<R>("POLES_DLG", "Transmission zeros", zero_fields, true);
 constexpr Form INDICATORS_DLG = form_of<R>("INDICATORS_DLG", "Indicators", sign_fields, true);
 

@@ -155,7 +155,7 @@ void filter_rules(const FilterRequest& r, FieldStates& states) {
     for (const auto rule : rules) rule(r, chosen, states);
 }
 
-// The validator: its tests in their order, on the request in force. Each answers what is wrong, or blank.
+// The validator: its tests in their order, on the request in force. Each answers what is wrong, and in which field.
 
 constexpr std::string_view bad_stopband = "Stopband not specified or incorrect";
 constexpr std::string_view bad_passband = "Passband not specified or incorrect";
@@ -179,105 +179,108 @@ bool a_zero_is_beyond(const FilterRequest& r, const Chosen& is, double limit) {
     return false;
 }
 
-std::string_view sampling_test(const FilterRequest& r, const Chosen& is) {
+Refusal sampling_test(const FilterRequest& r, const Chosen& is) {
     const double limit = std::abs(r.fq_or_fs) / 2.0;
-    return is.digital && (an_edge_is_above(r, limit) || a_zero_is_beyond(r, is, limit)) ? sampling_too_low : "";
+    const bool low = is.digital && (an_edge_is_above(r, limit) || a_zero_is_beyond(r, is, limit));
+    return low ? Refusal(sampling_too_low, "fq_or_fs") : Refusal();
 }
 
-std::string_view quarter_wave_test(const FilterRequest& r, const Chosen& is) {
+Refusal quarter_wave_test(const FilterRequest& r, const Chosen& is) {
     const double limit = r.fq_or_fs;
-    return is.microwave && (an_edge_is_above(r, limit) || a_zero_is_beyond(r, is, limit)) ? quarter_wave_too_low : "";
+    const bool low = is.microwave && (an_edge_is_above(r, limit) || a_zero_is_beyond(r, is, limit));
+    return low ? Refusal(quarter_wave_too_low, "fq_or_fs") : Refusal();
 }
 
-std::string_view center_test(const FilterRequest& r, const Chosen&) {
+Refusal center_test(const FilterRequest& r, const Chosen&) {
     const bool low =
         r.center_frequency > 0.0 && std::max(r.upper_passband, r.upper_stopband) > r.center_frequency / 2.0;
-    return low ? "Center frequency too low" : "";
+    return low ? Refusal("Center frequency too low", "center_frequency") : Refusal();
 }
 
-std::string_view matching_test(const FilterRequest& r, const Chosen& is) {
+Refusal matching_test(const FilterRequest& r, const Chosen& is) {
     if (!is.matching) return {};
-    if (!(r.lower_passband > 0.0) && !(r.upper_passband > 0.0)) return "Passband is not specified";
-    return r.r1 == r.r2 || r.r1 * r.r2 == 0.0 ? "Terminations may not be equal or zero" : "";
+    if (!(r.lower_passband > 0.0) && !(r.upper_passband > 0.0)) return {"Passband is not specified", "lower_passband"};
+    if (r.r1 != r.r2 && r.r1 * r.r2 != 0.0) return {};
+    return {"Terminations may not be equal or zero", r.r1 == 0.0 ? "r1" : "r2"};
 }
 
-std::string_view placer_test(const FilterRequest& r, const Chosen& is) {
+Refusal placer_test(const FilterRequest& r, const Chosen& is) {
     if (!is.placer) return {};
     int below = 0;
     int above = 0;
     for (int row = 1; row <= r.PLACER_REQS.rows && r.PLACER_REQS(row, 1) != 0.0; ++row) {
         ++(r.PLACER_REQS(row, 1) <= r.lower_passband ? below : above);
     }
-    if (is.low) return above > 0 ? "" : "No upper band breakpoint";
-    if (is.high) return below > 0 ? "" : "No lower band breakpoint";
-    return below > 0 && above > 0 ? "" : "Breakpoints are missing";
+    const bool good = (is.high || above > 0) && (is.low || below > 0);
+    if (good) return {};
+    return {is.low    ? "No upper band breakpoint"
+            : is.high ? "No lower band breakpoint"
+                      : "Breakpoints are missing",
+            "detail_parameters"};
 }
 
 // A matching network's degree follows from the terminations where no stopband is given, and one edge is enough for it.
-std::string_view matching_stopband_test(const FilterRequest& r) {
+Refusal matching_stopband_test(const FilterRequest& r) {
     const auto pair_fits = [](double edge, double loss) {
         return (edge == 0.0 && loss == 0.0) || (edge > 0.0 && loss > 0.0);
     };
-    const bool good = pair_fits(r.lower_stopband, r.lower_stop_loss) &&
-                      pair_fits(r.upper_stopband, r.upper_stop_loss) &&
-                      (r.upper_stopband == 0.0 || r.upper_stopband > std::max(r.lower_passband, r.upper_passband)) &&
-                      (r.lower_stopband == 0.0 || r.lower_stopband < r.lower_passband);
-    return good ? "" : bad_stopband;
-}
-
-std::string_view estimated_stopband_test(const FilterRequest& r, const Chosen& is) {
-    if (!is.monotonic && !is.equal_min) return {};
-    if (is.matching) return matching_stopband_test(r);
-    // The stopband of a function follows from its zeros: it needs no loss.
-    const auto is_stopband = [&](bool outside, double loss) { return is.functional || (outside && loss > 0.0); };
-    bool stopband = true;
-    bool passband = true;
-    if (is.low || is.band) {
-        const bool given = r.upper_stopband > 0.0 || !is.band;
-        stopband = stopband && is_stopband(given && r.upper_stopband > r.upper_passband, r.upper_stop_loss);
-        passband = passband && r.upper_passband > 0.0;
-    }
-    if (is.high || is.band) {
-        const bool given = r.lower_stopband > 0.0;
-        stopband = stopband && is_stopband(given && r.lower_stopband < r.lower_passband, r.lower_stop_loss);
-        passband = passband && r.lower_passband > 0.0;
-    }
-    if (!stopband) return bad_stopband;
-    return passband ? "" : bad_passband;
-}
-
-std::string_view loss_test(const FilterRequest& r, const Chosen& is) {
-    if (r.band_edge_loss == 0.0 && !is.functional) return "Passband loss is zero";
-    if (is.sloping && r.loss_slope == 0.0) return "Loss slope is zero";
-    return r.band_edge_loss <= -100.0 ? "Reflection coefficient of 100 percent or more" : "";
-}
-
-// Where the counts are estimated they come out as a parametric band-pass needs them.
-std::string_view parametric_test(const FilterRequest& r, const Chosen& is) {
-    if (is.monotonic || is.equal_min) return {};
-    const bool odd = (r.zeros_at_zero % 2 != 0) || (r.zeros_at_infinity % 2 != 0) || (r.unit_elements % 2 != 0);
-    return is.parametric && !odd ? "Incorrect parametric specification" : "";
-}
-
-std::string_view termination_test(const FilterRequest& r, const Chosen&) {
-    return r.r1 < 0.0 || r.r2 < 0.0 ? "Terminations may not be negative" : "";
-}
-
-// Choices made before another choice turned them off.
-std::string_view choice_test(const FilterRequest& r, const Chosen& is) {
-    if (is.sloping && !is.band) return "A sloping pass band needs a band pass";
-    if (is.functional && is.band && r.bandpass_form == BandpassChoice::matching) return "Matching cannot be functional";
+    const bool lower_edge = r.lower_stopband == 0.0 || r.lower_stopband < r.lower_passband;
+    const bool upper_edge = r.upper_stopband == 0.0 || r.upper_stopband > std::max(r.lower_passband, r.upper_passband);
+    if (!pair_fits(r.lower_stopband, r.lower_stop_loss) || !lower_edge) return {bad_stopband, "lower_stopband"};
+    if (!pair_fits(r.upper_stopband, r.upper_stop_loss) || !upper_edge) return {bad_stopband, "upper_stopband"};
     return {};
 }
 
-std::string_view filter_message(const FilterRequest& request) {
-    constexpr std::string_view (*tests[])(const FilterRequest&, const Chosen&) = {
+Refusal estimated_stopband_test(const FilterRequest& r, const Chosen& is) {
+    if (!is.monotonic && !is.equal_min) return {};
+    if (is.matching) return matching_stopband_test(r);
+    // The stopband of a function follows from its zeros: it needs no loss.
+    const bool upper_outside = r.upper_stopband > r.upper_passband && (r.upper_stopband > 0.0 || !is.band);
+    const bool lower_outside = r.lower_stopband > 0.0 && r.lower_stopband < r.lower_passband;
+    if (!is.high && !is.functional && !upper_outside) return {bad_stopband, "upper_stopband"};
+    if (!is.high && !is.functional && !(r.upper_stop_loss > 0.0)) return {bad_stopband, "upper_stop_loss"};
+    if (!is.low && !is.functional && !lower_outside) return {bad_stopband, "lower_stopband"};
+    if (!is.low && !is.functional && !(r.lower_stop_loss > 0.0)) return {bad_stopband, "lower_stop_loss"};
+    if (!is.high && !(r.upper_passband > 0.0)) return {bad_passband, "upper_passband"};
+    if (!is.low && !(r.lower_passband > 0.0)) return {bad_passband, "lower_passband"};
+    return {};
+}
+
+Refusal loss_test(const FilterRequest& r, const Chosen& is) {
+    if (r.band_edge_loss == 0.0 && !is.functional) return {"Passband loss is zero", "band_edge_loss"};
+    if (is.sloping && r.loss_slope == 0.0) return {"Loss slope is zero", "loss_slope"};
+    if (r.band_edge_loss > -100.0) return {};
+    return {"Reflection coefficient of 100 percent or more", "band_edge_loss"};
+}
+
+// Where the counts are estimated they come out as a parametric band-pass needs them.
+Refusal parametric_test(const FilterRequest& r, const Chosen& is) {
+    if (is.monotonic || is.equal_min) return {};
+    const bool odd = (r.zeros_at_zero % 2 != 0) || (r.zeros_at_infinity % 2 != 0) || (r.unit_elements % 2 != 0);
+    return is.parametric && !odd ? Refusal("Incorrect parametric specification", "zeros_at_zero") : Refusal();
+}
+
+Refusal termination_test(const FilterRequest& r, const Chosen&) {
+    if (r.r1 >= 0.0 && r.r2 >= 0.0) return {};
+    return {"Terminations may not be negative", r.r1 < 0.0 ? "r1" : "r2"};
+}
+
+// Choices made before another choice turned them off.
+Refusal choice_test(const FilterRequest& r, const Chosen& is) {
+    if (is.sloping && !is.band) return {"A sloping pass band needs a band pass", "passband_type"};
+    if (is.functional && is.band && r.bandpass_form == BandpassChoice::matching)
+        return {"Matching cannot be functional", "bandpass_form"};
+    return {};
+}
+
+Refusal filter_refusal(const FilterRequest& request) {
+    constexpr Refusal (*tests[])(const FilterRequest&, const Chosen&) = {
         sampling_test,           quarter_wave_test, center_test,     matching_test,   placer_test,
         estimated_stopband_test, loss_test,         parametric_test, termination_test};
     const Chosen chosen(request);
     const FilterRequest r = in_force(request);
     for (const auto test : tests) {
-        if (const auto wrong = test(r, chosen); !wrong.empty()) return wrong;
+        if (Refusal wrong = test(r, chosen); !wrong.empty()) return wrong;
     }
     return choice_test(request, chosen);
 }
@@ -307,8 +310,9 @@ constexpr Choice predistortions[] = {{"Passband only", PredistortionMode::passba
 constexpr Choice zero_units[] = {{"in  Hz", ZeroUnitChoice::hertz, Unit::frequency},
                                  {"rad/sec", ZeroUnitChoice::radians}};
 
-constexpr Column root_columns[] = {{"Real Part"}, {"Imaginary Part"}};
-constexpr Column requirement_columns[] = {{"Frequency", Unit::frequency}, {"Loss (dB)"}};
+// A zero on the axis needs no real part.
+constexpr Column root_columns[] = {{"Real Part", Unit::none, Blank::zero}, {"Imaginary Part"}};
+constexpr Column requirement_columns[] = {{"Frequency", Unit::frequency}, {"Loss (dB)", Unit::decibel}};
 constexpr Column placed_columns[] = {{"Frequency", Unit::frequency}, {"Multiplicity"}};
 
 constexpr Field zero_unit_field = radio<&R::zero_unit>("frequency_unit", "Frequency unit", zero_units);
@@ -344,23 +348,23 @@ constexpr Field filter_fields[] = {
     real<&R::lower_passband>("lower_passband", "Lower passband freq", Unit::frequency),
     real<&R::upper_passband>("upper_passband", "Upper passband freq", Unit::frequency),
     radio<&R::passband_type>("passband_type", "Passband type", passbands),
-    real<&R::band_edge_loss>("band_edge_loss", "Band-edge loss/return loss (dB)"),
+    real<&R::band_edge_loss>("band_edge_loss", "Band-edge loss/return loss (dB)", Unit::decibel),
     real<&R::loss_slope>("loss_slope", "Loss Slope (dB/oct)"),
-    real<&R::flat_loss>("flat_loss", "Flat loss (dB)"),
+    real<&R::flat_loss>("flat_loss", "Flat loss (dB)", Unit::decibel),
     radio<&R::function_type>("function_type", "Function Type", functions),
     real<&R::multiplier>("multiplier", "Multiplier"),
     radio<&R::stopband_type>("stopband_type", "Stopband", stopbands),
     real<&R::lower_stopband>("lower_stopband", "Lower stopband freq", Unit::frequency),
-    real<&R::lower_stop_loss>("lower_stop_loss", "Loss (dB)"),
+    real<&R::lower_stop_loss>("lower_stop_loss", "Loss (dB)", Unit::decibel),
     real<&R::upper_stopband>("upper_stopband", "Upper stopband freq", Unit::frequency),
-    real<&R::upper_stop_loss>("upper_stop_loss", "Loss (dB)"),
+    real<&R::upper_stop_loss>("upper_stop_loss", "Loss (dB)", Unit::decibel),
     button<opens_details>("detail_parameters", "Detail Parameters"),
     integer<&R::zeros_at_zero>("zeros_at_zero", "# of zeros at zero", 0, zero_limit),
     integer<&R::zeros_at_infinity>("zeros_at_infinity", "# of zeros at infinity", 0, zero_limit),
     integer<&R::unit_elements>("unit_elements", "# of unit elements", -1, zero_limit),
     radio<&R::bandpass_form>("bandpass_form", "Parametric", bandpasses),
-    real<&R::r1>("r1", "R1"),
-    real<&R::r2>("r2", "R2"),
+    real<&R::r1>("r1", "R1", Unit::resistance),
+    real<&R::r2>("r2", "R2", Unit::resistance),
     integer<&R::zs_parameter>("zs_parameter", "ZS parameter", -1, 1),
     real<&R::q_predistortion>("q_predistortion", "Q for predistortion"),
     radio<&R::predistortion>("predistortion", "Predistortion", predistortions),
@@ -395,7 +399,7 @@ FilterRequest in_force(const FilterRequest& request) {
 }
 
 constexpr Form DESIGN_FILTER_DLG =
-    form_of<R, filter_rules, filter_message>("DESIGN_FILTER_DLG", "Filter design", filter_fields);
+    form_of<R, filter_rules, filter_refusal>("DESIGN_FILTER_DLG", "Filter design", filter_fields);
 constexpr Form SPECIFIED_ZEROS_DLG = form_of<R>("DOUBLETS_DLG", "Filter Parameters", specified_zeros_fields, true);
 constexpr Form FUNCTION_ZEROS_DLG = form_of<R>("DOUBLETS_DLG", "Filter Parameters", function_zeros_fields, true);
 constexpr Form DOUBLETS_DLG = form_of<R>("DOUBLETS_DLG", "Filter Parameters", doublets_fields, true);

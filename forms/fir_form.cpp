@@ -29,39 +29,41 @@ void fir_rules(const FirRequest& r, FieldStates& states) {
     states.off("slope", windowed || r.fir_type != FirType::differentiator);
 }
 
-std::string_view windowed_message(const FirRequest& r) {
-    if (r.filter_length < 3) return "Filter length too low";
-    if (!(r.sampling_frequency > 0.0)) return "Sampling frequency missing";
+constexpr std::string_view bad_band = "Incorrect frequency band specification";
+
+Refusal windowed_refusal(const FirRequest& r) {
+    if (r.filter_length < 3) return {"Filter length too low", "filter_length"};
+    if (!(r.sampling_frequency > 0.0)) return {"Sampling frequency missing", "sampling_frequency"};
     const double half = r.sampling_frequency / 2.0;
     const auto in_band = [half](double f) { return f > 0.0 && f < half; };
-    const bool good = r.filter_type == FirFilterType::low_pass ? in_band(r.upper_frequency)
-                      : r.filter_type == FirFilterType::high_pass
-                          ? in_band(r.lower_frequency)
-                          : in_band(r.lower_frequency) && in_band(r.upper_frequency);
-    if (!good) return "Incorrect frequency band specification";
-    if (has_parameter(r) && !(r.parameter > 0.0)) return "Parameter missing";
+    if (r.filter_type != FirFilterType::low_pass && !in_band(r.lower_frequency)) return {bad_band, "lower_frequency"};
+    if (r.filter_type != FirFilterType::high_pass && !in_band(r.upper_frequency)) return {bad_band, "upper_frequency"};
+    if (has_parameter(r) && !(r.parameter > 0.0)) return {"Parameter missing", "parameter"};
     return {};
 }
 
-std::string_view equal_ripple_message(const FirRequest& r) {
+Refusal equal_ripple_refusal(const FirRequest& r) {
     if (r.filter_length == 0 && r.QUADRUPLETS.rows >= 3 && r.QUADRUPLETS(3, 2) != 0.0) {
-        return "Only lowpass can have zero length";
+        return {"Only lowpass can have zero length", "filter_length"};
     }
     if (r.fir_type == FirType::filter) {
         int positive = 0;
         for (int row = 1; row <= std::min(2, r.QUADRUPLETS.rows); ++row) {
             positive += (r.QUADRUPLETS(row, 1) > 0.0 ? 1 : 0) + (r.QUADRUPLETS(row, 2) > 0.0 ? 1 : 0);
         }
-        return positive >= 3 ? "" : "Incorrect frequency band specification";
+        return positive >= 3 ? Refusal() : Refusal(bad_band, "details");
     }
-    const double product = r.fir_type == FirType::differentiator ? r.upper_frequency * r.sampling_frequency * r.slope
-                                                                 : r.lower_frequency * r.sampling_frequency;
-    return product > 0.0 ? "" : "Missing data";
+    const bool differentiates = r.fir_type == FirType::differentiator;
+    const double product =
+        differentiates ? r.upper_frequency * r.sampling_frequency * r.slope : r.lower_frequency * r.sampling_frequency;
+    if (product > 0.0) return {};
+    const double edge = differentiates ? r.upper_frequency : r.lower_frequency;
+    return {"Missing data", !(edge > 0.0)                   ? (differentiates ? "upper_frequency" : "lower_frequency")
+                            : !(r.sampling_frequency > 0.0) ? "sampling_frequency"
+                                                            : "slope"};
 }
 
-std::string_view fir_message(const FirRequest& r) {
-    return is_windowed(r) ? windowed_message(r) : equal_ripple_message(r);
-}
+Refusal fir_refusal(const FirRequest& r) { return is_windowed(r) ? windowed_refusal(r) : equal_ripple_refusal(r); }
 
 constexpr Choice methods[] = {{"Equal ripple", FirMethod::equal_ripple}, {"Windowed", FirMethod::windowed}};
 constexpr Choice types[] = {{"Filter", FirType::filter},
@@ -99,7 +101,7 @@ constexpr Column band_columns[] = {{"Lower band-edge", Unit::frequency},
                                    {"Upper band-edge", Unit::frequency},
                                    {"Function value"},
                                    {"Ripple or weight"}};
-constexpr Column shape_columns[] = {{"Frequency", Unit::frequency}, {"Loss (dB)"}};
+constexpr Column shape_columns[] = {{"Frequency", Unit::frequency}, {"Loss (dB)", Unit::decibel}};
 
 constexpr Field band_fields[] = {list<&R::QUADRUPLETS>("QUADRUPLETS", "Band specification", band_columns)};
 constexpr Field shape_fields[] = {list<&R::shape>("shape", "Specified shape", shape_columns)};
@@ -123,7 +125,7 @@ constexpr Field fields[] = {
 
 }  // namespace
 
-constexpr Form FIR_DESIGN_DLG = form_of<R, fir_rules, fir_message>("FIR_DESIGN_DLG", "FIR filter design", fields);
+constexpr Form FIR_DESIGN_DLG = form_of<R, fir_rules, fir_refusal>("FIR_DESIGN_DLG", "FIR filter design", fields);
 constexpr Form FIR_QUADS_DLG = form_of<R>("FIR_QUADS_DLG", "Band specification", band_fields, true);
 constexpr Form FIR_TWIN_DLG = form_of<R>("FIR_TWIN_DLG", "Specified shape", shape_fields, true);
 

@@ -32,10 +32,11 @@ constexpr Form MENU2_DLG = form_of<R>("MENU2_DLG", "Select preferred units", fie
 
 void choose_units(Session& session, Reporter& reporter) {
     UnitSet chosen = session.units;
-    if (!run_form(MENU2_DLG, &chosen, session.units, reporter)) return;
-    settle_units(chosen);
-    if (session.keeps_settings && !keep_settings(chosen, session, reporter)) return;
-    session.units = chosen;
+    run_form(MENU2_DLG, &chosen, session.units, reporter, [&] {
+        UnitSet settled = chosen;
+        settle_units(settled);
+        if (!session.keeps_settings || keep_settings(settled, session, reporter)) session.units = settled;
+    });
 }
 
 namespace {

@@ -34,7 +34,7 @@ void analyse_frequency(PassiveDesk& desk) {
     Circuit& circuit = desk.filter.circuit;
     const PassiveRequest& request = desk.command;
     if (circuit.kind == CircuitKind::wave_digital) return refuse(desk, message_of(ChainVerdict::wave_digital));
-    if (const auto wrong = frequency_message(request.frequency); !wrong.empty()) return refuse(desk, wrong);
+    if (const Refusal wrong = frequency_refusal(request.frequency); !wrong.empty()) return refuse(desk, wrong);
     const Circuit former = circuit;
     if (!settle_drive(desk)) return;
 
@@ -64,7 +64,7 @@ void analyse_time(PassiveDesk& desk) {
         return refuse(desk, "Time domain analysis to be done in digital segment");
     if (filter.circuit.kind == CircuitKind::microwave)
         return refuse(desk, "Microwave filter, time domain analysis not possible");
-    if (const auto wrong = time_message(desk.command.time); !wrong.empty()) return refuse(desk, wrong);
+    if (const Refusal wrong = time_refusal(desk.command.time); !wrong.empty()) return refuse(desk, wrong);
     if (!filter.designed) return refuse(desk, message_of(TimeVerdict::no_modes));
     if (!wishes_original(desk, "Analysis")) return;
 

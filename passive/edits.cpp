@@ -21,9 +21,8 @@ constexpr std::string_view values_out_of_range = "Values of the circuit are out 
 constexpr std::string_view insert_menu = "Branch Insert";
 constexpr int behind_load = 2;  // slot of an equalizer
 
-[[nodiscard]] bool cell_value(const PassiveDesk& desk, char letter, double typed, double& value);
-[[nodiscard]] bool cell_values(const PassiveDesk& desk, std::string_view letters, const InsertRequest& request,
-                               std::span<double> values);
+[[nodiscard]] bool cell_value(const PassiveDesk& desk, BranchId id, char letter, double typed, double& value);
+[[nodiscard]] Refusal cell_values(const PassiveDesk& desk, const BranchKind& kind, std::span<double> values);
 void report_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict);
 std::string insert_keys(const InsertRequest& request, std::size_t values);
 bool in_range(int k) { return k >= 1 && k <= max_branches; }
@@ -59,13 +58,14 @@ void insert_branch(PassiveDesk& desk) {
     if (request.element == insert_copy) return copy_branch(desk);
     const BranchKind& kind = insert_kind(request.element);
     const bool lumped = desk.filter.circuit.kind == CircuitKind::lumped;
-    if (kind.equalizer() && !lumped) return refuse(desk, no_equalizer);
-    if (!kind.equalizer() && !in_range(request.branch)) return refuse(desk, message_of(CircuitVerdict::out_of_range));
-    if (kind.structure == Structure::line && lumped) return refuse(desk, no_unit_element);
+    if (kind.equalizer() && !lumped) return refuse(desk, {no_equalizer, "element"});
+    if (!kind.equalizer() && !in_range(request.branch))
+        return refuse(desk, {message_of(CircuitVerdict::out_of_range), "branch"});
+    if (kind.structure == Structure::line && lumped) return refuse(desk, {no_unit_element, "element"});
 
     std::array<double, 3> room{};
     const auto values = std::span(room).first(kind.typed.size());
-    if (!cell_values(desk, kind.typed, request, values)) return refuse(desk, zero_value);
+    if (const Refusal wrong = cell_values(desk, kind, values); !wrong.empty()) return refuse(desk, wrong);
     Circuit edited = desk.filter.circuit;
     int k = kind.equalizer() ? behind_load : request.branch;
     const CircuitVerdict verdict = kind.equalizer() ? insertEqualizer(edited, values[0], values[1], values[2], kind.id)
@@ -77,8 +77,8 @@ void insert_branch(PassiveDesk& desk) {
 void copy_branch(PassiveDesk& desk) {
     const InsertRequest& request = desk.command.insert;
     const Circuit& circuit = desk.filter.circuit;
-    if (!in_range(request.branch)) return refuse(desk, message_of(CircuitVerdict::out_of_range));
-    if (!branchExists(circuit, request.copy_of)) return refuse(desk, no_source);
+    if (!in_range(request.branch)) return refuse(desk, {message_of(CircuitVerdict::out_of_range), "branch"});
+    if (!branchExists(circuit, request.copy_of)) return refuse(desk, {no_source, "copy_of"});
 
     const Branch source = unpackBranch(circuit, request.copy_of);
     Circuit edited = circuit;
@@ -96,7 +96,7 @@ void delete_branch(PassiveDesk& desk) {
     Circuit edited = desk.filter.circuit;
     int k = desk.command.deleted_branch;
     const CircuitVerdict verdict = deleteBranch(edited, k);
-    if (verdict != CircuitVerdict::done) return refuse(desk, message_of(verdict));
+    if (verdict != CircuitVerdict::done) return refuse(desk, {message_of(verdict), "branch"});
     take_edit(desk, edited, k,
               {"Branch Delete", macro_branch(desk.command.deleted_branch) + std::string(macro_return)});
 }
@@ -104,9 +104,9 @@ void delete_branch(PassiveDesk& desk) {
 void change_branch(PassiveDesk& desk) {
     const ChangeRequest& request = desk.command.change;
     const Circuit& circuit = desk.filter.circuit;
-    if (!branchExists(circuit, request.branch)) return refuse(desk, no_such_branch);
+    if (!branchExists(circuit, request.branch)) return refuse(desk, {no_such_branch, "branch"});
     const Branch branch = unpackBranch(circuit, request.branch);
-    if (!branch_kinds[branch.id].simple()) return refuse(desk, no_change);
+    if (!branch_kinds[branch.id].simple()) return refuse(desk, {no_change, "branch"});
 
     Circuit edited = circuit;
     const auto cells = branch_values(edited, branch);
@@ -114,8 +114,8 @@ void change_branch(PassiveDesk& desk) {
         const char letter = branch_kinds[branch.id].cells[i];
         const double typed = letter == 'C' ? request.second : request.first;
         if (typed == typed_value(circuit, letter, cells[i], desk.session.units)) continue;
-        if (branch.id == BranchId::lc && typed == 0) return refuse(desk, zero_value);
-        if (!cell_value(desk, letter, typed, cells[i])) return refuse(desk, zero_value);
+        if (!cell_value(desk, branch.id, letter, typed, cells[i]))
+            return refuse(desk, {zero_value, letter == 'C' ? "second" : "first"});
     }
     const std::string keys = macro_branch(request.branch) + std::string(macro_tab) + macro_value_d(request.first) +
                              std::string(macro_tab) + macro_value_d(request.second) + std::string(macro_return);
@@ -141,8 +141,10 @@ void recall_circuit(PassiveDesk& desk) {
 namespace {
 
 // From what was typed to what a cell holds: in a microwave circuit a capacitive cell holds the admittance of the
-// impedance that was typed. False for what no cell may hold: a resistor, a line or a microwave stub of no impedance.
-bool cell_value(const PassiveDesk& desk, char letter, double typed, double& value) {
+// impedance that was typed. False for what no cell may hold: a resistor, a line or a microwave stub of no impedance,
+// half a pair.
+bool cell_value(const PassiveDesk& desk, BranchId id, char letter, double typed, double& value) {
+    if (id == BranchId::lc && typed == 0) return false;
     const UnitSet& units = desk.session.units;
     const bool lumped = desk.filter.circuit.kind == CircuitKind::lumped;
     if (letter == 'L') {
@@ -156,20 +158,21 @@ bool cell_value(const PassiveDesk& desk, char letter, double typed, double& valu
     return std::isfinite(value);
 }
 
-bool cell_values(const PassiveDesk& desk, std::string_view letters, const InsertRequest& request,
-                 std::span<double> values) {
+Refusal cell_values(const PassiveDesk& desk, const BranchKind& kind, std::span<double> values) {
+    constexpr std::string_view fields[] = {"value1", "value2", "value3"};
+    const InsertRequest& request = desk.command.insert;
     const double typed[] = {request.value1, request.value2, request.value3};
     for (std::size_t i = 0; i < values.size(); ++i) {
-        if (!cell_value(desk, letters[i], typed[i], values[i])) return false;
+        if (!cell_value(desk, kind.id, kind.typed[i], typed[i], values[i])) return {zero_value, fields[i]};
     }
-    return true;
+    return {};
 }
 
 void report_insert_verdict(PassiveDesk& desk, CircuitVerdict verdict) {
     if (verdict == CircuitVerdict::storage_full) {
         desk.reporter.message(storage_full_operations, "Warning");
     } else {
-        refuse(desk, message_of(verdict));
+        refuse(desk, {message_of(verdict), "branch"});
     }
 }
 

@@ -31,8 +31,11 @@ constexpr std::array<Field, 2> q_fields = {
 constexpr auto frequency_form_fields = joined(frequency_fields<&R::frequency>, q_fields);
 constexpr auto& time_form_fields = time_fields<&R::time>;
 
-std::string_view frequency_form_message(const PassiveRequest& request) { return frequency_message(request.frequency); }
-std::string_view time_form_message(const PassiveRequest& request) { return time_message(request.time); }
+void frequency_form_rules(const PassiveRequest& request, FieldStates& states) {
+    frequency_rules(request.frequency, states);
+}
+Refusal frequency_form_refusal(const PassiveRequest& request) { return frequency_refusal(request.frequency); }
+Refusal time_form_refusal(const PassiveRequest& request) { return time_refusal(request.time); }
 
 // Plots. The numbers are those of the rows of curves that the commands know.
 
@@ -76,6 +79,12 @@ constexpr ValueLabel value_labels[] = {
     {'Z', "Impedance", "Second impedance"},
 };
 
+// Stubs and lines are typed as impedances.
+Unit unit_of_value(const R& request, char letter) {
+    const bool lumped = request.circuit == nullptr || request.circuit->kind == CircuitKind::lumped;
+    return lumped && letter == 'L' ? Unit::inductor : lumped && letter == 'C' ? Unit::capacitor : Unit::resistance;
+}
+
 void insert_rules(const PassiveRequest& request, FieldStates& states) {
     const int choice = request.insert.element;
     const std::string_view typed = choice == insert_copy ? "" : insert_kind(choice).typed;
@@ -85,6 +94,7 @@ void insert_rules(const PassiveRequest& request, FieldStates& states) {
         if (i >= typed.size()) continue;
         const ValueLabel& label = *std::ranges::find(value_labels, typed[i], &ValueLabel::letter);
         states.label(fields[i], typed.find(typed[i]) < i ? label.second : label.first);
+        states.unit(fields[i], unit_of_value(request, typed[i]));
     }
     states.off("copy_of", choice != insert_copy);
 }
@@ -122,6 +132,13 @@ void show_values(R& request, int k, std::span<const ValueField> fields, const Un
 
 void change_form_opens(R& request, const UnitSet& units) {
     show_values(request, request.change.branch, change_values, units);
+}
+
+void change_rules(const R& request, FieldStates& states) {
+    if (request.circuit == nullptr || !branchExists(*request.circuit, request.change.branch)) return;
+    for (const char letter : branch_kinds[unpackBranch(*request.circuit, request.change.branch).id].cells) {
+        states.unit(letter == 'C' ? "second" : "first", unit_of_value(request, letter));
+    }
 }
 
 constexpr Field resonance_fields[] = {
@@ -170,17 +187,17 @@ double typed_value(const Circuit& circuit, char letter, double value, const Unit
                            : value;
 }
 
-constexpr Form PASSIVE_FREQUENCY_DLG =
-    form_of<R, nullptr, frequency_form_message>("FREQUENCY_DLG", "Frequency domain analysis", frequency_form_fields);
+constexpr Form PASSIVE_FREQUENCY_DLG = form_of<R, frequency_form_rules, frequency_form_refusal>(
+    "FREQUENCY_DLG", "Frequency domain analysis", frequency_form_fields);
 constexpr Form PASSIVE_TIME_DLG =
-    form_of<R, nullptr, time_form_message>("TIME_DLG", "Time domain analysis", time_form_fields);
+    form_of<R, nullptr, time_form_refusal>("TIME_DLG", "Time domain analysis", time_form_fields);
 constexpr Form PASSIVE_PLOT_FREQUENCY_DLG =
     form_of<R>("PLOT_FREQUENCY_DLG", "Plot of frequency domain results", plot_frequency_fields);
 constexpr Form PASSIVE_PLOT_TIME_DLG = form_of<R>("PLOT_TIME_DLG", "Plot of time domain results", plot_time_fields);
 constexpr Form PASSIVE_INSERT_DLG = form_of<R, insert_rules>("INSERT_DLG", insert_title, insert_fields);
 constexpr Form PASSIVE_DELETE_DLG = form_of<R>("DELETE_DLG", delete_title, delete_fields);
 constexpr Form PASSIVE_CHANGE_DLG =
-    led_by<R, change_form_opens>("branch", form_of<R>("CHANGE_DLG", change_title, change_fields));
+    led_by<R, change_form_opens>("branch", form_of<R, change_rules>("CHANGE_DLG", change_title, change_fields));
 constexpr Form PASSIVE_RESONANCE_DLG = form_of<R>("RESONANCE_DLG", "Resonant frequency", resonance_fields);
 constexpr Form PASSIVE_SUPPRESS_DLG = form_of<R>("SUPPRESS_DLG", "Suppress display", suppress_fields);
 constexpr Form PASSIVE_TITLE_DLG = form_of<R>("TITLE_DLG", "Title", title_fields);

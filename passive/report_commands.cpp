@@ -36,7 +36,7 @@ void resonance(PassiveDesk& desk) {
     const int k1 = desk.command.resonant_branch;
     const int k2 = desk.command.resonant_branch2;
     const auto resonances = k2 == 0 ? resonances_of(circuit, k1) : resonances_of(circuit, k1, k2);
-    if (resonances.empty()) return refuse(desk, no_resonance);
+    if (resonances.empty()) return refuse(desk, {no_resonance, "branch"});
     const std::string place = k2 == 0 ? edited<"(' Resonant frequency of branch ',I3)">(k1)
                                       : edited<"(' Resonant frequency of branches ',I3,' and ',I3)">(k1, k2);
     for (const double frequency : resonances) {

@@ -4,7 +4,7 @@
 
 namespace kavrel {
 
-void refuse(Desk& desk, std::string_view text) { desk.reporter.message(text, "Error"); }
+void refuse(Desk& desk, const Refusal& refusal) { desk.reporter.refuse(refusal); }
 
 void report_done(Desk& desk) { desk.reporter.message(command_done, "Success"); }
 

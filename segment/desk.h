@@ -35,8 +35,8 @@ inline constexpr std::string_view select_file = "Select a file name";  // captio
 inline constexpr std::string_view data_unavailable = "Data is unavailable";
 inline constexpr std::string_view command_done = "*** done ***";
 
-// A refusal: a box with caption "Error".
-void refuse(Desk& desk, std::string_view text);
+// A refusal: a box with caption "Error", and the field of the command's form that it is about.
+void refuse(Desk& desk, const Refusal& refusal);
 
 // "*** done ***" in a box with caption "Success".
 void report_done(Desk& desk);

@@ -201,7 +201,7 @@ constexpr std::array<Field, N + M> joined(const std::array<Field, N>& first, con
 // ---- forms ----
 
 // A form over the record type `Record`, whose rules and validator take the record itself.
-template <class Record, auto Rules = nullptr, auto Message = nullptr>
+template <class Record, auto Rules = nullptr, auto Judge = nullptr>
 constexpr Form form_of(std::string_view name, std::string_view title, std::span<const Field> fields,
                        bool reads_file = false, std::string_view caption = "Error") {
     static_assert(std::is_trivially_copyable_v<Record>);
@@ -220,10 +220,8 @@ constexpr Form form_of(std::string_view name, std::string_view title, std::span<
             Rules(*static_cast<const Record*>(record), states);
         };
     }
-    if constexpr (!std::is_null_pointer_v<decltype(Message)>) {
-        form.message = [](const void* record) -> std::string_view {
-            return Message(*static_cast<const Record*>(record));
-        };
+    if constexpr (!std::is_null_pointer_v<decltype(Judge)>) {
+        form.refusal = [](const void* record) -> Refusal { return Judge(*static_cast<const Record*>(record)); };
     }
     return form;
 }

@@ -24,13 +24,10 @@ namespace kavrel {
 
 namespace {
 
-// What was typed for a field, as the number that it holds, or what is wrong with it.
-struct Entry {
-    double value = 0;
-    std::string wrong = {};
-};
+using Entry = FormSheet::Typed;
 
-Entry real_entry(std::string_view typed);
+Entry real_entry(std::string_view typed, Unit unit, const UnitSet& units);
+std::string_view kind_of_number(Unit unit);
 Entry integer_entry(const Field& field, std::string_view typed);
 Entry choice_entry(const FormSheet& sheet, std::size_t i, std::string_view typed);
 Entry flag_entry(std::string_view typed);
@@ -46,7 +43,6 @@ struct FileRows {
 
 bool goes_without_saying(double re, double im, std::vector<std::pair<double, double>>& without_image);
 std::optional<FileRows> rows_of_text(const std::string& text, const Field& list, const ListView& view);
-double hertz_of_column(const Form& form, const Column& column, void* record, const UnitSet& units);
 
 }  // namespace
 
@@ -69,6 +65,8 @@ void FieldStates::choice_off(std::string_view name, int value, bool when) {
 }
 
 void FieldStates::label(std::string_view name, std::string_view text) { state(name).label = text; }
+
+void FieldStates::unit(std::string_view name, Unit unit) { state(name).unit = unit; }
 
 bool FieldStates::is_on(std::size_t i, int value) const {
     return std::ranges::find(states_[i].choices_off, value) == states_[i].choices_off.end();
@@ -133,7 +131,7 @@ std::string FormSheet::enter(std::size_t i, std::string_view typed) {
     const Field& f = field(i);
     Entry entry;
     switch (f.kind) {
-        case FieldKind::real: entry = real_entry(typed); break;
+        case FieldKind::real: entry = real_entry(typed, states_.unit_at(i), units_); break;
         case FieldKind::integer: entry = integer_entry(f, typed); break;
         case FieldKind::radio:
         case FieldKind::choice: entry = choice_entry(*this, i, typed); break;
@@ -154,6 +152,16 @@ std::string FormSheet::enter(std::size_t i, std::string_view typed) {
     }
     apply_rules();
     return entry.wrong;
+}
+
+bool FormSheet::is_scaled(std::size_t i) const {
+    return field(i).kind == FieldKind::real && unit_multiplier(units_, states_.unit_at(i)) != 1.0;
+}
+
+std::string FormSheet::echo(std::size_t i) const {
+    if (!is_scaled(i) || number(i) == 0.0) return {};
+    const Unit unit = states_.unit_at(i);
+    return "= " + quantity_text(number(i) * unit_multiplier(units_, unit), unit);
 }
 
 void FormSheet::follow_leader() {
@@ -184,6 +192,24 @@ std::string FormSheet::append_row(std::size_t i, std::span<const double> row) {
     return {};
 }
 
+std::string FormSheet::append_typed_row(std::size_t i, std::span<const std::string> cells) {
+    std::vector<double> row;
+    for (const std::string& one : cells) {
+        const Typed typed = cell(i, static_cast<int>(row.size()) + 1, one);
+        if (!typed.wrong.empty()) return typed.wrong;
+        row.push_back(typed.value);
+    }
+    return append_row(i, row);
+}
+
+FormSheet::Typed FormSheet::cell(std::size_t i, int column, std::string_view typed) const {
+    const auto columns = field(i).columns;
+    const Column head =
+        column <= static_cast<int>(columns.size()) ? columns[static_cast<std::size_t>(column) - 1] : Column{};
+    if (head.blank == Blank::zero && trim(typed).empty()) return {};
+    return real_entry(typed, column_unit(head), units_);
+}
+
 void FormSheet::clear_rows(std::size_t i) {
     const ListView view = list(i);
     std::fill_n(view.cells, view.capacity * view.columns, 0.0);
@@ -194,7 +220,7 @@ void FormSheet::clear_rows(std::size_t i) {
 void FormSheet::press(std::size_t i) {
     const Form* form = field(i).opens(record_);
     // The record stays as it is when the inner form is cancelled, so there is nothing to report to the outer one.
-    if (form != nullptr) static_cast<void>(run_form(*form, record_, units_, reporter_));
+    if (form != nullptr) run_form(*form, record_, units_, reporter_);
     apply_rules();
 }
 
@@ -217,27 +243,54 @@ void FormSheet::read_rows(std::size_t i) {
     *view.rows = static_cast<int>(rows->cells.size()) / view.columns;
     for (int column = 1; column <= view.columns; ++column) {
         const Column& head = field(i).columns[static_cast<std::size_t>(column) - 1];
-        const double unit = rows->in_hertz ? hertz_of_column(form_, head, record_, units_) : 1.0;
+        const Unit unit = column_unit(head);
+        const double hertz = unit == Unit::radians     ? 0.5 / std::numbers::pi
+                             : unit == Unit::frequency ? unit_multiplier(units_, unit)
+                                                       : 1.0;
         for (int row = 1; row <= *view.rows; ++row) {
             const int cell = (row - 1) * view.columns + column - 1;
-            view(row, column) = rows->cells[static_cast<std::size_t>(cell)] / unit;
+            view(row, column) = rows->cells[static_cast<std::size_t>(cell)] / (rows->in_hertz ? hertz : 1.0);
         }
     }
     apply_rules();
     reporter_.message(" *** Done ***", "Success");
 }
 
-bool run_form(const Form& form, void* record, const UnitSet& units, Reporter& reporter) {
-    std::vector<std::byte> before(form.record_size);
-    std::memcpy(before.data(), record, form.record_size);
+// By the column itself, or by the form's choice between the unit of frequency and radians a second.
+Unit FormSheet::column_unit(const Column& column) const {
+    if (column.unit != Unit::none) return column.unit;
+    for (const Field& one : form_.fields) {
+        if (std::ranges::find(one.choices, Unit::frequency, &Choice::unit) == one.choices.end()) continue;
+        const auto chosen = std::ranges::find(one.choices, whole_part(one.get(record_)), &Choice::value);
+        return chosen != one.choices.end() && chosen->unit == Unit::none ? Unit::radians : Unit::frequency;
+    }
+    return Unit::none;
+}
+
+bool FormSheet::passes() {
+    refusal_ = form_.refusal == nullptr ? Refusal{} : form_.refusal(record_);
+    if (!refusal_.empty()) ++refusals_;
+    return refusal_.empty();
+}
+
+bool run_form(const Form& form, void* record, const UnitSet& units, Reporter& reporter, const FormWork& work) {
+    std::vector<std::byte> taken(form.record_size);
+    const auto keep = [&] { std::memcpy(taken.data(), record, form.record_size); };
+    keep();
     FormSheet sheet(form, record, units, reporter);
     while (reporter.window().edit_form(sheet)) {
-        const std::string_view wrong = form.message == nullptr ? std::string_view{} : form.message(record);
-        if (wrong.empty()) return true;
-        ++sheet.refusals_;
-        reporter.message(wrong, form.caption);
+        if (!sheet.passes()) {
+            reporter.message(sheet.refusal().text, form.caption);
+            continue;
+        }
+        if (!work) return true;
+        keep();
+        sheet.refusal_ = reporter.failure_of(work);
+        sheet.work_failed_ = !sheet.refusal().empty();
+        if (!sheet.work_failed()) return true;
+        sheet.apply_rules();
     }
-    std::memcpy(record, before.data(), form.record_size);
+    std::memcpy(record, taken.data(), form.record_size);
     return false;
 }
 
@@ -253,11 +306,31 @@ int find_field(const FormSheet& sheet, std::string_view name_or_label) {
 
 namespace {
 
-Entry real_entry(std::string_view typed) {
-    const auto number = parse_number(typed);
-    if (!number) return {.wrong = fmt::format("'{}' is not a number", typed)};
-    if (is_in_range(*number)) return {*number};
+Entry real_entry(std::string_view typed, Unit unit, const UnitSet& units) {
+    const auto number = parse_quantity(typed, units);
+    if (!number) {
+        const std::string_view rest = unknown_unit(typed);
+        if (rest.size() > 1) return {.wrong = fmt::format("'{}' is no unit", rest)};
+        return {.wrong = fmt::format("'{}' is not a number", typed)};
+    }
+    if (number->unit != Unit::none && number->unit != unit)
+        return {.wrong = fmt::format("'{}' is no {}", typed, kind_of_number(unit))};
+    if (is_in_range(number->value)) return {number->value};
     return {.wrong = fmt::format("{} is out of range", typed)};
+}
+
+std::string_view kind_of_number(Unit unit) {
+    switch (unit) {
+        case Unit::frequency: return "frequency";
+        case Unit::time: return "time";
+        case Unit::inductor: return "inductance";
+        case Unit::capacitor: return "capacitance";
+        case Unit::resistance: return "resistance";
+        case Unit::decibel: return "number of dB";
+        case Unit::radians: return "frequency in rad/sec";
+        case Unit::none: break;
+    }
+    return "number without unit";
 }
 
 Entry integer_entry(const Field& field, std::string_view typed) {
@@ -376,19 +449,6 @@ std::optional<FileRows> rows_of_text(const std::string& text, const Field& list,
     }
     if (!any) return std::nullopt;
     return rows;
-}
-
-// What 1 in a column of frequencies means: by the column's unit, or by the form's choice between the unit of
-// frequency and radians a second.
-double hertz_of_column(const Form& form, const Column& column, void* record, const UnitSet& units) {
-    const double unit = unit_multiplier(units, Unit::frequency);
-    if (column.unit != Unit::none) return column.unit == Unit::frequency ? unit : 1.0;
-    for (const Field& field : form.fields) {
-        if (std::ranges::find(field.choices, Unit::frequency, &Choice::unit) == field.choices.end()) continue;
-        const auto chosen = std::ranges::find(field.choices, whole_part(field.get(record)), &Choice::value);
-        return chosen != field.choices.end() && chosen->unit == Unit::none ? 0.5 / std::numbers::pi : unit;
-    }
-    return 1.0;
 }
 
 }  // namespace

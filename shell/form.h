@@ -1,15 +1,18 @@
 // Forms as data: a request record, a table of fields, a rule routine that answers which fields are on, and a validator
-// that answers a message. Console and desktop live off this description alone, so that a field is written once. A table
-// is written with the makers of shell/field_table.h, a row a field.
+// that answers what is wrong and in which field. Console and desktop live off this description alone, so that a field
+// is written once. A table is written with the makers of shell/field_table.h, a row a field.
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "shell/refusal.h"
 #include "shell/units.h"
 #include "shell/whole_part.h"
 
@@ -52,9 +55,13 @@ struct Choice {
         : label(text), value(static_cast<int>(enumerator)), unit(prefix), type(type_tag<Value>) {}
 };
 
+// What a blank cell of a column means in a row that is not blank: that a number is missing, or 0.
+enum class Blank { missing, zero };
+
 struct Column {
     std::string_view label;
     Unit unit = Unit::none;
+    Blank blank = Blank::missing;
 };
 
 // The numbers of a list field, row by row, 1 <= rows <= capacity of them filled.
@@ -105,16 +112,19 @@ public:
         choice_off(name, static_cast<int>(value), when);
     }
     void label(std::string_view name, std::string_view text);
+    void unit(std::string_view name, Unit unit);
 
     [[nodiscard]] bool is_on(std::size_t i) const { return states_[i].on; }
     [[nodiscard]] bool is_on(std::size_t i, int value) const;
     [[nodiscard]] std::string_view label_at(std::size_t i) const;
+    [[nodiscard]] Unit unit_at(std::size_t i) const { return states_[i].unit.value_or(fields_[i].unit); }
 
 private:
     struct State {
         bool on = true;
         std::vector<int> choices_off = {};
         std::string_view label = {};
+        std::optional<Unit> unit = {};
     };
     State& state(std::string_view name);
 
@@ -129,13 +139,15 @@ struct Form {
     TypeTag record;
     std::size_t record_size;
     void (*rules)(const void* record, FieldStates& states) = nullptr;
-    std::string_view (*message)(const void* record) = nullptr;  // what is wrong with the record, or blank
+    Refusal (*refusal)(const void* record) = nullptr;  // what is wrong with the record
     // What the entry of the field `leader` (and the opening of the form) brings along: it fills in others.
     std::string_view leader = {};
     void (*follow)(void* record, const UnitSet& units) = nullptr;
     bool reads_file = false;             // its lists have a button "Read from file"
     std::string_view caption = "Error";  // of the box that says what is wrong
 };
+
+using FormWork = std::function<void()>;
 
 // A form while it is open: what a window layer reads, shows and changes. Field numbers count from 0.
 class FormSheet {
@@ -157,13 +169,25 @@ public:
     // The value as it is shown: "1.000000E+03", the label of a choice, "yes" or "no", "3 rows".
     [[nodiscard]] std::string shown(std::size_t i) const;
 
-    // Takes what was typed or chosen: a number with or without engineering suffix, the label or the number of a choice,
-    // yes or no, a text. Returns what is wrong with it, or blank; what is wrong changes nothing.
+    // Takes what was typed or chosen: a number with or without unit and engineering suffix, the label or the number of
+    // a choice, yes or no, a text. Returns what is wrong with it, or blank; what is wrong changes nothing.
     [[nodiscard]] std::string enter(std::size_t i, std::string_view typed);
+
+    // Whether a number is in a unit of the user's that is no plain one, and what it is in that: "= 1 MHz", or blank.
+    [[nodiscard]] bool is_scaled(std::size_t i) const;
+    [[nodiscard]] std::string echo(std::size_t i) const;
 
     [[nodiscard]] ListView list(std::size_t i) const { return field(i).list(record_); }
     // Appends a row to a list; returns what is wrong, or blank.
     [[nodiscard]] std::string append_row(std::size_t i, std::span<const double> row);
+    [[nodiscard]] std::string append_typed_row(std::size_t i, std::span<const std::string> cells);
+
+    // What was typed for a number, or what is wrong with it. In a cell of a list, a blank may be 0 (`Blank`).
+    struct Typed {
+        double value = 0;
+        std::string wrong = {};
+    };
+    [[nodiscard]] Typed cell(std::size_t i, int column, std::string_view typed) const;
     void clear_rows(std::size_t i);
 
     // Presses a button: the form behind it opens on the same record, and ends, within this call.
@@ -172,15 +196,22 @@ public:
     // "Read from file" of a list: asks for the file; a file that does not fit leaves the rows as they were.
     void read_rows(std::size_t i);
 
-    // How often the validator has refused this form since it was opened, and its last words.
+    // Whether the validator takes the record as it is; what it says otherwise is the form's refusal.
+    [[nodiscard]] bool passes();
+    // What the validator, or the work that was done with the record, said last.
+    [[nodiscard]] const Refusal& refusal() const { return refusal_; }
+    // How often the validator has refused this form since it was opened.
     [[nodiscard]] int refusals() const { return refusals_; }
+    // Whether the form was taken, and the work that followed has failed.
+    [[nodiscard]] bool work_failed() const { return work_failed_; }
 
 private:
-    friend bool run_form(const Form&, void*, const UnitSet&, Reporter&);
+    friend bool run_form(const Form&, void*, const UnitSet&, Reporter&, const FormWork&);
 
     void apply_rules();
     void follow_leader();
     void clear_other(std::string_view name);
+    [[nodiscard]] Unit column_unit(const Column& column) const;
     [[nodiscard]] double number(std::size_t i) const { return field(i).get(record_); }
     [[nodiscard]] int whole(std::size_t i) const { return whole_part(number(i)); }
 
@@ -191,13 +222,19 @@ private:
     FieldStates states_;
     std::vector<std::pair<std::size_t, double>> entered_;  // numbers that came before the leader: it leaves them alone
     bool led_ = false;
+    Refusal refusal_;
     int refusals_ = 0;
+    bool work_failed_ = false;
 };
 
 // Opens a form on a record and keeps it open until it is cancelled (false, the record as it was) or passes its
-// validator (true). What the validator refuses is reported in a box with the form's caption, and the form comes back
-// with what was entered.
-[[nodiscard]] bool run_form(const Form& form, void* record, const UnitSet& units, Reporter& reporter);
+// validator (true). What the validator refuses is reported in a box with the form's caption, unless the window layer
+// has shown it in the form, and the form comes back with what was entered.
+//
+// `work` is what the form was opened for: once the record is taken it is done, and where it fails (an "Error" box, or
+// `Reporter::fail`) the form is opened again, if the window layer has it. A form that is cancelled after that is false,
+// too, its record as it was last taken.
+bool run_form(const Form& form, void* record, const UnitSet& units, Reporter& reporter, const FormWork& work = {});
 
 // The number of the field with this name or, failing that, with this label, as it reads or made a name ("Fixed zeros",
 // "fixed_zeros"): -1 when there is none, -2 when the label is that of several.

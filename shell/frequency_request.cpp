@@ -11,9 +11,17 @@ double distance(const FrequencyRequest& request);
 
 }  // namespace
 
-std::string_view frequency_message(const FrequencyRequest& request) {
+Refusal frequency_refusal(const FrequencyRequest& request) {
     const int count = points(request);
-    return request.start >= 0 && count >= 1 && count <= analysis_points ? "" : frequency_incorrect;
+    if (request.start < 0) return {frequency_incorrect, "start"};
+    if (count >= 1 && count <= analysis_points) return {};
+    const bool rises = request.end > request.start;
+    return {frequency_incorrect, !rises ? "end" : request.increment != 0 ? "increment" : "count"};
+}
+
+void frequency_rules(const FrequencyRequest& request, FieldStates& states) {
+    if (request.frequency_unit != FrequencyUnitChoice::radians) return;
+    for (const std::string_view name : {"start", "end", "increment"}) states.unit(name, Unit::radians);
 }
 
 FrequencyGrid frequency_grid(const FrequencyRequest& request, const UnitSet& units) {

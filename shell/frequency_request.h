@@ -35,6 +35,9 @@ inline constexpr std::array<Field, 5> frequency_fields = {{
     radio<Member, &FrequencyRequest::frequency_unit>("frequency_unit", "Frequency in", frequency_unit_choices),
 }};
 
+// Of these fields: what is typed in rad/sec has no other unit.
+void frequency_rules(const FrequencyRequest& request, FieldStates& states);
+
 // Ascending, in Hz, or in rad/sec with `radians`.
 struct FrequencyGrid {
     int count = 0;
@@ -46,11 +49,11 @@ struct FrequencyGrid {
     }
 };
 
-// What is wrong with a request, or blank: `start` must not be negative, the frequencies must rise, and there may be 1
+// What is wrong with a request: `start` must not be negative, the frequencies must rise, and there may be 1
 // to 501 of them. A count of 1 asks for `start` alone.
-[[nodiscard]] std::string_view frequency_message(const FrequencyRequest& request);
+[[nodiscard]] Refusal frequency_refusal(const FrequencyRequest& request);
 
-// The frequencies of a request that passes `frequency_message`. A last step that is short of `end` by less than a
+// The frequencies of a request that passes `frequency_refusal`. A last step that is short of `end` by less than a
 // millionth of the increment reaches it.
 [[nodiscard]] FrequencyGrid frequency_grid(const FrequencyRequest& request, const UnitSet& units);
 

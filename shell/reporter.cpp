@@ -21,7 +21,38 @@ void Reporter::report_line(std::string_view text) {
 }
 
 Answer Reporter::message(std::string_view text, std::string_view caption, Buttons buttons) {
-    const Answer answer = window_.message(shown_text(text, ShownAs::lines), caption, buttons);
+    return show_message(text, caption, buttons, {});
+}
+
+void Reporter::refuse(const Refusal& refusal) { show_message(refusal.text, "Error", Buttons::ok, refusal.field); }
+
+Refusal Reporter::failure_of(const std::function<void()>& work) {
+    struct Scope {  // also where the work ends with an exception
+        Refusal*& current;
+        Refusal* const former;
+        ~Scope() { current = former; }
+    };
+    Refusal failure;
+    const Scope scope{failure_, failure_};
+    failure_ = &failure;
+    work();
+    return failure;
+}
+
+void Reporter::fail(std::string_view text) {
+    if (failure_ != nullptr && failure_->empty()) *failure_ = text;
+}
+
+Answer Reporter::show_message(std::string_view text, std::string_view caption, Buttons buttons,
+                              std::string_view field) {
+    const std::string shown = shown_text(text, ShownAs::lines);
+    Answer answer = Answer::ok;
+    if (failure_ != nullptr && buttons == Buttons::ok && is_of_failure(caption)) {
+        *failure_ = {std::string_view(shown), field};
+        window_.refuse_form(shown, caption);
+    } else {
+        answer = window_.message(shown, caption, buttons);
+    }
     journal_.boxes.push_back({std::string(caption), std::string(text),
                               answer == Answer::yes  ? "yes"
                               : answer == Answer::no ? "no"

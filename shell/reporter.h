@@ -1,11 +1,13 @@
 // The writer of all output: report lines, and the boxes that stop for an answer.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "shell/journal.h"
+#include "shell/refusal.h"
 #include "shell/window_layer.h"
 
 namespace kavrel {
@@ -34,6 +36,15 @@ public:
     // A modal box. The journal keeps its answer.
     Answer message(std::string_view text, std::string_view caption, Buttons buttons = Buttons::ok);
 
+    // The box of a refusal, with the field of the command's form that it is about.
+    void refuse(const Refusal& refusal);
+
+    // Does the work that a form was filled in for. What made it fail, or nothing: the last box of something that went
+    // wrong, or what `fail` was told.
+    [[nodiscard]] Refusal failure_of(const std::function<void()>& work);
+    // Notes that the work has failed, where no box says so.
+    void fail(std::string_view text);
+
     // A choice box: the number of the choice from 1, or 0 for its cancel.
     [[nodiscard]] int choose(const ChoiceBox& box);
 
@@ -46,12 +57,14 @@ public:
     [[nodiscard]] WindowLayer& window() { return window_; }
 
 private:
+    Answer show_message(std::string_view text, std::string_view caption, Buttons buttons, std::string_view field);
     void print_line(std::string_view piece);
     void send_page();
 
     WindowLayer& window_;
     Journal& journal_;
     PrintState& print_;
+    Refusal* failure_ = nullptr;  // of the work under way that a form was filled in for
 };
 
 }  // namespace kavrel

@@ -4,9 +4,10 @@
 
 namespace kavrel {
 
-std::string_view time_message(const TimeRequest& request) {
+Refusal time_refusal(const TimeRequest& request) {
     const int steps = steps_of(request.start, request.stop, request.step);
-    return request.stop > request.start && steps >= 0 && steps < analysis_points ? "" : time_incorrect;
+    if (!(request.stop > request.start)) return {time_incorrect, "stop"};
+    return steps >= 0 && steps < analysis_points ? Refusal() : Refusal(time_incorrect, "step");
 }
 
 TimeGrid time_grid(const TimeRequest& request, const UnitSet& units) {

@@ -35,11 +35,11 @@ struct TimeGrid {
     }
 };
 
-// What is wrong with a request, or blank: `stop` must lie above `start`, the step must be positive, and there may be at
+// What is wrong with a request: `stop` must lie above `start`, the step must be positive, and there may be at
 // most 501 times.
-[[nodiscard]] std::string_view time_message(const TimeRequest& request);
+[[nodiscard]] Refusal time_refusal(const TimeRequest& request);
 
-// The times of a request that passes `time_message`.
+// The times of a request that passes `time_refusal`.
 [[nodiscard]] TimeGrid time_grid(const TimeRequest& request, const UnitSet& units);
 
 }  // namespace kavrel

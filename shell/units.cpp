@@ -1,6 +1,9 @@
 #include "shell/units.h"
 
+#include <algorithm>
 #include <cmath>
+
+#include <fmt/format.h>
 
 #include "shell/edited.h"
 #include "shell/fixed_text.h"
@@ -17,7 +20,22 @@ constexpr double least_in_unit = 0.001;  // below it six decimals show too littl
 constexpr std::string_view frequency_prefixes = " KMG";
 constexpr std::string_view element_prefixes = " munp";
 constexpr std::string_view value_prefixes = "fpnum KMGT";  // exponents -5 to 4 in steps of 1000
+constexpr std::string_view quantity_prefixes = "fpnum kMGT";
 constexpr std::string_view unit_texts[] = {"  ohm", "  H  ", "  F  ", "  Hz ", "  sec"};
+
+std::string_view unit_name(Unit unit) {
+    switch (unit) {
+        case Unit::frequency: return "Hz";
+        case Unit::time: return "s";
+        case Unit::inductor: return "H";
+        case Unit::capacitor: return "F";
+        case Unit::resistance: return "ohm";
+        case Unit::decibel: return "dB";
+        case Unit::radians: return "rad/s";
+        case Unit::none: break;
+    }
+    return {};
+}
 
 char prefix_at(std::string_view prefixes, int index) { return prefixes[static_cast<std::size_t>(index)]; }
 
@@ -55,7 +73,7 @@ std::string unit_suffix(const UnitSet& units, Unit unit) {
         case Unit::time: return suffix(prefix_at(element_prefixes, units.time_index - 1), "sec");
         case Unit::inductor: return suffix(prefix_at(element_prefixes, units.inductor_index - 1), "H");
         case Unit::capacitor: return suffix(prefix_at(element_prefixes, units.capacitor_index - 1), "F");
-        case Unit::none: break;
+        default: break;
     }
     return {};
 }
@@ -82,9 +100,19 @@ double unit_multiplier(const UnitSet& units, Unit unit) {
         case Unit::time: return units.time_multiplier;
         case Unit::inductor: return units.inductor_multiplier;
         case Unit::capacitor: return units.capacitor_multiplier;
-        case Unit::none: break;
+        default: break;
     }
     return 1.0;
+}
+
+std::string quantity_text(double value, Unit unit) {
+    if (value == 0.0) return "0";
+    const bool has_prefix = unit != Unit::decibel && unit != Unit::radians && unit != Unit::none;
+    int exponent = 0;
+    if (has_prefix) exponent = std::clamp(whole_part(std::floor(std::log10(std::abs(value)) / 3.0 + 1e-9)), -5, 4);
+    std::string number = fmt::format("{:.6g}", value / std::pow(1000.0, exponent));
+    const auto prefix = quantity_prefixes[static_cast<std::size_t>(exponent + 5)];
+    return fmt::format("{} {}{}", number, prefix == ' ' ? "" : std::string(1, prefix), unit_name(unit));
 }
 
 std::string unit_value_text(const UnitSet& units, double value, UnitCode unit) {

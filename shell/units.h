@@ -22,7 +22,8 @@ struct UnitSet {
     friend bool operator==(const UnitSet&, const UnitSet&) = default;
 };
 
-enum class Unit { none, frequency, time, inductor, capacitor };
+// What a number is measured in: the first four in the user's unit, the others always in the same one.
+enum class Unit { none, frequency, time, inductor, capacitor, resistance, decibel, radians };
 
 // Codes of the quantities that `unit_value_text` knows.
 enum class UnitCode : int { ohm = 0, henry = 1, farad = 2, hertz = 3, second = 4 };
@@ -38,7 +39,8 @@ using enum UnitCode;
 // time units are had only together with a frequency unit above hertz (otherwise they fall back to H, F and sec).
 void settle_units(UnitSet& units);
 
-// " ( Hz)", " (KHz)", ... and " ( sec)", " (msec)", ... as they are appended to a label; blank for `Unit::none`.
+// " ( Hz)", " (KHz)", ... and " ( sec)", " (msec)", ... as they are appended to a label; blank for those without a
+// choice.
 [[nodiscard]] std::string unit_suffix(const UnitSet& units, Unit unit);
 
 // The units by their names: "KHz, mH, nF, usec", or the frequency unit alone where the others are H, F and sec.
@@ -46,6 +48,9 @@ void settle_units(UnitSet& units);
 
 // "Units: KHz", for the head of a report; blank for Hz, H, F and sec.
 [[nodiscard]] std::string units_note(const UnitSet& units);
+
+// A value in SI units with its unit, as it may be typed: "1 MHz", "47 nF", "600 ohm", "0".
+[[nodiscard]] std::string quantity_text(double value, Unit unit);
 
 // The multiplier of a unit: SI value = value in the user's unit times this.
 [[nodiscard]] double unit_multiplier(const UnitSet& units, Unit unit);

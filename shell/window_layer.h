@@ -19,6 +19,11 @@ inline constexpr int help_event = 16386;          // the help key where no item 
 
 enum class Buttons { ok, yes_no };
 
+// Whether boxes with this caption mean that something went wrong: all but those that come up in good order.
+[[nodiscard]] constexpr bool is_of_failure(std::string_view caption) {
+    return caption != "Warning" && caption != "Question" && caption != "Advice" && caption != "Success";
+}
+
 // The result of a message box.
 enum class Answer { ok = 1, yes = 6, no = 7 };
 
@@ -59,8 +64,14 @@ public:
     // The number of the choice, from 1; 0 when the user cancelled.
     [[nodiscard]] virtual int choose(const ChoiceBox& box) = 0;
 
-    // Lets the user fill in an open form; false when it was left with anything but OK.
+    // Lets the user fill in an open form; false when it was left with anything but OK. It comes again after a refusal,
+    // and when its work has failed (`FormSheet::work_failed`): a layer that does not open it then answers false.
     [[nodiscard]] virtual bool edit_form(FormSheet& sheet) = 0;
+
+    // The work of a form has failed, and `edit_form` comes next: a box, unless the form itself will say why.
+    virtual void refuse_form(std::string_view text, std::string_view caption) {
+        static_cast<void>(message(text, caption, Buttons::ok));
+    }
 
     // A file's name; blank when the user cancelled.
     [[nodiscard]] virtual std::string choose_file(const FileQuery& query) = 0;

@@ -45,19 +45,21 @@ void rules(const SynthesisForm& form, FieldStates& states) {
     states.label("existing_polynomials", form.existing.trimmed());
 }
 
-std::string_view message(const SynthesisForm& form) {
+Refusal refusal(const SynthesisForm& form) {
     if (form.form == FormChoice::lattice) {
-        return form.unit_elements ? "Filter with unit elements has no lattice implementation" : "";
+        if (!form.unit_elements) return {};
+        return {"Filter with unit elements has no lattice implementation", "form"};
     }
-    if (form.impedance_selection == AutoChoice::automatic) return "";
+    if (form.impedance_selection == AutoChoice::automatic) return {};
     const bool numerator = form.numerator == NumeratorChoice::even_sum ? form.has_es : form.has_ed;
     const bool denominator = form.denominator == DenominatorChoice::odd_sum ? form.has_os : form.has_od;
-    return numerator && denominator ? "" : selection_missing_text;
+    if (numerator && denominator) return {};
+    return {selection_missing_text, numerator ? "denominator" : "numerator"};
 }
 
 }  // namespace
 
-constexpr Form SYNTHESIS_DLG = form_of<R, rules, message>("SYNTHESIS_DLG", "Synthesis", fields);
+constexpr Form SYNTHESIS_DLG = form_of<R, rules, refusal>("SYNTHESIS_DLG", "Synthesis", fields);
 
 void describe_design(const XPlane& x_plane, const FilterSpec& worked, SynthesisForm& form) {
     form.has_es = x_plane.es.multiplier != 0;

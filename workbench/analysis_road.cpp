@@ -15,10 +15,11 @@ PassiveFilter empty_store(const FilterSpec& spec);
 
 void analysis_road(Workbench& bench, FormStart start) {
     FilterAnalysisRequest& request = bench.analysis_request;
-    if (!ask_for_design(bench, start, analysis_input, request)) return;
-    if (request.save_analysis && !save_design_input(bench, analysis_input, request)) return;
-    const auto from_outside = kind_road(request.analysis_kind).from_outside;
-    from_outside == nullptr ? not_implemented(bench) : from_outside(bench);
+    ask_for_design(bench, start, analysis_input, request, [&] {
+        if (request.save_analysis && !save_design_input(bench, analysis_input, request)) return;
+        const auto from_outside = kind_road(request.analysis_kind).from_outside;
+        from_outside == nullptr ? not_implemented(bench) : from_outside(bench);
+    });
 }
 
 void typed_circuit_road(Workbench& bench) {
@@ -39,9 +40,10 @@ void typed_circuit_road(Workbench& bench) {
 
 void fir_analysis_road(Workbench& bench, FormStart start) {
     FirAnalysisRequest& request = bench.fir_analysis_request;
-    if (!ask_for_design(bench, start, fir_analysis_input, request)) return;
-    if (request.save_analysis_data && !save_design_input(bench, fir_analysis_input, request)) return;
-    not_implemented(bench);
+    ask_for_design(bench, start, fir_analysis_input, request, [&] {
+        if (!request.save_analysis_data || save_design_input(bench, fir_analysis_input, request))
+            not_implemented(bench);
+    });
 }
 
 namespace {

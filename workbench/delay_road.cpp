@@ -6,9 +6,9 @@ namespace kavrel {
 
 void delay_design_road(Workbench& bench, FormStart start) {
     DelayRequest& request = bench.delay_request;
-    if (!ask_for_design(bench, start, delay_input, request)) return;
-    if (request.save_design && !save_design_input(bench, delay_input, request)) return;
-    not_implemented(bench);
+    ask_for_design(bench, start, delay_input, request, [&] {
+        if (!request.save_design || save_design_input(bench, delay_input, request)) not_implemented(bench);
+    });
 }
 
 }  // namespace kavrel

@@ -10,6 +10,7 @@ void discontinue(Workbench& bench) {
     bench.discontinued_request.reset();
     if (is_finite(bench.drafted.found)) bench.discontinued_request = bench.drafted.found;
     ++bench.discontinued_designs;
+    bench.reporter.fail(design_discontinued);
 }
 
 void end_with_function(Workbench& bench, std::string_view title) {

@@ -5,6 +5,9 @@
 
 namespace kavrel {
 
+// What the form says of a design whose report alone says why.
+inline constexpr std::string_view design_discontinued = "Design discontinued: the report says why";
+
 // It did not come off: its request stands alone, beside the former design.
 void discontinue(Workbench& bench);
 

@@ -27,11 +27,11 @@ using AcceptBytes = std::function<bool(std::string_view bytes)>;
 [[nodiscard]] bool save_input(Workbench& bench, const InputFileKind& kind, std::string_view bytes,
                               const AcceptBytes& is_own);
 
-// Opens a form, on stored data after they were recalled. False when no file was taken or the form was cancelled:
-// request, units and current file are as they were before either.
+// Opens a form, on stored data after they were recalled, and does the work that it asks for. When no file was taken or
+// the form was cancelled before any work, request, units and current file are as they were.
 template <class Request>
-[[nodiscard]] bool ask_for_design(Workbench& bench, FormStart start, const InputForm<Request>& input,
-                                  Request& request) {
+void ask_for_design(Workbench& bench, FormStart start, const InputForm<Request>& input, Request& request,
+                    const FormWork& work) {
     const Request before = request;
     const UnitSet units = bench.session.units;
     const auto file = bench.session.input_file;
@@ -41,15 +41,17 @@ template <class Request>
         take_units(found, bench.session);
         return true;
     };
-    if (start == FormStart::stored_data && !recall_input(bench, input.files, take)) return false;
-    if (run_form(input.form, &request, bench.session.units, bench.reporter)) {
+    if (start == FormStart::stored_data && !recall_input(bench, input.files, take)) return;
+    bool taken = false;
+    run_form(input.form, &request, bench.session.units, bench.reporter, [&] {
+        taken = true;
         if (!input.design_class.empty()) bench.session.design_class = input.design_class;
-        return true;
-    }
+        work();
+    });
+    if (taken) return;
     request = before;
     take_units(units, bench.session);
     bench.session.input_file = file;
-    return false;
 }
 
 // Saves a form's request as `save_input` does.

@@ -19,10 +19,11 @@ void design(Workbench& bench);
 }  // namespace
 
 void filter_design_road(Workbench& bench, FormStart start) {
-    if (!ask_for_design(bench, start, filter_input, bench.filter_request)) return;
-    settle(bench.filter_request, bench.session);
-    if (bench.filter_request.save_design && !save(bench)) return;
-    design(bench);
+    ask_for_design(bench, start, filter_input, bench.filter_request, [&] {
+        settle(bench.filter_request, bench.session);
+        if (bench.filter_request.save_design && !save(bench)) return;
+        design(bench);
+    });
 }
 
 namespace {

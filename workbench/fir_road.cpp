@@ -1,6 +1,7 @@
 #include "workbench/fir_road.h"
 
 #include "fir/fir_design.h"
+#include "workbench/design_end.h"
 #include "workbench/rooms.h"
 #include "workbench/shown.h"
 
@@ -14,9 +15,9 @@ void design_fir(Workbench& bench);
 
 void fir_design_road(Workbench& bench, FormStart start) {
     FirRequest& request = bench.fir_request;
-    if (!ask_for_design(bench, start, fir_input, request)) return;
-    if (request.save_design && !save_design_input(bench, fir_input, request)) return;
-    design_fir(bench);
+    ask_for_design(bench, start, fir_input, request, [&] {
+        if (!request.save_design || save_design_input(bench, fir_input, request)) design_fir(bench);
+    });
 }
 
 namespace {
@@ -39,6 +40,7 @@ void design_fir(Workbench& bench) {
             bench.design = DesignOutcome::discontinued;
             bench.discontinued_request.reset();
             ++bench.discontinued_designs;
+            bench.reporter.fail(design_discontinued);
             break;
         case FirDesignVerdict::unbuilt: not_implemented(bench); break;
     }

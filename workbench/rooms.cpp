@@ -120,10 +120,13 @@ void send_command(Workbench& bench, const Room& room, std::string_view word, con
         not_implemented(bench);
         return;
     }
-    if (form != nullptr && !run_form(*form, record_of(*form, bench), bench.session.units, bench.reporter)) return;
-    bench.session.word(room.id) = word;
-    room.run(bench);
-    look_again(bench);
+    const auto perform = [&] {
+        bench.session.word(room.id) = word;
+        room.run(bench);
+        look_again(bench);
+    };
+    if (form == nullptr) return perform();
+    run_form(*form, record_of(*form, bench), bench.session.units, bench.reporter, perform);
 }
 
 void look_again(Workbench& bench) {

@@ -173,11 +173,15 @@ TEST(LongWork, AStoppedDesignLeavesTheStateAsItWas) {
     DesktopRun run;
     ScriptHands(run, read_text(EXAMPLES "/fir_five_bands.kav")).work();
     const std::string before = run.report();
-    run.hands.then([&](QDialog& form) {
-        form.accept();
-        emit run.window.main().stop_wanted();
-    });
-    run.hands.always([](QDialog& box) { box.accept(); });
+    run.hands
+        .then([&](QDialog& form) {
+            form.accept();
+            emit run.window.main().stop_wanted();
+        })
+        .then([](QDialog& form) {
+            EXPECT_EQ(form.findChild<QLabel*>("refusal")->text(), "Design discontinued: the report says why");
+            form.reject();
+        });
     run.program->send(1031);
     EXPECT_EQ(run.bench().design, DesignOutcome::discontinued);
     EXPECT_EQ(run.bench().session.segment, SegmentId::fir);
@@ -214,9 +218,9 @@ TEST(Start, AFolderThatCannotBeWrittenToIsReportedWhenItMatters) {
     std::filesystem::current_path("/proc");  // not even by root
     run.start({});
     EXPECT_TRUE(run.window.main().isVisible());
-    run.hands.then([](QDialog& form) { form.accept(); }).then([](QDialog& box) {
-        EXPECT_EQ(static_cast<QMessageBox&>(box).text(), "File could not be written");
-        box.accept();
+    run.hands.then([](QDialog& form) { form.accept(); }).then([](QDialog& form) {
+        EXPECT_EQ(form.findChild<QLabel*>("refusal")->text(), "File could not be written");
+        form.reject();
     });
     run.program->send(143);
     EXPECT_TRUE(run.hands.are_done());

@@ -21,9 +21,11 @@
 #include "desktop/window_fit.h"
 #include "forms/filter_form.h"
 #include "forms/fir_form.h"
+#include "passive/passive_forms.h"
 #include "shell/number_text.h"
 #include "synthesis/synthesis_form.h"
-#include "tests/desktop/desktop_run.h"
+#include "tests/desktop/script_hands.h"
+#include "tests/workbench/form_cases.h"
 
 namespace kavrel {
 namespace {
@@ -135,6 +137,54 @@ struct Forms : testing::Test, FormRun {
         }
         return true;
     }
+    // The stops of the tab key as the form's table has them: its fields that are on, a list with its buttons, and
+    // the buttons of the dialog.
+    std::vector<std::string> stops() {
+        std::vector<std::string> names;
+        for (std::size_t i = 0; i < sheet->size(); ++i) {
+            const Field& field = sheet->field(i);
+            if (field.kind == FieldKind::heading || !sheet->is_on(i)) continue;
+            names.emplace_back(field.name);
+            if (field.kind != FieldKind::list) continue;
+            names.insert(names.end(), {"Insert row", "Delete rows"});
+            if (sheet->form().reads_file) names.emplace_back("Read from file");
+        }
+        names.insert(names.end(), {"OK", "Cancel", "Help"});
+        return names;
+    }
+    // The stop that has the focus.
+    std::string stop_name() {
+        const QWidget* here = QApplication::focusWidget();
+        const auto* button = qobject_cast<const QPushButton*>(here);
+        const std::string text = button == nullptr ? "" : utf8_text(button->text().remove('&'));
+        for (std::size_t i = 0; i < sheet->size(); ++i) {
+            if (sheet->field(i).kind == FieldKind::heading) continue;
+            const QWidget* part = find(sheet->field(i).name);
+            const bool inside = part == here || part->isAncestorOf(here);
+            if (inside && (sheet->field(i).kind != FieldKind::list || button == nullptr))
+                return std::string(sheet->field(i).name);
+        }
+        return text;
+    }
+    void expect_order(const std::string_view where) {
+        const auto wanted = stops();
+        find(wanted.front())->setFocus();
+        for (const int key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+            std::vector<std::string> went;
+            for (std::size_t i = 0; i < wanted.size(); ++i) {
+                const bool forwards = key == Qt::Key_Tab;
+                if (auto* table = qobject_cast<QTableWidget*>(QApplication::focusWidget()))
+                    table->setCurrentCell(forwards ? table->rowCount() - 1 : 0,
+                                          forwards ? table->columnCount() - 1 : 0);
+                if (!forwards) press(*QApplication::focusWidget(), key, Qt::ShiftModifier);
+                went.push_back(stop_name());
+                if (forwards) press(*QApplication::focusWidget(), key);
+            }
+            if (key == Qt::Key_Backtab) std::ranges::reverse(went);
+            EXPECT_EQ(went, wanted) << where << (key == Qt::Key_Tab ? "" : ", backwards");
+        }
+    }
+    QString refusal() { return dialog->findChild<QLabel*>("refusal")->text(); }
     // The text at a field's widget, with its access key.
     QString label_of(QWidget* widget) {
         if (const auto* box = qobject_cast<QGroupBox*>(widget)) return box->title();
@@ -213,7 +263,7 @@ TEST_F(Forms, EntriesThatAreNoNumbersKeepTheFormOpen) {
     press(*box, Qt::Key_S, Qt::AltModifier);  // the access key of a field that is off is no text
     EXPECT_EQ(box->text(), "4k");
     dialog->accept();
-    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(refusal(), "Stopband not specified or incorrect") << "of the number nothing more";
 }
 
 TEST_F(Forms, TheFieldThatHasTheFocusIsInSightOnASmallScreen) {
@@ -237,25 +287,214 @@ TEST_F(Forms, TheFieldThatHasTheFocusIsInSightOnASmallScreen) {
     EXPECT_FALSE(first->visibleRegion().isEmpty() || last->visibleRegion().isEmpty()) << "room for all";
 }
 
-TEST_F(Forms, ARefusedFormSaysWhyAndComesBackWithWhatWasEntered) {
-    hands
-        .then([](QDialog& form) {
-            type_over(*form.findChild<QLineEdit*>("upper_passband"), "2.5k");
-            press(form, Qt::Key_Return);
-        })
-        .then([](QDialog& box) {
-            EXPECT_EQ(box.windowTitle(), "Error");
-            EXPECT_EQ(static_cast<QMessageBox&>(box).text(), "Stopband not specified or incorrect");
-            press(box, Qt::Key_Return);
-        })
-        .then([](QDialog& form) {
-            EXPECT_EQ(form.findChild<QLineEdit*>("upper_passband")->text(), "2500");
-            EXPECT_EQ(form.focusWidget()->objectName(), "upper_passband") << "where the user was";
-            press(form, Qt::Key_Escape);
-        });
+TEST_F(Forms, TheTabKeyGoesThroughTheFieldsInTheFormsOrderInBothDirections) {
+    int walks = 0;
+    for (const Form* form : all_forms()) {
+        open(*form);
+        EXPECT_EQ(stop_name(), stops().front()) << form->name << " opens at its first field";
+        expect_order(form->name);
+        for (std::size_t i = 0; i < sheet->size(); ++i) {
+            if (sheet->field(i).kind != FieldKind::radio || !sheet->is_on(i)) continue;
+            for (std::size_t k = 0; k < sheet->field(i).choices.size(); ++k, ++walks) {
+                find(sheet->field(i).name)->setFocus();
+                ASSERT_TRUE(tab_to(*dialog, *find(sheet->field(i).name)));
+                press(*QApplication::focusWidget(), k == 0 ? Qt::Key_Up : Qt::Key_Down);
+                expect_order(fmt::format("{}, {} {}", form->name, sheet->field(i).name, sheet->shown(i)));
+            }
+        }
+    }
+    EXPECT_GT(walks, 60);
+}
+
+TEST_F(Forms, SpinFieldsKeepWhatIsTypedAndRefuseWhatIsBeyond) {
+    int typed = 0;
+    for (const Form* form : all_forms()) {
+        take(*form);
+        for (std::size_t i = 0; i < sheet->size(); ++i) {
+            const Field& field = sheet->field(i);
+            if (field.kind != FieldKind::integer) continue;
+            ASSERT_TRUE(turn_on(*sheet, i)) << form->name << ' ' << field.name;
+            for (const int number : {200, field.high, field.high + 1, field.low - 1}) {
+                open();
+                auto* box = find<QSpinBox>(field.name);
+                const std::string text = std::to_string(number), before = sheet->shown(i);
+                type_over(*box, qt_text(text));
+                const bool beyond = number < field.low || number > field.high;
+                EXPECT_EQ(utf8_text(box->text()), text) << form->name << ' ' << field.name;
+                EXPECT_EQ(box->palette() != dialog->palette(), beyond) << "red";
+                if (!beyond) {
+                    EXPECT_EQ(sheet->shown(i), text) << form->name << ' ' << field.name;
+                    continue;
+                }
+                find(form->fields[0].name)->setFocus();
+                dialog->accept();
+                EXPECT_TRUE(dialog->isVisible()) << form->name << ' ' << field.name;
+                EXPECT_EQ(utf8_text(refusal()), fmt::format("{} is outside {} to {}", text, field.low, field.high));
+                EXPECT_TRUE(box->hasFocus());
+                EXPECT_EQ(utf8_text(box->text()), text) << "not clipped";
+                ++typed;
+            }
+        }
+    }
+    EXPECT_GT(typed, 30);
+}
+
+TEST_F(Forms, LettersChooseWhatReadsSo) {
+    open(PASSIVE_INSERT_DLG);
+    auto* box = find<QComboBox>("element");
+    box->setFocus();
+    hands.then([](QDialog&) {});  // stays open
+    for (const char* letter : {"c", "l", "u", "l"}) {
+        QTest::qWait(QApplication::keyboardInputInterval() + 50);
+        QTest::keyClicks(box, letter);
+    }
+    EXPECT_EQ(sheet->shown(0), "l") << "not lc";
+    QTest::keyClicks(box, "cc");
+    EXPECT_EQ(sheet->shown(0), "lcc") << "typed in one go";
+}
+
+TEST_F(Forms, EveryRefusalStandsInTheFormAndTurnsToItsField) {
+    int refusals = 0;
+    for (const Form* form : all_forms()) {
+        if (form->refusal == nullptr) continue;
+        FormCases cases(*form, bench());
+        for (const std::string& row : plan_rows(fmt::format("forms/{}.txt", form->name))) {
+            if (cases.name_entries(row)) continue;
+            cases.fill_in(row.substr(0, row.find('|')));
+            const Refusal wanted = form->refusal(record_of(*form, bench()));
+            if (wanted.empty()) continue;
+            open(*form);
+            const QRect place = button_of(*dialog, "OK")->geometry();
+            press(*dialog, Qt::Key_Return, Qt::ControlModifier);
+            EXPECT_TRUE(dialog->isVisible());
+            EXPECT_EQ(utf8_text(refusal()), wanted.text) << row;
+            EXPECT_EQ(button_of(*dialog, "OK")->geometry(), place) << "the line was there";
+            EXPECT_EQ(stop_name(), wanted.field) << row;
+            ++refusals;
+        }
+    }
+    EXPECT_GT(refusals, 100);
+}
+
+TEST_F(Forms, ARefusedFormStaysWithWhatWasEntered) {
+    hands.then([&](QDialog& form) {
+        type_over(*form.findChild<QLineEdit*>("upper_passband"), "2.5k");
+        press(form, Qt::Key_Return);
+        EXPECT_EQ(form.findChild<QLineEdit*>("upper_passband")->text(), "2.5k");
+        EXPECT_EQ(form.findChild<QLabel*>("refusal")->text(), "Stopband not specified or incorrect");
+        press(form, Qt::Key_Escape);
+    });
     program->send(166);
     EXPECT_TRUE(hands.are_done());
     EXPECT_EQ(bench().filter_request.upper_passband, 0.0) << "cancelled";
+}
+
+// A command that fails: its item, what is entered, what the form says when it comes back, and at which field.
+struct Failing {
+    int item;
+    std::vector<std::pair<const char*, const char*>> entries;
+    const char* text;
+    const char* field;
+};
+
+TEST_F(Forms, AFormStaysUntilItsCommandHasSucceeded) {
+    ScriptHands(*this, read_text(EXAMPLES "/typed_circuit.kav")).work();
+    const Circuit before = bench().passive.circuit;
+    const Failing cases[] = {
+        {354, {{"branch", "0"}}, "Branch number is out of range", "branch"},
+        {354, {{"element", "lc"}, {"branch", "3"}, {"value1", "1m"}}, "Zero value not permitted", "value2"},
+        {354, {{"element", "ue"}, {"branch", "3"}}, "Not microwave, no unit element", "element"},
+        {355, {{"branch", "77"}}, "Incorrect or nonexistent branch", "branch"},
+        {356, {{"branch", "77"}}, "Incorrect branch selected", "branch"},
+        {349, {{"branch", "77"}}, "Incorrect branch(es) specified", "branch"},
+        {503, {{"y1", "None"}, {"y2", "None"}}, "No plot specified", "y1"},
+    };
+    for (const Failing& one : cases) {
+        hands
+            .then([&](QDialog& form) {
+                for (const auto& [field, value] : one.entries) ScriptHands::set(form, field, value);
+                press(form, Qt::Key_Return, Qt::ControlModifier);
+            })
+            .then([&](QDialog& form) {
+                EXPECT_STREQ(form.findChild<QLabel*>("refusal")->text().toUtf8(), one.text);
+                EXPECT_TRUE(form.findChild<QWidget*>(one.field)->isAncestorOf(form.focusWidget()) ||
+                            form.focusWidget()->objectName() == one.field)
+                    << one.field;
+                press(form, Qt::Key_Escape);
+            });
+        program->send(one.item);
+        EXPECT_TRUE(hands.are_done()) << one.text;
+    }
+    EXPECT_EQ(bench().passive.circuit, before);
+}
+
+TEST_F(Forms, ADesignThatFailsBringsTheFormBack) {
+    hands
+        .then([&](QDialog& form) {
+            ScriptHands::set(form, "filter_type", "Low pass");
+            for (const char* entry :
+                 {"upper_passband=1k", "band_edge_loss=0.1", "upper_stopband=1.0001k", "upper_stop_loss=900"})
+                type_over(*form.findChild<QWidget*>(QString(entry).section('=', 0, 0)), QString(entry).section('=', 1));
+            press(form, Qt::Key_Return);
+        })
+        .then([&](QDialog& form) {
+            EXPECT_EQ(form.objectName(), "DESIGN_FILTER_DLG");
+            EXPECT_FALSE(form.findChild<QLabel*>("refusal")->text().isEmpty());
+            EXPECT_EQ(form.findChild<QLineEdit*>("upper_stop_loss")->text(), "900");
+            type_over(*form.findChild<QWidget*>("upper_stop_loss"), "30");
+            type_over(*form.findChild<QWidget*>("upper_stopband"), "2k");
+            press(form, Qt::Key_Return);
+        })
+        .then([](QDialog& form) {
+            EXPECT_EQ(form.objectName(), "SYNTHESIS_DLG");
+            form.accept();
+        });
+    program->send(166);
+    EXPECT_TRUE(hands.are_done());
+    EXPECT_EQ(bench().session.segment, SegmentId::passive);
+}
+
+// A whole design, only by keys: the menu by its access keys, the fields by the tab key, one way or the other.
+TEST(KeysAlone, MakeAWholeDesign) {
+    const std::pair<const char*, const char*> entries[] = {
+        {"filter_kind", "LC"},       {"filter_type", "Low pass"},
+        {"upper_passband", "1 kHz"}, {"passband_type", "Equal ripple"},
+        {"band_edge_loss", "0.1"},   {"stopband_type", "Equal min"},
+        {"upper_stopband", "1.5k"},  {"upper_stop_loss", "60 dB"},
+        {"r1", "600 ohm"},           {"r2", "600"}};
+    for (const int key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+        DesktopRun run;
+        const auto fill_in = [&](QDialog& form, const char* name, const QString& value) {
+            auto* field = form.findChild<QWidget*>(name);
+            for (int i = 0; i < 60; ++i) {
+                QWidget* here = QApplication::focusWidget();
+                if (here == field || field->isAncestorOf(here)) break;
+                press(*here, key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
+            }
+            QWidget* here = QApplication::focusWidget();
+            ASSERT_TRUE(here == field || field->isAncestorOf(here)) << name;
+            if (qobject_cast<QLineEdit*>(field) != nullptr) return type_over(*field, value);
+            for (const int arrow : {Qt::Key_Up, Qt::Key_Down}) {
+                for (int i = 0; i < 4; ++i) {
+                    auto* radio = qobject_cast<QRadioButton*>(QApplication::focusWidget());
+                    if (radio->isChecked() && radio->text().remove('&') == value) return;
+                    press(*radio, arrow);
+                }
+            }
+        };
+        run.hands
+            .then([&](QDialog& form) {
+                for (const auto& [name, value] : entries) fill_in(form, name, value);
+                press(form, Qt::Key_Return);
+            })
+            .then([](QDialog& form) { press(form, Qt::Key_Return); });
+        press(run.window.main(), Qt::Key_D, Qt::AltModifier);
+        press(*QApplication::activePopupWidget(), Qt::Key_F);
+        press(*QApplication::activePopupWidget(), Qt::Key_N);
+        EXPECT_TRUE(run.hands.are_done());
+        const std::string whole = read_text(TEST_DATA "/console/lowpass.txt");
+        EXPECT_TRUE(!run.report().empty() && whole.starts_with(run.report())) << run.report();
+    }
 }
 
 TEST_F(Forms, AButtonOpensAFurtherFormOnTheSameRecord) {

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "console/form_verbs.h"
 #include "console/script.h"
 #include "desktop/form_dialog.h"
 #include "shell/menu.h"
@@ -45,6 +46,29 @@ public:
         }
     }
 
+    static void set(QDialog& form, const std::string& name, const std::string& value) {
+        QWidget* widget = widget_of(form, name);
+        if (widget == nullptr || !widget->isEnabled()) return;  // what is off keeps its value, which does not count
+        if (auto* group = qobject_cast<QGroupBox*>(widget)) {
+            for (auto* radio : group->findChildren<QRadioButton*>()) {
+                const bool is_number = radio->objectName().section('=', 1) == qt_text(value);
+                if (!is_number && !same_label(utf8_text(radio->text()), value)) continue;
+                radio->setFocus();
+                return press(*radio, Qt::Key_Space);
+            }
+            ADD_FAILURE() << name << " has no choice " << value;
+        } else if (auto* choices = qobject_cast<QComboBox*>(widget)) {
+            for (int i = 0; i < choices->count(); ++i) {
+                if (same_label(utf8_text(choices->itemText(i)), value)) choices->setCurrentIndex(i);
+            }
+        } else if (auto* flag = qobject_cast<QCheckBox*>(widget)) {
+            flag->setFocus();
+            if (flag->isChecked() != (value == "yes")) press(*flag, Qt::Key_Space);
+        } else {
+            type_over(*widget, qt_text(value));
+        }
+    }
+
 private:
     // The next line if it begins with one of these verbs; else it stays the next one.
     std::optional<ScriptLine> take(std::initializer_list<std::string_view> verbs) {
@@ -52,6 +76,12 @@ private:
         if (!line || std::ranges::find(verbs, line->verb()) != verbs.end()) return line;
         script_.hand_back(std::move(*line));
         return std::nullopt;
+    }
+    [[nodiscard]] bool next_is_of_form() {
+        auto line = script_.next();
+        const bool is_of_form = line && is_form_verb(line->verb());
+        if (line) script_.hand_back(std::move(*line));
+        return is_of_form;
     }
     [[nodiscard]] bool was_shown(const std::string& text) const {
         const auto holds = [&](const JournalBox& box) { return box.text.find(text) != std::string::npos; };
@@ -95,6 +125,8 @@ private:
 
     void fill_in(FormDialog& form) {
         QString list;
+        const bool refused = !form.findChild<QLabel*>("refusal")->text().isEmpty();
+        if (refused && !next_is_of_form()) return click(form, "Cancel");
         while (const auto line = take({"set", "button", "list", "row", "clear", "ok", "cancel"})) {
             if (line->verb() == "ok") break;
             if (line->verb() == "cancel") return click(form, "Cancel");
@@ -112,7 +144,7 @@ private:
     }
 
     // The widget of a field by its name or its label.
-    static QWidget* widget_of(FormDialog& form, const std::string& name) {
+    static QWidget* widget_of(QDialog& form, const std::string& name) {
         if (auto* named = form.findChild<QWidget*>(qt_text(name))) return named;
         const auto bare = [](const QString& text) { return utf8_text(text.section(" (", 0, 0)); };
         for (auto* label : form.findChildren<QLabel*>()) {
@@ -121,29 +153,6 @@ private:
         }
         ADD_FAILURE() << "no field " << name;
         return nullptr;
-    }
-
-    static void set(FormDialog& form, const std::string& name, const std::string& value) {
-        QWidget* widget = widget_of(form, name);
-        if (widget == nullptr || !widget->isEnabled()) return;  // what is off keeps its value, which does not count
-        if (auto* group = qobject_cast<QGroupBox*>(widget)) {
-            for (auto* radio : group->findChildren<QRadioButton*>()) {
-                const bool is_number = radio->objectName().section('=', 1) == qt_text(value);
-                if (!is_number && !same_label(utf8_text(radio->text()), value)) continue;
-                radio->setFocus();
-                return press(*radio, Qt::Key_Space);
-            }
-            ADD_FAILURE() << name << " has no choice " << value;
-        } else if (auto* choices = qobject_cast<QComboBox*>(widget)) {
-            for (int i = 0; i < choices->count(); ++i) {
-                if (same_label(utf8_text(choices->itemText(i)), value)) choices->setCurrentIndex(i);
-            }
-        } else if (auto* flag = qobject_cast<QCheckBox*>(widget)) {
-            flag->setFocus();
-            if (flag->isChecked() != (value == "yes")) press(*flag, Qt::Key_Space);
-        } else {
-            type_over(*widget, qt_text(value));
-        }
     }
 
     static void work_on_rows(FormDialog& form, const QString& list, const ScriptLine& line) {

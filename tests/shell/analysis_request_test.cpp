@@ -36,7 +36,7 @@ TEST(FrequencyRequest, GoodAndBadRequests) {
     UnitSet units;
     units.frequency_multiplier = 1e3;
     for (const Row& row : rows) {
-        EXPECT_EQ(frequency_message(row.request), row.count > 0 ? "" : frequency_incorrect) << row.what;
+        EXPECT_EQ(frequency_refusal(row.request).text, row.count > 0 ? "" : frequency_incorrect) << row.what;
         if (row.count == 0) continue;
         const FrequencyGrid grid = frequency_grid(row.request, units);
         EXPECT_EQ(grid.count, row.count) << row.what;
@@ -59,7 +59,7 @@ TEST(TimeRequest, GoodAndBadRequests) {
     UnitSet units;
     units.time_multiplier = 1e-3;
     for (const Row& row : rows) {
-        EXPECT_EQ(time_message(row.request), row.count > 0 ? "" : time_incorrect) << row.request.stop;
+        EXPECT_EQ(time_refusal(row.request).text, row.count > 0 ? "" : time_incorrect) << row.request.stop;
         if (row.count == 0) continue;
         const TimeGrid grid = time_grid(row.request, units);
         EXPECT_EQ(grid.count, row.count);

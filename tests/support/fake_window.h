@@ -35,7 +35,7 @@ struct FakeWindow : WindowLayer {
     }
     int choose(const ChoiceBox&) override { return 0; }
     bool edit_form(FormSheet& sheet) override {
-        if (forms.empty()) return false;
+        if (forms.empty() || sheet.work_failed()) return false;
         const auto fill = forms.front();
         forms.pop_front();
         return fill(sheet);

@@ -179,12 +179,12 @@ TEST_F(LadderRoad, APolynomialThatIsNotThereCannotBeChosen) {
     form.has_es = form.has_os = true;
     form.impedance_selection = AutoChoice::manual;
     form.numerator = NumeratorChoice::even_difference;
-    EXPECT_EQ(SYNTHESIS_DLG.message(&form), " Specified function does not exist or is incorrect");
+    EXPECT_EQ(SYNTHESIS_DLG.refusal(&form).text, " Specified function does not exist or is incorrect");
     form.numerator = NumeratorChoice::even_sum;
-    EXPECT_EQ(SYNTHESIS_DLG.message(&form), "");
+    EXPECT_EQ(SYNTHESIS_DLG.refusal(&form).text, "");
     form.form = FormChoice::lattice;
     form.unit_elements = true;
-    EXPECT_EQ(SYNTHESIS_DLG.message(&form), "Filter with unit elements has no lattice implementation");
+    EXPECT_EQ(SYNTHESIS_DLG.refusal(&form).text, "Filter with unit elements has no lattice implementation");
 }
 
 // Stubs are drawn as impedances; the circuit knows twice its quarter-wave frequency.

@@ -152,13 +152,11 @@ void Runner::dump(const std::string& file) {
 }
 
 void Runner::table_line(const ScriptLine& line) {
-    const std::string table = write_table_csv(bench_.results);
+    const std::string table = table_of_results(bench_);
     if (table.empty()) {
         window_.fail(Failure::line, "No analysis results");
         return;
     }
-    if (is_earlier(bench_, analysed_filter(bench_.results, bench_.results.kind)))
-        bench_.reporter.report_line(earlier_results);
     write_file(line.rest(), table);
 }
 

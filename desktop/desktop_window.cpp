@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QFileDialog>
+#include <algorithm>
 
 #include "desktop/file_selector.h"
 #include "desktop/form_dialog.h"
@@ -15,6 +16,7 @@
 #include "desktop/text_viewer.h"
 #include "shell/form.h"
 #include "shell/whole_file.h"
+#include "workbench/menus.h"
 
 namespace kavrel {
 
@@ -73,7 +75,13 @@ std::string DesktopWindow::choose_file(const FileQuery& query) {
 }
 
 void DesktopWindow::set_menu(std::span<const MenuItem> menu, std::string_view title) {
-    main_.set_menu(menu, qt_text(title));
+    std::vector<MenuItem> others;  // designs and analyses begin anywhere
+    for (const MenuItem& item : main_menu) {
+        const bool is_own = std::ranges::any_of(
+            menu, [&](const MenuItem& own) { return path_label(own.path, 0) == path_label(item.path, 0); });
+        if (!is_own && path_depth(item.path) > 2) others.push_back(item);
+    }
+    main_.set_menu(menu, qt_text(title), others);
     if (!main_.isVisible()) main_.show();  // not before it has a menu
 }
 

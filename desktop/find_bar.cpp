@@ -11,7 +11,8 @@
 
 namespace kavrel {
 
-FindBar::FindBar(ReportView& view, QWidget* parent) : QWidget(parent), view_(view), text_(new QLineEdit(this)) {
+FindBar::FindBar(ReportView& view, QWidget* parent)
+    : QWidget(parent), view_(view), text_(new QLineEdit(this)), outcome_(new QLabel(this)) {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(8, 4, 8, 4);
     layout->addWidget(new QLabel(tr("Find:"), this));
@@ -29,6 +30,8 @@ FindBar::FindBar(ReportView& view, QWidget* parent) : QWidget(parent), view_(vie
     };
     add_button(Qt::UpArrow, tr("Former place (Shift+Enter)"), true);
     add_button(Qt::DownArrow, tr("Next place (Enter)"), false);
+    outcome_->setObjectName("find_outcome");
+    layout->addWidget(outcome_);
     layout->addStretch(1);
     auto* close = new QToolButton(this);
     close->setText("×");
@@ -79,6 +82,7 @@ void FindBar::show_found(bool found) {
     QPalette colours = palette();
     if (!found) colours.setColor(QPalette::Base, alarm_paper(colours));
     text_->setPalette(colours);
+    outcome_->setText(found ? QString() : tr("Not found"));
 }
 
 }  // namespace kavrel

@@ -3,6 +3,7 @@
 
 #include <QWidget>
 
+class QLabel;
 class QLineEdit;
 
 namespace kavrel {
@@ -28,6 +29,7 @@ private:
 
     ReportView& view_;
     QLineEdit* text_;
+    QLabel* outcome_;
 };
 
 }  // namespace kavrel

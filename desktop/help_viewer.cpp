@@ -21,6 +21,7 @@ constexpr std::size_t most_hits = 200;
 constexpr int page_role = Qt::UserRole;
 constexpr int line_role = Qt::UserRole + 1;
 constexpr int list_width = 230;
+constexpr int underscore_room = 3;  // pixels under a line of code, where the paper of the next one would cover them
 
 void dress_page(QTextDocument& page, const QPalette& colours);
 QAction* add_button(QToolBar& bar, const QString& text, const QString& tip);
@@ -176,6 +177,9 @@ void HelpViewer::list_hits(const QString& words) {
         item->setData(page_role, hit.page);
         item->setData(line_role, words.simplified().section(' ', 0, 0) + '\n' + hit.line);
     }
+    if (list_->count() > 0) return;
+    auto* none = new QListWidgetItem(tr("Nothing found for \"%1\"").arg(words.simplified()), list_);
+    none->setFlags(Qt::NoItemFlags);
 }
 
 void HelpViewer::open_item(const QListWidgetItem* item) {
@@ -282,6 +286,7 @@ void dress_block(const QTextBlock& block, const QColor& paper) {
     if (is_code) {
         format.setBackground(paper);
         format.setLeftMargin(12);
+        format.setLineHeight(underscore_room, QTextBlockFormat::LineDistanceHeight);
     } else if (format.headingLevel() == 0 && block.textList() == nullptr &&
                !block.text().contains(QChar::ObjectReplacementCharacter)) {  // no share of a picture's height
         format.setLineHeight(112, QTextBlockFormat::ProportionalHeight);

@@ -10,16 +10,19 @@
 #include <QShortcutEvent>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolTip>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "desktop/check_badge.h"
 #include "desktop/find_bar.h"
 #include "desktop/icons.h"
+#include "desktop/mnemonics.h"
 #include "desktop/report_view.h"
 #include "desktop/text.h"
 #include "desktop/window_fit.h"
 #include "shell/window_layer.h"
+#include "workbench/events.h"
 
 namespace kavrel {
 
@@ -82,7 +85,7 @@ MainWindow::MainWindow(WindowSettings& settings)
 
 MainWindow::~MainWindow() { settings_.keep("main", *this); }
 
-void MainWindow::set_menu(std::span<const MenuItem> table, const QString& title) {
+void MainWindow::set_menu(std::span<const MenuItem> table, const QString& title, std::span<const MenuItem> others) {
     table_ = table;
     setWindowTitle(title);
     segment_->setText(title.section(" - ", 1));  // "PASSIVE LC/MICROWAVE MENU" of "Kavrel - PASSIVE LC/MICROWAVE MENU"
@@ -95,7 +98,45 @@ void MainWindow::set_menu(std::span<const MenuItem> table, const QString& title)
         if (action->menu() != nullptr) action->menu()->deleteLater();
     }
     accelerators_ = fill_menu_bar(*menuBar(), table, [this](int id) { emit item_chosen(id); });
+    add_menus(others);
     place_own_menu();
+}
+
+// Before the last menu, "Help". Their access keys are those that the menu has left.
+void MainWindow::add_menus(std::span<const MenuItem> others) {
+    const QList<QAction*> own = menuBar()->actions();
+    QString taken = "w";
+    for (const QAction* menu : own) taken += menu->text().section('&', 1).left(1);
+    for (const QKeySequence& keys : accelerators_.keys()) {
+        if (keys[0].keyboardModifiers() == Qt::AltModifier) taken += QChar(keys[0].key());
+    }
+    Mnemonics mnemonics(taken);
+    static_cast<void>(fill_menu_bar(*menuBar(), others, [this](int id) { emit item_chosen(id); }));
+    const QList<QAction*> all = menuBar()->actions();
+    for (QAction* added : all.mid(own.size())) {
+        const QString label = added->text().remove('&');
+        added->setText(with_mnemonic(label, mnemonics.take(label)));
+        menuBar()->insertAction(own.isEmpty() ? nullptr : own.last(), added);
+    }
+}
+
+void MainWindow::mark_items(const Hindrance& hindrance) {
+    const auto mark = [&](QAction* action, const QString& hint) {
+        const QString why = hindrance(action->data().toInt());
+        action->setEnabled(why.isEmpty());
+        action->setToolTip(why.isEmpty() ? hint : why);
+        action->setStatusTip(why.isEmpty() ? hint : why);
+    };
+    for (QAction* action : items_of(*menuBar())) {
+        const MenuItem* item = item_of(action->data().toInt());
+        if (item != nullptr) mark(action, qt_text(item->hint));
+    }
+    for (std::size_t i = 0; i < buttons_.size(); ++i) mark(toolbar_->actions()[qsizetype(i)], qt_text(buttons_[i].tip));
+}
+
+void MainWindow::mark_table(const QString& why) {
+    table_action_->setEnabled(why.isEmpty());
+    table_action_->setToolTip(why);
 }
 
 void MainWindow::set_toolbar(std::span<const ToolbarItem> toolbar) {
@@ -180,6 +221,16 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
     }
+    // Why an item is grey.
+    if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        const auto* menu = qobject_cast<QMenu*>(watched);
+        const QAction* action = menu == nullptr ? nullptr : menu->actionAt(help->pos());
+        if (action != nullptr && !action->isEnabled()) {
+            QToolTip::showText(help->globalPos(), action->toolTip(), qobject_cast<QWidget*>(watched));
+            return true;
+        }
+    }
     if (event->type() == QEvent::PaletteChange && watched == this) {
         set_toolbar(buttons_);
     }
@@ -212,6 +263,10 @@ void MainWindow::make_own_actions() {
     add(tr("&Print report..."), tr("Print the report"), {"ctrl+shift+P"}, [this] { emit print_report_wanted(); });
     add(tr("Report as P&DF..."), tr("Write the report to a PDF file"), {}, [this] { emit pdf_report_wanted(); });
     own_menu_->addSeparator();
+    table_action_ =
+        add(tr("&Results as CSV..."), tr("Write the last analysis to a CSV file"), {}, [this] { emit table_wanted(); });
+    add(tr("State as &JSON..."), tr("Write the whole state to a JSON file"), {}, [this] { emit state_wanted(); });
+    own_menu_->addSeparator();
     add(tr("Zoom &in"), tr("Larger report text"), {"ctrl++", "ctrl+="},
         [this] { set_report_points(report_->points() + 1); });
     add(tr("Zoom &out"), tr("Smaller report text"), {"ctrl+-"}, [this] { set_report_points(report_->points() - 1); });
@@ -224,6 +279,10 @@ void MainWindow::make_own_actions() {
     connect(help, &QAction::triggered, this, [this] { emit item_chosen(help_event); });
     addAction(help);
     own_actions_.push_back({help, {QKeySequence(Qt::Key_F1)}});
+    auto* open_menu = new QAction(this);
+    connect(open_menu, &QAction::triggered, this, [this] { menuBar()->setActiveAction(menuBar()->actions().first()); });
+    addAction(open_menu);
+    own_actions_.push_back({open_menu, {QKeySequence(Qt::Key_F10)}});
     auto* shades = new QActionGroup(this);
     for (const Shade shade : {Shade::light, Shade::dark}) {
         const bool dark = shade == Shade::dark;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -25,7 +26,12 @@ public:
     explicit MainWindow(WindowSettings& settings);
     ~MainWindow() override;
 
-    void set_menu(std::span<const MenuItem> table, const QString& title);
+    // The menu of a Segment; between its last menus those of `others` that can be had from everywhere.
+    void set_menu(std::span<const MenuItem> table, const QString& title, std::span<const MenuItem> others = {});
+    // Makes the items grey that cannot act, by the reason that is found for an id, and gives it to them as tip.
+    using Hindrance = std::function<QString(int id)>;
+    void mark_items(const Hindrance& hindrance);
+    void mark_table(const QString& why);  // the same of the window's own "Results as CSV"
     void set_toolbar(std::span<const ToolbarItem> toolbar);
     void set_status(const QString& units, const QString& file);
 
@@ -53,6 +59,8 @@ signals:
     void save_report_wanted();
     void print_report_wanted();
     void pdf_report_wanted();
+    void table_wanted();
+    void state_wanted();
     void shade_chosen(kavrel::Shade shade);
 
 protected:
@@ -68,6 +76,7 @@ private:
     };
     void make_own_actions();
     void place_own_menu();
+    void add_menus(std::span<const MenuItem> others);
     void set_report_points(int points);
     void choose_font();
 
@@ -83,6 +92,7 @@ private:
     QProgressBar* bar_;
     QPushButton* stop_;
     QMenu* own_menu_;
+    QAction* table_action_ = nullptr;
     std::vector<OwnAction> own_actions_;
     std::span<const MenuItem> table_;
     std::span<const ToolbarItem> buttons_;

@@ -20,6 +20,19 @@ QMenu* submenu(QMenuBar& bar, QMenu* parent, std::string_view label) {
 
 }  // namespace
 
+QList<QAction*> items_of(const QMenuBar& bar) {
+    QList<QAction*> items;
+    for (QList<QAction*> left = bar.actions(); !left.isEmpty();) {
+        QAction* action = left.takeFirst();
+        if (action->menu() != nullptr) {
+            left.append(action->menu()->actions());
+        } else if (!action->isSeparator()) {
+            items.append(action);
+        }
+    }
+    return items;
+}
+
 Accelerators fill_menu_bar(QMenuBar& bar, std::span<const MenuItem> table, const std::function<void(int)>& send) {
     Accelerators accelerators;
     for (const MenuItem& item : table) {

@@ -11,6 +11,9 @@
 
 namespace kavrel {
 
+// The items of a menu bar, whatever submenus they are in.
+[[nodiscard]] QList<QAction*> items_of(const QMenuBar& bar);
+
 // Which action an accelerator belongs to: of several items with one accelerator, the first in the table.
 using Accelerators = QMap<QKeySequence, QAction*>;
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 
 #include "desktop/desktop_window.h"
 #include "workbench/workbench.h"
@@ -27,6 +28,12 @@ private:
     void leave();
     void show_status();
     void show_check();
+    void write_table();
+    void write_state();
+    // Asks for a name and writes what the user hands out.
+    void hand_out(const FileQuery& query, const std::string& text);
+    // Does what is no event of a menu, unless one is being served.
+    void attend(const std::function<void()>& work);
 
     DesktopWindow& window_;
     Workbench bench_;

@@ -13,6 +13,14 @@
 
 namespace kavrel {
 
+namespace {
+
+// What a block of the document is.
+constexpr int line_state = 0;
+constexpr int head_state = 1;
+
+}  // namespace
+
 ReportView::ReportView(QWidget* parent) : QPlainTextEdit(parent) {
     setReadOnly(true);
     setUndoRedoEnabled(false);
@@ -26,17 +34,38 @@ ReportView::ReportView(QWidget* parent) : QPlainTextEdit(parent) {
 void ReportView::append_line(const QString& line) {
     QScrollBar* bar = verticalScrollBar();
     const bool follows = bar->value() == bar->maximum();
-    QTextCursor end(document());
-    end.movePosition(QTextCursor::End);
-    if (!is_empty_) end.insertBlock();
-    end.insertText(line);
-    is_empty_ = false;
+    if (!head_.isEmpty()) {
+        QTextCharFormat format;
+        format.setFontWeight(QFont::Bold);
+        format.setForeground(QColor(Qt::darkGray));
+        append_block(head_, format, head_state);
+        head_.clear();
+    }
+    append_block(line, {}, line_state);
     if (follows) bar->setValue(bar->maximum());
 }
 
-QString ReportView::report_text() const { return is_empty_ ? QString() : toPlainText() + '\n'; }
+void ReportView::append_block(const QString& text, const QTextCharFormat& format, int state) {
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    if (!is_empty_) end.insertBlock();
+    end.insertText(text, format);
+    end.block().setUserState(state);
+    is_empty_ = false;
+}
 
-QStringList ReportView::report_lines() const { return is_empty_ ? QStringList() : toPlainText().split('\n'); }
+QString ReportView::report_text() const {
+    const QStringList lines = report_lines();
+    return lines.isEmpty() ? QString() : lines.join('\n') + '\n';
+}
+
+QStringList ReportView::report_lines() const {
+    QStringList lines;
+    for (QTextBlock block = document()->begin(); block.isValid() && !is_empty_; block = block.next()) {
+        if (block.userState() != head_state) lines.append(block.text());
+    }
+    return lines;
+}
 
 void ReportView::set_font(const QString& family, int points) {
     family_ = family;

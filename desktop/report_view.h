@@ -12,6 +12,9 @@ class ReportView : public QPlainTextEdit {
 public:
     explicit ReportView(QWidget* parent = nullptr);
 
+    // The next line gets a head that names the command it is of; heads are shown only, no part of the report.
+    void begin_command(const QString& name) { head_ = name; }
+
     // Adds a line; the view follows it when its end was in sight.
     void append_line(const QString& line);
 
@@ -35,10 +38,12 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    void append_block(const QString& text, const QTextCharFormat& format, int state);
     void draw_box_lines(const QRect& damaged);
 
     QString family_;
     int points_ = 0;
+    QString head_;          // that waits for its line
     bool is_empty_ = true;  // not even a blank line has come
 };
 

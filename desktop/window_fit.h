@@ -4,6 +4,7 @@
 #include <QFontMetrics>
 #include <QScreen>
 #include <QWidget>
+#include <algorithm>
 
 namespace kavrel {
 
@@ -20,6 +21,15 @@ namespace kavrel {
 [[nodiscard]] inline QSize most_of_screen(const QWidget& window) {
     constexpr QSize frame(16, 48);
     return window.screen()->availableSize() - frame;
+}
+
+// Makes a window no larger than its screen has room for, and brings it there whole.
+inline void fit_to_screen(QWidget& window) {
+    const QRect room = window.screen()->availableGeometry();
+    window.resize(window.size().boundedTo(most_of_screen(window)));
+    const QPoint last = room.bottomRight() - QPoint(window.width(), window.height()) - QPoint(16, 48);
+    const QPoint at = window.pos();
+    window.move(std::max(room.left(), std::min(at.x(), last.x())), std::max(room.top(), std::min(at.y(), last.y())));
 }
 
 }  // namespace kavrel

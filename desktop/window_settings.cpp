@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 
+#include "desktop/window_fit.h"
+
 namespace kavrel {
 
 Shade WindowSettings::shade() const {
@@ -28,7 +30,9 @@ void WindowSettings::keep(const QString& name, const QWidget& window) {
 
 bool WindowSettings::restore(const QString& name, QWidget& window) const {
     const QByteArray kept = settings_.value("windows/" + name).toByteArray();
-    return !kept.isEmpty() && window.restoreGeometry(kept);
+    if (kept.isEmpty() || !window.restoreGeometry(kept)) return false;
+    fit_to_screen(window);
+    return true;
 }
 
 QFont report_font(const QString& family, int points) {

@@ -11,15 +11,20 @@ namespace {
 
 constexpr int ordinary_command = 1;
 
+constexpr std::string_view nothing_to_show = "No function to show";
+constexpr std::string_view nothing_to_analyze = "No function to analyze";
+
 bool has_function(FirDesk& desk, std::string_view without_any);
+std::string_view cannot_show(const FirDesk& desk) { return desk.filter.functions == 0 ? nothing_to_show : ""; }
+std::string_view cannot_analyze(const FirDesk& desk) { return desk.filter.functions == 0 ? nothing_to_analyze : ""; }
 void show(FirDesk& desk);
 void time(FirDesk& desk);
 
 void print(FirDesk& desk) { choose_print_mode(desk.command.printing_to, desk.reporter); }
 
 constexpr CommandTable commands({Command<FirDesk>{"read"},
-                                 {"show", show},
-                                 {"time", time},
+                                 {"show", show, cannot_show},
+                                 {"time", time, cannot_analyze},
                                  {"trun"},
                                  {"freq"},
                                  {"fac "},
@@ -63,6 +68,10 @@ constexpr Form FIR_PRINT_DLG = form_of<FirCommandRequest>("PRINT_DLG", "Printing
 
 CommandWords fir_words() { return commands.words(); }
 
+std::string_view fir_hindrance(const FirDesk& desk, const CommandKeyword& word) {
+    return commands.hindrance(desk, word);
+}
+
 void firSegment(FirDesk& desk) {
     commands.run(desk, desk.session.word(SegmentId::fir));
     desk.session.entry(SegmentId::fir) = ordinary_command;
@@ -84,7 +93,7 @@ bool has_function(FirDesk& desk, std::string_view without_any) {
 }
 
 void show(FirDesk& desk) {
-    if (!has_function(desk, "No function to show")) return;
+    if (!has_function(desk, nothing_to_show)) return;
     const int n = desk.command.function_number;
     desk.reporter.report_line(" " + desk.session.TITLE.text());
     desk.reporter.report_line(" Function number " + edit_i(n, 2) + ", length " +
@@ -93,7 +102,7 @@ void show(FirDesk& desk) {
 }
 
 void time(FirDesk& desk) {
-    if (!has_function(desk, "No function to analyze")) return;
+    if (!has_function(desk, nothing_to_analyze)) return;
     const int n = desk.command.function_number;
     if (!fir_time_response(desk.filter, n, desk.results)) {
         desk.reporter.message(results_out_of_range, "Error");

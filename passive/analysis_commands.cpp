@@ -4,6 +4,7 @@
 #include "circuit/chain_analysis.h"
 #include "circuit/performance_table.h"
 #include "passive/command_tools.h"
+#include "passive/hindrances.h"
 #include "passive/phase_line.h"
 #include "shell/edited.h"
 #include "shell/finite.h"
@@ -12,7 +13,6 @@ namespace kavrel {
 
 namespace {
 
-constexpr std::string_view no_analysis_data = "No analysis data";
 
 // Whether single precision holds all rows.
 [[nodiscard]] bool fits_results(const Performance& performance);
@@ -33,7 +33,7 @@ std::string_view title_of(const PassiveDesk& desk) { return desk.session.TITLE.t
 void analyse_frequency(PassiveDesk& desk) {
     Circuit& circuit = desk.filter.circuit;
     const PassiveRequest& request = desk.command;
-    if (circuit.kind == CircuitKind::wave_digital) return refuse(desk, message_of(ChainVerdict::wave_digital));
+    if (const auto why = cannot_analyse_frequency(desk); !why.empty()) return refuse(desk, why);
     if (const Refusal wrong = frequency_refusal(request.frequency); !wrong.empty()) return refuse(desk, wrong);
     const Circuit former = circuit;
     if (!settle_drive(desk)) return;
@@ -60,12 +60,9 @@ void analyse_frequency(PassiveDesk& desk) {
 
 void analyse_time(PassiveDesk& desk) {
     const PassiveFilter& filter = desk.filter;
-    if (filter.circuit.kind == CircuitKind::wave_digital)
-        return refuse(desk, "Time domain analysis to be done in digital segment");
-    if (filter.circuit.kind == CircuitKind::microwave)
-        return refuse(desk, "Microwave filter, time domain analysis not possible");
-    if (const Refusal wrong = time_refusal(desk.command.time); !wrong.empty()) return refuse(desk, wrong);
-    if (!filter.designed) return refuse(desk, message_of(TimeVerdict::no_modes));
+    const Refusal wrong = time_refusal(desk.command.time);
+    if (filter.circuit.kind == CircuitKind::lumped && !wrong.empty()) return refuse(desk, wrong);
+    if (const auto why = cannot_analyse_time(desk); !why.empty()) return refuse(desk, why);
     if (!wishes_original(desk, "Analysis")) return;
 
     const TimeGrid grid = time_grid(desk.command.time, desk.session.units);
@@ -84,7 +81,7 @@ void analyse_time(PassiveDesk& desk) {
 }
 
 void tabulate_frequency(PassiveDesk& desk) {
-    if (desk.results.frequency_count == 0 || !desk.results.has_immittance) return refuse(desk, no_analysis_results);
+    if (const auto why = needs_frequency_table(desk); !why.empty()) return refuse(desk, why);
     const Performance performance = performance_of(desk.results);
     auto lines = performance_lines(performance, desk.results.TITLE.trimmed(), ImmittanceHead::bare);
     mark_earlier(desk, desk.results.frequency_of, lines);
@@ -92,7 +89,7 @@ void tabulate_frequency(PassiveDesk& desk) {
 }
 
 void tabulate_time(PassiveDesk& desk) {
-    if (desk.results.time_count == 0) return refuse(desk, no_analysis_results);
+    if (const auto why = needs_time_results(desk); !why.empty()) return refuse(desk, why);
     auto lines = time_lines(desk.results, desk.results.TITLE.trimmed());
     mark_earlier(desk, desk.results.time_of, lines);
     if (tabulate(desk, lines)) report_done(desk);
@@ -117,7 +114,7 @@ void plot_time(PassiveDesk& desk) { plot_time(desk, desk.command.time_plot, pass
 
 void phase_nonlinearity(PassiveDesk& desk) {
     PhaseLine line;
-    if (!fit_phase_line(desk.results, line)) return refuse(desk, no_analysis_data);
+    if (!fit_phase_line(desk.results, line)) return refuse(desk, needs_phase(desk));
     if (wants_table(desk)) {
         auto lines = phase_line_lines(line, desk.results.radians, desk.results.TITLE.trimmed());
         mark_earlier(desk, desk.results.frequency_of, lines);
@@ -129,7 +126,7 @@ void phase_nonlinearity(PassiveDesk& desk) {
 void print_phase_nonlinearity(PassiveDesk& desk) {
     if (desk.plot.open && desk.plot.print_id == passive_plot::print_nonlinearity) return print_plot_window(desk);
     PhaseLine line;
-    if (!fit_phase_line(desk.results, line)) return refuse(desk, no_analysis_data);
+    if (!fit_phase_line(desk.results, line)) return refuse(desk, needs_phase(desk));
     plot_phase_line(desk, line);
 }
 

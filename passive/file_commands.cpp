@@ -5,6 +5,7 @@
 #include "exchange/pole_zero_text.h"
 #include "exchange/transfer_file.h"
 #include "passive/command_tools.h"
+#include "passive/hindrances.h"
 #include "passive/passive_forms.h"
 
 namespace kavrel {
@@ -58,7 +59,7 @@ void write_transfer(PassiveDesk& desk) {
 }
 
 void write_pole_zero(PassiveDesk& desk) {
-    if (!desk.filter.designed) return refuse(desk, data_unavailable);
+    if (const auto why = needs_design(desk); !why.empty()) return refuse(desk, why);
     if (!wishes_original(desk, "Data")) return;
     const auto name = ask_file(
         desk, {.caption = select_file, .description = "Pole-zero files", .filter = "*.pz; *.dat", .to_write = true});

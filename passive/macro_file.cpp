@@ -1,6 +1,7 @@
 #include "passive/macro_file.h"
 
 #include "passive/command_tools.h"
+#include "passive/hindrances.h"
 #include "shell/edit.h"
 #include "shell/edited.h"
 #include "shell/whole_file.h"
@@ -55,7 +56,7 @@ void start_macro(PassiveDesk& desk) {
 }
 
 void stop_macro(PassiveDesk& desk) {
-    if (!desk.state.recording) return refuse(desk, "No macro file to close");
+    if (const auto why = cannot_stop_macro(desk); !why.empty()) return refuse(desk, why);
     close_macro(desk);
 }
 

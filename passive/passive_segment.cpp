@@ -5,6 +5,7 @@
 #include "passive/command_tools.h"
 #include "passive/edits.h"
 #include "passive/file_commands.h"
+#include "passive/hindrances.h"
 #include "passive/macro_file.h"
 #include "passive/report_commands.h"
 
@@ -33,11 +34,11 @@ constexpr CommandTable commands({
     {"pri ", choose_print},
     {"    ", leave},
     {"com "},
-    {"pltf", plot_frequency},
+    {"pltf", plot_frequency, needs_frequency_results},
     {"dual"},
     {"be  "},
-    {"save", save_circuit_file},
-    {"freq", analyse_frequency},
+    {"save", save_circuit_file, cannot_save_circuit},
+    {"freq", analyse_frequency, cannot_analyse_frequency},
     {"lat "},
     {"incl"},
     {"squ "},
@@ -45,39 +46,39 @@ constexpr CommandTable commands({
     {"file", write_transfer},
     {"text", write_text_file},
     {"equ "},
-    {"pz  ", write_pole_zero},
+    {"pz  ", write_pole_zero, needs_design},
     {"flip"},
     {"lce "},
     {"sto ", store_circuit},
-    {"rcl ", recall_circuit},
-    {"disp", display_design},
+    {"rcl ", recall_circuit, [](const PassiveDesk& desk) { return cannot_recall(desk); }},
+    {"disp", display_design, needs_design},
     {"ch  ", change_branch},
     {"lbl ", change_title},
-    {"time", analyse_time},
+    {"time", analyse_time, cannot_analyse_time},
     {"list", list},
     {"plpr", [](PassiveDesk& desk) { print_plot_window(desk); }},
-    {"sprd", spread},
+    {"sprd", spread, needs_circuit},
     {"res ", resonance},
     {"pref"},
-    {"tabf", tabulate_frequency},
+    {"tabf", tabulate_frequency, needs_frequency_table},
     {"xr  "},
-    {"undo", undo_edit},
+    {"undo", undo_edit, [](const PassiveDesk& desk) { return cannot_undo(desk.state.kept); }},
     {"ecm "},
     {"copy", copy_branch},
     {"read", read},
-    {"prf ", display_function},
+    {"prf ", display_function, needs_design},
     {"wave"},
     {"xch "},
     {"ct  "},
     {"cq  "},
     {"mtr "},
-    {"pltt", plot_time},
-    {"tabt", tabulate_time},
+    {"pltt", plot_time, needs_time_results},
+    {"tabt", tabulate_time, needs_time_results},
     {"supp", suppress},
-    {"redo", redo_edit},
+    {"redo", redo_edit, [](const PassiveDesk& desk) { return cannot_redo(desk.state.kept); }},
     {"writ", start_macro},
-    {"clos", stop_macro},
-    {"non ", phase_nonlinearity},
+    {"clos", stop_macro, cannot_stop_macro},
+    {"non ", phase_nonlinearity, needs_phase},
     {"nonp", print_phase_nonlinearity},
     {"conv"},
 });
@@ -88,6 +89,10 @@ void report_missed(PassiveDesk& desk);
 }  // namespace
 
 CommandWords passive_words() { return commands.words(); }
+
+std::string_view passive_hindrance(const PassiveDesk& desk, const CommandKeyword& word) {
+    return commands.hindrance(desk, word);
+}
 
 void passiveSegment(PassiveDesk& desk) {
     int& entry = desk.session.entry(SegmentId::passive);
@@ -113,11 +118,14 @@ void passiveSegment(PassiveDesk& desk) {
 
 namespace {
 
-// A circuit that comes from elsewhere: its name is not known yet, and what was done to the former one is over.
+// A circuit that comes from elsewhere: its name is not known yet, and what was done to the former one is over, but that
+// a design can be undone.
 void enter(PassiveDesk& desk, int entry) {
-    desk.state.kept.undoTop = 0;
-    desk.state.kept.undoCount = 0;
-    desk.state.kept.opened = false;
+    if (entry != passive_entry::synthesised) {
+        desk.state.kept.undoTop = 0;
+        desk.state.kept.undoCount = 0;
+        desk.state.kept.opened = false;
+    }
     desk.state.lastBranch = 1;
     switch (entry) {
         case passive_entry::analysis: desk.session.filter_file = ""; break;

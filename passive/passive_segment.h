@@ -18,6 +18,7 @@ inline constexpr int stored_lattice = -6;  // a stored lattice is recalled, with
 
 // The words that the Segment knows, in the order in which it looks them up.
 [[nodiscard]] CommandWords passive_words();
+[[nodiscard]] std::string_view passive_hindrance(const PassiveDesk& desk, const CommandKeyword& word);
 
 // Performs the one command in the Segment's cell, then clears the cell. A word that is in no table is ignored. An entry
 // other than an ordinary command comes first: what was to be undone is forgotten, since it belongs to another circuit.

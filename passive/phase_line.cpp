@@ -21,8 +21,12 @@ void fit(PhaseLine& line);
 
 }  // namespace
 
+bool has_phase_line(const AnalysisResult& results) {
+    return results.has_phase && results.has_delay && results.frequency_count >= 2;
+}
+
 bool fit_phase_line(const AnalysisResult& results, PhaseLine& line) {
-    if (!results.has_phase || !results.has_delay || results.frequency_count < 2) return false;
+    if (!has_phase_line(results)) return false;
     line = {};
     line.count = results.frequency_count;
     unwrap(results, line);

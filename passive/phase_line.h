@@ -21,6 +21,9 @@ struct PhaseLine {
     double largest = 0;                        // magnitude of the largest deviation, degrees
 };
 
+// Whether the results have what it takes.
+[[nodiscard]] bool has_phase_line(const AnalysisResult& results);
+
 // From two points on; false with fewer, or without a phase. From one point to the next the phase falls by 360 degrees
 // times frequency step times the mean of the two delays: the turn that brings the wrapped phase nearest to that is
 // added. So points may lie as far apart as the delay is smooth.

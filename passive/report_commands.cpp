@@ -7,6 +7,7 @@
 #include "circuit/listing.h"
 #include "exchange/transfer_polynomials.h"
 #include "passive/command_tools.h"
+#include "passive/hindrances.h"
 #include "shell/edited.h"
 #include "synthesis/synthesis_report.h"
 
@@ -46,7 +47,7 @@ void resonance(PassiveDesk& desk) {
 }
 
 void display_design(PassiveDesk& desk) {
-    if (!desk.filter.designed) return refuse(desk, data_unavailable);
+    if (const auto why = needs_design(desk); !why.empty()) return refuse(desk, why);
     const FilterSpec& found = desk.filter.spec;
     const DesignBackground& background = desk.filter.background;
     FilterSpec worked;
@@ -62,7 +63,7 @@ void display_design(PassiveDesk& desk) {
 }
 
 void display_function(PassiveDesk& desk) {
-    if (!desk.filter.designed) return refuse(desk, data_unavailable);
+    if (const auto why = needs_design(desk); !why.empty()) return refuse(desk, why);
     const Medium medium = desk.filter.spec.medium;
     report_transfer_function(desk.filter.transfer, medium, desk.reporter);
     desk.reporter.report_line("");

@@ -16,12 +16,16 @@ namespace kavrel {
 template <class SegmentDesk>
 struct Command {
     using Routine = void (*)(SegmentDesk& desk);
+    // Why the command cannot act on what there is, in the words of its refusal; blank when it can.
+    using Hindrance = std::string_view (*)(const SegmentDesk& desk);
 
     constexpr Command(CommandKeyword text) : word(text) {}  // NOLINT: a row of a table
-    constexpr Command(CommandKeyword text, Routine routine) : word(text), perform(routine), built(true) {}
+    constexpr Command(CommandKeyword text, Routine routine, Hindrance why_not = nullptr)
+        : word(text), perform(routine), hindrance(why_not), built(true) {}
 
     CommandKeyword word;
     Routine perform = nullptr;
+    Hindrance hindrance = nullptr;
     bool built = false;
 };
 
@@ -48,6 +52,7 @@ public:
             words_[i] = rows[i].word;
             built_[i] = rows[i].built;
             routines_[i] = rows[i].perform;
+            hindrances_[i] = rows[i].hindrance;
         }
     }
 
@@ -61,12 +66,19 @@ public:
         cell = {};
     }
 
+    // Why a command cannot act now, or blank.
+    [[nodiscard]] std::string_view hindrance(const SegmentDesk& desk, const CommandKeyword& word) const {
+        const auto place = match_command(word, words_);
+        return place && hindrances_[*place] != nullptr ? hindrances_[*place](desk) : std::string_view{};
+    }
+
 private:
     static void a_word_has_two_rows() {}  // not constexpr: such a table does not compile
 
     std::array<CommandKeyword, N> words_{};
     std::array<bool, N> built_{};
     std::array<void (*)(SegmentDesk& desk), N> routines_{};
+    std::array<std::string_view (*)(const SegmentDesk& desk), N> hindrances_{};
 };
 
 }  // namespace kavrel

@@ -4,6 +4,7 @@ namespace kavrel {
 
 namespace {
 
+constexpr std::string_view not_stored = "Data was not stored";
 constexpr std::string_view not_kept = "Data could not be stored";
 constexpr std::string_view go_on = "Data could not be stored\nDo you want to go on without undo?";
 constexpr std::string_view stored_files = "Storage files";  // as selectors describe them
@@ -29,9 +30,29 @@ bool fits(const Session& session, std::string_view name) { return name.size() <=
 
 bool keep_for_undo(const KeptWork& work) { return push_undo(work, work.snapshot()); }
 
+void keep_former(const KeptWork& work) {
+    KeptState& state = work.state;
+    const bool kept =
+        !work.is_empty() && work.desk.temporaries.push_undo(state.undoTop, work.snapshot()) == FileStatus::done;
+    state.undoTop = state.undoCount = kept ? std::min(state.undoTop + 1, undo_levels) : 0;
+    state.opened = kept;
+}
+
+bool is_unsaved(const KeptWork& work) { return !work.is_empty() && work.fingerprint() != work.state.saved; }
+
+std::string_view cannot_undo(const KeptState& state) { return state.undoTop < 1 ? "Nothing to undo" : ""; }
+
+std::string_view cannot_redo(const KeptState& state) {
+    return state.undoTop >= state.undoCount ? "Nothing to redo" : "";
+}
+
+std::string_view cannot_recall(const Desk& desk) { return desk.temporaries.has_stored() ? "" : not_stored; }
+
+std::string_view cannot_save(const KeptWork& work) { return work.is_empty() ? data_unavailable : ""; }
+
 bool undo(const KeptWork& work) {
     int& top = work.state.undoTop;
-    if (top < 1) return refused(work, "Nothing to undo");
+    if (const auto why = cannot_undo(work.state); !why.empty()) return refused(work, why);
     if (!exchange(work, top - 1, "Nothing stored\nor error reading data file")) return false;
     --top;
     return true;
@@ -39,7 +60,7 @@ bool undo(const KeptWork& work) {
 
 bool redo(const KeptWork& work) {
     int& top = work.state.undoTop;
-    if (top >= work.state.undoCount) return refused(work, "Nothing to redo");
+    if (const auto why = cannot_redo(work.state); !why.empty()) return refused(work, why);
     if (!exchange(work, top, "File could not be read")) return false;
     ++top;
     return true;
@@ -59,7 +80,7 @@ bool recall(const KeptWork& work) {
     const std::string former = work.snapshot();
     std::string bytes;
     const FileStatus status = work.desk.temporaries.recall(bytes);
-    if (status == FileStatus::not_found) return refused(work, "Data was not stored");
+    if (status == FileStatus::not_found) return refused(work, not_stored);
     if (is_no_file(status)) return refused(work, message_of(status));
     if (status != FileStatus::done || !work.take_snapshot(bytes)) return refused(work, "Data could not be read");
     if (!push_undo(work, former)) return taken_back(work, former);
@@ -69,7 +90,7 @@ bool recall(const KeptWork& work) {
 }
 
 bool save(const KeptWork& work) {
-    if (work.is_empty()) return refused(work, data_unavailable);
+    if (const auto why = cannot_save(work); !why.empty()) return refused(work, why);
     const std::string name = work.desk.session.filter_file.text();
     return name.empty() ? save_as(work) : save_under(work, name, work.file_of(name));
 }
@@ -91,6 +112,7 @@ bool read(const KeptWork& work, bool name_given) {
         if (!push_undo(work, former)) return taken_back(work, former);
         work.state.opened = true;
     }
+    work.state.saved = work.fingerprint();
     note_known(session, work.file_of(*name), mark);
     session.filter_file = fits(session, *name) ? std::string_view(*name) : std::string_view{};
     return true;
@@ -134,7 +156,7 @@ bool exchange(const KeptWork& work, int level, std::string_view not_read) {
 
 bool save_under(const KeptWork& work, std::string_view name, std::string_view typed) {
     Session& session = work.desk.session;
-    if (work.is_empty()) return refused(work, data_unavailable);
+    if (const auto why = cannot_save(work); !why.empty()) return refused(work, why);
     const std::string file = work.file_of(name);
     if (!may_write(session, work.desk.reporter, typed, file)) return false;
     session.filter_file = name;
@@ -142,6 +164,7 @@ bool save_under(const KeptWork& work, std::string_view name, std::string_view ty
     const FileStatus status = work.save_to(name, mark);
     if (status != FileStatus::done) return refused(work, message_of(status));
     note_written(session, file, mark);
+    work.state.saved = work.fingerprint();
     return true;
 }
 

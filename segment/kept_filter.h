@@ -19,6 +19,7 @@ struct KeptState {
     int undoCount = 0;          // the highest one in use
     bool opened = false;        // a filter was opened or recalled: "undo" may lead to one of another file and title
     FixedText<256> stored_for;  // the session's stored file when "sto " was given
+    Fingerprint saved = 0;      // of the filter as it was last saved or read
 };
 
 // How filters of a type are kept.
@@ -40,6 +41,7 @@ public:
     Desk& desk;
     KeptState& state;
 
+    [[nodiscard]] virtual Fingerprint fingerprint() const = 0;
     [[nodiscard]] virtual std::string snapshot() const = 0;
     [[nodiscard]] virtual bool take_snapshot(std::string_view bytes) const = 0;  // as `Layout::take`
     [[nodiscard]] virtual bool is_empty() const = 0;
@@ -57,6 +59,7 @@ public:
     KeptFilter(Desk& work_desk, KeptState& kept_state, Filter& filter, const Keeping<Filter>& keeping)
         : KeptWork(work_desk, kept_state), filter_(filter), title_(work_desk.session.TITLE), keeping_(keeping) {}
 
+    Fingerprint fingerprint() const override { return kavrel::fingerprint(keeping_.snapshot, filter_); }
     std::string snapshot() const override { return keeping_.snapshot.bytes(filter_, title_); }
     bool take_snapshot(std::string_view bytes) const override { return keeping_.snapshot.take(bytes, filter_, title_); }
     bool is_empty() const override { return keeping_.is_empty(filter_); }
@@ -87,6 +90,19 @@ private:
 // ten edits the oldest. Where the state cannot be kept the user is asked whether to go on without undo: false when the
 // edit is not to be made.
 [[nodiscard]] bool keep_for_undo(const KeptWork& work);
+
+// The same before a filter from elsewhere takes the place of the current one: nothing is asked, a state that cannot be
+// kept cannot be had again.
+void keep_former(const KeptWork& work);
+
+// Whether the filter, if there is one, is another than was last saved or read.
+[[nodiscard]] bool is_unsaved(const KeptWork& work);
+
+// Why a command has nothing to go on, in the words of its refusal; blank otherwise.
+[[nodiscard]] std::string_view cannot_undo(const KeptState& state);
+[[nodiscard]] std::string_view cannot_redo(const KeptState& state);
+[[nodiscard]] std::string_view cannot_recall(const Desk& desk);
+[[nodiscard]] std::string_view cannot_save(const KeptWork& work);
 
 // The commands answer whether they were done. Where one was not, a box has said why, and nothing has changed: filter,
 // title, state, and every file that is in use.

@@ -79,6 +79,11 @@ FileStatus TemporaryFiles::store(const std::string& bytes) {
     return has_home() ? write(store_file(), bytes) : FileStatus::not_written;
 }
 
+bool TemporaryFiles::has_stored() const {
+    std::error_code unknown;
+    return std::filesystem::exists(store_file(), unknown);
+}
+
 FileStatus TemporaryFiles::recall(std::string& bytes) const { return read_file(store_file(), bytes); }
 
 // The new file is written before the others move, so that they stay in place when it cannot be. Where one does not move

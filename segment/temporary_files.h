@@ -48,6 +48,7 @@ public:
     // Store and recall. `not_written` and any fault of reading leave files and bytes as they were.
     [[nodiscard]] FileStatus store(const std::string& bytes);
     [[nodiscard]] FileStatus recall(std::string& bytes) const;
+    [[nodiscard]] bool has_stored() const;
 
     // Writes a new undo file at the level; at level 10 all files first move one down, and it is 9.
     [[nodiscard]] FileStatus push_undo(int level, const std::string& bytes);

@@ -28,6 +28,7 @@ struct Session {
     FixedText<256> program_directory;  // of the executable, up to and with its last '/'
     UnitSet units;                     // in force with the next event
     bool keeps_settings = true;        // units come from the settings file and go there; a script has its own
+    bool guards_unsaved = false;       // a filter that is not saved is given up only after a question; in the window
 
     // Working copies, refreshed at the head of every event: a change of units takes effect with the next one.
     double frequency_scale = 1.0;

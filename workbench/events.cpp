@@ -27,7 +27,9 @@ struct Place {
 };
 
 Place place_of(int item_id);
+const ActionRow* action_of(const Place& place);
 bool perform_within_memory(Workbench& bench, const Room& room, const MenuItem& item);
+bool may_give_up(Workbench& bench, std::string_view doing);
 void help(Workbench& bench);
 
 }  // namespace
@@ -42,10 +44,25 @@ int dispatch_event(Workbench& bench, int item_id) {
         help(bench);
         return -1;
     }
+    if (item_id == close_window_event && !may_give_up(bench, "leave")) return -1;
     const bool of_menus = item_id >= first_menu_id && item_id <= last_menu_id;
     if (!of_menus && bench.window.own_event(item_id)) return 0;
     not_implemented(bench);
     return -1;
+}
+
+const MenuItem* item_of(int item_id) { return place_of(item_id).item; }
+
+std::string_view hindrance(Workbench& bench, int item_id) {
+    const Place place = place_of(item_id);
+    if (place.item == nullptr || item_id == close_window_event) return {};
+    const ActionRow* action = action_of(place);
+    const CommandKeyword word(place.item->command);
+    const bool built = action != nullptr ? action->built : place.room->commands().performs(word);
+    if (place.item->command.empty() && action == nullptr) return not_implemented_text;
+    if (!built) return not_implemented_text;
+    const bool has_command = !place.item->command.empty() && place.room->hindrance != nullptr;
+    return has_command ? place.room->hindrance(bench, word) : std::string_view{};
 }
 
 void open_stored_filter(Workbench& bench, std::string_view name) {
@@ -134,29 +151,31 @@ void about(Workbench& bench) {
 
 void copy(Workbench& bench) { bench.window.copy_text(); }
 
-// Ends the program at once, unsaved work included: the question is the only guard.
+// Ends the program at once: the question is the only guard.
 void stop(Workbench& bench) {
-    if (bench.reporter.message("Are you sure?", "Warning", Buttons::yes_no) == Answer::yes)
-        bench.session.stopped = true;
+    const bool sure = bench.session.guards_unsaved
+                          ? may_give_up(bench, "leave")
+                          : bench.reporter.message("Are you sure?", "Warning", Buttons::yes_no) == Answer::yes;
+    if (sure) bench.session.stopped = true;
 }
 
 // What items do that have no command, in whatever menu they are.
 constexpr ActionRow actions[] = {
     {MenuAction::view_text, view_text_file},
     {MenuAction::close_text_view, close_text_view},
-    {MenuAction::recall_filter, recall_stored_filter},
+    {MenuAction::recall_filter, recall_stored_filter, Effect::gives_filter_up},
     {MenuAction::choose_units, units},
-    {MenuAction::new_filter_design, new_filter_design},
-    {MenuAction::recall_filter_design, recall_filter_design},
-    {MenuAction::new_delay_design, new_delay_design},
-    {MenuAction::recall_delay_design, recall_delay_design},
-    {MenuAction::new_fir_design, new_fir_design},
-    {MenuAction::recall_fir_design, recall_fir_design},
-    {MenuAction::new_analysis, new_analysis},
-    {MenuAction::recall_analysis, recall_analysis},
-    {MenuAction::new_fir_analysis, new_fir_analysis},
-    {MenuAction::recall_fir_analysis, recall_fir_analysis},
-    {MenuAction::new_design, new_design},
+    {MenuAction::new_filter_design, new_filter_design, Effect::gives_filter_up},
+    {MenuAction::recall_filter_design, recall_filter_design, Effect::gives_filter_up},
+    {MenuAction::new_delay_design, new_delay_design, Effect::keeps_filter, false},
+    {MenuAction::recall_delay_design, recall_delay_design, Effect::keeps_filter, false},
+    {MenuAction::new_fir_design, new_fir_design, Effect::gives_filter_up},
+    {MenuAction::recall_fir_design, recall_fir_design, Effect::gives_filter_up},
+    {MenuAction::new_analysis, new_analysis, Effect::gives_filter_up},
+    {MenuAction::recall_analysis, recall_analysis, Effect::gives_filter_up},
+    {MenuAction::new_fir_analysis, new_fir_analysis, Effect::keeps_filter, false},
+    {MenuAction::recall_fir_analysis, recall_fir_analysis, Effect::keeps_filter, false},
+    {MenuAction::new_design, new_design, Effect::gives_filter_up},
     {MenuAction::copy, copy},
     {MenuAction::stop, stop},
     {MenuAction::help, help},
@@ -174,6 +193,20 @@ Place place_of(int item_id) {
     return {};
 }
 
+// In the Segment or, failing that, in all of them; null for an item without action.
+const ActionRow* action_of(const Place& place) {
+    const ActionRow* own = find_action(place.room->actions, place.item->action);
+    return own != nullptr ? own : find_action(actions, place.item->action);
+}
+
+// Whether what is not saved may be lost; where nobody is to be asked it may.
+bool may_give_up(Workbench& bench, std::string_view doing) {
+    const std::string unsaved = bench.session.guards_unsaved ? unsaved_text(bench) : "";
+    if (unsaved.empty()) return true;
+    return bench.reporter.message(fmt::format("{}\nDo you want to {} without saving it?", unsaved, doing), "Warning",
+                                  Buttons::yes_no) == Answer::yes;
+}
+
 bool perform(Workbench& bench, const Room& room, const MenuItem& item);
 
 // Memory that runs out ends the command, not the program.
@@ -186,11 +219,9 @@ bool perform_within_memory(Workbench& bench, const Room& room, const MenuItem& i
 
 // By the item's action, in the Segment or in all of them, else by its command. False for an item with neither.
 bool perform(Workbench& bench, const Room& room, const MenuItem& item) {
-    for (const auto table : {room.actions, std::span<const ActionRow>(actions)}) {
-        if (const ActionRow* row = find_action(table, item.action)) {
-            row->perform(bench);
-            return true;
-        }
+    if (const ActionRow* row = action_of({&room, &item})) {
+        if (row->effect == Effect::keeps_filter || may_give_up(bench, "go on")) row->perform(bench);
+        return true;
     }
     if (item.command.empty()) return false;
     send_command(bench, room, item.command, item.form);

@@ -1,5 +1,6 @@
 #include "workbench/ladder_road.h"
 
+#include "passive/command_tools.h"
 #include "passive/passive_segment.h"
 #include "synthesis/ladder_segment.h"
 #include "workbench/design_end.h"
@@ -20,6 +21,10 @@ void ladder_road(Workbench& bench, std::string_view title) {
     bench.session.entry(SegmentId::ladder) = ladder_entry::designed;
     enter_segment(bench, SegmentId::ladder);
     if (bench.ladder.outcome == SynthesisOutcome::done) {
+        bench.session.TITLE = former_title;
+        PassiveDesk desk = passive_desk(bench);
+        keep_former(kept(desk));
+        bench.session.TITLE = title;
         bench.filter = bench.drafted;
         hand_over(bench, bench.filter);
         return;

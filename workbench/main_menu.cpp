@@ -35,7 +35,7 @@ constexpr std::array<MenuItem, 1> main_window_items = {{
 constexpr std::array<ToolbarItem, 6> main_toolbar = {{
     {.id = 129, .tip = "Open a text file to view"},
     {.id = recall_filter_event, .tip = "Recall a saved filter file"},
-    {.id = 142, .tip = "Kavrel for Windows V. 1.70"},
+    {.id = 142, .tip = "About Kavrel " KAVREL_VERSION},
     {.id = 166, .tip = "Start a new design."},
     {.id = 143, .tip = "Select preferred frequency & other units"},
     {.id = 159, .tip = "Help about Kavrel"},

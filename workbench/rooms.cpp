@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "fir/fir_segment.h"
+#include "passive/command_tools.h"
 #include "passive/file_commands.h"
 #include "passive/macro_file.h"
 #include "passive/passive_segment.h"
@@ -19,12 +20,18 @@ namespace {
 
 Desk desk(Workbench& bench);
 std::string_view passive_file_refusal(std::string_view name);
+bool circuit_is_unsaved(Workbench& bench);
 
 // A routine of a Segment, at its desk.
 template <auto desk_of, auto routine>
 void at_desk(Workbench& bench) {
     auto desk = desk_of(bench);
     routine(desk);
+}
+
+template <auto desk_of, auto hindrance>
+std::string_view hindrance_at(Workbench& bench, const CommandKeyword& word) {
+    return hindrance(desk_of(bench), word);
 }
 
 constexpr ActionRow passive_actions[] = {{MenuAction::save_as, at_desk<passive_desk, save_circuit_as>},
@@ -47,10 +54,12 @@ constexpr Room rooms[] = {
      .window_items = passive_window_items,
      .actions = passive_actions,
      .words = passive_words,
+     .hindrance = hindrance_at<passive_desk, passive_hindrance>,
      .run = at_desk<passive_desk, passiveSegment>,
      .recall_entry = passive_entry::stored_circuit,
      .fingerprint = [](const Workbench& bench) { return fingerprint(bench.passive); },
      .file_refusal = passive_file_refusal,
+     .unsaved = circuit_is_unsaved,
      .shown = shown_circuit,
      .check = check_of_circuit},
     {.id = SegmentId::active,
@@ -74,6 +83,7 @@ constexpr Room rooms[] = {
      .menu = fir_menu,
      .window_items = fir_window_items,
      .words = fir_words,
+     .hindrance = hindrance_at<fir_desk, fir_hindrance>,
      .run = at_desk<fir_desk, firSegment>,
      .fingerprint = [](const Workbench& bench) { return fingerprint(bench.fir); },
      .check = check_of_fir},
@@ -115,6 +125,18 @@ void enter_segment(Workbench& bench, SegmentId id) {
     if (room_of(id).run != nullptr) room_of(id).run(bench);
 }
 
+std::string unsaved_text(Workbench& bench) {
+    const auto unsaved = [&](const Room& room) { return room.unsaved != nullptr && room.unsaved(bench); };
+    if (std::ranges::none_of(rooms, unsaved)) return {};
+    const Session& session = bench.session;
+    const bool is_shown = unsaved(room_of(session.segment));
+    const std::string_view file = session.filter_file.trimmed();
+    std::string name;
+    if (is_shown && !file.empty()) name = " of " + std::string(file);
+    if (is_shown && file.empty() && !session.TITLE.is_blank()) name = ' ' + std::string(session.TITLE.trimmed());
+    return "The circuit" + name + " is not saved.";
+}
+
 void send_command(Workbench& bench, const Room& room, std::string_view word, const Form* form) {
     if (!room.commands().performs(CommandKeyword(word))) {
         not_implemented(bench);
@@ -149,7 +171,7 @@ LadderDesk ladder_desk(Workbench& bench) {
     return {.session = bench.session, .design = bench.drafted.design, .work = bench.ladder, .reporter = bench.reporter};
 }
 
-void not_implemented(Workbench& bench) { bench.reporter.message("Command not implemented", "Default"); }
+void not_implemented(Workbench& bench) { bench.reporter.message(not_implemented_text, "Default"); }
 
 namespace {
 
@@ -161,6 +183,11 @@ Desk desk(Workbench& bench) {
             .results = bench.results,
             .plot = bench.plot,
             .temporaries = bench.temporaries};
+}
+
+bool circuit_is_unsaved(Workbench& bench) {
+    PassiveDesk desk = passive_desk(bench);
+    return is_unsaved(kept(desk));
 }
 
 // Read for a trial, before the Segment is entered and gives up what it has.

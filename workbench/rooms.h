@@ -9,9 +9,14 @@
 
 namespace kavrel {
 
+// What an action does to the filter that is shown.
+enum class Effect { keeps_filter, gives_filter_up };
+
 struct ActionRow {
     MenuAction action;
     void (*perform)(Workbench& bench);
+    Effect effect = Effect::keeps_filter;
+    bool built = true;  // or does the form end in "Command not implemented", whatever is chosen
 };
 
 struct Room {
@@ -23,10 +28,13 @@ struct Room {
     std::span<const MenuItem> window_items = {};  // of its other windows
     std::span<const ActionRow> actions = {};      // those that are its own; the others are the same in all of them
     CommandWords (*words)() = nullptr;            // of its command table
-    void (*run)(Workbench& bench) = nullptr;      // performs the command in the Segment's cell
-    int recall_entry = 0;                         // entry code of "read" for a file whose name is given
+    // Why a command cannot act now, or blank.
+    std::string_view (*hindrance)(Workbench& bench, const CommandKeyword& word) = nullptr;
+    void (*run)(Workbench& bench) = nullptr;  // performs the command in the Segment's cell
+    int recall_entry = 0;                     // entry code of "read" for a file whose name is given
     Fingerprint (*fingerprint)(const Workbench& bench) = nullptr;       // of the filter that it shows
     std::string_view (*file_refusal)(std::string_view name) = nullptr;  // why a stored filter is not read, or blank
+    bool (*unsaved)(Workbench& bench) = nullptr;                        // whether its filter is not saved as it is
     Shown (*shown)(const Workbench& bench) = nullptr;                   // the design behind it
     RequestCheck (*check)(const Workbench& bench) = nullptr;            // of what it shows against its request
 
@@ -44,6 +52,9 @@ struct Room {
 // Makes a Segment the current one: its menu and title replace those of the main window.
 void enter_segment(Workbench& bench, SegmentId id);
 
+// What is not saved as it is, for a question, or blank: "The circuit of lowpass.qfp is not saved."
+[[nodiscard]] std::string unsaved_text(Workbench& bench);
+
 // Puts a word into a Segment's cell and calls the Segment, after the form, if there is one, was filled in. What has no
 // routine is answered with "Command not implemented".
 void send_command(Workbench& bench, const Room& room, std::string_view word, const Form* form);
@@ -60,6 +71,7 @@ void look_again(Workbench& bench);
 [[nodiscard]] LadderDesk ladder_desk(Workbench& bench);
 
 // The box of whatever has no handler.
+inline constexpr std::string_view not_implemented_text = "Command not implemented";
 void not_implemented(Workbench& bench);
 
 }  // namespace kavrel

@@ -3,6 +3,7 @@
 #include "approximation/loss_rows.h"
 #include "fir/fir_rows.h"
 #include "passive/circuit_request_check.h"
+#include "shell/analysis_plot.h"
 #include "workbench/rooms.h"
 
 namespace kavrel {
@@ -74,6 +75,13 @@ RequestCheck check_of_circuit(const Workbench& bench) {
 RequestCheck check_of_fir(const Workbench& bench) {
     WindowWatcher watcher(bench.window, check_work);
     return bench.fir_designed_for ? check_fir(*bench.fir_designed_for, bench.fir, watcher) : RequestCheck{};
+}
+
+std::string table_of_results(Workbench& bench) {
+    std::string table = write_table_csv(bench.results);
+    if (!table.empty() && is_earlier(bench, analysed_filter(bench.results, bench.results.kind)))
+        bench.reporter.report_line(earlier_results);
+    return table;
 }
 
 void report_missed(Workbench& bench, const RequestCheck& check) {

@@ -30,6 +30,9 @@ struct Shown {
 [[nodiscard]] RequestCheck check_of_circuit(const Workbench& bench);
 [[nodiscard]] RequestCheck check_of_fir(const Workbench& bench);
 
+// The last analysis as CSV, blank without one; the report says where it is of an earlier filter.
+[[nodiscard]] std::string table_of_results(Workbench& bench);
+
 // The report's lines of what a check misses.
 void report_missed(Workbench& bench, const RequestCheck& check);
 

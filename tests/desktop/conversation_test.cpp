@@ -42,7 +42,7 @@ TEST(Conversation, TenDesignsInARow) {
         EXPECT_GT(run.report().size(), length);
         length = run.report().size();
     }
-    EXPECT_EQ(run.window.main().menuBar()->actions().size(), 8);
+    EXPECT_EQ(run.window.main().menuBar()->actions().size(), 10) << "designs and analyses among them";
 }
 
 }  // namespace

@@ -4,14 +4,18 @@
 #include <QPainter>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolTip>
 #include <algorithm>
 #include <map>
 #include <set>
 
 #include "desktop/icons.h"
 #include "desktop/mnemonics.h"
-#include "tests/desktop/desktop_run.h"
+#include "shell/analysis_plot.h"
+#include "tests/desktop/script_hands.h"
 #include "tests/support/golden.h"
+#include "workbench/events.h"
+#include "workbench/state_json.h"
 
 namespace kavrel {
 namespace {
@@ -144,7 +148,7 @@ TEST(MainWindow, ToolbarSendsItsItemsAndCarriesItsTips) {
     DesktopRun run;
     auto* toolbar = run.window.main().findChild<QToolBar*>();
     ASSERT_EQ(toolbar->actions().size(), 6);
-    EXPECT_EQ(toolbar->actions()[2]->toolTip(), "Kavrel for Windows V. 1.70");
+    EXPECT_EQ(toolbar->actions()[2]->toolTip(), "About Kavrel " KAVREL_VERSION);
     run.hands.then([](QDialog& box) {
         EXPECT_EQ(box.windowTitle(), "Advice");
         box.accept();
@@ -160,16 +164,125 @@ TEST(MainWindow, TitleStatusAndExit) {
     EXPECT_EQ(run.window.main().windowTitle(), "Kavrel - FIR DIGITAL MENU");
     const auto labels = run.window.main().statusBar()->findChildren<QLabel*>();
     EXPECT_TRUE(std::ranges::any_of(labels, [](QLabel* one) { return one->text() == "FIR DIGITAL MENU"; }));
-    run.hands.then([](QDialog& box) {
-        EXPECT_EQ(box.windowTitle(), "Warning");
-        press(box, Qt::Key_Escape);
-    });
     run.window.main().close();
-    EXPECT_TRUE(run.window.main().isVisible()) << "not sure";
-    run.hands.then([](QDialog& box) { press(box, Qt::Key_Y, Qt::AltModifier); });
-    run.window.main().close();
-    EXPECT_FALSE(run.window.main().isVisible());
+    EXPECT_FALSE(run.window.main().isVisible()) << "nothing is unsaved, nothing is asked";
     EXPECT_TRUE(run.bench().session.stopped);
+}
+
+// Answers the question about what is not saved, and sees that it names it.
+Hands::Step unsaved(const char* text, int key) {
+    return [=](QDialog& box) {
+        EXPECT_EQ(box.windowTitle(), "Warning");
+        EXPECT_STREQ(static_cast<QMessageBox&>(box).text().toUtf8(), text);
+        press(box, key, Qt::AltModifier);
+    };
+}
+
+TEST(MainWindow, WhatIsNotSavedIsNotGivenUpUnasked) {
+    DesktopRun run;
+    ScriptHands(run, read_text(TEST_DATA "/desktop/low_pass.kav")).work();
+    const auto cancel = [](QDialog& form) { form.reject(); };
+    run.hands.always({});
+    run.hands.then(cancel);
+    run.program->send(524);
+    EXPECT_TRUE(run.hands.are_done()) << "it has just been saved";
+    const Circuit saved = run.bench().passive.circuit;
+    const std::string title = run.bench().session.TITLE.text();
+    run.hands.then([](QDialog& form) {
+        ScriptHands::set(form, "branch", "3");
+        ScriptHands::set(form, "value1", "50");
+        form.accept();
+    });
+    run.program->send(354);
+    EXPECT_NE(run.bench().passive.circuit, saved);
+    run.hands.then(
+        unsaved("The circuit of lowpass.qfp is not saved.\nDo you want to go on without saving it?", Qt::Key_N));
+    run.program->send(166);
+    run.hands.then(
+        unsaved("The circuit of lowpass.qfp is not saved.\nDo you want to leave without saving it?", Qt::Key_N));
+    run.window.main().close();
+    EXPECT_TRUE(run.window.main().isVisible());
+    run.program->send(477);
+    EXPECT_EQ(run.bench().passive.circuit, saved) << "by undo it is what was saved";
+    const auto accept = [](QDialog& form) { form.accept(); };
+    run.hands
+        .then([](QDialog& form) {
+            ScriptHands::set(form, "upper_stop_loss", "30");
+            form.accept();
+        })
+        .then(accept);
+    run.program->send(524);
+    EXPECT_NE(run.bench().passive.circuit, saved);
+    run.program->send(477);
+    EXPECT_EQ(run.bench().passive.circuit, saved) << "a design is undone";
+    EXPECT_EQ(run.bench().session.TITLE.text(), title);
+    run.program->send(517);
+    run.hands.then(
+        unsaved("The circuit <New Filter> is not saved.\nDo you want to leave without saving it?", Qt::Key_Y));
+    run.program->send(335);
+    EXPECT_TRUE(run.bench().session.stopped);
+    EXPECT_TRUE(run.hands.are_done());
+}
+
+TEST(MainWindow, ItemsThatCannotActAreGreyWithTheReason) {
+    int grey = 0;
+    for (const char* script :
+         {"", EXAMPLES "/lowpass.kav", EXAMPLES "/typed_circuit.kav", EXAMPLES "/fir_lowpass.kav"}) {
+        DesktopRun run;
+        if (*script != '\0') ScriptHands(run, read_text(script)).work();
+        QMenuBar& bar = *run.window.main().menuBar();
+        for (const QAction* action : items_of(bar)) {
+            if (!action->data().isValid()) continue;
+            const QString why = qt_text(hindrance(run.bench(), action->data().toInt()));
+            EXPECT_EQ(action->isEnabled(), why.isEmpty()) << utf8_text(action->text());
+            if (action->isEnabled()) continue;
+            EXPECT_EQ(action->toolTip(), why);
+            auto* menu = qobject_cast<QMenu*>(action->parent());
+            menu->popup({0, 0});
+            const QPoint at = menu->actionGeometry(const_cast<QAction*>(action)).center();
+            QHelpEvent help(QEvent::ToolTip, at, menu->mapToGlobal(at));
+            QApplication::sendEvent(menu, &help);
+            EXPECT_EQ(QToolTip::text(), why);
+            menu->close();
+            ++grey;
+        }
+        // Designs and analyses begin in every work area.
+        for (const int id : {166, 167, 1031, 149}) EXPECT_NE(action_of(bar.actions(), id), nullptr) << script;
+        EXPECT_TRUE(wait_for(run.window.main()));
+        press(run.window.main(), Qt::Key_F10);
+        ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+        press(*QApplication::activePopupWidget(), Qt::Key_Escape);
+    }
+    EXPECT_GT(grey, 60);
+}
+
+TEST(MainWindow, ResultsAndStateAreWrittenAndLinesHaveHeads) {
+    DesktopRun run;
+    ScriptHands(run, read_text(EXAMPLES "/lowpass.kav")).work();
+    run.hands.always({});
+    const auto write = [&](const char* item, const char* name) {
+        run.hands.then([=](QDialog& selector) { pick_file(selector, name); });
+        for (QAction* action : items_of(*run.window.main().menuBar())) {
+            if (action->text().remove('&') == item) action->trigger();
+        }
+        EXPECT_TRUE(run.hands.are_done()) << item;
+        return read_text(name);
+    };
+    EXPECT_EQ(write("Results as CSV...", "results.csv"), write_table_csv(run.bench().results));
+    EXPECT_EQ(write("State as JSON...", "state.json"), state_json(run.bench()));
+    const QString shown = run.window.main().report().toPlainText();
+    EXPECT_TRUE(shown.startsWith("Design > Filter > New\n")) << "the command that made the lines";
+    EXPECT_EQ(run.report().find("Design > Filter"), std::string::npos) << "the report has none";
+}
+
+TEST(MainWindow, FitsTheScreenWhateverWasKept) {
+    WindowSettings settings;
+    QWidget large;
+    large.setGeometry(500, 400, 3000, 2000);
+    settings.keep("large", large);
+    QWidget window;
+    EXPECT_TRUE(settings.restore("large", window));
+    EXPECT_TRUE(window.screen()->availableGeometry().contains(window.geometry()));
 }
 
 TEST(MainWindow, ExitOfTheMainMenuAsksNothing) {

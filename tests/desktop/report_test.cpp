@@ -1,5 +1,6 @@
 // The report: what is on the screen, marked, found, enlarged, saved.
 #include <QClipboard>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTextBlock>
 
@@ -95,6 +96,10 @@ TEST(Report, FindsByKeysAndGoesRound) {
     EXPECT_EQ(marked_row(), found);
     press(*bar, Qt::Key_Return, Qt::ShiftModifier);
     EXPECT_EQ(marked_row(), 4 - found);
+    const auto* outcome = run.window.main().findChild<QLabel*>("find_outcome");
+    EXPECT_TRUE(outcome->text().isEmpty());
+    QTest::keyClicks(bar, "x");
+    EXPECT_EQ(outcome->text(), "Not found");
     press(*bar, Qt::Key_Escape);
     EXPECT_FALSE(bar->isVisible());
 }

@@ -302,5 +302,29 @@ TEST_F(MenuWalk, EveryFormOpensShowsItsFieldsAndCloses) {
     }
 }
 
+// What the window shows as the reason of a grey item is what the console says when it is chosen.
+TEST(Hindrances, AreWhatTheCommandRefusesWith) {
+    const ScratchFolder folder;
+    int refused = 0;
+    for (const SegmentId segment : {SegmentId::main, SegmentId::passive, SegmentId::fir, SegmentId::lattice}) {
+        for (const MenuItem& item : room_of(segment).menu) {
+            FakeWindow window;
+            const auto bench = std::make_unique<Workbench>(window);
+            enter_segment(*bench, segment);
+            bench->passive_command.frequency = {.start = 0, .end = 1000, .increment = 10};
+            bench->passive_command.time = {.start = 0, .stop = 1, .step = 0.1};
+            const std::string why(hindrance(*bench, item.id));
+            if (why.empty() || item.action != MenuAction::none) continue;
+            window.forms = {[](FormSheet&) { return true; }};
+            window.boxes.clear();
+            dispatch_event(*bench, item.id);
+            ASSERT_FALSE(window.boxes.empty()) << item.path;
+            EXPECT_TRUE(window.boxes.back().ends_with(": " + why)) << item.path << ' ' << window.boxes.back();
+            ++refused;
+        }
+    }
+    EXPECT_GT(refused, 50);
+}
+
 }  // namespace
 }  // namespace kavrel

@@ -35,7 +35,7 @@ TEST_F(StartUp, ClearsTemporaryFilesAndCreatesTheSettings) {
     EXPECT_EQ(window.titles, std::vector<std::string>{"Kavrel - MAIN MENU"});
     EXPECT_TRUE(window.lines.empty());
     ASSERT_EQ(window.toolbar.size(), 6U);
-    EXPECT_EQ(window.toolbar[2].tip, "Kavrel for Windows V. 1.70");
+    EXPECT_EQ(window.toolbar[2].tip, "About Kavrel " KAVREL_VERSION);
     for (const ToolbarItem& item : window.toolbar) EXPECT_NE(find_item(window.menu, item.id), nullptr) << item.tip;
 }
 

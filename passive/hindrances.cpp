@@ -1,0 +1,62 @@
+#include "passive/hindrances.h"
+
+#include "approximation/time_response.h"
+#include "circuit/chain_analysis.h"
+#include "circuit/element_statistics.h"
+#include "passive/phase_line.h"
+#include "passive/stored_circuit.h"
+#include "segment/result_commands.h"
+
+namespace kavrel {
+
+namespace {
+
+std::string_view unless(bool can, std::string_view why) { return can ? std::string_view{} : why; }
+
+}  // namespace
+
+std::string_view needs_circuit(const PassiveDesk& desk) {
+    ElementStatistics statistics;
+    return unless(elementStatistics(desk.filter.circuit, statistics), no_circuit_to_analyze);
+}
+
+std::string_view needs_design(const PassiveDesk& desk) { return unless(desk.filter.designed, data_unavailable); }
+
+std::string_view needs_frequency_results(const PassiveDesk& desk) {
+    return unless(desk.results.frequency_count > 0, no_analysis_results);
+}
+
+std::string_view needs_frequency_table(const PassiveDesk& desk) {
+    return unless(desk.results.frequency_count > 0 && desk.results.has_immittance, no_analysis_results);
+}
+
+std::string_view needs_time_results(const PassiveDesk& desk) {
+    return unless(desk.results.time_count > 0, no_analysis_results);
+}
+
+std::string_view needs_phase(const PassiveDesk& desk) {
+    return unless(has_phase_line(desk.results), "No analysis data");
+}
+
+std::string_view cannot_analyse_frequency(const PassiveDesk& desk) {
+    const Circuit& circuit = desk.filter.circuit;
+    if (circuit.kind == CircuitKind::wave_digital) return message_of(ChainVerdict::wave_digital);
+    return unless(circuit.klast >= 2, message_of(ChainVerdict::no_circuit));
+}
+
+std::string_view cannot_analyse_time(const PassiveDesk& desk) {
+    const PassiveFilter& filter = desk.filter;
+    if (filter.circuit.kind == CircuitKind::wave_digital) return "Time domain analysis to be done in digital segment";
+    if (filter.circuit.kind == CircuitKind::microwave) return "Microwave filter, time domain analysis not possible";
+    return unless(filter.designed, message_of(TimeVerdict::no_modes));
+}
+
+std::string_view cannot_stop_macro(const PassiveDesk& desk) {
+    return unless(desk.state.recording, "No macro file to close");
+}
+
+std::string_view cannot_save_circuit(const PassiveDesk& desk) {
+    return unless(!circuit_keeping.is_empty(desk.filter), data_unavailable);
+}
+
+}  // namespace kavrel

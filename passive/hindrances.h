@@ -1,0 +1,20 @@
+// Why commands of the passive Segment cannot act on what there is, in the words of their refusals; blank when they can.
+// The commands refuse by them, and what shows the menu.
+#pragma once
+
+#include "passive/passive_desk.h"
+
+namespace kavrel {
+
+[[nodiscard]] std::string_view needs_circuit(const PassiveDesk& desk);
+[[nodiscard]] std::string_view needs_design(const PassiveDesk& desk);
+[[nodiscard]] std::string_view needs_frequency_results(const PassiveDesk& desk);
+[[nodiscard]] std::string_view needs_frequency_table(const PassiveDesk& desk);
+[[nodiscard]] std::string_view needs_time_results(const PassiveDesk& desk);
+[[nodiscard]] std::string_view needs_phase(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_analyse_frequency(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_analyse_time(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_stop_macro(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_save_circuit(const PassiveDesk& desk);
+
+}  // namespace kavrel

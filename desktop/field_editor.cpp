@@ -28,7 +28,7 @@ namespace kavrel {
 
 namespace {
 
-constexpr int entry_width = 112;  // of number boxes, so that those of a form line up
+constexpr int entry_width = 100;  // of number boxes, so that those of a form line up
 
 QString choice_label(const FormSheet& sheet, const Choice& choice) { return qt_text(trim(sheet.choice_label(choice))); }
 

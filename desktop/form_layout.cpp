@@ -52,7 +52,7 @@ public:
             rows_->addWidget(editor.widget(), row, 1);
             if (sheet_.is_scaled(editor.field_number())) {
                 placed.echo = new QLabel(rows_->parentWidget());
-                placed.echo->setMinimumWidth(placed.echo->fontMetrics().horizontalAdvance("= 88.8888 MHz"));
+                placed.echo->setMinimumWidth(placed.echo->fontMetrics().horizontalAdvance("= 88.888 MHz"));
                 rows_->addWidget(placed.echo, row, 2);
             }
         } else {

@@ -13,7 +13,6 @@ namespace kavrel {
 
 namespace {
 
-
 // Whether single precision holds all rows.
 [[nodiscard]] bool fits_results(const Performance& performance);
 void report_points_lost(Reporter& reporter, int lost, int asked);

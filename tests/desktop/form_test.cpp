@@ -7,6 +7,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <algorithm>
@@ -374,6 +376,30 @@ TEST_F(Forms, EveryRefusalStandsInTheFormAndTurnsToItsField) {
         }
     }
     EXPECT_GT(refusals, 100);
+}
+
+TEST_F(Forms, ThereIsRoomForAllFieldsAndForWhatTheyAreInPlainUnits) {
+    bench().session.units.frequency_index = 2;
+    settle_units(bench().session.units);
+    for (const Form* form : all_forms()) {
+        open(*form);
+        const auto* area = dialog->findChild<QScrollArea*>();
+        const QSize room = most_of_screen(*dialog) - (dialog->size() - area->viewport()->size());
+        const QSize wanted = area->widget()->minimumSizeHint();
+        const bool wide = wanted.width() > room.width(), high = wanted.height() > room.height();
+        EXPECT_EQ(area->horizontalScrollBar()->maximum() > 0, wide) << form->name;
+        EXPECT_TRUE(high || wide || area->verticalScrollBar()->maximum() == 0) << form->name;
+        EXPECT_LE(dialog->sizeHint().width(), 1280 - 16) << form->name << " on a small screen";
+        EXPECT_LE(dialog->sizeHint().height(), 720 - 48) << form->name;
+    }
+    open(DESIGN_FILTER_DLG);
+    type_over(*find("upper_passband"), "1k");
+    EXPECT_EQ(find<QLabel>("upper_passband.echo")->text(), "= 1 MHz");
+    type_over(*find("upper_passband"), "47 nF");
+    EXPECT_EQ(find("upper_passband")->toolTip(), "'47 nF' is no frequency");
+    type_over(*find("upper_passband"), "1 kHz");
+    EXPECT_EQ(bench().filter_request.upper_passband, 1.0) << "a unit rules over the field's";
+    EXPECT_EQ(find<QLabel>("upper_passband.echo")->text(), "= 1 kHz");
 }
 
 TEST_F(Forms, ARefusedFormStaysWithWhatWasEntered) {

@@ -1,9 +1,11 @@
 #include "shell/units.h"
 
 #include <cmath>
+#include <random>
 
 #include <gtest/gtest.h>
 
+#include "shell/number_text.h"
 #include "shell/settings.h"
 #include "tests/support/scratch_folder.h"
 
@@ -151,6 +153,60 @@ TEST(Settings, DamageChangesNothing) {
         EXPECT_EQ(units, before) << text;
     }
     EXPECT_FALSE(write_settings("/nonexistent/q_qxz", units));
+}
+
+struct QuantityCase {
+    const char* text;
+    double value;  // in KHz, mH, nF and sec
+    Unit unit;
+};
+
+TEST(Quantities, AreReadInTheUsersUnit) {
+    UnitSet units{.frequency_index = 2, .inductor_index = 2, .capacitor_index = 4};
+    settle_units(units);
+    const QuantityCase cases[] = {{"1 kHz", 1, Unit::frequency},
+                                  {"2.5MHz", 2500, Unit::frequency},
+                                  {"1 mHz", 1e-6, Unit::frequency},
+                                  {"1.5e3 Hz", 1.5, Unit::frequency},
+                                  {"47 nF", 47, Unit::capacitor},
+                                  {"47n", 47e-9, Unit::none},
+                                  {"0.1 \u00b5F", 100, Unit::capacitor},
+                                  {"10F", 1e10, Unit::capacitor},
+                                  {"10f", 1e-14, Unit::none},
+                                  {"33 uH", 0.033, Unit::inductor},
+                                  {"600 ohm", 600, Unit::resistance},
+                                  {"4.7k\u03a9", 4700, Unit::resistance},
+                                  {"60 dB", 60, Unit::decibel},
+                                  {"5 ms", 0.005, Unit::time},
+                                  {"3 sec", 3, Unit::time},
+                                  {"100 k", 1e5, Unit::none},
+                                  {"2 rad/s", 2, Unit::radians},
+                                  {"-1 KHz", -1, Unit::frequency}};
+    for (const auto& [text, value, unit] : cases) {
+        const auto found = parse_quantity(text, units);
+        ASSERT_TRUE(found) << text;
+        EXPECT_EQ(found->value, value) << text;
+        EXPECT_EQ(found->unit, unit) << text;
+    }
+    for (const char* wrong :
+         {"", "Hz", "kHz", "1 khz", "1 Hertz", "1 kkHz", "1 k Hz z", "1 HZ", "ohm 5", "1 2 Hz", "nan Hz"})
+        EXPECT_FALSE(parse_quantity(wrong, units)) << wrong;
+    EXPECT_EQ(unknown_unit("1 khz"), "khz");
+    EXPECT_EQ(unknown_unit("fast"), "");
+}
+
+TEST(Quantities, AreWrittenAsTheyMayBeTyped) {
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> exponent(-14, 12);
+    for (int i = 0; i < 2000; ++i) {
+        const double value = std::pow(10.0, exponent(random));
+        const auto back = parse_quantity(quantity_text(value, Unit::frequency), {});
+        ASSERT_TRUE(back) << quantity_text(value, Unit::frequency);
+        EXPECT_NEAR(back->value, value, 1e-4 * value);
+    }
+    EXPECT_EQ(quantity_text(1e6, Unit::frequency), "1 MHz");
+    EXPECT_EQ(quantity_text(4.7e-8, Unit::capacitor), "47 nF");
+    EXPECT_EQ(quantity_text(999.999, Unit::resistance), "1000 ohm");
 }
 
 }  // namespace

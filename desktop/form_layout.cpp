@@ -24,7 +24,11 @@ constexpr int block_gap = 8;
 class Blocks {
 public:
     Blocks(const FormSheet& sheet, Mnemonics& mnemonics, QWidget& parent)
-        : sheet_(sheet), mnemonics_(mnemonics), parent_(parent) {}
+        : sheet_(sheet), mnemonics_(mnemonics), parent_(parent) {
+        for (std::size_t i = 0; i < sheet.size(); ++i) {
+            if (sheet.is_scaled(i)) echo_width_ = parent.fontMetrics().horizontalAdvance("= 88.888 MHz");
+        }
+    }
 
     void add_heading(std::size_t i) {
         auto* box = new QGroupBox(with_mnemonic(qt_text(sheet_.label(i)), {}), &parent_);
@@ -52,7 +56,6 @@ public:
             rows_->addWidget(editor.widget(), row, 1);
             if (sheet_.is_scaled(editor.field_number())) {
                 placed.echo = new QLabel(rows_->parentWidget());
-                placed.echo->setMinimumWidth(placed.echo->fontMetrics().horizontalAdvance("= 88.888 MHz"));
                 rows_->addWidget(placed.echo, row, 2);
             }
         } else {
@@ -70,12 +73,14 @@ private:
         rows_->setVerticalSpacing(5);
         rows_->setHorizontalSpacing(12);
         rows_->setColumnStretch(0, 1);
+        if (echo_width_ > 0) rows_->setColumnMinimumWidth(2, echo_width_);  // in all blocks, so that entries line up
         widgets_.push_back(block);
     }
 
     const FormSheet& sheet_;
     Mnemonics& mnemonics_;
     QWidget& parent_;
+    int echo_width_ = 0;           // that a number in plain units takes
     QGridLayout* rows_ = nullptr;  // of the block that further fields go to
     std::vector<QWidget*> widgets_;
 };

@@ -21,7 +21,7 @@ constexpr std::size_t most_hits = 200;
 constexpr int page_role = Qt::UserRole;
 constexpr int line_role = Qt::UserRole + 1;
 constexpr int list_width = 230;
-constexpr int underscore_room = 3;  // pixels under a line of code, where the paper of the next one would cover them
+constexpr int underscore_room = 3;  // pixels between lines of code, whose paper would cover underscores
 
 void dress_page(QTextDocument& page, const QPalette& colours);
 QAction* add_button(QToolBar& bar, const QString& text, const QString& tip);
@@ -286,7 +286,8 @@ void dress_block(const QTextBlock& block, const QColor& paper) {
     if (is_code) {
         format.setBackground(paper);
         format.setLeftMargin(12);
-        format.setLineHeight(underscore_room, QTextBlockFormat::LineDistanceHeight);
+        const int height = QFontMetrics(block.document()->defaultFont()).lineSpacing() + underscore_room;
+        format.setLineHeight(height, QTextBlockFormat::MinimumHeight);
     } else if (format.headingLevel() == 0 && block.textList() == nullptr &&
                !block.text().contains(QChar::ObjectReplacementCharacter)) {  // no share of a picture's height
         format.setLineHeight(112, QTextBlockFormat::ProportionalHeight);

@@ -2,8 +2,10 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextBrowser>
+#include <algorithm>
 #include <fstream>
 
 #include "desktop/help_viewer.h"
@@ -69,6 +71,30 @@ TEST(Help, OpensFromMenuFormAndKey) {
     press(*menu, Qt::Key_F1);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
     EXPECT_EQ(run.window.help().shown_page(), "units_and_files");
+}
+
+TEST(Help, UnderscoresOfCodeAreSeen) {
+    for (int points = 7; points <= 16; ++points) {
+        DesktopRun run;
+        QTextBrowser& browser = run.window.help().browser();
+        QFont font = browser.font();
+        font.setPointSize(points);
+        browser.setFont(font);
+        run.window.help().show_place({.page = "console", .heading = {}});
+        ASSERT_TRUE(wait_for(run.window.help()));
+        QTextCursor at = browser.document()->find("set filter_length 61");
+        ASSERT_FALSE(at.isNull());
+        at.setPosition(at.selectionStart() + 10);  // before the underscore
+        browser.setTextCursor(at);
+        browser.verticalScrollBar()->setValue(browser.verticalScrollBar()->value() + 100);  // not at the edge
+        const QRect cursor = browser.cursorRect(at);
+        const QImage page = browser.viewport()->grab().toImage();
+        // Below the letters' feet there is nothing but the underscore.
+        int darkest = 255;
+        for (int y = cursor.top() + cursor.height() * 3 / 4; y <= cursor.bottom(); ++y)
+            darkest = std::min(darkest, page.pixelColor(cursor.left() + 4, y).lightness());
+        EXPECT_LT(darkest, 200) << points;
+    }
 }
 
 TEST(Help, SearchListsLinesAndOpensTheirPage) {

@@ -186,7 +186,11 @@ Terminal::FieldStep Terminal::ask_rows(FormSheet& sheet, std::size_t i) {
             sheet.clear_rows(i);
         } else {
             const auto words = words_of_free_format(*typed);
-            const std::string wrong = sheet.append_typed_row(i, std::vector<std::string>(words.begin(), words.end()));
+            const std::vector<std::string> cells(words.begin(), words.end());
+            const bool is_row =
+                std::ranges::all_of(cells, [](const auto& cell) { return parse_quantity(cell, {}).has_value(); });
+            const std::string wrong =
+                is_row ? sheet.append_typed_row(i, cells) : fmt::format("'{}' is no row of numbers", *typed);
             if (!wrong.empty()) transcript().screen << "  " << wrong << '\n';
         }
     }

@@ -113,7 +113,7 @@ void plot_time(PassiveDesk& desk) { plot_time(desk, desk.command.time_plot, pass
 
 void phase_nonlinearity(PassiveDesk& desk) {
     PhaseLine line;
-    if (!fit_phase_line(desk.results, line)) return refuse(desk, needs_phase(desk));
+    if (!fit_phase_line(desk.results, line)) return refuse(desk, no_analysis_data);
     if (wants_table(desk)) {
         auto lines = phase_line_lines(line, desk.results.radians, desk.results.TITLE.trimmed());
         mark_earlier(desk, desk.results.frequency_of, lines);
@@ -125,7 +125,7 @@ void phase_nonlinearity(PassiveDesk& desk) {
 void print_phase_nonlinearity(PassiveDesk& desk) {
     if (desk.plot.open && desk.plot.print_id == passive_plot::print_nonlinearity) return print_plot_window(desk);
     PhaseLine line;
-    if (!fit_phase_line(desk.results, line)) return refuse(desk, needs_phase(desk));
+    if (!fit_phase_line(desk.results, line)) return refuse(desk, no_analysis_data);
     plot_phase_line(desk, line);
 }
 

@@ -34,9 +34,7 @@ std::string_view needs_time_results(const PassiveDesk& desk) {
     return unless(desk.results.time_count > 0, no_analysis_results);
 }
 
-std::string_view needs_phase(const PassiveDesk& desk) {
-    return unless(has_phase_line(desk.results), "No analysis data");
-}
+std::string_view needs_phase(const PassiveDesk& desk) { return unless(has_phase_line(desk.results), no_analysis_data); }
 
 std::string_view cannot_analyse_frequency(const PassiveDesk& desk) {
     const Circuit& circuit = desk.filter.circuit;

@@ -6,6 +6,8 @@
 
 namespace kavrel {
 
+inline constexpr std::string_view no_analysis_data = "No analysis data";
+
 [[nodiscard]] std::string_view needs_circuit(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_design(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_frequency_results(const PassiveDesk& desk);

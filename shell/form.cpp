@@ -26,6 +26,7 @@ namespace {
 
 using Entry = FormSheet::Typed;
 
+Entry number_entry(std::string_view typed, Unit unit, const UnitSet& units);
 Entry real_entry(std::string_view typed, Unit unit, const UnitSet& units);
 std::string_view kind_of_number(Unit unit);
 Entry integer_entry(const Field& field, std::string_view typed);
@@ -207,7 +208,7 @@ FormSheet::Typed FormSheet::cell(std::size_t i, int column, std::string_view typ
     const Column head =
         column <= static_cast<int>(columns.size()) ? columns[static_cast<std::size_t>(column) - 1] : Column{};
     if (head.blank == Blank::zero && trim(typed).empty()) return {};
-    return real_entry(typed, column_unit(head), units_);
+    return number_entry(typed, column_unit(head), units_);
 }
 
 void FormSheet::clear_rows(std::size_t i) {
@@ -306,7 +307,7 @@ int find_field(const FormSheet& sheet, std::string_view name_or_label) {
 
 namespace {
 
-Entry real_entry(std::string_view typed, Unit unit, const UnitSet& units) {
+Entry number_entry(std::string_view typed, Unit unit, const UnitSet& units) {
     const auto number = parse_quantity(typed, units);
     if (!number) {
         const std::string_view rest = unknown_unit(typed);
@@ -315,8 +316,13 @@ Entry real_entry(std::string_view typed, Unit unit, const UnitSet& units) {
     }
     if (number->unit != Unit::none && number->unit != unit)
         return {.wrong = fmt::format("'{}' is no {}", typed, kind_of_number(unit))};
-    if (is_in_range(number->value)) return {number->value};
-    return {.wrong = fmt::format("{} is out of range", typed)};
+    return {number->value};
+}
+
+Entry real_entry(std::string_view typed, Unit unit, const UnitSet& units) {
+    Entry entry = number_entry(typed, unit, units);
+    if (entry.wrong.empty() && !is_in_range(entry.value)) entry.wrong = fmt::format("{} is out of range", typed);
+    return entry;
 }
 
 std::string_view kind_of_number(Unit unit) {

@@ -5,6 +5,7 @@
 
 #include "circuit/branch_kinds.h"
 #include "passive/command_tools.h"
+#include "passive/hindrances.h"
 
 namespace kavrel {
 
@@ -14,7 +15,6 @@ constexpr std::string_view zero_value = "Zero value not permitted";
 constexpr std::string_view no_unit_element = "Not microwave, no unit element";
 constexpr std::string_view no_equalizer = "Microwave, equalizer section may not be added";
 constexpr std::string_view no_source = "Missing or inappropriate branch";
-constexpr std::string_view no_such_branch = "Incorrect branch selected";
 constexpr std::string_view no_change = "Branch may not be changed";
 constexpr std::string_view values_out_of_range = "Values of the circuit are out of range";
 

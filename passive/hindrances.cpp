@@ -13,7 +13,17 @@ namespace {
 
 std::string_view unless(bool can, std::string_view why) { return can ? std::string_view{} : why; }
 
+bool has_branches(const PassiveDesk& desk) { return desk.filter.circuit.klast > 0; }
+
 }  // namespace
+
+std::string_view cannot_delete(const PassiveDesk& desk) {
+    return unless(has_branches(desk), message_of(CircuitVerdict::no_branch));
+}
+
+std::string_view cannot_change(const PassiveDesk& desk) { return unless(has_branches(desk), no_such_branch); }
+
+std::string_view cannot_find_resonance(const PassiveDesk& desk) { return unless(has_branches(desk), no_resonance); }
 
 std::string_view needs_circuit(const PassiveDesk& desk) {
     ElementStatistics statistics;

@@ -8,6 +8,12 @@ namespace kavrel {
 
 inline constexpr std::string_view no_analysis_data = "No analysis data";
 
+inline constexpr std::string_view no_such_branch = "Incorrect branch selected";
+inline constexpr std::string_view no_resonance = "Incorrect branch(es) specified";
+
+[[nodiscard]] std::string_view cannot_delete(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_change(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_find_resonance(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_circuit(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_design(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_frequency_results(const PassiveDesk& desk);

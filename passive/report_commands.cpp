@@ -15,8 +15,6 @@ namespace kavrel {
 
 namespace {
 
-constexpr std::string_view no_resonance = "Incorrect branch(es) specified";
-
 std::vector<double> resonances_of(const Circuit& circuit, int k);
 std::vector<double> resonances_of(const Circuit& circuit, int k1, int k2);
 

@@ -10,7 +10,7 @@ namespace kavrel {
 
 namespace {
 
-void hand_over(Workbench& bench, const DesignedFilter& filter);
+void hand_over(Workbench& bench, std::string_view title);
 
 }  // namespace
 
@@ -20,18 +20,10 @@ void ladder_road(Workbench& bench, std::string_view title) {
     bench.session.TITLE = title;
     bench.session.entry(SegmentId::ladder) = ladder_entry::designed;
     enter_segment(bench, SegmentId::ladder);
-    if (bench.ladder.outcome == SynthesisOutcome::done) {
-        bench.session.TITLE = former_title;
-        PassiveDesk desk = passive_desk(bench);
-        keep_former(kept(desk));
-        bench.session.TITLE = title;
-        bench.filter = bench.drafted;
-        hand_over(bench, bench.filter);
-        return;
-    }
+    bench.session.TITLE = former_title;
+    if (bench.ladder.outcome == SynthesisOutcome::done) return hand_over(bench, title);
     enter_segment(bench, came_from);
     if (bench.ladder.outcome == SynthesisOutcome::unbuilt) not_implemented(bench);
-    bench.session.TITLE = former_title;
     if (bench.ladder.outcome == SynthesisOutcome::failed) {
         discontinue(bench);
     } else {
@@ -41,11 +33,16 @@ void ladder_road(Workbench& bench, std::string_view title) {
 
 namespace {
 
-void hand_over(Workbench& bench, const DesignedFilter& filter) {
-    const FilterDesign& design = filter.design;
+// An undo leads back to the circuit of before.
+void hand_over(Workbench& bench, std::string_view title) {
+    PassiveDesk desk = passive_desk(bench);
+    keep_former(kept(desk));
+    bench.session.TITLE = title;
+    bench.filter = bench.drafted;
+    const FilterDesign& design = bench.filter.design;
     bench.passive = {.circuit = bench.ladder.circuit,
                      .designed = true,
-                     .spec = filter.found,
+                     .spec = bench.filter.found,
                      .transfer = design.transfer,
                      .background = {.request = design.request,
                                     .notes = design.notes,

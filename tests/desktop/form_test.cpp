@@ -402,19 +402,6 @@ TEST_F(Forms, ThereIsRoomForAllFieldsAndForWhatTheyAreInPlainUnits) {
     EXPECT_EQ(find<QLabel>("upper_passband.echo")->text(), "= 1 kHz");
 }
 
-TEST_F(Forms, ARefusedFormStaysWithWhatWasEntered) {
-    hands.then([&](QDialog& form) {
-        type_over(*form.findChild<QLineEdit*>("upper_passband"), "2.5k");
-        press(form, Qt::Key_Return);
-        EXPECT_EQ(form.findChild<QLineEdit*>("upper_passband")->text(), "2.5k");
-        EXPECT_EQ(form.findChild<QLabel*>("refusal")->text(), "Stopband not specified or incorrect");
-        press(form, Qt::Key_Escape);
-    });
-    program->send(166);
-    EXPECT_TRUE(hands.are_done());
-    EXPECT_EQ(bench().filter_request.upper_passband, 0.0) << "cancelled";
-}
-
 // A command that fails: its item, what is entered, what the form says when it comes back, and at which field.
 struct Failing {
     int item;

@@ -1,6 +1,6 @@
 #include "desktop/check_badge.h"
 
-#include <QEvent>
+#include <QApplication>
 
 #include "desktop/palettes.h"
 #include "desktop/text.h"
@@ -22,11 +22,6 @@ void CheckBadge::show_check(const RequestCheck& check) {
 
 void CheckBadge::show_nothing() { show_state(State::unknown, QStringLiteral("\u2026")); }
 
-void CheckBadge::changeEvent(QEvent* event) {
-    QPushButton::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange) colour();
-}
-
 void CheckBadge::show_state(State state, const QString& text) {
     state_ = state;
     setText(text);
@@ -34,7 +29,7 @@ void CheckBadge::show_state(State state, const QString& text) {
 }
 
 void CheckBadge::colour() {
-    const QPalette colours = parentWidget() != nullptr ? parentWidget()->palette() : palette();
+    const QPalette colours = QApplication::palette();
     const bool known = state_ != State::unknown;
     const bool met = state_ == State::met;
     const QColor paper = !known ? colours.color(QPalette::Midlight) : met ? good_paper(colours) : alarm_paper(colours);

@@ -16,14 +16,12 @@ public:
     void show_check(const RequestCheck& check);
     // While the list is not there yet: grey.
     void show_nothing();
-
-protected:
-    void changeEvent(QEvent* event) override;
+    // In those of the program, once they have changed.
+    void colour();
 
 private:
     enum class State { unknown, met, missed };
     void show_state(State state, const QString& text);
-    void colour();
 
     State state_ = State::unknown;
 };

@@ -29,6 +29,9 @@ public:
     // What is wrong with the entry, or blank: such a form cannot be left with OK.
     [[nodiscard]] virtual QString wrong() const { return {}; }
 
+    // Gives the focus to the entry that is wrong, where the field has several.
+    virtual void go_to_wrong() { focus_widget()->setFocus(Qt::TabFocusReason); }
+
     // What the value is in plain units, where that is not what is shown.
     [[nodiscard]] QString echo() const;
 

@@ -68,7 +68,7 @@ FormDialog::FormDialog(FormSheet& sheet, WindowSettings& settings, QWidget* pare
     std::vector<FieldEditor*> editors;
     for (std::size_t i = 0; i < sheet.size(); ++i) {
         editors.push_back(make_field_editor(sheet, i, body));
-        if (editors.back() != nullptr) connect(editors.back(), &FieldEditor::changed, this, &FormDialog::refresh);
+        if (editors.back() != nullptr) connect(editors.back(), &FieldEditor::changed, this, &FormDialog::take_change);
     }
     buttons_->addButton(tr("&OK"), QDialogButtonBox::AcceptRole)->setDefault(true);
     buttons_->addButton(tr("&Cancel"), QDialogButtonBox::RejectRole)->setAutoDefault(false);
@@ -121,6 +121,7 @@ void FormDialog::accept() {
 
 void FormDialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
+    setAttribute(Qt::WA_KeyboardFocusChange);  // a radio shows that it has the focus, before the first Tab, too
     activateWindow();
 }
 
@@ -134,12 +135,22 @@ void FormDialog::fit_screen() {
     resize(wanted.boundedTo(most));
 }
 
+// What the form says of an entry goes as soon as the entry is mended.
+void FormDialog::take_change() {
+    refresh();
+    const PlacedField* wrong = wrong_entry();
+    if (!refusal_->text().isEmpty()) show_refusal(wrong == nullptr ? QString() : wrong->editor->wrong());
+}
+
 void FormDialog::refresh() {
     if (refreshing_) return;
     refreshing_ = true;
     for (const PlacedField& field : fields_) {
         field.editor->refresh();
-        if (field.echo != nullptr) field.echo->setText(field.editor->is_on() ? field.editor->echo() : QString());
+        if (field.echo != nullptr) {
+            const bool holds = field.editor->is_on() && field.editor->wrong().isEmpty();
+            field.echo->setText(holds ? field.editor->echo() : QString());
+        }
         if (field.label == nullptr) continue;
         field.label->setText(with_mnemonic(field.editor->label(), field.key));
         field.label->setEnabled(field.editor->is_on());
@@ -187,20 +198,23 @@ void FormDialog::focus_field(std::string_view name) {
     if (wanted != nullptr) wanted->editor->focus_widget()->setFocus(Qt::TabFocusReason);
 }
 
+const PlacedField* FormDialog::wrong_entry() const {
+    const auto found = std::ranges::find_if(
+        fields_, [](const PlacedField& field) { return field.editor->is_on() && !field.editor->wrong().isEmpty(); });
+    return found == fields_.end() ? nullptr : &*found;
+}
+
 bool FormDialog::show_wrong_entry() {
-    for (const PlacedField& field : fields_) {
-        const QString wrong = field.editor->wrong();
-        if (wrong.isEmpty() || !field.editor->is_on()) continue;
-        show_refusal(wrong);
-        field.editor->focus_widget()->setFocus();
-        return true;
-    }
-    return false;
+    const PlacedField* wrong = wrong_entry();
+    if (wrong == nullptr) return false;
+    show_refusal(wrong->editor->wrong());
+    wrong->editor->go_to_wrong();  // all of it marked: what is typed replaces it
+    return true;
 }
 
 void FormDialog::show_refusal(const QString& text) {
-    refusal_->setText(text);
-    refusal_->setToolTip(text);
+    refusal_->setText(text.simplified());  // a box's lines go on in one
+    refusal_->setToolTip(refusal_->text());
 }
 
 }  // namespace kavrel

@@ -33,6 +33,7 @@ protected:
 
 private:
     void fit_screen();
+    void take_change();
     void refresh();
     // Where the tab key stops: the part of the form that a stop stands for, and what of it takes the focus.
     struct Stop {
@@ -41,7 +42,9 @@ private:
     };
     [[nodiscard]] std::vector<Stop> stops() const;
     void focus_field(std::string_view name);
-    // Whether a field that is on has an entry that cannot be taken; it gets the focus, and the form says why.
+    // The first field that is on and has an entry that cannot be taken; null if there is none.
+    [[nodiscard]] const PlacedField* wrong_entry() const;
+    // Whether there is one; it gets the focus, and the form says why.
     [[nodiscard]] bool show_wrong_entry();
     void show_refusal(const QString& text);
 

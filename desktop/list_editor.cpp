@@ -73,6 +73,14 @@ QList<QWidget*> ListEditor::further_stops() const {
     return stops;
 }
 
+void ListEditor::go_to_wrong() {
+    if (const auto contents = table_->contents(); contents.wrong_cell) {
+        const auto [row, column] = *contents.wrong_cell;
+        table_->setCurrentCell(row, column);
+    }
+    table_->setFocus(Qt::TabFocusReason);
+}
+
 void ListEditor::refresh() {
     box_->setTitle(with_mnemonic(label(), key_));
     box_->setEnabled(is_on());
@@ -94,6 +102,7 @@ void ListEditor::take_rows() {
         const QString wrong = qt_text(sheet_.cell(field_, column + 1, typed).wrong);
         show_message(place + ": " + (typed.empty() ? tr("a number is missing") : wrong));
         wrong_ = message_->text();
+        emit changed();
         return;
     }
     show_message({});

@@ -25,6 +25,7 @@ public:
     [[nodiscard]] QList<QWidget*> further_stops() const override;
     void refresh() override;
     [[nodiscard]] QString wrong() const override { return wrong_; }
+    void go_to_wrong() override;
     [[nodiscard]] bool wants_label() const override { return false; }
     void set_mnemonic(QChar key) override { key_ = key; }
 

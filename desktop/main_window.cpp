@@ -224,15 +224,16 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     // Why an item is grey.
     if (event->type() == QEvent::ToolTip) {
         const auto* help = static_cast<QHelpEvent*>(event);
-        const auto* menu = qobject_cast<QMenu*>(watched);
-        const QAction* action = menu == nullptr ? nullptr : menu->actionAt(help->pos());
+        auto* menu = qobject_cast<QMenu*>(watched);
+        QAction* action = menu == nullptr ? nullptr : menu->actionAt(help->pos());
         if (action != nullptr && !action->isEnabled()) {
-            QToolTip::showText(help->globalPos(), action->toolTip(), qobject_cast<QWidget*>(watched));
+            QToolTip::showText(help->globalPos(), action->toolTip(), menu, menu->actionGeometry(action));
             return true;
         }
     }
     if (event->type() == QEvent::PaletteChange && watched == this) {
         set_toolbar(buttons_);
+        badge_->colour();
     }
     return QMainWindow::eventFilter(watched, event);
 }

@@ -17,19 +17,20 @@ namespace kavrel {
     return QFontMetrics(type).horizontalAdvance(window.windowTitle()) + icon_and_buttons;
 }
 
-// The most that its screen has room for, within the frame of any window manager.
-[[nodiscard]] inline QSize most_of_screen(const QWidget& window) {
-    constexpr QSize frame(16, 48);
-    return window.screen()->availableSize() - frame;
+// The most room that its screen has for it, within the frame of any window manager.
+[[nodiscard]] inline QRect room_of_screen(const QWidget& window) {
+    return window.screen()->availableGeometry().adjusted(8, 40, -8, -8);
 }
+[[nodiscard]] inline QSize most_of_screen(const QWidget& window) { return room_of_screen(window).size(); }
 
-// Makes a window no larger than its screen has room for, and brings it there whole.
+// Makes a window no larger than its screen has room for, and brings it there whole. One that fits stays: where its
+// frame is, which it has only when it is shown, is not asked.
 inline void fit_to_screen(QWidget& window) {
-    const QRect room = window.screen()->availableGeometry();
-    window.resize(window.size().boundedTo(most_of_screen(window)));
-    const QPoint last = room.bottomRight() - QPoint(window.width(), window.height()) - QPoint(16, 48);
-    const QPoint at = window.pos();
-    window.move(std::max(room.left(), std::min(at.x(), last.x())), std::max(room.top(), std::min(at.y(), last.y())));
+    const QRect room = room_of_screen(window);
+    QRect place(window.geometry().topLeft(), window.size().boundedTo(room.size()));
+    place.moveTo(std::max(room.left(), std::min(place.left(), room.right() + 1 - place.width())),
+                 std::max(room.top(), std::min(place.top(), room.bottom() + 1 - place.height())));
+    if (place != window.geometry()) window.setGeometry(place);
 }
 
 }  // namespace kavrel

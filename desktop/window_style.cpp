@@ -28,7 +28,11 @@ WindowStyle::WindowStyle() : QProxyStyle(QStyleFactory::create("Fusion")) {}
 
 int WindowStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                            QStyleHintReturn* data) const {
-    return hint == SH_DialogButtonBox_ButtonsHaveIcons ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+    switch (hint) {
+        case SH_DialogButtonBox_ButtonsHaveIcons: return 0;
+        case SH_Menu_AllowActiveAndDisabled: return 1;  // the arrow keys stop at grey items, too: the hint says why
+        default: return QProxyStyle::styleHint(hint, option, widget, data);
+    }
 }
 
 void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
@@ -46,6 +50,16 @@ void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionC
                                      const QWidget* widget) const {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
     if (control == CC_SpinBox || control == CC_ComboBox) draw_outline(*option, *painter, false);
+}
+
+// A grey item that the arrow keys are at has a frame.
+void WindowStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                              const QWidget* widget) const {
+    QProxyStyle::drawControl(element, option, painter, widget);
+    const QStyle::State here = option->state & (State_Selected | State_Enabled);
+    if (element != CE_MenuItem || here != State_Selected) return;
+    painter->setPen(option->palette.color(QPalette::Active, QPalette::Highlight));
+    painter->drawRect(option->rect.adjusted(1, 0, -2, -1));
 }
 
 }  // namespace kavrel

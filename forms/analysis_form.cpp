@@ -52,7 +52,7 @@ constexpr Choice structures[] = {{"Cascade", AnalysisStructure::cascade},
                                  {"Leapfrog", AnalysisStructure::leapfrog}};
 constexpr Choice forms[] = {{"Roots", AnalysisForm::roots}, {"Factors", AnalysisForm::factors}};
 
-constexpr Column root_columns[] = {{"Real Part", Unit::none, Blank::zero}, {"Imaginary Part"}};
+constexpr Column root_columns[] = {{"Real Part", Unit::hertz, Blank::zero}, {"Imaginary Part", Unit::hertz}};
 constexpr Column factor_columns[] = {{"Quadratic"}, {"Linear"}, {"Constant"}};
 constexpr Column feedback_columns[] = {{"Coefficients"}};
 

@@ -308,13 +308,14 @@ int find_field(const FormSheet& sheet, std::string_view name_or_label) {
 namespace {
 
 Entry number_entry(std::string_view typed, Unit unit, const UnitSet& units) {
-    const auto number = parse_quantity(typed, units);
+    const bool in_hertz = unit == Unit::hertz;
+    const auto number = parse_quantity(typed, in_hertz ? UnitSet{} : units);
     if (!number) {
         const std::string_view rest = unknown_unit(typed);
         if (rest.size() > 1) return {.wrong = fmt::format("'{}' is no unit", rest)};
         return {.wrong = fmt::format("'{}' is not a number", typed)};
     }
-    if (number->unit != Unit::none && number->unit != unit)
+    if (number->unit != Unit::none && number->unit != (in_hertz ? Unit::frequency : unit))
         return {.wrong = fmt::format("'{}' is no {}", typed, kind_of_number(unit))};
     return {number->value};
 }
@@ -327,7 +328,8 @@ Entry real_entry(std::string_view typed, Unit unit, const UnitSet& units) {
 
 std::string_view kind_of_number(Unit unit) {
     switch (unit) {
-        case Unit::frequency: return "frequency";
+        case Unit::frequency:
+        case Unit::hertz: return "frequency";
         case Unit::time: return "time";
         case Unit::inductor: return "inductance";
         case Unit::capacitor: return "capacitance";

@@ -25,7 +25,8 @@ constexpr std::string_view unit_texts[] = {"  ohm", "  H  ", "  F  ", "  Hz ", "
 
 std::string_view unit_name(Unit unit) {
     switch (unit) {
-        case Unit::frequency: return "Hz";
+        case Unit::frequency:
+        case Unit::hertz: return "Hz";
         case Unit::time: return "s";
         case Unit::inductor: return "H";
         case Unit::capacitor: return "F";

@@ -23,7 +23,7 @@ struct UnitSet {
 };
 
 // What a number is measured in: the first four in the user's unit, the others always in the same one.
-enum class Unit { none, frequency, time, inductor, capacitor, resistance, decibel, radians };
+enum class Unit { none, frequency, time, inductor, capacitor, resistance, decibel, radians, hertz };
 
 // Codes of the quantities that `unit_value_text` knows.
 enum class UnitCode : int { ohm = 0, henry = 1, farad = 2, hertz = 3, second = 4 };

@@ -397,6 +397,7 @@ TEST_F(Forms, ThereIsRoomForAllFieldsAndForWhatTheyAreInPlainUnits) {
     EXPECT_EQ(find<QLabel>("upper_passband.echo")->text(), "= 1 MHz");
     type_over(*find("upper_passband"), "47 nF");
     EXPECT_EQ(find("upper_passband")->toolTip(), "'47 nF' is no frequency");
+    EXPECT_EQ(find<QLabel>("upper_passband.echo")->text(), "") << "of a number alone";
     type_over(*find("upper_passband"), "1 kHz");
     EXPECT_EQ(bench().filter_request.upper_passband, 1.0) << "a unit rules over the field's";
     EXPECT_EQ(find<QLabel>("upper_passband.echo")->text(), "= 1 kHz");

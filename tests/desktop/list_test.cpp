@@ -1,5 +1,6 @@
 // List forms as spreadsheets: paste, insert, delete, read from a file.
 #include <QClipboard>
+#include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
 
@@ -86,7 +87,9 @@ TEST_F(ListForm, AWrongCellIsShownAndKeepsTheFormOpen) {
     dialog->accept();
     EXPECT_TRUE(dialog->isVisible());
     EXPECT_NE(table->item(0, 1)->background().style(), Qt::NoBrush);
+    EXPECT_EQ(table->currentIndex(), table->model()->index(0, 1));
     paste("5", 0, 1);
+    EXPECT_EQ(dialog->findChild<QLabel*>("refusal")->text(), "") << "mended";
     EXPECT_EQ(rows(), (std::vector<double>{1, 5, 2, 3}));
     table->setCurrentCell(2, 1);
     press(*table, Qt::Key_Tab);

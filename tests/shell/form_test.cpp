@@ -29,7 +29,7 @@ void rules(const Request& r, FieldStates& states) {
 std::string_view message(const Request& r) { return r.edge > 0.0 ? "" : "Edge missing"; }
 
 constexpr Choice kinds[] = {{"Low pass", 1}, {"High pass", 2}, {"Band pass", 3}};
-constexpr Column columns[] = {{"Frequency", Unit::frequency}, {"Loss (dB)"}};
+constexpr Column columns[] = {{"Frequency", Unit::frequency}, {"Zero", Unit::hertz}};
 extern const Form points_form;
 constexpr Field fields[] = {
     real<&Request::edge>("edge", "Edge", Unit::frequency),
@@ -122,6 +122,10 @@ TEST_F(Forms, ListsHaveRoomAndWidth) {
     EXPECT_EQ(request.points(3, 2), -3.0);
     sheet.clear_rows(0);
     EXPECT_EQ(sheet.append_row(0, std::array{4.0}), "a row has 2 numbers, not 1");
+    units.frequency_multiplier = 1e3;
+    EXPECT_EQ(sheet.append_typed_row(0, std::array<std::string, 2>{"1 kHz", "1 kHz"}), "");
+    EXPECT_EQ(request.points(1, 2), 1000.0 * request.points(1, 1)) << "in Hz, whatever the user's unit";
+    sheet.clear_rows(0);
     EXPECT_EQ(request.points.rows, 0);
     EXPECT_EQ(request.points(1, 1), 0.0);
 }

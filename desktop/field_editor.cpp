@@ -327,6 +327,7 @@ public:
         connect(box_, &QLineEdit::textEdited, this, [this](const QString& typed) {
             static_cast<void>(enter(utf8_text(typed)));
             shown_ = sheet_.shown(field_);
+            if (shown_ != trim_right(utf8_text(typed))) keep_what_fits();
             emit changed();
         });
     }
@@ -341,6 +342,13 @@ public:
     }
 
 private:
+    // Typing ends where the record does.
+    void keep_what_fits() {
+        const int place = box_->cursorPosition();
+        box_->setText(qt_text(shown_));
+        box_->setCursorPosition(place);
+    }
+
     QLineEdit* box_;
     std::string shown_;
 };

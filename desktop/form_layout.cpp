@@ -26,7 +26,7 @@ public:
     Blocks(const FormSheet& sheet, Mnemonics& mnemonics, QWidget& parent)
         : sheet_(sheet), mnemonics_(mnemonics), parent_(parent) {
         for (std::size_t i = 0; i < sheet.size(); ++i) {
-            if (sheet.is_scaled(i)) echo_width_ = parent.fontMetrics().horizontalAdvance("= 88.888 MHz");
+            if (sheet.may_be_scaled(i)) echo_width_ = parent.fontMetrics().horizontalAdvance("= 88.888 MHz");
         }
     }
 
@@ -54,7 +54,7 @@ public:
             placed.label->setBuddy(editor.focus_widget());
             rows_->addWidget(placed.label, row, 0);
             rows_->addWidget(editor.widget(), row, 1);
-            if (sheet_.is_scaled(editor.field_number())) {
+            if (sheet_.may_be_scaled(editor.field_number())) {
                 placed.echo = new QLabel(rows_->parentWidget());
                 rows_->addWidget(placed.echo, row, 2);
             }

@@ -68,7 +68,11 @@ void display_function(PassiveDesk& desk) {
     report_lines(desk, polynomial_lines(transfer_polynomials(desk.filter.transfer, medium != lumped)));
 }
 
-void change_title(PassiveDesk& desk) { desk.session.TITLE = desk.command.title; }
+// A stored file has the title, too: with another one it is no longer what is shown.
+void change_title(PassiveDesk& desk) {
+    if (desk.session.TITLE != desk.command.title) desk.state.kept.saved = 0;
+    desk.session.TITLE = desk.command.title;
+}
 
 void choose_print(PassiveDesk& desk) {
     if (choose_print_mode(desk.command.printing_to, desk.reporter)) report_done(desk);

@@ -19,7 +19,7 @@ struct KeptState {
     int undoCount = 0;          // the highest one in use
     bool opened = false;        // a filter was opened or recalled: "undo" may lead to one of another file and title
     FixedText<256> stored_for;  // the session's stored file when "sto " was given
-    Fingerprint saved = 0;      // of the filter as it was last saved or read
+    Fingerprint saved = 0;      // of the filter as it was last saved or read; 0 when its title is another since
 };
 
 // How filters of a type are kept.

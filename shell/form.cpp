@@ -155,14 +155,17 @@ std::string FormSheet::enter(std::size_t i, std::string_view typed) {
     return entry.wrong;
 }
 
-bool FormSheet::is_scaled(std::size_t i) const {
-    return field(i).kind == FieldKind::real && unit_multiplier(units_, states_.unit_at(i)) != 1.0;
+bool FormSheet::may_be_scaled(std::size_t i) const {
+    if (field(i).kind != FieldKind::real) return false;
+    const Unit unit = field(i).unit;
+    return unit == Unit::none ? units_.fixed_units == 3 : unit_multiplier(units_, unit) != 1.0;
 }
 
 std::string FormSheet::echo(std::size_t i) const {
-    if (!is_scaled(i) || number(i) == 0.0) return {};
     const Unit unit = states_.unit_at(i);
-    return "= " + quantity_text(number(i) * unit_multiplier(units_, unit), unit);
+    const double multiplier = unit_multiplier(units_, unit);
+    if (!may_be_scaled(i) || multiplier == 1.0 || number(i) == 0.0) return {};
+    return "= " + quantity_text(number(i) * multiplier, unit);
 }
 
 void FormSheet::follow_leader() {

@@ -173,8 +173,9 @@ public:
     // a choice, yes or no, a text. Returns what is wrong with it, or blank; what is wrong changes nothing.
     [[nodiscard]] std::string enter(std::size_t i, std::string_view typed);
 
-    // Whether a number is in a unit of the user's that is no plain one, and what it is in that: "= 1 MHz", or blank.
-    [[nodiscard]] bool is_scaled(std::size_t i) const;
+    // Whether a number may be in a unit of the user's that is no plain one (to a field without one the rules may give
+    // it), and what it is in that: "= 1 MHz", or blank.
+    [[nodiscard]] bool may_be_scaled(std::size_t i) const;
     [[nodiscard]] std::string echo(std::size_t i) const;
 
     [[nodiscard]] ListView list(std::size_t i) const { return field(i).list(record_); }

@@ -379,7 +379,7 @@ TEST_F(Forms, EveryRefusalStandsInTheFormAndTurnsToItsField) {
 }
 
 TEST_F(Forms, ThereIsRoomForAllFieldsAndForWhatTheyAreInPlainUnits) {
-    bench().session.units.frequency_index = 2;
+    bench().session.units.frequency_index = bench().session.units.inductor_index = 2;
     settle_units(bench().session.units);
     for (const Form* form : all_forms()) {
         open(*form);
@@ -401,6 +401,10 @@ TEST_F(Forms, ThereIsRoomForAllFieldsAndForWhatTheyAreInPlainUnits) {
     type_over(*find("upper_passband"), "1 kHz");
     EXPECT_EQ(bench().filter_request.upper_passband, 1.0) << "a unit rules over the field's";
     EXPECT_EQ(find<QLabel>("upper_passband.echo")->text(), "= 1 kHz");
+    open(PASSIVE_INSERT_DLG);
+    find<QComboBox>("element")->setCurrentText("l");
+    type_over(*find("value1"), "5");
+    EXPECT_EQ(find<QLabel>("value1.echo")->text(), "= 5 mH") << "of what the rules make of it";
 }
 
 // A command that fails: its item, what is entered, what the form says when it comes back, and at which field.

@@ -186,6 +186,16 @@ TEST(MainWindow, WhatIsNotSavedIsNotGivenUpUnasked) {
     run.hands.then(cancel);
     run.program->send(524);
     EXPECT_TRUE(run.hands.are_done()) << "it has just been saved";
+    run.hands.then([](QDialog& form) {
+        ScriptHands::set(form, "title", "Another one");
+        form.accept();
+    });
+    run.program->send(340);
+    run.hands.then(
+        unsaved("The circuit of lowpass.qfp is not saved.\nDo you want to go on without saving it?", Qt::Key_N));
+    run.program->send(166);
+    run.hands.then([](QDialog& box) { box.accept(); });
+    run.program->send(329);
     const Circuit saved = run.bench().passive.circuit;
     const std::string title = run.bench().session.TITLE.text();
     run.hands.then([](QDialog& form) {

@@ -357,7 +357,7 @@ class ButtonEditor final : public FieldEditor {
 public:
     ButtonEditor(FormSheet& sheet, std::size_t field, QWidget* parent)
         : FieldEditor(sheet, field, parent), button_(new QPushButton(parent)) {
-        button_->setAutoDefault(false);
+        button_->setAutoDefault(true);  // the return key presses it where it has the focus
         button_->setMinimumWidth(entry_width);  // those below each other line up
         connect(button_, &QPushButton::clicked, this, [this] {
             sheet_.press(field_);

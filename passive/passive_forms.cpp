@@ -119,7 +119,11 @@ constexpr ValueField change_values[] = {
 };
 
 void show_values(R& request, int k, std::span<const ValueField> fields, const UnitSet& units) {
-    if (request.circuit == nullptr || !branchExists(*request.circuit, k)) return;
+    if (request.circuit == nullptr) return;
+    if (!branchExists(*request.circuit, k)) {
+        for (const ValueField& field : fields) field.value(request) = 0;
+        return;
+    }
     const Branch branch = unpackBranch(*request.circuit, k);
     const std::string_view letters = branch_kinds[branch.id].cells;
     const auto values = branch_values(*request.circuit, branch);
@@ -136,9 +140,10 @@ void change_form_opens(R& request, const UnitSet& units) {
 
 void change_rules(const R& request, FieldStates& states) {
     if (request.circuit == nullptr || !branchExists(*request.circuit, request.change.branch)) return;
-    for (const char letter : branch_kinds[unpackBranch(*request.circuit, request.change.branch).id].cells) {
-        states.unit(letter == 'C' ? "second" : "first", unit_of_value(request, letter));
-    }
+    const std::string_view letters = branch_kinds[unpackBranch(*request.circuit, request.change.branch).id].cells;
+    states.off("first", letters.find_first_of("RLZ") == std::string_view::npos);
+    states.off("second", letters.find('C') == std::string_view::npos);
+    for (const char letter : letters) states.unit(letter == 'C' ? "second" : "first", unit_of_value(request, letter));
 }
 
 constexpr Field resonance_fields[] = {

@@ -319,7 +319,8 @@ Entry number_entry(std::string_view typed, Unit unit, const UnitSet& units) {
         return {.wrong = fmt::format("'{}' is not a number", typed)};
     }
     if (number->unit != Unit::none && number->unit != (in_hertz ? Unit::frequency : unit))
-        return {.wrong = fmt::format("'{}' is no {}", typed, kind_of_number(unit))};
+        return {.wrong = unit == Unit::none ? fmt::format("'{}': no unit is taken here", typed)
+                                            : fmt::format("'{}' is no {}", typed, kind_of_number(unit))};
     return {number->value};
 }
 
@@ -341,7 +342,7 @@ std::string_view kind_of_number(Unit unit) {
         case Unit::radians: return "frequency in rad/sec";
         case Unit::none: break;
     }
-    return "number without unit";
+    return {};
 }
 
 Entry integer_entry(const Field& field, std::string_view typed) {

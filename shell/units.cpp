@@ -111,7 +111,7 @@ std::string quantity_text(double value, Unit unit) {
     const bool has_prefix = unit != Unit::decibel && unit != Unit::radians && unit != Unit::none;
     int exponent = 0;
     if (has_prefix) exponent = std::clamp(whole_part(std::floor(std::log10(std::abs(value)) / 3.0 + 1e-9)), -5, 4);
-    std::string number = fmt::format("{:.5g}", value / std::pow(1000.0, exponent));
+    std::string number = fmt::format("{:.7g}", value / std::pow(1000.0, exponent));
     const auto prefix = quantity_prefixes[static_cast<std::size_t>(exponent + 5)];
     return fmt::format("{} {}{}", number, prefix == ' ' ? "" : std::string(1, prefix), unit_name(unit));
 }

@@ -206,7 +206,7 @@ TEST(Quantities, AreWrittenAsTheyMayBeTyped) {
     }
     EXPECT_EQ(quantity_text(1e6, Unit::frequency), "1 MHz");
     EXPECT_EQ(quantity_text(4.7e-8, Unit::capacitor), "47 nF");
-    EXPECT_EQ(quantity_text(999.999, Unit::resistance), "1000 ohm");
+    EXPECT_EQ(quantity_text(999.99999, Unit::resistance), "1000 ohm");
 }
 
 }  // namespace

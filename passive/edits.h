@@ -1,29 +1,19 @@
-// What every command that changes the circuit does: it works on a copy, which takes the place of the circuit only when
-// all went well. So a refused edit leaves no trace.
+// Commands that edit single elements, and those that lead back.
 #pragma once
 
-#include "passive/macro_file.h"
-#include "passive/passive_desk.h"
+#include "passive/edit_step.h"
 
 namespace kavrel {
 
-// Takes over an edited circuit: pushes the former one for undo, marks the filter as no longer the designed one, settles
-// R1 and R2 by the first and the last branch, records the macro step, and shows the circuit from the branch before
-// `changed` on. `changed` is a branch number, 0 for the last one.
-void take_edit(PassiveDesk& desk, const Circuit& edited, int changed, const MacroStep& step);
-
-// Shows the circuit from the branch before `changed` on, unless display is suppressed.
-void show_changed(PassiveDesk& desk, int changed);
-
 // "ins ", and "copy", which is the choice of that name.
-void insert_branch(PassiveDesk& desk);
-void copy_branch(PassiveDesk& desk);
+[[nodiscard]] bool insert_branch(PassiveDesk& desk, EditStep& step);
+[[nodiscard]] bool copy_branch(PassiveDesk& desk, EditStep& step);
 
 // "del "
-void delete_branch(PassiveDesk& desk);
+[[nodiscard]] bool delete_branch(PassiveDesk& desk, EditStep& step);
 
 // "ch  "
-void change_branch(PassiveDesk& desk);
+[[nodiscard]] bool change_branch(PassiveDesk& desk, EditStep& step);
 
 // "undo", "redo", "sto ", "rcl "
 void undo_edit(PassiveDesk& desk);

@@ -146,6 +146,101 @@ void change_rules(const R& request, FieldStates& states) {
     for (const char letter : letters) states.unit(letter == 'C' ? "second" : "first", unit_of_value(request, letter));
 }
 
+// Two branches, or one.
+
+template <auto Member>
+constexpr std::array<Field, 2> two_branches = {{
+    branch_number<Member, &TwoBranches::branch1>("branch1", "Branch number"),
+    branch_number<Member, &TwoBranches::branch2>("branch2", "and branch number"),
+}};
+template <auto Member>
+constexpr std::array<Field, 1> one_branch = {{branch_number<Member>("branch", "Branch number")}};
+
+constexpr Field split_fields[] = {
+    branch_number<&R::split, &SplitRequest::branch>("branch", "Branch number"),
+    real<&R::split, &SplitRequest::value>("value", "Value of the new branch"),
+    branch_number<&R::split, &SplitRequest::match>("match", "or that of branch (0: none)"),
+    flag<&R::split, &SplitRequest::half>("half", "Halves"),
+};
+
+void split_rules(const R& request, FieldStates& states) {
+    states.off("value", request.split.half || request.split.match != 0);
+    states.off("match", request.split.half);
+    if (request.circuit == nullptr || !branchExists(*request.circuit, request.split.branch)) return;
+    const std::string_view letters = branch_kinds[unpackBranch(*request.circuit, request.split.branch).id].cells;
+    if (letters.size() == 1) states.unit("value", unit_of_value(request, letters.front()));
+}
+
+constexpr Choice tee_pi_sides[] = {{"Up", TeePiSide::up}, {"Down", TeePiSide::down}};
+constexpr Field tee_pi_fields[] = {
+    branch_number<&R::tee_pi, &TeePiRequest::branch>("branch", "Branch number"),
+    radio<&R::tee_pi, &TeePiRequest::side>("side", "Side", tee_pi_sides),
+};
+
+// Norton transformations.
+
+constexpr auto norton_branches = std::array<Field, 2>{{
+    branch_number<&R::norton, &NortonRequest::branches, &TwoBranches::branch1>("branch1", "Branch number"),
+    branch_number<&R::norton, &NortonRequest::branches, &TwoBranches::branch2>("branch2", "and branch number"),
+}};
+constexpr auto norton_simple_fields =
+    joined(norton_branches, std::array{real<&R::norton, &NortonRequest::ratio>("ratio", "Ratio (0: the largest)")});
+constexpr auto norton_computed_fields = joined(
+    norton_branches, std::array{integer<&R::norton, &NortonRequest::index>("index", "Computed ratio number", 0, 24)});
+constexpr auto norton_matching_fields =
+    joined(norton_branches,
+           std::array<Field, 2>{{branch_number<&R::norton, &NortonRequest::match1>("match1", "Make branch"),
+                                 branch_number<&R::norton, &NortonRequest::match2>("match2", "equal to branch")}});
+
+template <NortonKind kind>
+void norton_form_opens(R& request, const UnitSet&) {
+    request.norton.kind = kind;
+}
+
+constexpr Column branch_column[] = {{"BRANCH"}};
+constexpr std::array<Field, 1> equal_fields = {{list<&R::equalised>("branches", "Branches", branch_column)}};
+
+constexpr Choice coupling_choices[] = {{"Inductive", SideBranches::inductive},
+                                       {"Capacitive", SideBranches::capacitive}};
+constexpr auto multiple_branch =
+    std::array{branch_number<&R::multiple, &MultipleRequest::branch>("branch", "Section number")};
+constexpr auto multiple_values_fields = joined(
+    multiple_branch, std::array<Field, 4>{{radio<&R::multiple, &MultipleRequest::couplings>(
+                                               "couplings", "Side branches", coupling_choices),
+                                           real<&R::multiple, &MultipleRequest::value1>("value1", "First value"),
+                                           real<&R::multiple, &MultipleRequest::value2>("value2", "Second value"),
+                                           real<&R::multiple, &MultipleRequest::value3>("value3", "Third value")}});
+
+void multiple_values_rules(const R& request, FieldStates& states) {
+    const Unit unit = unit_of_value(request, request.multiple.couplings == SideBranches::inductive ? 'L' : 'C');
+    for (const std::string_view name : {"value1", "value2", "value3"}) states.unit(name, unit);
+    const Circuit* circuit = request.circuit;
+    const int k = request.multiple.branch;
+    const bool triplet = circuit != nullptr && branchExists(*circuit, k) &&
+                         branch_kinds[unpackBranch(*circuit, k).id].structure == Structure::triplet;
+    states.off("value3", triplet);
+}
+
+template <MultipleKind kind>
+void multiple_form_opens(R& request, const UnitSet&) {
+    request.multiple.kind = kind;
+}
+
+// The whole circuit.
+
+constexpr std::array<Field, 1> r_scaling_fields = {{real<&R::impedance_factor>("factor", "Factor, or -R of branch 1")}};
+constexpr std::array<Field, 1> f_scaling_fields = {{real<&R::frequency_factor>("factor", "Factor")}};
+constexpr Choice percent_classes[] = {{"0.5%", PercentClass::half_percent},
+                                      {"1%", PercentClass::one_percent},
+                                      {"2%-5%", PercentClass::two_to_five},
+                                      {"10%", PercentClass::ten}};
+constexpr std::array<Field, 1> preferred_fields = {
+    {radio<&R::percent_class>("percent_class", "Percent class", percent_classes)}};
+constexpr Field band_reject_fields[] = {
+    real<&R::rejected, &BandEdges::lower>("lower", "Lower edge", Unit::frequency),
+    real<&R::rejected, &BandEdges::upper>("upper", "Upper edge", Unit::frequency),
+};
+
 constexpr Field resonance_fields[] = {
     branch_number<&R::resonant_branch>("branch", "Branch number"),
     branch_number<&R::resonant_branch2>("branch2", "with branch number (0: alone)"),
@@ -203,6 +298,45 @@ constexpr Form PASSIVE_INSERT_DLG = form_of<R, insert_rules>("INSERT_DLG", inser
 constexpr Form PASSIVE_DELETE_DLG = form_of<R>("DELETE_DLG", delete_title, delete_fields);
 constexpr Form PASSIVE_CHANGE_DLG =
     led_by<R, change_form_opens>("branch", form_of<R, change_rules>("CHANGE_DLG", change_title, change_fields));
+constexpr Form PASSIVE_COMBINE_DLG =
+    form_of<R>("COMBINE_DLG", "<New Passive> Combine two branches", two_branches<&R::combined>);
+constexpr Form PASSIVE_SPLIT_DLG = form_of<R, split_rules>("SPLIT_DLG", "<New Passive> Split a branch", split_fields);
+constexpr Form PASSIVE_INTERCHANGE_DLG =
+    form_of<R>("INTERCHANGE_DLG", "<New Passive> Interchange two branches", two_branches<&R::interchanged>);
+constexpr Form PASSIVE_TEE_PI_DLG = form_of<R>("TEE_PI_DLG", "<New Passive> Tee-pi", tee_pi_fields);
+constexpr Form PASSIVE_EXCHANGE_DLG =
+    form_of<R>("EXCHANGE_DLG", "<New Passive> Exchange resonant branches", two_branches<&R::exchanged>);
+constexpr Form PASSIVE_CONVERT_DLG =
+    form_of<R>("CONVERT_DLG", "<New Passive> Convert three-element branches", two_branches<&R::converted>);
+constexpr Form PASSIVE_LATTICE_DLG =
+    form_of<R>("LATTICE_DLG", "<New Passive> Section into a lattice", two_branches<&R::latticed>);
+constexpr Form PASSIVE_INCLUDE_DLG =
+    form_of<R>("INCLUDE_DLG", "<New Passive> Include branches into a lattice", one_branch<&R::included_in>);
+constexpr Form PASSIVE_TRIPLET_DLG =
+    form_of<R>("TRIPLET_DLG", "<New Passive> Coupled triplet", one_branch<&R::coupled_three>);
+constexpr Form PASSIVE_QUADRUPLET_DLG =
+    form_of<R>("QUADRUPLET_DLG", "<New Passive> Coupled quadruplet", one_branch<&R::coupled_four>);
+constexpr Form PASSIVE_NORTON_SIMPLE_DLG = opened_by<R, norton_form_opens<NortonKind::simple>>(
+    form_of<R>("NORTON_SIMPLE_DLG", "<New Passive> Norton transformation", norton_simple_fields));
+constexpr Form PASSIVE_NORTON_COMPUTED_DLG = opened_by<R, norton_form_opens<NortonKind::computed>>(
+    form_of<R>("NORTON_COMPUTED_DLG", "<New Passive> Norton transformation, computed", norton_computed_fields));
+constexpr Form PASSIVE_NORTON_MATCHING_DLG = opened_by<R, norton_form_opens<NortonKind::matching>>(
+    form_of<R>("NORTON_MATCHING_DLG", "<New Passive> Norton transformation, matching", norton_matching_fields));
+constexpr Form PASSIVE_EQUAL_DLG = form_of<R>("EQUAL_DLG", "<New Passive> All values equal", equal_fields);
+constexpr Form PASSIVE_INNER_EQUAL_DLG =
+    form_of<R>("INNER_EQUAL_DLG", "<New Passive> All values equal, end values halved", equal_fields);
+constexpr Form PASSIVE_MULTIPLE_L_DLG = opened_by<R, multiple_form_opens<MultipleKind::equal_inductors>>(
+    form_of<R>("MULTIPLE_L_DLG", "<New Passive> Multiple Norton, equal L's", multiple_branch));
+constexpr Form PASSIVE_MULTIPLE_C_DLG = opened_by<R, multiple_form_opens<MultipleKind::equal_capacitors>>(
+    form_of<R>("MULTIPLE_C_DLG", "<New Passive> Multiple Norton, equal C's", multiple_branch));
+constexpr Form PASSIVE_MULTIPLE_VALUES_DLG =
+    opened_by<R, multiple_form_opens<MultipleKind::specified>>(form_of<R, multiple_values_rules>(
+        "MULTIPLE_VALUES_DLG", "<New Passive> Multiple Norton, specified values", multiple_values_fields));
+constexpr Form PASSIVE_R_SCALING_DLG = form_of<R>("R_SCALING_DLG", "<New Passive> Impedance scaling", r_scaling_fields);
+constexpr Form PASSIVE_F_SCALING_DLG = form_of<R>("F_SCALING_DLG", "<New Passive> Frequency scaling", f_scaling_fields);
+constexpr Form PASSIVE_PREFERRED_DLG = form_of<R>("PREFERRED_DLG", "<New Passive> Preferred values", preferred_fields);
+constexpr Form PASSIVE_BAND_REJECT_DLG =
+    form_of<R>("BAND_REJECT_DLG", "<New Passive> Band-reject transformation", band_reject_fields);
 constexpr Form PASSIVE_RESONANCE_DLG = form_of<R>("RESONANCE_DLG", "Resonant frequency", resonance_fields);
 constexpr Form PASSIVE_SUPPRESS_DLG = form_of<R>("SUPPRESS_DLG", "Suppress display", suppress_fields);
 constexpr Form PASSIVE_TITLE_DLG = form_of<R>("TITLE_DLG", "Title", title_fields);

@@ -8,6 +8,7 @@
 #include "circuit/branch_kinds.h"
 #include "exchange/transfer_request.h"
 #include "shell/fixed_text.h"
+#include "shell/form_list.h"
 #include "shell/frequency_request.h"
 #include "shell/plot_form.h"
 #include "shell/print_form.h"
@@ -54,6 +55,59 @@ struct ChangeRequest {
     double second = 0;
 };
 
+struct TwoBranches {
+    int branch1 = 0;
+    int branch2 = 0;
+};
+
+// Of an inductor or a capacitor: into a part of this value, or of that of branch `match`, or into halves.
+struct SplitRequest {
+    int branch = 0;
+    double value = 0;  // in the user's units; of a stub its impedance
+    int match = 0;
+    bool half = false;
+};
+
+enum class TeePiSide : int { up = 1, down = 2 };
+
+struct TeePiRequest {
+    int branch = 0;
+    TeePiSide side = TeePiSide::up;
+};
+
+// The items of the menu that send "tr  ", and those that send "mtr ": a form that opens is that of one of them.
+enum class NortonKind { simple, computed, matching };
+enum class MultipleKind { equal_inductors, equal_capacitors, specified };
+
+struct NortonRequest {
+    NortonKind kind = NortonKind::simple;
+    TwoBranches branches;
+    double ratio = 0;  // of impedances, n^2; 0: the largest one, or the smallest
+    int index = 0;     // of a computed ratio
+    int match1 = 0;    // branch, old or new, that is to have the value
+    int match2 = 0;    // of this one
+};
+
+inline constexpr int equalised_limit = 25;  // branches
+
+enum class SideBranches : int { inductive = 1, capacitive = 2 };
+
+struct MultipleRequest {
+    MultipleKind kind = MultipleKind::equal_inductors;
+    int branch = 0;
+    SideBranches couplings = SideBranches::inductive;
+    double value1 = 0;  // of the side branches, in the user's units
+    double value2 = 0;
+    double value3 = 0;
+};
+
+enum class PercentClass : int { half_percent = 1, one_percent = 2, two_to_five = 3, ten = 4 };
+
+struct BandEdges {
+    double lower = 0;  // in the user's unit of frequency
+    double upper = 0;
+};
+
 enum class DisplayChoice : int { off = 1, on = 2 };
 
 struct PassiveRequest {
@@ -68,6 +122,23 @@ struct PassiveRequest {
     int deleted_branch = 0;
     int resonant_branch = 0;
     int resonant_branch2 = 0;  // 0: the resonance of a single branch
+    TwoBranches combined;
+    SplitRequest split;
+    TwoBranches interchanged;
+    TeePiRequest tee_pi;
+    TwoBranches exchanged;  // resonances
+    TwoBranches converted;  // the resonant one and the element
+    TwoBranches latticed;   // the ends of the section
+    int included_in = 0;    // lattice
+    int coupled_three = 0;  // the resonant branch in the middle
+    int coupled_four = 0;
+    NortonRequest norton;
+    FormList<equalised_limit, 1> equalised;
+    MultipleRequest multiple;
+    double impedance_factor = 0;  // below 0: the level of branch 1
+    double frequency_factor = 0;
+    PercentClass percent_class = PercentClass::half_percent;
+    BandEdges rejected;
     DisplayChoice display = DisplayChoice::off;
     FixedText<80> title;
     TransferFileType file_type = TransferFileType::scompact;

@@ -1,12 +1,16 @@
 #include "passive/passive_segment.h"
 
 #include "passive/analysis_commands.h"
+#include "passive/branch_edits.h"
+#include "passive/circuit_edits.h"
 #include "passive/circuit_request_check.h"
 #include "passive/command_tools.h"
+#include "passive/coupling_edits.h"
 #include "passive/edits.h"
 #include "passive/file_commands.h"
 #include "passive/hindrances.h"
 #include "passive/macro_file.h"
+#include "passive/norton_edits.h"
 #include "passive/report_commands.h"
 
 namespace kavrel {
@@ -23,55 +27,55 @@ void leave(PassiveDesk&) {}
 void read(PassiveDesk& desk) { read_circuit_file(desk, false); }
 
 constexpr CommandTable commands({
-    Command<PassiveDesk>{"tp  "},
-    {"ib  "},
-    {"rs  "},
-    {"fs  "},
-    {"ins ", insert_branch},
-    {"del ", delete_branch, cannot_delete},
+    Command<PassiveDesk>{"tp  ", edit<Promise::whole_two_port, exchange_tee_and_pi>},
+    {"ib  ", edit<Promise::level, interchange_branches>},
+    {"rs  ", edit<Promise::level, scale_impedance>},
+    {"fs  ", edit<Promise::nothing, scale_frequency>},
+    {"ins ", edit<Promise::nothing, insert_branch>},
+    {"del ", edit<Promise::nothing, delete_branch>, cannot_delete},
     {"show", show},
-    {"tr  "},
+    {"tr  ", edit<Promise::level, norton_transformation>},
     {"pri ", choose_print},
     {"    ", leave},
-    {"com "},
+    {"com ", edit<Promise::whole_two_port, combine_branches>},
     {"pltf", plot_frequency, needs_frequency_results},
-    {"dual"},
-    {"be  "},
+    {"dual", edit<Promise::loss, take_dual>},
+    {"be  ", edit<Promise::nothing, make_band_reject>},
     {"save", save_circuit_file, cannot_save_circuit},
     {"freq", analyse_frequency, cannot_analyse_frequency},
-    {"lat "},
-    {"incl"},
-    {"squ "},
-    {"spl "},
+    {"lat ", edit<Promise::level, make_lattice>},
+    {"incl", edit<Promise::whole_two_port, include_in_lattice>},
+    {"squ ", edit<Promise::whole_two_port, squeeze_branches>},
+    {"spl ", edit<Promise::whole_two_port, split_branch>},
     {"file", write_transfer},
     {"text", write_text_file},
     {"equ "},
     {"pz  ", write_pole_zero, needs_design},
-    {"flip"},
-    {"lce "},
+    {"flip", edit<Promise::loss, turn_around>},
+    {"lce ", equalise_all},
     {"sto ", store_circuit},
     {"rcl ", recall_circuit, [](const PassiveDesk& desk) { return cannot_recall(desk); }},
     {"disp", display_design, needs_design},
-    {"ch  ", change_branch, cannot_change},
+    {"ch  ", edit<Promise::nothing, change_branch>, cannot_change},
     {"lbl ", change_title},
     {"time", analyse_time, cannot_analyse_time},
     {"list", list},
     {"plpr", [](PassiveDesk& desk) { print_plot_window(desk); }},
     {"sprd", spread, needs_circuit},
     {"res ", resonance, cannot_find_resonance},
-    {"pref"},
+    {"pref", edit<Promise::nothing, prefer_values>},
     {"tabf", tabulate_frequency, needs_frequency_table},
-    {"xr  "},
+    {"xr  ", edit<Promise::whole_two_port, exchange_resonances>},
     {"undo", undo_edit, [](const PassiveDesk& desk) { return cannot_undo(desk.state.kept); }},
-    {"ecm "},
-    {"copy", copy_branch},
+    {"ecm ", equalise_inner},
+    {"copy", edit<Promise::nothing, copy_branch>},
     {"read", read},
     {"prf ", display_function, needs_design},
     {"wave"},
-    {"xch "},
-    {"ct  "},
-    {"cq  "},
-    {"mtr "},
+    {"xch ", edit<Promise::whole_two_port, convert_three_elements>},
+    {"ct  ", edit<Promise::whole_two_port, couple_three>},
+    {"cq  ", edit<Promise::whole_two_port, couple_four>},
+    {"mtr ", edit<Promise::level, transform_coupling>},
     {"pltt", plot_time, needs_time_results},
     {"tabt", tabulate_time, needs_time_results},
     {"supp", suppress},
@@ -80,7 +84,7 @@ constexpr CommandTable commands({
     {"clos", stop_macro, cannot_stop_macro},
     {"non ", phase_nonlinearity, needs_phase},
     {"nonp", print_phase_nonlinearity},
-    {"conv"},
+    {"conv", edit<Promise::nothing, transfer_stubs>},
 });
 
 void enter(PassiveDesk& desk, int entry);

@@ -235,4 +235,10 @@ constexpr Form led_by(std::string_view leader, Form form) {
     return form;
 }
 
+// The same form, which a routine void (Record&, const UnitSet&) fills in where it is opened.
+template <class Record, auto Open>
+constexpr Form opened_by(Form form) {
+    return led_by<Record, Open>({}, form);
+}
+
 }  // namespace kavrel

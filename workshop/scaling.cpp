@@ -1,0 +1,44 @@
+#include "workshop/scaling.h"
+
+#include "circuit/branch_kinds.h"
+
+namespace kavrel {
+
+namespace {
+
+void scale_quadruplet(Quadruplet& quadruplet, double inductance, double capacitance, double frequency);
+
+}  // namespace
+
+void scale(Circuit& circuit, double impedance, double frequency, int from) {
+    const double inductance = impedance / frequency;
+    const double capacitance = 1 / (impedance * frequency);
+    for (int k = circuit.klast; k >= from && k != 0; k = unpackBranch(circuit, k).kp) {
+        const Branch branch = unpackBranch(circuit, k);
+        const BranchKind& kind = branch_kinds[branch.id];
+        if (kind.structure == Structure::quadruplet)
+            scale_quadruplet(circuit.QUADRUPLETS(branch.i1), inductance, capacitance, frequency);
+        const auto values = branch_values(circuit, branch);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            if (!element_present(kind, static_cast<int>(i), values[i])) continue;
+            const char letter = kind.cells[i];
+            values[i] *= letter == 'L' ? inductance : letter == 'C' ? capacitance : impedance;
+        }
+    }
+}
+
+namespace {
+
+void scale_quadruplet(Quadruplet& quadruplet, double inductance, double capacitance, double frequency) {
+    for (double& inverse : quadruplet.XK.cells) inverse /= inductance;
+    for (double& value : quadruplet.XC.cells) value *= capacitance;
+    for (int i = 2; i <= 3; ++i) {
+        quadruplet.YK(i) /= inductance;
+        quadruplet.YC(i) *= capacitance;
+    }
+    for (int i = 1; i <= 2; ++i) quadruplet.FRES(i) *= frequency;
+}
+
+}  // namespace
+
+}  // namespace kavrel

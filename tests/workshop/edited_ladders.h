@@ -3,6 +3,8 @@
 
 #include <initializer_list>
 
+#include <gtest/gtest.h>
+
 #include "tests/circuit/random_circuits.h"
 #include "tests/workshop/two_port.h"
 

@@ -1,0 +1,83 @@
+#include "workshop/unit_elements.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "workshop/scaling.h"
+#include "workshop/section.h"
+
+namespace kavrel {
+
+namespace {
+
+constexpr std::string_view inappropriate = "Branches are inappropriate";
+
+struct LineAndStub {
+    NewBranch line, stub;
+    double behind = 1;  // factor of the impedances behind them
+};
+// A stub between the load and the line, or behind the line. What comes out may hold infinite values.
+LineAndStub lowpass_equivalent(double Z, const NewBranch& stub);
+LineAndStub same_kind(double Z, const NewBranch& stub, bool stub_first);
+bool is_sound(const LineAndStub& made);
+
+}  // namespace
+
+Refusal kurodaInterchange(Circuit& circuit, int k1, int k2, KurodaKind kind) {
+    if (k1 > k2) std::swap(k1, k2);
+    for (const int k : {k1, k2}) {
+        if (!branchExists(circuit, k)) return {"Branch does not exist", "branch1"};
+    }
+    const Branch a = unpackBranch(circuit, k1), b = unpackBranch(circuit, k2);
+    const bool stub_first = b.id == BranchId::unit_element;
+    const Branch &line = stub_first ? b : a, &stub = stub_first ? a : b;
+    const bool shunt = (stub_first ? k1 : k2) % 2 != 0;
+    const bool lowpass = stub.id == (shunt ? BranchId::capacitor : BranchId::inductor);
+    const bool highpass = stub.id == (shunt ? BranchId::inductor : BranchId::capacitor);
+    const bool fits = kind == KurodaKind::lowpass_equivalent ? lowpass : highpass;
+    if (line.id != BranchId::unit_element || !fits || a.kn != k2) return {inappropriate, "branch1"};
+
+    const double Z = circuit.VALUE(line.i1);
+    const NewBranch former{stub.id, shunt, {circuit.VALUE(stub.i1)}};
+    const LineAndStub made = lowpass ? lowpass_equivalent(Z, former) : same_kind(Z, former, stub_first);
+    if (!is_sound(made)) return {inappropriate, "branch1"};
+    const std::array section = stub_first ? std::array{made.line, made.stub} : std::array{made.stub, made.line};
+    Circuit edited = circuit;
+    const auto behind = replace_section(edited, k1, k2, section);
+    if (!behind) return {"Storage is full"};
+    if (!is_driven_as(circuit, edited)) return {inappropriate, "branch1"};
+    if (*behind != 0) scale(edited, made.behind, 1, *behind);
+    circuit = edited;
+    return {};
+}
+
+namespace {
+
+NewBranch line_of(double Z) { return {BranchId::unit_element, false, {Z}}; }
+
+LineAndStub lowpass_equivalent(double Z, const NewBranch& stub) {
+    const double x = stub.values[0];
+    if (stub.shunt) return {line_of(Z / (1 + x * Z)), {BranchId::inductor, false, {x * Z * Z / (1 + x * Z)}}};
+    return {line_of(Z + x), {BranchId::capacitor, true, {x / (Z * (Z + x))}}};
+}
+
+// Of a stub in front m is found with the values of before, of one behind with those that it will have: the same m.
+LineAndStub same_kind(double Z, const NewBranch& stub, bool stub_first) {
+    const double x = stub.values[0];
+    const double m = stub.shunt ? 1 + Z / x : 1 + 1 / (x * Z);
+    if (m <= 0) return {line_of(0), stub};  // behind them all would be turned over
+    const double factor = stub_first ? m : 1 / m;
+    NewBranch made = stub;
+    made.values[0] /= factor;
+    return stub.shunt ? LineAndStub{line_of(Z / factor), made, 1 / (factor * factor)}
+                      : LineAndStub{line_of(Z * factor), made, factor * factor};
+}
+
+bool is_sound(const LineAndStub& made) {
+    const double line = made.line.values[0], stub = made.stub.values[0];
+    return std::isfinite(line) && std::isfinite(stub) && line != 0 && stub != 0;
+}
+
+}  // namespace
+
+}  // namespace kavrel

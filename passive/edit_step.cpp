@@ -15,14 +15,16 @@ void settle_terminations(Circuit& circuit);
 }  // namespace
 
 void make_edit(PassiveDesk& desk, Promise promise, EditRoutine routine) {
-    EditStep step{.filter = desk.filter};
+    EditStep step{.filter = desk.filter, .promise = promise};
     if (!routine(desk, step)) return;
     settle_terminations(step.circuit());
     if (!is_finite(step.circuit())) return refuse(desk, values_out_of_range);  // as a dual arm that follows from others
-    if (!keep_for_undo(kept(desk))) return;
-    if (!keeps_promise(desk.filter.circuit, step.circuit(), promise)) return refuse(desk, step.destroyed);
-    desk.filter = step.filter;
-    desk.filter.mod = 1.0F;
+    if (!(step.circuit() == desk.filter.circuit)) {
+        if (!keep_for_undo(kept(desk))) return;
+        if (!keeps_promise(desk.filter.circuit, step.circuit(), step.promise)) return refuse(desk, step.destroyed);
+        desk.filter = step.filter;
+        desk.filter.mod = 1.0F;
+    }
     record_macro(desk, step.macro);
     show_changed(desk, step.changed);
 }

@@ -16,6 +16,7 @@ struct EditStep {
     PassiveFilter filter;
     int changed = 1;  // branch from whose predecessor on the circuit is shown, 0: the last one
     MacroStep macro = {};
+    Promise promise = Promise::nothing;              // that of the command; its routine may weaken it
     std::string_view destroyed = circuit_destroyed;  // of an edit that has not kept its promise
 
     [[nodiscard]] Circuit& circuit() { return filter.circuit; }
@@ -26,8 +27,8 @@ using EditRoutine = bool (*)(PassiveDesk& desk, EditStep& step);
 
 // Lets the routine work and takes its copy over: the former filter is pushed for undo, the filter is marked as no
 // longer the designed one, R1 and R2 follow from the first and the last branch, the macro gets its lines, and the
-// circuit is shown. A circuit that does not keep what the edit promises is refused; an undo then leads to the circuit
-// that is there already.
+// circuit is shown. Where nothing has changed there is nothing to undo. A circuit that does not keep what the edit
+// promises is refused; an undo then leads to the circuit that is there already.
 void make_edit(PassiveDesk& desk, Promise promise, EditRoutine routine);
 
 // The routine of a command's row: edit<Promise::whole_two_port, combine_branches>.

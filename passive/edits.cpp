@@ -119,16 +119,8 @@ namespace {
 // half a pair.
 bool cell_value(const PassiveDesk& desk, BranchId id, char letter, double typed, double& value) {
     if (id == BranchId::lc && typed == 0) return false;
-    const UnitSet& units = desk.session.units;
-    const bool lumped = desk.filter.circuit.kind == CircuitKind::lumped;
-    if (letter == 'L') {
-        value = lumped ? typed * units.inductor_multiplier : typed;
-    } else if (letter == 'C') {
-        value = lumped ? typed * units.capacitor_multiplier : 1 / typed;
-    } else {
-        value = typed;
-        if (typed == 0) return false;
-    }
+    if (letter != 'L' && letter != 'C' && typed == 0) return false;
+    value = stored_value(desk.filter.circuit, letter, typed, desk.session.units);
     return std::isfinite(value);
 }
 

@@ -6,6 +6,9 @@
 #include "passive/phase_line.h"
 #include "passive/stored_circuit.h"
 #include "segment/result_commands.h"
+#include "workshop/combine.h"
+#include "workshop/resonance_exchange.h"
+#include "workshop/section.h"
 
 namespace kavrel {
 
@@ -22,6 +25,20 @@ std::string_view cannot_delete(const PassiveDesk& desk) {
 }
 
 std::string_view cannot_change(const PassiveDesk& desk) { return unless(has_branches(desk), no_such_branch); }
+
+std::string_view cannot_combine(const PassiveDesk& desk) { return unless(has_branches(desk), nothing_to_combine); }
+
+std::string_view cannot_split(const PassiveDesk& desk) { return unless(has_branches(desk), no_branch); }
+
+std::string_view cannot_interchange(const PassiveDesk& desk) {
+    return unless(has_branches(desk), message_of(CircuitVerdict::unfit_kind));
+}
+
+std::string_view cannot_exchange_resonances(const PassiveDesk& desk) {
+    return unless(has_branches(desk), nothing_to_exchange);
+}
+
+std::string_view cannot_convert(const PassiveDesk& desk) { return unless(has_branches(desk), no_branch); }
 
 std::string_view cannot_find_resonance(const PassiveDesk& desk) { return unless(has_branches(desk), no_resonance); }
 

@@ -13,6 +13,11 @@ inline constexpr std::string_view no_resonance = "Incorrect branch(es) specified
 
 [[nodiscard]] std::string_view cannot_delete(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_change(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_combine(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_split(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_interchange(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_exchange_resonances(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_convert(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_find_resonance(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_circuit(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_design(const PassiveDesk& desk);

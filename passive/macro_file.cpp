@@ -13,13 +13,12 @@ namespace {
 constexpr std::string_view extension = ".wbt";
 constexpr std::string_view file_filter = "*.wbt";
 constexpr std::string_view file_description = "Macro files";
-constexpr std::string_view wait_for_segment = "WinWaitExist (\"Kavrel - PASSIVE\", 2)\n";
-constexpr std::string_view wait_for_form = "WinWaitExist (\"<New Passive\", 2)\n";
+constexpr std::string_view segment_window = "Kavrel - PASSIVE";
+constexpr std::string_view form_window = "<New Passive";
 constexpr std::string_view view_suppress = "View Suppress";
 constexpr std::string_view view_show = "View Show";
 
 std::string send_menus(std::string_view menu) { return "SendMenusTo (\"Kavrel\", \"" + std::string(menu) + "\")\n"; }
-std::string send_key(std::string_view keys) { return "SendKey (\"" + std::string(keys) + "\")\n"; }
 
 std::string display_lines(std::string_view keys);
 void append(PassiveDesk& desk, std::string_view text);
@@ -31,10 +30,13 @@ std::string macro_branch(int branch) { return edit_i(branch, branch < 100 ? 2 : 
 std::string macro_value_d(double value) { return edited<"(1P,D14.6)">(value); }
 std::string macro_value_e(double value) { return edited<"(1P,E14.6)">(value); }
 
+std::string macro_wait_line(std::string_view window) { return "WinWaitExist (\"" + std::string(window) + "\", 2)\n"; }
+std::string macro_key_line(std::string_view keys) { return "SendKey (\"" + std::string(keys) + "\")\n"; }
+
 std::string macro_lines(const MacroStep& step) {
-    std::string lines = std::string(wait_for_segment) + send_menus(step.menu);
-    if (!step.keys.empty()) lines += std::string(wait_for_form) + send_key(step.keys);
-    return lines;
+    std::string lines = macro_wait_line(segment_window) + send_menus(step.menu);
+    if (!step.keys.empty()) lines += macro_wait_line(form_window) + macro_key_line(step.keys);
+    return lines + step.further;
 }
 
 void record_macro(PassiveDesk& desk, const MacroStep& step) {
@@ -70,7 +72,7 @@ namespace {
 
 // Chooses one of the two buttons of "View Suppress", whose form is there at once.
 std::string display_lines(std::string_view keys) {
-    return std::string(wait_for_segment) + send_menus(view_suppress) + send_key(keys);
+    return macro_wait_line(segment_window) + send_menus(view_suppress) + macro_key_line(keys);
 }
 
 void append(PassiveDesk& desk, std::string_view text) {
@@ -81,7 +83,7 @@ void append(PassiveDesk& desk, std::string_view text) {
 }
 
 void close_macro(PassiveDesk& desk) {
-    append(desk, display_lines("{DOWN} ~") + std::string(wait_for_segment) + send_menus(view_show));
+    append(desk, display_lines("{DOWN} ~") + macro_wait_line(segment_window) + send_menus(view_show));
     desk.state.recording = false;
 }
 

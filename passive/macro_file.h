@@ -22,11 +22,14 @@ namespace kavrel {
 struct MacroStep {
     std::string_view menu;  // path of the item: "Branch Delete"
     std::string keys = {};
+    std::string further = {};  // lines behind these
 };
 
 [[nodiscard]] std::string macro_branch(int branch);
 [[nodiscard]] std::string macro_value_d(double value);
 [[nodiscard]] std::string macro_value_e(double value);
+[[nodiscard]] std::string macro_wait_line(std::string_view window);
+[[nodiscard]] std::string macro_key_line(std::string_view keys);
 inline constexpr std::string_view macro_tab = " {TAB} ";
 inline constexpr std::string_view macro_return = " ~";
 

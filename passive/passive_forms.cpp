@@ -5,6 +5,8 @@
 #include "circuit/branch_elements.h"
 #include "exchange/transfer_types.h"
 #include "shell/field_table.h"
+#include "workshop/tee_pi.h"
+#include "workshop/three_elements.h"
 
 namespace kavrel {
 
@@ -159,9 +161,16 @@ constexpr std::array<Field, 1> one_branch = {{branch_number<Member>("branch", "B
 constexpr Field split_fields[] = {
     branch_number<&R::split, &SplitRequest::branch>("branch", "Branch number"),
     real<&R::split, &SplitRequest::value>("value", "Value of the new branch"),
-    branch_number<&R::split, &SplitRequest::match>("match", "or that of branch (0: none)"),
+    integer<&R::split, &SplitRequest::match>("match", "or that of branch (below 0: negative)", -highest_number,
+                                             highest_number),
     flag<&R::split, &SplitRequest::half>("half", "Halves"),
 };
+
+constexpr ValueField split_values[] = {{[](R& r) -> double& { return r.split.value; }, "LC"}};
+
+void split_form_opens(R& request, const UnitSet& units) {
+    show_values(request, request.split.branch, split_values, units);
+}
 
 void split_rules(const R& request, FieldStates& states) {
     states.off("value", request.split.half || request.split.match != 0);
@@ -176,6 +185,17 @@ constexpr Field tee_pi_fields[] = {
     branch_number<&R::tee_pi, &TeePiRequest::branch>("branch", "Branch number"),
     radio<&R::tee_pi, &TeePiRequest::side>("side", "Side", tee_pi_sides),
 };
+
+void tee_pi_rules(const R& request, FieldStates& states) {
+    states.off("side", request.circuit != nullptr && !has_resonant_middle(*request.circuit, request.tee_pi.branch));
+}
+
+// A branch of three elements is taken apart by itself.
+void convert_rules(const R& request, FieldStates& states) {
+    const int k = request.converted.branch1;
+    if (request.circuit == nullptr || !branchExists(*request.circuit, k)) return;
+    states.off("branch2", is_three_element(unpackBranch(*request.circuit, k).id));
+}
 
 // Norton transformations.
 
@@ -287,6 +307,13 @@ double typed_value(const Circuit& circuit, char letter, double value, const Unit
                            : value;
 }
 
+double stored_value(const Circuit& circuit, char letter, double typed, const UnitSet& units) {
+    if (circuit.kind != CircuitKind::lumped) return letter == 'C' ? 1 / typed : typed;
+    return letter == 'L'   ? typed * units.inductor_multiplier
+           : letter == 'C' ? typed * units.capacitor_multiplier
+                           : typed;
+}
+
 constexpr Form PASSIVE_FREQUENCY_DLG = form_of<R, frequency_form_rules, frequency_form_refusal>(
     "FREQUENCY_DLG", "Frequency domain analysis", frequency_form_fields);
 constexpr Form PASSIVE_TIME_DLG =
@@ -300,14 +327,15 @@ constexpr Form PASSIVE_CHANGE_DLG =
     led_by<R, change_form_opens>("branch", form_of<R, change_rules>("CHANGE_DLG", change_title, change_fields));
 constexpr Form PASSIVE_COMBINE_DLG =
     form_of<R>("COMBINE_DLG", "<New Passive> Combine two branches", two_branches<&R::combined>);
-constexpr Form PASSIVE_SPLIT_DLG = form_of<R, split_rules>("SPLIT_DLG", "<New Passive> Split a branch", split_fields);
+constexpr Form PASSIVE_SPLIT_DLG = led_by<R, split_form_opens>(
+    "branch", form_of<R, split_rules>("SPLIT_DLG", "<New Passive> Split a branch", split_fields));
 constexpr Form PASSIVE_INTERCHANGE_DLG =
     form_of<R>("INTERCHANGE_DLG", "<New Passive> Interchange two branches", two_branches<&R::interchanged>);
-constexpr Form PASSIVE_TEE_PI_DLG = form_of<R>("TEE_PI_DLG", "<New Passive> Tee-pi", tee_pi_fields);
+constexpr Form PASSIVE_TEE_PI_DLG = form_of<R, tee_pi_rules>("TEE_PI_DLG", "<New Passive> Tee-pi", tee_pi_fields);
 constexpr Form PASSIVE_EXCHANGE_DLG =
     form_of<R>("EXCHANGE_DLG", "<New Passive> Exchange resonant branches", two_branches<&R::exchanged>);
-constexpr Form PASSIVE_CONVERT_DLG =
-    form_of<R>("CONVERT_DLG", "<New Passive> Convert three-element branches", two_branches<&R::converted>);
+constexpr Form PASSIVE_CONVERT_DLG = form_of<R, convert_rules>(
+    "CONVERT_DLG", "<New Passive> Convert three-element branches", two_branches<&R::converted>);
 constexpr Form PASSIVE_LATTICE_DLG =
     form_of<R>("LATTICE_DLG", "<New Passive> Section into a lattice", two_branches<&R::latticed>);
 constexpr Form PASSIVE_INCLUDE_DLG =

@@ -60,7 +60,8 @@ struct TwoBranches {
     int branch2 = 0;
 };
 
-// Of an inductor or a capacitor: into a part of this value, or of that of branch `match`, or into halves.
+// Of an inductor or a capacitor: into a part of this value, or of that of branch `match` (of -`match` the magnitude
+// with a minus), or into halves.
 struct SplitRequest {
     int branch = 0;
     double value = 0;  // in the user's units; of a stub its impedance
@@ -150,6 +151,9 @@ struct PassiveRequest {
 
 // What a cell of a branch is typed as, in the user's units: that of a stub or line as an impedance.
 [[nodiscard]] double typed_value(const Circuit& circuit, char letter, double value, const UnitSet& units);
+
+// The other way: what a cell holds of it, infinite for a capacitive stub of no impedance.
+[[nodiscard]] double stored_value(const Circuit& circuit, char letter, double typed, const UnitSet& units);
 
 static_assert(std::is_trivially_copyable_v<PassiveRequest>);
 

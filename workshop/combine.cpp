@@ -18,7 +18,7 @@ void take_out(Circuit& circuit, int k) { (void)deleteBranch(circuit, k); }
 
 Refusal combineBranches(Circuit& circuit, int k1, int k2) {
     if (k1 > k2) std::swap(k1, k2);
-    if (!branchExists(circuit, k1) || !branchExists(circuit, k2)) return {"Incorrect branches specified", "branch1"};
+    if (!branchExists(circuit, k1) || !branchExists(circuit, k2)) return {nothing_to_combine, "branch1"};
     if (!may_combine(circuit, k1, k2)) return {"Indicated branches cannot be combined", "branch1"};
     const Branch branch = unpackBranch(circuit, k1);
     double& a = circuit.VALUE(branch.i1);

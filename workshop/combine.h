@@ -1,10 +1,14 @@
 // Neighbours of one kind that become one element.
 #pragma once
 
+#include <string_view>
+
 #include "circuit/circuit.h"
 #include "shell/refusal.h"
 
 namespace kavrel {
+
+inline constexpr std::string_view nothing_to_combine = "Incorrect branches specified";
 
 // Two inductors or two capacitors, next to each other in series, or across the rails, become one, the one of the
 // smaller number; two that cancel both go. The two-port is kept. Refused where the end of a circuit without a source's

@@ -34,7 +34,7 @@ namespace {
 
 Refusal refusal(const Circuit& circuit, int k1, int k2) {
     for (const int k : {k1, k2}) {
-        if (k1 == k2 || !branchExists(circuit, k)) return {"Incorrect branches selected", "branch1"};
+        if (k1 == k2 || !branchExists(circuit, k)) return {nothing_to_exchange, "branch1"};
     }
     for (const int k : {k1, k2}) {
         if (unpackBranch(circuit, k).id != BranchId::lc) return {"Branches are not resonant", "branch1"};

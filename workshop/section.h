@@ -4,10 +4,13 @@
 #include <array>
 #include <optional>
 #include <span>
+#include <string_view>
 
 #include "circuit/circuit.h"
 
 namespace kavrel {
+
+inline constexpr std::string_view no_branch = "Branch does not exist";
 
 // A branch that is written: one of a single immittance goes across the rails or into series, a two-port anywhere.
 struct NewBranch {

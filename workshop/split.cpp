@@ -1,6 +1,6 @@
 #include "workshop/split.h"
 
-#include <cmath>
+#include "workshop/section.h"
 
 namespace kavrel {
 
@@ -19,7 +19,7 @@ bool values_add_up(const Circuit& circuit, int k) {
 }  // namespace
 
 Refusal splitBranch(Circuit& circuit, int k, double part) {
-    if (!branchExists(circuit, k)) return {"Branch does not exist", "branch"};
+    if (!branchExists(circuit, k)) return {no_branch, "branch"};
     if (!may_split(circuit, k)) return {"Branch may not be split", "branch"};
     if (part == 0) return {"Zero value not permitted", "value"};
     const Branch branch = unpackBranch(circuit, k);

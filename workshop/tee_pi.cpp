@@ -35,7 +35,8 @@ bool has_resonant_middle(const Circuit& circuit, int k) {
 }
 
 Refusal teePi(Circuit& circuit, int& k, TeePiEnd end) {
-    if (!branchExists(circuit, k) || k == 1 || k == circuit.klast) return {"Incorrect or nonexistent branch", "branch"};
+    if (!branchExists(circuit, k) || k == 1 || k == circuit.klast)
+        return {message_of(CircuitVerdict::no_branch), "branch"};
     Three three;
     if (!find_three(circuit, k, three)) return {no_tee_or_pi, "branch"};
     const Written made = three.resonant ? moved(circuit, three, end) : turned(circuit, three);

@@ -25,10 +25,10 @@ bool is_sound(const Elements& made);
 }  // namespace
 
 Refusal exchangeThree(Circuit& circuit, int resonant, int element) {
-    if (!branchExists(circuit, resonant)) return {"Branch does not exist", "branch1"};
+    if (!branchExists(circuit, resonant)) return {no_branch, "branch1"};
     const BranchId id = unpackBranch(circuit, resonant).id;
-    if (id == BranchId::lcc || id == BranchId::lcl) return part(circuit, resonant);
-    if (!branchExists(circuit, element)) return {"Branch does not exist", "branch2"};
+    if (is_three_element(id)) return part(circuit, resonant);
+    if (!branchExists(circuit, element)) return {no_branch, "branch2"};
     if (id != BranchId::lc) return {incorrect, "branch1"};
     return join(circuit, resonant, element);
 }

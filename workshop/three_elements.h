@@ -6,6 +6,8 @@
 
 namespace kavrel {
 
+[[nodiscard]] constexpr bool is_three_element(BranchId id) { return id == BranchId::lcc || id == BranchId::lcl; }
+
 // A resonant branch lc and the inductor or capacitor `element` beside it, both in series or both across the rails with
 // nothing between them that is not, become an lcl or lcc; of a branch that is one already, both come back, and
 // `element` is not read. The two-port is kept.

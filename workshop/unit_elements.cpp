@@ -12,6 +12,8 @@ namespace {
 
 constexpr std::string_view inappropriate = "Branches are inappropriate";
 
+bool is_line(const Circuit& circuit, int k) { return unpackBranch(circuit, k).id == BranchId::unit_element; }
+
 struct LineAndStub {
     NewBranch line, stub;
     double behind = 1;  // factor of the impedances behind them
@@ -23,23 +25,30 @@ bool is_sound(const LineAndStub& made);
 
 }  // namespace
 
+std::optional<KurodaKind> kuroda_kind(const Circuit& circuit, int k1, int k2) {
+    if (k1 > k2) std::swap(k1, k2);
+    if (!branchExists(circuit, k1) || unpackBranch(circuit, k1).kn != k2) return std::nullopt;
+    if (is_line(circuit, k1) == is_line(circuit, k2)) return std::nullopt;
+    const int stub = is_line(circuit, k2) ? k1 : k2;
+    const BranchId id = unpackBranch(circuit, stub).id;
+    if (id != BranchId::inductor && id != BranchId::capacitor) return std::nullopt;
+    const bool lowpass = (id == BranchId::capacitor) == (stub % 2 != 0);
+    return lowpass ? KurodaKind::lowpass_equivalent : KurodaKind::same_kind;
+}
+
 Refusal kurodaInterchange(Circuit& circuit, int k1, int k2, KurodaKind kind) {
     if (k1 > k2) std::swap(k1, k2);
     for (const int k : {k1, k2}) {
-        if (!branchExists(circuit, k)) return {"Branch does not exist", "branch1"};
+        if (!branchExists(circuit, k)) return {no_branch, "branch1"};
     }
-    const Branch a = unpackBranch(circuit, k1), b = unpackBranch(circuit, k2);
-    const bool stub_first = b.id == BranchId::unit_element;
-    const Branch &line = stub_first ? b : a, &stub = stub_first ? a : b;
-    const bool shunt = (stub_first ? k1 : k2) % 2 != 0;
-    const bool lowpass = stub.id == (shunt ? BranchId::capacitor : BranchId::inductor);
-    const bool highpass = stub.id == (shunt ? BranchId::inductor : BranchId::capacitor);
-    const bool fits = kind == KurodaKind::lowpass_equivalent ? lowpass : highpass;
-    if (line.id != BranchId::unit_element || !fits || a.kn != k2) return {inappropriate, "branch1"};
+    if (kuroda_kind(circuit, k1, k2) != kind) return {inappropriate, "branch1"};
 
-    const double Z = circuit.VALUE(line.i1);
-    const NewBranch former{stub.id, shunt, {circuit.VALUE(stub.i1)}};
-    const LineAndStub made = lowpass ? lowpass_equivalent(Z, former) : same_kind(Z, former, stub_first);
+    const bool stub_first = is_line(circuit, k2);
+    const int stub = stub_first ? k1 : k2, line = stub_first ? k2 : k1;
+    const auto value = [&](int k) { return circuit.VALUE(unpackBranch(circuit, k).i1); };
+    const NewBranch former{unpackBranch(circuit, stub).id, stub % 2 != 0, {value(stub)}};
+    const LineAndStub made = kind == KurodaKind::lowpass_equivalent ? lowpass_equivalent(value(line), former)
+                                                                    : same_kind(value(line), former, stub_first);
     if (!is_sound(made)) return {inappropriate, "branch1"};
     const std::array section = stub_first ? std::array{made.line, made.stub} : std::array{made.stub, made.line};
     Circuit edited = circuit;

@@ -57,6 +57,7 @@ bool split_branch(PassiveDesk& desk, EditStep& step) {
 
 bool interchange_branches(PassiveDesk& desk, EditStep& step) {
     const auto [k1, k2] = desk.command.interchanged;
+    if (const auto why = cannot_interchange(desk); !why.empty()) return passes(desk, {why, "branch1"});
     for (const int k : {k1, k2}) {
         if (k <= 1 || k > max_branches)
             return passes(desk, {message_of(CircuitVerdict::unfit_kind), k == k1 ? "branch1" : "branch2"});

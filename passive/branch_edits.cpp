@@ -27,6 +27,7 @@ constexpr int squeeze_number = 101;  // typed as the first branch to combine: al
 [[nodiscard]] Refusal part_of_branch(const PassiveDesk& desk, double& part);
 MacroStep split_step(const SplitRequest& request);
 std::string two_numbers(const TwoBranches& branches);
+int behind_neighbour(const Circuit& circuit, int k);
 bool is_line(const Circuit& circuit, int k);
 
 }  // namespace
@@ -62,7 +63,7 @@ bool interchange_branches(PassiveDesk& desk, EditStep& step) {
         if (k <= 1 || k > max_branches)
             return passes(desk, {message_of(CircuitVerdict::unfit_kind), k == k1 ? "branch1" : "branch2"});
     }
-    step.changed = std::min(k1, k2);
+    step.changed = behind_neighbour(step.circuit(), std::min(k1, k2));
     step.macro = {"Branch Interchange", two_numbers(desk.command.interchanged)};
     const bool with_line = is_line(step.circuit(), k1) || is_line(step.circuit(), k2);
     return passes_squeezed(desk, step,
@@ -80,7 +81,7 @@ bool exchange_tee_and_pi(PassiveDesk& desk, EditStep& step) {
 
 bool exchange_resonances(PassiveDesk& desk, EditStep& step) {
     const auto [k1, k2] = desk.command.exchanged;
-    step.changed = std::min(k1, k2);
+    step.changed = behind_neighbour(step.circuit(), std::min(k1, k2));
     step.macro = {"Modify Exchange", two_numbers(desk.command.exchanged)};
     return passes_squeezed(desk, step, exchangeResonant(step.circuit(), k1, k2));
 }
@@ -144,6 +145,11 @@ MacroStep split_step(const SplitRequest& request) {
 std::string two_numbers(const TwoBranches& branches) {
     return macro_branch(branches.branch1) + std::string(macro_tab) + macro_branch(branches.branch2) +
            std::string(macro_return);
+}
+
+// The first number that what takes the place of branch k may have.
+int behind_neighbour(const Circuit& circuit, int k) {
+    return branchExists(circuit, k) ? unpackBranch(circuit, k).kp + 1 : k;
 }
 
 bool is_line(const Circuit& circuit, int k) {

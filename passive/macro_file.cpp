@@ -1,5 +1,7 @@
 #include "passive/macro_file.h"
 
+#include <algorithm>
+
 #include "passive/command_tools.h"
 #include "passive/hindrances.h"
 #include "shell/edit.h"
@@ -26,7 +28,9 @@ void close_macro(PassiveDesk& desk);
 
 }  // namespace
 
-std::string macro_branch(int branch) { return edit_i(branch, branch < 100 ? 2 : 3); }
+std::string macro_branch(int branch) {
+    return edit_i(branch, std::max(2, static_cast<int>(std::to_string(branch).size())));
+}
 std::string macro_value_d(double value) { return edited<"(1P,D14.6)">(value); }
 std::string macro_value_e(double value) { return edited<"(1P,E14.6)">(value); }
 

@@ -5,6 +5,7 @@
 
 #include "tests/passive/passive_room.h"
 #include "tests/support/circuit_literal.h"
+#include "tests/support/golden.h"
 
 namespace kavrel {
 namespace {
@@ -89,7 +90,7 @@ TEST_F(BranchEdits, EveryConditionHasItsMessageAndLeavesNoTrace) {
         {"R 1 | LC2 1 1", "spl ", "branch=2 value=1", "Error: Branch may not be split"},
         {"R 1 | L2 1", "spl ", "branch=2 value=0", "Error: Zero value not permitted"},
         {"R 1 | L2 3", "spl ", "branch=2 value=3", "Error: No change"},
-        {"R 1 | L2 3", "spl ", "branch=2 match=-7", "Error:  Branch no.   7 does not exist"},
+        {"R 1 | L2 3", "spl ", "branch=2 match=-17", "Error:  Branch no.  17 does not exist"},
         {"R 1 | L2 3 | C3 2", "spl ", "branch=2 match=3", "Error:  Branch   3 is of the wrong type"},
         {full, "spl ", "branch=2 half=yes", "Error: Storage is full, operation discontinued"},
         {"", "ib  ", "branch1=2 branch2=4", "Error: Incorrect or inappropriate branch(es)"},
@@ -188,9 +189,13 @@ TEST_F(BranchEdits, WhatIsMadeIsShownAndUndone) {
         {"R 1 | LC2 1 1 | L4 1 | R 1", "xch ", "branch1=2 branch2=4", "R 1 | LCL2 2 0.25 2 | R 1"},
         {"R 1 | LCL2 2 0.25 2 | R 1", "xch ", "branch1=2", "R 1 | LC2 1 1 | L4 1 | R 1"},
     };
+    window.files = {"edits"};
+    send("writ");
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.before) + " " + std::string(row.word) + std::string(row.typed));
         take(row.before, row.kind);
+        state.recording = true;
+        state.macro_file.assign("edits.wbt");
         const Circuit before = filter.circuit;
         window.answers = {row.lowpass ? Answer::yes : Answer::no};
         enter(row.word, row.typed);
@@ -199,12 +204,14 @@ TEST_F(BranchEdits, WhatIsMadeIsShownAndUndone) {
         EXPECT_EQ(filter.mod, 1.0F);
         EXPECT_FALSE(window.lines.empty());
         const Circuit edited = filter.circuit;
+        state.recording = false;
         send("undo");
         EXPECT_TRUE(filter.circuit == before);
         send("redo");
         EXPECT_TRUE(filter.circuit == edited);
         window.answers.clear();
     }
+    expect_golden(TEST_DATA "/passive/branch_edits.wbt", read_text("edits.wbt"));
 }
 
 TEST_F(BranchEdits, NumbersWithoutGapsAndNothingToUndoWhereThereAreNone) {

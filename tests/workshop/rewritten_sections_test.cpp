@@ -1,5 +1,8 @@
 // Sections that others take the place of, over random circuits: what each keeps of the two-port.
 #include "tests/workshop/edited_ladders.h"
+#include "workshop/combine.h"
+#include "workshop/interchange.h"
+#include "workshop/promise.h"
 #include "workshop/resonance_exchange.h"
 #include "workshop/split.h"
 #include "workshop/tee_pi.h"
@@ -119,6 +122,49 @@ TEST(RewrittenSections, KeepTheTwoPort) {
         EXPECT_LT(worst, 1e-10) << shape.what;
         EXPECT_GT(done, 80) << shape.what;
     }
+}
+
+// Any numbers in circuits of any kinds: what is refused leaves no trace, what is done keeps the loss.
+TEST(RewrittenSections, TakeAnyNumbers) {
+    constexpr Refusal (*routines[])(Circuit&, std::span<const int>) = {
+        halves,
+        thirds,
+        lowpass,
+        same,
+        up,
+        down,
+        three,
+        [](Circuit& circuit, std::span<const int> k) { return exchangeResonant(circuit, k[0], k[1]); },
+        [](Circuit& circuit, std::span<const int> k) { return combineBranches(circuit, k[0], k[1]); },
+        [](Circuit& circuit, std::span<const int> k) { return interchangeBranches(circuit, k[0], k[1]); }};
+    int done = 0, refused = 0;
+    for (unsigned seed = 0; seed < 400; ++seed) {
+        testing::CircuitMaker maker(seed);
+        maker.negative_share = 0.1;
+        std::vector<BranchId> kinds{inductor, inductor, capacitor, capacitor, lc, lcc, lcl, triplet_ccc, quadruplet};
+        kinds.push_back(seed % 2 == 0 ? unit_element : bridged_l);
+        Circuit before = maker.circuit(kinds, maker.whole(1, 8), seed % 4 < 2);
+        before.kind = seed % 2 == 0 ? CircuitKind::microwave : CircuitKind::lumped;
+        before.fs = 2;
+        for (const auto& routine : routines) {
+            for (int i = 0; i < 20; ++i) {
+                SCOPED_TRACE(std::to_string(seed) + " routine " + std::to_string(&routine - routines));
+                const std::array k{maker.whole(i == 0 ? 0 : 1, i == 1 ? 101 : before.klast),
+                                   maker.whole(0, before.klast)};
+                Circuit edited = before;
+                if (!routine(edited, k).empty()) {
+                    ++refused;
+                    EXPECT_TRUE(edited == before);
+                } else {
+                    ++done;
+                    EXPECT_TRUE(is_extreme(edited) || keeps_promise(before, edited, Promise::level))
+                        << k[0] << ' ' << k[1];
+                }
+            }
+        }
+    }
+    EXPECT_GT(done, 1000);
+    EXPECT_GT(refused, 1000);
 }
 
 }  // namespace

@@ -180,10 +180,15 @@ void split_rules(const R& request, FieldStates& states) {
     if (letters.size() == 1) states.unit("value", unit_of_value(request, letters.front()));
 }
 
+constexpr Field convert_fields[] = {
+    branch_number<&R::converted, &TwoBranches::branch1>("branch1", "Resonant or three-element branch"),
+    branch_number<&R::converted, &TwoBranches::branch2>("branch2", "and the element beside it"),
+};
+
 constexpr Choice tee_pi_sides[] = {{"Up", TeePiSide::up}, {"Down", TeePiSide::down}};
 constexpr Field tee_pi_fields[] = {
     branch_number<&R::tee_pi, &TeePiRequest::branch>("branch", "Branch number"),
-    radio<&R::tee_pi, &TeePiRequest::side>("side", "Side", tee_pi_sides),
+    radio<&R::tee_pi, &TeePiRequest::side>("side", "End that changes its kind", tee_pi_sides),
 };
 
 void tee_pi_rules(const R& request, FieldStates& states) {
@@ -334,8 +339,8 @@ constexpr Form PASSIVE_INTERCHANGE_DLG =
 constexpr Form PASSIVE_TEE_PI_DLG = form_of<R, tee_pi_rules>("TEE_PI_DLG", "<New Passive> Tee-pi", tee_pi_fields);
 constexpr Form PASSIVE_EXCHANGE_DLG =
     form_of<R>("EXCHANGE_DLG", "<New Passive> Exchange resonant branches", two_branches<&R::exchanged>);
-constexpr Form PASSIVE_CONVERT_DLG = form_of<R, convert_rules>(
-    "CONVERT_DLG", "<New Passive> Convert three-element branches", two_branches<&R::converted>);
+constexpr Form PASSIVE_CONVERT_DLG =
+    form_of<R, convert_rules>("CONVERT_DLG", "<New Passive> Convert three-element branches", convert_fields);
 constexpr Form PASSIVE_LATTICE_DLG =
     form_of<R>("LATTICE_DLG", "<New Passive> Section into a lattice", two_branches<&R::latticed>);
 constexpr Form PASSIVE_INCLUDE_DLG =

@@ -22,7 +22,11 @@ std::optional<int> replace_section(Circuit& circuit, int first, int last, std::s
     k = first;
     for (const NewBranch& branch : branches) {
         const BranchKind& kind = branch_kinds[branch.id];
-        if (kind.slot_element() && k % 2 != (branch.shunt ? 1 : 0)) k += k == first && k - 1 > before ? -1 : 1;
+        if (!kind.slot_element()) {
+            k = std::max(k, before + 2);
+        } else if (k % 2 != (branch.shunt ? 1 : 0)) {
+            k += k == first && k - 1 > before ? -1 : 1;
+        }
         if (behind != 0 && behind <= k &&
             shiftBranches(circuit, behind, (k - behind) / 2 * 2 + 2) != CircuitVerdict::done)
             return std::nullopt;

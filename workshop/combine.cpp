@@ -9,6 +9,7 @@ namespace {
 
 constexpr double cancelled = 1e-10;  // sum of two values, of one of them
 constexpr double open_inductance = 1e25;
+constexpr std::string_view not_alike = "Indicated branches cannot be combined";
 
 bool may_combine(const Circuit& circuit, int k1, int k2);
 bool is_open_shunt(const Circuit& circuit, int k);
@@ -19,13 +20,12 @@ void take_out(Circuit& circuit, int k) { (void)deleteBranch(circuit, k); }
 Refusal combineBranches(Circuit& circuit, int k1, int k2) {
     if (k1 > k2) std::swap(k1, k2);
     if (!branchExists(circuit, k1) || !branchExists(circuit, k2)) return {nothing_to_combine, "branch1"};
-    if (!may_combine(circuit, k1, k2)) return {"Indicated branches cannot be combined", "branch1"};
+    if (!may_combine(circuit, k1, k2)) return {not_alike, "branch1"};
     const Branch branch = unpackBranch(circuit, k1);
     double& a = circuit.VALUE(branch.i1);
     const double b = circuit.VALUE(unpackBranch(circuit, k2).i1), sum = a + b;
     if (std::fabs(sum) < cancelled * std::fabs(a)) {
-        if (k2 == circuit.klast && (k2 - branch.kp) % 2 != 0)
-            return {"Indicated branches cannot be combined", "branch1"};
+        if (k2 == circuit.klast && (k2 - branch.kp) % 2 != 0) return {not_alike, "branch1"};
         take_out(circuit, k2);
         take_out(circuit, k1);
         return {};

@@ -70,7 +70,7 @@ LineAndStub lowpass_equivalent(double Z, const NewBranch& stub) {
     return {line_of(Z + x), {BranchId::capacitor, true, {x / (Z * (Z + x))}}};
 }
 
-// Of a stub in front m is found with the values of before, of one behind with those that it will have: the same m.
+// m is the same number before and after: line and stub are divided, or multiplied, by it.
 LineAndStub same_kind(double Z, const NewBranch& stub, bool stub_first) {
     const double x = stub.values[0];
     const double m = stub.shunt ? 1 + Z / x : 1 + 1 / (x * Z);

@@ -29,7 +29,7 @@ struct NewBranch {
 // branch and by a current behind one across the rails.
 [[nodiscard]] bool is_driven_as(const Circuit& former, const Circuit& edited);
 
-// Of an inductor or a capacitor: what stands at s, or 1/s, in its admittance, or in its impedance. The same again gives
+// Of an inductor or a capacitor: the factor of s, or 1/s, in its admittance, or in its impedance. The same again gives
 // the value back.
 [[nodiscard]] constexpr double coefficient(BranchId id, bool of_admittance, double value) {
     return (id == BranchId::capacitor) == of_admittance ? value : 1 / value;

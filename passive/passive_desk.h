@@ -5,6 +5,7 @@
 #include "passive/passive_request.h"
 #include "segment/kept_filter.h"
 #include "shell/frequency_request.h"
+#include "workshop/equal_values.h"
 
 namespace kavrel {
 
@@ -16,6 +17,7 @@ struct PassiveState {
     bool suppress = false;      // "*** done ***" goes to the report instead of a box, and edits show no circuit
     int lastBranch = 1;         // from which the next show starts
     FrequencyGrid analysed;     // what the last analysis was asked for; of some it may have no row
+    ComputedRatios computed;    // by "lce " or "ecm ", for "tr  "
 };
 
 struct PassiveDesk : Desk {

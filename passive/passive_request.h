@@ -13,6 +13,7 @@
 #include "shell/plot_form.h"
 #include "shell/print_form.h"
 #include "shell/time_request.h"
+#include "workshop/equal_values.h"
 
 namespace kavrel {
 
@@ -88,8 +89,6 @@ struct NortonRequest {
     int match1 = 0;    // branch, old or new, that is to have the value
     int match2 = 0;    // of this one
 };
-
-inline constexpr int equalised_limit = 25;  // branches
 
 enum class SideBranches : int { inductive = 1, capacitive = 2 };
 

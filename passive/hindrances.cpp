@@ -7,6 +7,7 @@
 #include "passive/stored_circuit.h"
 #include "segment/result_commands.h"
 #include "workshop/combine.h"
+#include "workshop/norton.h"
 #include "workshop/resonance_exchange.h"
 #include "workshop/section.h"
 
@@ -41,6 +42,10 @@ std::string_view cannot_exchange_resonances(const PassiveDesk& desk) {
 std::string_view cannot_convert(const PassiveDesk& desk) { return unless(has_branches(desk), no_branch); }
 
 std::string_view cannot_find_resonance(const PassiveDesk& desk) { return unless(has_branches(desk), no_resonance); }
+
+std::string_view cannot_transform(const PassiveDesk& desk) { return unless(has_branches(desk), no_norton_branch); }
+
+std::string_view cannot_equalise(const PassiveDesk& desk) { return unless(has_branches(desk), no_listed_branch); }
 
 std::string_view needs_circuit(const PassiveDesk& desk) {
     ElementStatistics statistics;

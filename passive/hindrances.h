@@ -9,6 +9,7 @@ namespace kavrel {
 inline constexpr std::string_view no_analysis_data = "No analysis data";
 
 inline constexpr std::string_view no_such_branch = "Incorrect branch selected";
+inline constexpr std::string_view no_listed_branch = "A branch does not exist";
 inline constexpr std::string_view no_resonance = "Incorrect branch(es) specified";
 
 [[nodiscard]] std::string_view cannot_delete(const PassiveDesk& desk);
@@ -19,6 +20,8 @@ inline constexpr std::string_view no_resonance = "Incorrect branch(es) specified
 [[nodiscard]] std::string_view cannot_exchange_resonances(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_convert(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_find_resonance(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_transform(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_equalise(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_circuit(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_design(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_frequency_results(const PassiveDesk& desk);

@@ -38,8 +38,12 @@ std::string macro_wait_line(std::string_view window) { return "WinWaitExist (\""
 std::string macro_key_line(std::string_view keys) { return "SendKey (\"" + std::string(keys) + "\")\n"; }
 
 std::string macro_lines(const MacroStep& step) {
-    std::string lines = macro_wait_line(segment_window) + send_menus(step.menu);
-    if (!step.keys.empty()) lines += macro_wait_line(form_window) + macro_key_line(step.keys);
+    const auto written = [&](std::string line) {
+        if (step.close) line.erase(line.find(" ("), 1);
+        return line;
+    };
+    std::string lines = written(macro_wait_line(segment_window)) + written(send_menus(step.menu));
+    if (!step.keys.empty()) lines += macro_wait_line(form_window) + written(macro_key_line(step.keys));
     return lines + step.further;
 }
 

@@ -23,6 +23,7 @@ struct MacroStep {
     std::string_view menu;  // path of the item: "Branch Delete"
     std::string keys = {};
     std::string further = {};  // lines behind these
+    bool close = false;  // of Norton transformations: no blank before a parenthesis but where a form is waited for
 };
 
 [[nodiscard]] std::string macro_branch(int branch);

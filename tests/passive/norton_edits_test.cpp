@@ -17,7 +17,7 @@ struct NortonEdits : testing::Test, PassiveRoom {
         for (int k = filter.circuit.klast == 0 ? 0 : 1; k != 0; k = unpackBranch(filter.circuit, k).kn) {
             const Branch branch = unpackBranch(filter.circuit, k);
             text += fmt::format("{}{}{}", k == 1 ? "" : " ", branch_kinds[branch.id].name, k);
-            for (const double value : branch_values(filter.circuit, branch)) text += fmt::format(" {:.4g}", value);
+            for (const double value : branch_values(filter.circuit, branch)) text += fmt::format(" {:.6g}", value);
         }
         return text;
     }

@@ -94,45 +94,5 @@ TEST(Norton, KeepsTheTwoPortUpToItsLevel) {
     }
 }
 
-TEST(Norton, MatchesWhatIsNamed) {
-    struct Row {
-        std::string_view before;
-        int k1, k2, match1, match2;
-    };
-    const Row rows[] = {
-        {"R 1 | C3 2 | C4 3 | C6 1.5 | R 2", 3, 4, 3, 6},  // u, as one behind
-        {"R 1 | C3 2 | C4 3 | C6 5 | R 2", 4, 3, 6, 3},
-        {"R 1 | C2 2 | C3 2 | C4 3 | R 2", 3, 4, 4, 2},   // v
-        {"R 1 | C2 .4 | C3 2 | C4 3 | R 2", 3, 4, 5, 2},  // w
-        {"R 1 | C3 2 | C4 3 | R 2", 3, 4, 3, 5},          // u = w
-        {"R 1 | C3 2 | C4 3 | R 2", 4, 3, 4, 5},          // v = w
-        {"R 1 | L3 2 | L4 3 | L6 2.5 | R 2", 3, 4, 6, 3},
-        {"R 1 | L2 5 | L4 3 | L5 2 | R 2", 4, 5, 3, 2},  // from a series element: u
-        {"R 1 | L2 2.5 | L4 3 | L5 2 | R 2", 4, 5, 4, 2},
-        {"R 1 | C2 3 | C4 3 | C5 2 | R 2", 4, 5, 5, 2},
-        {"R 1 | C2 3 | C3 2 | R 2", 2, 3, 3, 5},
-        {"R 1 | C3 2 | C4 3 | R 2", 3, 4, 7, 1},  // terminations
-        {"R 1 | L2 1.5 | L3 2 | C5 1 | LC6 1 2 | R 2", 3, 6, 6, 2},
-        {"R 1 | C2 1 | L4 2 | LC5 1 2 | C6 3 | R 2", 4, 5, 2, 8},
-    };
-    for (const Row& row : rows) {
-        const Circuit before = circuit(row.before);
-        Circuit after = before;
-        NortonSection section;
-        ASSERT_EQ(nortonSection(after, row.k1, row.k2, NewElement::joins, section).text, "") << row.before;
-        std::optional<double> ratio;
-        ASSERT_EQ(matchingRatio(before, after, section, row.match1, row.match2, ratio).text, "") << row.before;
-        ASSERT_TRUE(ratio) << row.before;
-        norton(after, section, *ratio);
-        EXPECT_LT(two_port_deviation(before, after, *ratio), 1e-12) << row.before;
-        const auto value = [&](int k) { return branch_values(after, unpackBranch(after, k)); };
-        ASSERT_TRUE(branchExists(after, row.match1) && branchExists(after, row.match2)) << row.before;
-        const bool capacitive = unpackBranch(after, row.match2).id == BranchId::capacitor;
-        const auto a = value(row.match1), b = value(row.match2);
-        EXPECT_NEAR(a[capacitive ? a.size() - 1 : 0] / b[capacitive ? b.size() - 1 : 0], 1, 1e-12)
-            << row.before << ' ' << row.match1 << ' ' << row.match2;
-    }
-}
-
 }  // namespace
 }  // namespace kavrel

@@ -14,7 +14,7 @@ namespace {
 using testing::CircuitMaker;
 using testing::two_port_deviation;
 
-// Sections of two branches, L a like element of either kind; ? stands for branches that do not matter.
+// Branches by number and kind. A section is that of the two with a mark.
 struct Shape {
     std::string_view branches;
     CircuitKind kind = CircuitKind::lumped;

@@ -1,0 +1,312 @@
+#include "workshop/coupled_sections.h"
+
+#include <numbers>
+
+#include <gtest/gtest.h>
+
+#include "circuit/element_formulas.h"
+#include "tests/circuit/random_circuits.h"
+#include "tests/support/circuit_literal.h"
+#include "tests/workshop/two_port.h"
+
+namespace kavrel {
+namespace {
+
+using testing::CircuitMaker;
+using testing::nodal_chain;
+using testing::two_port_deviation;
+using enum BranchId;
+
+constexpr double exact = 1e-10;
+
+// A load, some branches, a section, some branches, and a source.
+struct Case {
+    CircuitMaker maker;
+    Circuit circuit;
+    int k = 0;  // of the section's last branch
+
+    Case(unsigned seed, double negative_share, bool microwave) : maker(seed) {
+        maker.negative_share = negative_share;
+        circuit.kind = microwave ? CircuitKind::microwave : CircuitKind::lumped;
+        circuit.fs = 2;
+        k = 1;
+        (void)insertBranch(circuit, k, maker.uniform(0.5, 2), 0, resistor);
+    }
+    void some() {
+        constexpr BranchId kinds[] = {inductor, capacitor, lc, bridged_c, lattice_c, lcl, triplet_lcc, triplet_lll};
+        for (int i = maker.whole(0, 2); i > 0; --i) (void)maker.append(circuit, kinds[maker.whole(0, 7)]);
+        if (circuit.kind == CircuitKind::microwave && maker.whole(0, 1) == 1) (void)maker.append(circuit, unit_element);
+    }
+    void add(BranchId id, bool series) {
+        k = circuit.klast + 1;
+        k += (k % 2 == 0) == series ? 0 : 1;
+        ASSERT_EQ(insert_values(circuit, k, id, maker.values(id)), CircuitVerdict::done);
+    }
+    void shunts() {
+        for (const BranchId id : {inductor, capacitor, lc, inductor}) {
+            if (maker.whole(0, 2) != 0) add(id, false);
+        }
+    }
+    void resistance() {
+        int last = circuit.klast + 1;
+        (void)insertBranch(circuit, last, 1, 0, resistor);
+    }
+};
+
+BranchId other_of(BranchId kind) { return kind == inductor ? lcl : lcc; }
+
+// How far apart the chains are, and that the chain is in order.
+void expect_same(const Circuit& before, const Circuit& after, unsigned seed, double impedance = 1) {
+    EXPECT_LT(two_port_deviation(before, after, impedance), exact) << seed;
+    int from = 1;
+    for (int k = 1; k != 0; k = unpackBranch(after, k).kn) {
+        ASSERT_TRUE(branchExists(after, k) && k >= from) << seed;
+        from = k + 1;
+    }
+}
+
+// The same branches in the same order, in whatever slots.
+void expect_branches(const Circuit& expected, const Circuit& circuit, unsigned seed) {
+    int k = 1;
+    for (int i = 1; i != 0; i = unpackBranch(expected, i).kn, k = unpackBranch(circuit, k).kn) {
+        ASSERT_TRUE(branchExists(circuit, k)) << seed;
+        const Branch a = unpackBranch(expected, i), b = unpackBranch(circuit, k);
+        ASSERT_EQ(a.id, b.id) << seed;
+        const auto values = branch_values(circuit, b);
+        for (std::size_t cell = 0; cell < values.size(); ++cell)
+            EXPECT_NEAR(values[cell], branch_values(expected, a)[cell], 1e-11 * std::fabs(values[cell])) << seed;
+    }
+    EXPECT_EQ(k, 0) << seed;
+}
+
+TEST(CoupledSections, TripletsComeFromLaddersAndGoBack) {
+    for (unsigned seed = 0; seed < 400; ++seed) {
+        Case one(seed, seed % 3 == 0 ? 0.3 : 0, seed % 4 == 1);
+        const BranchId kind = seed % 2 == 0 ? inductor : capacitor;
+        one.some();
+        one.add(kind, true);
+        one.add(seed % 8 < 4 ? lc : other_of(kind), false);
+        int k = one.k;
+        one.add(kind, true);
+        if (seed % 5 != 0) {
+            one.some();
+            if (seed % 7 != 0) one.resistance();
+        }
+        Circuit coupled = one.circuit;
+        ASSERT_EQ(tripletTransform(coupled, k).text, "") << seed;
+        ASSERT_EQ(unpackBranch(coupled, k).id, kind == inductor ? triplet_lll : triplet_ccc) << seed;
+        expect_same(one.circuit, coupled, seed);
+
+        Circuit back = coupled;
+        int again = k;
+        ASSERT_EQ(tripletTransform(back, again).text, "") << seed;
+        expect_same(coupled, back, seed);
+        expect_branches(one.circuit, back, seed);
+
+        // One coupling of the other kind; both would be too many; and back to the ladder.
+        const OtherCoupling other = seed % 16 < 8 ? OtherCoupling::at_load : OtherCoupling::at_source;
+        const OtherCoupling second = seed % 16 < 8 ? OtherCoupling::at_source : OtherCoupling::at_load;
+        Circuit mixed = coupled;
+        again = k;
+        const Refusal wrong = tripletTransform(mixed, again, other);
+        if (!wrong.empty()) {  // where a branch across the port would change what drives the circuit
+            EXPECT_EQ(wrong.text, "Inappropriate circuit");
+            EXPECT_TRUE(k == coupled.klast && k % 2 == 0 && mixed == coupled) << seed;
+            continue;
+        }
+        const auto values = branch_values(mixed, unpackBranch(mixed, again));
+        if (std::ranges::any_of(values, [](double x) { return x > 100 && x < absent_inductor; }))
+            continue;  // cancelled
+        expect_same(coupled, mixed, seed);
+        EXPECT_EQ(tripletTransform(mixed, again, second).text, "Inappropriate circuit");
+        back = mixed;
+        ASSERT_EQ(tripletTransform(back, again).text, "") << seed;
+        expect_same(coupled, back, seed);
+    }
+}
+
+TEST(CoupledSections, QuadrupletsKeepTwoPortAndZeros) {
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        Case one(seed, seed % 3 == 0 ? 0.3 : 0, seed % 4 == 1);
+        const BranchId kind = seed % 2 == 0 ? inductor : capacitor;
+        int slots[5];
+        one.some();
+        for (const int i : {0, 1, 2, 3, 4}) {
+            one.add(i % 2 == 0 ? kind : one.maker.whole(0, 1) == 0 ? lc : other_of(kind), i % 2 == 0);
+            slots[i] = one.k;
+        }
+        if (seed % 5 != 0) {
+            one.some();
+            if (seed % 7 != 0) one.resistance();
+        }
+        int k = slots[seed % 5];
+        Circuit coupled = one.circuit;
+        ASSERT_EQ(quadrupletTransform(coupled, k).text, "") << seed;
+        ASSERT_EQ(unpackBranch(coupled, k).id, quadruplet) << seed;
+        expect_same(one.circuit, coupled, seed);
+        for (const double f : coupled.QUADRUPLETS(1).FRES) {
+            if (f == 0) continue;
+            const auto at = [&](long double factor) {
+                return std::abs(nodal_chain(coupled, 2 * std::numbers::pi_v<long double> * f * factor)[0]);
+            };
+            EXPECT_NEAR(static_cast<double>(at(1 + 1e-9L) / at(1 + 1e-7L)), 100, 5) << seed;
+        }
+    }
+}
+
+// What is across a port of section k, or at its inner node, as 1/L or C.
+double across(const Circuit& circuit, int k, bool load, BranchId kind) {
+    double sum = 0;
+    const auto next = [&](int i) { return load ? unpackBranch(circuit, i).kp : unpackBranch(circuit, i).kn; };
+    for (int i = next(k); i != 0 && i % 2 != 0 && branch_kinds[unpackBranch(circuit, i).id].slot_element();
+         i = next(i)) {
+        const Branch branch = unpackBranch(circuit, i);
+        if (branch.id == kind) sum += kind == inductor ? 1 / circuit.VALUE(branch.i1) : circuit.VALUE(branch.i1);
+    }
+    return sum;
+}
+std::vector<double> elements_to_ground(const Circuit& circuit, int k, BranchId kind) {
+    std::vector<double> all{across(circuit, k, true, kind)};
+    const Branch branch = unpackBranch(circuit, k);
+    if (branch.id == quadruplet) {
+        const Quadruplet& q = circuit.QUADRUPLETS(branch.i1);
+        for (const int i : {2, 3}) all.push_back(kind == inductor ? q.YK(i) : q.YC(i));
+    } else {
+        all.push_back(kind == inductor ? 1 / circuit.VALUE(branch.i1 + 2) : circuit.VALUE(branch.i1 + 3));
+    }
+    all.push_back(across(circuit, k, false, kind));
+    return all;
+}
+
+TEST(CoupledSections, NodesAreScaledToEqualAndToGivenValues) {
+    int done = 0;
+    for (unsigned seed = 0; seed < 450; ++seed) {
+        Case one(seed, seed % 3 == 0 ? 0.1 : 0, seed % 4 == 1);
+        one.some();
+        one.shunts();
+        const BranchId id{17 + static_cast<int>(seed % 9)};
+        if (id == quadruplet) {
+            one.k = one.circuit.klast + 2;
+            ASSERT_EQ(insert_quadruplet(one.circuit, one.k, one.maker.quadruplet()), CircuitVerdict::done);
+        } else {
+            one.add(id, seed % 2 == 0);
+        }
+        int k = one.k;
+        one.shunts();
+        one.add(lc, true);
+        one.some();
+        one.resistance();
+
+        const BranchId kind = seed % 2 == 0 ? inductor : capacitor;
+        const std::vector<double> given{0.7, 1.3, 0.9};
+        const auto values = std::span(given).first(seed % 4 < 2 ? 0 : id == quadruplet ? 3 : 2);
+        Circuit scaled = one.circuit;
+        const Refusal wrong = multipleTransform(scaled, k, kind, values);
+        if (!wrong.empty()) {  // an element is missing or negative
+            EXPECT_EQ(wrong.text, "Incorrect circuit") << seed;
+            EXPECT_TRUE(scaled == one.circuit);
+            continue;
+        }
+        ++done;
+        const auto source = [](const Circuit& c) { return c.VALUE(unpackBranch(c, c.klast).i1); };
+        expect_same(one.circuit, scaled, seed, source(scaled) / source(one.circuit));
+        const auto all = elements_to_ground(scaled, k, kind);
+        for (std::size_t i = 1; i < all.size(); ++i) {
+            const double wanted = values.empty() ? all[0] : kind == inductor ? 1 / values[i - 1] : values[i - 1];
+            EXPECT_NEAR(all[i] / wanted, 1, 1e-10) << seed;
+        }
+        EXPECT_EQ(multipleTransform(scaled, k, kind, values).text, "No change") << seed;
+    }
+    EXPECT_GT(done, 200);
+}
+
+struct RefusedCase {
+    std::string_view circuit;
+    int k;
+    std::string_view text;
+};
+
+TEST(CoupledSections, RefusalsLeaveTheCircuit) {
+    const std::string section = "R 1 | C3 1 | L4 1 | lc5 1 1 | L6 1 | C7 1 | R9 1";
+    const RefusedCase three[] = {
+        {section, 4, "Incorrect branch specification"},
+        {section, 11, "Incorrect branch specification"},
+        {section, 3, "Inappropriate circuit"},
+        {section, 7, "Inappropriate circuit"},
+        {section, 1, "Inappropriate circuit"},
+        {"R 1 | L2 1 | lc3 1 1 | C4 1 | R 1", 3, "Inappropriate circuit"},
+        {"R 1 | L2 1 | lcc3 1 1 1 | L4 1 | R 1", 3, "Inappropriate circuit"},
+        {"R 1 | C2 1 | lcl3 1 1 1 | C4 1 | R 1", 3, "Inappropriate circuit"},
+        {"R 1 | L2 1 | lc3 -0.5 1 | L4 1 | R 1", 3, "Inappropriate circuit"},
+        {"R 1 | L3 1 | lc5 1 1 | L6 1 | R 1", 5, "Inappropriate circuit"},
+        {"R 1 | triplet:CLLCC3 1 1 1 1 1 | R 1", 3, "Inappropriate circuit"},
+        {"R 1 | triplet:LLLCL3 1 1e31 1 1 1 | R 1", 3, "Inappropriate circuit"},
+        {"R 1 | triplet:LLLCL3 1 1 1e31 0 1 | R 1", 3, "Inappropriate circuit"},
+        {"R 1 | triplet:LLLCL3 1 1 1 1 1", 3, "Inappropriate circuit"},
+    };
+    for (const auto& [literal, k, text] : three) {
+        const Circuit before = circuit(literal);
+        Circuit after = before;
+        int place = k;
+        EXPECT_EQ(tripletTransform(after, place).text, text) << literal;
+        EXPECT_TRUE(after == before && place == k);
+    }
+    const std::string five = "R 1 | L2 1 | lc3 1 1 | L4 1 | lc5 1 1 | L6 1 | R7 1";
+    const RefusedCase four[] = {
+        {five, 8, "Nonexistent branch"},
+        {five, 0, "Nonexistent branch"},
+        {five, 7, "Circuit is inappropriate"},
+        {section, 5, "Circuit is inappropriate"},
+        {"R 1 | L2 1 | lc3 1 1 | C4 1 | lc5 1 1 | L6 1 | R7 1", 4, "Circuit is inappropriate"},
+        {"R 1 | L2 1 | lc3 1 1 | L4 1 | lcc5 1 1 1 | L6 1 | R7 1", 4, "Circuit is inappropriate"},
+        {"R 1 | L2 1 | lc3 -1 1 | L4 1 | lc5 -1 1 | L6 1 | R7 1", 4, "Circuit is inappropriate"},
+        {"R 1 | L2 1 | lc3 1 1 | L4 1 | C5 1 | L6 1 | R7 1", 4, "Circuit is inappropriate"},
+    };
+    for (const auto& [literal, k, text] : four) {
+        Circuit before = circuit(literal);
+        Circuit after = before;
+        int place = k;
+        EXPECT_EQ(quadrupletTransform(after, place).text, text) << literal;
+        EXPECT_TRUE(after == before && place == k);
+    }
+    Circuit before = circuit(five);
+    before.quadruplet_count = max_quadruplets;
+    int k = 4;
+    EXPECT_EQ(quadrupletTransform(before, k).text, "Storage is full");
+
+    const std::string triplet = "R 1 | L3 1 | triplet:LLLCL5 1 1 1 1 1 | L7 1 | R9 1";
+    struct {
+        std::string_view circuit;
+        int k;
+        BranchId kind;
+        std::vector<double> values;
+        std::string_view text;
+    } const multiple[] = {
+        {triplet, 3, inductor, {}, "Incorrect section"},
+        {triplet, 6, inductor, {}, "Incorrect section"},
+        {triplet, 5, inductor, {1, 0}, "Values must be > 0.0"},
+        {triplet, 5, inductor, {-1, 1}, "Values must be > 0.0"},
+        {triplet, 5, capacitor, {}, "Incorrect circuit"},
+        {triplet, 5, inductor, {}, "No change"},
+        {"R 1 | triplet:LLLCL3 1 1 1e31 1 1 | R 1", 3, inductor, {}, "Incorrect circuit"},
+        {"R 1 | triplet:LLLCL4 1 1 1 1 1", 4, inductor, {1, 2}, "Incorrect circuit"},
+    };
+    for (const auto& [literal, number, kind, values, text] : multiple) {
+        const Circuit former = circuit(literal);
+        Circuit after = former;
+        int place = number;
+        EXPECT_EQ(multipleTransform(after, place, kind, values).text, text) << literal;
+        EXPECT_TRUE(after == former && place == number);
+    }
+    // 149 and 150 values: four are given back, five are needed.
+    std::string full = "R 1 | L2 1 | lc3 1 1 | L4 1";
+    for (int i = 0; i < 24; ++i) full += " | lattice:LCCLCC 1 1 1 1 1 1";
+    for (const auto& [literal, text] : {std::pair{full, ""}, {full + " | R 1", "Storage is full"}}) {
+        Circuit after = circuit(literal);
+        int place = 3;
+        EXPECT_EQ(tripletTransform(after, place).text, text);
+    }
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,34 @@
+// A coupled section as a network of nodes, together with the inductors and capacitors across its ports: what couples
+// two nodes, and what lies from a node to ground.
+#pragma once
+
+#include "circuit/circuit.h"
+#include "numeric/complex.h"
+#include "shell/refusal.h"
+
+namespace kavrel {
+
+// Node matrices of inverse inductances and of capacitances (of a microwave circuit, of the cells of stubs). A coupling
+// is the negative of its cell beside the diagonal, what lies from a node to ground the sum of a row.
+struct CoupledNodes {
+    int count = 0;  // 3 of a triplet, 4 of a quadruplet; node 1 is the port towards the load, the last one the other
+    NodePairs<Wide> K;
+    NodePairs<Wide> C;
+    NodePairs<bool> inductive;  // (i, j) i < j: the kind of the coupling
+};
+
+[[nodiscard]] bool is_coupled_section(const Circuit& circuit, int k);
+
+// Of the coupled section in slot k and of all L and C branches that lie across its ports, no series branch in between.
+[[nodiscard]] CoupledNodes coupled_nodes(const Circuit& circuit, int k);
+
+// Gives the section in slot k the elements of the network. What lies across a port becomes one branch of each kind, a
+// new one where none was, none where nothing is left; k follows where the section moves. Elements may be negative. Of a
+// quadruplet the transmission zeros stay. Refused: a full store, and a source that would be of another kind for the
+// number of the last branch. The circuit is of no use then.
+[[nodiscard]] Refusal put_coupled_nodes(Circuit& circuit, int& k, const CoupledNodes& nodes);
+
+// Without a source's resistance the number of the last branch tells whether a voltage (even) or a current drives it.
+[[nodiscard]] bool same_drive(const Circuit& before, const Circuit& after);
+
+}  // namespace kavrel

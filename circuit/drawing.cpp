@@ -1,6 +1,7 @@
 #include "circuit/drawing.h"
 
 #include <algorithm>
+#include <numbers>
 
 #include "circuit/branch_elements.h"
 #include "circuit/element_formulas.h"
@@ -103,7 +104,10 @@ std::vector<double> transmission_zeros(const Circuit& circuit, const Branch& bra
     } else if (kind.structure == Structure::triplet) {
         std::array<double, 2> zeros{};
         const int count = triplet_zeros(kind, branch_values(circuit, branch), zeros);
-        noted.assign(zeros.begin(), zeros.begin() + count);
+        for (int i = 0; i < count; ++i) {
+            const double omega = 2 * std::numbers::pi * zeros[static_cast<std::size_t>(i)];
+            noted.push_back(resonant_frequency(circuit, 1 / omega, 1 / omega));
+        }
     }
     return noted;
 }

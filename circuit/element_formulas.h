@@ -109,7 +109,8 @@ struct StubSection {
 };
 [[nodiscard]] StubSection stub_section(const BranchKind& kind, std::span<const double> values, bool series);
 
-// Positive frequencies in Hz at which a coupled triplet lets nothing through, ascending; how many there are, 0 to 2.
+// Positive frequencies at which a coupled triplet lets nothing through, ascending, as omega/(2 pi) of the variable that its
+// cells are for (Hz, or of stubs tan/(2 pi)); how many there are, 0 to 2.
 [[nodiscard]] int triplet_zeros(const BranchKind& kind, std::span<const double> values, std::array<double, 2>& zeros);
 
 // Resonance of L and C in Hz: 1/(2 pi sqrt(L C)), in a microwave circuit of the stub pair; 0 when there is none.

@@ -10,6 +10,7 @@
 #include "workshop/norton.h"
 #include "workshop/resonance_exchange.h"
 #include "workshop/section.h"
+#include "workshop/coupled_nodes.h"
 
 namespace kavrel {
 
@@ -40,6 +41,18 @@ std::string_view cannot_exchange_resonances(const PassiveDesk& desk) {
 }
 
 std::string_view cannot_convert(const PassiveDesk& desk) { return unless(has_branches(desk), no_branch); }
+
+std::string_view cannot_couple_three(const PassiveDesk& desk) { return unless(has_branches(desk), no_triplet); }
+
+std::string_view cannot_couple_four(const PassiveDesk& desk) { return unless(has_branches(desk), no_quadruplet); }
+
+std::string_view needs_coupled_section(const PassiveDesk& desk) {
+    const Circuit& circuit = desk.filter.circuit;
+    bool found = false;
+    for (int k = circuit.klast; k != 0; k = unpackBranch(circuit, k).kp)
+        found = found || is_coupled_section(circuit, k);
+    return unless(found, no_coupled_section);
+}
 
 std::string_view cannot_find_resonance(const PassiveDesk& desk) { return unless(has_branches(desk), no_resonance); }
 

@@ -10,6 +10,9 @@ inline constexpr std::string_view no_analysis_data = "No analysis data";
 
 inline constexpr std::string_view no_such_branch = "Incorrect branch selected";
 inline constexpr std::string_view no_listed_branch = "A branch does not exist";
+inline constexpr std::string_view no_triplet = "Incorrect branch specification";
+inline constexpr std::string_view no_quadruplet = "Nonexistent branch";
+inline constexpr std::string_view no_coupled_section = "Incorrect section";
 inline constexpr std::string_view no_resonance = "Incorrect branch(es) specified";
 
 [[nodiscard]] std::string_view cannot_delete(const PassiveDesk& desk);
@@ -19,6 +22,9 @@ inline constexpr std::string_view no_resonance = "Incorrect branch(es) specified
 [[nodiscard]] std::string_view cannot_interchange(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_exchange_resonances(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_convert(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_couple_three(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_couple_four(const PassiveDesk& desk);
+[[nodiscard]] std::string_view needs_coupled_section(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_find_resonance(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_transform(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_equalise(const PassiveDesk& desk);

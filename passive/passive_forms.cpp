@@ -202,6 +202,13 @@ void convert_rules(const R& request, FieldStates& states) {
     states.off("branch2", is_three_element(unpackBranch(*request.circuit, k).id));
 }
 
+constexpr Choice other_couplings[] = {
+    {"None", OtherCoupling::none}, {"1-2", OtherCoupling::at_load}, {"2-3", OtherCoupling::at_source}};
+constexpr Field triplet_fields[] = {
+    branch_number<&R::triplet, &TripletRequest::branch>("branch", "Branch number"),
+    radio<&R::triplet, &TripletRequest::coupling>("coupling", "Coupling of the other kind", other_couplings),
+};
+
 // Norton transformations.
 
 constexpr auto norton_branches = std::array<Field, 2>{{
@@ -232,9 +239,9 @@ constexpr auto multiple_branch =
 constexpr auto multiple_values_fields = joined(
     multiple_branch, std::array<Field, 4>{{radio<&R::multiple, &MultipleRequest::couplings>(
                                                "couplings", "Side branches", coupling_choices),
-                                           real<&R::multiple, &MultipleRequest::value1>("value1", "First value"),
-                                           real<&R::multiple, &MultipleRequest::value2>("value2", "Second value"),
-                                           real<&R::multiple, &MultipleRequest::value3>("value3", "Third value")}});
+                                           real<&R::multiple, &MultipleRequest::value1>("value1", "Value at node 2"),
+                                           real<&R::multiple, &MultipleRequest::value2>("value2", "Value at node 3"),
+                                           real<&R::multiple, &MultipleRequest::value3>("value3", "Value at node 4")}});
 
 void multiple_values_rules(const R& request, FieldStates& states) {
     const Unit unit = unit_of_value(request, request.multiple.couplings == SideBranches::inductive ? 'L' : 'C');
@@ -345,8 +352,7 @@ constexpr Form PASSIVE_LATTICE_DLG =
     form_of<R>("LATTICE_DLG", "<New Passive> Section into a lattice", two_branches<&R::latticed>);
 constexpr Form PASSIVE_INCLUDE_DLG =
     form_of<R>("INCLUDE_DLG", "<New Passive> Include branches into a lattice", one_branch<&R::included_in>);
-constexpr Form PASSIVE_TRIPLET_DLG =
-    form_of<R>("TRIPLET_DLG", "<New Passive> Coupled triplet", one_branch<&R::coupled_three>);
+constexpr Form PASSIVE_TRIPLET_DLG = form_of<R>("TRIPLET_DLG", "<New Passive> Coupled triplet", triplet_fields);
 constexpr Form PASSIVE_QUADRUPLET_DLG =
     form_of<R>("QUADRUPLET_DLG", "<New Passive> Coupled quadruplet", one_branch<&R::coupled_four>);
 constexpr Form PASSIVE_NORTON_SIMPLE_DLG = opened_by<R, norton_form_opens<NortonKind::simple>>(

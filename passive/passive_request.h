@@ -14,6 +14,7 @@
 #include "shell/print_form.h"
 #include "shell/time_request.h"
 #include "workshop/equal_values.h"
+#include "workshop/coupled_sections.h"
 
 namespace kavrel {
 
@@ -81,6 +82,11 @@ struct TeePiRequest {
 enum class NortonKind { simple, computed, matching };
 enum class MultipleKind { equal_inductors, equal_capacitors, specified };
 
+struct TripletRequest {
+    int branch = 0;  // the resonant one in the middle, or a triplet
+    OtherCoupling coupling = OtherCoupling::none;
+};
+
 struct NortonRequest {
     NortonKind kind = NortonKind::simple;
     TwoBranches branches;
@@ -92,13 +98,14 @@ struct NortonRequest {
 
 enum class SideBranches : int { inductive = 1, capacitive = 2 };
 
+// Of a coupled section: what lies from its nodes to ground.
 struct MultipleRequest {
     MultipleKind kind = MultipleKind::equal_inductors;
     int branch = 0;
     SideBranches couplings = SideBranches::inductive;
-    double value1 = 0;  // of the side branches, in the user's units
-    double value2 = 0;
-    double value3 = 0;
+    double value1 = 0;  // at node 2, in the user's units; of stubs impedances
+    double value2 = 0;  // at node 3
+    double value3 = 0;  // at node 4 of a quadruplet
 };
 
 enum class PercentClass : int { half_percent = 1, one_percent = 2, two_to_five = 3, ten = 4 };
@@ -130,8 +137,8 @@ struct PassiveRequest {
     TwoBranches converted;  // the resonant one and the element
     TwoBranches latticed;   // the ends of the section
     int included_in = 0;    // lattice
-    int coupled_three = 0;  // the resonant branch in the middle
-    int coupled_four = 0;
+    TripletRequest triplet;
+    int coupled_four = 0;  // the branch in the middle
     NortonRequest norton;
     FormList<equalised_limit, 1> equalised;
     MultipleRequest multiple;

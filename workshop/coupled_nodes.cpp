@@ -10,9 +10,11 @@ namespace kavrel {
 
 namespace {
 
-constexpr Wide negligible = 1e-14L;  // of the terms of a sum: what is left of them cancelled
+constexpr Wide negligible = 1e-14L;  // of the largest term of a sum
 
 enum class Port { load, source };
+
+int node_of(Port port, const CoupledNodes& nodes) { return port == Port::load ? 1 : nodes.count == 3 ? 3 : 4; }
 
 // Places of the couplings in the cells of a triplet; cells 2 and 3 are L and C of node 2.
 struct TripletCell {
@@ -48,6 +50,15 @@ void couple(CoupledNodes& nodes, int i, int j, BranchId id, Wide value) {
 
 }  // namespace
 
+Wide sum_of(std::initializer_list<Wide> terms) {
+    Wide sum = 0, largest = 0;
+    for (const Wide term : terms) {
+        sum += term;
+        largest = std::max(largest, std::fabs(term));
+    }
+    return std::fabs(sum) <= negligible * largest ? 0 : sum;
+}
+
 bool is_coupled_section(const Circuit& circuit, int k) {
     if (!branchExists(circuit, k)) return false;
     const Structure structure = branch_kinds[unpackBranch(circuit, k).id].structure;
@@ -60,7 +71,7 @@ CoupledNodes coupled_nodes(const Circuit& circuit, int k) {
                              ? quadruplet_nodes(circuit.QUADRUPLETS(branch.i1))
                              : triplet_nodes(branch_kinds[branch.id], branch_values(circuit, branch));
     for (const Port port : {Port::load, Port::source}) {
-        const int node = port == Port::load ? 1 : nodes.count;
+        const int node = node_of(port, nodes);
         for (const BranchId id : plain_kinds) {
             for (const int shunt : shunts_at(circuit, k, port, id))
                 matrix_of(nodes, id)(node, node) += admittance(id, circuit.VALUE(unpackBranch(circuit, shunt).i1));
@@ -70,6 +81,7 @@ CoupledNodes coupled_nodes(const Circuit& circuit, int k) {
 }
 
 Refusal put_coupled_nodes(Circuit& circuit, int& k, const CoupledNodes& nodes) {
+    if (circuit.ilast > max_values - max_values_of_branch) compactValues(circuit);
     const Circuit before = circuit;
     if (nodes.count == 3) {
         put_triplet(circuit, k, nodes);
@@ -77,7 +89,7 @@ Refusal put_coupled_nodes(Circuit& circuit, int& k, const CoupledNodes& nodes) {
         put_quadruplet(circuit.QUADRUPLETS(unpackBranch(circuit, k).i1), nodes);
     }
     for (const Port port : {Port::load, Port::source}) {
-        const int node = port == Port::load ? 1 : nodes.count;
+        const int node = node_of(port, nodes);
         for (const BranchId id : plain_kinds) {
             const Wide value = to_ground(matrix_of(nodes, id), nodes.count, node);
             if (const auto verdict = put_shunt(circuit, k, port, id, value); verdict != CircuitVerdict::done)
@@ -189,12 +201,7 @@ CircuitVerdict put_shunt(Circuit& circuit, int& k, Port port, BranchId id, Wide 
 }
 
 Wide to_ground(const NodePairs<Wide>& matrix, int count, int node) {
-    Wide sum = 0, largest = 0;
-    for (int j = 1; j <= count; ++j) {
-        sum += matrix(node, j);
-        largest = std::max(largest, std::fabs(matrix(node, j)));
-    }
-    return std::fabs(sum) <= negligible * largest ? 0 : sum;
+    return sum_of({matrix(node, 1), matrix(node, 2), matrix(node, 3), count == 4 ? matrix(node, 4) : 0});
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 // two nodes, and what lies from a node to ground.
 #pragma once
 
+#include <initializer_list>
+
 #include "circuit/circuit.h"
 #include "numeric/complex.h"
 #include "shell/refusal.h"
@@ -16,6 +18,9 @@ struct CoupledNodes {
     NodePairs<Wide> C;
     NodePairs<bool> inductive;  // (i, j) i < j: the kind of the coupling
 };
+
+// The sum of terms; 0 where they cancel but for rounding.
+[[nodiscard]] Wide sum_of(std::initializer_list<Wide> terms);
 
 [[nodiscard]] bool is_coupled_section(const Circuit& circuit, int k);
 

@@ -188,8 +188,8 @@ Refusal change_coupling(Circuit& circuit, int& k, OtherCoupling which) {
     const Wide sign = coupling < 0 ? -1 : 1;
     for (NodePairs<Wide>* X : {&nodes.K, &nodes.C}) {
         auto& x = *X;
-        x(end, end) += t * (2 * x(end, 2) + t * x(2, 2));
-        x(end, far) += t * x(2, far);
+        x(end, end) = sum_of({x(end, end), 2 * t * x(end, 2), t * t * x(2, 2)});
+        x(end, far) = sum_of({x(end, far), t * x(2, far)});
         x(end, 2) = sign * (x(end, 2) + t * x(2, 2));
         x(2, far) *= sign;
     }

@@ -65,6 +65,12 @@ void expect_same(const Circuit& before, const Circuit& after, unsigned seed, dou
     }
 }
 
+int branch_count(const Circuit& circuit) {
+    int count = 0;
+    for (int k = circuit.klast; k != 0; k = unpackBranch(circuit, k).kp) ++count;
+    return count;
+}
+
 // The same branches in the same order, in whatever slots.
 void expect_branches(const Circuit& expected, const Circuit& circuit, unsigned seed) {
     int k = 1;
@@ -122,6 +128,8 @@ TEST(CoupledSections, TripletsComeFromLaddersAndGoBack) {
         back = mixed;
         ASSERT_EQ(tripletTransform(back, again).text, "") << seed;
         expect_same(coupled, back, seed);
+        if (seed % 3 == 0) continue;  // with a negative element a coupling comes back with another sign
+        EXPECT_LE(branch_count(back), branch_count(one.circuit)) << seed;  // nothing is left of rounding
     }
 }
 

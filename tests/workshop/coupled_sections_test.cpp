@@ -1,13 +1,14 @@
 #include "workshop/coupled_sections.h"
 
+#include <iterator>
 #include <numbers>
 
 #include <gtest/gtest.h>
 
-#include "circuit/element_formulas.h"
 #include "tests/circuit/random_circuits.h"
 #include "tests/support/circuit_literal.h"
 #include "tests/workshop/two_port.h"
+#include "workshop/coupled_nodes.h"
 
 namespace kavrel {
 namespace {
@@ -162,30 +163,6 @@ TEST(CoupledSections, QuadrupletsKeepTwoPortAndZeros) {
     }
 }
 
-// What is across a port of section k, or at its inner node, as 1/L or C.
-double across(const Circuit& circuit, int k, bool load, BranchId kind) {
-    double sum = 0;
-    const auto next = [&](int i) { return load ? unpackBranch(circuit, i).kp : unpackBranch(circuit, i).kn; };
-    for (int i = next(k); i != 0 && i % 2 != 0 && branch_kinds[unpackBranch(circuit, i).id].slot_element();
-         i = next(i)) {
-        const Branch branch = unpackBranch(circuit, i);
-        if (branch.id == kind) sum += kind == inductor ? 1 / circuit.VALUE(branch.i1) : circuit.VALUE(branch.i1);
-    }
-    return sum;
-}
-std::vector<double> elements_to_ground(const Circuit& circuit, int k, BranchId kind) {
-    std::vector<double> all{across(circuit, k, true, kind)};
-    const Branch branch = unpackBranch(circuit, k);
-    if (branch.id == quadruplet) {
-        const Quadruplet& q = circuit.QUADRUPLETS(branch.i1);
-        for (const int i : {2, 3}) all.push_back(kind == inductor ? q.YK(i) : q.YC(i));
-    } else {
-        all.push_back(kind == inductor ? 1 / circuit.VALUE(branch.i1 + 2) : circuit.VALUE(branch.i1 + 3));
-    }
-    all.push_back(across(circuit, k, false, kind));
-    return all;
-}
-
 TEST(CoupledSections, NodesAreScaledToEqualAndToGivenValues) {
     int done = 0;
     for (unsigned seed = 0; seed < 450; ++seed) {
@@ -218,10 +195,17 @@ TEST(CoupledSections, NodesAreScaledToEqualAndToGivenValues) {
         ++done;
         const auto source = [](const Circuit& c) { return c.VALUE(unpackBranch(c, c.klast).i1); };
         expect_same(one.circuit, scaled, seed, source(scaled) / source(one.circuit));
-        const auto all = elements_to_ground(scaled, k, kind);
-        for (std::size_t i = 1; i < all.size(); ++i) {
-            const double wanted = values.empty() ? all[0] : kind == inductor ? 1 / values[i - 1] : values[i - 1];
-            EXPECT_NEAR(all[i] / wanted, 1, 1e-10) << seed;
+        // The two-port being right, so are the nodes that the section is read as.
+        const CoupledNodes nodes = coupled_nodes(scaled, k);
+        const auto to_ground = [&](int i) {
+            Wide sum = 0;
+            for (int j = 1; j <= nodes.count; ++j) sum += kind == inductor ? nodes.K(i, j) : nodes.C(i, j);
+            return sum;
+        };
+        for (int i = 2; i <= nodes.count; ++i) {
+            const Wide value = values.empty() ? 0 : values[static_cast<std::size_t>(i - 2)];
+            const Wide wanted = values.empty() ? to_ground(1) : kind == inductor ? 1 / value : value;
+            EXPECT_LT(std::fabs(to_ground(i) / wanted - 1), 1e-10L) << seed;
         }
         EXPECT_EQ(multipleTransform(scaled, k, kind, values).text, "No change") << seed;
     }
@@ -231,88 +215,72 @@ TEST(CoupledSections, NodesAreScaledToEqualAndToGivenValues) {
 struct RefusedCase {
     std::string_view circuit;
     int k;
-    std::string_view text;
+    std::string_view command, text;
+};
+constexpr std::string_view section = "R 1 | C3 1 | L4 1 | lc5 1 1 | L6 1 | C7 1 | R9 1";
+constexpr std::string_view five = "R 1 | L2 1 | lc3 1 1 | L4 1 | lc5 1 1 | L6 1 | R7 1";
+constexpr std::string_view triplet = "R 1 | L3 1 | triplet:LLLCL5 1 1 1 1 1 | L7 1 | R9 1";
+constexpr RefusedCase refused_cases[] = {
+    {section, 4, "ct", "Incorrect branch specification"},
+    {section, 11, "ct", "Incorrect branch specification"},
+    {section, 3, "ct", "Inappropriate circuit"},
+    {section, 1, "ct", "Inappropriate circuit"},
+    {"R 1 | L2 1 | lc3 1 1 | C4 1 | R 1", 3, "ct", "Inappropriate circuit"},
+    {"R 1 | L2 1 | lcc3 1 1 1 | L4 1 | R 1", 3, "ct", "Inappropriate circuit"},
+    {"R 1 | C2 1 | lcl3 1 1 1 | C4 1 | R 1", 3, "ct", "Inappropriate circuit"},
+    {"R 1 | L2 1 | lc3 -0.5 1 | L4 1 | R 1", 3, "ct", "Inappropriate circuit"},
+    {"R 1 | L3 1 | lc5 1 1 | L6 1 | R 1", 5, "ct", "Inappropriate circuit"},
+    {"R 1 | triplet:CLLCC3 1 1 1 1 1 | R 1", 3, "ct", "Inappropriate circuit"},
+    {"R 1 | triplet:LLLCL3 1 1e31 1 1 1 | R 1", 3, "ct", "Inappropriate circuit"},
+    {"R 1 | triplet:LLLCL3 1 1 1e31 0 1 | R 1", 3, "ct", "Inappropriate circuit"},
+    {"R 1 | triplet:LLLCL3 1 1 1 1 1", 3, "ct", "Inappropriate circuit"},
+    {five, 8, "cq", "Nonexistent branch"},
+    {five, 0, "cq", "Nonexistent branch"},
+    {five, 7, "cq", "Circuit is inappropriate"},
+    {section, 5, "cq", "Circuit is inappropriate"},
+    {"R 1 | L2 1 | lc3 1 1 | C4 1 | lc5 1 1 | L6 1 | R7 1", 4, "cq", "Circuit is inappropriate"},
+    {"R 1 | L2 1 | lc3 1 1 | L4 1 | lcc5 1 1 1 | L6 1 | R7 1", 4, "cq", "Circuit is inappropriate"},
+    {"R 1 | L2 1 | lc3 -1 1 | L4 1 | lc5 -1 1 | L6 1 | R7 1", 4, "cq", "Circuit is inappropriate"},
+    {"R 1 | L2 1 | lc3 1 1 | L4 1 | C5 1 | L6 1 | R7 1", 4, "cq", "Circuit is inappropriate"},
+    {triplet, 3, "mtr L", "Incorrect section"},
+    {triplet, 6, "mtr L", "Incorrect section"},
+    {triplet, 5, "mtr L 1 0", "Values must be > 0.0"},
+    {triplet, 5, "mtr L -1 1", "Values must be > 0.0"},
+    {triplet, 5, "mtr C", "Incorrect circuit"},
+    {triplet, 5, "mtr L", "No change"},
+    {"R 1 | triplet:LLLCL3 1 1 1e31 1 1 | R 1", 3, "mtr L", "Incorrect circuit"},
+    {"R 1 | triplet:LLLCL4 1 1 1 1 1", 4, "mtr L 1 2", "Incorrect circuit"},  // a shunt would be the last branch
 };
 
 TEST(CoupledSections, RefusalsLeaveTheCircuit) {
-    const std::string section = "R 1 | C3 1 | L4 1 | lc5 1 1 | L6 1 | C7 1 | R9 1";
-    const RefusedCase three[] = {
-        {section, 4, "Incorrect branch specification"},
-        {section, 11, "Incorrect branch specification"},
-        {section, 3, "Inappropriate circuit"},
-        {section, 7, "Inappropriate circuit"},
-        {section, 1, "Inappropriate circuit"},
-        {"R 1 | L2 1 | lc3 1 1 | C4 1 | R 1", 3, "Inappropriate circuit"},
-        {"R 1 | L2 1 | lcc3 1 1 1 | L4 1 | R 1", 3, "Inappropriate circuit"},
-        {"R 1 | C2 1 | lcl3 1 1 1 | C4 1 | R 1", 3, "Inappropriate circuit"},
-        {"R 1 | L2 1 | lc3 -0.5 1 | L4 1 | R 1", 3, "Inappropriate circuit"},
-        {"R 1 | L3 1 | lc5 1 1 | L6 1 | R 1", 5, "Inappropriate circuit"},
-        {"R 1 | triplet:CLLCC3 1 1 1 1 1 | R 1", 3, "Inappropriate circuit"},
-        {"R 1 | triplet:LLLCL3 1 1e31 1 1 1 | R 1", 3, "Inappropriate circuit"},
-        {"R 1 | triplet:LLLCL3 1 1 1e31 0 1 | R 1", 3, "Inappropriate circuit"},
-        {"R 1 | triplet:LLLCL3 1 1 1 1 1", 3, "Inappropriate circuit"},
-    };
-    for (const auto& [literal, k, text] : three) {
+    for (const auto& [literal, k, command, text] : refused_cases) {
         const Circuit before = circuit(literal);
         Circuit after = before;
         int place = k;
-        EXPECT_EQ(tripletTransform(after, place).text, text) << literal;
-        EXPECT_TRUE(after == before && place == k);
+        std::istringstream words{std::string(command)};
+        std::string word, kind;
+        words >> word >> kind;
+        const std::vector<double> values(std::istream_iterator<double>(words), {});
+        const Refusal wrong = word == "ct" ? tripletTransform(after, place)
+                              : word == "cq"
+                                  ? quadrupletTransform(after, place)
+                                  : multipleTransform(after, place, kind == "L" ? inductor : capacitor, values);
+        EXPECT_EQ(wrong.text, text) << literal << command;
+        EXPECT_TRUE(after == before && place == k) << literal << command;
     }
-    const std::string five = "R 1 | L2 1 | lc3 1 1 | L4 1 | lc5 1 1 | L6 1 | R7 1";
-    const RefusedCase four[] = {
-        {five, 8, "Nonexistent branch"},
-        {five, 0, "Nonexistent branch"},
-        {five, 7, "Circuit is inappropriate"},
-        {section, 5, "Circuit is inappropriate"},
-        {"R 1 | L2 1 | lc3 1 1 | C4 1 | lc5 1 1 | L6 1 | R7 1", 4, "Circuit is inappropriate"},
-        {"R 1 | L2 1 | lc3 1 1 | L4 1 | lcc5 1 1 1 | L6 1 | R7 1", 4, "Circuit is inappropriate"},
-        {"R 1 | L2 1 | lc3 -1 1 | L4 1 | lc5 -1 1 | L6 1 | R7 1", 4, "Circuit is inappropriate"},
-        {"R 1 | L2 1 | lc3 1 1 | L4 1 | C5 1 | L6 1 | R7 1", 4, "Circuit is inappropriate"},
-    };
-    for (const auto& [literal, k, text] : four) {
-        Circuit before = circuit(literal);
-        Circuit after = before;
-        int place = k;
-        EXPECT_EQ(quadrupletTransform(after, place).text, text) << literal;
-        EXPECT_TRUE(after == before && place == k);
-    }
+}
+
+TEST(CoupledSections, NeedRoomInTheStore) {
     Circuit before = circuit(five);
     before.quadruplet_count = max_quadruplets;
     int k = 4;
     EXPECT_EQ(quadrupletTransform(before, k).text, "Storage is full");
-
-    const std::string triplet = "R 1 | L3 1 | triplet:LLLCL5 1 1 1 1 1 | L7 1 | R9 1";
-    struct {
-        std::string_view circuit;
-        int k;
-        BranchId kind;
-        std::vector<double> values;
-        std::string_view text;
-    } const multiple[] = {
-        {triplet, 3, inductor, {}, "Incorrect section"},
-        {triplet, 6, inductor, {}, "Incorrect section"},
-        {triplet, 5, inductor, {1, 0}, "Values must be > 0.0"},
-        {triplet, 5, inductor, {-1, 1}, "Values must be > 0.0"},
-        {triplet, 5, capacitor, {}, "Incorrect circuit"},
-        {triplet, 5, inductor, {}, "No change"},
-        {"R 1 | triplet:LLLCL3 1 1 1e31 1 1 | R 1", 3, inductor, {}, "Incorrect circuit"},
-        {"R 1 | triplet:LLLCL4 1 1 1 1 1", 4, inductor, {1, 2}, "Incorrect circuit"},
-    };
-    for (const auto& [literal, number, kind, values, text] : multiple) {
-        const Circuit former = circuit(literal);
-        Circuit after = former;
-        int place = number;
-        EXPECT_EQ(multipleTransform(after, place, kind, values).text, text) << literal;
-        EXPECT_TRUE(after == former && place == number);
-    }
     // 149 and 150 values: four are given back, five are needed.
     std::string full = "R 1 | L2 1 | lc3 1 1 | L4 1";
     for (int i = 0; i < 24; ++i) full += " | lattice:LCCLCC 1 1 1 1 1 1";
     for (const auto& [literal, text] : {std::pair{full, ""}, {full + " | R 1", "Storage is full"}}) {
         Circuit after = circuit(literal);
-        int place = 3;
-        EXPECT_EQ(tripletTransform(after, place).text, text);
+        EXPECT_EQ(tripletTransform(after, k = 3).text, text);
     }
 }
 

@@ -26,7 +26,7 @@ constexpr MultipleItem multiple_items[] = {
 BranchId scaled_kind(const MultipleRequest& request);
 std::array<double, 3> stored_values(const PassiveDesk& desk, BranchId kind);
 MacroStep multiple_step(const MultipleRequest& request, std::span<const double> typed);
-int first_across_port(const Circuit& circuit, int k);
+int first_of_section(const Circuit& circuit, int k, int before);
 
 std::string one_key(int branch) { return macro_branch(branch) + std::string(macro_return); }
 
@@ -40,18 +40,18 @@ bool couple_three(PassiveDesk& desk, EditStep& step) {
         const std::string down = coupling == OtherCoupling::at_load ? "{DOWN}" : "{DOWN 2}";
         step.macro.keys = macro_branch(branch) + std::string(macro_tab) + down + std::string(macro_return);
     }
-    if (!passes(desk, tripletTransform(step.circuit(), step.changed, coupling))) return false;
-    const Circuit& circuit = step.circuit();
-    const bool coupled = is_coupled_section(circuit, step.changed);
-    step.changed = first_across_port(circuit, coupled ? step.changed : unpackBranch(circuit, step.changed).kp);
-    return true;
+    const Refusal wrong = tripletTransform(step.circuit(), step.changed, coupling);
+    step.changed = first_of_section(step.circuit(), step.changed, 1);
+    return passes(desk, wrong);
 }
 
 bool couple_four(PassiveDesk& desk, EditStep& step) {
     step.changed = desk.command.coupled_four;
     step.macro = {"Modify Quadruplet", one_key(step.changed)};
     step.destroyed = four_destroyed;
-    return passes(desk, quadrupletTransform(step.circuit(), step.changed));
+    const Refusal wrong = quadrupletTransform(step.circuit(), step.changed);
+    step.changed = first_of_section(step.circuit(), step.changed, 2);
+    return passes(desk, wrong);
 }
 
 bool transform_coupling(PassiveDesk& desk, EditStep& step) {
@@ -68,9 +68,8 @@ bool transform_coupling(PassiveDesk& desk, EditStep& step) {
     step.macro = multiple_step(request, std::span(typed).first(count));
     step.destroyed = four_destroyed;
     const Refusal wrong = multipleTransform(step.circuit(), step.changed, kind, std::span(stored).first(count));
-    if (!passes(desk, wrong)) return false;
-    step.changed = first_across_port(step.circuit(), step.changed);
-    return true;
+    step.changed = first_of_section(step.circuit(), step.changed, 0);
+    return passes(desk, wrong);
 }
 
 namespace {
@@ -112,12 +111,14 @@ MacroStep multiple_step(const MultipleRequest& request, std::span<const double> 
     return step;
 }
 
-// The first of the branches across the rails before k, or k itself: they have changed, too.
-int first_across_port(const Circuit& circuit, int k) {
-    for (int before = unpackBranch(circuit, k).kp; before > 1 && before % 2 != 0;
-         before = unpackBranch(circuit, k).kp) {
-        if (!branch_kinds[unpackBranch(circuit, before).id].slot_element()) break;
-        k = before;
+// Where the section of k begins: with what lies across its port, which may have changed, too. Of a ladder, whose middle
+// k is, `before` branches come first.
+int first_of_section(const Circuit& circuit, int k, int before) {
+    const auto previous = [&](int of) { return branchExists(circuit, of) ? unpackBranch(circuit, of).kp : 0; };
+    for (int i = is_coupled_section(circuit, k) ? before : 0; i < before; ++i) k = previous(k);
+    for (int shunt = previous(k); shunt > 1 && shunt % 2 != 0; shunt = previous(k)) {
+        if (!branch_kinds[unpackBranch(circuit, shunt).id].slot_element()) break;
+        k = shunt;
     }
     return k;
 }

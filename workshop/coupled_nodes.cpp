@@ -1,6 +1,7 @@
 #include "workshop/coupled_nodes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -29,7 +30,6 @@ void put_triplet(Circuit& circuit, int k, const CoupledNodes& nodes);
 void put_quadruplet(Quadruplet& quadruplet, const CoupledNodes& nodes);
 std::vector<int> shunts_at(const Circuit& circuit, int k, Port port, BranchId id);
 CircuitVerdict put_shunt(Circuit& circuit, int& k, Port port, BranchId id, Wide admittance);
-Wide to_ground(const NodePairs<Wide>& matrix, int count, int node);
 
 // Between a value and what it adds to a node matrix, both ways.
 Wide admittance(BranchId id, Wide value) { return id == BranchId::inductor ? 1 / value : value; }
@@ -50,13 +50,19 @@ void couple(CoupledNodes& nodes, int i, int j, BranchId id, Wide value) {
 
 }  // namespace
 
-Wide sum_of(std::initializer_list<Wide> terms) {
+Wide sum_of(std::span<const Wide> terms) {
     Wide sum = 0, largest = 0;
     for (const Wide term : terms) {
         sum += term;
         largest = std::max(largest, std::fabs(term));
     }
     return std::fabs(sum) <= negligible * largest ? 0 : sum;
+}
+
+Wide to_ground(const NodePairs<Wide>& matrix, int node) {
+    std::array<Wide, 4> terms{};
+    for (int j = 1; j <= 4; ++j) terms[static_cast<std::size_t>(j - 1)] = matrix(j, node);
+    return sum_of(terms);
 }
 
 bool is_coupled_section(const Circuit& circuit, int k) {
@@ -91,7 +97,7 @@ Refusal put_coupled_nodes(Circuit& circuit, int& k, const CoupledNodes& nodes) {
     for (const Port port : {Port::load, Port::source}) {
         const int node = node_of(port, nodes);
         for (const BranchId id : plain_kinds) {
-            const Wide value = to_ground(matrix_of(nodes, id), nodes.count, node);
+            const Wide value = to_ground(matrix_of(nodes, id), node);
             if (const auto verdict = put_shunt(circuit, k, port, id, value); verdict != CircuitVerdict::done)
                 return message_of(verdict);
         }
@@ -149,8 +155,8 @@ void put_triplet(Circuit& circuit, int k, const CoupledNodes& nodes) {
     packBranch(circuit, k, branch);
     for (const auto& [cell, i, j] : triplet_cells)
         values[cell] = nodes.inductive(i, j) ? inductance(-nodes.K(i, j)) : static_cast<double>(-nodes.C(i, j));
-    values[2] = inductance(to_ground(nodes.K, 3, 2));
-    values[3] = static_cast<double>(to_ground(nodes.C, 3, 2));
+    values[2] = inductance(to_ground(nodes.K, 2));
+    values[3] = static_cast<double>(to_ground(nodes.C, 2));
 }
 
 void put_quadruplet(Quadruplet& quadruplet, const CoupledNodes& nodes) {
@@ -162,8 +168,8 @@ void put_quadruplet(Quadruplet& quadruplet, const CoupledNodes& nodes) {
         }
     }
     for (int i = 2; i <= 3; ++i) {
-        quadruplet.YK(i) = static_cast<double>(to_ground(nodes.K, 4, i));
-        quadruplet.YC(i) = static_cast<double>(to_ground(nodes.C, 4, i));
+        quadruplet.YK(i) = static_cast<double>(to_ground(nodes.K, i));
+        quadruplet.YC(i) = static_cast<double>(to_ground(nodes.C, i));
     }
 }
 
@@ -198,10 +204,6 @@ CircuitVerdict put_shunt(Circuit& circuit, int& k, Port port, BranchId id, Wide 
         if (const auto verdict = deleteBranch(circuit, shunts[i]); verdict != CircuitVerdict::done) return verdict;
     }
     return CircuitVerdict::done;
-}
-
-Wide to_ground(const NodePairs<Wide>& matrix, int count, int node) {
-    return sum_of({matrix(node, 1), matrix(node, 2), matrix(node, 3), count == 4 ? matrix(node, 4) : 0});
 }
 
 }  // namespace

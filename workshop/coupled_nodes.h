@@ -2,7 +2,7 @@
 // two nodes, and what lies from a node to ground.
 #pragma once
 
-#include <initializer_list>
+#include <span>
 
 #include "circuit/circuit.h"
 #include "numeric/complex.h"
@@ -20,7 +20,10 @@ struct CoupledNodes {
 };
 
 // The sum of terms; 0 where they cancel but for rounding.
-[[nodiscard]] Wide sum_of(std::initializer_list<Wide> terms);
+[[nodiscard]] Wide sum_of(std::span<const Wide> terms);
+
+// What lies from a node to ground.
+[[nodiscard]] Wide to_ground(const NodePairs<Wide>& matrix, int node);
 
 [[nodiscard]] bool is_coupled_section(const Circuit& circuit, int k);
 

@@ -26,6 +26,7 @@ Refusal couple_three(Circuit& circuit, int& k);
 Refusal uncouple_three(Circuit& circuit, int& k);
 Refusal change_coupling(Circuit& circuit, int& k, OtherCoupling which);
 Refusal couple_four(Circuit& circuit, int& k);
+Refusal uncouple_four(Circuit& circuit, int& k);
 Refusal scale_section(Circuit& circuit, int& k, BranchId kind, std::span<const double> values);
 
 // An edit of a copy, which is taken over when it is done.
@@ -54,7 +55,10 @@ Refusal tripletTransform(Circuit& circuit, int& k, OtherCoupling other) {
     });
 }
 
-Refusal quadrupletTransform(Circuit& circuit, int& k) { return on_copy(circuit, k, couple_four); }
+Refusal quadrupletTransform(Circuit& circuit, int& k) {
+    const bool coupled = is_coupled_section(circuit, k) && !is_triplet(circuit, k);
+    return on_copy(circuit, k, coupled ? uncouple_four : couple_four);
+}
 
 Refusal multipleTransform(Circuit& circuit, int& k, BranchId kind, std::span<const double> values) {
     return on_copy(circuit, k, [&](Circuit& edited, int& place) { return scale_section(edited, place, kind, values); });
@@ -68,22 +72,31 @@ struct Resonance {
     Wide y = 0;
     Wide K = 0, C = 0;
 };
-std::optional<Resonance> resonance_at(const Circuit& circuit, int k, BranchId kind);
+
+// Series branches of one kind, and a resonance between two of them.
+struct LadderSection {
+    BranchId kind{};
+    std::vector<Wide> series;
+    std::vector<Resonance> resonances;
+    std::vector<int> numbers;  // of all branches
+};
+
+// That of `count` branches from branch `first` on; none where they are no such section.
+std::optional<LadderSection> section_from(const Circuit& circuit, int first, std::size_t count);
+
+// Instead of the branches of a section, or of the coupled section k. k becomes the number of the coupled section, or of
+// the branch in the middle.
+template <class Insert>
+Refusal couple(Circuit& circuit, int& k, const LadderSection& section, Insert insert);
+Refusal uncouple(Circuit& circuit, int& k, const LadderSection& section, const Refusal& refused);
+
 double zero_frequency(const Circuit& circuit, const Resonance& resonance, BranchId kind);
 
-// The y of a series branch of this kind in slot k.
-std::optional<Wide> series_at(const Circuit& circuit, int k, BranchId kind);
-
 Wide inverse_of(BranchId kind, Wide value) { return kind == BranchId::inductor ? 1 / value : value; }
+double cell_of(BranchId kind, Wide y) { return static_cast<double>(inverse_of(kind, y)); }
 double inductance(Wide inverse) { return inverse == 0 ? 2 * absent_inductor : static_cast<double>(1 / inverse); }
 
-// Where a section that becomes one branch is put: in the slot of its branch `k`, or of its last one where that ends the
-// circuit, whose last number has a meaning.
-int slot_of_section(const Circuit& circuit, int k, int last) { return last == circuit.klast ? last : k; }
-
-Refusal delete_all(Circuit& circuit, std::span<const int> branches);
-
-// A ladder section ---------------------------------------------------------------------------------------------------
+// Three nodes --------------------------------------------------------------------------------------------------------
 
 bool is_triplet(const Circuit& circuit, int k) {
     return is_coupled_section(circuit, k) && unpackBranch(circuit, k).id != BranchId::quadruplet;
@@ -91,33 +104,19 @@ bool is_triplet(const Circuit& circuit, int k) {
 
 Refusal couple_three(Circuit& circuit, int& k) {
     if (k % 2 == 0 || !branchExists(circuit, k)) return {"Incorrect branch specification", "branch"};
-    const Branch middle = unpackBranch(circuit, k);
-    const BranchId kind = middle.kp == 0 ? BranchId::resistor : unpackBranch(circuit, middle.kp).id;
-    const auto load = series_at(circuit, middle.kp, kind), source = series_at(circuit, middle.kn, kind);
-    const auto resonance = resonance_at(circuit, k, kind);
-    if (!load || !source || !resonance) return {inappropriate, "branch"};
-    const Wide p = *load, q = resonance->y, r = *source, sum = p + q + r;
+    const auto section = section_from(circuit, unpackBranch(circuit, k).kp, 3);
+    if (!section) return {inappropriate, "branch"};
+    const Resonance& resonance = section->resonances.front();
+    const Wide p = section->series[0], q = resonance.y, r = section->series[1], sum = p + q + r;
     if (sum == 0) return {inappropriate, "branch"};
-
-    const bool inductive = kind == BranchId::inductor;
-    const auto cell = [&](Wide y) { return static_cast<double>(inverse_of(kind, y)); };
-    const std::array values{cell(p * q / sum), cell(p * r / sum), inductance(resonance->K),
-                            static_cast<double>(resonance->C), cell(q * r / sum)};
-    const std::array section{middle.kp, k, middle.kn};
-    k = slot_of_section(circuit, k, middle.kn);
-    if (Refusal wrong = delete_all(circuit, section); !wrong.empty()) return wrong;
-    const BranchId id = inductive ? BranchId::triplet_lll : BranchId::triplet_ccc;
-    if (const auto verdict = insert_values(circuit, k, id, values); verdict != CircuitVerdict::done)
-        return message_of(verdict);
-    return {};
+    const BranchId kind = section->kind;
+    const std::array values{cell_of(kind, p * q / sum), cell_of(kind, p * r / sum), inductance(resonance.K),
+                            static_cast<double>(resonance.C), cell_of(kind, q * r / sum)};
+    return couple(circuit, k, *section, [&] {
+        return insert_values(circuit, k, kind == BranchId::inductor ? BranchId::triplet_lll : BranchId::triplet_ccc,
+                             values);
+    });
 }
-
-// The branch across the rails of an uncoupled triplet.
-struct Trap {
-    BranchId id{};
-    std::vector<double> values;
-};
-std::optional<Trap> trap_of(const Resonance& resonance, BranchId kind);
 
 Refusal uncouple_three(Circuit& circuit, int& k) {
     const Refusal refused{inappropriate, "branch"};
@@ -127,49 +126,18 @@ Refusal uncouple_three(Circuit& circuit, int& k) {
         const bool load = nodes.inductive(1, 2) != nodes.inductive(1, 3);
         const auto other = load ? OtherCoupling::at_load : OtherCoupling::at_source;
         if (Refusal wrong = change_coupling(circuit, k, other); !wrong.empty()) return wrong;
+        nodes = coupled_nodes(circuit, k);
     } else if (nodes.inductive(1, 2) != nodes.inductive(1, 3)) {
         return refused;
     }
-    const Branch branch = unpackBranch(circuit, k);
-    const auto values = branch_values(circuit, branch);
-    const BranchKind& row = branch_kinds[branch.id];
-    for (const int cell : {0, 1, 4}) {
-        if (!element_present(row, cell, values[static_cast<std::size_t>(cell)])) return refused;
-    }
-    const BranchId kind = row.cells[0] == 'L' ? BranchId::inductor : BranchId::capacitor;
-    const Wide y12 = inverse_of(kind, values[0]), y13 = inverse_of(kind, values[1]), y23 = inverse_of(kind, values[4]);
-    const Wide sum = y12 * y13 + y12 * y23 + y13 * y23;
-    if (sum == 0) return refused;
-    const Resonance resonance{
-        .y = sum / y13, .K = element_present(row, 2, values[2]) ? 1 / static_cast<Wide>(values[2]) : 0, .C = values[3]};
-    const auto trap = trap_of(resonance, kind);
-    if (!trap) return refused;
-
-    const Circuit before = circuit;
-    const double load = static_cast<double>(inverse_of(kind, sum / y23));
-    const double source = static_cast<double>(inverse_of(kind, sum / y12));
-    int slot = k - k % 2;
-    if (Refusal wrong = delete_all(circuit, std::array{k}); !wrong.empty()) return wrong;
-    CircuitVerdict verdict = insert_values(circuit, slot, kind, {&load, 1});
-    if (verdict == CircuitVerdict::done) verdict = insert_values(circuit, k = slot + 1, trap->id, trap->values);
-    if (verdict == CircuitVerdict::done) verdict = insert_values(circuit, slot = k + 1, kind, {&source, 1});
-    if (verdict != CircuitVerdict::done) return message_of(verdict);
-    return same_drive(before, circuit) ? Refusal{} : refused;
-}
-
-std::optional<Trap> trap_of(const Resonance& resonance, BranchId kind) {
-    const auto& [y, K, C] = resonance;
-    const double x = static_cast<double>(inverse_of(kind, y)), L = K == 0 ? 0 : static_cast<double>(1 / K);
-    const double ground_c = static_cast<double>(C);
-    if (K == 0 && C == 0) return std::nullopt;
-    if (kind == BranchId::inductor) {
-        if (K == 0) return Trap{BranchId::lc, {x, ground_c}};
-        if (C == 0) return Trap{BranchId::inductor, {x + L}};
-        return Trap{BranchId::lcl, {L, ground_c, x}};
-    }
-    if (C == 0) return Trap{BranchId::lc, {L, x}};
-    if (K == 0) return Trap{BranchId::capacitor, {static_cast<double>(y * C / (y + C))}};
-    return Trap{BranchId::lcc, {L, ground_c, x}};
+    const NodePairs<Wide>& X = nodes.inductive(1, 2) ? nodes.K : nodes.C;
+    const Wide y12 = -X(1, 2), y13 = -X(1, 3), y23 = -X(2, 3), sum = y12 * y13 + y12 * y23 + y13 * y23;
+    if (y12 == 0 || y13 == 0 || y23 == 0 || sum == 0) return refused;
+    LadderSection section{.kind = nodes.inductive(1, 2) ? BranchId::inductor : BranchId::capacitor,
+                          .series = {sum / y23, sum / y12},
+                          .resonances = {{.y = sum / y13, .K = to_ground(nodes.K, 2), .C = to_ground(nodes.C, 2)}},
+                          .numbers = {}};
+    return uncouple(circuit, k, section, refused);
 }
 
 // With v2 = t v_end + sign v2' the node matrices X become T'X T.
@@ -188,8 +156,8 @@ Refusal change_coupling(Circuit& circuit, int& k, OtherCoupling which) {
     const Wide sign = coupling < 0 ? -1 : 1;
     for (NodePairs<Wide>* X : {&nodes.K, &nodes.C}) {
         auto& x = *X;
-        x(end, end) = sum_of({x(end, end), 2 * t * x(end, 2), t * t * x(2, 2)});
-        x(end, far) = sum_of({x(end, far), t * x(2, far)});
+        x(end, end) = sum_of(std::array{x(end, end), 2 * t * x(end, 2), t * t * x(2, 2)});
+        x(end, far) = sum_of(std::array{x(end, far), t * x(2, far)});
         x(end, 2) = sign * (x(end, 2) + t * x(2, 2));
         x(2, far) *= sign;
     }
@@ -201,79 +169,75 @@ Refusal change_coupling(Circuit& circuit, int& k, OtherCoupling which) {
 
 // Four nodes ---------------------------------------------------------------------------------------------------------
 
-struct FiveBranches {
-    std::array<int, 5> numbers{};
-    BranchId kind{};
-    std::array<Wide, 3> series{};
-    std::array<Resonance, 2> resonances;
-};
-std::optional<FiveBranches> five_from(const Circuit& circuit, int first);
-std::optional<FiveBranches> five_around(const Circuit& circuit, int k);
+std::optional<LadderSection> five_around(const Circuit& circuit, int k);
 
 Refusal couple_four(Circuit& circuit, int& k) {
     if (!branchExists(circuit, k)) return {"Nonexistent branch", "branch"};
-    const auto five = five_around(circuit, k);
-    if (!five) return {inappropriate_four, "branch"};
-    const auto [p, r, w] = five->series;
-    const auto& [one, two] = five->resonances;
-    const Wide q = one.y, u = two.y, S1 = p + q + r, S2 = r + u + w, D = S1 * S2 - r * r;
+    const auto section = five_around(circuit, k);
+    if (!section) return {inappropriate_four, "branch"};
+    const Wide p = section->series[0], r = section->series[1], w = section->series[2];
+    const Wide q = section->resonances[0].y, u = section->resonances[1].y;
+    const Wide S1 = p + q + r, S2 = r + u + w, D = S1 * S2 - r * r;
     if (D == 0) return {inappropriate_four, "branch"};
 
     Quadruplet quadruplet;
-    const auto couple = [&](int i, int j, Wide y) {
-        const bool inductive = five->kind == BranchId::inductor;
+    const auto pair = [&](int i, int j, Wide y) {
+        const bool inductive = section->kind == BranchId::inductor;
         quadruplet.M(i, j) = inductive ? 1 : 0;
         (inductive ? quadruplet.XK : quadruplet.XC)(i, j) = static_cast<double>(y);
     };
-    couple(1, 2, p * q * S2 / D);
-    couple(1, 3, p * u * r / D);
-    couple(1, 4, p * w * r / D);
-    couple(2, 3, q * u * r / D);
-    couple(2, 4, q * w * r / D);
-    couple(3, 4, u * w * S1 / D);
+    pair(1, 2, p * q * S2 / D);
+    pair(1, 3, p * u * r / D);
+    pair(1, 4, p * w * r / D);
+    pair(2, 3, q * u * r / D);
+    pair(2, 4, q * w * r / D);
+    pair(3, 4, u * w * S1 / D);
     for (const int i : {1, 2}) {
-        const Resonance& resonance = five->resonances[static_cast<std::size_t>(i - 1)];
+        const Resonance& resonance = section->resonances[static_cast<std::size_t>(i - 1)];
         quadruplet.YK(i + 1) = static_cast<double>(resonance.K);
         quadruplet.YC(i + 1) = static_cast<double>(resonance.C);
-        quadruplet.FRES(i) = zero_frequency(circuit, resonance, five->kind);
+        quadruplet.FRES(i) = zero_frequency(circuit, resonance, section->kind);
     }
-    k = slot_of_section(circuit, five->numbers[1], five->numbers[4]);
-    if (Refusal wrong = delete_all(circuit, five->numbers); !wrong.empty()) return wrong;
-    if (const auto verdict = insert_quadruplet(circuit, k, quadruplet); verdict != CircuitVerdict::done)
-        return message_of(verdict);
-    return {};
+    return couple(circuit, k, *section, [&] { return insert_quadruplet(circuit, k, quadruplet); });
 }
 
 // Those with k in the middle, else with k as the first resonance, the second, the first branch, the last.
-std::optional<FiveBranches> five_around(const Circuit& circuit, int k) {
+std::optional<LadderSection> five_around(const Circuit& circuit, int k) {
     for (const int place : {2, 1, 3, 0, 4}) {
         int first = k;
         for (int i = 0; i < place && first != 0; ++i) first = unpackBranch(circuit, first).kp;
-        if (const auto five = five_from(circuit, first)) return five;
+        if (auto section = section_from(circuit, first, 5)) return section;
     }
     return std::nullopt;
 }
 
-std::optional<FiveBranches> five_from(const Circuit& circuit, int first) {
-    if (first == 0) return std::nullopt;
-    FiveBranches five;
-    five.kind = unpackBranch(circuit, first).id;
-    int k = first;
-    for (std::size_t i = 0; i < five.numbers.size(); ++i) {
-        if (k == 0) return std::nullopt;
-        five.numbers[i] = k;
-        if (i % 2 == 0) {
-            const auto y = series_at(circuit, k, five.kind);
-            if (!y) return std::nullopt;
-            five.series[i / 2] = *y;
-        } else {
-            const auto resonance = resonance_at(circuit, k, five.kind);
-            if (!resonance) return std::nullopt;
-            five.resonances[i / 2] = *resonance;
+// p/q = y13/y23 = y14/y24 and u/w = y13/y14 = y23/y24 where there is such a section. With all that couples nodes 1 and
+// 2 with 3 and 4, G = (p + q) (u + w) r/D, and y12 = p q S2/D = (p q/(p + q)^2) (p + q - G).
+Refusal uncouple_four(Circuit& circuit, int& k) {
+    constexpr Wide close = 1e-9L;
+    const Refusal refused{inappropriate_four, "branch"};
+    const CoupledNodes nodes = coupled_nodes(circuit, k);
+    const bool inductive = nodes.inductive(1, 2);
+    const NodePairs<Wide>& X = inductive ? nodes.K : nodes.C;
+    for (int i = 1; i <= 3; ++i) {
+        for (int j = i + 1; j <= 4; ++j) {
+            if (nodes.inductive(i, j) != inductive || X(i, j) == 0) return refused;
         }
-        k = unpackBranch(circuit, k).kn;
     }
-    return five;
+    const Wide G = -(X(1, 3) + X(1, 4) + X(2, 3) + X(2, 4));
+    const Wide p_to_q = X(1, 4) / X(2, 4), u_to_w = X(2, 3) / X(2, 4);
+    if (std::fabs(X(1, 3) * X(2, 4) / (X(1, 4) * X(2, 3)) - 1) > close || p_to_q == -1 || u_to_w == -1) return refused;
+    const Wide P = G - X(1, 2) * (1 + p_to_q) * (1 + p_to_q) / p_to_q;  // p + q
+    const Wide U = G - X(3, 4) * (1 + u_to_w) * (1 + u_to_w) / u_to_w;  // u + w
+    const Wide rest = P * U - G * (P + U);
+    if (P == 0 || U == 0 || G == 0 || rest == 0) return refused;
+    const Wide q = P / (1 + p_to_q), w = U / (1 + u_to_w);
+    LadderSection section{.kind = inductive ? BranchId::inductor : BranchId::capacitor,
+                          .series = {P - q, G * P * U / rest, w},
+                          .resonances = {{.y = q, .K = to_ground(nodes.K, 2), .C = to_ground(nodes.C, 2)},
+                                         {.y = U - w, .K = to_ground(nodes.K, 3), .C = to_ground(nodes.C, 3)}},
+                          .numbers = {}};
+    return uncouple(circuit, k, section, refused);
 }
 
 // The nodes' levels --------------------------------------------------------------------------------------------------
@@ -313,7 +277,75 @@ Refusal scale_section(Circuit& circuit, int& k, BranchId kind, std::span<const d
     return put_coupled_nodes(circuit, k, nodes);
 }
 
-// What they have in common -------------------------------------------------------------------------------------------
+// Sections of a ladder -----------------------------------------------------------------------------------------------
+
+// The y of a series branch, and a resonance across the rails.
+std::optional<Wide> series_at(const Circuit& circuit, int k, BranchId kind);
+std::optional<Resonance> resonance_at(const Circuit& circuit, int k, BranchId kind);
+
+// A branch across the rails.
+struct Trap {
+    BranchId id{};
+    std::vector<double> values;
+};
+std::optional<Trap> trap_of(const Resonance& resonance, BranchId kind);
+
+std::optional<LadderSection> section_from(const Circuit& circuit, int first, std::size_t count) {
+    if (first == 0) return std::nullopt;
+    LadderSection section;
+    section.kind = unpackBranch(circuit, first).id;
+    for (int k = first; section.numbers.size() < count; k = unpackBranch(circuit, k).kn) {
+        if (k == 0) return std::nullopt;
+        if (section.numbers.size() % 2 == 0) {
+            const auto y = series_at(circuit, k, section.kind);
+            if (!y) return std::nullopt;
+            section.series.push_back(*y);
+        } else {
+            const auto resonance = resonance_at(circuit, k, section.kind);
+            if (!resonance) return std::nullopt;
+            section.resonances.push_back(*resonance);
+        }
+        section.numbers.push_back(k);
+    }
+    return section;
+}
+
+// The slot is that of the first resonance, or of the last branch where that ends the circuit, whose last number has a
+// meaning.
+template <class Insert>
+Refusal couple(Circuit& circuit, int& k, const LadderSection& section, Insert insert) {
+    const int last = section.numbers.back();
+    k = last == circuit.klast ? last : section.numbers[1];
+    for (int number : section.numbers) {
+        if (const auto verdict = deleteBranch(circuit, number); verdict != CircuitVerdict::done)
+            return message_of(verdict);
+    }
+    if (circuit.ilast > max_values - max_values_of_branch) compactValues(circuit);  // room for what comes instead
+    const CircuitVerdict verdict = insert();
+    return verdict == CircuitVerdict::done ? Refusal{} : Refusal{message_of(verdict)};
+}
+
+Refusal uncouple(Circuit& circuit, int& k, const LadderSection& section, const Refusal& refused) {
+    const Circuit before = circuit;
+    std::vector<Trap> branches;
+    for (std::size_t i = 0; i < section.series.size(); ++i) {
+        if (i != 0) {
+            const auto trap = trap_of(section.resonances[i - 1], section.kind);
+            if (!trap) return refused;
+            branches.push_back(*trap);
+        }
+        branches.push_back({section.kind, {cell_of(section.kind, section.series[i])}});
+    }
+    int slot = k - k % 2;
+    if (const auto verdict = deleteBranch(circuit, k); verdict != CircuitVerdict::done) return message_of(verdict);
+    if (circuit.ilast > max_values - 2 * max_values_of_branch) compactValues(circuit);
+    for (std::size_t i = 0; i < branches.size(); ++i, ++slot) {
+        const auto verdict = insert_values(circuit, slot, branches[i].id, branches[i].values);
+        if (verdict != CircuitVerdict::done) return message_of(verdict);
+        if (i == branches.size() / 2) k = slot;
+    }
+    return same_drive(before, circuit) ? Refusal{} : refused;
+}
 
 std::optional<Wide> series_at(const Circuit& circuit, int k, BranchId kind) {
     if (k == 0 || k % 2 != 0 || (kind != BranchId::inductor && kind != BranchId::capacitor)) return std::nullopt;
@@ -335,6 +367,21 @@ std::optional<Resonance> resonance_at(const Circuit& circuit, int k, BranchId ki
     return inductive ? Resonance{.y = K, .C = C} : Resonance{.y = C, .K = K};
 }
 
+std::optional<Trap> trap_of(const Resonance& resonance, BranchId kind) {
+    const auto& [y, K, C] = resonance;
+    const double x = static_cast<double>(inverse_of(kind, y)), L = K == 0 ? 0 : static_cast<double>(1 / K);
+    const double ground_c = static_cast<double>(C);
+    if (K == 0 && C == 0) return std::nullopt;
+    if (kind == BranchId::inductor) {
+        if (K == 0) return Trap{BranchId::lc, {x, ground_c}};
+        if (C == 0) return Trap{BranchId::inductor, {x + L}};
+        return Trap{BranchId::lcl, {L, ground_c, x}};
+    }
+    if (C == 0) return Trap{BranchId::lc, {L, x}};
+    if (K == 0) return Trap{BranchId::capacitor, {static_cast<double>(y * C / (y + C))}};
+    return Trap{BranchId::lcc, {L, ground_c, x}};
+}
+
 // Where y and what is in series with it resonate.
 double zero_frequency(const Circuit& circuit, const Resonance& resonance, BranchId kind) {
     const auto& [y, K, C] = resonance;
@@ -342,14 +389,6 @@ double zero_frequency(const Circuit& circuit, const Resonance& resonance, Branch
     return inverse == 0
                ? 0
                : resonant_frequency(circuit, static_cast<double>(1 / inverse), static_cast<double>(capacitance));
-}
-
-Refusal delete_all(Circuit& circuit, std::span<const int> branches) {
-    for (int k : branches) {
-        if (const auto verdict = deleteBranch(circuit, k); verdict != CircuitVerdict::done) return message_of(verdict);
-    }
-    if (circuit.ilast > max_values - max_values_of_branch) compactValues(circuit);  // room for what comes instead
-    return {};
 }
 
 }  // namespace

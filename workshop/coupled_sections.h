@@ -30,8 +30,10 @@ enum class OtherCoupling : int { none = 1, at_load = 2, at_source = 3 };  // 1-2
 // slot of the table. With p, q, r, u, w = y of a1, x1, a2, x2, a3, S1 = p + q + r, S2 = r + u + w, D = S1 S2 - r^2:
 // y12 = p q S2/D, y13 = p u r/D, y14 = p w r/D, y23 = q u r/D, y24 = q w r/D, y34 = u w S1/D.
 //
+// A quadruplet of such couplings, y13 y24 = y14 y23, whatever its nodes' levels, becomes such a section again.
+//
 // k is the branch in the middle; where that is none of them, another one of the five. It becomes the number of the
-// quadruplet. Refused: "Nonexistent branch", "Circuit is inappropriate", a full store.
+// quadruplet, or of the branch in the middle. Refused: "Nonexistent branch", "Circuit is inappropriate", a full store.
 [[nodiscard]] Refusal quadrupletTransform(Circuit& circuit, int& k);
 
 // Scales the nodes of the coupled section k, what lies across its ports included, so that all inductors to ground are

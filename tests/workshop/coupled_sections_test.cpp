@@ -153,6 +153,11 @@ TEST(CoupledSections, QuadrupletsKeepTwoPortAndZeros) {
         ASSERT_EQ(quadrupletTransform(coupled, k).text, "") << seed;
         ASSERT_EQ(unpackBranch(coupled, k).id, quadruplet) << seed;
         expect_same(one.circuit, coupled, seed);
+        Circuit back = coupled;
+        int again = k;
+        ASSERT_EQ(quadrupletTransform(back, again).text, "") << seed;
+        expect_branches(one.circuit, back, seed);
+        EXPECT_EQ(quadrupletTransform(back, again).text, "") << seed;  // from its middle
         for (const double f : coupled.QUADRUPLETS(1).FRES) {
             if (f == 0) continue;
             const auto at = [&](long double factor) {
@@ -197,15 +202,11 @@ TEST(CoupledSections, NodesAreScaledToEqualAndToGivenValues) {
         expect_same(one.circuit, scaled, seed, source(scaled) / source(one.circuit));
         // The two-port being right, so are the nodes that the section is read as.
         const CoupledNodes nodes = coupled_nodes(scaled, k);
-        const auto to_ground = [&](int i) {
-            Wide sum = 0;
-            for (int j = 1; j <= nodes.count; ++j) sum += kind == inductor ? nodes.K(i, j) : nodes.C(i, j);
-            return sum;
-        };
+        const NodePairs<Wide>& X = kind == inductor ? nodes.K : nodes.C;
         for (int i = 2; i <= nodes.count; ++i) {
             const Wide value = values.empty() ? 0 : values[static_cast<std::size_t>(i - 2)];
-            const Wide wanted = values.empty() ? to_ground(1) : kind == inductor ? 1 / value : value;
-            EXPECT_LT(std::fabs(to_ground(i) / wanted - 1), 1e-10L) << seed;
+            const Wide wanted = values.empty() ? to_ground(X, 1) : kind == inductor ? 1 / value : value;
+            EXPECT_LT(std::fabs(to_ground(X, i) / wanted - 1), 1e-10L) << seed;
         }
         EXPECT_EQ(multipleTransform(scaled, k, kind, values).text, "No change") << seed;
     }

@@ -7,10 +7,11 @@
 #include "passive/stored_circuit.h"
 #include "segment/result_commands.h"
 #include "workshop/combine.h"
+#include "workshop/coupled_nodes.h"
+#include "workshop/coupled_sections.h"
 #include "workshop/norton.h"
 #include "workshop/resonance_exchange.h"
 #include "workshop/section.h"
-#include "workshop/coupled_nodes.h"
 
 namespace kavrel {
 

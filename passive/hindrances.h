@@ -10,9 +10,6 @@ inline constexpr std::string_view no_analysis_data = "No analysis data";
 
 inline constexpr std::string_view no_such_branch = "Incorrect branch selected";
 inline constexpr std::string_view no_listed_branch = "A branch does not exist";
-inline constexpr std::string_view no_triplet = "Incorrect branch specification";
-inline constexpr std::string_view no_quadruplet = "Nonexistent branch";
-inline constexpr std::string_view no_coupled_section = "Incorrect section";
 inline constexpr std::string_view no_resonance = "Incorrect branch(es) specified";
 
 [[nodiscard]] std::string_view cannot_delete(const PassiveDesk& desk);

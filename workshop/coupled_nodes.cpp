@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "circuit/branch_kinds.h"
+#include "workshop/section.h"
 
 namespace kavrel {
 
@@ -102,13 +103,8 @@ Refusal put_coupled_nodes(Circuit& circuit, int& k, const CoupledNodes& nodes) {
                 return message_of(verdict);
         }
     }
-    if (!same_drive(before, circuit)) return "Incorrect circuit";
+    if (!is_driven_as(before, circuit)) return incorrect_circuit;
     return {};
-}
-
-bool same_drive(const Circuit& before, const Circuit& after) {
-    if (before.klast == 0 || unpackBranch(before, before.klast).id == BranchId::resistor) return true;
-    return (before.klast - after.klast) % 2 == 0;
 }
 
 namespace {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <span>
+#include <string_view>
 
 #include "circuit/circuit.h"
 #include "numeric/complex.h"
@@ -25,6 +26,8 @@ struct CoupledNodes {
 // What lies from a node to ground.
 [[nodiscard]] Wide to_ground(const NodePairs<Wide>& matrix, int node);
 
+inline constexpr std::string_view incorrect_circuit = "Incorrect circuit";
+
 [[nodiscard]] bool is_coupled_section(const Circuit& circuit, int k);
 
 // Of the coupled section in slot k and of all L and C branches that lie across its ports, no series branch in between.
@@ -35,8 +38,5 @@ struct CoupledNodes {
 // quadruplet the transmission zeros stay. Refused: a full store, and a source that would be of another kind for the
 // number of the last branch. The circuit is of no use then.
 [[nodiscard]] Refusal put_coupled_nodes(Circuit& circuit, int& k, const CoupledNodes& nodes);
-
-// Without a source's resistance the number of the last branch tells whether a voltage (even) or a current drives it.
-[[nodiscard]] bool same_drive(const Circuit& before, const Circuit& after);
 
 }  // namespace kavrel

@@ -12,6 +12,7 @@
 #include "workshop/coupled_nodes.h"
 #include "workshop/node_scaling.h"
 #include "workshop/scaling.h"
+#include "workshop/section.h"
 
 namespace kavrel {
 
@@ -19,7 +20,6 @@ namespace {
 
 constexpr std::string_view inappropriate = "Inappropriate circuit";
 constexpr std::string_view inappropriate_four = "Circuit is inappropriate";
-constexpr std::string_view incorrect_circuit = "Incorrect circuit";
 
 bool is_triplet(const Circuit& circuit, int k);
 Refusal couple_three(Circuit& circuit, int& k);
@@ -103,7 +103,7 @@ bool is_triplet(const Circuit& circuit, int k) {
 }
 
 Refusal couple_three(Circuit& circuit, int& k) {
-    if (k % 2 == 0 || !branchExists(circuit, k)) return {"Incorrect branch specification", "branch"};
+    if (k % 2 == 0 || !branchExists(circuit, k)) return {no_triplet, "branch"};
     const auto section = section_from(circuit, unpackBranch(circuit, k).kp, 3);
     if (!section) return {inappropriate, "branch"};
     const Resonance& resonance = section->resonances.front();
@@ -172,7 +172,7 @@ Refusal change_coupling(Circuit& circuit, int& k, OtherCoupling which) {
 std::optional<LadderSection> five_around(const Circuit& circuit, int k);
 
 Refusal couple_four(Circuit& circuit, int& k) {
-    if (!branchExists(circuit, k)) return {"Nonexistent branch", "branch"};
+    if (!branchExists(circuit, k)) return {no_quadruplet, "branch"};
     const auto section = five_around(circuit, k);
     if (!section) return {inappropriate_four, "branch"};
     const Wide p = section->series[0], r = section->series[1], w = section->series[2];
@@ -243,7 +243,7 @@ Refusal uncouple_four(Circuit& circuit, int& k) {
 // The nodes' levels --------------------------------------------------------------------------------------------------
 
 Refusal scale_section(Circuit& circuit, int& k, BranchId kind, std::span<const double> values) {
-    if (!is_coupled_section(circuit, k)) return {"Incorrect section", "branch"};
+    if (!is_coupled_section(circuit, k)) return {no_coupled_section, "branch"};
     constexpr std::string_view fields[] = {"value1", "value2", "value3"};
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (!(values[i] > 0)) return {"Values must be > 0.0", fields[i]};
@@ -283,12 +283,7 @@ Refusal scale_section(Circuit& circuit, int& k, BranchId kind, std::span<const d
 std::optional<Wide> series_at(const Circuit& circuit, int k, BranchId kind);
 std::optional<Resonance> resonance_at(const Circuit& circuit, int k, BranchId kind);
 
-// A branch across the rails.
-struct Trap {
-    BranchId id{};
-    std::vector<double> values;
-};
-std::optional<Trap> trap_of(const Resonance& resonance, BranchId kind);
+std::optional<NewBranch> branch_of(const Resonance& resonance, BranchId kind);
 
 std::optional<LadderSection> section_from(const Circuit& circuit, int first, std::size_t count) {
     if (first == 0) return std::nullopt;
@@ -326,25 +321,21 @@ Refusal couple(Circuit& circuit, int& k, const LadderSection& section, Insert in
 }
 
 Refusal uncouple(Circuit& circuit, int& k, const LadderSection& section, const Refusal& refused) {
-    const Circuit before = circuit;
-    std::vector<Trap> branches;
+    std::vector<NewBranch> branches;
     for (std::size_t i = 0; i < section.series.size(); ++i) {
         if (i != 0) {
-            const auto trap = trap_of(section.resonances[i - 1], section.kind);
-            if (!trap) return refused;
-            branches.push_back(*trap);
+            const auto across = branch_of(section.resonances[i - 1], section.kind);
+            if (!across) return refused;
+            branches.push_back(*across);
         }
-        branches.push_back({section.kind, {cell_of(section.kind, section.series[i])}});
+        branches.push_back({.id = section.kind, .values = {cell_of(section.kind, section.series[i])}});
     }
-    int slot = k - k % 2;
-    if (const auto verdict = deleteBranch(circuit, k); verdict != CircuitVerdict::done) return message_of(verdict);
-    if (circuit.ilast > max_values - 2 * max_values_of_branch) compactValues(circuit);
-    for (std::size_t i = 0; i < branches.size(); ++i, ++slot) {
-        const auto verdict = insert_values(circuit, slot, branches[i].id, branches[i].values);
-        if (verdict != CircuitVerdict::done) return message_of(verdict);
-        if (i == branches.size() / 2) k = slot;
-    }
-    return same_drive(before, circuit) ? Refusal{} : refused;
+    const Circuit before = circuit;
+    const auto behind = replace_section(circuit, k, k, branches);
+    if (!behind) return message_of(CircuitVerdict::storage_full);
+    k = *behind != 0 ? unpackBranch(circuit, *behind).kp : circuit.klast;
+    for (std::size_t i = 0; i < branches.size() / 2; ++i) k = unpackBranch(circuit, k).kp;
+    return is_driven_as(before, circuit) ? Refusal{} : refused;
 }
 
 std::optional<Wide> series_at(const Circuit& circuit, int k, BranchId kind) {
@@ -367,19 +358,20 @@ std::optional<Resonance> resonance_at(const Circuit& circuit, int k, BranchId ki
     return inductive ? Resonance{.y = K, .C = C} : Resonance{.y = C, .K = K};
 }
 
-std::optional<Trap> trap_of(const Resonance& resonance, BranchId kind) {
+std::optional<NewBranch> branch_of(const Resonance& resonance, BranchId kind) {
     const auto& [y, K, C] = resonance;
-    const double x = static_cast<double>(inverse_of(kind, y)), L = K == 0 ? 0 : static_cast<double>(1 / K);
-    const double ground_c = static_cast<double>(C);
+    const double x = cell_of(kind, y), L = K == 0 ? 0 : static_cast<double>(1 / K), c = static_cast<double>(C);
     if (K == 0 && C == 0) return std::nullopt;
+    const auto across = [](BranchId id, std::array<double, 3> values) {
+        return NewBranch{.id = id, .shunt = true, .values = values};
+    };
     if (kind == BranchId::inductor) {
-        if (K == 0) return Trap{BranchId::lc, {x, ground_c}};
-        if (C == 0) return Trap{BranchId::inductor, {x + L}};
-        return Trap{BranchId::lcl, {L, ground_c, x}};
+        if (K == 0) return across(BranchId::lc, {x, c});
+        return C == 0 ? across(BranchId::inductor, {x + L}) : across(BranchId::lcl, {L, c, x});
     }
-    if (C == 0) return Trap{BranchId::lc, {L, x}};
-    if (K == 0) return Trap{BranchId::capacitor, {static_cast<double>(y * C / (y + C))}};
-    return Trap{BranchId::lcc, {L, ground_c, x}};
+    if (C == 0) return across(BranchId::lc, {L, x});
+    return K == 0 ? across(BranchId::capacitor, {static_cast<double>(y * C / (y + C))})
+                  : across(BranchId::lcc, {L, c, x});
 }
 
 // Where y and what is in series with it resonate.

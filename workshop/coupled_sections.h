@@ -3,11 +3,16 @@
 #pragma once
 
 #include <span>
+#include <string_view>
 
 #include "circuit/circuit.h"
 #include "shell/refusal.h"
 
 namespace kavrel {
+
+inline constexpr std::string_view no_triplet = "Incorrect branch specification";
+inline constexpr std::string_view no_quadruplet = "Nonexistent branch";
+inline constexpr std::string_view no_coupled_section = "Incorrect section";
 
 // A coupling of a triplet that is to be of the other kind than the other two.
 enum class OtherCoupling : int { none = 1, at_load = 2, at_source = 3 };  // 1-2 and 2-3

@@ -8,6 +8,7 @@
 #include "tests/support/circuit_literal.h"
 #include "tests/workshop/edited_ladders.h"
 #include "workshop/coupled_nodes.h"
+#include "workshop/promise.h"
 
 namespace kavrel {
 namespace {
@@ -25,6 +26,7 @@ BranchId other_of(BranchId kind) { return kind == inductor ? lcl : lcc; }
 // How far apart the chains are, and that the chain is in order.
 void expect_same(const Circuit& before, const Circuit& after, unsigned seed, double impedance = 1) {
     EXPECT_LT(two_port_deviation(before, after, impedance), exact) << seed;
+    EXPECT_TRUE(keeps_promise(before, after, impedance == 1 ? Promise::whole_two_port : Promise::level)) << seed;
     int from = 1;
     for (int k = 1; k != 0; k = unpackBranch(after, k).kn) {
         ASSERT_TRUE(branchExists(after, k) && k >= from) << seed;

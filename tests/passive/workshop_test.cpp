@@ -39,7 +39,8 @@ struct Tinkerer {
                     .value2 = value(),
                     .value3 = value(),
                     .copy_of = branch()};
-        r.deleted_branch = r.included_in = r.coupled_three = r.coupled_four = branch();
+        r.deleted_branch = r.included_in = r.coupled_four = branch();
+        r.triplet = {branch(), OtherCoupling{whole(1, 3)}};
         r.change = {branch(), value(), value()};
         r.combined = r.interchanged = r.exchanged = r.converted = r.latticed = r.norton.branches = branches();
         r.split = {branch(), value() / 4, whole(0, 3) == 0 ? branch() : 0, whole(0, 1) == 0};

@@ -11,7 +11,14 @@
 namespace kavrel {
 
 // The choices of a design. Files hold their numbers.
-enum class FilterType : int { low_pass = 1, high_pass = 2, linear_phase_low_pass = 3, band_pass = 4 };
+enum class FilterType : int {
+    low_pass = 1,
+    high_pass = 2,
+    linear_phase_low_pass = 3,
+    band_pass = 4,
+    band_reject = 5,      // these two are designed by no driver: circuits are such that were typed in,
+    delay_equalizer = 6,  // or made of a low-pass
+};
 enum class PassbandType : int { maximally_flat = 0, equal_ripple = 1, functional_passband = 2, sloping_passband = 3 };
 enum class BandpassType : int { conventional = 1, parametric = 2, impedance_matching = 3 };
 enum class StopbandType : int {

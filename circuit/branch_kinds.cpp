@@ -5,6 +5,24 @@
 
 namespace kavrel {
 
+namespace {
+
+constexpr BranchId flipped_id(const BranchKind& kind) {
+    const auto letter = [&](std::size_t i) {
+        return kind.cells[kind.flip_order.empty() ? i : static_cast<std::size_t>(kind.flip_order[i] - '0')];
+    };
+    for (const BranchKind& other : branch_kinds) {
+        bool same = other.structure == kind.structure && other.cells.size() == kind.cells.size();
+        for (std::size_t i = 0; same && i < kind.cells.size(); ++i) same = other.cells[i] == letter(i);
+        if (same && (kind.structure == Structure::triplet || other.id == kind.id)) return other.id;
+    }
+    return BranchId::quadruplet;
+}
+
+}  // namespace
+
+BranchId flipped_kind(const BranchKind& kind) { return flipped_id(kind); }
+
 std::span<const DrawingRow> drawing_of(const BranchKind& kind, int k) {
     return kind.series.empty() || k % 2 != 0 ? kind.shunt : kind.series;
 }
@@ -58,6 +76,24 @@ constexpr bool connects_all_cells(const BranchKind& kind) {
 }
 static_assert(std::all_of(branch_kinds.begin(), branch_kinds.end(),
                           [](const BranchKind& kind) { return kind.connections.empty() || connects_all_cells(kind); }));
+
+// Each place once; what comes to a cell is what its letter asks for.
+template <class Letter>
+constexpr bool is_order(const BranchKind& kind, std::string_view order, std::string_view cells, Letter letter) {
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const auto from = static_cast<std::size_t>(order[i] - '0');
+        if (order.find(order[i]) != i || from >= kind.cells.size() || cells[i] != letter(kind.cells[from]))
+            return false;
+    }
+    return order.empty() || order.size() == cells.size();
+}
+static_assert(std::all_of(branch_kinds.begin(), branch_kinds.end(), [](const BranchKind& kind) {
+    const BranchKind &dual = branch_kinds[kind.dual], &flipped = branch_kinds[flipped_id(kind)];
+    const auto same = [](char letter) { return letter; };
+    const auto other = [](char letter) { return letter == 'L' ? 'C' : letter == 'C' ? 'L' : letter; };
+    return dual.dual == kind.id && is_order(kind, kind.dual_order, dual.cells, other) &&
+           flipped_id(flipped) == kind.id && is_order(kind, kind.flip_order, flipped.cells, same);
+}));
 
 }  // namespace
 

@@ -62,6 +62,7 @@ void clear_circuit(Circuit& circuit) {
     circuit.ilast = 0;
     circuit.QUADRUPLETS.fill({});
     circuit.quadruplet_count = 0;
+    circuit.preferred = 0;
 }
 
 CircuitVerdict insert_values(Circuit& circuit, int& k, BranchId id, std::span<const double> values) {

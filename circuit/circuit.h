@@ -98,6 +98,8 @@ struct Circuit {
     Table<double, max_natural_modes> MODE_RE;
     Table<double, max_natural_modes> MODE_IM;
 
+    int preferred = 0;  // series that all values were rounded to, 1 the coarsest to 4, 0 none: workshop/preferred.h
+
     friend bool operator==(const Circuit&, const Circuit&) = default;
 };
 

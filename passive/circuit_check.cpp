@@ -65,6 +65,21 @@ bool sound_store(const Circuit& circuit) {
     return std::ranges::count_if(circuit.INDX1, [](std::int32_t word) { return word != 0; }) == linked;
 }
 
+Table<std::int32_t, max_branches> marked_words(const Circuit& circuit) {
+    Table words = circuit.INDX1;
+    if (words(max_branches) == 0) words(max_branches) = circuit.preferred;
+    return words;
+}
+
+void take_marked_words(const Table<std::int32_t, max_branches>& words, Circuit& circuit) {
+    constexpr int finest_series = 4;
+    circuit.INDX1 = words;
+    std::int32_t& top = circuit.INDX1(max_branches);
+    const bool marked = within(top, 1, finest_series);
+    circuit.preferred = marked ? top : 0;
+    if (marked) top = 0;
+}
+
 bool sound_design(const PassiveFilter& filter) {
     return sound_spec(filter.spec) && sound_spec(filter.background.request) && counts_fit(filter.transfer);
 }
@@ -83,7 +98,7 @@ bool canonical(std::int32_t word) {
 }
 
 bool sound_spec(const FilterSpec& spec) {
-    const bool choices = within(spec.filterType, low_pass, band_pass) &&
+    const bool choices = within(spec.filterType, low_pass, delay_equalizer) &&
                          within(spec.passbandType, maximally_flat, sloping_passband) &&
                          within(spec.bandpassType, conventional, impedance_matching) &&
                          within(spec.stopbandType, monotonic_stopband, functional_stopband) &&

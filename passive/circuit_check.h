@@ -13,6 +13,11 @@ namespace kavrel {
 // How far apart two-ports are is not asked: analysis does not depend on it, and edits restore it.
 [[nodiscard]] bool sound_store(const Circuit& circuit);
 
+// The branch words as files hold them. Where no branch is in the last slot it holds the mark of preferred values; no
+// branch word is as small.
+[[nodiscard]] Table<std::int32_t, max_branches> marked_words(const Circuit& circuit);
+void take_marked_words(const Table<std::int32_t, max_branches>& words, Circuit& circuit);
+
 // Whether the counts and choices of a design are such as its tables can hold.
 [[nodiscard]] bool sound_design(const PassiveFilter& filter);
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <numbers>
+#include <type_traits>
 
 #include "approximation/s_plane.h"
 #include "circuit/branch_kinds.h"
@@ -74,7 +75,9 @@ template <class File, class Filter>
 void store_records(File& file, Filter& filter, CircuitRecords kind) {
     auto& circuit = filter.circuit;
     file.record(circuit.VALUE);
-    file.record(circuit.INDX1);
+    Table words = marked_words(circuit);
+    file.record(words);
+    if constexpr (!std::is_const_v<Filter>) take_marked_words(words, circuit);
     first_quadruplet_record(file, circuit.QUADRUPLETS);
     second_quadruplet_record(file, circuit.QUADRUPLETS, circuit.quadruplet_count);
     file.record(circuit.klast);

@@ -1,7 +1,8 @@
 // A circuit as unformatted records (shell/stored_files.h), one record an item. The first eight:
 //
 //   1  VALUE                     150 doubles                                                           1200 bytes
-//   2  INDX1                     100 branch words                                                       400 bytes
+//   2  INDX1                     100 branch words, the last one 1 to 4 where there is no branch 100
+//                                and all values are preferred ones                                      400 bytes
 //   3  quadruplets, first part   of all 8 slots XK (4,4), then XC (4,4), YK (4), YC (4), FRES (2)      2688 bytes
 //   4  quadruplets, second part  of all 8 slots M (4,4); the number of slots in use; integers           516 bytes
 //   5  klast, 6 ilast, 7 kind    integers                                                          4 bytes each

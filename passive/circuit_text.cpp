@@ -135,7 +135,9 @@ void number_lines(Lines& lines, Filter& filter) {
     all_of(&Quadruplet::FRES);
 
     lines.begin(word_row);
-    for (auto& word : c.INDX1) lines.item(word);
+    Table words = marked_words(c);
+    for (auto& word : words) lines.item(word);
+    if constexpr (!std::is_const_v<Filter>) take_marked_words(words, c);
     lines.begin(value_row);
     for (auto& value : c.VALUE) lines.item(value);
 

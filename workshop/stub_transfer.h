@@ -1,0 +1,14 @@
+// Low-pass and high-pass of commensurate stubs into each other.
+#pragma once
+
+#include "circuit/circuit.h"
+#include "shell/refusal.h"
+
+namespace kavrel {
+
+// Replaces the tangent t by 1/t: short-circuited stubs become open ones, with the same impedance, and what the filter
+// did at f it does at fs/2 - f. Edges, and the normalisation frequency, go there, too. Unit elements and sections of
+// several nodes have no such counterpart.
+[[nodiscard]] Refusal transfer(Circuit& circuit);
+
+}  // namespace kavrel

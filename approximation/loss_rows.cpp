@@ -119,6 +119,7 @@ FilterSpec scaled_request(const FilterSpec& request, double factor) {
           &FilterSpec::upperStopEdge, &FilterSpec::freal, &FilterSpec::sampleFrequency, &FilterSpec::centerFrequency}) {
         scaled.*frequency *= factor;
     }
+    if (scaled.filterType == linear_phase_low_pass) scaled.upperStopLoss /= factor;  // a delay
     for (int i = 1; i <= scaled.zeroCount; ++i) {
         scaled.FZR(i) *= factor;
         scaled.FZI(i) *= factor;

@@ -12,6 +12,11 @@
 #include "workshop/norton.h"
 #include "workshop/resonance_exchange.h"
 #include "workshop/section.h"
+#include "workshop/dual.h"
+#include "workshop/flip.h"
+#include "workshop/lattice_section.h"
+#include "workshop/preferred.h"
+#include "workshop/stub_transfer.h"
 
 namespace kavrel {
 
@@ -20,6 +25,10 @@ namespace {
 std::string_view unless(bool can, std::string_view why) { return can ? std::string_view{} : why; }
 
 bool has_branches(const PassiveDesk& desk) { return desk.filter.circuit.klast > 0; }
+
+bool is_low_pass(const FilterSpec& spec) {
+    return spec.filterType == low_pass || spec.filterType == linear_phase_low_pass;
+}
 
 }  // namespace
 
@@ -53,6 +62,41 @@ std::string_view needs_coupled_section(const PassiveDesk& desk) {
     for (int k = circuit.klast; k != 0; k = unpackBranch(circuit, k).kp)
         found = found || is_coupled_section(circuit, k);
     return unless(found, no_coupled_section);
+}
+
+std::string_view needs_branches(const PassiveDesk& desk) { return unless(has_branches(desk), no_circuit_to_analyze); }
+
+std::string_view cannot_take_dual(const PassiveDesk& desk) { return unless(has_branches(desk), no_dual); }
+
+std::string_view cannot_turn_around(const PassiveDesk& desk) { return unless(can_flip(desk.filter.circuit), no_flip); }
+
+std::string_view cannot_prefer(const PassiveDesk& desk) {
+    if (desk.filter.circuit.kind != CircuitKind::lumped) return no_preferred_values;
+    return needs_branches(desk);
+}
+
+std::string_view cannot_reject_band(const PassiveDesk& desk) {
+    const Circuit& circuit = desk.filter.circuit;
+    const bool low = is_low_pass(desk.filter.spec) && circuit.fa == 0 && circuit.fnorm > 0 && has_branches(desk);
+    return unless(low, "Not a lowpass, no band-reject transformation");
+}
+
+std::string_view cannot_make_lattice(const PassiveDesk& desk) {
+    if (desk.filter.circuit.kind != CircuitKind::lumped) return no_lattice;
+    return unless(has_branches(desk), no_lattice_section);
+}
+
+std::string_view cannot_include(const PassiveDesk& desk) { return unless(has_branches(desk), no_such_section); }
+
+// A transferred circuit is of another class than the one that it was made for.
+std::string_view cannot_transfer(const PassiveDesk& desk) {
+    const PassiveFilter& filter = desk.filter;
+    const FilterSpec& request = filter.background.request;
+    if (filter.circuit.kind != CircuitKind::microwave) return no_transfer;
+    if (!is_low_pass(filter.spec) && filter.spec.filterType != high_pass)
+        return "Works only for low- and high-pass filters";
+    const bool done = request.medium == microwave && is_low_pass(request) != is_low_pass(filter.spec);
+    return done ? "Transfer done already" : needs_branches(desk);
 }
 
 std::string_view cannot_find_resonance(const PassiveDesk& desk) { return unless(has_branches(desk), no_resonance); }

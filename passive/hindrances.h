@@ -22,6 +22,14 @@ inline constexpr std::string_view no_resonance = "Incorrect branch(es) specified
 [[nodiscard]] std::string_view cannot_couple_three(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_couple_four(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_coupled_section(const PassiveDesk& desk);
+[[nodiscard]] std::string_view needs_branches(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_take_dual(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_turn_around(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_prefer(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_reject_band(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_make_lattice(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_include(const PassiveDesk& desk);
+[[nodiscard]] std::string_view cannot_transfer(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_find_resonance(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_transform(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_equalise(const PassiveDesk& desk);

@@ -13,8 +13,9 @@
 #include "shell/plot_form.h"
 #include "shell/print_form.h"
 #include "shell/time_request.h"
-#include "workshop/equal_values.h"
 #include "workshop/coupled_sections.h"
+#include "workshop/equal_values.h"
+#include "workshop/preferred.h"
 
 namespace kavrel {
 
@@ -107,8 +108,6 @@ struct MultipleRequest {
     double value2 = 0;  // at node 3
     double value3 = 0;  // at node 4 of a quadruplet
 };
-
-enum class PercentClass : int { half_percent = 1, one_percent = 2, two_to_five = 3, ten = 4 };
 
 struct BandEdges {
     double lower = 0;  // in the user's unit of frequency

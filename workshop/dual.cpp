@@ -21,7 +21,7 @@ bool dual_values(const BranchKind& kind, std::span<const double> old, Values& va
 }  // namespace
 
 Refusal dual(Circuit& circuit) {
-    if (circuit.klast == 0) return "No input termination, no dual";
+    if (circuit.klast == 0) return no_dual;
     Circuit turned = circuit;
     for (int k = turned.klast; k != 0; k = unpackBranch(turned, k).kp) {
         const Branch branch = unpackBranch(turned, k);

@@ -15,10 +15,13 @@ void turn_quadruplet(Quadruplet& quadruplet);
 
 }  // namespace
 
+bool can_flip(const Circuit& circuit) {
+    return circuit.klast % 2 != 0 && unpackBranch(circuit, circuit.klast).id == BranchId::resistor;
+}
+
 Refusal flip(Circuit& circuit) {
+    if (!can_flip(circuit)) return no_flip;
     const int last = circuit.klast;
-    if (last % 2 == 0 || unpackBranch(circuit, last).id != BranchId::resistor)
-        return "Circuit may not be turned end-for-end";
     Table<std::int32_t, max_branches> words{};
     const auto turned = [&](int k) { return k == 0 ? 0 : last - k + 1; };
     for (int k = last; k != 0; k = unpackBranch(circuit, k).kp) {

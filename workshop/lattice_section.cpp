@@ -18,7 +18,6 @@ namespace kavrel {
 namespace {
 
 constexpr std::string_view inappropriate = "Inappropriate branches specified";
-constexpr std::string_view incorrect_section = "Incorrect section specified";
 constexpr double equal_neighbours = 1e-6;  // relative difference of two of which nothing is left
 constexpr long double rounding = 1e-10L;   // relative size of what is left where terms cancel
 
@@ -43,9 +42,9 @@ void include(std::span<double> arm, double x, bool capacitive, bool series);
 
 // With A/D = n^2 the section is a symmetrical one and, towards the source, a transformer of n.
 Refusal toLattice(Circuit& circuit, int k1, int k2, int& k) {
-    if (circuit.kind != CircuitKind::lumped) return "Microwave circuit, no lattice conversion";
+    if (circuit.kind != CircuitKind::lumped) return no_lattice;
     if (k1 > k2) std::swap(k1, k2);
-    if (!is_section(circuit, k1, k2)) return {"Incorrect branches specified", "branch1"};
+    if (!is_section(circuit, k1, k2)) return {no_lattice_section, "branch1"};
     const Scale scale_of_section = scale_of(circuit, k1, k2);
     const auto chain = chain_of(circuit, k1, k2, scale_of_section);
     if (!chain) return {inappropriate, "branch1"};
@@ -68,7 +67,7 @@ Refusal toLattice(Circuit& circuit, int k1, int k2, int& k) {
 }
 
 Refusal includeIntoLattice(Circuit& circuit, int k) {
-    if (!branchExists(circuit, k)) return {incorrect_section, "branch"};
+    if (!branchExists(circuit, k)) return {no_such_section, "branch"};
     const Branch lattice = unpackBranch(circuit, k);
     if (branch_kinds[lattice.id].structure != Structure::lattice) return {"Section is not a lattice", "branch"};
     const bool capacitive = lattice.id == BranchId::lattice_c;
@@ -77,7 +76,7 @@ Refusal includeIntoLattice(Circuit& circuit, int k) {
                unpackBranch(circuit, neighbour).id == (capacitive ? BranchId::capacitor : BranchId::inductor);
     };
     if (!fits(lattice.kp) || !fits(lattice.kn) || (lattice.kn - lattice.kp) % 2 != 0)
-        return {incorrect_section, "branch"};
+        return {no_such_section, "branch"};
 
     Circuit made = circuit;
     const auto value = [&](int branch) -> double& { return made.VALUE(unpackBranch(made, branch).i1); };
@@ -92,7 +91,7 @@ Refusal includeIntoLattice(Circuit& circuit, int k) {
     if (!both) value(other) = common(rest);
     for (int branch : {std::max(least, other), std::min(least, other)}) {
         if ((branch == least || both) && deleteBranch(made, branch) != CircuitVerdict::done)
-            return {incorrect_section, "branch"};
+            return {no_such_section, "branch"};
     }
     circuit = made;
     return {};

@@ -1,10 +1,16 @@
 // Sections of a lumped circuit as symmetrical lattices.
 #pragma once
 
+#include <string_view>
+
 #include "circuit/circuit.h"
 #include "shell/refusal.h"
 
 namespace kavrel {
+
+inline constexpr std::string_view no_lattice = "Microwave circuit, no lattice conversion";
+inline constexpr std::string_view no_lattice_section = "Incorrect branches specified";
+inline constexpr std::string_view no_such_section = "Incorrect section specified";
 
 // Turns the branches from k1 to k2 into one lattice with arms of three elements, branch k. The section must have such
 // arms, and, seen from the source, a constant times the impedances that it has seen from the load: by the square of

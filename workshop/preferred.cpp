@@ -64,7 +64,7 @@ double preferred_value(double value, PercentClass percent_class) {
 }
 
 Refusal preferred(Circuit& circuit, PercentClass percent_class) {
-    if (circuit.kind != CircuitKind::lumped) return "Microwave filter, no preferred values";
+    if (circuit.kind != CircuitKind::lumped) return no_preferred_values;
     const int mark = mark_of(percent_class);
     if (mark < 1 || mark > coarsest) return {"Incorrect specification", "percent_class"};
     if (circuit.preferred >= mark) {

@@ -1,6 +1,8 @@
 // Values that parts are made with.
 #pragma once
 
+#include <string_view>
+
 #include "circuit/circuit.h"
 #include "shell/refusal.h"
 
@@ -9,6 +11,7 @@ namespace kavrel {
 // Tolerance of the parts, and with it the series of values: E192, E96, E24, E12.
 enum class PercentClass : int { half_percent = 1, one_percent = 2, two_to_five = 3, ten = 4 };
 
+inline constexpr std::string_view no_preferred_values = "Microwave filter, no preferred values";
 inline constexpr std::string_view already_preferred = "Values are already 'preferred'";
 
 // The value of the series that is nearest: a value halfway between two becomes the smaller one. Its sign is kept; a

@@ -7,7 +7,7 @@
 namespace kavrel {
 
 Refusal transfer(Circuit& circuit) {
-    if (circuit.kind != CircuitKind::microwave) return "Not microwave, no transfer";
+    if (circuit.kind != CircuitKind::microwave) return no_transfer;
     Circuit made = circuit;
     for (int k = made.klast; k != 0; k = unpackBranch(made, k).kp) {
         Branch branch = unpackBranch(made, k);

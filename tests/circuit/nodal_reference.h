@@ -105,7 +105,8 @@ private:
     void element(char letter, int i, int j, double value) {
         const long double x = value;
         if (letter == 'R') net_.admittance(i, j, 1 / x);
-        if (letter == 'L') net_.admittance(i, j, 1.0L / immittance(value, loss_.QL));
+        if (letter == 'L' && value == 0) net_.two_port(i, j, 0, 0, 0, 0, 1);  // V1 = 0
+        if (letter == 'L' && value != 0) net_.admittance(i, j, 1.0L / immittance(value, loss_.QL));
         if (letter == 'C') net_.admittance(i, j, immittance(value, loss_.QC));
         if (letter == 'Z')
             net_.two_port(i, 0, j, 0, x / std::tanh(gamma()), x / std::sinh(gamma()), x / std::tanh(gamma()));

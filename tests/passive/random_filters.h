@@ -35,9 +35,9 @@ inline std::string bytes_of(const PassiveFilter& filter) {
     FieldBytes all;
     const auto& [circuit, designed, spec, transfer, background, mod] = filter;
     const auto& [VALUE, INDX1, klast, ilast, QUADRUPLETS, quadruplet_count, kind, R1, R2, termination_ratio, fa, fb,
-                 fnorm, fs, mode_count, MODE_RE, MODE_IM] = circuit;
+                 fnorm, fs, mode_count, MODE_RE, MODE_IM, preferred] = circuit;
     all(VALUE, INDX1, klast, ilast, QUADRUPLETS, quadruplet_count, kind, R1, R2, termination_ratio, fa, fb, fnorm, fs,
-        mode_count, MODE_RE, MODE_IM, designed, mod, spec, transfer, background.request, background.notes,
+        mode_count, MODE_RE, MODE_IM, preferred, designed, mod, spec, transfer, background.request, background.notes,
         background.worked_lower_edge, background.worked_upper_edge);
     return all.bytes;
 }
@@ -72,6 +72,7 @@ struct FilterMaker : CircuitMaker {
         c.kind = static_cast<CircuitKind>(whole(0, 2));
         fill_all(c.R1, c.R2, c.termination_ratio, c.fa, c.fb, c.fnorm, c.fs, c.MODE_RE, c.MODE_IM, made.designed);
         c.mode_count = whole(0, max_natural_modes);
+        c.preferred = c.klast < max_branches ? whole(0, 4) : 0;
         made.mod = static_cast<float>(whole(0, 1));
         auto& [request, notes, worked_lower_edge, worked_upper_edge] = made.background;
         fill_all(made.spec, made.transfer, request, notes, worked_lower_edge, worked_upper_edge);
@@ -114,7 +115,7 @@ private:
     }
 
     void settle(FilterSpec& s) {
-        s.filterType = FilterType{whole(1, 4)};
+        s.filterType = FilterType{whole(1, 6)};
         s.passbandType = PassbandType{whole(0, 3)};
         s.bandpassType = BandpassType{whole(1, 3)};
         s.stopbandType = StopbandType{whole(0, 4)};

@@ -275,7 +275,7 @@ constexpr Damage damages[] = {
     {"fs", [](PassiveFilter& f) { f.circuit.fs = -infinite; }},
     {"ratio", [](PassiveFilter& f) { f.circuit.termination_ratio = nan_value; }},
     {"mod", [](PassiveFilter& f) { f.mod = std::numeric_limits<float>::infinity(); }},
-    {"filter type", [](PassiveFilter& f) { f.spec.filterType = FilterType{5}; }},
+    {"filter type", [](PassiveFilter& f) { f.spec.filterType = FilterType{7}; }},
     {"implementation", [](PassiveFilter& f) { f.spec.implementation = 'X'; }},
 };
 

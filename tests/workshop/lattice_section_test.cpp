@@ -1,0 +1,144 @@
+// Lattices against the nodes of the sections that they were made of.
+#include "workshop/lattice_section.h"
+
+#include <map>
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include "tests/circuit/random_circuits.h"
+#include "tests/support/circuit_literal.h"
+#include "tests/workshop/two_port.h"
+
+namespace kavrel {
+namespace {
+
+using testing::CircuitMaker;
+using testing::two_port_deviation;
+
+// Sections with letters for values: random ones, the same where the letter is the same.
+struct Shape {
+    const char* what;
+    const char* literal;
+};
+
+std::string literal_of(CircuitMaker& maker, std::string_view shape) {
+    std::map<char, double> values;
+    std::string text;
+    for (const char c : shape) {
+        if (c < 'a' || c > 'm') {
+            text += c;
+        } else {
+            if (!values.contains(c)) values[c] = maker.value();
+            text += fmt::format(" {:.17g}", values[c]);
+        }
+    }
+    return text;
+}
+
+TEST(Lattice, IsTheSectionItWasMadeOf) {
+    const Shape shapes[] = {
+        {"pi", "C3 a | L4 b | C5 a"},
+        {"high-pass pi", "L3 a | C4 b | L5 a"},
+        {"tee", "L2 a | C3 b | L4 a"},
+        {"high-pass tee", "C2 a | L3 b | C4 a"},
+        {"pi with a trap", "C3 a | LC4 b c | C5 a"},
+        {"tee with a trap", "L2 a | LC3 b c | L4 a"},
+        {"three elements in a tee", "C2 a | LCC3 b c d | C4 a"},
+        {"three elements in a pi", "C3 a | LCC4 b c d | C5 a"},
+        {"one in series", "C2 a"},
+        {"bridged T", "COMPOUND:LCCL3 a b c a"},
+        {"bridged T of capacitors", "COMPOUND:CLLC3 a b c a"},
+        {"lattice again", "LATTICE:LCCLCC3 a b c d e f"},
+        {"triplet", "TRIPLET:CCLCC3 a b c d a"},
+    };
+    for (unsigned seed = 0; seed < 30; ++seed) {
+        for (const Shape& shape : shapes) {
+            CircuitMaker maker(seed);
+            maker.negative_share = 0.05 * (seed % 3);
+            const std::string text = "R 1.3 | " + literal_of(maker, shape.literal) + " | C 0.9 | L 0.4 | R 2";
+            const Circuit former = circuit(text);
+            const int first = unpackBranch(former, 1).kn;
+            int last = former.klast;
+            for (int i = 0; i < 3; ++i) last = unpackBranch(former, last).kp;
+            Circuit after = former;
+            int place = 0;
+            ASSERT_EQ(toLattice(after, last, first, place).text, "") << shape.what << ": " << text;
+            EXPECT_LT(two_port_deviation(former, after), 1e-10) << shape.what << ": " << text;
+            EXPECT_EQ(branch_kinds[unpackBranch(after, place).id].structure, Structure::lattice);
+        }
+    }
+}
+
+// A symmetrical pi and a transformer of n in one: three elements and two inductors, and what it leaves to be scaled.
+TEST(Lattice, ScalesWhatIsBehindASectionOfTwoLevels) {
+    for (unsigned seed = 0; seed < 30; ++seed) {
+        CircuitMaker maker(seed);
+        const double n = maker.uniform(1.1, 3), C = maker.value(), L = maker.value();
+        const Circuit before =
+            circuit(fmt::format("R 1.3 | L2 0.2 | C3 {:.17g} | L5 {:.17g} | L6 {:.17g} | L7 {:.17g} | C9 {:.17g} | L10 "
+                                "1.4 | C11 1.1 | R13 2",
+                                C, L / (1 - n), L / n, L / (n * n - n), n * n * C));
+        Circuit after = before;
+        int place = 0;
+        ASSERT_EQ(toLattice(after, 3, 9, place).text, "") << seed;
+        EXPECT_LT(two_port_deviation(before, after, n * n), 1e-10) << seed;
+    }
+}
+
+TEST(Lattice, TakesInWhatItsNeighboursHaveInCommon) {
+    const char* shapes[] = {
+        "C3 a | LATTICE:LCCLCC5 b c d e f g | C7 h",    "C2 a | LATTICE:LCCLCC4 b c d e f g | C6 h",
+        "L3 a | LATTICE:LCLLCL5 b c d e f g | L7 h",    "L2 a | LATTICE:LCLLCL4 b c d e f g | L6 h",
+        "C3 a | LATTICE:LCCLCC5 b c 0 e f g | C7 a",    "C2 a | LATTICE:LCCLCC4 b c 0 e f g | C6 a",
+        "L3 a | LATTICE:LCLLCL5 b c 1E30 e f g | L7 a", "L2 a | LATTICE:LCLLCL4 b c 1E30 0 f g | L6 a",
+    };
+    for (unsigned seed = 0; seed < 40; ++seed) {
+        for (const std::string_view shape : shapes) {
+            CircuitMaker maker(seed);
+            const Circuit before = circuit("R 1.3 | " + literal_of(maker, shape) + " | LC 0.9 0.3 | R 2");
+            Circuit after = before;
+            ASSERT_EQ(includeIntoLattice(after, shape[1] == '3' ? 5 : 4).text, "") << shape;
+            EXPECT_LT(two_port_deviation(before, after), 1e-10) << seed << ' ' << shape;
+            const bool alike = shape.ends_with('a');
+            int branches = 0;
+            for (int k = 1; k != 0; k = unpackBranch(after, k).kn) ++branches;
+            EXPECT_EQ(branches, alike ? 4 : 5) << shape;
+        }
+    }
+}
+
+TEST(Lattice, RefusalsLeaveNoTrace) {
+    struct Row {
+        std::string_view literal;
+        int k1, k2;  // 0: into the lattice k1
+        std::string_view refusal;
+    };
+    const Row rows[] = {
+        {"R 1 | C3 1 | L4 2 | C5 1 | R 1", 1, 5, "Incorrect branches specified"},
+        {"R 1 | C3 1 | L4 2 | C5 1 | R 1", 2, 5, "Incorrect branches specified"},
+        {"R 1 | C3 1 | L4 2 | C5 1 | R6 1", 3, 6, "Incorrect branches specified"},
+        {"R 1 | C3 1 | L4 2 | C5 3 | R 1", 3, 5, "Inappropriate branches specified"},
+        {"R 1 | C3 1 | R4 2 | C5 1 | R 1", 3, 5, "Inappropriate branches specified"},
+        {"R 1 | L3 1 | LC4 1 3 | C5 2 | R 1", 3, 4, "Inappropriate branches specified"},
+        {"R 1 | LC3 1 2 | L4 1 | R 1", 3, 3, "Inappropriate branches specified"},
+        {"R 1 | C3 1 | L4 2 | R 1", 2, 0, "Incorrect section specified"},
+        {"R 1 | C3 1 | L4 2 | R 1", 4, 0, "Section is not a lattice"},
+        {"R 1 | C3 1 | LATTICE:LCLLCL5 1 2 3 4 5 6 | C7 1 | R 1", 5, 0, "Incorrect section specified"},
+        {"R 1 | C3 1 | LATTICE:LCCLCC5 1 2 3 4 5 6 | C8 1 | R 1", 5, 0, "Incorrect section specified"},
+        {"R 1 | LATTICE:LCCLCC3 1 2 3 4 5 6", 3, 0, "Incorrect section specified"},
+    };
+    for (const auto& [literal, k1, k2, refusal] : rows) {
+        const Circuit before = circuit(literal);
+        Circuit after = before;
+        int place = 0;
+        EXPECT_EQ((k2 == 0 ? includeIntoLattice(after, k1) : toLattice(after, k1, k2, place)).text, refusal) << literal;
+        EXPECT_TRUE(after == before);
+    }
+    Circuit stubs = circuit("R 1 | C3 1 | L4 2 | C5 1 | R 1", CircuitKind::microwave);
+    int place = 0;
+    EXPECT_EQ(toLattice(stubs, 3, 5, place).text, "Microwave circuit, no lattice conversion");
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,0 +1,126 @@
+// Dual and flip, against the nodes of what was turned.
+#include <gtest/gtest.h>
+
+#include "tests/circuit/random_circuits.h"
+#include "tests/support/circuit_literal.h"
+#include "tests/workshop/two_port.h"
+#include "workshop/dual.h"
+#include "workshop/flip.h"
+
+namespace kavrel {
+namespace {
+
+using testing::CircuitMaker;
+using testing::nodal_chain;
+
+// Circuits of kinds `from` to `to`, and of one kind alone in turn; twin T as pairs of zeros make them.
+Circuit circuit_of(CircuitMaker& maker, int from, int to, bool source) {
+    std::vector<BranchId> ids;
+    const bool microwave = maker.whole(0, 3) == 0;
+    for (int id = from; id <= to; ++id) {
+        const BranchKind& kind = branch_kinds[BranchId{id}];
+        const bool fits = microwave ? !kind.equalizer() : kind.structure != Structure::line;
+        if (fits && kind.id != BranchId::resistor) ids.push_back(kind.id);
+    }
+    if (maker.whole(0, 2) == 0) ids = {ids[static_cast<std::size_t>(maker.whole(0, static_cast<int>(ids.size()) - 1))]};
+    maker.negative_share = maker.whole(0, 1) * 0.2;
+    Circuit made = maker.circuit(ids, 4, source);
+    made.kind = microwave ? CircuitKind::microwave : CircuitKind::lumped;
+    made.fs = 2;
+    return made;
+}
+
+// Two T of one ratio and one resonance.
+void match_twin_ts(Circuit& circuit) {
+    for (int k = 1; k != 0; k = unpackBranch(circuit, k).kn) {
+        const Branch branch = unpackBranch(circuit, k);
+        const bool trap = branch.id == BranchId::twin_t_trap;
+        if (!trap && branch.id != BranchId::twin_t) continue;
+        const auto v = branch_values(circuit, branch);
+        const double n = v.back() / v[0];
+        double& Cb = v[trap ? 5 : 4];
+        Cb = v[1] / n;
+        const double square = trap ? 1 / (v[3] * (v[1] + Cb)) + 1 / (v[3] * v[4]) : 1 / (v[3] * (v[1] + Cb));
+        v[2] = (1 / v[0] + 1 / v.back()) / square;
+    }
+}
+
+// The largest difference of B/C and its like, of two chains from the source to the load, over frequencies.
+template <class Pair>
+double worst(const Circuit& a, const Circuit& b, Pair pair) {
+    long double worst = 0;
+    const long double R = a.VALUE(unpackBranch(a, 1).i1), r = b.VALUE(unpackBranch(b, 1).i1);
+    for (const long double omega : {0.17L, 0.43L, 0.97L, 1.83L, 2.9L}) {
+        auto x = nodal_chain(a, omega), y = nodal_chain(b, omega);
+        x[1] *= R, x[2] /= R, y[1] *= r, y[2] /= r;
+        long double largest = 0, difference = 0;
+        for (std::size_t i = 0; i < 4; ++i) {
+            largest = std::max(largest, std::abs(x[i]));
+            difference = std::max(difference, std::abs(x[i] - y[pair[i]]));
+        }
+        const long double share = difference / largest;
+        worst = share <= worst ? worst : share;
+    }
+    return static_cast<double>(worst);
+}
+
+TEST(Dual, ExchangesVoltagesAndCurrents) {
+    constexpr std::size_t exchanged[] = {3, 2, 1, 0};
+    for (unsigned seed = 0; seed < 400; ++seed) {
+        CircuitMaker maker(seed);
+        Circuit before = circuit_of(maker, 1, 16, seed % 4 != 0);
+        match_twin_ts(before);
+        Circuit after = before;
+        ASSERT_EQ(dual(after).text, "") << seed;
+        EXPECT_LT(worst(before, after, exchanged), 1e-10) << seed;
+        EXPECT_EQ(after.klast, before.klast + 1);
+        ASSERT_EQ(dual(after).text, "") << seed;
+        EXPECT_LT(testing::two_port_deviation(before, after), 1e-10) << seed << ": that of the dual";
+    }
+}
+
+TEST(Dual, IsRefusedWhereThereIsNone) {
+    Circuit empty;
+    EXPECT_EQ(dual(empty).text, "No input termination, no dual");
+    Circuit full = circuit("R 1 | C3 1 | L4 1 | R 1");
+    ASSERT_EQ(shiftBranches(full, 3, last_insert_slot - full.klast), CircuitVerdict::done);
+    const Circuit before = full;
+    EXPECT_EQ(dual(full).text, "Not enough storage, no dual");
+    EXPECT_TRUE(full == before);
+    for (int id = 8; id < branch_kind_count; ++id) {
+        if (id > 9 && id < 17) continue;
+        CircuitMaker maker(static_cast<unsigned>(id));
+        Circuit coupled = maker.circuit({BranchId{id}}, 1, true);
+        const Circuit former = coupled;
+        EXPECT_EQ(dual(coupled).text, "Coupled or unmatched section, no dual") << id;
+        EXPECT_TRUE(coupled == former);
+    }
+}
+
+TEST(Flip, ReversesTheTwoPortAndTwiceIsNothing) {
+    constexpr std::size_t reversed[] = {3, 1, 2, 0};
+    int flipped = 0;
+    for (unsigned seed = 0; seed < 600; ++seed) {
+        CircuitMaker maker(seed);
+        const Circuit before = circuit_of(maker, 1, 25, true);
+        Circuit after = before;
+        const Refusal wrong = flip(after);
+        if (before.klast % 2 == 0) {
+            EXPECT_EQ(wrong.text, "Circuit may not be turned end-for-end");
+            EXPECT_TRUE(after == before);
+            continue;
+        }
+        ASSERT_TRUE(wrong.empty()) << seed;
+        EXPECT_LT(worst(before, after, reversed), 1e-10) << seed;
+        ASSERT_TRUE(flip(after).empty());
+        EXPECT_TRUE(after == before) << seed;
+        ++flipped;
+    }
+    EXPECT_GT(flipped, 200);
+    Circuit open = circuit("R 1 | C3 1 | L4 1 | C5 1"), empty;
+    EXPECT_FALSE(flip(open).empty());
+    EXPECT_FALSE(flip(empty).empty());
+}
+
+}  // namespace
+}  // namespace kavrel

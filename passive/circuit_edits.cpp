@@ -31,7 +31,7 @@ void for_each_request(PassiveFilter& filter, Visit visit) {
 }
 void scale_transfer(Medium medium, double factor, TransferFunction& transfer);
 void turn_request(PassiveFilter& filter);
-std::vector<std::string> moved_zero_lines(const FilterSpec& spec, const TransferFunction& transfer);
+std::vector<std::string> moved_zero_lines(const TransferFunction& transfer);
 
 }  // namespace
 
@@ -132,7 +132,7 @@ bool include_in_lattice(PassiveDesk& desk, EditStep& step) {
 bool transfer_stubs(PassiveDesk& desk, EditStep& step) {
     if (const auto why = cannot_transfer(desk); !why.empty()) return passes(desk, why);
     if (!passes(desk, transfer(step.circuit()))) return false;
-    if (step.filter.designed) report_lines(desk, moved_zero_lines(step.filter.spec, step.filter.transfer));
+    if (step.filter.designed) report_lines(desk, moved_zero_lines(step.filter.transfer));
     turn_request(step.filter);
     step.macro = {"Transform Transfer"};
     return true;
@@ -162,13 +162,14 @@ void turn_request(PassiveFilter& filter) {
     for (int i = 1; i <= spec.zeroCount; ++i) spec.FZI(i) = turned(spec.FZI(i));
 }
 
-// In units of the edge, which is inverted, too.
-std::vector<std::string> moved_zero_lines(const FilterSpec&, const TransferFunction& transfer) {
+// In units of the edge, which is inverted, too; those at the quarter wave come to 0, those at 0 to the quarter wave.
+std::vector<std::string> moved_zero_lines(const TransferFunction& transfer) {
     std::vector<std::string> lines{"Transmission zeros", edited<"(5X,'real part',6X,'imaginary part')">()};
+    const auto add = [&](double re, double im) { lines.push_back(edited<"(1P,E18.9,E20.9)">(re, im)); };
+    for (int i = transfer.zeroCount; i < transfer.poleCount; ++i) add(0, 0);
     for (int i = 1; i <= transfer.zeroCount; ++i) {
         const double re = transfer.ZEROS_RE(i), im = transfer.ZEROS_IM(i), square = re * re + im * im;
-        if (square == 0) continue;
-        lines.push_back(edited<"(1P,E18.9,E20.9)">(re / square, (im == 0 ? im : -im) / square));
+        if (square != 0) add(re / square, (im == 0 ? im : -im) / square);
     }
     return lines;
 }

@@ -36,14 +36,13 @@ void map_modes(Circuit& circuit, const Mapping& mapping, double former_fnorm);
 }  // namespace
 
 Refusal bandReject(Circuit& circuit, double fa, double fb) {
-    constexpr std::string_view no_storage = "Not enough storage, no 'be' transformation";
     if (!(fa > 0) || !(fb > 0)) return {"Zero value not permitted", fa > 0 ? "upper" : "lower"};
     if (fa > fb) std::swap(fa, fb);
     if (circuit.kind != CircuitKind::lumped && fb >= circuit.fs / 2)
         return {"Frequency specification incorrect", "upper"};
     Circuit made = circuit;
     compactValues(made);
-    if (made.ilast > most_values) return no_storage;
+    if (made.ilast > most_values) return "Not enough storage, no 'be' transformation";
     const double ta = variable(circuit, fa), tb = variable(circuit, fb);
     const Mapping mapping{.kappa = variable(circuit, circuit.fnorm) * (tb - ta), .w0 = std::sqrt(ta * tb)};
 
@@ -56,7 +55,7 @@ Refusal bandReject(Circuit& circuit, double fa, double fb) {
         for (std::size_t i = pieces.size(); i-- > 0;) {
             const auto& [id, values] = pieces[i];
             const auto verdict = i == 0 ? replace_branch(made, k, id, values) : insert_behind(made, k, id, values);
-            if (verdict != CircuitVerdict::done) return no_storage;
+            if (verdict != CircuitVerdict::done) return "Insertion error, circuit destroyed";
         }
     }
     made.fa = fa;

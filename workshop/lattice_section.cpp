@@ -122,7 +122,7 @@ Scale scale_of(const Circuit& circuit, int k1, int k2) {
     for (int k = k1; k != 0 && k <= k2; k = unpackBranch(circuit, k).kn) {
         const BranchElements elements = branch_elements(circuit, unpackBranch(circuit, k));
         for (const Element& element : std::span(elements.cells).first(static_cast<std::size_t>(elements.count))) {
-            if (!element.present || element.value == 0) continue;
+            if (!element.present || element.value == 0 || std::fabs(element.value) >= absent_inductor) continue;
             const long double logarithm = std::log(std::fabs(static_cast<long double>(element.value)));
             if (element.letter == 'L') sum_l += logarithm, ++count_l;
             if (element.letter == 'C') sum_c += logarithm, ++count_c;
@@ -161,8 +161,10 @@ ReactanceChain branch_chain(const Circuit& circuit, int k, const Scale& scale) {
     if (kind.structure == Structure::lattice) {
         const auto arm = [&](std::size_t i) {
             const OddFunction pair = impedance_of(cells[i], scale) + impedance_of(cells[i + 1], scale);
+            const double X = cells[i + 2].value;
             if (cells[i + 1].value == 0) return impedance_of(cells[i + 2], scale);
-            return cells[i + 2].value == 0 ? pair : parallel(pair, impedance_of(cells[i + 2], scale));
+            const bool absent = kind.cells[2] == 'C' ? X == 0 : std::fabs(X) >= absent_inductor;
+            return absent ? pair : parallel(pair, impedance_of(cells[i + 2], scale));
         };
         return lattice_chain(arm(0), arm(3));
     }

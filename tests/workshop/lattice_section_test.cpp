@@ -50,6 +50,7 @@ TEST(Lattice, IsTheSectionItWasMadeOf) {
         {"bridged T", "COMPOUND:LCCL3 a b c a"},
         {"bridged T of capacitors", "COMPOUND:CLLC3 a b c a"},
         {"lattice again", "LATTICE:LCCLCC3 a b c d e f"},
+        {"lattice of coils", "LATTICE:LCLLCL3 a b 1E30 0 c d"},
         {"triplet", "TRIPLET:CCLCC3 a b c d a"},
     };
     for (unsigned seed = 0; seed < 30; ++seed) {

@@ -9,13 +9,13 @@
 #include "workshop/combine.h"
 #include "workshop/coupled_nodes.h"
 #include "workshop/coupled_sections.h"
-#include "workshop/norton.h"
-#include "workshop/resonance_exchange.h"
-#include "workshop/section.h"
 #include "workshop/dual.h"
 #include "workshop/flip.h"
 #include "workshop/lattice_section.h"
+#include "workshop/norton.h"
 #include "workshop/preferred.h"
+#include "workshop/resonance_exchange.h"
+#include "workshop/section.h"
 #include "workshop/stub_transfer.h"
 
 namespace kavrel {

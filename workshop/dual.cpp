@@ -6,7 +6,6 @@
 #include <span>
 
 #include "circuit/branch_kinds.h"
-#include "workshop/branch_rewriting.h"
 
 namespace kavrel {
 

@@ -192,7 +192,9 @@ constexpr Field tee_pi_fields[] = {
 };
 
 void tee_pi_rules(const R& request, FieldStates& states) {
-    states.off("side", request.circuit != nullptr && !has_resonant_middle(*request.circuit, request.tee_pi.branch));
+    const Circuit* circuit = request.circuit;
+    const int k = request.tee_pi.branch;
+    states.off("side", circuit != nullptr && branchExists(*circuit, k) && !has_resonant_middle(*circuit, k));
 }
 
 // A branch of three elements is taken apart by itself.

@@ -35,6 +35,8 @@ public:
         while (const auto line = script_.next()) {
             if (line->verb() == "choose") {
                 choose(*line);
+            } else if (line->verb() == "do") {
+                send(line->rest());
             } else if (line->verb() == "expect" && line->rest() == "met" && !line->words[1].quoted) {
                 EXPECT_TRUE(shown_check(run_.bench()).met());
             } else if (line->verb() == "expect") {
@@ -70,6 +72,14 @@ public:
     }
 
 private:
+    // The item of the Segment with this word.
+    void send(const std::string& word) {
+        const auto& menu = room_of(run_.bench().session.segment).menu;
+        const auto item = std::ranges::find(menu, CommandKeyword(word),
+                                            [](const MenuItem& row) { return CommandKeyword(row.command); });
+        ASSERT_NE(item, menu.end()) << word;
+        run_.program->send(item->id);
+    }
     // The next line if it begins with one of these verbs; else it stays the next one.
     std::optional<ScriptLine> take(std::initializer_list<std::string_view> verbs) {
         auto line = script_.next();

@@ -1,6 +1,7 @@
 // All edits of the passive Segment, in any order.
 #include <random>
 
+#include "passive/edit_step.h"
 #include "tests/passive/passive_room.h"
 #include "tests/support/circuit_literal.h"
 
@@ -110,6 +111,21 @@ TEST(Workshop, UndosAndRedosLeadBackToTheBit) {
         while (room.state.kept.undoTop > 0) step(true);
     }
     EXPECT_GT(edits, 200);
+}
+
+TEST(Workshop, WhatBreaksItsPromiseIsNotTaken) {
+    PassiveRoom room;
+    room.butterworth();
+    const Circuit before = room.filter.circuit;
+    make_edit(room.desk, Promise::loss, [](PassiveDesk&, EditStep& step) {
+        step.circuit().VALUE(2) *= 1 + 1e-6;
+        return true;
+    });
+    EXPECT_EQ(room.window.boxes.back(), "Error: Circuit destroyed, use 'undo' to recover");
+    EXPECT_TRUE(room.filter.circuit == before);
+    EXPECT_EQ(room.state.kept.undoTop, 1);
+    room.send("undo");
+    EXPECT_TRUE(room.filter.circuit == before);
 }
 
 }  // namespace

@@ -52,6 +52,8 @@ inline constexpr std::array<BranchKind, branch_kind_count> branch_kind_rows = []
     using S = Structure;
     namespace d = drawings;
     namespace n = networks;
+    // A row a line.
+    // clang-format off
     return std::array<BranchKind, branch_kind_count>{{
         {resistor, "r", "R", "R", S::slot_element, d::plain_shunt, d::plain_series, {}, resistor, "0"},
         {inductor, "l", "L", "L", S::slot_element, d::plain_shunt, d::plain_series, {}, capacitor, "0"},
@@ -59,40 +61,10 @@ inline constexpr std::array<BranchKind, branch_kind_count> branch_kind_rows = []
         {lc, "lc", "LC", "LC", S::slot_element, d::pair_shunt, d::pair_series, {}, lc, "10"},
         {bridged_l, "compound", "", "LCCL", S::network, d::bridged_l, {}, n::bridged_t, bridged_c, "0213", "3120"},
         {bridged_c, "compound", "", "CLLC", S::network, d::bridged_c, {}, n::bridged_t, bridged_l, "0213", "3120"},
-        {bridged_c_trap,
-         "compound",
-         "",
-         "CLCLC",
-         S::network,
-         d::bridged_c_trap,
-         {},
-         n::bridged_c_trap,
-         bridged_l_trap,
-         "03214",
-         "41230"},
-        {bridged_l_trap,
-         "compound",
-         "",
-         "LCLCL",
-         S::network,
-         d::bridged_l_trap,
-         {},
-         n::bridged_l_trap,
-         bridged_c_trap,
-         "03214",
-         "41230"},
+        {bridged_c_trap, "compound", "", "CLCLC", S::network, d::bridged_c_trap, {}, n::bridged_c_trap, bridged_l_trap, "03214", "41230"},
+        {bridged_l_trap, "compound", "", "LCLCL", S::network, d::bridged_l_trap, {}, n::bridged_l_trap, bridged_c_trap, "03214", "41230"},
         {twin_t, "compound", "", "LCCLCL", S::network, d::twin_t, {}, n::twin_t, twin_t, "", "542310"},
-        {twin_t_trap,
-         "compound",
-         "",
-         "LCCLCCL",
-         S::network,
-         d::twin_t_trap,
-         {},
-         n::twin_t_trap,
-         twin_t_trap,
-         "",
-         "6523410"},
+        {twin_t_trap, "compound", "", "LCCLCCL", S::network, d::twin_t_trap, {}, n::twin_t_trap, twin_t_trap, "", "6523410"},
         {unit_element, "ue", "Z", "Z", S::line, d::line, {}, {}, unit_element, "0"},
         {lattice_c, "lattice", "", "LCCLCC", S::lattice, d::lattice, {}, {}, lattice_l},
         {lattice_l, "lattice", "", "LCLLCL", S::lattice, d::lattice, {}, {}, lattice_c},
@@ -110,6 +82,7 @@ inline constexpr std::array<BranchKind, branch_kind_count> branch_kind_rows = []
         {triplet_lcl, "triplet", "", "LCLCL", S::triplet, d::triplet, {}, n::coupled_three, triplet_lcl, "", "41230"},
         {quadruplet, "quadruplet", "", "", S::quadruplet, d::quadruplet, {}, n::coupled_four},
     }};
+    // clang-format on
 }();
 
 // Rows by id.

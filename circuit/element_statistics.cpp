@@ -22,6 +22,7 @@ constexpr StatisticsRow statistics_rows[] = {
     {'Z', " Unit elem.:", &ElementStatistics::unit_elements},
 };
 
+bool is_lacking(const Element& element);
 void add(ClassStatistics& members, double value);
 
 }  // namespace
@@ -32,9 +33,10 @@ bool elementStatistics(const Circuit& circuit, ElementStatistics& statistics) {
     for (int k = 1; k != 0;) {
         const Branch branch = unpackBranch(circuit, k);
         const BranchElements elements = branch_elements(circuit, branch);
+        const bool lattice = branch_kinds[branch.id].structure == Structure::lattice;
         for (int cell = 0; cell < elements.count; ++cell) {
             const Element& element = elements.cells[static_cast<std::size_t>(cell)];
-            if (!element.present) continue;
+            if (!element.present || (lattice && is_lacking(element))) continue;
             for (const StatisticsRow& row : statistics_rows) {
                 if (row.letter != element.letter) continue;
                 add(statistics.*row.members, shown_value(circuit.kind, element.letter, element.value));
@@ -64,6 +66,9 @@ std::vector<std::string> statistics_lines(const ElementStatistics& statistics, C
 }
 
 namespace {
+
+// What an arm of a lattice lacks is an open or a short circuit.
+bool is_lacking(const Element& element) { return element.value == 0 || std::fabs(element.value) >= absent_inductor; }
 
 void add(ClassStatistics& members, double value) {
     const double magnitude = std::fabs(value);

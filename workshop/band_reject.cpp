@@ -34,7 +34,7 @@ void map_modes(Circuit& circuit, const Mapping& mapping, double former_fnorm);
 }  // namespace
 
 Refusal bandReject(Circuit& circuit, double fa, double fb) {
-    if (!(fa > 0) || !(fb > 0)) return {"Zero value not permitted", fa > 0 ? "upper" : "lower"};
+    if (!(fa > 0) || !(fb > 0) || fa == fb) return {"Zero value not permitted", fa > 0 ? "upper" : "lower"};
     if (fa > fb) std::swap(fa, fb);
     if (circuit.kind != CircuitKind::lumped && fb >= circuit.fs / 2)
         return {"Frequency specification incorrect", "upper"};

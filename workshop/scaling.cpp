@@ -1,11 +1,14 @@
 #include "workshop/scaling.h"
 
+#include <cmath>
+
 #include "circuit/branch_kinds.h"
 
 namespace kavrel {
 
 namespace {
 
+bool has_scale(const BranchKind& kind, std::size_t cell, double value);
 void scale_quadruplet(Quadruplet& quadruplet, double inductance, double capacitance, double frequency);
 
 }  // namespace
@@ -20,7 +23,7 @@ void scale(Circuit& circuit, double impedance, double frequency, int from) {
             scale_quadruplet(circuit.QUADRUPLETS(branch.i1), inductance, capacitance, frequency);
         const auto values = branch_values(circuit, branch);
         for (std::size_t i = 0; i < values.size(); ++i) {
-            if (!element_present(kind, static_cast<int>(i), values[i])) continue;
+            if (!has_scale(kind, i, values[i])) continue;
             const char letter = kind.cells[i];
             values[i] *= letter == 'L' ? inductance : letter == 'C' ? capacitance : impedance;
         }
@@ -28,6 +31,12 @@ void scale(Circuit& circuit, double impedance, double frequency, int from) {
 }
 
 namespace {
+
+// What an arm of a lattice lacks is an open inductor or, of a dual, a capacitor that is a short circuit at every level.
+bool has_scale(const BranchKind& kind, std::size_t cell, double value) {
+    if (kind.structure == Structure::lattice && std::fabs(value) >= absent_inductor) return false;
+    return element_present(kind, static_cast<int>(cell), value);
+}
 
 void scale_quadruplet(Quadruplet& quadruplet, double inductance, double capacitance, double frequency) {
     for (double& inverse : quadruplet.XK.cells) inverse /= inductance;

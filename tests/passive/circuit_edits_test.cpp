@@ -87,28 +87,5 @@ TEST_F(WholeCircuit, OfAnotherClassHasNoRequest) {
     EXPECT_NE(check(), "");
 }
 
-TEST_F(WholeCircuit, OfStubsIsTransferredOnce) {
-    for (const FilterType type : {low_pass, high_pass}) {
-        filter = {};
-        filter.circuit = circuit("R 1 | C3 1 | L4 2 | C5 1 | R7 1", CircuitKind::microwave);
-        filter.circuit.fs = 4;
-        filter.spec.filterType = type;
-        filter.spec.medium = microwave;
-        (type == low_pass ? filter.spec.upperPassEdge : filter.spec.lowerPassEdge) = 0.5;
-        send("conv");
-        EXPECT_EQ(boxes(), "");
-        EXPECT_EQ(filter.spec.filterType, type == low_pass ? high_pass : low_pass);
-        EXPECT_EQ(type == low_pass ? filter.spec.lowerPassEdge : filter.spec.upperPassEdge, 1.5);
-        send("conv");
-        EXPECT_EQ(boxes(), "Error: Transfer done already");
-        send("undo");
-        send("conv");
-        EXPECT_EQ(boxes(), "");
-    }
-    filter.spec.filterType = band_pass;
-    send("conv");
-    EXPECT_EQ(boxes(), "Error: Works only for low- and high-pass filters");
-}
-
 }  // namespace
 }  // namespace kavrel

@@ -109,37 +109,5 @@ TEST(Lattice, TakesInWhatItsNeighboursHaveInCommon) {
     }
 }
 
-TEST(Lattice, RefusalsLeaveNoTrace) {
-    struct Row {
-        std::string_view literal;
-        int k1, k2;  // 0: into the lattice k1
-        std::string_view refusal;
-    };
-    const Row rows[] = {
-        {"R 1 | C3 1 | L4 2 | C5 1 | R 1", 1, 5, "Incorrect branches specified"},
-        {"R 1 | C3 1 | L4 2 | C5 1 | R 1", 2, 5, "Incorrect branches specified"},
-        {"R 1 | C3 1 | L4 2 | C5 1 | R6 1", 3, 6, "Incorrect branches specified"},
-        {"R 1 | C3 1 | L4 2 | C5 3 | R 1", 3, 5, "Inappropriate branches specified"},
-        {"R 1 | C3 1 | R4 2 | C5 1 | R 1", 3, 5, "Inappropriate branches specified"},
-        {"R 1 | L3 1 | LC4 1 3 | C5 2 | R 1", 3, 4, "Inappropriate branches specified"},
-        {"R 1 | LC3 1 2 | L4 1 | R 1", 3, 3, "Inappropriate branches specified"},
-        {"R 1 | C3 1 | L4 2 | R 1", 2, 0, "Incorrect section specified"},
-        {"R 1 | C3 1 | L4 2 | R 1", 4, 0, "Section is not a lattice"},
-        {"R 1 | C3 1 | LATTICE:LCLLCL5 1 2 3 4 5 6 | C7 1 | R 1", 5, 0, "Incorrect section specified"},
-        {"R 1 | C3 1 | LATTICE:LCCLCC5 1 2 3 4 5 6 | C8 1 | R 1", 5, 0, "Incorrect section specified"},
-        {"R 1 | LATTICE:LCCLCC3 1 2 3 4 5 6", 3, 0, "Incorrect section specified"},
-    };
-    for (const auto& [literal, k1, k2, refusal] : rows) {
-        const Circuit before = circuit(literal);
-        Circuit after = before;
-        int place = 0;
-        EXPECT_EQ((k2 == 0 ? includeIntoLattice(after, k1) : toLattice(after, k1, k2, place)).text, refusal) << literal;
-        EXPECT_TRUE(after == before);
-    }
-    Circuit stubs = circuit("R 1 | C3 1 | L4 2 | C5 1 | R 1", CircuitKind::microwave);
-    int place = 0;
-    EXPECT_EQ(toLattice(stubs, 3, 5, place).text, "Microwave circuit, no lattice conversion");
-}
-
 }  // namespace
 }  // namespace kavrel

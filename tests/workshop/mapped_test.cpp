@@ -57,7 +57,7 @@ TEST(BandReject, HasTheLossOfTheLowPassAtTheMappedFrequencies) {
     }
 }
 
-TEST(BandReject, MapsModesAndSaysWhyNot) {
+TEST(BandReject, MapsModes) {
     Circuit made = circuit("R 1 | C3 1 | L4 2 | C5 1 | R7 1");
     made.fnorm = 0.5 / std::numbers::pi;
     made.mode_count = 3;
@@ -74,34 +74,6 @@ TEST(BandReject, MapsModesAndSaysWhyNot) {
         EXPECT_LT(std::abs((p + 1.0) * (p * p + p + 1.0)), 1e-9) << i;
         EXPECT_LT(s.real(), 0);
     }
-
-    struct Row {
-        std::string_view literal;
-        double fa, fb;
-        std::string_view refusal;
-    };
-    const std::string_view quad = "Complex quad of zeros, no 'be' transformation";
-    std::string many = "R 1", wide = "R 1";
-    for (int i = 0; i < 50; ++i) many += " | C 1";
-    for (int k = 3; k < 83; k += 2) wide += fmt::format(" | L{} 1", k);
-    for (const auto& [literal, fa, fb, refusal] : {
-             Row{"R 1 | C3 1 | R 1", 0, 1, "Zero value not permitted"},
-             Row{"R 1 | C3 1 | R 1", 1, 0, "Zero value not permitted"},
-             Row{"R 1 | LC3 1 -1 | R 1", 1, 2, quad},
-             Row{"R 1 | COMPOUND:LCCL3 1 1 1 1 | R 1", 1, 2, quad},
-             Row{many, 1, 2, "Not enough storage, no 'be' transformation"},
-             Row{wide, 1, 2, "Insertion error, circuit destroyed"},
-         }) {
-        Circuit refused = circuit(literal);
-        refused.fnorm = 1;
-        const Circuit before = refused;
-        EXPECT_EQ(bandReject(refused, fa, fb).text, refusal);
-        EXPECT_TRUE(refused == before);
-    }
-    Circuit line = circuit("R 1 | UE3 1 | R5 1", CircuitKind::microwave);
-    line.fs = 4;
-    EXPECT_EQ(bandReject(line, 1, 1.5).text, "Unit element, no 'be' transformation");
-    EXPECT_EQ(bandReject(line, 1, 2).text, "Frequency specification incorrect");
 }
 
 TEST(Transfer, TurnsTheBandAround) {
@@ -124,12 +96,6 @@ TEST(Transfer, TurnsTheBandAround) {
         ASSERT_EQ(transfer(after).text, "");
         EXPECT_LT(testing::two_port_deviation(before, after), 1e-12);
     }
-    for (const std::string_view literal : {"R 1 | UE3 1 | R5 1", "R 1 | COMPOUND:LCCL3 1 1 1 1 | R 1"}) {
-        Circuit complex = circuit(literal, CircuitKind::microwave);
-        EXPECT_EQ(transfer(complex).text, "Complex filter structure\n may not be transferred");
-    }
-    Circuit lumps = circuit("R 1 | C3 1 | R 1");
-    EXPECT_EQ(transfer(lumps).text, "Not microwave, no transfer");
 }
 
 }  // namespace

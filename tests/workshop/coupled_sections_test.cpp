@@ -155,8 +155,7 @@ TEST(CoupledSections, NodesAreScaledToEqualAndToGivenValues) {
             continue;
         }
         ++done;
-        const auto source = [](const Circuit& c) { return c.VALUE(unpackBranch(c, c.klast).i1); };
-        expect_same(one.circuit, scaled, seed, source(scaled) / source(one.circuit));
+        expect_same(one.circuit, scaled, seed, testing::source_level(one.circuit, scaled));
         // The two-port being right, so are the nodes that the section is read as.
         const CoupledNodes nodes = coupled_nodes(scaled, k);
         const NodePairs<Wide>& X = kind == inductor ? nodes.K : nodes.C;

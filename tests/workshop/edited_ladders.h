@@ -1,7 +1,7 @@
 // Ladders to try edits on: what is edited between random branches and two terminations.
 #pragma once
 
-#include <initializer_list>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ struct Ladder {
 
 // Values are about 1, with a share of negative ones; numbers may have gaps. Of three seeds one is a microwave circuit,
 // and all that have a line; of two seeds one has a source.
-inline Ladder ladder_about(unsigned seed, std::initializer_list<Part> parts, double negative_share = 0) {
+inline Ladder ladder_about(unsigned seed, const std::vector<Part>& parts, double negative_share = 0) {
     using enum BranchId;
     CircuitMaker maker(seed);
     maker.negative_share = negative_share;
@@ -43,6 +43,11 @@ inline Ladder ladder_about(unsigned seed, std::initializer_list<Part> parts, dou
     int k = circuit.klast + 1;
     if (seed % 2 == 0) (void)insertBranch(circuit, k, maker.uniform(0.5, 2), 0, resistor);
     return ladder;
+}
+
+// The factor of impedances at the source of circuits whose load stays.
+inline double source_level(const Circuit& before, const Circuit& after) {
+    return after.VALUE(unpackBranch(after, after.klast).i1) / before.VALUE(unpackBranch(before, before.klast).i1);
 }
 
 }  // namespace kavrel::testing

@@ -14,13 +14,14 @@ namespace {
 
 using testing::Ladder;
 using testing::Part;
+using testing::source_level;
 using testing::two_port_deviation;
 using enum BranchId;
 
 // One edit of one shape of section.
 struct Shape {
     const char* what;
-    std::initializer_list<Part> parts;
+    std::vector<Part> parts;
     Refusal (*edit)(Circuit& circuit, std::span<const int> k);
     double (*level)(const Circuit& before, const Circuit& after) = nullptr;  // factor of impedances behind
     bool may_end = true;  // also where nothing is behind and there is no source: it ends as it did
@@ -38,7 +39,7 @@ Refusal tee_pi(Circuit& circuit, std::span<const int> k) {
     return teePi(circuit, first, end);
 }
 constexpr auto up = tee_pi<TeePiEnd::load>, down = tee_pi<TeePiEnd::source>;
-Refusal trade(Circuit& circuit, std::span<const int> k) { return exchangeResonant(circuit, k[0], k[2]); }
+Refusal trade(Circuit& circuit, std::span<const int> k) { return exchangeResonant(circuit, k.front(), k.back()); }
 Refusal three(Circuit& circuit, std::span<const int> k) { return exchangeThree(circuit, k.front(), k.back()); }
 Refusal three_back(Circuit& circuit, std::span<const int> k) { return exchangeThree(circuit, k.back(), k.front()); }
 Refusal halves(Circuit& circuit, std::span<const int> k) {
@@ -46,10 +47,14 @@ Refusal halves(Circuit& circuit, std::span<const int> k) {
 }
 Refusal thirds(Circuit& circuit, std::span<const int> k) { return splitBranch(circuit, k[0], -0.3); }
 
-// By the load that stays and the source that is scaled.
-double source_level(const Circuit& before, const Circuit& after) {
-    const auto source = [](const Circuit& c) { return c.VALUE(unpackBranch(c, c.klast).i1); };
-    return source(after) / source(before);
+Refusal swap(Circuit& circuit, std::span<const int> k) { return interchangeBranches(circuit, k.back(), k.front()); }
+Refusal combine(Circuit& circuit, std::span<const int> k) { return combineBranches(circuit, k[1], k[0]); }
+Refusal squeeze(Circuit& circuit, std::span<const int>) {
+    squeezeAll(circuit);
+    const Circuit squeezed = circuit;
+    squeezeAll(circuit);
+    EXPECT_TRUE(circuit == squeezed);
+    return {};
 }
 
 // Near a circuit that does not exist: its rounded values are no longer the two-port to ten digits.
@@ -93,6 +98,14 @@ const Shape shapes[] = {
     {"shunt lcl", {{lcl, true}}, three},
     {"series lcc", {{lcc}}, three},
     {"series lcl", {{lcl}}, three},
+    {"series branches change places", {{lcc}, {capacitor}, {lcl}}, swap},
+    {"shunt branches change places", {{lcc, true}, {capacitor, true}, {lcl, true}}, swap},
+    {"series L in one", {{inductor}, {inductor}}, combine},
+    {"shunt L in one", {{inductor, true}, {inductor, true}}, combine},
+    {"series C in one", {{capacitor}, {capacitor}}, combine},
+    {"shunt C in one", {{capacitor, true}, {capacitor, true}}, combine},
+    {"all L in one", {{inductor}, {inductor}, {lc, true}, {inductor}}, squeeze},
+    {"all C in one", {{capacitor, true}, {capacitor, true}, {lc}, {capacitor, true}}, squeeze},
 };
 
 TEST(RewrittenSections, KeepTheTwoPort) {
@@ -130,17 +143,8 @@ TEST(RewrittenSections, TakeAnyNumbers) {
         Refusal (*edit)(Circuit& circuit, std::span<const int> k);
         Promise promise = Promise::whole_two_port;
     } routines[] = {
-        {halves},
-        {thirds},
-        {lowpass},
-        {same, Promise::level},
-        {up, Promise::level},
-        {down, Promise::level},
-        {three},
-        {[](Circuit& circuit, std::span<const int> k) { return exchangeResonant(circuit, k[0], k[1]); }},
-        {[](Circuit& circuit, std::span<const int> k) { return combineBranches(circuit, k[0], k[1]); }},
-        {[](Circuit& circuit, std::span<const int> k) { return interchangeBranches(circuit, k[0], k[1]); }},
-    };
+        {halves}, {thirds},  {lowpass}, {same, Promise::level}, {up, Promise::level}, {down, Promise::level}, {three},
+        {trade},  {combine}, {swap}};
     int done = 0, refused = 0;
     for (unsigned seed = 0; seed < 400; ++seed) {
         testing::CircuitMaker maker(seed);

@@ -38,7 +38,7 @@ struct EditRows : ::testing::Test, PassiveRoom {
         if (literal.empty()) return;
         const Branch last = unpackBranch(made, made.klast);
         made.R1 = made.VALUE(1);
-        made.R2 = last.id == BranchId::resistor && made.klast > 1 ? made.VALUE(last.i1) : 0;
+        made.R2 = last.id == BranchId::resistor ? made.VALUE(last.i1) : 0;
         made.termination_ratio = made.R2 / made.R1;
     }
 

@@ -1,11 +1,7 @@
 #include "workshop/coupled_sections.h"
 
-#include <iterator>
 #include <numbers>
 
-#include <gtest/gtest.h>
-
-#include "tests/support/circuit_literal.h"
 #include "tests/workshop/edited_ladders.h"
 #include "workshop/coupled_nodes.h"
 #include "workshop/promise.h"
@@ -32,12 +28,6 @@ void expect_same(const Circuit& before, const Circuit& after, unsigned seed, dou
         ASSERT_TRUE(branchExists(after, k) && k >= from) << seed;
         from = k + 1;
     }
-}
-
-int branch_count(const Circuit& circuit) {
-    int count = 0;
-    for (int k = circuit.klast; k != 0; k = unpackBranch(circuit, k).kp) ++count;
-    return count;
 }
 
 // The same branches in the same order, in whatever slots.
@@ -92,7 +82,8 @@ TEST(CoupledSections, TripletsComeFromLaddersAndGoBack) {
         ASSERT_EQ(tripletTransform(back, again).text, "") << seed;
         expect_same(coupled, back, seed);
         if (seed % 5 == 0) continue;  // with a negative element a coupling comes back with another sign
-        EXPECT_LE(branch_count(back), branch_count(one.circuit)) << seed;  // nothing is left of rounding
+        EXPECT_LE(testing::branch_count(back), testing::branch_count(one.circuit))
+            << seed;  // nothing is left of rounding
     }
 }
 
@@ -103,7 +94,9 @@ TEST(CoupledSections, QuadrupletsKeepTwoPortAndZeros) {
         const auto one =
             ladder_about(seed, {{kind}, {first, true}, {kind}, {second, true}, {kind}}, seed % 3 == 1 ? 0.3 : 0);
         int k = one.parts[seed % 5];
-        Circuit coupled = one.circuit;
+        Circuit coupled = one.circuit, full = one.circuit;
+        full.quadruplet_count = max_quadruplets;
+        EXPECT_EQ(quadrupletTransform(full, k).text, "Storage is full");
         ASSERT_EQ(quadrupletTransform(coupled, k).text, "") << seed;
         ASSERT_EQ(unpackBranch(coupled, k).id, quadruplet) << seed;
         expect_same(one.circuit, coupled, seed);
@@ -167,14 +160,6 @@ TEST(CoupledSections, NodesAreScaledToEqualAndToGivenValues) {
         EXPECT_EQ(multipleTransform(scaled, k, kind, values).text, "No change") << seed;
     }
     EXPECT_GT(done, 200);
-}
-
-TEST(CoupledSections, NeedRoomForQuadruplets) {
-    const Circuit before = circuit("R 1 | L2 1 | lc3 1 1 | L4 1 | lc5 1 1 | L6 1 | R7 1");
-    Circuit full = before;
-    full.quadruplet_count = max_quadruplets;
-    int k = 4;
-    EXPECT_EQ(quadrupletTransform(full, k).text, "Storage is full");
 }
 
 }  // namespace

@@ -45,6 +45,12 @@ inline Ladder ladder_about(unsigned seed, const std::vector<Part>& parts, double
     return ladder;
 }
 
+inline int branch_count(const Circuit& circuit) {
+    int count = 0;
+    for (int k = circuit.klast; k != 0; k = unpackBranch(circuit, k).kp) ++count;
+    return count;
+}
+
 // The factor of impedances at the source of circuits whose load stays.
 inline double source_level(const Circuit& before, const Circuit& after) {
     return after.VALUE(unpackBranch(after, after.klast).i1) / before.VALUE(unpackBranch(before, before.klast).i1);

@@ -6,9 +6,8 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include "tests/circuit/random_circuits.h"
 #include "tests/support/circuit_literal.h"
-#include "tests/workshop/two_port.h"
+#include "tests/workshop/edited_ladders.h"
 
 namespace kavrel {
 namespace {
@@ -17,11 +16,6 @@ using testing::CircuitMaker;
 using testing::two_port_deviation;
 
 // Sections with letters for values: random ones, the same where the letter is the same.
-struct Shape {
-    const char* what;
-    const char* literal;
-};
-
 std::string literal_of(CircuitMaker& maker, std::string_view shape) {
     std::map<char, double> values;
     std::string text;
@@ -37,35 +31,26 @@ std::string literal_of(CircuitMaker& maker, std::string_view shape) {
 }
 
 TEST(Lattice, IsTheSectionItWasMadeOf) {
-    const Shape shapes[] = {
-        {"pi", "C3 a | L4 b | C5 a"},
-        {"high-pass pi", "L3 a | C4 b | L5 a"},
-        {"tee", "L2 a | C3 b | L4 a"},
-        {"high-pass tee", "C2 a | L3 b | C4 a"},
-        {"pi with a trap", "C3 a | LC4 b c | C5 a"},
-        {"tee with a trap", "L2 a | LC3 b c | L4 a"},
-        {"three elements in a tee", "C2 a | LCC3 b c d | C4 a"},
-        {"three elements in a pi", "C3 a | LCC4 b c d | C5 a"},
-        {"one in series", "C2 a"},
-        {"bridged T", "COMPOUND:LCCL3 a b c a"},
-        {"bridged T of capacitors", "COMPOUND:CLLC3 a b c a"},
-        {"lattice again", "LATTICE:LCCLCC3 a b c d e f"},
-        {"lattice of coils", "LATTICE:LCLLCL3 a b 1E30 0 c d"},
-        {"triplet", "TRIPLET:CCLCC3 a b c d a"},
-    };
+    const char* shapes[] = {"C3 a | L4 b | C5 a",          "L3 a | C4 b | L5 a",
+                            "L2 a | C3 b | L4 a",          "C2 a | L3 b | C4 a",
+                            "C3 a | LC4 b c | C5 a",       "L2 a | LC3 b c | L4 a",
+                            "C2 a | LCC3 b c d | C4 a",    "C3 a | LCC4 b c d | C5 a",
+                            "COMPOUND:LCCL3 a b c a",      "COMPOUND:CLLC3 a b c a",
+                            "LATTICE:LCCLCC3 a b c d e f", "LATTICE:LCLLCL3 a b 1E30 0 c d",
+                            "TRIPLET:CCLCC3 a b c d a",    "C2 a"};
     for (unsigned seed = 0; seed < 30; ++seed) {
-        for (const Shape& shape : shapes) {
+        for (const char* shape : shapes) {
             CircuitMaker maker(seed);
             maker.negative_share = 0.05 * (seed % 3);
-            const std::string text = "R 1.3 | " + literal_of(maker, shape.literal) + " | C 0.9 | L 0.4 | R 2";
+            const std::string text = "R 1.3 | " + literal_of(maker, shape) + " | C 0.9 | L 0.4 | R 2";
             const Circuit former = circuit(text);
             const int first = unpackBranch(former, 1).kn;
             int last = former.klast;
             for (int i = 0; i < 3; ++i) last = unpackBranch(former, last).kp;
             Circuit after = former;
             int place = 0;
-            ASSERT_EQ(toLattice(after, last, first, place).text, "") << shape.what << ": " << text;
-            EXPECT_LT(two_port_deviation(former, after), 1e-10) << shape.what << ": " << text;
+            ASSERT_EQ(toLattice(after, last, first, place).text, "") << text;
+            EXPECT_LT(two_port_deviation(former, after), 1e-10) << text;
             EXPECT_EQ(branch_kinds[unpackBranch(after, place).id].structure, Structure::lattice);
         }
     }
@@ -77,9 +62,8 @@ TEST(Lattice, ScalesWhatIsBehindASectionOfTwoLevels) {
         CircuitMaker maker(seed);
         const double n = maker.uniform(1.1, 3), C = maker.value(), L = maker.value();
         const Circuit before =
-            circuit(fmt::format("R 1.3 | L2 0.2 | C3 {:.17g} | L5 {:.17g} | L6 {:.17g} | L7 {:.17g} | C9 {:.17g} | L10 "
-                                "1.4 | C11 1.1 | R13 2",
-                                C, L / (1 - n), L / n, L / (n * n - n), n * n * C));
+            circuit(fmt::format("R 1.3 | L2 0.2 | C3 {} | L5 {} | L6 {} | L7 {} | C9 {} | L10 1.4 | C11 1.1 | R13 2", C,
+                                L / (1 - n), L / n, L / (n * n - n), n * n * C));
         Circuit after = before;
         int place = 0;
         ASSERT_EQ(toLattice(after, 3, 9, place).text, "") << seed;
@@ -101,10 +85,7 @@ TEST(Lattice, TakesInWhatItsNeighboursHaveInCommon) {
             Circuit after = before;
             ASSERT_EQ(includeIntoLattice(after, shape[1] == '3' ? 5 : 4).text, "") << shape;
             EXPECT_LT(two_port_deviation(before, after), 1e-10) << seed << ' ' << shape;
-            const bool alike = shape.ends_with('a');
-            int branches = 0;
-            for (int k = 1; k != 0; k = unpackBranch(after, k).kn) ++branches;
-            EXPECT_EQ(branches, alike ? 4 : 5) << shape;
+            EXPECT_EQ(testing::branch_count(after), shape.ends_with('a') ? 4 : 5) << shape;
         }
     }
 }

@@ -60,8 +60,6 @@ TEST(Preferred, IsNotDoneTwiceUnlessValuesWereChanged) {
     EXPECT_TRUE(preferred(made, PercentClass::ten).empty());
     EXPECT_TRUE(preferred(made, PercentClass::one_percent).empty());
     EXPECT_EQ(preferred(made, PercentClass{0}).text, "Incorrect specification");
-    made.kind = CircuitKind::microwave;
-    EXPECT_EQ(preferred(made, PercentClass::half_percent).text, "Microwave filter, no preferred values");
 }
 
 }  // namespace

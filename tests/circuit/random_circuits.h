@@ -17,6 +17,17 @@ inline ChainVerdict analyse_unwatched(const Circuit& circuit, const AnalysisRequ
     return analyzeCircuit(circuit, request, unwatched, result);
 }
 
+// All kinds of branches that a circuit may have, but resistors.
+inline std::vector<BranchId> kinds_of(CircuitKind circuit_kind) {
+    const bool microwave = circuit_kind == CircuitKind::microwave;
+    std::vector<BranchId> ids;
+    for (const BranchKind& kind : branch_kinds) {
+        const bool fits = microwave ? !kind.equalizer() : kind.structure != Structure::line;
+        if (fits && kind.id != BranchId::resistor) ids.push_back(kind.id);
+    }
+    return ids;
+}
+
 struct CircuitMaker {
     std::mt19937 engine;
     double negative_share = 0;  // of elements

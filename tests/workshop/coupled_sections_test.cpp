@@ -4,6 +4,7 @@
 
 #include "tests/workshop/edited_ladders.h"
 #include "workshop/coupled_nodes.h"
+#include "workshop/dual.h"
 #include "workshop/promise.h"
 
 namespace kavrel {
@@ -99,6 +100,8 @@ TEST(CoupledSections, QuadrupletsKeepTwoPortAndZeros) {
         EXPECT_EQ(quadrupletTransform(full, k).text, "Storage is full");
         ASSERT_EQ(quadrupletTransform(coupled, k).text, "") << seed;
         ASSERT_EQ(unpackBranch(coupled, k).id, quadruplet) << seed;
+        EXPECT_EQ(dual(full = coupled).text, "Coupled or unmatched section, no dual");
+        EXPECT_TRUE(full == coupled);
         expect_same(one.circuit, coupled, seed);
         Circuit back = coupled;
         int again = k;

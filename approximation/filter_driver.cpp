@@ -268,6 +268,13 @@ void Way::refuse(const ApproximationVerdict& verdict) {
     discontinue(reporter_, lines_of(message.first, message.second, message.third));
 }
 
+// " **** text ****"
+std::string_view without_stars(std::string_view text) {
+    constexpr std::string_view stars = " *";
+    text.remove_prefix(std::min(text.find_first_not_of(stars), text.size()));
+    return text.substr(0, text.find_last_not_of(stars) + 1);
+}
+
 void Way::refuse(FrontVerdict verdict) {
     const FrontMessage& message = messageOf(verdict.fault);
     const std::string text = with_number(lines_of(message.first, message.second, message.third), verdict.number);
@@ -275,6 +282,7 @@ void Way::refuse(FrontVerdict verdict) {
         discontinue(reporter_, text);
     } else {
         reporter_.report_line(text);
+        reporter_.fail(without_stars(text));
         if (text.find("discontinued") == std::string::npos) reporter_.report_line(report_discontinued);
     }
     if (verdict.fault == FrontFault::matching_not_needed) reporter_.message(text, "Fatal error");

@@ -36,13 +36,6 @@ bool is_finite(const Circuit& c) {
            !std::isnan(c.termination_ratio);
 }
 
-std::string_view message_of(CircuitVerdict verdict) {
-    for (const CircuitMessage& row : circuit_messages) {
-        if (row.verdict == verdict) return row.text;
-    }
-    return {};
-}
-
 bool branchExists(const Circuit& circuit, int k) { return k >= 1 && k <= max_branches && circuit.INDX1(k) != 0; }
 
 std::span<const double> branch_values(const Circuit& circuit, const Branch& branch) {

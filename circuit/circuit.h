@@ -134,7 +134,12 @@ inline constexpr std::array<CircuitMessage, 6> circuit_messages = {{
 // What a command says instead of the bare "Storage is full" when it has to stop in the middle of its work.
 inline constexpr std::string_view storage_full_operations = "Storage is full, operations discontinued";
 
-[[nodiscard]] std::string_view message_of(CircuitVerdict verdict);
+[[nodiscard]] constexpr std::string_view message_of(CircuitVerdict verdict) {
+    for (const CircuitMessage& row : circuit_messages) {
+        if (row.verdict == verdict) return row.text;
+    }
+    return {};
+}
 
 // The word and its fields: word = id + 51 (i1 + 151 (in + 11 (kp + 101 kn))). 1 <= k <= 100.
 [[nodiscard]] constexpr std::int32_t branch_word(const Branch& branch) {

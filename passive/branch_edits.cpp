@@ -34,7 +34,7 @@ bool is_line(const Circuit& circuit, int k);
 
 bool combine_branches(PassiveDesk& desk, EditStep& step) {
     const auto [k1, k2] = desk.command.combined;
-    if (const auto why = cannot_combine(desk); !why.empty()) return passes(desk, {why, "branch1"});
+    if (const auto why = needs_branches<nothing_to_combine>(desk); !why.empty()) return passes(desk, {why, "branch1"});
     step.macro = {"Branch Combine", two_numbers(desk.command.combined)};
     if (k1 == squeeze_number) return passes_squeezed(desk, step, {});
     step.changed = std::min(k1, k2);
@@ -58,7 +58,7 @@ bool split_branch(PassiveDesk& desk, EditStep& step) {
 
 bool interchange_branches(PassiveDesk& desk, EditStep& step) {
     const auto [k1, k2] = desk.command.interchanged;
-    if (const auto why = cannot_interchange(desk); !why.empty()) return passes(desk, {why, "branch1"});
+    if (const auto why = needs_branches<unfit_branches>(desk); !why.empty()) return passes(desk, {why, "branch1"});
     for (const int k : {k1, k2}) {
         if (k <= 1 || k > max_branches)
             return passes(desk, {message_of(CircuitVerdict::unfit_kind), k == k1 ? "branch1" : "branch2"});

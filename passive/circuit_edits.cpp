@@ -7,6 +7,7 @@
 
 #include "approximation/loss_rows.h"
 #include "approximation/s_plane.h"
+#include "circuit/element_statistics.h"
 #include "passive/command_tools.h"
 #include "passive/hindrances.h"
 #include "shell/edited.h"
@@ -36,7 +37,7 @@ std::vector<std::string> moved_zero_lines(const TransferFunction& transfer);
 }  // namespace
 
 bool scale_impedance(PassiveDesk& desk, EditStep& step) {
-    if (const auto why = needs_branches(desk); !why.empty()) return passes(desk, why);
+    if (const auto why = needs_branches<no_circuit_to_analyze>(desk); !why.empty()) return passes(desk, why);
     const double typed = desk.command.impedance_factor;
     if (typed == 0) return passes(desk, {zero_factor, "factor"});
     const double factor = typed > 0 ? typed : -typed / step.circuit().VALUE(unpackBranch(step.circuit(), 1).i1);
@@ -50,7 +51,7 @@ bool scale_impedance(PassiveDesk& desk, EditStep& step) {
 }
 
 bool scale_frequency(PassiveDesk& desk, EditStep& step) {
-    if (const auto why = needs_branches(desk); !why.empty()) return passes(desk, why);
+    if (const auto why = needs_branches<no_circuit_to_analyze>(desk); !why.empty()) return passes(desk, why);
     const double factor = desk.command.frequency_factor;
     if (!(factor > 0)) return passes(desk, {factor == 0 ? zero_factor : "Values must be > 0.0", "factor"});
     Circuit& circuit = step.circuit();

@@ -6,16 +6,10 @@
 #include "passive/phase_line.h"
 #include "passive/stored_circuit.h"
 #include "segment/result_commands.h"
-#include "workshop/combine.h"
 #include "workshop/coupled_nodes.h"
-#include "workshop/coupled_sections.h"
-#include "workshop/dual.h"
 #include "workshop/flip.h"
 #include "workshop/lattice_section.h"
-#include "workshop/norton.h"
 #include "workshop/preferred.h"
-#include "workshop/resonance_exchange.h"
-#include "workshop/section.h"
 #include "workshop/stub_transfer.h"
 
 namespace kavrel {
@@ -24,37 +18,11 @@ namespace {
 
 std::string_view unless(bool can, std::string_view why) { return can ? std::string_view{} : why; }
 
-bool has_branches(const PassiveDesk& desk) { return desk.filter.circuit.klast > 0; }
-
 bool is_low_pass(const FilterSpec& spec) {
     return spec.filterType == low_pass || spec.filterType == linear_phase_low_pass;
 }
 
 }  // namespace
-
-std::string_view cannot_delete(const PassiveDesk& desk) {
-    return unless(has_branches(desk), message_of(CircuitVerdict::no_branch));
-}
-
-std::string_view cannot_change(const PassiveDesk& desk) { return unless(has_branches(desk), no_such_branch); }
-
-std::string_view cannot_combine(const PassiveDesk& desk) { return unless(has_branches(desk), nothing_to_combine); }
-
-std::string_view cannot_split(const PassiveDesk& desk) { return unless(has_branches(desk), no_branch); }
-
-std::string_view cannot_interchange(const PassiveDesk& desk) {
-    return unless(has_branches(desk), message_of(CircuitVerdict::unfit_kind));
-}
-
-std::string_view cannot_exchange_resonances(const PassiveDesk& desk) {
-    return unless(has_branches(desk), nothing_to_exchange);
-}
-
-std::string_view cannot_convert(const PassiveDesk& desk) { return unless(has_branches(desk), no_branch); }
-
-std::string_view cannot_couple_three(const PassiveDesk& desk) { return unless(has_branches(desk), no_triplet); }
-
-std::string_view cannot_couple_four(const PassiveDesk& desk) { return unless(has_branches(desk), no_quadruplet); }
 
 std::string_view needs_coupled_section(const PassiveDesk& desk) {
     const Circuit& circuit = desk.filter.circuit;
@@ -64,29 +32,23 @@ std::string_view needs_coupled_section(const PassiveDesk& desk) {
     return unless(found, no_coupled_section);
 }
 
-std::string_view needs_branches(const PassiveDesk& desk) { return unless(has_branches(desk), no_circuit_to_analyze); }
-
-std::string_view cannot_take_dual(const PassiveDesk& desk) { return unless(has_branches(desk), no_dual); }
-
 std::string_view cannot_turn_around(const PassiveDesk& desk) { return unless(can_flip(desk.filter.circuit), no_flip); }
 
 std::string_view cannot_prefer(const PassiveDesk& desk) {
     if (desk.filter.circuit.kind != CircuitKind::lumped) return no_preferred_values;
-    return needs_branches(desk);
+    return needs_branches<no_circuit_to_analyze>(desk);
 }
 
 std::string_view cannot_reject_band(const PassiveDesk& desk) {
     const Circuit& circuit = desk.filter.circuit;
-    const bool low = is_low_pass(desk.filter.spec) && circuit.fa == 0 && circuit.fnorm > 0 && has_branches(desk);
+    const bool low = is_low_pass(desk.filter.spec) && circuit.fa == 0 && circuit.fnorm > 0 && circuit.klast > 0;
     return unless(low, "Not a lowpass, no band-reject transformation");
 }
 
 std::string_view cannot_make_lattice(const PassiveDesk& desk) {
     if (desk.filter.circuit.kind != CircuitKind::lumped) return no_lattice;
-    return unless(has_branches(desk), no_lattice_section);
+    return needs_branches<no_lattice_section>(desk);
 }
-
-std::string_view cannot_include(const PassiveDesk& desk) { return unless(has_branches(desk), no_such_section); }
 
 // A transferred circuit is of another class than the one that it was made for.
 std::string_view cannot_transfer(const PassiveDesk& desk) {
@@ -96,14 +58,8 @@ std::string_view cannot_transfer(const PassiveDesk& desk) {
     if (!is_low_pass(filter.spec) && filter.spec.filterType != high_pass)
         return "Works only for low- and high-pass filters";
     const bool done = request.medium == microwave && is_low_pass(request) != is_low_pass(filter.spec);
-    return done ? "Transfer done already" : needs_branches(desk);
+    return done ? "Transfer done already" : needs_branches<no_circuit_to_analyze>(desk);
 }
-
-std::string_view cannot_find_resonance(const PassiveDesk& desk) { return unless(has_branches(desk), no_resonance); }
-
-std::string_view cannot_transform(const PassiveDesk& desk) { return unless(has_branches(desk), no_norton_branch); }
-
-std::string_view cannot_equalise(const PassiveDesk& desk) { return unless(has_branches(desk), no_listed_branch); }
 
 std::string_view needs_circuit(const PassiveDesk& desk) {
     ElementStatistics statistics;

@@ -8,31 +8,24 @@ namespace kavrel {
 
 inline constexpr std::string_view no_analysis_data = "No analysis data";
 
+inline constexpr std::string_view no_branch_of_number = message_of(CircuitVerdict::no_branch);
+inline constexpr std::string_view unfit_branches = message_of(CircuitVerdict::unfit_kind);
 inline constexpr std::string_view no_such_branch = "Incorrect branch selected";
 inline constexpr std::string_view no_listed_branch = "A branch does not exist";
 inline constexpr std::string_view no_resonance = "Incorrect branch(es) specified";
 
-[[nodiscard]] std::string_view cannot_delete(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_change(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_combine(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_split(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_interchange(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_exchange_resonances(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_convert(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_couple_three(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_couple_four(const PassiveDesk& desk);
+// Of what works on branches, in its own words.
+template <const std::string_view& why>
+[[nodiscard]] std::string_view needs_branches(const PassiveDesk& desk) {
+    return desk.filter.circuit.klast > 0 ? std::string_view{} : why;
+}
+
 [[nodiscard]] std::string_view needs_coupled_section(const PassiveDesk& desk);
-[[nodiscard]] std::string_view needs_branches(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_take_dual(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_turn_around(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_prefer(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_reject_band(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_make_lattice(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_include(const PassiveDesk& desk);
 [[nodiscard]] std::string_view cannot_transfer(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_find_resonance(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_transform(const PassiveDesk& desk);
-[[nodiscard]] std::string_view cannot_equalise(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_circuit(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_design(const PassiveDesk& desk);
 [[nodiscard]] std::string_view needs_frequency_results(const PassiveDesk& desk);

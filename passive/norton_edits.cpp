@@ -138,7 +138,7 @@ std::optional<std::vector<int>> listed_branches(const PassiveDesk& desk) {
 
 void equalise(PassiveDesk& desk, EndValues ends) {
     constexpr std::string_view field = "branches";
-    if (const auto why = cannot_equalise(desk); !why.empty()) return refuse(desk, why);
+    if (const auto why = needs_branches<no_listed_branch>(desk); !why.empty()) return refuse(desk, why);
     const auto list = listed_branches(desk);
     if (!list) return refuse(desk, {no_listed_branch, field});
     if (list->empty()) return refuse(desk, {"Not enough branches specified", field});

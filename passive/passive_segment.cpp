@@ -1,5 +1,6 @@
 #include "passive/passive_segment.h"
 
+#include "circuit/element_statistics.h"
 #include "passive/analysis_commands.h"
 #include "passive/branch_edits.h"
 #include "passive/circuit_edits.h"
@@ -12,6 +13,13 @@
 #include "passive/macro_file.h"
 #include "passive/norton_edits.h"
 #include "passive/report_commands.h"
+#include "workshop/combine.h"
+#include "workshop/coupled_sections.h"
+#include "workshop/dual.h"
+#include "workshop/lattice_section.h"
+#include "workshop/norton.h"
+#include "workshop/resonance_exchange.h"
+#include "workshop/section.h"
 
 namespace kavrel {
 
@@ -27,54 +35,55 @@ void leave(PassiveDesk&) {}
 void read(PassiveDesk& desk) { read_circuit_file(desk, false); }
 
 constexpr CommandTable commands({
-    Command<PassiveDesk>{"tp  ", edit<Promise::whole_two_port, exchange_tee_and_pi>, cannot_delete},
-    {"ib  ", edit<Promise::whole_two_port, interchange_branches>, cannot_interchange},
-    {"rs  ", edit<Promise::level, scale_impedance>, needs_branches},
-    {"fs  ", edit<Promise::nothing, scale_frequency>, needs_branches},
+    Command<PassiveDesk>{"tp  ", edit<Promise::whole_two_port, exchange_tee_and_pi>,
+                         needs_branches<no_branch_of_number>},
+    {"ib  ", edit<Promise::whole_two_port, interchange_branches>, needs_branches<unfit_branches>},
+    {"rs  ", edit<Promise::level, scale_impedance>, needs_branches<no_circuit_to_analyze>},
+    {"fs  ", edit<Promise::nothing, scale_frequency>, needs_branches<no_circuit_to_analyze>},
     {"ins ", edit<Promise::nothing, insert_branch>},
-    {"del ", edit<Promise::nothing, delete_branch>, cannot_delete},
+    {"del ", edit<Promise::nothing, delete_branch>, needs_branches<no_branch_of_number>},
     {"show", show},
-    {"tr  ", edit<Promise::level, norton_transformation>, cannot_transform},
+    {"tr  ", edit<Promise::level, norton_transformation>, needs_branches<no_norton_branch>},
     {"pri ", choose_print},
     {"    ", leave},
-    {"com ", edit<Promise::whole_two_port, combine_branches>, cannot_combine},
+    {"com ", edit<Promise::whole_two_port, combine_branches>, needs_branches<nothing_to_combine>},
     {"pltf", plot_frequency, needs_frequency_results},
-    {"dual", edit<Promise::loss, take_dual>, cannot_take_dual},
+    {"dual", edit<Promise::loss, take_dual>, needs_branches<no_dual>},
     {"be  ", edit<Promise::nothing, make_band_reject>, cannot_reject_band},
     {"save", save_circuit_file, cannot_save_circuit},
     {"freq", analyse_frequency, cannot_analyse_frequency},
     {"lat ", edit<Promise::level, make_lattice>, cannot_make_lattice},
-    {"incl", edit<Promise::whole_two_port, include_in_lattice>, cannot_include},
+    {"incl", edit<Promise::whole_two_port, include_in_lattice>, needs_branches<no_such_section>},
     {"squ ", edit<Promise::whole_two_port, squeeze_branches>},
-    {"spl ", edit<Promise::whole_two_port, split_branch>, cannot_split},
+    {"spl ", edit<Promise::whole_two_port, split_branch>, needs_branches<no_branch>},
     {"file", write_transfer},
     {"text", write_text_file},
     {"equ "},
     {"pz  ", write_pole_zero, needs_design},
     {"flip", edit<Promise::loss, turn_around>, cannot_turn_around},
-    {"lce ", equalise_all, cannot_equalise},
+    {"lce ", equalise_all, needs_branches<no_listed_branch>},
     {"sto ", store_circuit},
     {"rcl ", recall_circuit, [](const PassiveDesk& desk) { return cannot_recall(desk); }},
     {"disp", display_design, needs_design},
-    {"ch  ", edit<Promise::nothing, change_branch>, cannot_change},
+    {"ch  ", edit<Promise::nothing, change_branch>, needs_branches<no_such_branch>},
     {"lbl ", change_title},
     {"time", analyse_time, cannot_analyse_time},
     {"list", list},
     {"plpr", [](PassiveDesk& desk) { print_plot_window(desk); }},
     {"sprd", spread, needs_circuit},
-    {"res ", resonance, cannot_find_resonance},
+    {"res ", resonance, needs_branches<no_resonance>},
     {"pref", edit<Promise::nothing, prefer_values>, cannot_prefer},
     {"tabf", tabulate_frequency, needs_frequency_table},
-    {"xr  ", edit<Promise::whole_two_port, exchange_resonances>, cannot_exchange_resonances},
+    {"xr  ", edit<Promise::whole_two_port, exchange_resonances>, needs_branches<nothing_to_exchange>},
     {"undo", undo_edit, [](const PassiveDesk& desk) { return cannot_undo(desk.state.kept); }},
-    {"ecm ", equalise_inner, cannot_equalise},
+    {"ecm ", equalise_inner, needs_branches<no_listed_branch>},
     {"copy", edit<Promise::nothing, copy_branch>},
     {"read", read},
     {"prf ", display_function, needs_design},
     {"wave"},
-    {"xch ", edit<Promise::whole_two_port, convert_three_elements>, cannot_convert},
-    {"ct  ", edit<Promise::whole_two_port, couple_three>, cannot_couple_three},
-    {"cq  ", edit<Promise::whole_two_port, couple_four>, cannot_couple_four},
+    {"xch ", edit<Promise::whole_two_port, convert_three_elements>, needs_branches<no_branch>},
+    {"ct  ", edit<Promise::whole_two_port, couple_three>, needs_branches<no_triplet>},
+    {"cq  ", edit<Promise::whole_two_port, couple_four>, needs_branches<no_quadruplet>},
     {"mtr ", edit<Promise::level, transform_coupling>, needs_coupled_section},
     {"pltt", plot_time, needs_time_results},
     {"tabt", tabulate_time, needs_time_results},

@@ -10,16 +10,7 @@ void discontinue(Workbench& bench) {
     bench.discontinued_request.reset();
     if (is_finite(bench.drafted.found)) bench.discontinued_request = bench.drafted.found;
     ++bench.discontinued_designs;
-    report_failed_design(bench);
-}
-
-void report_failed_design(Workbench& bench) {
-    constexpr std::string_view stars = " *";
-    constexpr std::string_view end = ", design discontinued";
-    const std::string line = bench.journal.lines.empty() ? "" : bench.journal.lines.back();
-    const auto first = line.find_first_not_of(stars), last = line.find_last_not_of(stars);
-    const std::string text = first == std::string::npos ? "" : line.substr(first, last - first + 1);
-    bench.reporter.fail(text.ends_with(end) ? text : "Design discontinued: the report says why");
+    bench.reporter.fail(design_discontinued);
 }
 
 void end_with_function(Workbench& bench, std::string_view title) {

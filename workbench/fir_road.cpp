@@ -40,7 +40,7 @@ void design_fir(Workbench& bench) {
             bench.design = DesignOutcome::discontinued;
             bench.discontinued_request.reset();
             ++bench.discontinued_designs;
-            report_failed_design(bench);
+            bench.reporter.fail(design_discontinued);
             break;
         case FirDesignVerdict::unbuilt: not_implemented(bench); break;
     }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "workshop/section.h"
+
 namespace kavrel {
 
 namespace {
@@ -30,8 +32,7 @@ Refusal combineBranches(Circuit& circuit, int k1, int k2) {
         take_out(circuit, k1);
         return {};
     }
-    const bool values_add_up = (static_cast<int>(branch.id) + k1) % 2 != 0;
-    a = values_add_up ? sum : a * b / sum;
+    a = values_add_up(branch.id, k1) ? sum : a * b / sum;
     take_out(circuit, k2);
     return {};
 }
@@ -54,8 +55,7 @@ namespace {
 
 bool may_combine(const Circuit& circuit, int k1, int k2) {
     const Branch a = unpackBranch(circuit, k1), b = unpackBranch(circuit, k2);
-    return a.kn == k2 && a.id == b.id && (a.id == BranchId::inductor || a.id == BranchId::capacitor) &&
-           (k2 - k1) % 2 == 0;
+    return a.kn == k2 && a.id == b.id && is_plain(a.id) && (k2 - k1) % 2 == 0;
 }
 
 bool is_open_shunt(const Circuit& circuit, int k) {

@@ -32,10 +32,6 @@ void put_quadruplet(Quadruplet& quadruplet, const CoupledNodes& nodes);
 std::vector<int> shunts_at(const Circuit& circuit, int k, Port port, BranchId id);
 CircuitVerdict put_shunt(Circuit& circuit, int& k, Port port, BranchId id, Wide admittance);
 
-// Between a value and what it adds to a node matrix, both ways.
-Wide admittance(BranchId id, Wide value) { return id == BranchId::inductor ? 1 / value : value; }
-double inductance(Wide inverse) { return inverse == 0 ? 2 * absent_inductor : static_cast<double>(1 / inverse); }
-
 constexpr BranchId plain_kinds[] = {BranchId::inductor, BranchId::capacitor};
 
 // Of one kind, as a reference to the matrix.
@@ -50,6 +46,8 @@ void couple(CoupledNodes& nodes, int i, int j, BranchId id, Wide value) {
 }
 
 }  // namespace
+
+double inductance(Wide inverse) { return inverse == 0 ? 2 * absent_inductor : static_cast<double>(1 / inverse); }
 
 Wide sum_of(std::span<const Wide> terms) {
     Wide sum = 0, largest = 0;

@@ -20,6 +20,13 @@ struct CoupledNodes {
     NodePairs<bool> inductive;  // (i, j) i < j: the kind of the coupling
 };
 
+// What an inductor or a capacitor adds to its node matrix, 1/L or C. The same again gives the value back.
+[[nodiscard]] constexpr Wide admittance(BranchId id, Wide value) {
+    return id == BranchId::inductor ? 1 / value : value;
+}
+// The cell of an inductor to ground or of a coupling: absent where it adds nothing.
+[[nodiscard]] double inductance(Wide inverse);
+
 // The sum of terms; 0 where they cancel but for rounding.
 [[nodiscard]] Wide sum_of(std::span<const Wide> terms);
 

@@ -91,9 +91,7 @@ Refusal uncouple(Circuit& circuit, int& k, const LadderSection& section, const R
 
 double zero_frequency(const Circuit& circuit, const Resonance& resonance, BranchId kind);
 
-Wide inverse_of(BranchId kind, Wide value) { return kind == BranchId::inductor ? 1 / value : value; }
-double cell_of(BranchId kind, Wide y) { return static_cast<double>(inverse_of(kind, y)); }
-double inductance(Wide inverse) { return inverse == 0 ? 2 * absent_inductor : static_cast<double>(1 / inverse); }
+double cell_of(BranchId kind, Wide y) { return static_cast<double>(admittance(kind, y)); }
 
 // Three nodes --------------------------------------------------------------------------------------------------------
 
@@ -254,7 +252,7 @@ Refusal scale_section(Circuit& circuit, int& k, BranchId kind, std::span<const d
     for (int i = 1; i <= nodes.count; ++i) {
         for (int j = 1; j <= nodes.count; ++j) X.push_back(static_cast<double>(matrix(i, j)));
     }
-    for (std::size_t i = 0; i < values.size(); ++i) wanted[i + 1] = static_cast<double>(inverse_of(kind, values[i]));
+    for (std::size_t i = 0; i < values.size(); ++i) wanted[i + 1] = static_cast<double>(admittance(kind, values[i]));
     switch (scale_nodes(X, wanted, s, values.empty() ? 0 : 1)) {
         case NodeScalingVerdict::no_convergence: return "No convergence";
         case NodeScalingVerdict::not_positive_definite: return incorrect_circuit;
@@ -338,11 +336,11 @@ Refusal uncouple(Circuit& circuit, int& k, const LadderSection& section, const R
 }
 
 std::optional<Wide> series_at(const Circuit& circuit, int k, BranchId kind) {
-    if (k == 0 || k % 2 != 0 || (kind != BranchId::inductor && kind != BranchId::capacitor)) return std::nullopt;
+    if (k == 0 || k % 2 != 0 || !is_plain(kind)) return std::nullopt;
     const Branch branch = unpackBranch(circuit, k);
     const double value = branch.id == kind ? circuit.VALUE(branch.i1) : 0;
     if (value == 0) return std::nullopt;
-    return inverse_of(kind, value);
+    return admittance(kind, value);
 }
 
 std::optional<Resonance> resonance_at(const Circuit& circuit, int k, BranchId kind) {
@@ -353,7 +351,7 @@ std::optional<Resonance> resonance_at(const Circuit& circuit, int k, BranchId ki
     const bool three = branch.id == (inductive ? BranchId::lcl : BranchId::lcc);
     if ((branch.id != BranchId::lc && !three) || std::ranges::find(values, 0.0) != values.end()) return std::nullopt;
     const Wide K = 1 / static_cast<Wide>(values[0]), C = values[1];
-    if (three) return Resonance{.y = inverse_of(kind, values[2]), .K = K, .C = C};
+    if (three) return Resonance{.y = admittance(kind, values[2]), .K = K, .C = C};
     return inductive ? Resonance{.y = K, .C = C} : Resonance{.y = C, .K = K};
 }
 

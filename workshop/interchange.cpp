@@ -13,12 +13,6 @@ bool are_in_one_place(const Circuit& circuit, int k1, int k2);
 
 }  // namespace
 
-bool is_reactance(const Circuit& circuit, int k) {
-    if (!branchExists(circuit, k)) return false;
-    const BranchKind& kind = branch_kinds[unpackBranch(circuit, k).id];
-    return kind.slot_element() && kind.id != BranchId::resistor;
-}
-
 Refusal interchangeBranches(Circuit& circuit, int k1, int k2) {
     if (k1 == k2 || !are_in_one_place(circuit, std::min(k1, k2), std::max(k1, k2)))
         return {edited<"(A,I3,A,I3,A)">(" Branches ", k1, " and ", k2, " cannot be interchanged"), "branch1"};
@@ -32,6 +26,12 @@ Refusal interchangeBranches(Circuit& circuit, int k1, int k2) {
 }
 
 namespace {
+
+bool is_reactance(const Circuit& circuit, int k) {
+    if (!branchExists(circuit, k)) return false;
+    const BranchKind& kind = branch_kinds[unpackBranch(circuit, k).id];
+    return kind.slot_element() && kind.id != BranchId::resistor;
+}
 
 bool are_in_one_place(const Circuit& circuit, int from, int to) {
     if (!is_reactance(circuit, from) || !is_reactance(circuit, to)) return false;

@@ -8,6 +8,7 @@
 #include "circuit/branch_kinds.h"
 #include "workshop/interchange.h"
 #include "workshop/scaling.h"
+#include "workshop/section.h"
 
 namespace kavrel {
 
@@ -25,7 +26,6 @@ struct Pair {
     bool tee = false;
 };
 
-bool is_plain(BranchId id) { return id == BranchId::inductor || id == BranchId::capacitor; }
 bool is_line(BranchId id) { return branch_kinds[id].structure == Structure::line; }
 bool is_slot_element(const Circuit& circuit, int k) { return branch_kinds[unpackBranch(circuit, k).id].slot_element(); }
 bool is_series(int k) { return k % 2 == 0; }

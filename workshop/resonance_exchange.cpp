@@ -44,8 +44,7 @@ Refusal refusal(const Circuit& circuit, int k1, int k2) {
     if (middle == k2) return {"Use the 'interchange branch' option instead", "branch1"};
     const Branch among = unpackBranch(circuit, middle);
     if (among.kn != k2) return {"Too many branches in between", "branch1"};
-    if (among.id != BranchId::inductor && among.id != BranchId::capacitor)
-        return {"Take dual first, then repeat", "branch1"};
+    if (!is_plain(among.id)) return {"Take dual first, then repeat", "branch1"};
     if ((middle - k1) % 2 == 0) return {"Use the 'interchange branch' option instead", "branch1"};
     const auto a = branch_values(circuit, unpackBranch(circuit, k1)),
                b = branch_values(circuit, unpackBranch(circuit, k2));

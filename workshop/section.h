@@ -35,6 +35,13 @@ struct NewBranch {
     return (id == BranchId::capacitor) == of_admittance ? value : 1 / value;
 }
 
+// Whether a branch is one of the two.
+[[nodiscard]] constexpr bool is_plain(BranchId id) { return id == BranchId::inductor || id == BranchId::capacitor; }
+
+// Whether the values of such branches beside each other in place of branch k add up, else their inverses do: those of
+// inductors in series and of capacitors across the rails.
+[[nodiscard]] constexpr bool values_add_up(BranchId id, int k) { return (id == BranchId::inductor) == (k % 2 == 0); }
+
 // The other one of inductor and capacitor.
 [[nodiscard]] constexpr BranchId opposite(BranchId id) {
     return id == BranchId::inductor ? BranchId::capacitor : BranchId::inductor;

@@ -60,8 +60,7 @@ bool find_three(const Circuit& circuit, int k, Three& three) {
     if (last == 0 || (middle - k) % 2 == 0 || (last - k) % 2 != 0) return false;
     const BranchId id = unpackBranch(circuit, k).id, among = unpackBranch(circuit, middle).id;
     three = {k, middle, last, id, k % 2 != 0, among == BranchId::lc};
-    return (id == BranchId::inductor || id == BranchId::capacitor) && unpackBranch(circuit, last).id == id &&
-           (among == id || three.resonant);
+    return is_plain(id) && unpackBranch(circuit, last).id == id && (among == id || three.resonant);
 }
 
 double value_of(const Circuit& circuit, int k, std::size_t cell = 0) {

@@ -16,8 +16,8 @@ constexpr std::string_view incorrect = "Incorrect branch specified";
 struct Elements {
     double s = 0, o = 0, x = 0;
 };
-Elements joined(const Elements& two, bool values_add_up);
-Elements parted(const Elements& three, bool values_add_up);
+Elements joined(const Elements& two, bool values_sum);
+Elements parted(const Elements& three, bool values_sum);
 Refusal join(Circuit& circuit, int resonant, int element);
 Refusal part(Circuit& circuit, int k);
 bool is_sound(const Elements& made);
@@ -35,14 +35,9 @@ Refusal exchangeThree(Circuit& circuit, int resonant, int element) {
 
 namespace {
 
-// Across the rails capacitors add up, in series inductors.
-bool values_add_up(BranchId element, int k) {
-    return element == (k % 2 != 0 ? BranchId::capacitor : BranchId::inductor);
-}
-
 Refusal join(Circuit& circuit, int resonant, int element) {
     const Branch other = unpackBranch(circuit, element);
-    if (other.id != BranchId::inductor && other.id != BranchId::capacitor) return {incorrect, "branch2"};
+    if (!is_plain(other.id)) return {incorrect, "branch2"};
     if ((element - resonant) % 2 != 0) return {"Take the dual of the circuit and repeat", "branch2"};
     Circuit beside = circuit;
     if (!interchangeBranches(beside, resonant, element).empty()) return {incorrect, "branch2"};  // something is between
@@ -82,17 +77,17 @@ Refusal part(Circuit& circuit, int k) {
 
 // Equal in all coefficients of the immittance; o scales with the inverse of s, since the resonance of the pair moves
 // from a zero to a pole of it.
-Elements joined(const Elements& two, bool values_add_up) {
+Elements joined(const Elements& two, bool values_sum) {
     const auto [s, o, x] = two;
     const double sum = s + x;
-    if (values_add_up) return {x * sum / s, o * (s / sum) * (s / sum), sum};
+    if (values_sum) return {x * sum / s, o * (s / sum) * (s / sum), sum};
     return {x * x / sum, o * (sum / x) * (sum / x), x * s / sum};
 }
 
-Elements parted(const Elements& three, bool values_add_up) {
+Elements parted(const Elements& three, bool values_sum) {
     const auto [s, o, x] = three;
     const double sum = s + x;
-    if (values_add_up) return {x * x / sum, o * (sum / x) * (sum / x), s * x / sum};
+    if (values_sum) return {x * x / sum, o * (sum / x) * (sum / x), s * x / sum};
     return {x * sum / s, o * (s / sum) * (s / sum), sum};
 }
 

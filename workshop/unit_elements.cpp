@@ -31,7 +31,7 @@ std::optional<KurodaKind> kuroda_kind(const Circuit& circuit, int k1, int k2) {
     if (is_line(circuit, k1) == is_line(circuit, k2)) return std::nullopt;
     const int stub = is_line(circuit, k2) ? k1 : k2;
     const BranchId id = unpackBranch(circuit, stub).id;
-    if (id != BranchId::inductor && id != BranchId::capacitor) return std::nullopt;
+    if (!is_plain(id)) return std::nullopt;
     const bool lowpass = (id == BranchId::capacitor) == (stub % 2 != 0);
     return lowpass ? KurodaKind::lowpass_equivalent : KurodaKind::same_kind;
 }

@@ -3,19 +3,10 @@
 
 #include <type_traits>
 
-#include "approximation/approximate.h"
-#include "approximation/filter_spec.h"
+#include "approximation/design_background.h"
 #include "circuit/circuit.h"
 
 namespace kavrel {
-
-// What a design's report holds beside its result.
-struct DesignBackground {
-    FilterSpec request;  // as the approximation was asked
-    ApproximationNotes notes;
-    double worked_lower_edge = 0;  // Hz, of the problem that was worked on: preshifted or rescaled
-    double worked_upper_edge = 0;
-};
 
 struct PassiveFilter {
     Circuit circuit;

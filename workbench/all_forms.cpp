@@ -10,6 +10,7 @@
 #include "forms/fir_analysis_form.h"
 #include "forms/fir_form.h"
 #include "forms/units_form.h"
+#include "iir/iir_forms.h"
 #include "passive/passive_forms.h"
 #include "shell/field_table.h"
 #include "synthesis/synthesis_form.h"
@@ -74,6 +75,20 @@ constexpr const Form* forms[] = {&DESIGN_FILTER_DLG,
                                  &PASSIVE_F_SCALING_DLG,
                                  &PASSIVE_PREFERRED_DLG,
                                  &PASSIVE_BAND_REJECT_DLG,
+                                 &Z_TRANSFORM_DLG,
+                                 &SPECTRAL_DLG,
+                                 &IIR_FREQUENCY_DLG,
+                                 &IIR_TIME_DLG,
+                                 &IIR_PLOT_FREQUENCY_DLG,
+                                 &IIR_PLOT_TIME_DLG,
+                                 &IIR_FLAT_DLG,
+                                 &IIR_ADD_DLG,
+                                 &IIR_DELETE_DLG,
+                                 &IIR_PERMUTE_DLG,
+                                 &IIR_SECTION_DLG,
+                                 &IIR_RESAMPLE_DLG,
+                                 &IIR_TITLE_DLG,
+                                 &IIR_PRINT_DLG,
                                  &FIR_FUNCTION_DLG,
                                  &FIR_PRINT_DLG,
                                  &SYNTHESIS_DLG};
@@ -89,15 +104,12 @@ constexpr RecordRow record() {
     return {type_tag<typename Member::Value>, [](Workbench& bench) -> void* { return &Member::in(bench); }};
 }
 
-constexpr RecordRow records[] = {record<&Workbench::filter_request>(),
-                                 record<&Workbench::delay_request>(),
-                                 record<&Workbench::fir_request>(),
-                                 record<&Workbench::analysis_request>(),
-                                 record<&Workbench::fir_analysis_request>(),
-                                 record<&Workbench::session, &Session::units>(),
-                                 record<&Workbench::passive_command>(),
-                                 record<&Workbench::fir_command>(),
-                                 record<&Workbench::ladder, &LadderWork::form>()};
+constexpr RecordRow records[] = {
+    record<&Workbench::filter_request>(),       record<&Workbench::delay_request>(),
+    record<&Workbench::fir_request>(),          record<&Workbench::analysis_request>(),
+    record<&Workbench::fir_analysis_request>(), record<&Workbench::session, &Session::units>(),
+    record<&Workbench::passive_command>(),      record<&Workbench::iir_command>(),
+    record<&Workbench::fir_command>(),          record<&Workbench::ladder, &LadderWork::form>()};
 
 }  // namespace
 

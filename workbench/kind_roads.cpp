@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "workbench/analysis_road.h"
+#include "workbench/iir_road.h"
 #include "workbench/ladder_road.h"
 
 namespace kavrel {
@@ -13,7 +14,7 @@ constexpr KindRoad roads[] = {
     {FilterKind::lc, AnalysisKind::passive_lc, ladder_road, typed_circuit_road},
     {FilterKind::microwave, AnalysisKind::microwave, ladder_road, typed_circuit_road},
     {FilterKind::active_rc, AnalysisKind::active_rc},
-    {FilterKind::iir_digital, AnalysisKind::iir_digital},
+    {FilterKind::iir_digital, AnalysisKind::iir_digital, iir_road, typed_digital_road},
 };
 
 template <class Kind>

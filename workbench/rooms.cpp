@@ -4,6 +4,9 @@
 #include <memory>
 
 #include "fir/fir_segment.h"
+#include "iir/command_tools.h"
+#include "iir/file_commands.h"
+#include "iir/iir_segment.h"
 #include "passive/command_tools.h"
 #include "passive/file_commands.h"
 #include "passive/macro_file.h"
@@ -20,7 +23,9 @@ namespace {
 
 Desk desk(Workbench& bench);
 std::string_view passive_file_refusal(std::string_view name);
+std::string_view iir_file_refusal(std::string_view name);
 bool circuit_is_unsaved(Workbench& bench);
+bool iir_is_unsaved(Workbench& bench);
 
 // A routine of a Segment, at its desk.
 template <auto desk_of, auto routine>
@@ -36,6 +41,8 @@ std::string_view hindrance_at(Workbench& bench, const CommandKeyword& word) {
 
 constexpr ActionRow passive_actions[] = {{MenuAction::save_as, at_desk<passive_desk, save_circuit_as>},
                                          {MenuAction::play_macro, at_desk<passive_desk, play_macro>}};
+
+constexpr ActionRow iir_actions[] = {{MenuAction::save_as, at_desk<iir_desk, save_iir_as>}};
 
 constexpr Room rooms[] = {
     {.id = SegmentId::main,
@@ -75,7 +82,16 @@ constexpr Room rooms[] = {
      .file_letter = 'd',
      .menu = iir_menu,
      .window_items = iir_window_items,
-     .words = iir_words},
+     .actions = iir_actions,
+     .words = iir_words,
+     .hindrance = hindrance_at<iir_desk, iir_hindrance>,
+     .run = at_desk<iir_desk, iirSegment>,
+     .recall_entry = iir_entry::stored_filter,
+     .fingerprint = [](const Workbench& bench) { return fingerprint(bench.iir); },
+     .file_refusal = iir_file_refusal,
+     .unsaved = iir_is_unsaved,
+     .shown = shown_iir,
+     .check = check_of_iir},
     {.id = SegmentId::fir,
      .name = "fir",
      .title = "Kavrel - FIR DIGITAL MENU",
@@ -163,6 +179,8 @@ bool is_earlier(const Workbench& bench, Fingerprint source) {
 
 FirDesk fir_desk(Workbench& bench) { return {desk(bench), bench.fir_request, bench.fir, bench.fir_command}; }
 
+IirDesk iir_desk(Workbench& bench) { return {desk(bench), bench.iir, bench.iir_state, bench.iir_command}; }
+
 PassiveDesk passive_desk(Workbench& bench) {
     return {desk(bench), bench.passive, bench.passive_state, bench.passive_command};
 }
@@ -190,13 +208,25 @@ bool circuit_is_unsaved(Workbench& bench) {
     return is_unsaved(kept(desk));
 }
 
+bool iir_is_unsaved(Workbench& bench) {
+    IirDesk desk = iir_desk(bench);
+    return is_unsaved(kept(desk));
+}
+
 // Read for a trial, before the Segment is entered and gives up what it has.
-std::string_view passive_file_refusal(std::string_view name) {
-    const auto filter = std::make_unique<PassiveFilter>();
+template <class Filter>
+std::string_view refusal_of_file(std::string_view name, StoredForms<Filter> forms) {
+    const auto filter = std::make_unique<Filter>();
     FixedText<80> title;
     FileMark mark;
-    return message_of(read_filter(name, circuit_forms, *filter, title, mark));
+    return message_of(read_filter(name, forms, *filter, title, mark));
 }
+
+std::string_view passive_file_refusal(std::string_view name) {
+    return refusal_of_file<PassiveFilter>(name, circuit_forms);
+}
+
+std::string_view iir_file_refusal(std::string_view name) { return refusal_of_file<IirFilter>(name, iir_files); }
 
 }  // namespace
 

@@ -65,8 +65,9 @@ void look_again(Workbench& bench);
 // Whether results or a plot of the filter `source` are of another one than the current Segment shows.
 [[nodiscard]] bool is_earlier(const Workbench& bench, Fingerprint source);
 
-// The records of FIR work, of passive work and of ladder synthesis.
+// The records of FIR and IIR work, of passive work and of ladder synthesis.
 [[nodiscard]] FirDesk fir_desk(Workbench& bench);
+[[nodiscard]] IirDesk iir_desk(Workbench& bench);
 [[nodiscard]] PassiveDesk passive_desk(Workbench& bench);
 [[nodiscard]] LadderDesk ladder_desk(Workbench& bench);
 

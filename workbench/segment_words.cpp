@@ -10,12 +10,6 @@ constexpr CommandKeyword active_table[] = {
     "des ", "mult", "bzt ", "sto ", "rcl ", "fq  ", "disp", "lbl ", "text", "undo", "tabf", "plpr",
     "file", "func", "pltt", "tabt", "pz  ", "pri ", "redo",
 };
-constexpr CommandKeyword iir_table[] = {
-    "freq", "time", "asci", "flat", "add ", "del ", "trun", "read", "show", "perm", "ord ", "lim ",
-    "scal", "save", "equ ", "sto ", "rcl ", "prog", "par ", "des ", "disp", "lbl ", "dir ", "tabf",
-    "pz  ", "undo", "lat ", "swc ", "allp", "pltf", "plpr", "func", "pltt", "tabt", "pri ", "fs  ",
-    "redo", "conv",
-};
 constexpr CommandKeyword lattice_table[] = {
     "file", "text", "disp", "show", "lbl ", "pri ", "plot", "freq", "tab ", "func", "plpr",
 };
@@ -24,7 +18,6 @@ constexpr CommandKeyword lattice_table[] = {
 }  // namespace
 
 CommandWords active_words() { return {.words = active_table}; }
-CommandWords iir_words() { return {.words = iir_table}; }
 CommandWords lattice_words() { return {.words = lattice_table}; }
 
 }  // namespace kavrel

@@ -7,7 +7,6 @@
 namespace kavrel {
 
 [[nodiscard]] CommandWords active_words();
-[[nodiscard]] CommandWords iir_words();
 [[nodiscard]] CommandWords lattice_words();
 
 }  // namespace kavrel

@@ -2,6 +2,7 @@
 
 #include "approximation/loss_rows.h"
 #include "fir/fir_rows.h"
+#include "iir/iir_request_check.h"
 #include "passive/circuit_request_check.h"
 #include "shell/analysis_plot.h"
 #include "workbench/rooms.h"
@@ -46,6 +47,15 @@ Shown shown_circuit(const Workbench& bench) {
     return shown;
 }
 
+Shown shown_iir(const Workbench& bench) {
+    const IirFilter& iir = bench.iir;
+    if (!iir.designed) return {};
+    return {.request = &iir.background.request,
+            .spec = &iir.spec,
+            .transfer = &iir.transfer,
+            .used_q = iir.background.notes.predistortion.used_q};
+}
+
 const RequestCheck& shown_check(Workbench& bench) {
     if (!is_kept(bench)) bench.check = check_of_shown(bench);
     return *bench.check;
@@ -75,6 +85,11 @@ RequestCheck check_of_circuit(const Workbench& bench) {
 RequestCheck check_of_fir(const Workbench& bench) {
     WindowWatcher watcher(bench.window, check_work);
     return bench.fir_designed_for ? check_fir(*bench.fir_designed_for, bench.fir, watcher) : RequestCheck{};
+}
+
+RequestCheck check_of_iir(const Workbench& bench) {
+    WindowWatcher watcher(bench.window, check_work);
+    return check_iir(bench.iir, watcher);
 }
 
 std::string table_of_results(Workbench& bench) {

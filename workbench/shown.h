@@ -16,19 +16,23 @@ struct Shown {
 };
 [[nodiscard]] Shown shown(const Workbench& bench);
 
-// Of the parts that can be shown: the last transfer function, the circuit. A FIR filter has no such design.
+// Of the parts that can be shown: the last transfer function, the circuit, the IIR filter. A FIR filter has no such
+// design.
 [[nodiscard]] Shown shown_function(const Workbench& bench);
 [[nodiscard]] Shown shown_circuit(const Workbench& bench);
+[[nodiscard]] Shown shown_iir(const Workbench& bench);
 
 // Of what is shown; kept until the next event. One that was stopped is made anew when it is asked for again.
 [[nodiscard]] const RequestCheck& shown_check(Workbench& bench);
 [[nodiscard]] RequestCheck check_of_shown(const Workbench& bench);  // made anew, unless it is kept
 
-// Of the transfer function of a design; of the parts that can be shown: the last function, the circuit, the FIR filter.
+// Of the transfer function of a design; of the parts that can be shown: the last function, the circuit, the FIR and the
+// IIR filter.
 [[nodiscard]] RequestCheck check_of(const DesignedFilter& filter, WindowLayer& window);
 [[nodiscard]] RequestCheck check_of_function(const Workbench& bench);
 [[nodiscard]] RequestCheck check_of_circuit(const Workbench& bench);
 [[nodiscard]] RequestCheck check_of_fir(const Workbench& bench);
+[[nodiscard]] RequestCheck check_of_iir(const Workbench& bench);
 
 // The last analysis as CSV, blank without one; the report says where it is of an earlier filter.
 [[nodiscard]] std::string table_of_results(Workbench& bench);

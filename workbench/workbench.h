@@ -9,6 +9,7 @@
 #include "forms/delay_form.h"
 #include "forms/filter_request.h"
 #include "forms/fir_analysis_form.h"
+#include "iir/iir_desk.h"
 #include "passive/passive_desk.h"
 #include "segment/request_check.h"
 #include "segment/temporary_files.h"
@@ -64,6 +65,10 @@ struct Workbench {
     FirFilter fir;
     std::optional<FirRequest> fir_designed_for;  // what the filter was asked to be
     FirCommandRequest fir_command;
+
+    IirFilter iir;
+    IirState iir_state;
+    IirRequest iir_command;
 
     PassiveFilter passive;
     PassiveState passive_state;

@@ -1,0 +1,16 @@
+// What is known of a design beside its result: what a Segment keeps of it for its report and for the request check.
+#pragma once
+
+#include "approximation/approximate.h"
+#include "approximation/filter_spec.h"
+
+namespace kavrel {
+
+struct DesignBackground {
+    FilterSpec request;  // as the approximation was asked
+    ApproximationNotes notes;
+    double worked_lower_edge = 0;  // Hz, of the problem that was worked on: preshifted or rescaled
+    double worked_upper_edge = 0;
+};
+
+}  // namespace kavrel

@@ -1,0 +1,86 @@
+#include "iir/iir_filter.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace kavrel {
+
+int zeros_at(const DigitalRoots& roots, double place) {
+    constexpr double close = 1e-6;
+    int count = 0;
+    for (int i = 1; i <= roots.NZ; ++i) count += roots.ZI(i) == 0 && std::fabs(roots.ZR(i) - place) < close;
+    return count;
+}
+
+void factorRoots(double c1, double c2, Table<double, 51>& re, Table<double, 51>& im, int& count) {
+    const auto append = [&](double x, double y) { ++count, re(count) = x, im(count) = y; };
+    if (c2 == 0) return append(-c1, 0);
+    const double h = -c1 / 2, d = h * h - c2;
+    if (d <= 0) {
+        append(h, std::sqrt(-d));
+        append(h, -std::sqrt(-d));
+    } else {
+        append(h + std::sqrt(d), 0);
+        append(h - std::sqrt(d), 0);
+    }
+}
+
+FactorCoefficients numerator_factor(const CascadeForm& cascade, int k) {
+    return {cascade.C1N(k) / cascade.SC(k), cascade.C2N(k) / cascade.SC(k)};
+}
+
+void rootsFromFactors(IirFilter& filter) {
+    const CascadeForm& cascade = filter.cascade;
+    DigitalRoots roots;
+    roots.ZMULT = cascade.CK;
+    for (int k = 1; k <= cascade.NNUM; ++k) {
+        const auto [c1, c2] = numerator_factor(cascade, k);
+        factorRoots(c1, c2, roots.ZR, roots.ZI, roots.NZ);
+        roots.ZMULT *= cascade.SC(k);
+    }
+    for (int k = 1; k <= cascade.NDEN; ++k) {
+        factorRoots(cascade.C1D(k), cascade.C2D(k), roots.QR, roots.PI, roots.NP);
+    }
+    filter.roots = roots;
+}
+
+void clear_derived_forms(IirFilter& filter) {
+    filter.parallel = {};
+    filter.direct = {};
+    filter.lattice = {};
+    filter.allpass = {};
+}
+
+bool removeRoot(Complex<double> value, Table<double, 51>& re, Table<double, 51>& im, int& count) {
+    constexpr double close = 1e-8, relative = 1e-10;
+    const double within = std::max(close, relative * std::hypot(value.re, value.im));
+    for (int i = 1; i <= count; ++i) {
+        if (!(std::hypot(re(i) - value.re, im(i) - value.im) <= within)) continue;
+        for (int j = i; j < count; ++j) re(j) = re(j + 1), im(j) = im(j + 1);
+        re(count) = im(count) = 0;
+        --count;
+        return true;
+    }
+    return false;
+}
+
+std::string_view z_transform_text(ZTransform transform) {
+    constexpr std::array<std::string_view, 5> texts = {"impulse-invariant", "matched", "bilinear", "bilinear",
+                                                       "unknown"};
+    const int number = static_cast<int>(transform);
+    return texts[static_cast<std::size_t>(number >= 1 && number <= 4 ? number - 1 : 4)];
+}
+
+std::string_view kind_name(DigitalKind kind) {
+    constexpr std::array<std::string_view, 5> names = {"unknown", "low_pass", "high_pass", "band_pass", "band_reject"};
+    return names[static_cast<std::size_t>(kind)];
+}
+
+std::string_view spectral_name(SpectralKind spectral) {
+    constexpr std::array<std::string_view, 5> names = {"none", "lowpass-to-lowpass", "lowpass-to-highpass",
+                                                       "lowpass-to-bandpass", "lowpass-to-bandreject"};
+    return names[static_cast<std::size_t>(spectral)];
+}
+
+}  // namespace kavrel

@@ -1,0 +1,190 @@
+// A digital filter of the IIR Segment: one transfer function, held at once by its roots and in up to five forms.
+//
+// The cascade is the master form: it and the roots are always there. The other four are made by a command and given up
+// when the cascade changes; a count of 0 means that a form is not there. All of them are ratios in z^-1.
+#pragma once
+
+#include <type_traits>
+
+#include "approximation/design_background.h"
+#include "approximation/digital_function.h"
+#include "segment/request_check.h"
+#include "shell/fields.h"
+#include "shell/fingerprint.h"
+#include "shell/fixed_text.h"
+#include "shell/table.h"
+
+namespace kavrel {
+
+inline constexpr int iir_root_limit = 50;
+inline constexpr int iir_section_limit = 25;
+inline constexpr int unquantised_bits = 50;  // a word length from which on numbers are as they are
+
+template <int N>
+[[nodiscard]] constexpr Table<double, N> ones() {
+    Table<double, N> table;
+    table.fill(1.0);
+    return table;
+}
+
+// H = ZMULT prod(1 - zero z^-1)/(PMULT prod(1 - pole z^-1)). Conjugate pairs lie next to each other, the positive
+// imaginary part first.
+struct DigitalRoots {
+    Table<double, 51> ZR;  // [i] 1 <= i <= NZ: zeros
+    Table<double, 51> ZI;
+    Table<double, 51> QR;  // [i] 1 <= i <= NP: poles
+    Table<double, 51> PI;
+    int NZ = 0;
+    int NP = 0;
+    double ZMULT = 1.0;
+    double PMULT = 1.0;
+};
+
+// H = CK prod(SC(k) + C1N(k) z^-1 + C2N(k) z^-2)/prod(1 + C1D(k) z^-1 + C2D(k) z^-2). A numerator and a denominator
+// factor of one index make a section; the counts may differ, a missing factor counts as 1. A second coefficient of
+// exactly 0 makes a factor of first order.
+struct CascadeForm {
+    Table<double, iir_section_limit> C1N;  // [k] 1 <= k <= NNUM; while SCALED, SC(k) times the section's own
+    Table<double, iir_section_limit> C2N;
+    Table<double, iir_section_limit> C1D;  // [k] 1 <= k <= NDEN
+    Table<double, iir_section_limit> C2D;
+    Table<double, iir_section_limit> SC = ones<iir_section_limit>();  // scale factors of the sections
+    double CK = 1.0;                                                  // front-end multiplier
+    int NNUM = 0;
+    int NDEN = 0;
+    bool SCALED = false;
+};
+
+// H = AO + sum (AL(k) + BE(k) z^-1)/(1 + GA(k) z^-1 + DE(k) z^-2).
+struct ParallelForm {
+    Table<double, 26> AL;  // [k] 1 <= k <= NPAR
+    Table<double, 26> BE;
+    Table<double, 26> GA;
+    Table<double, 26> DE;
+    double AO = 0.0;
+    int NPAR = 0;
+};
+
+// Coefficients of ascending powers of z^-1; ZDEN(1) is PMULT, which counts as 1.
+struct DirectForm {
+    Table<double, 51> ZNUM;  // [i] 1 <= i <= JN
+    Table<double, 51> ZDEN;  // [i] 1 <= i <= JD
+    int JN = 0;
+    int JD = 0;
+};
+
+// Gray-Markel lattice: reflection coefficients and tap weights.
+struct LatticeForm {
+    Table<double, 51> GMMUL;  // [i] 1 <= i <= JM
+    Table<double, 51> GMTAP;  // [i] 1 <= i <= JT = JM + 1
+    int JM = 0;
+    int JT = 0;
+};
+
+// Two chains of allpass sections (A2 + A1 z^-1 + z^-2)/(1 + A1 z^-1 + A2 z^-2), of first order (A1 + z^-1)/(1 + A1
+// z^-1) where A2 is 0. The sum of their outputs has half their sum, the difference minus half their difference.
+struct AllpassForm {
+    Table<double, 13> TA1;  // [k] 1 <= k <= NTA: first chain
+    Table<double, 13> TA2;
+    Table<double, 13> TB1;  // [k] 1 <= k <= NTB: second chain
+    Table<double, 13> TB2;
+    int NTA = 0;
+    int NTB = 0;
+    Table<int, iir_root_limit> LARR;  // [i] of pole i as the design had it: 1 the first chain, any other the second
+    bool ALLPASS_OK = false;          // LARR is set, and the poles are those of the design
+};
+
+enum class DigitalKind : int { unknown = 0, low_pass = 1, high_pass = 2, band_pass = 3, band_reject = 4 };
+
+// What was asked of the filter, as bands of its own frequencies in Hz: at most so much loss in a pass band, at least so
+// much in a stopband. Losses count from `flat_loss`. Without rows nothing was asked.
+struct IirRequestRow {
+    bool stopband = false;
+    double from = 0;
+    double to = 0;
+    double loss = 0;
+};
+struct IirAsked {
+    int count = 0;
+    Table<IirRequestRow, 4> rows;  // [i] 1 <= i <= count, pass bands first
+    double flat_loss = 0;          // dB
+    bool sloping = false;          // the pass band's losses lie in a strip of `loss` about a slope in dB/octave
+    double slope = 0;
+};
+
+struct IirFilter {
+    double fs = 0.0;   // Hz
+    double T = 0.0;    // seconds, 1/fs
+    double FLO = 0.0;  // edges of the pass band in Hz, 0 where there is none
+    double FHI = 0.0;
+    DigitalKind kind = DigitalKind::unknown;
+    FixedText<20> FilterTypeText = "unknown";
+    ZTransform z_transform = ZTransform::unknown;
+    SpectralKind spectral = SpectralKind::none;
+    bool converted = false;       // "conv" was done
+    bool Modified = false;        // no longer the designed or stored one: set by every edit
+    int bits = unquantised_bits;  // word length of the coefficients
+    double LastBits = 0.0;        // of the last truncation, 0 none
+    DigitalRoots roots;
+    CascadeForm cascade;
+    ParallelForm parallel;
+    DirectForm direct;
+    LatticeForm lattice;
+    AllpassForm allpass;
+    int unequalized_count = 0;  // poles of the filter before it was equalized
+    Table<double, 51> UNEQUALIZED_RE;
+    Table<double, 51> UNEQUALIZED_IM;
+
+    bool designed = false;      // what follows is the design that it came from
+    FilterSpec spec;            // of the analog prototype, with what was found for it
+    TransferFunction transfer;  // the prototype
+    DesignBackground background;
+    IirAsked asked;
+};
+
+static_assert(std::is_trivially_copyable_v<IirFilter>);
+
+// How many zeros lie at z = `place`, 1 or -1 (NZP1, NZM1): real ones within 1e-6 of it.
+[[nodiscard]] int zeros_at(const DigitalRoots& roots, double place);
+
+// The roots of one factor 1 + c1 z^-1 + c2 z^-2, appended to a list of `count`: -c1 alone where c2 is exactly 0.
+void factorRoots(double c1, double c2, Table<double, 51>& re, Table<double, 51>& im, int& count);
+
+// The roots from the cascade, as its own factors have them: ZMULT is CK times the scale factors, PMULT 1.
+void rootsFromFactors(IirFilter& filter);
+
+// Numerator factor k as 1 + c1 z^-1 + c2 z^-2: what is stored, over SC(k).
+struct FactorCoefficients {
+    double c1 = 0;
+    double c2 = 0;
+};
+[[nodiscard]] FactorCoefficients numerator_factor(const CascadeForm& cascade, int k);
+
+[[nodiscard]] constexpr int section_count(const CascadeForm& c) { return c.NNUM > c.NDEN ? c.NNUM : c.NDEN; }
+[[nodiscard]] constexpr bool is_there(const ParallelForm& form) { return form.NPAR > 0; }
+[[nodiscard]] constexpr bool is_there(const DirectForm& form) { return form.JN + form.JD > 0; }
+[[nodiscard]] constexpr bool is_there(const LatticeForm& form) { return form.JM + form.JT > 0; }
+[[nodiscard]] constexpr bool is_there(const AllpassForm& form) { return form.NTA * form.NTB > 0; }
+
+// Whether there is a filter at all.
+[[nodiscard]] constexpr bool has_filter(const IirFilter& filter) { return filter.fs > 0; }
+
+// Gives up the four forms that are made of the cascade; the chains of a differential allpass are known no more.
+void clear_derived_forms(IirFilter& filter);
+
+// Takes a root out of a list: the first one within max(1e-8, 1e-10 |value|) of `value`. False where there is none.
+[[nodiscard]] bool removeRoot(Complex<double> value, Table<double, 51>& re, Table<double, 51>& im, int& count);
+
+// Which output of a differential allpass pair is the filter: the sum of a low-pass and a band-reject.
+enum class AllpassOutput : int { filter = 1, sum = 2, difference = 3 };
+[[nodiscard]] constexpr AllpassOutput output_that_is_the_filter(DigitalKind kind) {
+    const bool difference = kind == DigitalKind::high_pass || kind == DigitalKind::band_pass;
+    return difference ? AllpassOutput::difference : AllpassOutput::sum;
+}
+
+// The texts of ZTransform and of DigitalKind in reports and state files.
+[[nodiscard]] std::string_view z_transform_text(ZTransform transform);
+[[nodiscard]] std::string_view kind_name(DigitalKind kind);           // "low_pass", "unknown"
+[[nodiscard]] std::string_view spectral_name(SpectralKind spectral);  // "lowpass-to-highpass", "none"
+
+}  // namespace kavrel

@@ -1,0 +1,57 @@
+// What the forms of the IIR Segment, and those of the z step, ask for. A form opens with what was entered last.
+#pragma once
+
+#include <type_traits>
+
+#include "iir/iir_filter.h"
+#include "shell/fixed_text.h"
+#include "shell/frequency_request.h"
+#include "shell/plot_form.h"
+#include "shell/print_form.h"
+#include "shell/time_request.h"
+
+namespace kavrel {
+
+enum class ZTransformChoice : int { impulse_invariant = 1, matched = 2, bilinear = 3 };
+enum class SpectralChoice : int { none = 1, to_lowpass = 2, to_highpass = 3, to_bandpass = 4, to_bandreject = 5 };
+enum class Implementation : int { cascade = 1, parallel = 2, lattice = 3, direct = 4, allpass = 5, natural_modes = 6 };
+enum class FactorPlace : int { numerator = 1, denominator = 2, both = 3 };
+enum class DiagramChoice : int { multiple_input = 1, summed_output = 2 };
+enum class DisplayFormat : int { decimal = 1, hexadecimal = 2 };
+
+struct IirRequest {
+    // Of the z step.
+    ZTransformChoice z_transform_type = ZTransformChoice::bilinear;
+    double sampling = 0;  // above 1 a frequency in Hz, else a time in seconds
+    SpectralChoice frequency_transformation = SpectralChoice::none;
+    double lower_passband = 0;  // in the user's unit of frequency
+    double upper_passband = 0;
+
+    FrequencyRequest frequency;
+    Implementation analysed = Implementation::cascade;
+    TimeRequest time;  // a step of 0 is one sample
+    Implementation simulated = Implementation::cascade;
+    AllpassOutput output = AllpassOutput::filter;
+    PlotChoice frequency_plot;
+    PlotChoice time_plot;
+
+    double loss = 0;  // dB
+    double c1 = 0;
+    double c2 = 0;
+    FactorPlace added_to = FactorPlace::numerator;
+    int deleted = 0;
+    FactorPlace deleted_from = FactorPlace::numerator;
+    FactorPlace permuted = FactorPlace::numerator;
+    FixedText<80> sequence;  // serial numbers, parted by blanks or commas
+
+    int section = 1;
+    DiagramChoice diagram = DiagramChoice::multiple_input;
+    DisplayFormat display_format = DisplayFormat::decimal;  // of every table since
+    double sampling_frequency = 0;                          // in the user's unit
+    FixedText<80> title;
+    PrintTarget printing_to = PrintTarget::none;
+};
+
+static_assert(std::is_trivially_copyable_v<IirRequest>);
+
+}  // namespace kavrel

@@ -26,7 +26,7 @@ struct FilterAnalysisRequest {
     double lower_passband = 0.0;
     double upper_passband = 0.0;              // the edge of a low-pass; the normalisation where there is none
     double sampling_or_qw = 0.0;              // sampling frequency, microwave: quarter-wave frequency
-    FormList<finite_zero_limit, 2> TR_POLES;  // real part, imaginary part, a row for a conjugate pair
+    FormList<finite_zero_limit, 2> TR_POLES;  // real part, imaginary part, a row for a conjugate pair; digital: of z
     FormList<finite_zero_limit, 2> TR_ZEROS;
     FormList<section_limit, 3> NUMER;  // of each section: quadratic, linear, constant coefficient
     FormList<section_limit, 3> DENOM;
@@ -40,6 +40,8 @@ static_assert(std::is_trivially_copyable_v<FilterAnalysisRequest>);
 extern const Form ANALYSIS_DLG;
 extern const Form ANALYSIS_POLES_DLG;
 extern const Form ANALYSIS_ZEROS_DLG;
+extern const Form DIGITAL_POLES_DLG;  // the same lists of a digital filter, in the z plane
+extern const Form DIGITAL_ZEROS_DLG;
 extern const Form NUMER_DLG;
 extern const Form DENOM_DLG;
 extern const Form FEED_DLG;

@@ -73,7 +73,8 @@ std::string_view z_transform_text(ZTransform transform) {
 }
 
 std::string_view kind_name(DigitalKind kind) {
-    constexpr std::array<std::string_view, 5> names = {"unknown", "low_pass", "high_pass", "band_pass", "band_reject"};
+    constexpr std::array<std::string_view, 6> names = {"unknown",   "low_pass",    "high_pass",
+                                                       "band_pass", "band_reject", "unknown"};
     return names[static_cast<std::size_t>(kind)];
 }
 

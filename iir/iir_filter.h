@@ -94,7 +94,8 @@ struct AllpassForm {
     bool ALLPASS_OK = false;          // LARR is set, and the poles are those of the design
 };
 
-enum class DigitalKind : int { unknown = 0, low_pass = 1, high_pass = 2, band_pass = 3, band_reject = 4 };
+// `delay`: a delay line or a delay equalizer.
+enum class DigitalKind : int { unknown = 0, low_pass = 1, high_pass = 2, band_pass = 3, band_reject = 4, delay = 5 };
 
 // What was asked of the filter, as bands of its own frequencies in Hz: at most so much loss in a pass band, at least so
 // much in a stopband. Losses count from `flat_loss`. Without rows nothing was asked.

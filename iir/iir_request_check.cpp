@@ -1,7 +1,63 @@
 #include "iir/iir_request_check.h"
 
+#include <cmath>
+
+#include "approximation/loss_rows.h"
+#include "iir/roots_loss.h"
+
 namespace kavrel {
 
-RequestCheck check_iir(const IirFilter&, Watcher&) { return {}; }
+namespace {
+
+void add_slope_rows(const IirAsked& asked, const DigitalBand& pass, const LossOfFrequency& loss, double strip,
+                    RequestCheck& check);
+CheckRow stability(const DigitalRoots& roots);
+
+}  // namespace
+
+RequestCheck check_iir(const IirFilter& filter, Watcher& watcher) {
+    RequestCheck check;
+    const IirAsked& asked = filter.asked;
+    const LossOfFrequency loss = [&](double hertz) { return loss_of_roots(filter, hertz); };
+    for (int i = 1; i <= asked.count; ++i) {
+        const IirRequestRow& row = asked.rows(i);
+        const DigitalBand band(filter, {row.from, row.to}, watcher);
+        if (row.stopband) {
+            check.rows.push_back(at_least("stopband", band.band(), row.loss, band.least(loss).value - asked.flat_loss));
+        } else if (asked.sloping) {
+            add_slope_rows(asked, band, loss, row.loss, check);
+        } else {
+            check.rows.push_back(
+                at_most("pass band", band.band(), row.loss, band.highest(loss).value - asked.flat_loss));
+        }
+    }
+    if (check.has_request()) check.rows.push_back(stability(filter.roots));
+    return watcher.stopped() ? RequestCheck{.stopped = true} : check;
+}
+
+namespace {
+
+// The slope is a straight line over the logarithm of the frequency.
+void add_slope_rows(const IirAsked& asked, const DigitalBand& pass, const LossOfFrequency& loss, double strip,
+                    RequestCheck& check) {
+    const CheckBand band = pass.band();
+    const auto about_slope = [&](double hertz) { return loss(hertz) - asked.slope * std::log2(hertz / band.from); };
+    const double width = pass.highest(about_slope).value - pass.least(about_slope).value;
+    check.rows.push_back(at_most("slope", band, strip, width));
+    // Within the strip the least loss may lie anywhere.
+    const double least = pass.least(loss).value;
+    CheckRow row = at_least("flat loss", band, asked.flat_loss, least);
+    if (least > asked.flat_loss + strip) row = at_most("flat loss", band, asked.flat_loss, least);
+    row.spare = false;
+    check.rows.push_back(row);
+}
+
+// A pole on the circle is one too far out.
+CheckRow stability(const DigitalRoots& roots) {
+    const double radius = largest_pole_radius(roots);
+    return {.what = "stability", .asked = 1, .reached = radius, .margin = 1 - radius, .unit = "", .met = radius < 1};
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -106,8 +106,8 @@ struct InsteadOf {
     std::string_view name = {};
 };
 
-// What a row of a list means: itself, or a root and its mirror images.
-enum class ListRows { plain, mirrored };
+// What a row of a list means: itself, a root and its mirror images, or a root of a digital filter with its conjugate.
+enum class ListRows { plain, mirrored, z_plane };
 
 template <auto... Path>
 constexpr Field real(std::string_view name, std::string_view label, Unit unit = Unit::none, InsteadOf other = {}) {
@@ -162,6 +162,7 @@ constexpr Field list(std::string_view name, std::string_view label, std::span<co
     field.columns = columns;
     field.list = [](void* record) { return view_of(Member::in(*static_cast<typename Member::Record*>(record))); };
     field.mirrored = rows == ListRows::mirrored;
+    field.z_plane = rows == ListRows::z_plane;
     return field;
 }
 

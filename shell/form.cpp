@@ -450,11 +450,16 @@ std::optional<FileRows> rows_of_text(const std::string& text, const Field& list,
     bool any = false;
     for (; from != to; ++from) {
         if (is_comment(*from)) continue;
-        const auto row = parse_free_format(*from);
+        auto row = parse_free_format(*from);
         if (!row || !std::ranges::all_of(*row, is_in_range)) return std::nullopt;
         if (row->empty()) continue;
         if (row->size() != static_cast<std::size_t>(view.columns)) return std::nullopt;
         any = true;
+        if (headed && list.z_plane) {
+            // A pole-zero file of a digital filter has its roots with the sign of the real part turned.
+            if (row->back() < 0) continue;
+            row->front() = 0.0 - row->front();
+        }
         if (headed && list.mirrored && goes_without_saying(row->front(), row->back(), without_image)) continue;
         cells.insert(cells.end(), row->begin(), row->end());
         if (static_cast<int>(cells.size()) > view.columns * view.capacity) return std::nullopt;

@@ -95,6 +95,7 @@ struct Field {
     const Form* (*opens)(const void* record) = nullptr;  // of a button
     std::string_view instead_of = {};                    // the number that becomes 0 when this one is given
     bool mirrored = false;                               // of a list: a row is a root and its mirror images
+    bool z_plane = false;                                // of a list: a row is a root of z with its conjugate
     TypeTag record = {};                                 // whose field it is; none of a heading or a plain button
 };
 

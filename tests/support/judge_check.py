@@ -4,6 +4,7 @@ import collections
 import concurrent.futures
 import json
 import pathlib
+import re
 import shlex
 import subprocess
 import sys
@@ -23,10 +24,14 @@ labels = {"filter_kind": ["LC", "Microwave", "Active RC", "IIR Digital"], "filte
           "bandpass_form": ["Conventional", "Parametric", "Matching"]}
 
 
+z_fields = ("z_transform_type", "sampling", "frequency_transformation", "lower_passband", "upper_passband")
+digital_edits = re.compile(r"^(do|choose) .*(Flat|Add|Delete|Resample|conv|undo|redo|rcl)", re.M)
+
+
 # What was asked
 
 def forms_of(script):
-    """The design forms that the script closed with ok: kind, and fields as they add up."""
+    """The design forms that the script closed with ok: kind, and fields as they add up; of a digital filter those of the z step."""
     kept, stored, forms, kind, hertz = {"Filter": {}, "FIR Filter": {}}, {}, [], None, 1.0
     for line in script.splitlines():
         verb, *words = shlex.split(line) or [""]
@@ -37,6 +42,8 @@ def forms_of(script):
             fields = dict(stored[words[0]])
         elif verb == "file" and forms and forms[-1][1].get("save_design") == "yes":
             stored.setdefault(words[0], forms[-1][1])
+        elif verb == "set" and kind is None and forms and words[0] in z_fields:
+            forms[-1][1][f"z_{words[0]}"] = words[1]
         elif verb == "set" and words[0] == "Frequency unit":
             hertz = {"KHz": 1e3, "MHz": 1e6, "GHz": 1e9}.get(words[1], 1.0)
         elif kind and verb == "set" and depth == 0:
@@ -95,6 +102,52 @@ def asked_of_filter(fields):
     return a
 
 
+def asked_of_digital(fields):
+    """The same with the bands that the z step makes of them."""
+    a, of = asked_of_filter(fields), lambda name: float(fields.get(f"z_{name}", 0))
+    given, kind = of("sampling"), fields.get("z_frequency_transformation", "None")
+    fs = a["sampleFrequency"] if a["given"] or not given else given if given > 1 else 1 / given
+    top = fs / 2
+    a |= {"fs": fs, "pass": [edge or (0.0 if n == 0 else top) for n, edge in enumerate(a["pass"])]}
+    if a["filterType"] == 2:
+        a["pass"][1] = top
+    a["stop"] = [((band[0], top) if band[1] == a["sampleFrequency"] / 2 else band, loss) for band, loss in a["stop"]]
+    a["passes"] = [a["pass"]]
+    if a["filterType"] != 1 or kind == "None":
+        return a
+    lower, upper = of("lower_passband") * fields["hertz"], of("upper_passband") * fields["hertz"]
+    th, w1, w2 = (np.pi * f / fs for f in (a["upperPassEdge"], lower, upper))
+    images = {
+        "Lowpass-to-lowpass": lambda w: np.tan(th) / np.tan(w2) * np.tan(w / 2),
+        "Lowpass-to-highpass": lambda w: np.tan(th) * np.tan(w1) / np.tan(w / 2),
+        "Lowpass-to-bandpass": lambda w: abs(np.tan(th) / np.tan(w2 - w1) * (np.cos(w2 + w1) / np.cos(w2 - w1) - np.cos(w)) / np.sin(w)),
+        "Lowpass-to-bandreject": lambda w: abs(np.tan(th) * np.tan(w2 - w1) * np.sin(w) / (np.cos(w) - np.cos(w2 + w1) / np.cos(w2 - w1)))}
+    wide = {"Lowpass-to-lowpass": [[0.0, upper]], "Lowpass-to-highpass": [[lower, top]], "Lowpass-to-bandpass": [[lower, upper]],
+            "Lowpass-to-bandreject": [[0.0, lower], [upper, top]]}[kind]
+    a["passes"], stops = wide, []
+    middle = np.arccos(np.cos(w2 + w1) / np.cos(w2 - w1)) * fs / 2 / np.pi
+    for (edge, _), loss in a["stop"]:
+        level = np.tan(np.pi * edge / fs)
+
+        def image(near, far):
+            """Where the low-pass frequency is `edge`, between a frequency where it is below and one where it is above."""
+            for _ in range(200):
+                half = (near + far) / 2
+                near, far = (half, far) if images[kind](2 * np.pi * half / fs) < level else (near, half)
+            return half
+
+        if kind == "Lowpass-to-lowpass":
+            stops.append(((image(upper, top), top), loss))
+        elif kind == "Lowpass-to-highpass":
+            stops.append(((0.0, image(lower, 0.0)), loss))
+        elif kind == "Lowpass-to-bandpass":
+            stops += [((0.0, image(lower, 0.0)), loss), ((image(upper, top), top), loss)]
+        else:
+            stops.append(((image(lower, middle), image(upper, middle)), loss))
+    a["stop"] = stops
+    return a
+
+
 def asked_of_fir(fields):
     """Its bands with their values and ripples, and its shape, in Hz."""
     of, hertz, single = lambda name: float(fields.get(name, 0)), fields["hertz"], np.float32
@@ -111,6 +164,9 @@ def asked_of_fir(fields):
 def request_of(state, script):
     """The last form of the script whose request is that of what is shown."""
     fir = state["segment"] == "fir"
+    if state["segment"] == "iir":
+        filters = [asked_of_digital(fields) for kind, fields in forms_of(script) if kind == "Filter" and fields.get("filter_kind") == "IIR Digital"]
+        return filters[-1] if filters and not digital_edits.search(script) and state["design"] == "done" else None
     wanted, asked_of, shown = ("FIR Filter", asked_of_fir, "fir") if fir else ("Filter", asked_of_filter, "spec")
     shown, same = state.get(shown, {}), lambda x, y: x == y if isinstance(x, str) else np.isclose(x, y, rtol=1e-9, atol=0)
     all_asked = [asked_of(fields) for kind, fields in forms_of(script) if kind == wanted and shown]
@@ -260,6 +316,38 @@ def loss_rows(state, asked):
     return rows
 
 
+def digital_rows(state, asked):
+    """By the roots of H on the unit circle."""
+    iir, rows = state["iir"], []
+    zeros, poles = (np.array([complex(*r) for r in iir[of]], WideComplex) for of in ("zeros", "poles"))
+    level, fs = 20 * np.log10(abs(Wide(iir["zero_multiplier"]) / Wide(iir["pole_multiplier"]))), Wide(iir["fs"])
+
+    def loss(hertz):
+        z = np.exp(2j * pi * np.asarray(hertz, Wide) / fs)
+        return sum((20 * np.log10(np.abs(z - r)) for r in poles), 0 * np.abs(z)) - sum(20 * np.log10(np.abs(z - r)) for r in zeros) - level
+
+    angles = [abs(np.angle(r)) + k * (1 - abs(r)) for r in poles for k in np.linspace(-4, 4, 41)] + [abs(np.angle(r)) for r in zeros]
+    places = [a * fs / 2 / pi for a in angles]
+    if asked["slope"] is not None:
+        band = asked["pass"]
+        about = lambda hertz: loss(hertz) - asked["slope"] * np.log2(Wide(1) * hertz / band[0])
+        strip = highest(about, band, places) + highest(lambda hertz: -about(hertz), band, places)
+        floor = -highest(lambda hertz: -loss(hertz), band, places) - asked["flatLoss"]
+        rows += [("slope", band, asked["loss"], strip, asked["loss"] - strip),
+                 ("flat loss", band, asked["flatLoss"], floor + asked["flatLoss"], floor if floor <= asked["loss"] else -floor)]
+    elif not asked["given"]:
+        for band in asked["passes"]:
+            reached = highest(loss, band, places)
+            rows.append(("pass band", band, asked["loss"], reached, asked["loss"] - reached))
+        for stop, needed in asked["stop"]:
+            reached = -highest(lambda hertz: -loss(hertz), stop, places)
+            rows += [("stopband", stop, needed, reached, reached - needed)] * (needed > 0)
+    if rows:
+        radius = np.float64(max(np.abs(poles)))
+        rows.append(("stability", None, 1, radius, 1 - radius))
+    return rows
+
+
 def fir_rows(state, asked):
     taps, fs, rows = np.array(state["fir"]["impulse"]), asked["fs"], []
     delays, noise = (len(taps) - 1) / 2 - np.arange(len(taps)), 1e-15 * abs(taps).sum()
@@ -290,7 +378,7 @@ def fir_rows(state, asked):
 
 
 def rows_of(state, asked):
-    return (fir_rows if state["segment"] == "fir" else loss_rows)(state, asked)
+    return {"fir": fir_rows, "iir": digital_rows}.get(state["segment"], loss_rows)(state, asked)
 
 
 def differences(state, script, tally):
@@ -301,7 +389,7 @@ def differences(state, script, tally):
     if shown is None or asked is None:
         tally["no request"] += 1
         return [] if shown is asked else ["rows missing" if shown is None else "rows without a request in the script"]
-    if state["segment"] != "fir" and state["transfer"]["level"] is None:  # roots of so many rad/s that no number holds it
+    if state["segment"] not in ("fir", "iir") and state["transfer"]["level"] is None:  # roots of so many rad/s that no number holds it
         tally["no level"] += 1
         return []
     true = rows_of(state, asked)
@@ -309,7 +397,7 @@ def differences(state, script, tally):
         return [f"rows {[r['what'] for r in shown]} instead of {[r[0] for r in true]}"]
     wrong, number = [], lambda v: np.inf if v is None else v
     for row, (what, band, wanted, reached, margin, *noise) in zip(shown, true):
-        in_db, value, said = what not in ("deviation", "terminations"), number(row["reached"]), [row["asked"], *(row["band"] or [])]
+        in_db, value, said = what not in ("deviation", "terminations", "stability"), number(row["reached"]), [row["asked"], *(row["band"] or [])]
         off, share = abs(value - reached), 1e-3 if in_db and reached > high else 1e-6
         close = max(1e-5 if in_db else 1e-12, share * abs(reached)) + sum(noise)
         tolerance = max(1e-6 * in_db, 1e-6 * abs(wanted or 0))

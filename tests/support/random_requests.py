@@ -175,8 +175,9 @@ def filter_form(s, kind):
     low = high * (d.real(0.4, 0.97) if type_ == "Band pass" else 1.0)
     limit = None
     s.microwave = kind == "Microwave"
+    s.type = type_
     if kind in ("Microwave", "IIR Digital"):
-        limit = high * d.real(1.5, 5.0)
+        s.limit = limit = high * d.real(1.5, 5.0)
         s.set("fq_or_fs", s.frequency(limit * (1 if kind == "Microwave" else 2)))
     if type_ != "High pass":
         s.set("upper_passband", s.frequency(high))
@@ -190,6 +191,7 @@ def filter_form(s, kind):
     passband = d.weighted([(4, "Max. flat"), (8, "Equal ripple"), (2, "Functional"),
                            (2 if type_ == "Band pass" and form == "Conventional" else 0, "Sloping")])
     s.set("passband_type", passband)
+    s.passband = passband
     s.set("band_edge_loss", d.weighted([(4, d.spread(0.01, 3)), (1, -d.real(3, 50)), (1, d.real(10, 30))]))
     stopband = "Specified" if passband in ("Functional", "Sloping") and d.chance(0.8) else \
         d.weighted([(3, "Monotonic"), (4, "Equal min"), (5, "Specified"), (0.2, "Placer")])
@@ -302,11 +304,99 @@ def ladder(s, kind):
 
 
 def transfer_only(s):
-    recalled = filter_form(s, s.draw.one("Active RC", "IIR Digital"))
+    recalled = filter_form(s, "Active RC")
     if recalled and s.draw.chance(0.7):
         s.choose("Design", "Filter", "Recall")
         s.line("file", recalled)
         s.ok()
+
+
+# Digital filters
+
+def z_step(s):
+    """The forms that follow the filter form; s.limit is half the sampling frequency in Hz."""
+    d = s.draw
+    if s.passband != "Functional":
+        s.set("z_transform_type", d.weighted([(6, "Bilinear"), (2, "Matched"), (2, "Impulse-invariant")]))
+        if d.chance(0.1):
+            s.set("sampling", 2 * s.limit * d.real(0.9, 1.5))
+        s.line("cancel" if d.chance(0.02) else "ok")
+    if s.type == "Low pass":
+        kind = d.weighted([(4, "None"), (2, "Lowpass-to-lowpass"), (2, "Lowpass-to-highpass"), (2, "Lowpass-to-bandpass"),
+                           (2, "Lowpass-to-bandreject")])
+        s.set("frequency_transformation", kind)
+        if kind != "None":
+            lower = s.limit * d.real(0.02, 0.9)
+            upper = lower + (s.limit - lower) * d.real(0.02, 0.95)
+            s.sets(lower_passband=s.frequency(lower), upper_passband=s.frequency(upper))
+        s.line("cancel" if d.chance(0.02) else "ok")
+
+
+implementations = ["Cascade", "Parallel", "Lattice", "Direct", "Differential allpass"]
+
+
+def digital_commands(s):
+    d = s.draw
+    for word in ("par ", "dir ", "lat ", "allp"):
+        if d.chance(0.6):
+            s.line("do", word.strip())
+    for _ in range(d.whole(0, 4)):
+        command = d.one("freq", "time", "show", "func", "des", "pltf", "pz", "swc", "asci", "sto", "tabf")
+        if command == "freq":
+            s.choose("Analyze", "Frequency")
+            s.sets(start=0, end=s.frequency(s.limit), count=d.whole(2, 60), implementation=d.one(*implementations, "Natural modes"))
+            s.ok()
+            s.line("answer", d.one("yes", "no"))
+        elif command == "time":
+            s.choose("Analyze", "Time")
+            s.sets(start=0, stop=d.whole(3, 300) / s.limit / s.seconds, step=0, implementation=d.one(*implementations))
+            s.ok()
+            s.line("answer", d.one("yes", "no"))
+        elif command == "des":
+            s.choose("View", "Design")
+            s.sets(section=d.whole(1, 4), diagram=d.whole(1, 2), display_format=d.one("Decimal", "Decimal", "Hexadecimal"))
+            s.ok()
+        elif command in ("pz", "swc", "asci", "tabf"):
+            s.line("do", command)
+            s.line("file", s.new_file("txt"))
+        else:
+            s.line("do", command)
+
+
+def digital_edits(s):
+    d = s.draw
+    for _ in range(d.whole(1, 5)):
+        edit = d.one("flat", "add", "del", "perm", "fs", "conv", "undo", "redo", "rcl", "save")
+        if edit == "flat":
+            s.choose("Transform", "Flat")
+            s.set("loss", d.real(-20, 40))
+        elif edit == "add":
+            s.choose("Modify", "Add")
+            s.sets(c1=d.real(-1.5, 1.5), c2=d.one(0, d.real(-0.9, 0.9)), place=d.one("Numerator", "Denominator"))
+        elif edit == "del":
+            s.choose("Modify", "Delete")
+            s.sets(number=d.whole(1, 4), place=d.one("Numerator", "Denominator"))
+        elif edit == "perm":
+            s.choose("Modify", "Permute")
+            s.sets(place=d.one("Numerator", "Denominator", "Both"), sequence=d.one("2 1", "3 2 1", "1 3 2", "1 1", "0 2"))
+        elif edit == "fs":
+            s.choose("Transform", "Resample")
+            s.set("sampling_frequency", s.frequency(s.limit * d.real(1, 5)))
+        else:
+            s.line("do", edit)
+            if edit == "save":
+                s.line("file", s.new_file("qfd"))
+            continue
+        s.ok()
+
+
+def digital(s):
+    filter_form(s, "IIR Digital")
+    z_step(s)
+    digital_commands(s)
+    if s.draw.chance(0.4):
+        digital_edits(s)
+        digital_commands(s)
 
 
 # FIR designs
@@ -435,12 +525,19 @@ def analysis_form(s):
             s.rows("Data", [(d.real(-1.9, 1.9), d.real(-1, 1)) for _ in range(d.whole(1, 6))])
         return save_and_recall(s, "save_analysis_data", "qai", ("Analysis", "FIR filter", "Recall"))
     s.choose("Analysis", "Filter", "New")
-    s.set("analysis_kind", d.one("Active RC", "Switched capacitor", "IIR digital"))
+    kind = d.one("Active RC", "Switched capacitor", "IIR digital", "IIR digital")
+    s.set("analysis_kind", kind)
     s.set("analysis_type", d.one("Lowpass", "Highpass", "Bandpass", "Band reject", "Delay equalizer"))
     s.set("structure", d.one("Cascade", "Cascade", "Follow-the-leader", "Leapfrog"))
     edge = d.spread(1e2, 1e6)
     s.sets(lower_passband=s.frequency(edge * 0.8), upper_passband=s.frequency(edge), sampling_or_qw=s.frequency(edge * d.real(3, 20)))
-    if d.chance(0.5):
+    digital = kind == "IIR digital"
+    if digital and d.chance(0.5):
+        s.set("form", "Roots")
+        s.rows("Poles", [(d.real(-0.9, 0.9), d.one(0, d.real(0, 0.6))) for _ in range(d.whole(0, 6))])
+        s.rows("Zeros", [(d.real(-1.2, 1.2), d.one(0, d.real(0, 1))) for _ in range(d.whole(0, 4))])
+        s.set("zeros_at_infinity", d.whole(0, 4))
+    elif d.chance(0.5) and not digital:
         s.set("form", "Roots")
         s.rows("Poles", [(-edge * d.real(0.05, 1), edge * d.one(0, d.real(0.2, 1))) for _ in range(d.whole(1, 6))])
         s.rows("Zeros", [(0, edge * d.real(1.2, 3)) for _ in range(d.whole(0, 3))])
@@ -449,8 +546,9 @@ def analysis_form(s):
         s.set("form", "Factors")
         count = d.whole(1, 5)
         s.rows("Numerator", [(d.real(0, 1), d.real(-1, 1), d.real(0.1, 1)) for _ in range(count)])
-        s.rows("Denominator", [(1, d.real(0.1, 2), d.real(0.1, 2)) for _ in range(count)])
-        if d.chance(0.5):
+        most = 0.9 if digital else 2
+        s.rows("Denominator", [(1, d.real(0.1, most), d.real(0.1, most)) for _ in range(count)])
+        if d.chance(0.5) and not digital:
             s.set("analysis_kind", "Active RC")
             s.set("structure", "Follow-the-leader")
             s.rows("Feedback coeff.", [(d.real(-1, 1),) for _ in range(count)])
@@ -772,7 +870,7 @@ def refused(s):
 
 
 kinds = [
-    (34, lambda s: ladder(s, "LC")), (16, lambda s: ladder(s, "Microwave")), (11, transfer_only), (12, fir_form), (4, delay_form),
+    (34, lambda s: ladder(s, "LC")), (16, lambda s: ladder(s, "Microwave")), (6, transfer_only), (10, digital), (12, fir_form), (4, delay_form),
     (4, analysis_form), (14, typed_circuit), (5, refused),
 ]
 
@@ -783,7 +881,7 @@ def design(seed, number):
     units(s)
     s.draw.weighted([(40, lambda s: (filter_form(s, "LC"), synthesis_form(s))),
                      (20, lambda s: (filter_form(s, "Microwave"), synthesis_form(s))),
-                     (10, lambda s: filter_form(s, "IIR Digital")), (30, fir_form)])(s)
+                     (10, lambda s: (filter_form(s, "IIR Digital"), z_step(s))), (30, fir_form)])(s)
     return "\n".join(s.lines) + "\n"
 
 

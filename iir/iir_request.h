@@ -44,7 +44,7 @@ struct IirRequest {
     FactorPlace permuted = FactorPlace::numerator;
     FixedText<80> sequence;  // serial numbers, parted by blanks or commas
 
-    int section = 1;
+    int section = 0;
     DiagramChoice diagram = DiagramChoice::multiple_input;
     DisplayFormat display_format = DisplayFormat::decimal;  // of every table since
     double sampling_frequency = 0;                          // in the user's unit

@@ -77,14 +77,14 @@ TEST_F(AnalysisRoad, APassiveFilterOpensItsSegmentOnAnEmptyStore) {
 }
 
 TEST_F(AnalysisRoad, OtherKindsAreNotImplementedAndChangeNothing) {
-    for (const K kind : {K::active_rc, K::iir_digital, K::switched_capacitor}) {
+    for (const K kind : {K::active_rc, K::switched_capacitor}) {
         bench->analysis_request.analysis_kind = kind;
         analyse();
         EXPECT_EQ(window.boxes.back(), "Default: Command not implemented") << kind;
     }
     window.forms = {[](FormSheet&) { return true; }};
     dispatch_event(*bench, 152);
-    EXPECT_EQ(window.boxes.size(), 4U);
+    EXPECT_EQ(window.boxes.size(), 3U);
     EXPECT_EQ(window.boxes.back(), "Default: Command not implemented");
     EXPECT_EQ(bench->session.segment, SegmentId::main);
     EXPECT_TRUE(bench->session.TITLE.is_blank());

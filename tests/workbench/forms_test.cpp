@@ -33,11 +33,15 @@ struct Forms : testing::Test {
 };
 
 TEST_F(Forms, AFreshFormHoldsNoughtsAndFirstChoicesButForThese) {
-    const std::map<std::string, std::string> others = {
-        {"DESIGN_FILTER_DLG r1", "50.000000E+00"}, {"DESIGN_FILTER_DLG r2", "50.000000E+00"},
-        {"DELAY_DESIGN_DLG r1", "50.000000E+00"},  {"DELAY_DESIGN_DLG r2", "50.000000E+00"},
-        {"PRINT_DLG printing_to", "None"},         {"FIR_FUNCTION_DLG function_number", "1"},
-        {"SYNTHESIS_DLG form", "Ladder"},          {"SYNTHESIS_DLG direction", ""}};
+    const std::map<std::string, std::string> others = {{"DESIGN_FILTER_DLG r1", "50.000000E+00"},
+                                                       {"DESIGN_FILTER_DLG r2", "50.000000E+00"},
+                                                       {"DELAY_DESIGN_DLG r1", "50.000000E+00"},
+                                                       {"DELAY_DESIGN_DLG r2", "50.000000E+00"},
+                                                       {"PRINT_DLG printing_to", "None"},
+                                                       {"FIR_FUNCTION_DLG function_number", "1"},
+                                                       {"SYNTHESIS_DLG form", "Ladder"},
+                                                       {"SYNTHESIS_DLG direction", ""},
+                                                       {"Z_TRANSFORM_DLG z_transform_type", "Bilinear"}};
     for (const Form* form : all_forms()) {
         const FormSheet sheet = sheet_of(*form);
         for (std::size_t i = 0; i < sheet.size(); ++i) {

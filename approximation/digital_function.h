@@ -7,6 +7,7 @@
 #pragma once
 
 #include <type_traits>
+#include <vector>
 
 #include "numeric/root_set.h"
 #include "shell/table.h"
@@ -38,5 +39,44 @@ struct DigitalFunction {
 };
 
 static_assert(std::is_trivially_copyable_v<DigitalFunction>);
+
+// A real root, or a conjugate pair by its member with the positive imaginary part.
+struct HalfRoot {
+    Complex<Wide> root;
+    bool pair = false;
+    int chain = 0;  // of a pole
+
+    [[nodiscard]] int size() const { return pair ? 2 : 1; }
+};
+using HalfRoots = std::vector<HalfRoot>;
+
+// The first `count` roots of a list, be they of s or of z: two of opposite imaginary parts that follow each other are a
+// pair.
+template <class List>
+[[nodiscard]] HalfRoots half_roots(const List& re, const List& im, int count) {
+    HalfRoots roots;
+    for (int i = 1; i <= count; ++i) {
+        const bool pair = im(i) != 0 && i < count;
+        roots.push_back({.root = {re(i), pair ? std::fabs(im(i)) : 0}, .pair = pair});
+        if (pair) ++i;
+    }
+    return roots;
+}
+[[nodiscard]] HalfRoots zeros_of(const DigitalFunction& function);
+[[nodiscard]] HalfRoots poles_of(const DigitalFunction& function);  // with their chains
+
+// The lists of a function; a zero at 0 is none. The chains come with the poles.
+void set_zeros(const HalfRoots& zeros, DigitalFunction& function);
+void set_poles(const HalfRoots& poles, DigitalFunction& function);
+
+// H at a z.
+[[nodiscard]] Complex<Wide> value_at(const DigitalFunction& function, Complex<Wide> z);
+
+// Each chain is an allpass that is 1 at z = 1. Of a high-pass and a band-pass half the difference, second chain less
+// first, is the filter: takes the chains for one another where it is -H at z, a place in the pass band.
+void order_chains(Complex<Wide> z, DigitalFunction& function);
+
+// Whether all numbers are in the range of double, and the filter is not 0.
+[[nodiscard]] bool is_usable(const DigitalFunction& function);
 
 }  // namespace kavrel

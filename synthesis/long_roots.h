@@ -5,7 +5,7 @@
 
 #include "numeric/sum_roots.h"
 #include "shell/table.h"
-#include "synthesis/long_real.h"
+#include "numeric/long_real.h"
 
 namespace kavrel {
 

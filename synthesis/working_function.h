@@ -15,7 +15,7 @@
 
 #include "numeric/complex.h"
 #include "shell/table.h"
-#include "synthesis/long_real.h"
+#include "numeric/long_real.h"
 
 namespace kavrel {
 

@@ -1,8 +1,10 @@
-// A real number of 513 bits, 154 decimal digits.
+// A real number of 513 bits, 154 decimal digits, and a longer one.
 //
 // Extraction of a ladder from one end magnifies the rounding of its polynomials step by step. In a deep stop band the
 // immittance has pairs of roots at a relative distance of |q/f|, 1e-69 in an equal ripple filter of degree 50, and what
 // follows the first branches hangs on that distance. So the chain of removals runs in numbers that hold its square.
+// The impulse response of a low-pass of degree n begins as the (n - 1)th power of the time, while the terms of its
+// partial fractions are large: their sum is had in the same way.
 //
 // The numbers are those of GNU MPFR, held in place: sums, products, quotients and roots are rounded to the nearest.
 // Division by 0 and the root of a negative number give a number that is not finite. A number that was given no value
@@ -15,9 +17,12 @@
 
 namespace kavrel {
 
-using LongReal =
-    boost::multiprecision::number<boost::multiprecision::mpfr_float_backend<154, boost::multiprecision::allocate_stack>,
-                                  boost::multiprecision::et_off>;
+template <int decimal_digits>
+using LongRealOf = boost::multiprecision::number<
+    boost::multiprecision::mpfr_float_backend<decimal_digits, boost::multiprecision::allocate_stack>,
+    boost::multiprecision::et_off>;
+using LongReal = LongRealOf<154>;
+using LongestReal = LongRealOf<616>;
 
 [[nodiscard]] inline long double rounded(const LongReal& x) { return static_cast<long double>(x); }
 [[nodiscard]] inline Complex<long double> rounded(const Complex<LongReal>& z) { return {rounded(z.re), rounded(z.im)}; }

@@ -65,7 +65,8 @@ Complex<Real> quotient(const Complex<Real>& n, const Complex<Real>& d) {
 
 // Residues at the poles, of a pair at its first member: level prod(pole - zero)/prod(pole - other pole).
 template <class Real>
-std::vector<Term<Real>> partial_fractions(const HalfRoots& zeros, const HalfRoots& poles, double level, Wide edge_angle) {
+std::vector<Term<Real>> partial_fractions(const HalfRoots& zeros, const HalfRoots& poles, double level,
+                                          Wide edge_angle) {
     const auto z = complete<Real>(zeros);
     auto p = complete<Real>(poles);
     for (std::size_t i = 0; i < p.size(); ++i) {

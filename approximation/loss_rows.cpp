@@ -112,6 +112,14 @@ double flat_loss_of_predistortion(const FilterSpec& request, const FilterSpec& f
     return open_level ? least.value - loss_of_function(found, transfer, least.at) : least.value;
 }
 
+double least_loss_of_function(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer) {
+    const auto loss = [&](double hertz) { return loss_of_function(found, transfer, hertz); };
+    Unwatched watcher;  // some hundred frequencies
+    return SearchedBand({.loss = loss, .request = request, .found = found, .transfer = transfer, .watcher = watcher},
+                        pass_band(request))
+        .lowest(loss);
+}
+
 FilterSpec scaled_request(const FilterSpec& request, double factor) {
     FilterSpec scaled = request;
     for (double FilterSpec::*frequency :

@@ -42,6 +42,10 @@ void add_loss_rows(const JudgedLoss& judged, RequestCheck& check);
 [[nodiscard]] double flat_loss_of_predistortion(const FilterSpec& request, const FilterSpec& found,
                                                 const TransferFunction& transfer, double used_q);
 
+// dB that losses of a design without losses in its elements count from: the least one of its function in the pass band.
+[[nodiscard]] double least_loss_of_function(const FilterSpec& request, const FilterSpec& found,
+                                            const TransferFunction& transfer);
+
 // The request of a filter whose frequencies were all multiplied by a factor.
 [[nodiscard]] FilterSpec scaled_request(const FilterSpec& request, double factor);
 

@@ -1,6 +1,7 @@
 // A digital low-pass made another filter by an allpass in place of z^-1: its roots, and where its frequencies go.
 //
-// With th half the angle of the low-pass edge, w1 and w2 those of the lower and the upper edge wanted, Z the low-pass's:
+// With th half the angle of the low-pass edge, w1 and w2 those of the lower and the upper edge wanted, Z the
+// low-pass's:
 //
 //   low-pass     Z = (z - alpha)/(1 - alpha z), alpha = sin(th - w2)/sin(th + w2)
 //   high-pass    Z = -(z + alpha)/(1 + alpha z), alpha = -cos(th + w1)/cos(th - w1)

@@ -20,8 +20,8 @@ namespace kavrel {
 // `spec` is the request with what was found for it, fs in Hz, above twice the edge. The zeros of an impulse-invariant
 // filter are those of a sum that nearly vanishes for high degrees, which is formed in long numbers. False where these
 // do not suffice, or a number is beyond the range of double.
-[[nodiscard]] bool zTransform(ZTransform transform, const FilterSpec& spec, const TransferFunction& prototype, double fs,
-                              DigitalFunction& function);
+[[nodiscard]] bool zTransform(ZTransform transform, const FilterSpec& spec, const TransferFunction& prototype,
+                              double fs, DigitalFunction& function);
 
 // LARR and allpass_ok of a function that the bilinear transform has made, from the signs of the poles that the
 // approximation found (XPlane::LARR). The sum of the chains is the filter for low-pass, the difference for the others.

@@ -11,9 +11,9 @@ namespace {
 using Number = Complex<LongReal>;
 
 constexpr int sweeps = 400;
-constexpr long double settled = 1e-60L;    // relative correction at which a root is found
-constexpr long double is_real = 1e-25L;    // relative imaginary part that a real root may be left with
-constexpr double turned_by = 0.7;          // rad, so that no start is on the axis of symmetry
+constexpr long double settled = 1e-60L;  // relative correction at which a root is found
+constexpr long double is_real = 1e-25L;  // relative imaginary part that a real root may be left with
+constexpr double turned_by = 0.7;        // rad, so that no start is on the axis of symmetry
 
 std::vector<Number> starting_points(const std::vector<LongReal>& coefficients);
 Number newton_step(const std::vector<LongReal>& coefficients, const Number& z);

@@ -1,0 +1,161 @@
+#include "iir/cascade_pairing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "numeric/guarded.h"
+
+namespace kavrel {
+
+namespace {
+
+// A factor with its roots: a conjugate pair, two real roots, or one.
+struct Factor {
+    double c1 = 0;
+    double c2 = 0;
+    HalfRoots roots;
+
+    [[nodiscard]] bool first_order() const { return roots.size() == 1 && !roots[0].pair; }
+    // Where it lies in the upper half plane; of two real roots halfway.
+    [[nodiscard]] Complex<Wide> place() const {
+        if (roots.size() == 1) return roots[0].root;
+        return {(roots[0].root.re + roots[1].root.re) / 2, 0};
+    }
+};
+using Factors = std::vector<Factor>;
+
+enum class RealPairs { neighbours, opposites };
+Factors factors_of(const HalfRoots& roots, RealPairs real_pairs);
+void sort_by_quality(Factors& poles);
+Factors in_sections(Factors zeros, const Factors& poles);
+int set_factors(const Factors& factors, Table<double, iir_section_limit>& c1, Table<double, iir_section_limit>& c2);
+HalfRoots roots_of(const Factors& factors);
+void set_roots(const DigitalFunction& function, IirFilter& filter);
+
+}  // namespace
+
+void takeFunction(const DigitalFunction& function, IirFilter& filter) {
+    Factors poles = factors_of(poles_of(function), RealPairs::neighbours);
+    sort_by_quality(poles);
+    const Factors zeros = in_sections(factors_of(zeros_of(function), RealPairs::opposites), poles);
+
+    filter.cascade = {};
+    filter.cascade.CK = function.zMultiplier;
+    filter.cascade.NNUM = set_factors(zeros, filter.cascade.C1N, filter.cascade.C2N);
+    filter.cascade.NDEN = set_factors(poles, filter.cascade.C1D, filter.cascade.C2D);
+    DigitalFunction sorted = function;
+    set_zeros(roots_of(zeros), sorted);
+    set_poles(roots_of(poles), sorted);
+    set_roots(sorted, filter);
+}
+
+namespace {
+
+Factor pair_of(const HalfRoot& half) {
+    const Wide re = half.root.re, im = half.root.im;
+    return {static_cast<double>(-2 * re), static_cast<double>(re * re + im * im), {half}};
+}
+
+Factor real_pair(const HalfRoot& a, const HalfRoot& b) {
+    const bool in_order = a.root.re >= b.root.re;
+    return {static_cast<double>(-a.root.re - b.root.re), static_cast<double>(a.root.re * b.root.re),
+            in_order ? HalfRoots{a, b} : HalfRoots{b, a}};
+}
+
+// Of an odd number of real roots the one in the middle is left, or one at 0: a pair with it would have no c2.
+Factors factors_of(const HalfRoots& roots, RealPairs real_pairs) {
+    Factors factors;
+    HalfRoots reals;
+    for (const HalfRoot& half : roots) {
+        if (half.pair) {
+            factors.push_back(pair_of(half));
+        } else {
+            reals.push_back(half);
+        }
+    }
+    std::ranges::stable_sort(reals, {}, [](const HalfRoot& half) { return half.root.re; });
+    Factors single;
+    if (reals.size() % 2 == 1) {
+        const auto zero = std::ranges::find_if(reals, [](const HalfRoot& half) { return half.root.re == 0; });
+        const auto middle = reals.begin() + static_cast<std::ptrdiff_t>(reals.size() / 2);
+        const auto left = zero != reals.end() ? zero : middle;
+        single.push_back({static_cast<double>(-left->root.re), 0, {*left}});
+        reals.erase(left);
+    }
+    const std::size_t count = reals.size();
+    for (std::size_t i = 0; i < count / 2; ++i) {
+        const bool opposites = real_pairs == RealPairs::opposites;
+        factors.push_back(opposites ? real_pair(reals[i], reals[count - 1 - i])
+                                    : real_pair(reals[2 * i], reals[2 * i + 1]));
+    }
+    factors.insert(factors.end(), single.begin(), single.end());
+    return factors;
+}
+
+// The greatest first; that of a pole on the circle or beyond has no value and counts as the greatest.
+void sort_by_quality(Factors& poles) {
+    const auto quality = [](const Factor& factor) {
+        const double c1 = factor.c1, c2 = factor.c2;
+        if (!(c2 < 1)) return HUGE_VAL;
+        return std::sqrt(std::fmax(0.0, (1 + c2 - c1) * (1 + c2 + c1))) / (1 - c2);
+    };
+    std::ranges::stable_sort(poles, [&](const Factor& a, const Factor& b) {
+        if (a.first_order() != b.first_order()) return b.first_order();
+        return quality(a) > quality(b);
+    });
+}
+
+Wide distance(const Factor& pole, const Factor& zero) {
+    Wide least = cabs(pole.place() - zero.roots[0].root);
+    for (const HalfRoot& half : zero.roots) least = std::min(least, cabs(pole.place() - half.root));
+    return least;
+}
+
+// The numerator factors in the order of their sections; more zeros than poles make sections of their own.
+Factors in_sections(Factors zeros, const Factors& poles) {
+    Factors sorted;
+    for (const Factor& pole : poles) {
+        if (zeros.empty()) break;
+        const auto better = [&](const Factor& a, const Factor& b) {
+            if (a.first_order() != b.first_order()) return a.first_order() == pole.first_order();
+            return distance(pole, a) < distance(pole, b);
+        };
+        const auto nearest = std::ranges::min_element(zeros, better);
+        sorted.push_back(*nearest);
+        zeros.erase(nearest);
+    }
+    sorted.insert(sorted.end(), zeros.begin(), zeros.end());
+    return sorted;
+}
+
+int set_factors(const Factors& factors, Table<double, iir_section_limit>& c1, Table<double, iir_section_limit>& c2) {
+    int count = 0;
+    for (const Factor& factor : factors) {
+        ++count;
+        c1(count) = factor.c1, c2(count) = factor.c2;
+    }
+    return count;
+}
+
+HalfRoots roots_of(const Factors& factors) {
+    HalfRoots roots;
+    for (const Factor& factor : factors) roots.insert(roots.end(), factor.roots.begin(), factor.roots.end());
+    return roots;
+}
+
+void set_roots(const DigitalFunction& f, IirFilter& filter) {
+    DigitalRoots& roots = filter.roots;
+    roots = {};
+    roots.NZ = f.zeroCount, roots.NP = f.poleCount;
+    for (int i = 1; i <= f.zeroCount; ++i) roots.ZR(i) = f.ZEROS_RE(i), roots.ZI(i) = f.ZEROS_IM(i);
+    for (int i = 1; i <= f.poleCount; ++i) roots.QR(i) = f.POLES_RE(i), roots.PI(i) = f.POLES_IM(i);
+    roots.ZMULT = f.zMultiplier;
+    filter.allpass = {};
+    filter.allpass.LARR = f.LARR;
+    filter.allpass.ALLPASS_OK = f.allpass_ok;
+}
+
+}  // namespace
+
+}  // namespace kavrel

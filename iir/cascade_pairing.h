@@ -1,0 +1,21 @@
+// From the roots of a digital filter to its cascade: which roots make a factor, which factors a section.
+//
+// Real roots go two by two, zeros the least with the greatest, so that a band-pass has 1 - z^-2; the odd one makes a
+// factor of first order. Sections begin with the pole pair of the greatest Q,
+//
+//     Q = sqrt((1 + c2)^2 - c1^2)/(1 - c2) of 1 + c1 z^-1 + c2 z^-2,
+//
+// and each takes of the zero pairs that are left the nearest one; factors of first order come last. Where zeros are
+// fewer than poles the last sections have none.
+#pragma once
+
+#include "approximation/digital_function.h"
+#include "iir/iir_filter.h"
+
+namespace kavrel {
+
+// Sets roots, cascade and chains of the poles of a filter; the roots are in the order of their sections. H stays what
+// it is.
+void takeFunction(const DigitalFunction& function, IirFilter& filter);
+
+}  // namespace kavrel

@@ -1,10 +1,11 @@
-// A real number of 513 bits, 154 decimal digits, and a longer one.
+// Real numbers of 513 bits, 154 decimal digits, and of any other length.
 //
 // Extraction of a ladder from one end magnifies the rounding of its polynomials step by step. In a deep stop band the
 // immittance has pairs of roots at a relative distance of |q/f|, 1e-69 in an equal ripple filter of degree 50, and what
-// follows the first branches hangs on that distance. So the chain of removals runs in numbers that hold its square.
-// The impulse response of a low-pass of degree n begins as the (n - 1)th power of the time, while the terms of its
-// partial fractions are large: their sum is had in the same way.
+// follows the first branches hangs on that distance. So the chain of removals runs in numbers that hold its square. The
+// coefficients that a lattice is made of lose as much on their way down. The impulse response of a low-pass of degree n
+// begins as the (n - 1)th power of the time, while the terms of its partial fractions are large: their sum is had in
+// the same way.
 //
 // The numbers are those of GNU MPFR, held in place: sums, products, quotients and roots are rounded to the nearest.
 // Division by 0 and the root of a negative number give a number that is not finite. A number that was given no value
@@ -17,9 +18,9 @@
 
 namespace kavrel {
 
-template <int decimal_digits>
+template <unsigned digits>
 using LongRealOf = boost::multiprecision::number<
-    boost::multiprecision::mpfr_float_backend<decimal_digits, boost::multiprecision::allocate_stack>,
+    boost::multiprecision::mpfr_float_backend<digits, boost::multiprecision::allocate_stack>,
     boost::multiprecision::et_off>;
 using LongReal = LongRealOf<154>;
 using LongestReal = LongRealOf<616>;

@@ -3,9 +3,9 @@
 
 #include <cmath>
 
+#include "numeric/long_real.h"
 #include "numeric/sum_roots.h"
 #include "shell/table.h"
-#include "numeric/long_real.h"
 
 namespace kavrel {
 

@@ -14,8 +14,8 @@
 #pragma once
 
 #include "numeric/complex.h"
-#include "shell/table.h"
 #include "numeric/long_real.h"
+#include "shell/table.h"
 
 namespace kavrel {
 

@@ -16,13 +16,10 @@ namespace {
 // Whether single precision holds all rows.
 [[nodiscard]] bool fits_results(const Performance& performance);
 void report_points_lost(Reporter& reporter, int lost, int asked);
-void mark_earlier(const PassiveDesk& desk, Fingerprint analysed, std::vector<std::string>& lines);
 
 [[nodiscard]] bool settle_drive(PassiveDesk& desk);
 AnalysisRequest analysis_request(const PassiveDesk& desk, const FrequencyGrid& grid);
 Performance performance_of(const AnalysisResult& results);
-[[nodiscard]] bool store_time(const TimeGrid& grid, const Table<double, analysis_points>& impulse,
-                              const Table<double, analysis_points>& step, AnalysisResult& results);
 std::vector<std::string> time_lines(const AnalysisResult& results, std::string_view title);
 void plot_phase_line(PassiveDesk& desk, const PhaseLine& line);
 std::string_view title_of(const PassiveDesk& desk) { return desk.session.TITLE.trimmed(); }
@@ -65,14 +62,15 @@ void analyse_time(PassiveDesk& desk) {
     if (!wishes_original(desk, "Analysis")) return;
 
     const TimeGrid grid = time_grid(desk.command.time, desk.session.units);
-    Table<double, analysis_points> impulse, step;
-    const auto rows = static_cast<std::size_t>(grid.count);
+    TimeRows rows{.count = grid.count, .time = grid.times, .impulse = {}, .step = {}};
+    const auto count = static_cast<std::size_t>(grid.count);
     WindowWatcher watcher(desk.window, "Time response");
-    const TimeVerdict verdict = time_response(filter.transfer, grid.values(), watcher,
-                                              std::span(impulse.cells).first(rows), std::span(step.cells).first(rows));
+    const TimeVerdict verdict =
+        time_response(filter.transfer, grid.values(), watcher, std::span(rows.impulse.cells).first(count),
+                      std::span(rows.step.cells).first(count));
     if (watcher.stopped()) return desk.reporter.report_line(stopped_line);
     if (verdict != TimeVerdict::done) return refuse(desk, message_of(verdict));
-    if (!store_time(grid, impulse, step, desk.results)) return refuse(desk, results_out_of_range);
+    if (!store_time(rows, false, desk.results)) return refuse(desk, results_out_of_range);
     desk.results.time_of = fingerprint(desk.filter);
     desk.results.TITLE = title_of(desk);
     if (wants_table(desk)) report_lines(desk, time_lines(desk.results, title_of(desk)));
@@ -83,14 +81,14 @@ void tabulate_frequency(PassiveDesk& desk) {
     if (const auto why = needs_frequency_table(desk); !why.empty()) return refuse(desk, why);
     const Performance performance = performance_of(desk.results);
     auto lines = performance_lines(performance, desk.results.TITLE.trimmed(), ImmittanceHead::bare);
-    mark_earlier(desk, desk.results.frequency_of, lines);
+    mark_earlier(desk.results.frequency_of, fingerprint(desk.filter), lines);
     if (tabulate(desk, lines)) report_done(desk);
 }
 
 void tabulate_time(PassiveDesk& desk) {
     if (const auto why = needs_time_results(desk); !why.empty()) return refuse(desk, why);
     auto lines = time_lines(desk.results, desk.results.TITLE.trimmed());
-    mark_earlier(desk, desk.results.time_of, lines);
+    mark_earlier(desk.results.time_of, fingerprint(desk.filter), lines);
     if (tabulate(desk, lines)) report_done(desk);
 }
 
@@ -116,7 +114,7 @@ void phase_nonlinearity(PassiveDesk& desk) {
     if (!fit_phase_line(desk.results, line)) return refuse(desk, no_analysis_data);
     if (wants_table(desk)) {
         auto lines = phase_line_lines(line, desk.results.radians, desk.results.TITLE.trimmed());
-        mark_earlier(desk, desk.results.frequency_of, lines);
+        mark_earlier(desk.results.frequency_of, fingerprint(desk.filter), lines);
         report_lines(desk, lines);
     }
     plot_phase_line(desk, line);
@@ -162,10 +160,6 @@ void report_points_lost(Reporter& reporter, int lost, int asked) {
         edited<"(' *** ',I0,' of ',I0,' frequencies ',A,' no result ***')">(lost, asked, lost == 1 ? "has" : "have"));
 }
 
-void mark_earlier(const PassiveDesk& desk, Fingerprint analysed, std::vector<std::string>& lines) {
-    if (analysed != fingerprint(desk.filter)) lines.insert(lines.begin(), std::string(earlier_results));
-}
-
 // The row at f = 0 follows from the counters of the design.
 AnalysisRequest analysis_request(const PassiveDesk& desk, const FrequencyGrid& grid) {
     AnalysisRequest request{.frequencies = grid.values(),
@@ -204,24 +198,6 @@ Performance performance_of(const AnalysisResult& results) {
         performance.step = (last - first) / n / last;
     }
     return performance;
-}
-
-// False, the results as they were, where one of them is beyond the range of single precision.
-bool store_time(const TimeGrid& grid, const Table<double, analysis_points>& impulse,
-                const Table<double, analysis_points>& step, AnalysisResult& results) {
-    for (int i = 1; i <= grid.count; ++i) {
-        if (!all_finite(static_cast<float>(impulse(i)), static_cast<float>(step(i)))) return false;
-    }
-    results.kind = AnalysisResult::Kind::time;
-    results.time_count = grid.count;
-    results.has_impulse = results.has_step = true;
-    results.sampled = false;
-    for (int i = 1; i <= grid.count; ++i) {
-        results.TIME(i) = static_cast<float>(grid.times(i));
-        results.IMPULSE(i) = static_cast<float>(impulse(i));
-        results.STEP(i) = static_cast<float>(step(i));
-    }
-    return true;
 }
 
 std::vector<std::string> time_lines(const AnalysisResult& results, std::string_view title) {

@@ -10,6 +10,10 @@ bool tabulate(Desk& desk, std::span<const std::string> lines) {
     return write_lines(desk, lines, ExtSlot::results_table);
 }
 
+void mark_earlier(Fingerprint analysed, Fingerprint shown, std::vector<std::string>& lines) {
+    if (analysed != shown) lines.insert(lines.begin(), std::string(earlier_results));
+}
+
 void plot_frequency(Desk& desk, const PlotChoice& choice, std::span<const CurveRow> curves, int print_id) {
     const UnitSet& units = desk.session.units;
     const PlotSource source{.kind = AnalysisResult::Kind::frequency,

@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 #include "segment/desk.h"
 #include "shell/plot_form.h"
@@ -16,6 +17,9 @@ inline constexpr std::string_view no_analysis_results = plot_messages::no_result
 
 // "tabf", "tabt": the lines of a table into a file whose name the user gives; false when they were not written.
 [[nodiscard]] bool tabulate(Desk& desk, std::span<const std::string> lines);
+
+// Marks a table of results that are of another filter than the one that is shown.
+void mark_earlier(Fingerprint analysed, Fingerprint shown, std::vector<std::string>& lines);
 
 // "pltf": the curves that the form chose among the Segment's columns, over the frequency of the last analysis.
 void plot_frequency(Desk& desk, const PlotChoice& choice, std::span<const CurveRow> curves, int print_id);

@@ -5,6 +5,8 @@
 
 #include <fmt/format.h>
 
+#include "shell/finite.h"
+
 namespace kavrel {
 
 namespace {
@@ -14,6 +16,22 @@ template <class Real>
 void add_number(Real value, std::string& text);
 
 }  // namespace
+
+bool store_time(const TimeRows& rows, bool sampled, AnalysisResult& results) {
+    for (int i = 1; i <= rows.count; ++i) {
+        if (!all_finite(static_cast<float>(rows.impulse(i)), static_cast<float>(rows.step(i)))) return false;
+    }
+    results.kind = AnalysisResult::Kind::time;
+    results.time_count = rows.count;
+    results.has_impulse = results.has_step = true;
+    results.sampled = sampled;
+    for (int i = 1; i <= rows.count; ++i) {
+        results.TIME(i) = static_cast<float>(rows.time(i));
+        results.IMPULSE(i) = static_cast<float>(rows.impulse(i));
+        results.STEP(i) = static_cast<float>(rows.step(i));
+    }
+    return true;
+}
 
 bool has_column(const AnalysisResult& result, const ColumnRow& row) {
     return row_count(result, row.kind) > 0 && (row.present == nullptr || result.*row.present);

@@ -81,6 +81,18 @@ inline constexpr std::string_view earlier_results = " *** analysis of an earlier
 // Why an analysis leaves the former results: of those that it found single precision does not hold some.
 inline constexpr std::string_view results_out_of_range = "Results are out of range";
 
+// The rows of a time analysis, in doubles.
+struct TimeRows {
+    int count = 0;
+    Table<double, analysis_points> time;
+    Table<double, analysis_points> impulse;
+    Table<double, analysis_points> step;
+};
+
+// Takes rows over as the time results; false, the results as they were, where single precision does not hold one of
+// them.
+[[nodiscard]] bool store_time(const TimeRows& rows, bool sampled, AnalysisResult& results);
+
 // A column that an analysis may have. A null `present` means a column that every analysis of the kind has.
 struct ColumnRow {
     AnalysisResult::Kind kind;

@@ -1,5 +1,6 @@
 #include "iir/iir_forms.h"
 
+#include "iir/sampled_response.h"
 #include "shell/field_table.h"
 
 namespace kavrel {
@@ -61,6 +62,8 @@ void time_form_rules(const R& request, FieldStates& states) {
     states.off("output", request.simulated != Implementation::allpass);
 }
 
+Refusal time_form_refusal(const R& request) { return sampled_time_refusal(request.time); }
+
 constexpr Choice frequency_curves[] = {{"None", no_curve}, {"Loss", 1}, {"Phase", 2}, {"Delay", 3}, {"None", no_curve}};
 constexpr Choice time_curves[] = {
     {"None", no_curve}, {"Impulse response", 1}, {"Step response", 2}, {"None", no_curve}};
@@ -101,7 +104,8 @@ constexpr Form Z_TRANSFORM_DLG = form_of<R>("Z_TRANSFORM_DLG", "Z transform", z_
 constexpr Form SPECTRAL_DLG = form_of<R, spectral_rules>("SPECTRAL_DLG", "Spectral transformation", spectral_fields);
 constexpr Form IIR_FREQUENCY_DLG = form_of<R, frequency_form_rules, frequency_form_refusal>(
     "FREQUENCY_DLG", "Frequency domain analysis", frequency_form_fields);
-constexpr Form IIR_TIME_DLG = form_of<R, time_form_rules>("TIME_DLG", "Time domain analysis", time_form_fields);
+constexpr Form IIR_TIME_DLG =
+    form_of<R, time_form_rules, time_form_refusal>("TIME_DLG", "Time domain analysis", time_form_fields);
 constexpr Form IIR_PLOT_FREQUENCY_DLG =
     form_of<R>("PLOT_FREQUENCY_DLG", "Plot of frequency domain results", plot_frequency_fields);
 constexpr Form IIR_PLOT_TIME_DLG = form_of<R>("PLOT_TIME_DLG", "Plot of time domain results", plot_time_fields);

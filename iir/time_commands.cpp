@@ -1,9 +1,83 @@
 #include "iir/time_commands.h"
 
+#include "iir/command_tools.h"
+#include "iir/frequency_commands.h"
+#include "iir/sampled_response.h"
+#include "segment/result_commands.h"
+#include "shell/edited.h"
+
 namespace kavrel {
 
-void analyse_time(IirDesk&) {}
-void tabulate_time(IirDesk&) {}
-void plot_time(IirDesk&) {}
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr std::string_view not_available = "Selected implementation is not available";
+
+void report_rows_left_out(IirDesk& desk, long long asked);
+Lines simulated_lines(const AnalysisResult& results, Implementation form);
+Lines tabulated_lines(const AnalysisResult& results);
+
+}  // namespace
+
+void analyse_time(IirDesk& desk) {
+    const IirFilter& filter = desk.filter;
+    const IirRequest& request = desk.command;
+    if (const auto why = needs_filter(desk); !why.empty()) return refuse(desk, why);
+    if (!is_available(filter, request.simulated)) return refuse(desk, Refusal(not_available, "implementation"));
+    SampleGrid grid;
+    if (const Refusal wrong = sample_grid(request.time, desk.session.units, filter.T, grid); !wrong.empty()) {
+        return refuse(desk, wrong);
+    }
+    WindowWatcher watcher(desk.window, "Time response");
+    const TimeRows rows = sampled_response(filter, request.simulated, request.output, grid, watcher);
+    if (watcher.stopped()) return desk.reporter.report_line(stopped_line);
+    if (!store_time(rows, true, desk.results)) return refuse(desk, results_out_of_range);
+    desk.results.time_of = fingerprint(filter);
+    desk.results.TITLE = desk.session.TITLE.trimmed();
+    report_rows_left_out(desk, grid.count());
+    if (wants_table(desk)) report_lines(desk, simulated_lines(desk.results, request.simulated));
+    report_done(desk);
+}
+
+void tabulate_time(IirDesk& desk) {
+    if (const auto why = needs_time_results(desk); !why.empty()) return refuse(desk, why);
+    Lines lines = tabulated_lines(desk.results);
+    mark_earlier(desk.results.time_of, fingerprint(desk.filter), lines);
+    if (tabulate(desk, lines)) report_done(desk);
+}
+
+void plot_time(IirDesk& desk) { plot_time(desk, desk.command.time_plot, iir_plot::print_analysis); }
+
+namespace {
+
+void report_rows_left_out(IirDesk& desk, long long asked) {
+    const int taken = desk.results.time_count;
+    if (taken == asked) return;
+    desk.reporter.report_line(edited<"(' Time response: first ',I0,' of ',I0,' rows')">(taken, asked));
+}
+
+void append_rows(const AnalysisResult& results, Lines& lines) {
+    for (int i = 1; i <= results.time_count; ++i) {
+        lines.push_back(edited<"(1X,1P,3E15.5)">(results.TIME(i), results.IMPULSE(i), results.STEP(i)));
+    }
+}
+
+Lines simulated_lines(const AnalysisResult& results, Implementation form) {
+    Lines lines{"", "==== Time response of " + std::string(results.TITLE.trimmed()),
+                std::string(structure_name(form)) + " structure ====", ""};
+    lines.push_back(edited<"(1X,3A15)">("Time in sec.", "Pulse resp.", "Step resp."));
+    append_rows(results, lines);
+    return lines;
+}
+
+Lines tabulated_lines(const AnalysisResult& results) {
+    Lines lines{"", std::string(results.TITLE.trimmed()), "", "===== Time-domain response =====", ""};
+    lines.push_back(edited<"(1X,3A15)">("Time in sec.", "Impulse resp.", "Step resp."));
+    append_rows(results, lines);
+    return lines;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -1,0 +1,92 @@
+#include "iir/sampled_response.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "iir/steppers.h"
+
+namespace kavrel {
+
+namespace {
+
+template <class Stepper>
+TimeRows run(Stepper impulse, Stepper step, const SampleGrid& grid, double T, Watcher& watcher);
+
+}  // namespace
+
+Refusal sampled_time_refusal(const TimeRequest& request) {
+    if (!(request.start >= 0)) return {time_incorrect, "start"};
+    if (!(request.stop > request.start)) return {time_incorrect, "stop"};
+    return request.step >= 0 ? Refusal() : Refusal(time_incorrect, "step");
+}
+
+Refusal sample_grid(const TimeRequest& request, const UnitSet& units, double T, SampleGrid& grid) {
+    if (Refusal wrong = sampled_time_refusal(request); !wrong.empty()) return wrong;
+    constexpr double allowance = 1e-5, countable = 1e15;
+    const auto samples = [&](double time) { return time * units.time_multiplier / T; };
+    if (!(samples(request.stop) < countable)) return {time_incorrect, "stop"};
+    if (!(samples(request.step) < countable)) return {time_incorrect, "step"};
+    grid.first = static_cast<long long>(samples(request.start) + allowance) + 1;
+    grid.last = static_cast<long long>(samples(request.stop) + allowance) + 1;
+    grid.every = std::max(static_cast<long long>(samples(request.step) + 0.5), 1LL);
+    return {};
+}
+
+bool is_available(const IirFilter& filter, Implementation form) {
+    switch (form) {
+        case Implementation::parallel: return is_there(filter.parallel);
+        case Implementation::lattice: return is_there(filter.lattice);
+        case Implementation::direct: return is_there(filter.direct);
+        case Implementation::allpass: return is_there(filter.allpass);
+        case Implementation::cascade: return has_filter(filter);
+        case Implementation::natural_modes: break;
+    }
+    return false;
+}
+
+std::string_view structure_name(Implementation form) {
+    constexpr std::array<std::string_view, 5> names = {"cascade ", "parallel", "lattice ", "direct  ", "allpass "};
+    const auto place = static_cast<std::size_t>(form) - 1;
+    return place < names.size() ? names[place] : std::string_view();
+}
+
+TimeRows sampled_response(const IirFilter& filter, Implementation form, AllpassOutput output, const SampleGrid& grid,
+                          Watcher& watcher) {
+    const auto rows = [&](auto stepper) { return run(stepper, stepper, grid, filter.T, watcher); };
+    switch (form) {
+        case Implementation::cascade: return rows(CascadeStepper<>(filter.cascade));
+        case Implementation::parallel: return rows(ParallelStepper<>(filter.parallel));
+        case Implementation::lattice: return rows(LatticeStepper<>(filter.lattice));
+        case Implementation::direct: return rows(DirectStepper<>(filter.direct));
+        case Implementation::allpass:
+            if (output == AllpassOutput::filter) output = output_that_is_the_filter(filter.kind);
+            return rows(AllpassStepper<>(filter.allpass, output));
+        case Implementation::natural_modes: break;
+    }
+    return {};
+}
+
+namespace {
+
+template <class Stepper>
+TimeRows run(Stepper impulse, Stepper step, const SampleGrid& grid, double T, Watcher& watcher) {
+    constexpr long long between_questions = 4096;
+    TimeRows rows;
+    const long long count = std::min<long long>(grid.count(), analysis_points);
+    const long long last = grid.first + (count - 1) * grid.every;
+    for (long long n = 1; n <= last; ++n) {
+        if (n % between_questions == 0 && !watcher.go_on()) break;
+        const double h = impulse.step(n == 1 ? 1.0 : 0.0), s = step.step(1.0);
+        if (n < grid.first || (n - grid.first) % grid.every != 0) continue;
+        const int i = ++rows.count;
+        rows.time(i) = static_cast<double>(n - 1) * T;
+        rows.impulse(i) = h;
+        rows.step(i) = s;
+    }
+    return rows;
+}
+
+}  // namespace
+
+}  // namespace kavrel

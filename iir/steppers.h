@@ -1,0 +1,187 @@
+// The forms of a digital filter at work: one sample in, one sample out, by their difference equations.
+//
+// A stepper holds the state of one run of one form, at first at rest, and refers to the form. `Quantise` is what a
+// product, and in some places a sum, goes through before it is added up: the working word length of the arithmetic.
+// Unquantised numbers are doubles as they are.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+
+#include "iir/iir_filter.h"
+
+namespace kavrel {
+
+struct Unquantised {
+    [[nodiscard]] double operator()(double value) const { return value; }
+};
+
+// Node 0 is the input times CK, node k the output of section k:
+//     node k = SC(k) node(k-1) + C1N(k) node(k-1) z^-1 + C2N(k) node(k-1) z^-2 - C1D(k) node k z^-1 - C2D(k) node k
+//     z^-2
+template <class Quantise = Unquantised>
+class CascadeStepper {
+public:
+    explicit CascadeStepper(const CascadeForm& form, Quantise quantise = {}) : form_(form), q_(quantise) {}
+
+    double step(double x) {
+        const int sections = section_count(form_);
+        double now = q_(x * form_.CK);
+        for (int k = 1; k <= sections; ++k) {
+            const bool numerator = k <= form_.NNUM, denominator = k <= form_.NDEN;
+            const double n0 = numerator ? form_.SC(k) : 1, n1 = numerator ? form_.C1N(k) : 0;
+            const double n2 = numerator ? form_.C2N(k) : 0, d1 = denominator ? form_.C1D(k) : 0;
+            const double d2 = denominator ? form_.C2D(k) : 0;
+            const double next = q_(q_(n0 * now) + q_(n1 * last_(k)) + q_(n2 * before_(k)) - q_(d1 * last_(k + 1)) -
+                                   q_(d2 * before_(k + 1)));
+            before_(k) = last_(k);
+            last_(k) = now;
+            now = next;
+        }
+        before_(sections + 1) = last_(sections + 1);
+        last_(sections + 1) = now;
+        return now;
+    }
+
+private:
+    const CascadeForm& form_;
+    [[no_unique_address]] Quantise q_;
+    Table<double, iir_section_limit + 1> last_;    // [k + 1] node k one sample ago
+    Table<double, iir_section_limit + 1> before_;  // two samples ago
+};
+
+//     node k = AL(k) x + BE(k) x z^-1 - GA(k) node k z^-1 - DE(k) node k z^-2, y = AO x + sum of the nodes
+template <class Quantise = Unquantised>
+class ParallelStepper {
+public:
+    explicit ParallelStepper(const ParallelForm& form, Quantise quantise = {}) : form_(form), q_(quantise) {}
+
+    double step(double x) {
+        double y = q_(form_.AO * x);
+        for (int k = 1; k <= form_.NPAR; ++k) {
+            const double node = q_(form_.AL(k) * x) + q_(form_.BE(k) * last_input_) - q_(form_.GA(k) * last_(k)) -
+                                q_(form_.DE(k) * before_(k));
+            before_(k) = last_(k);
+            last_(k) = node;
+            y += node;
+        }
+        last_input_ = x;
+        return y;
+    }
+
+private:
+    const ParallelForm& form_;
+    [[no_unique_address]] Quantise q_;
+    double last_input_ = 0;
+    Table<double, 26> last_;
+    Table<double, 26> before_;
+};
+
+//     y = sum ZNUM(i) x z^-(i-1) - sum ZDEN(i + 1) y z^-i
+template <class Quantise = Unquantised>
+class DirectStepper {
+public:
+    explicit DirectStepper(const DirectForm& form, Quantise quantise = {}) : form_(form), q_(quantise) {}
+
+    double step(double x) {
+        std::copy_backward(inputs_.begin(), inputs_.end() - 1, inputs_.end());
+        inputs_(1) = x;
+        double sum = 0;
+        for (int i = 1; i <= form_.JN; ++i) sum += q_(form_.ZNUM(i) * inputs_(i));
+        for (int i = 1; i < form_.JD; ++i) sum -= q_(form_.ZDEN(i + 1) * outputs_(i));
+        const double y = q_(sum);
+        std::copy_backward(outputs_.begin(), outputs_.end() - 1, outputs_.end());
+        outputs_(1) = y;
+        return y;
+    }
+
+private:
+    const DirectForm& form_;
+    [[no_unique_address]] Quantise q_;
+    Table<double, 51> inputs_;   // [i] i - 1 samples ago
+    Table<double, 51> outputs_;  // [i] i samples ago
+};
+
+//     e(1) = x, e(i) = e(i-1) - GMMUL(JT+1-i) z(JT+1-i) z^-1; z(1) = e(JT), z(i) = z(i-1) z^-1 + GMMUL(i-1) e(JT+2-i)
+// y is the sum of the taps GMTAP(i) z(i) as the sample before left them: so the output comes one sample late. The first
+// sample sets the state that a 1 leaves, z(1) = 1, z(i) = GMMUL(i-1), whatever it is; its output is 0.
+template <class Quantise = Unquantised>
+class LatticeStepper {
+public:
+    explicit LatticeStepper(const LatticeForm& form, Quantise quantise = {}) : form_(form), q_(quantise) {}
+
+    double step(double x) {
+        const int taps = form_.JT;
+        if (first_) {
+            first_ = false;
+            node_(1) = 1;
+            for (int i = 2; i <= taps; ++i) node_(i) = form_.GMMUL(i - 1);
+            return 0;
+        }
+        double sum = 0;
+        for (int i = 1; i <= taps; ++i) sum += q_(form_.GMTAP(i) * node_(i));
+        double e = x;
+        for (int i = taps; i >= 2; --i) {
+            const double last = node_(i - 1), k = form_.GMMUL(i - 1);
+            e -= q_(k * last);
+            node_(i) = last + q_(k * e);
+        }
+        node_(1) = e;
+        return q_(sum);
+    }
+
+private:
+    const LatticeForm& form_;
+    [[no_unique_address]] Quantise q_;
+    Table<double, 51> node_;  // [i] z(i)
+    bool first_ = true;
+};
+
+// One chain of allpass sections; node 0 is the input:
+//     node k = A2(k) node(k-1) + A1(k) node(k-1) z^-1 + node(k-1) z^-2 - A1(k) node k z^-1 - A2(k) node k z^-2,
+// of first order, with A2(k) = 0, node k = A1(k) node(k-1) + node(k-1) z^-1 - A1(k) node k z^-1.
+class AllpassChain {
+public:
+    template <class Quantise>
+    double step(double now, const Table<double, 13>& A1, const Table<double, 13>& A2, int count, const Quantise& q) {
+        for (int k = 1; k <= count; ++k) {
+            const double a1 = A1(k), a2 = A2(k);
+            const double next =
+                a2 == 0 ? q(a1 * now) + last_(k) - q(a1 * last_(k + 1))
+                        : q(a2 * now) + q(a1 * last_(k)) + before_(k) - q(a1 * last_(k + 1)) - q(a2 * before_(k + 1));
+            before_(k) = last_(k);
+            last_(k) = now;
+            now = next;
+        }
+        before_(count + 1) = last_(count + 1);
+        last_(count + 1) = now;
+        return now;
+    }
+
+private:
+    Table<double, 14> last_;  // [k + 1] node k one sample ago
+    Table<double, 14> before_;
+};
+
+// Half the sum of the two chains, or minus half their difference.
+template <class Quantise = Unquantised>
+class AllpassStepper {
+public:
+    AllpassStepper(const AllpassForm& form, AllpassOutput output, Quantise quantise = {})
+        : form_(form), difference_(output == AllpassOutput::difference), q_(quantise) {}
+
+    double step(double x) {
+        const double a = first_.step(x, form_.TA1, form_.TA2, form_.NTA, q_);
+        const double b = second_.step(x, form_.TB1, form_.TB2, form_.NTB, q_);
+        return difference_ ? -0.5 * (a - b) : 0.5 * (a + b);
+    }
+
+private:
+    const AllpassForm& form_;
+    bool difference_;
+    [[no_unique_address]] Quantise q_;
+    AllpassChain first_;
+    AllpassChain second_;
+};
+
+}  // namespace kavrel

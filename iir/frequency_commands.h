@@ -11,6 +11,7 @@ void plot_frequency(IirDesk& desk);
 
 namespace iir_plot {
 inline constexpr int print_analysis = 161;  // event of the plot window's item "&Print"
+inline constexpr int least_points = 5;      // of a curve
 }  // namespace iir_plot
 
 }  // namespace kavrel

@@ -47,7 +47,9 @@ void tabulate_time(IirDesk& desk) {
     if (tabulate(desk, lines)) report_done(desk);
 }
 
-void plot_time(IirDesk& desk) { plot_time(desk, desk.command.time_plot, iir_plot::print_analysis); }
+void plot_time(IirDesk& desk) {
+    plot_time(desk, desk.command.time_plot, iir_plot::print_analysis, iir_plot::least_points);
+}
 
 namespace {
 

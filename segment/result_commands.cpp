@@ -14,17 +14,19 @@ void mark_earlier(Fingerprint analysed, Fingerprint shown, std::vector<std::stri
     if (analysed != shown) lines.insert(lines.begin(), std::string(earlier_results));
 }
 
-void plot_frequency(Desk& desk, const PlotChoice& choice, std::span<const CurveRow> curves, int print_id) {
+void plot_frequency(Desk& desk, const PlotChoice& choice, std::span<const CurveRow> curves, int print_id,
+                    int least_points) {
     const UnitSet& units = desk.session.units;
     const PlotSource source{.kind = AnalysisResult::Kind::frequency,
                             .curves = curves,
                             .x_label = frequency_label(desk.results),
                             .x_unit = desk.results.radians ? 1.0 : units.frequency_multiplier,
-                            .print_id = print_id};
+                            .print_id = print_id,
+                            .least_points = least_points};
     show_plot(desk, plot_results(choice, source, units, desk.results, desk.plot));
 }
 
-void plot_time(Desk& desk, const PlotChoice& choice, int print_id) {
+void plot_time(Desk& desk, const PlotChoice& choice, int print_id, int least_points) {
     constexpr CurveRow curves[] = {{&AnalysisResult::IMPULSE, &AnalysisResult::has_impulse, "Impulse response"},
                                    {&AnalysisResult::STEP, &AnalysisResult::has_step, "Step response"}};
     const UnitSet& units = desk.session.units;
@@ -32,7 +34,8 @@ void plot_time(Desk& desk, const PlotChoice& choice, int print_id) {
                             .curves = curves,
                             .x_label = "Time (sec)",
                             .x_unit = units.time_multiplier,
-                            .print_id = print_id};
+                            .print_id = print_id,
+                            .least_points = least_points};
     show_plot(desk, plot_results(choice, source, units, desk.results, desk.plot));
 }
 

@@ -22,10 +22,11 @@ inline constexpr std::string_view no_analysis_results = plot_messages::no_result
 void mark_earlier(Fingerprint analysed, Fingerprint shown, std::vector<std::string>& lines);
 
 // "pltf": the curves that the form chose among the Segment's columns, over the frequency of the last analysis.
-void plot_frequency(Desk& desk, const PlotChoice& choice, std::span<const CurveRow> curves, int print_id);
+void plot_frequency(Desk& desk, const PlotChoice& choice, std::span<const CurveRow> curves, int print_id,
+                    int least_points = 2);
 
 // "pltt": impulse response (curve 1) and step response (curve 2) over time.
-void plot_time(Desk& desk, const PlotChoice& choice, int print_id);
+void plot_time(Desk& desk, const PlotChoice& choice, int print_id, int least_points = 2);
 
 // Opens the window of a plot, or reports why there is none.
 void show_plot(Desk& desk, const PlotVerdict& verdict);

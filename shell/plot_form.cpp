@@ -31,7 +31,7 @@ PlotVerdict plot_results(const PlotChoice& choice, const PlotSource& source, con
         if (curve != nullptr && !(results.*curve->present)) return plot_messages::no_results;
     }
     take_points(choice, source, curves, results);
-    if (results.point_count < 2) return plot_messages::too_few_points;
+    if (results.point_count < source.least_points) return plot_messages::too_few_points;
     const auto x = points(results.X_DATA, results.point_count);
     const auto y1 = points(results.Y1_DATA, results.point_count);
     const auto y2 = points(results.Y2_DATA, results.has_y2 ? results.point_count : 0);

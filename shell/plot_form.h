@@ -43,11 +43,12 @@ struct PlotSource {
     std::string_view x_label;
     double x_unit;  // of the limits, in the unit of the x column
     int print_id;   // see PlotWindow
+    int least_points = 2;
 };
 
 // Copies the chosen curves, between the limits, into X_DATA, Y1_DATA and Y2_DATA, and from there into the window. Told
 // instead: that there are no results of the kind, no curve is chosen, a chosen one is not among the results, the points
-// are fewer than two, or a delay is constant.
+// are too few, or a delay is constant.
 [[nodiscard]] PlotVerdict plot_results(const PlotChoice& choice, const PlotSource& source, const UnitSet& units,
                                        AnalysisResult& results, PlotWindow& window);
 

@@ -117,7 +117,7 @@ TEST_F(TimeAnalysis, TablesAndPlot) {
     EXPECT_EQ(read_text("two.tab"), " *** analysis of an earlier filter ***\n" + table);
     command.time_plot.y1 = 1;
     send("pltt");
-    EXPECT_EQ(boxes(), "Error: Too few points to plot");
+    EXPECT_EQ(boxes(), "Warning: Too few points to plot");
     time(0, 0.004, 0);
     send("pltt");
     EXPECT_EQ(boxes(), "");

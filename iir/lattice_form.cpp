@@ -19,7 +19,7 @@ LatticeVerdict makeLattice(IirFilter& filter) {
     if (filter.roots.NP == 0) return {LatticeOutcome::no_poles};
     LatticeForm lattice;
     LatticeVerdict verdict = step_down<154>(filter.roots, lattice);
-    if (verdict.outcome == LatticeOutcome::lost) verdict = step_down<600>(filter.roots, lattice);
+    if (verdict.outcome == LatticeOutcome::lost) verdict = step_down<616>(filter.roots, lattice);
     if (verdict.outcome == LatticeOutcome::made) filter.lattice = lattice;
     return verdict;
 }

@@ -92,6 +92,16 @@ double frequency_of_root(const FilterSpec& spec, const TransferFunction& t, doub
     return spec.sampleFrequency / std::numbers::pi * std::atan(omega * edge_tangent(spec, t));
 }
 
+void scale_transfer(Medium medium, double factor, TransferFunction& transfer) {
+    transfer.normFrequency *= factor;
+    if (medium != lumped) return;
+    for (int i = 1; i <= transfer.zeroCount; ++i) transfer.ZEROS_RE(i) *= factor, transfer.ZEROS_IM(i) *= factor;
+    for (int i = 1; i <= transfer.poleCount; ++i) transfer.POLES_RE(i) *= factor, transfer.POLES_IM(i) *= factor;
+    const double level = 20 * (transfer.poleCount - transfer.zeroCount) * std::log10(factor);
+    transfer.gainConstant += level;
+    transfer.lossConstant += level;
+}
+
 double edge_tangent(const FilterSpec& spec, const TransferFunction& t) {
     return std::tan(t.normFrequency / 2 / spec.sampleFrequency);
 }

@@ -31,6 +31,9 @@ namespace kavrel {
 // Hz of an imaginary part among the roots.
 [[nodiscard]] double frequency_of_root(const FilterSpec& spec, const TransferFunction& transfer, double omega);
 
+// Multiplies all frequencies of a function by a factor; its losses stay.
+void scale_transfer(Medium medium, double factor, TransferFunction& transfer);
+
 // tan(pi f/fs) at the band edge, of a medium that has one.
 [[nodiscard]] double edge_tangent(const FilterSpec& spec, const TransferFunction& transfer);
 

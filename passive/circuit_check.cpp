@@ -6,7 +6,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "approximation/filter_kinds.h"
+#include "approximation/design_check.h"
 #include "circuit/branch_kinds.h"
 #include "shell/fields.h"
 #include "shell/finite.h"
@@ -23,19 +23,8 @@ bool within(T value, T low, T high) {
     return value >= low && value <= high;
 }
 bool canonical(std::int32_t word);
-bool sound_spec(const FilterSpec& spec);
 bool take_cells(const Circuit& circuit, const Branch& branch, Cells& taken);
 bool take_quadruplet(const Circuit& circuit, const Branch& branch, Slots& taken);
-
-// Whether no table has more cells in use than it has.
-template <Listed Record>
-bool counts_fit(const Record& record) {
-    bool good = true;
-    fields_of(record, [&](const char*, const auto& field, auto... count) {
-        good = good && (within(count, 0, field.bound) && ...);
-    });
-    return good;
-}
 
 }  // namespace
 
@@ -85,9 +74,7 @@ bool sound_design(const PassiveFilter& filter) {
 }
 
 bool all_finite(const PassiveFilter& filter) {
-    const auto& [request, notes, worked_lower_edge, worked_upper_edge] = filter.background;
-    return is_finite(filter.circuit) && all_finite(filter.mod, filter.spec, filter.transfer) &&
-           all_finite(request, notes, worked_lower_edge, worked_upper_edge);
+    return is_finite(filter.circuit) && all_finite(filter.mod, filter.spec, filter.transfer, filter.background);
 }
 
 namespace {
@@ -95,15 +82,6 @@ namespace {
 // Whether the word is what its fields are packed into: not negative, the topmost field within its range.
 bool canonical(std::int32_t word) {
     return word > 0 && branch_of_word(word).kn <= max_branches && branch_kinds.has(branch_of_word(word).id);
-}
-
-bool sound_spec(const FilterSpec& spec) {
-    const bool choices = within(spec.filterType, low_pass, delay_equalizer) &&
-                         within(spec.passbandType, maximally_flat, sloping_passband) &&
-                         within(spec.bandpassType, conventional, impedance_matching) &&
-                         within(spec.stopbandType, monotonic_stopband, functional_stopband) &&
-                         within(spec.medium, lumped, microwave) && find_kind(spec.implementation) != nullptr;
-    return choices && counts_fit(spec) && within(spec.degree, 0, max_degree);
 }
 
 bool take_cells(const Circuit& circuit, const Branch& branch, Cells& taken) {

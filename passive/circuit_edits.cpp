@@ -30,7 +30,6 @@ void for_each_request(PassiveFilter& filter, Visit visit) {
     visit(filter.spec);
     visit(filter.background.request);
 }
-void scale_transfer(Medium medium, double factor, TransferFunction& transfer);
 void turn_request(PassiveFilter& filter);
 std::vector<std::string> moved_zero_lines(const TransferFunction& transfer);
 
@@ -142,16 +141,6 @@ bool transfer_stubs(PassiveDesk& desk, EditStep& step) {
 namespace {
 
 // Roots of microwave functions are tangents.
-void scale_transfer(Medium medium, double factor, TransferFunction& transfer) {
-    transfer.normFrequency *= factor;
-    if (medium != lumped) return;
-    for (int i = 1; i <= transfer.zeroCount; ++i) transfer.ZEROS_RE(i) *= factor, transfer.ZEROS_IM(i) *= factor;
-    for (int i = 1; i <= transfer.poleCount; ++i) transfer.POLES_RE(i) *= factor, transfer.POLES_IM(i) *= factor;
-    const double level = 20 * (transfer.poleCount - transfer.zeroCount) * std::log10(factor);
-    transfer.gainConstant += level;
-    transfer.lossConstant += level;
-}
-
 void turn_request(PassiveFilter& filter) {
     FilterSpec& spec = filter.spec;
     if (!filter.designed) filter.background.request = spec;

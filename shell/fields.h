@@ -37,6 +37,20 @@ constexpr void for_each_field(Record& record, const Visit& visit) {
     fields_of(record, [&](std::string_view, auto& field, auto...) { visit(field); });
 }
 
+// Whether no table has more cells in use than it has; records that are members are looked through, too.
+template <Listed Record>
+[[nodiscard]] constexpr bool counts_fit(const Record& record) {
+    bool good = true;
+    fields_of(record, [&](std::string_view, const auto& field, auto... count) {
+        if constexpr (Listed<std::remove_cvref_t<decltype(field)>>) {
+            good = good && counts_fit(field);
+        } else {
+            good = good && ((count >= 0 && count <= field.bound) && ...);
+        }
+    });
+    return good;
+}
+
 // Members of an aggregate: it takes so many initialisers.
 struct AnyMember {
     template <class T>

@@ -11,6 +11,7 @@ namespace kavrel {
 struct Refusal {
     std::string text;
     std::string_view field;
+    std::string_view caption = "Error";  // of its box
 
     Refusal() = default;
     template <class Text>

@@ -59,8 +59,12 @@ enum class ExtSlot {
 
 // The two directions of a file of records. A routine that lists the items of a file serves both, being given the one or
 // the other: `items` one behind the other, `record` a record of its own; `require` refuses a file by what was read from
-// it. A logical (0 or 1) takes 4 bytes, a record that lists its fields takes them (shell/fields.h), anything else is
-// stored as it is.
+// it. A logical (0 or 1) takes 4 bytes, a record that lists its fields takes them (shell/fields.h), a table of such
+// records those of each, anything else is stored as it is.
+template <class T>
+concept TableOfListed = requires(T& table) {
+    requires Listed<typename decltype(table.cells)::value_type>;
+};
 
 // Gathers the records of an unformatted file.
 class RecordWriter {
@@ -91,6 +95,8 @@ private:
             put(std::int32_t{item});
         } else if constexpr (Listed<T>) {
             for_each_field(item, [&](const auto& field) { put(field); });
+        } else if constexpr (TableOfListed<T>) {
+            for (const auto& cell : item) put(cell);
         } else {
             payload_.append(reinterpret_cast<const char*>(&item), sizeof item);
         }
@@ -136,6 +142,8 @@ private:
             item = logical == 1;
         } else if constexpr (Listed<T>) {
             for_each_field(item, [&](auto& field) { take(field); });
+        } else if constexpr (TableOfListed<T>) {
+            for (auto& cell : item) take(cell);
         } else {
             if (payload_.size() < sizeof item) good_ = false;
             if (!good_) return;

@@ -4,8 +4,6 @@ namespace kavrel {
 
 namespace {
 
-constexpr std::string_view not_stored = "Data was not stored";
-constexpr std::string_view not_kept = "Data could not be stored";
 constexpr std::string_view go_on = "Data could not be stored\nDo you want to go on without undo?";
 constexpr std::string_view stored_files = "Storage files";  // as selectors describe them
 
@@ -46,7 +44,9 @@ std::string_view cannot_redo(const KeptState& state) {
     return state.undoTop >= state.undoCount ? "Nothing to redo" : "";
 }
 
-std::string_view cannot_recall(const Desk& desk) { return desk.temporaries.has_stored() ? "" : not_stored; }
+std::string_view cannot_recall(const Desk& desk, const KeepingWords& words) {
+    return desk.temporaries.has_stored() ? "" : words.nothing_stored;
+}
 
 std::string_view cannot_save(const KeptWork& work) { return work.is_empty() ? data_unavailable : ""; }
 
@@ -68,7 +68,7 @@ bool redo(const KeptWork& work) {
 
 bool store(const KeptWork& work) {
     if (work.desk.temporaries.store(work.snapshot()) != FileStatus::done) {
-        work.desk.reporter.message(not_kept, "Warning");
+        work.desk.reporter.message(work.words().not_kept, "Warning");
         return false;
     }
     work.state.stored_for = work.desk.session.filter_file;
@@ -80,9 +80,9 @@ bool recall(const KeptWork& work) {
     const std::string former = work.snapshot();
     std::string bytes;
     const FileStatus status = work.desk.temporaries.recall(bytes);
-    if (status == FileStatus::not_found) return refused(work, not_stored);
+    if (status == FileStatus::not_found) return refused(work, work.words().nothing_stored);
     if (is_no_file(status)) return refused(work, message_of(status));
-    if (status != FileStatus::done || !work.take_snapshot(bytes)) return refused(work, "Data could not be read");
+    if (status != FileStatus::done || !work.take_snapshot(bytes)) return refused(work, work.words().not_recalled);
     if (!push_undo(work, former)) return taken_back(work, former);
     work.state.opened = true;
     if (!(session.filter_file == work.state.stored_for)) session.filter_file = "";
@@ -144,7 +144,7 @@ bool exchange(const KeptWork& work, int level, std::string_view not_read) {
     if (status != FileStatus::done || !work.take_snapshot(bytes)) return refused(work, not_read);
     if (files.write_undo(level, former) != FileStatus::done) {
         static_cast<void>(taken_back(work, former));
-        return refused(work, not_kept);
+        return refused(work, work.words().not_kept);
     }
     if (work.state.opened) {
         session.filter_file = "";

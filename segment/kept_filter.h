@@ -22,6 +22,13 @@ struct KeptState {
     Fingerprint saved = 0;      // of the filter as it was last saved or read; 0 when its title is another since
 };
 
+// What the boxes of "sto " and "rcl " say.
+struct KeepingWords {
+    std::string_view not_kept = "Data could not be stored";
+    std::string_view nothing_stored = "Data was not stored";
+    std::string_view not_recalled = "Data could not be read";
+};
+
 // How filters of a type are kept.
 template <class Filter>
 struct Keeping {
@@ -30,6 +37,7 @@ struct Keeping {
     bool (*is_empty)(const Filter& filter);     // whether there is nothing to save
     std::string_view open_caption;              // of the selector of "read"
     std::string_view overwrite_warning;         // before it
+    KeepingWords words = {};
 };
 
 // A Segment's filter, whatever its type, with the records that the commands work on. The title is the session's.
@@ -51,6 +59,7 @@ public:
     [[nodiscard]] virtual std::string selector_filter() const = 0;                                // "*.qfp; *.trf"
     [[nodiscard]] virtual std::string_view open_caption() const = 0;
     [[nodiscard]] virtual std::string_view overwrite_warning() const = 0;
+    [[nodiscard]] virtual const KeepingWords& words() const = 0;
 };
 
 template <class Filter>
@@ -79,6 +88,7 @@ public:
     }
     std::string_view open_caption() const override { return keeping_.open_caption; }
     std::string_view overwrite_warning() const override { return keeping_.overwrite_warning; }
+    const KeepingWords& words() const override { return keeping_.words; }
 
 private:
     Filter& filter_;
@@ -101,7 +111,7 @@ void keep_former(const KeptWork& work);
 // Why a command has nothing to go on, in the words of its refusal; blank otherwise.
 [[nodiscard]] std::string_view cannot_undo(const KeptState& state);
 [[nodiscard]] std::string_view cannot_redo(const KeptState& state);
-[[nodiscard]] std::string_view cannot_recall(const Desk& desk);
+[[nodiscard]] std::string_view cannot_recall(const Desk& desk, const KeepingWords& words = {});
 [[nodiscard]] std::string_view cannot_save(const KeptWork& work);
 
 // The commands answer whether they were done. Where one was not, a box has said why, and nothing has changed: filter,

@@ -21,8 +21,10 @@ void factorRoots(double c1, double c2, Table<double, 51>& re, Table<double, 51>&
         append(h, std::sqrt(-d));
         append(h, -std::sqrt(-d));
     } else {
-        append(h + std::sqrt(d), 0);
-        append(h - std::sqrt(d), 0);
+        // The larger one without cancellation, the other one by their product.
+        const double larger = h < 0 ? h - std::sqrt(d) : h + std::sqrt(d);
+        append(h < 0 ? c2 / larger : larger, 0);
+        append(h < 0 ? larger : c2 / larger, 0);
     }
 }
 
@@ -34,15 +36,25 @@ void rootsFromFactors(IirFilter& filter) {
     const CascadeForm& cascade = filter.cascade;
     DigitalRoots roots;
     roots.ZMULT = cascade.CK;
+    for (const double scale : cascade.SC) roots.ZMULT *= scale;
     for (int k = 1; k <= cascade.NNUM; ++k) {
         const auto [c1, c2] = numerator_factor(cascade, k);
         factorRoots(c1, c2, roots.ZR, roots.ZI, roots.NZ);
-        roots.ZMULT *= cascade.SC(k);
     }
     for (int k = 1; k <= cascade.NDEN; ++k) {
         factorRoots(cascade.C1D(k), cascade.C2D(k), roots.QR, roots.PI, roots.NP);
     }
     filter.roots = roots;
+}
+
+void unscale(CascadeForm& cascade) {
+    for (int k = 1; k <= iir_section_limit; ++k) {
+        cascade.CK *= cascade.SC(k);
+        cascade.C1N(k) /= cascade.SC(k);
+        cascade.C2N(k) /= cascade.SC(k);
+        cascade.SC(k) = 1;
+    }
+    cascade.SCALED = false;
 }
 
 void clear_derived_forms(IirFilter& filter) {
@@ -54,15 +66,19 @@ void clear_derived_forms(IirFilter& filter) {
 
 bool removeRoot(Complex<double> value, Table<double, 51>& re, Table<double, 51>& im, int& count) {
     constexpr double close = 1e-8, relative = 1e-10;
-    const double within = std::max(close, relative * std::hypot(value.re, value.im));
+    double within = std::max(close, relative * std::hypot(value.re, value.im));
+    int nearest = 0;
     for (int i = 1; i <= count; ++i) {
-        if (!(std::hypot(re(i) - value.re, im(i) - value.im) <= within)) continue;
-        for (int j = i; j < count; ++j) re(j) = re(j + 1), im(j) = im(j + 1);
-        re(count) = im(count) = 0;
-        --count;
-        return true;
+        const double distance = std::hypot(re(i) - value.re, im(i) - value.im);
+        if (!(nearest == 0 ? distance <= within : distance < within)) continue;
+        within = distance;
+        nearest = i;
     }
-    return false;
+    if (nearest == 0) return false;
+    for (int j = nearest; j < count; ++j) re(j) = re(j + 1), im(j) = im(j + 1);
+    re(count) = im(count) = 0;
+    --count;
+    return true;
 }
 
 std::string_view z_transform_text(ZTransform transform) {

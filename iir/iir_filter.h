@@ -39,10 +39,22 @@ struct DigitalRoots {
     double ZMULT = 1.0;
     double PMULT = 1.0;
 };
+template <ListedAs<DigitalRoots> Record, class Visit>
+constexpr void fields_of(Record& roots, Visit&& visit) {
+    visit("ZR", roots.ZR, roots.NZ);
+    visit("ZI", roots.ZI, roots.NZ);
+    visit("QR", roots.QR, roots.NP);
+    visit("PI", roots.PI, roots.NP);
+    visit("NZ", roots.NZ);
+    visit("NP", roots.NP);
+    visit("ZMULT", roots.ZMULT);
+    visit("PMULT", roots.PMULT);
+}
+static_assert(lists_each_field<DigitalRoots>);
 
 // H = CK prod(SC(k) + C1N(k) z^-1 + C2N(k) z^-2)/prod(1 + C1D(k) z^-1 + C2D(k) z^-2). A numerator and a denominator
-// factor of one index make a section; the counts may differ, a missing factor counts as 1. A second coefficient of
-// exactly 0 makes a factor of first order.
+// factor of one index make a section; the counts may differ: a missing denominator counts as 1, a missing numerator as
+// SC(k). A second coefficient of exactly 0 makes a factor of first order.
 struct CascadeForm {
     Table<double, iir_section_limit> C1N;  // [k] 1 <= k <= NNUM; while SCALED, SC(k) times the section's own
     Table<double, iir_section_limit> C2N;
@@ -54,6 +66,19 @@ struct CascadeForm {
     int NDEN = 0;
     bool SCALED = false;
 };
+template <ListedAs<CascadeForm> Record, class Visit>
+constexpr void fields_of(Record& form, Visit&& visit) {
+    visit("C1N", form.C1N, form.NNUM);
+    visit("C2N", form.C2N, form.NNUM);
+    visit("C1D", form.C1D, form.NDEN);
+    visit("C2D", form.C2D, form.NDEN);
+    visit("SC", form.SC);
+    visit("CK", form.CK);
+    visit("NNUM", form.NNUM);
+    visit("NDEN", form.NDEN);
+    visit("SCALED", form.SCALED);
+}
+static_assert(lists_each_field<CascadeForm>);
 
 // H = AO + sum (AL(k) + BE(k) z^-1)/(1 + GA(k) z^-1 + DE(k) z^-2).
 struct ParallelForm {
@@ -64,6 +89,16 @@ struct ParallelForm {
     double AO = 0.0;
     int NPAR = 0;
 };
+template <ListedAs<ParallelForm> Record, class Visit>
+constexpr void fields_of(Record& form, Visit&& visit) {
+    visit("AL", form.AL, form.NPAR);
+    visit("BE", form.BE, form.NPAR);
+    visit("GA", form.GA, form.NPAR);
+    visit("DE", form.DE, form.NPAR);
+    visit("AO", form.AO);
+    visit("NPAR", form.NPAR);
+}
+static_assert(lists_each_field<ParallelForm>);
 
 // Coefficients of ascending powers of z^-1; ZDEN(1) is PMULT, which counts as 1.
 struct DirectForm {
@@ -72,6 +107,14 @@ struct DirectForm {
     int JN = 0;
     int JD = 0;
 };
+template <ListedAs<DirectForm> Record, class Visit>
+constexpr void fields_of(Record& form, Visit&& visit) {
+    visit("ZNUM", form.ZNUM, form.JN);
+    visit("ZDEN", form.ZDEN, form.JD);
+    visit("JN", form.JN);
+    visit("JD", form.JD);
+}
+static_assert(lists_each_field<DirectForm>);
 
 // Gray-Markel lattice: reflection coefficients and tap weights.
 struct LatticeForm {
@@ -80,6 +123,14 @@ struct LatticeForm {
     int JM = 0;
     int JT = 0;
 };
+template <ListedAs<LatticeForm> Record, class Visit>
+constexpr void fields_of(Record& form, Visit&& visit) {
+    visit("GMMUL", form.GMMUL, form.JM);
+    visit("GMTAP", form.GMTAP, form.JT);
+    visit("JM", form.JM);
+    visit("JT", form.JT);
+}
+static_assert(lists_each_field<LatticeForm>);
 
 // Two chains of allpass sections (A2 + A1 z^-1 + z^-2)/(1 + A1 z^-1 + A2 z^-2), of first order (A1 + z^-1)/(1 + A1
 // z^-1) where A2 is 0. The sum of their outputs has half their sum, the difference minus half their difference.
@@ -93,6 +144,18 @@ struct AllpassForm {
     Table<int, iir_root_limit> LARR;  // [i] of pole i as the design had it: 1 the first chain, any other the second
     bool ALLPASS_OK = false;          // LARR is set, and the poles are those of the design
 };
+template <ListedAs<AllpassForm> Record, class Visit>
+constexpr void fields_of(Record& form, Visit&& visit) {
+    visit("TA1", form.TA1, form.NTA);
+    visit("TA2", form.TA2, form.NTA);
+    visit("TB1", form.TB1, form.NTB);
+    visit("TB2", form.TB2, form.NTB);
+    visit("NTA", form.NTA);
+    visit("NTB", form.NTB);
+    visit("LARR", form.LARR);
+    visit("ALLPASS_OK", form.ALLPASS_OK);
+}
+static_assert(lists_each_field<AllpassForm>);
 
 // `delay`: a delay line or a delay equalizer.
 enum class DigitalKind : int { unknown = 0, low_pass = 1, high_pass = 2, band_pass = 3, band_reject = 4, delay = 5 };
@@ -105,6 +168,14 @@ struct IirRequestRow {
     double to = 0;
     double loss = 0;
 };
+template <ListedAs<IirRequestRow> Record, class Visit>
+constexpr void fields_of(Record& row, Visit&& visit) {
+    visit("stopband", row.stopband);
+    visit("from", row.from);
+    visit("to", row.to);
+    visit("loss", row.loss);
+}
+static_assert(lists_each_field<IirRequestRow>);
 struct IirAsked {
     int count = 0;
     Table<IirRequestRow, 4> rows;  // [i] 1 <= i <= count, pass bands first
@@ -112,6 +183,15 @@ struct IirAsked {
     bool sloping = false;          // the pass band's losses lie in a strip of `loss` about a slope in dB/octave
     double slope = 0;
 };
+template <ListedAs<IirAsked> Record, class Visit>
+constexpr void fields_of(Record& asked, Visit&& visit) {
+    visit("count", asked.count);
+    visit("rows", asked.rows, asked.count);
+    visit("flat_loss", asked.flat_loss);
+    visit("sloping", asked.sloping);
+    visit("slope", asked.slope);
+}
+static_assert(lists_each_field<IirAsked>);
 
 struct IirFilter {
     double fs = 0.0;   // Hz
@@ -142,6 +222,36 @@ struct IirFilter {
     DesignBackground background;
     IirAsked asked;
 };
+template <ListedAs<IirFilter> Record, class Visit>
+constexpr void fields_of(Record& filter, Visit&& visit) {
+    visit("fs", filter.fs);
+    visit("T", filter.T);
+    visit("FLO", filter.FLO);
+    visit("FHI", filter.FHI);
+    visit("kind", filter.kind);
+    visit("FilterTypeText", filter.FilterTypeText);
+    visit("z_transform", filter.z_transform);
+    visit("spectral", filter.spectral);
+    visit("converted", filter.converted);
+    visit("Modified", filter.Modified);
+    visit("bits", filter.bits);
+    visit("LastBits", filter.LastBits);
+    visit("roots", filter.roots);
+    visit("cascade", filter.cascade);
+    visit("parallel", filter.parallel);
+    visit("direct", filter.direct);
+    visit("lattice", filter.lattice);
+    visit("allpass", filter.allpass);
+    visit("unequalized_count", filter.unequalized_count);
+    visit("UNEQUALIZED_RE", filter.UNEQUALIZED_RE, filter.unequalized_count);
+    visit("UNEQUALIZED_IM", filter.UNEQUALIZED_IM, filter.unequalized_count);
+    visit("designed", filter.designed);
+    visit("spec", filter.spec);
+    visit("transfer", filter.transfer);
+    visit("background", filter.background);
+    visit("asked", filter.asked);
+}
+static_assert(lists_each_field<IirFilter>);
 
 static_assert(std::is_trivially_copyable_v<IirFilter>);
 
@@ -153,6 +263,9 @@ void factorRoots(double c1, double c2, Table<double, 51>& re, Table<double, 51>&
 
 // The roots from the cascade, as its own factors have them: ZMULT is CK times the scale factors, PMULT 1.
 void rootsFromFactors(IirFilter& filter);
+
+// Undoes scaling: the scale factors go back into CK and are 1.
+void unscale(CascadeForm& cascade);
 
 // Numerator factor k as 1 + c1 z^-1 + c2 z^-2: what is stored, over SC(k).
 struct FactorCoefficients {
@@ -173,7 +286,7 @@ struct FactorCoefficients {
 // Gives up the four forms that are made of the cascade; the chains of a differential allpass are known no more.
 void clear_derived_forms(IirFilter& filter);
 
-// Takes a root out of a list: the first one within max(1e-8, 1e-10 |value|) of `value`. False where there is none.
+// Takes a root out of a list: the nearest one within max(1e-8, 1e-10 |value|) of `value`. False where there is none.
 [[nodiscard]] bool removeRoot(Complex<double> value, Table<double, 51>& re, Table<double, 51>& im, int& count);
 
 // Which output of a differential allpass pair is the filter: the sum of a low-pass and a band-reject.

@@ -1,37 +1,20 @@
 #include "iir/stored_iir.h"
 
-#include <cstring>
+#include "iir/iir_records.h"
 
 namespace kavrel {
 
-namespace {
+constexpr std::array<StoredForm<IirFilter>, 1> iir_files = {
+    {{.slot = ExtSlot::iir_filter, .layout = {.bytes = iir_records, .take = read_iir_records}}}};
 
-// Placeholder layout until the records are laid out.
-std::string all_bytes(const IirFilter& filter, const FixedText<80>& title) {
-    std::string bytes(sizeof filter + sizeof title, '\0');
-    std::memcpy(bytes.data(), &filter, sizeof filter);
-    std::memcpy(bytes.data() + sizeof filter, &title, sizeof title);
-    return bytes;
-}
-
-bool take_bytes(std::string_view bytes, IirFilter& filter, FixedText<80>& title) {
-    if (bytes.size() != sizeof filter + sizeof title) return false;
-    std::memcpy(&filter, bytes.data(), sizeof filter);
-    std::memcpy(&title, bytes.data() + sizeof filter, sizeof title);
-    return true;
-}
-
-constexpr Layout<IirFilter> layout{.bytes = all_bytes, .take = take_bytes};
-
-}  // namespace
-
-constexpr std::array<StoredForm<IirFilter>, 1> iir_files = {{{.slot = ExtSlot::iir_filter, .layout = layout}}};
-
-constexpr Keeping<IirFilter> iir_keeping{.snapshot = layout,
+constexpr Keeping<IirFilter> iir_keeping{.snapshot = {.bytes = iir_snapshot, .take = read_iir_snapshot},
                                          .forms = iir_files,
                                          .is_empty = [](const IirFilter& filter) { return !has_filter(filter); },
                                          .open_caption = "Open a stored filter text file",
-                                         .overwrite_warning = "Current filter will be overwritten!"};
+                                         .overwrite_warning = "Current filter will be overwritten!",
+                                         .words = {.not_kept = " Data could not be stored",
+                                                   .nothing_stored = "Nothing stored\nor error reading data file",
+                                                   .not_recalled = "Nothing stored\nor error reading data file"}};
 
 Fingerprint fingerprint(const IirFilter& filter) { return fingerprint(iir_keeping.snapshot, filter); }
 

@@ -1,4 +1,4 @@
-// How the IIR Segment keeps its filter: the layout of stored files (.qfd) and of snapshots.
+// How the IIR Segment keeps its filter: stored files (.qfd) and snapshots are records (iir/iir_records.h).
 #pragma once
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "iir/command_tools.h"
 
-#include "iir/iir_report.h"
+#include "iir/edits.h"
 #include "segment/result_commands.h"
 #include "shell/finite.h"
 
@@ -22,17 +22,45 @@ std::string_view needs_time_results(const IirDesk& desk) {
     return desk.results.time_count > 0 ? "" : no_analysis_results;
 }
 
+std::string_view needs_place_for_factor(const IirDesk& desk) {
+    if (const auto why = needs_filter(desk); !why.empty()) return why;
+    const DigitalRoots& roots = desk.filter.roots;
+    return roots.NZ < iir_root_limit || roots.NP < iir_root_limit ? "" : degree_too_high;
+}
+
+std::string_view needs_factor(const IirDesk& desk) {
+    if (const auto why = needs_filter(desk); !why.empty()) return why;
+    return section_count(desk.filter.cascade) > 0 ? "" : no_such_factor;
+}
+
+std::string_view needs_factors_to_permute(const IirDesk& desk) {
+    if (const auto why = needs_filter(desk); !why.empty()) return why;
+    const int sections = section_count(desk.filter.cascade);
+    return sections == 0 ? no_cascade : sections == 1 ? too_few_to_permute : "";
+}
+
 void make_edit(IirDesk& desk, IirEdit edit) {
     if (const auto why = needs_filter(desk); !why.empty()) return refuse(desk, why);
     IirFilter filter = desk.filter;
-    if (const Refusal wrong = edit(filter, desk.command, desk.session.units); !wrong.empty()) {
+    Lines lines;
+    if (const Refusal wrong = edit(filter, desk.command, desk.session.units, lines); !wrong.empty()) {
         return refuse(desk, wrong);
     }
-    if (fingerprint(filter) == fingerprint(desk.filter)) return;
-    if (!keep_for_undo(kept(desk))) return;
-    filter.Modified = true;
-    desk.filter = filter;
+    take_edited(desk, filter, lines);
+}
+
+bool take_edited(IirDesk& desk, const IirFilter& edited, const Lines& lines) {
+    if (fingerprint(edited) == fingerprint(desk.filter)) return false;
+    if (!is_finite(edited) && is_finite(desk.filter)) {
+        refuse(desk, "Values of the filter are out of range");
+        return false;
+    }
+    if (!keep_for_undo(kept(desk))) return false;
+    desk.filter = edited;
+    desk.filter.Modified = true;
+    report_lines(desk, lines);
     report_lines(desk, cascade_lines(desk.filter, desk.command.display_format, desk.session.units));
+    return true;
 }
 
 }  // namespace kavrel

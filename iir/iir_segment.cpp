@@ -24,19 +24,19 @@ constexpr CommandTable commands({
     {"time", analyse_time, needs_filter},
     {"asci", write_text_file, needs_filter},
     {"flat", edit<add_flat_loss>, needs_filter},
-    {"add ", edit<add_factor>, needs_filter},
-    {"del ", edit<delete_factor>, needs_filter},
+    {"add ", edit<add_factor>, needs_place_for_factor},
+    {"del ", edit<delete_factor>, needs_factor},
     {"trun"},
     {"read", read},
     {"show", show, needs_filter},
-    {"perm", edit<permute_factors>, needs_filter},
+    {"perm", edit<permute_factors>, needs_factors_to_permute},
     {"ord "},
     {"lim "},
     {"scal"},
     {"save", save_iir_file, needs_filter},
     {"equ "},
     {"sto ", store_filter},
-    {"rcl ", recall_filter, [](const IirDesk& desk) { return cannot_recall(desk); }},
+    {"rcl ", recall_filter, [](const IirDesk& desk) { return cannot_recall(desk, iir_keeping.words); }},
     {"prog"},
     {"par ", make_parallel_form, needs_filter},
     {"des ", draw_section, needs_filter},
@@ -60,6 +60,7 @@ constexpr CommandTable commands({
     {"conv", reverse_frequency, needs_filter},
 });
 
+void forget_edits(KeptState& kept);
 void report_missed(IirDesk& desk);
 
 }  // namespace
@@ -77,6 +78,7 @@ void iirSegment(IirDesk& desk) {
     const Fingerprint before = fingerprint(desk.filter);
     const bool another = entry != iir_entry::ordinary_command || cell == read_word;
     entry = iir_entry::ordinary_command;
+    if (name_given) forget_edits(desk.state.kept);
     if (name_given && cell == read_word) {
         read_iir_file(desk, true);
         cell = {};
@@ -88,6 +90,12 @@ void iirSegment(IirDesk& desk) {
 }
 
 namespace {
+
+// A stored filter takes the place of another one.
+void forget_edits(KeptState& kept) {
+    kept.undoTop = kept.undoCount = 0;
+    kept.opened = false;
+}
 
 void report_missed(IirDesk& desk) {
     WindowWatcher watcher(desk.window, check_work);

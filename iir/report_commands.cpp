@@ -1,11 +1,17 @@
 #include "iir/report_commands.h"
 
+#include "iir/command_tools.h"
+#include "iir/pole_zero_text.h"
+
 namespace kavrel {
 
 void show(IirDesk&) {}
 void write_text_file(IirDesk&) {}
 void display_design(IirDesk&) {}
-void display_function(IirDesk&) {}
+void display_function(IirDesk& desk) {
+    if (const auto why = needs_roots(desk); !why.empty()) return refuse(desk, why);
+    report_lines(desk, root_lines(desk.filter));
+}
 void draw_section(IirDesk&) {}
 
 // A stored file has the title, too: with another one it is no longer what is shown.

@@ -30,24 +30,45 @@ Factors factors_of(const HalfRoots& roots, RealPairs real_pairs);
 void sort_by_quality(Factors& poles);
 Factors in_sections(Factors zeros, const Factors& poles);
 int set_factors(const Factors& factors, Table<double, iir_section_limit>& c1, Table<double, iir_section_limit>& c2);
-HalfRoots roots_of(const Factors& factors);
-void set_roots(const DigitalFunction& function, IirFilter& filter);
+int set_roots(const Factors& factors, Table<double, 51>& re, Table<double, 51>& im);
 
 }  // namespace
 
-void takeFunction(const DigitalFunction& function, IirFilter& filter) {
-    Factors poles = factors_of(poles_of(function), RealPairs::neighbours);
+void pair_roots(IirFilter& filter) {
+    DigitalRoots& roots = filter.roots;
+    HalfRoots of_poles = half_roots(roots.QR, roots.PI, roots.NP);
+    Table<int, iir_root_limit>& chains = filter.allpass.LARR;
+    for (int i = 1; HalfRoot & pole : of_poles) pole.chain = chains(i), i += pole.size();
+    Factors poles = factors_of(of_poles, RealPairs::neighbours);
     sort_by_quality(poles);
-    const Factors zeros = in_sections(factors_of(zeros_of(function), RealPairs::opposites), poles);
+    const Factors zeros =
+        in_sections(factors_of(half_roots(roots.ZR, roots.ZI, roots.NZ), RealPairs::opposites), poles);
 
     filter.cascade = {};
-    filter.cascade.CK = function.zMultiplier;
+    filter.cascade.CK = roots.ZMULT / roots.PMULT;
     filter.cascade.NNUM = set_factors(zeros, filter.cascade.C1N, filter.cascade.C2N);
     filter.cascade.NDEN = set_factors(poles, filter.cascade.C1D, filter.cascade.C2D);
-    DigitalFunction sorted = function;
-    set_zeros(roots_of(zeros), sorted);
-    set_poles(roots_of(poles), sorted);
-    set_roots(sorted, filter);
+    roots.NZ = set_roots(zeros, roots.ZR, roots.ZI);
+    roots.NP = set_roots(poles, roots.QR, roots.PI);
+    int next = 0;
+    for (const Factor& factor : poles) {
+        for (const HalfRoot& half : factor.roots) {
+            for (int member = 1; member <= half.size(); ++member) chains(++next) = half.chain;
+        }
+    }
+}
+
+void take_function(const DigitalFunction& f, IirFilter& filter) {
+    DigitalRoots& roots = filter.roots;
+    roots = {};
+    roots.NZ = f.zeroCount, roots.NP = f.poleCount;
+    for (int i = 1; i <= f.zeroCount; ++i) roots.ZR(i) = f.ZEROS_RE(i), roots.ZI(i) = f.ZEROS_IM(i);
+    for (int i = 1; i <= f.poleCount; ++i) roots.QR(i) = f.POLES_RE(i), roots.PI(i) = f.POLES_IM(i);
+    roots.ZMULT = f.zMultiplier;
+    filter.allpass = {};
+    filter.allpass.LARR = f.LARR;
+    filter.allpass.ALLPASS_OK = f.allpass_ok;
+    pair_roots(filter);
 }
 
 namespace {
@@ -138,22 +159,18 @@ int set_factors(const Factors& factors, Table<double, iir_section_limit>& c1, Ta
     return count;
 }
 
-HalfRoots roots_of(const Factors& factors) {
-    HalfRoots roots;
-    for (const Factor& factor : factors) roots.insert(roots.end(), factor.roots.begin(), factor.roots.end());
-    return roots;
-}
-
-void set_roots(const DigitalFunction& f, IirFilter& filter) {
-    DigitalRoots& roots = filter.roots;
-    roots = {};
-    roots.NZ = f.zeroCount, roots.NP = f.poleCount;
-    for (int i = 1; i <= f.zeroCount; ++i) roots.ZR(i) = f.ZEROS_RE(i), roots.ZI(i) = f.ZEROS_IM(i);
-    for (int i = 1; i <= f.poleCount; ++i) roots.QR(i) = f.POLES_RE(i), roots.PI(i) = f.POLES_IM(i);
-    roots.ZMULT = f.zMultiplier;
-    filter.allpass = {};
-    filter.allpass.LARR = f.LARR;
-    filter.allpass.ALLPASS_OK = f.allpass_ok;
+int set_roots(const Factors& factors, Table<double, 51>& re, Table<double, 51>& im) {
+    int count = 0;
+    const auto append = [&](Wide x, Wide y) {
+        ++count, re(count) = static_cast<double>(x), im(count) = static_cast<double>(y);
+    };
+    for (const Factor& factor : factors) {
+        for (const HalfRoot& half : factor.roots) {
+            append(half.root.re, half.root.im);
+            if (half.pair) append(half.root.re, -half.root.im);
+        }
+    }
+    return count;
 }
 
 }  // namespace

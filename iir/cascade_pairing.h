@@ -14,8 +14,11 @@
 
 namespace kavrel {
 
-// Sets roots, cascade and chains of the poles of a filter; the roots are in the order of their sections. H stays what
-// it is.
-void takeFunction(const DigitalFunction& function, IirFilter& filter);
+// Makes the cascade of the roots, which come to be in the order of their sections, and the chains of the poles with
+// them. H stays what it is. At most 50 zeros and 50 poles.
+void pair_roots(IirFilter& filter);
+
+// Roots, chains of the poles and cascade of a function.
+void take_function(const DigitalFunction& function, IirFilter& filter);
 
 }  // namespace kavrel

@@ -1,5 +1,6 @@
 #include "iir/digital_design.h"
 
+#include <cmath>
 #include <memory>
 #include <numbers>
 
@@ -86,8 +87,9 @@ double sampling_frequency_of(double typed, double opened_with) {
 
 Refusal refusal_of_sampling(const TransferFunction& transfer, double fs, const UnitSet& units) {
     const double least = 2 * band_edge(transfer);
-    if (fs > least) return {};
-    return {fmt::format("{} {}", sampling_unacceptable, unit_value_text(units, least, hertz)), "sampling"};
+    if (fs > least && std::isfinite(fs)) return {};
+    const std::string value = unit_value_text(units, least, hertz);
+    return {fmt::format("{} {}", sampling_unacceptable, trim(value)), "sampling"};
 }
 
 Refusal refusal_of_spectral(const SpectralRequest& request, int degree) {
@@ -122,7 +124,7 @@ Refusal make_digital(const FilterSpec& found, const FilterDesign& design, ZTrans
     filter.z_transform = transform;
     filter.spectral = spectral.kind;
     set_kind(found, spectral, filter);
-    takeFunction(function, filter);
+    take_function(function, filter);
     filter.designed = true;
     filter.spec = found;
     filter.transfer = design.transfer;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "iir/cascade_pairing.h"
 #include "iir/roots_loss.h"
 
 namespace kavrel {
@@ -30,6 +31,7 @@ void take_roots(std::span<const Complex<double>> zeros, std::span<const Complex<
     append(poles, roots.QR, roots.PI, roots.NP);
     const double loss = least_loss_of_pass_band(filter);
     if (std::isfinite(loss)) roots.ZMULT = std::pow(10, loss / 20);
+    pair_roots(filter);
 }
 
 namespace {

@@ -66,7 +66,7 @@ void order_chains(Number z, DigitalFunction& f) {
 }
 
 bool is_usable(const DigitalFunction& f) {
-    return all_finite(f.ZEROS_RE, f.ZEROS_IM, f.POLES_RE, f.POLES_IM, f.zMultiplier) && f.zMultiplier != 0;
+    return all_finite(f.ZEROS_RE, f.ZEROS_IM, f.POLES_RE, f.POLES_IM, f.zMultiplier) && std::isnormal(f.zMultiplier);
 }
 
 namespace {

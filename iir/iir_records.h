@@ -11,7 +11,7 @@
 //      filter before it was equalized (408 each)                                                         4456
 //   6  AL, BE, GA, DE (208 each), AO (8), JN, JD, JM, JT, number of the poles before equalization,
 //      0 (4 each), NPAR (4)                                                                               868
-//   7  LARR (200), ALLPASS_OK (4), TA1, TA2, TB1, TB2 (104 each), NTA, NTB (4 each), 0 (4)                628
+//   7  LARR (200), ALLPASS_OK (4), TA1, TA2, TB1, TB2 (104 each), NTA, NTB (4 each), 0 (4)                632
 //   8  "Kavrel 1", mark and version; fs, Modified, bits, designed; FilterSpec of the design, with what was found for
 //      it; its background, request and notes; what was asked of the filter
 //

@@ -27,11 +27,11 @@ Lines pole_zero_lines(const IirFilter& filter, std::string_view title) {
 }
 
 Lines root_lines(const IirFilter& filter) {
-    constexpr std::string_view columns = "       real part           imaginary part";
+    constexpr std::string_view columns = "          real part     imaginary part";
     const DigitalRoots& roots = filter.roots;
-    Lines lines = {"     Numerator roots normalized", std::string(columns)};
+    Lines lines = {"      Numerator roots normalized", std::string(columns)};
     add_roots(roots.ZR, roots.ZI, roots.NZ, RootsShown::all, lines);
-    lines.emplace_back("    Denominator roots normalized");
+    lines.emplace_back("      Denominator roots normalized");
     lines.emplace_back(columns);
     if (filter.unequalized_count > 0) {
         add_roots(filter.UNEQUALIZED_RE, filter.UNEQUALIZED_IM, filter.unequalized_count, RootsShown::all, lines);

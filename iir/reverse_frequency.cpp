@@ -124,7 +124,7 @@ void turn_request(double fs, IirAsked& asked) {
 void add_transmission_zeros(const IirFilter& filter, const UnitSet& units, Lines& lines) {
     constexpr double least = 1e-8;
     lines.push_back(edited<"(17X,'Transmission zeros')">());
-    lines.push_back(edited<"(15X,'real part',7X,'imaginary part')">());
+    lines.push_back(edited<"(17X,'real part',4X,'imaginary part')">());
     const double sign = turned(filter.kind) == DigitalKind::high_pass ? -1 : 1;
     const DigitalRoots& roots = filter.roots;
     for (int i = 2; i <= roots.NZ; i += 2) {

@@ -9,6 +9,7 @@
 
 #include "iir/iir_forms.h"
 #include "iir/iir_segment.h"
+#include "iir/stored_iir.h"
 #include "tests/support/fake_window.h"
 #include "tests/support/scratch_folder.h"
 
@@ -56,6 +57,13 @@ struct IirRoom {
         EXPECT_TRUE(session.word(SegmentId::iir).is_blank()) << word;
     }
 
+    void send(std::string_view word, const Form& form, Entries entries) {
+        if (fill(form, entries)) send(word);
+    }
+
+    // All that undo has to bring back.
+    [[nodiscard]] std::string bytes() const { return iir_keeping.snapshot.bytes(filter, {}); }
+
     [[nodiscard]] std::string boxes() const {
         std::string text;
         for (const std::string& box : window.boxes) text += (text.empty() ? "" : " | ") + box;
@@ -66,6 +74,7 @@ struct IirRoom {
         for (const std::string& line : window.lines) text += line + '\n';
         return text;
     }
+    [[nodiscard]] bool reported(std::string_view text) const { return lines().find(text) != std::string::npos; }
 };
 
 }  // namespace kavrel

@@ -76,12 +76,12 @@ namespace {
 
 // Filter kinds have the numbers of FilterType, 0 where it is not known.
 constexpr FilterType number_of(DigitalKind kind) {
-    constexpr std::array numbers = {FilterType{0}, low_pass, high_pass, band_pass, band_reject};
+    constexpr std::array numbers = {FilterType{0}, low_pass, high_pass, band_pass, band_reject, delay_equalizer};
     return numbers[static_cast<std::size_t>(kind)];
 }
 constexpr DigitalKind kind_of(FilterType number) {
-    for (const DigitalKind kind :
-         {DigitalKind::low_pass, DigitalKind::high_pass, DigitalKind::band_pass, DigitalKind::band_reject}) {
+    using enum DigitalKind;
+    for (const DigitalKind kind : {low_pass, high_pass, band_pass, band_reject, delay}) {
         if (number_of(kind) == number) return kind;
     }
     return number == linear_phase_low_pass ? DigitalKind::low_pass : DigitalKind::unknown;
@@ -238,7 +238,7 @@ bool sound_chains(const IirFilter& filter);
 bool sound(const IirFilter& filter) {
     const DigitalRoots& roots = filter.roots;
     const LatticeForm& lattice = filter.lattice;
-    const bool choices = filter.kind >= DigitalKind::unknown && filter.kind <= DigitalKind::band_reject &&
+    const bool choices = filter.kind >= DigitalKind::unknown && filter.kind <= DigitalKind::delay &&
                          filter.spectral >= SpectralKind::none && filter.spectral <= SpectralKind::to_bandreject;
     const bool counts = counts_fit(filter) && roots.NZ <= iir_root_limit && roots.NP <= iir_root_limit &&
                         (lattice.JT == 0 ? lattice.JM == 0 : lattice.JM == lattice.JT - 1);

@@ -4,7 +4,7 @@
 //   2  ZR, ZI (408 each), ZMULT (8), QR, PI (408 each), PMULT (8), NZ, NP (4 each)                      1656
 //   3  SC (200), FLO, FHI, LastBits (8 each), spectral kind (4)                                           228
 //   4  C1D, C2D, C1N, C2N (200 each), CK (8), FilterTypeText (20), z transform (4), filter kind (4:
-//      1 low-pass, 2 high-pass, 4 band-pass, 5 band-reject, 0 unknown), SCALED, converted (4 each,
+//      1 low-pass, 2 high-pass, 4 band-pass, 5 band-reject, 6 delay, 0 unknown), SCALED, converted (4 each,
 //      0 or 1), NNUM, NDEN (4 each)                                                                       852
 //   5  the analog prototype (1800): TransferFunction, its fields in the order of their declaration; the
 //      design's edges, losses, choices and counts (208); ZNUM, ZDEN, GMMUL, GMTAP, and the poles of the

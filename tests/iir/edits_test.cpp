@@ -4,12 +4,21 @@
 #include <cmath>
 #include <tuple>
 
+#include "iir/cascade_pairing.h"
 #include "iir/command_tools.h"
+#include "iir/iir_records.h"
+#include "tests/approximation/digital_cases.h"
 #include "tests/iir/factored_filter.h"
 #include "tests/iir/iir_room.h"
 
 namespace kavrel {
 namespace {
+
+bool reads_again(const IirFilter& filter) {
+    IirFilter found;
+    FixedText<80> title;
+    return read_iir_records(iir_records(filter, ""), found, title);
+}
 
 // H behind an edit by H before it.
 struct Promise {
@@ -121,6 +130,53 @@ TEST(Edits, DoToHWhatTheyPromise) {
                 << promise.what;
         }
     }
+}
+
+// Every factor of a design is found among its roots, whatever goes before it.
+TEST(Edits, DesignsCanBeTakenApart) {
+    RandomNumbers random(4);
+    int deleted = 0;
+    for (const std::string_view kind : {"butterworth", "chebyshev", "inverse_chebyshev", "elliptic"}) {
+        for (const ZTransform transform : {ZTransform::bilinear, ZTransform::matched, ZTransform::impulse_invariant}) {
+            for (const SpectralKind spectral : {SpectralKind::none, SpectralKind::to_lowpass, SpectralKind::to_highpass,
+                                                SpectralKind::to_bandpass, SpectralKind::to_bandreject}) {
+                for (const double edge : {10.0, 1000.0, 3000.0}) {
+                    test::DigitalCase asked{.spec = {}, .transform = transform, .target = {.kind = spectral}};
+                    asked.spec.upperPassEdge = edge;
+                    asked.spec.bandEdgeLoss = 0.5;
+                    if (kind == "elliptic" || kind == "inverse_chebyshev") asked.spec.upperStopEdge = 1.2 * edge;
+                    test::take_function(kind, random.integer(2, 12), asked.spec);
+                    asked.target.lower = random.spread(5, 2000);
+                    asked.target.upper = asked.target.lower * random.between(1.01, 1.9);
+                    IirFilter filter = factored_filter(8000, 1, {}, {});
+                    takeFunction(test::designed(asked).function, filter);
+                    EXPECT_TRUE(reads_again(filter)) << kind << edge;
+                    while (section_count(filter.cascade) > 0) {
+                        EXPECT_LT(roots_against_cascade(filter), rounding(filter))
+                            << kind << static_cast<int>(transform) << edge;
+                        const bool numerator = filter.cascade.NDEN == 0 || (filter.cascade.NNUM > 0 && random.coin());
+                        IirRequest request;
+                        request.deleted_from = numerator ? FactorPlace::numerator : FactorPlace::denominator;
+                        request.deleted = random.integer(1, numerator ? filter.cascade.NNUM : filter.cascade.NDEN);
+                        Lines lines;
+                        ASSERT_EQ(delete_factor(filter, request, {}, lines).text, "")
+                            << kind << static_cast<int>(transform) << static_cast<int>(spectral) << ' ' << edge;
+                        ++deleted;
+                    }
+                    EXPECT_EQ(filter.roots.NP, 0);
+                }
+            }
+        }
+    }
+    EXPECT_GT(deleted, 1000);
+    // Of roots that nearly coincide a factor has half the digits.
+    IirFilter filter = factored_filter(8000, 1, {}, {{-1.8, 0.81}});
+    filter.roots.QR(1) = 0.9 + 3e-8, filter.roots.QR(2) = 0.9 - 3e-8;
+    filter.roots.PI = {};
+    IirRequest request;
+    request.deleted = 1, request.deleted_from = FactorPlace::denominator;
+    Lines lines;
+    EXPECT_TRUE(delete_factor(filter, request, {}, lines).empty());
 }
 
 // Each form has the level in its own places.

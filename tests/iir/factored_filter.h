@@ -101,6 +101,19 @@ double largest_gap(const First& first, const Second& second) {
     return static_cast<double>(gap / peak);
 }
 
+// What the last digits of the coefficients may come to: they matter where the terms of a denominator nearly cancel.
+inline double rounding(const IirFilter& filter) {
+    const CascadeForm& c = filter.cascade;
+    long double sum = 1;
+    for (int k = 1; k <= c.NDEN; ++k) {
+        long double least = 1;
+        for (int i = 0; i <= 200; ++i)
+            least = std::min(least, std::abs(quadratic(1, c.C1D(k), c.C2D(k), point_at(i / 400.0L))));
+        sum += (1 + std::fabs(c.C1D(k)) + std::fabs(c.C2D(k))) / least;
+    }
+    return static_cast<double>(1e-15L * sum);
+}
+
 inline double roots_against_cascade(const IirFilter& filter) {
     return largest_gap([&](Point x) { return h_of_cascade(filter, x); },
                        [&](Point x) { return h_of_roots(filter, x); });

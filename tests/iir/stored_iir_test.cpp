@@ -33,7 +33,7 @@ IirFilter random_filter(std::mt19937& engine) {
     fields.settle(f.spec);
     fields.settle(f.background.request);
     fields.settle(f.transfer);
-    f.kind = DigitalKind{whole(0, 4)};
+    f.kind = DigitalKind{whole(0, 5)};
     f.z_transform = ZTransform{whole(1, 5)};
     f.spectral = SpectralKind{whole(0, 4)};
     f.bits = whole(1, unquantised_bits);

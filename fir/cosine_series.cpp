@@ -10,7 +10,7 @@
 
 #include <Eigen/QR>
 
-#include "fir/lanes.h"
+#include "numeric/lanes.h"
 
 namespace kavrel {
 

@@ -8,7 +8,7 @@
 #include <span>
 
 #include "fir/fir_grid.h"
-#include "fir/lanes.h"
+#include "numeric/lanes.h"
 
 namespace kavrel {
 

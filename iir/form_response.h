@@ -1,0 +1,39 @@
+// What a form does over frequency, by the coefficients of the form itself: H and its delay on the unit circle.
+//
+// A factor of second order is w times a0 w^-1 + a1 + a2 w with w = z^-1 = e^-j theta, that is
+//
+//     G = (a0 + a2) cos theta + a1 + j (a0 - a2) sin theta
+//
+// a sum of two numbers that the coefficients give almost exactly where poles crowd at z = 1 or -1. A polynomial of
+// higher degree is w^(n/2) times such a sum of cosines and sines. Delays are derivatives, not differences: that of a
+// factor is that of w less Im(G'/G), so a pair of zeros on the circle has exactly one sample.
+#pragma once
+
+#include <span>
+
+#include "iir/iir_request.h"
+#include "shell/analysis_result.h"
+
+namespace kavrel {
+
+struct ResponsePoint {
+    double loss = 0;   // dB, infinite on a zero; not finite in any other way where there is no result
+    double phase = 0;  // degrees from -180 on, below 180: that of 1/H
+    double delay = 0;  // seconds
+};
+
+struct FormResponse {
+    int count = 0;
+    bool has_delay = false;                            // not of the parallel form
+    bool has_complement = false;                       // of the differential allpass form alone
+    Table<ResponsePoint, analysis_points> filter;      // [i] 1 <= i <= count
+    Table<ResponsePoint, analysis_points> complement;  // the other output of the differential allpass
+};
+
+// Whether a filter is held in a form; natural modes are its roots.
+[[nodiscard]] bool has_form(const IirFilter& filter, Implementation form);
+
+// The response of a form that there is at 1 to 501 frequencies in Hz.
+[[nodiscard]] FormResponse form_response(const IirFilter& filter, Implementation form, std::span<const double> hertz);
+
+}  // namespace kavrel

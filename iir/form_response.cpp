@@ -42,8 +42,9 @@ struct Constants {
 
 constexpr double tiny = 1e-280;  // beside a square: 0/0 becomes a choice, all else stays
 
-// Below this share what doubles leave of H has fewer digits than the results hold: 2^-26, squared.
-constexpr double weak_share = 0x1p-52;
+// Below this share what doubles leave of H may have fewer digits than single precision, in which results are kept:
+// 2^-30, squared.
+constexpr double weak_share = 0x1p-60;
 
 template <class Real>
 Real square(Complex<Real> z) {

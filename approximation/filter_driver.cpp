@@ -119,8 +119,9 @@ FilterDesignVerdict designFilter(FilterKind kind, FilterSpec& spec, FilterDesign
         way.refuse({FrontFault::out_of_range});
         return FilterDesignVerdict::discontinued;
     }
-    report_predistorted(draft->request, found, draft->transfer, draft->notes.predistortion.used_q, reporter);
-    report_transfer_function(draft->transfer, found.medium, reporter);
+    const double used_q = draft->notes.predistortion.used_q;
+    reporter.report_lines(predistorted_lines(draft->request, found, draft->transfer, used_q));
+    reporter.report_lines(transfer_function_lines(draft->transfer, found.medium));
     spec = found;
     design = *draft;
     return FilterDesignVerdict::designed;
@@ -250,8 +251,8 @@ void Way::report() {
         reporter_.message(std::string(reset_to_parametric_box[0]) + '\n' + std::string(reset_to_parametric_box[1]),
                           "Warning");
     }
-    report_filter_design({request_, found_, design_.worked, notes_.front}, units_, reporter_);
-    report_predistortion(notes_.predistortion, reporter_);
+    reporter_.report_lines(filter_design_lines({request_, found_, design_.worked, notes_.front}, units_));
+    reporter_.report_lines(predistortion_lines(notes_.predistortion));
 }
 
 void Way::refuse(const ApproximationVerdict& verdict) {

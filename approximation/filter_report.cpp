@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "approximation/loss_rows.h"
 #include "shell/edit.h"
@@ -22,13 +23,11 @@ constexpr std::string_view last_zero_labels[] = {"infinity        ", "Nyquist fr
 // Lines of the report.
 class Sheet {
 public:
-    Sheet(const UnitSet& units, Reporter& reporter) : units_(units), reporter_(reporter) {}
+    explicit Sheet(const UnitSet& units) : units_(units) {}
 
-    void empty() { reporter_.report_line(""); }
-    void plain(std::string_view text) { reporter_.report_line(text); }
-    void heading(std::string_view text, int margin = outer_margin) {
-        reporter_.report_line(edit_x(margin) + std::string(text));
-    }
+    void empty() { add(""); }
+    void plain(std::string_view text) { add(text); }
+    void heading(std::string_view text, int margin = outer_margin) { add(edit_x(margin) + std::string(text)); }
     void frequency(std::string_view label, double hertz_value, int margin = outer_margin) {
         valued(label, unit_value_text(units_, hertz_value, hertz), margin);
     }
@@ -39,19 +38,22 @@ public:
     void valued(std::string_view label, std::string_view value, int margin) {
         std::string text = edit_x(margin) + std::string(label);
         if (text.size() < equals_column) text.resize(equals_column, ' ');
-        reporter_.report_line(trim_right(text + '=' + std::string(value)));
+        add(trim_right(text + '=' + std::string(value)));
     }
     void labelled(std::string_view label, double value, std::string_view unit = {}) {
         heading(edited<"(A,EN15.6,A)">(label, value, unit), inner_margin);
     }
-    void root_head() { reporter_.report_line(edited<"(2A20)">("real part", "imaginary part")); }
+    void root_head() { add(edited<"(2A20)">("real part", "imaginary part")); }
     // 0.0 added: no zero with a sign.
-    void root(double re, double im) { reporter_.report_line(edited<"(1P,2E20.7)">(re + 0.0, im + 0.0)); }
+    void root(double re, double im) { add(edited<"(1P,2E20.7)">(re + 0.0, im + 0.0)); }
     [[nodiscard]] const UnitSet& units() const { return units_; }
+    [[nodiscard]] std::vector<std::string> lines() && { return std::move(lines_); }
 
 private:
+    void add(std::string_view line) { lines_.emplace_back(line); }
+
     const UnitSet& units_;
-    Reporter& reporter_;
+    std::vector<std::string> lines_;
 };
 
 void report_heading(const FilterSpec& spec, Sheet& sheet);
@@ -63,38 +65,57 @@ void report_transmission_zeros(const DesignFacts& facts, Sheet& sheet);
 
 }  // namespace
 
-void report_filter_design(const DesignFacts& facts, const UnitSet& units, Reporter& reporter) {
-    Sheet sheet(units, reporter);
+std::vector<std::string> filter_design_lines(const DesignFacts& facts, const UnitSet& units) {
+    Sheet sheet(units);
     report_heading(facts.found, sheet);
     report_passband(facts, sheet);
     report_edges(facts, sheet);
     report_stopband(facts, sheet);
     report_counts(facts.found, sheet);
     report_transmission_zeros(facts, sheet);
+    return std::move(sheet).lines();
 }
 
-void report_predistortion(const PredistortionNotes& notes, Reporter& reporter) {
-    if (!notes.requested) return;
+std::vector<std::string> kept_design_lines(const FilterSpec& found, const DesignBackground& background,
+                                           const TransferFunction& transfer, const UnitSet& units) {
+    FilterSpec worked;
+    worked.lowerPassEdge = background.worked_lower_edge;
+    worked.upperPassEdge = background.worked_upper_edge;
+    const FilterSpec& request = background.request;
+    const PredistortionNotes& predistortion = background.notes.predistortion;
+    const DesignFacts facts{.request = request, .found = found, .worked = worked, .notes = background.notes.front};
+    std::vector<std::string> lines = filter_design_lines(facts, units);
+    for (const auto& more :
+         {predistortion_lines(predistortion), predistorted_lines(request, found, transfer, predistortion.used_q)}) {
+        lines.insert(lines.end(), more.begin(), more.end());
+    }
+    return lines;
+}
+
+std::vector<std::string> predistortion_lines(const PredistortionNotes& notes) {
+    if (!notes.requested) return {};
     const UnitSet si;
-    Sheet sheet(si, reporter);
+    Sheet sheet(si);
     sheet.heading(predistortion_head);
     sheet.labelled(requested_q_label, notes.requested_q);
     sheet.labelled(minimum_q_label, notes.minimum_q);
     if (notes.not_possible) sheet.plain(predistortion_not_possible);
+    return std::move(sheet).lines();
 }
 
-void report_predistorted(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
-                         double used_q, Reporter& reporter) {
-    if (used_q == 0) return;
+std::vector<std::string> predistorted_lines(const FilterSpec& request, const FilterSpec& found,
+                                            const TransferFunction& transfer, double used_q) {
+    if (used_q == 0) return {};
     const UnitSet si;
-    Sheet sheet(si, reporter);
+    Sheet sheet(si);
     sheet.labelled(used_q_label, used_q);
     sheet.labelled(flat_loss_label, flat_loss_of_predistortion(request, found, transfer, used_q), " dB.");
+    return std::move(sheet).lines();
 }
 
-void report_transfer_function(const TransferFunction& transfer, Medium medium, Reporter& reporter) {
+std::vector<std::string> transfer_function_lines(const TransferFunction& transfer, Medium medium) {
     const UnitSet si;
-    Sheet sheet(si, reporter);
+    Sheet sheet(si);
     sheet.empty();
     sheet.heading(medium == lumped ? "Transfer function, roots in rad/sec"
                                    : "Transfer function, roots in units of the warped edge");
@@ -108,6 +129,7 @@ void report_transfer_function(const TransferFunction& transfer, Medium medium, R
            transfer.ZEROS_IM);
     report("Poles", transfer.poleCount, transfer.POLES_RE, transfer.POLES_IM);
     sheet.number("Gain constant", transfer.gainConstant, " dB.", outer_margin);
+    return std::move(sheet).lines();
 }
 
 namespace {

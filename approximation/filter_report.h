@@ -1,9 +1,10 @@
 // The report of a filter design: the request with what was found for it, and the transfer function at its end.
 #pragma once
 
-#include "approximation/approximate.h"
-#include "approximation/filter_spec.h"
-#include "shell/reporter.h"
+#include <string>
+#include <vector>
+
+#include "approximation/design_background.h"
 #include "shell/units.h"
 
 namespace kavrel {
@@ -18,17 +19,21 @@ struct DesignFacts {
 
 // Heading, pass band, media, stopband, counts, transmission zeros. Labels are 7 or 10 blanks in, every equals sign in
 // one column; frequencies are in the user's units.
-void report_filter_design(const DesignFacts& facts, const UnitSet& units, Reporter& reporter);
+[[nodiscard]] std::vector<std::string> filter_design_lines(const DesignFacts& facts, const UnitSet& units);
 
 // Requested and minimum Q; nothing where none was requested.
-void report_predistortion(const PredistortionNotes& notes, Reporter& reporter);
+[[nodiscard]] std::vector<std::string> predistortion_lines(const PredistortionNotes& notes);
 
 // The Q that the poles were moved for, and what it costs in dB; nothing where they were not.
-void report_predistorted(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
-                         double used_q, Reporter& reporter);
+[[nodiscard]] std::vector<std::string> predistorted_lines(const FilterSpec& request, const FilterSpec& found,
+                                                          const TransferFunction& transfer, double used_q);
 
 // Zeros, poles and the gain constant. The roots of a lumped filter are in rad/s, those of the other media in the plane
 // of the warped variable.
-void report_transfer_function(const TransferFunction& transfer, Medium medium, Reporter& reporter);
+[[nodiscard]] std::vector<std::string> transfer_function_lines(const TransferFunction& transfer, Medium medium);
+
+// Of a design that a Segment keeps: all of these but the transfer function.
+[[nodiscard]] std::vector<std::string> kept_design_lines(const FilterSpec& found, const DesignBackground& background,
+                                                         const TransferFunction& transfer, const UnitSet& units);
 
 }  // namespace kavrel

@@ -161,6 +161,8 @@ void store_performance(const Performance& performance, AnalysisResult& result) {
     result.admittance = performance.admittance;
     result.has_loss = result.has_phase = result.has_delay = result.has_immittance = true;
     result.has_return_loss = performance.doubly_terminated;
+    result.has_complement = false;
+    result.structure = "";
     for (int i = 1; i <= performance.count; ++i) {
         const PerformanceRow& row = performance.rows(i);
         result.FREQ(i) = static_cast<float>(row.frequency);

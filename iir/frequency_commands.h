@@ -5,8 +5,10 @@
 
 namespace kavrel {
 
+// Refused: a form that there is not, a bad request. What is infinite, but for the loss at a zero, is no result.
 void analyse_frequency(IirDesk& desk);
 void tabulate_frequency(IirDesk& desk);
+// Of an allpass pair the user is asked which output; the parallel form has no delay.
 void plot_frequency(IirDesk& desk);
 
 namespace iir_plot {

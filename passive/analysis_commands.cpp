@@ -15,7 +15,6 @@ namespace {
 
 // Whether single precision holds all rows.
 [[nodiscard]] bool fits_results(const Performance& performance);
-void report_points_lost(Reporter& reporter, int lost, int asked);
 
 [[nodiscard]] bool settle_drive(PassiveDesk& desk);
 AnalysisRequest analysis_request(const PassiveDesk& desk, const FrequencyGrid& grid);
@@ -49,7 +48,7 @@ void analyse_frequency(PassiveDesk& desk) {
     desk.state.analysed = grid;
     desk.results.frequency_of = fingerprint(desk.filter);
     desk.results.TITLE = title_of(desk);
-    report_points_lost(desk.reporter, grid.count - performance.count, grid.count);
+    report_points_lost(desk, grid.count - performance.count, grid.count);
     if (wants_table(desk)) report_lines(desk, performance_lines(performance, title_of(desk)));
     report_done(desk);
 }
@@ -152,12 +151,6 @@ bool fits_results(const Performance& performance) {
         if (!fits(row.frequency, row.phase, row.delay, row.real, row.imaginary)) return false;
     }
     return true;
-}
-
-void report_points_lost(Reporter& reporter, int lost, int asked) {
-    if (lost == 0) return;
-    reporter.report_line(
-        edited<"(' *** ',I0,' of ',I0,' frequencies ',A,' no result ***')">(lost, asked, lost == 1 ? "has" : "have"));
 }
 
 // The row at f = 0 follows from the counters of the design.

@@ -46,24 +46,15 @@ void resonance(PassiveDesk& desk) {
 
 void display_design(PassiveDesk& desk) {
     if (const auto why = needs_design(desk); !why.empty()) return refuse(desk, why);
-    const FilterSpec& found = desk.filter.spec;
-    const DesignBackground& background = desk.filter.background;
-    FilterSpec worked;
-    worked.lowerPassEdge = background.worked_lower_edge;
-    worked.upperPassEdge = background.worked_upper_edge;
-    report_filter_design(
-        {.request = background.request, .found = found, .worked = worked, .notes = background.notes.front},
-        desk.session.units, desk.reporter);
-    const PredistortionNotes& predistortion = background.notes.predistortion;
-    report_predistortion(predistortion, desk.reporter);
-    report_predistorted(background.request, found, desk.filter.transfer, predistortion.used_q, desk.reporter);
-    report_lines(desk, termination_report(desk.filter.circuit, found));
+    const PassiveFilter& filter = desk.filter;
+    report_lines(desk, kept_design_lines(filter.spec, filter.background, filter.transfer, desk.session.units));
+    report_lines(desk, termination_report(filter.circuit, filter.spec));
 }
 
 void display_function(PassiveDesk& desk) {
     if (const auto why = needs_design(desk); !why.empty()) return refuse(desk, why);
     const Medium medium = desk.filter.spec.medium;
-    report_transfer_function(desk.filter.transfer, medium, desk.reporter);
+    report_lines(desk, transfer_function_lines(desk.filter.transfer, medium));
     desk.reporter.report_line("");
     report_lines(desk, polynomial_lines(transfer_polynomials(desk.filter.transfer, medium != lumped)));
 }

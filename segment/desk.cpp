@@ -8,9 +8,7 @@ void refuse(Desk& desk, const Refusal& refusal) { desk.reporter.refuse(refusal);
 
 void report_done(Desk& desk) { desk.reporter.message(command_done, "Success"); }
 
-void report_lines(Desk& desk, std::span<const std::string> lines) {
-    for (const std::string& line : lines) desk.reporter.report_line(line);
-}
+void report_lines(Desk& desk, std::span<const std::string> lines) { desk.reporter.report_lines(lines); }
 
 bool wants_table(Desk& desk) { return desk.reporter.message("Tabulate?", "Question", Buttons::yes_no) == Answer::yes; }
 

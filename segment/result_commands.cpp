@@ -1,5 +1,7 @@
 #include "segment/result_commands.h"
 
+#include "shell/edited.h"
+
 namespace kavrel {
 
 std::string_view frequency_label(const AnalysisResult& results) {
@@ -12,6 +14,12 @@ bool tabulate(Desk& desk, std::span<const std::string> lines) {
 
 void mark_earlier(Fingerprint analysed, Fingerprint shown, std::vector<std::string>& lines) {
     if (analysed != shown) lines.insert(lines.begin(), std::string(earlier_results));
+}
+
+void report_points_lost(Desk& desk, int lost, int asked) {
+    if (lost == 0) return;
+    desk.reporter.report_line(
+        edited<"(' *** ',I0,' of ',I0,' frequencies ',A,' no result ***')">(lost, asked, lost == 1 ? "has" : "have"));
 }
 
 void plot_frequency(Desk& desk, const PlotChoice& choice, std::span<const CurveRow> curves, int print_id,

@@ -21,6 +21,9 @@ inline constexpr std::string_view no_analysis_results = plot_messages::no_result
 // Marks a table of results that are of another filter than the one that is shown.
 void mark_earlier(Fingerprint analysed, Fingerprint shown, std::vector<std::string>& lines);
 
+// How many of the frequencies asked for have no result; nothing where all have one.
+void report_points_lost(Desk& desk, int lost, int asked);
+
 // "pltf": the curves that the form chose among the Segment's columns, over the frequency of the last analysis.
 void plot_frequency(Desk& desk, const PlotChoice& choice, std::span<const CurveRow> curves, int print_id,
                     int least_points = 2);

@@ -48,6 +48,9 @@ struct AnalysisResult {
     bool has_return_loss = false;
     bool has_immittance = false;  // AREAL and IMAG
     bool admittance = false;      // they are in siemens
+    bool has_complement = false;  // the other output of an allpass pair, in the three columns of that name
+    bool difference = false;      // of an allpass pair: its filter is the difference, the complement the sum
+    FixedText<13> structure;      // that was analysed, of a filter that has several; else blank
     ResultColumn FREQ;
     Table<double, analysis_points> frequency;  // [i] FREQ(i) before it was rounded
     ResultColumn LOSS;
@@ -56,6 +59,9 @@ struct AnalysisResult {
     ResultColumn RETUR;
     ResultColumn AREAL;
     ResultColumn IMAG;
+    ResultColumn LOSS_COMPLEMENT;
+    ResultColumn PHASE_COMPLEMENT;
+    ResultColumn DELAY_COMPLEMENT;
 
     // Time results.
     int time_count = 0;  // 0 to 501 valid rows
@@ -103,7 +109,7 @@ struct ColumnRow {
     Table<double, analysis_points> AnalysisResult::*exact = nullptr;  // the same in doubles, where it is kept
 };
 
-inline constexpr std::array<ColumnRow, 10> result_columns = {{
+inline constexpr std::array<ColumnRow, 13> result_columns = {{
     {AnalysisResult::Kind::frequency, "frequency", "", &AnalysisResult::FREQ, nullptr, &AnalysisResult::frequency},
     {AnalysisResult::Kind::frequency, "loss", "dB", &AnalysisResult::LOSS, &AnalysisResult::has_loss},
     {AnalysisResult::Kind::frequency, "phase", "deg", &AnalysisResult::PHASE, &AnalysisResult::has_phase},
@@ -111,6 +117,12 @@ inline constexpr std::array<ColumnRow, 10> result_columns = {{
     {AnalysisResult::Kind::frequency, "return_loss", "dB", &AnalysisResult::RETUR, &AnalysisResult::has_return_loss},
     {AnalysisResult::Kind::frequency, "real", "", &AnalysisResult::AREAL, &AnalysisResult::has_immittance},
     {AnalysisResult::Kind::frequency, "imag", "", &AnalysisResult::IMAG, &AnalysisResult::has_immittance},
+    {AnalysisResult::Kind::frequency, "loss_complement", "dB", &AnalysisResult::LOSS_COMPLEMENT,
+     &AnalysisResult::has_complement},
+    {AnalysisResult::Kind::frequency, "phase_complement", "deg", &AnalysisResult::PHASE_COMPLEMENT,
+     &AnalysisResult::has_complement},
+    {AnalysisResult::Kind::frequency, "delay_complement", "sec", &AnalysisResult::DELAY_COMPLEMENT,
+     &AnalysisResult::has_complement},
     {AnalysisResult::Kind::time, "time", "sec", &AnalysisResult::TIME, nullptr},
     {AnalysisResult::Kind::time, "impulse", "", &AnalysisResult::IMPULSE, &AnalysisResult::has_impulse},
     {AnalysisResult::Kind::time, "step", "1", &AnalysisResult::STEP, &AnalysisResult::has_step},

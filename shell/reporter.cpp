@@ -20,6 +20,10 @@ void Reporter::report_line(std::string_view text) {
     }
 }
 
+void Reporter::report_lines(std::span<const std::string> lines) {
+    for (const std::string& line : lines) report_line(line);
+}
+
 Answer Reporter::message(std::string_view text, std::string_view caption, Buttons buttons) {
     return show_message(text, caption, buttons, {});
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,7 @@ public:
 
     // Text to the report, cut at each line feed; each piece is shown, and printed or written as the print mode says.
     void report_line(std::string_view text);
+    void report_lines(std::span<const std::string> lines);
 
     // A modal box. The journal keeps its answer.
     Answer message(std::string_view text, std::string_view caption, Buttons buttons = Buttons::ok);

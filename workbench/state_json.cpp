@@ -106,7 +106,10 @@ Json results_part(Bench bench, AnalysisResult::Kind kind) {
     for (const ColumnRow& row : result_columns) {
         if (row.kind == kind && has_column(results, row)) part[std::string(row.name)] = column_values(results, row);
     }
-    if (part.contains("frequency")) part["frequency_unit"] = column_unit(results, result_columns.front());
+    if (part.contains("frequency")) {
+        part["frequency_unit"] = column_unit(results, result_columns.front());
+        if (!results.structure.is_blank()) part["structure"] = results.structure.trimmed();
+    }
     if (!part.is_null() && is_earlier(bench, analysed_filter(results, kind))) part["earlier"] = true;
     return part;
 }

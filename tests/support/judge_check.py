@@ -166,7 +166,7 @@ def request_of(state, script):
     fir = state["segment"] == "fir"
     if state["segment"] == "iir":
         filters = [asked_of_digital(fields) for kind, fields in forms_of(script) if kind == "Filter" and fields.get("filter_kind") == "IIR Digital"]
-        return filters[-1] if filters and not digital_edits.search(script) and state["design"] == "done" else None
+        return filters[-1] if filters and state["design"] == "done" else None
     wanted, asked_of, shown = ("FIR Filter", asked_of_fir, "fir") if fir else ("Filter", asked_of_filter, "spec")
     shown, same = state.get(shown, {}), lambda x, y: x == y if isinstance(x, str) else np.isclose(x, y, rtol=1e-9, atol=0)
     all_asked = [asked_of(fields) for kind, fields in forms_of(script) if kind == wanted and shown]
@@ -383,6 +383,9 @@ def rows_of(state, asked):
 
 def differences(state, script, tally):
     """What is wrong with the rows of the state, in words."""
+    if state["segment"] == "iir" and digital_edits.search(script):  # that move the request, or end it
+        tally["edited"] += 1
+        return []
     shown, asked = state.get("check"), request_of(state, script)
     if shown is None and asked is not None and not rows_of(state, asked):  # a given function: nothing was asked
         asked = None

@@ -3,8 +3,8 @@
 
 The z step and the spectral transformations are done with 120 digits (impulse-invariant ones with 400). Levels come from
 values of H, not from the products of roots that the program uses: the prototype has the edge loss at s = j, a spectral
-image the value of its low-pass at one z. Zeros of impulse-invariant filters are those of the expanded numerator, checked
-by multiplying them out again.
+image the value of its low-pass at one z. Zeros of impulse-invariant filters are those of the expanded numerator,
+checked by multiplying them out again.
 """
 import random
 
@@ -181,10 +181,12 @@ def requests():
                         n += n % 2
                     if kind in ("elliptic", "inverse_chebyshev") and n == 1:
                         n = 3
-                    yield transform, kind, filter_type, n, edges[filter_type], draw.choice((0.01, 0.1, 0.5, 3.0)), ("none", 0.0, 0.0)
+                    loss = draw.choice((0.01, 0.1, 0.5, 3.0))
+                    yield transform, kind, filter_type, n, edges[filter_type], loss, ("none", 0.0, 0.0)
     targets = {"lowpass": (0.0, 2600.0), "highpass": (300.0, 0.0), "bandpass": (1500.0, 1620.0),
                "bandreject": (700.0, 1900.0)}
-    wide = {"lowpass": (0.0, 150.0), "highpass": (3100.0, 0.0), "bandpass": (200.0, 3000.0), "bandreject": (995.0, 1005.0)}
+    wide = {"lowpass": (0.0, 150.0), "highpass": (3100.0, 0.0), "bandpass": (200.0, 3000.0),
+            "bandreject": (995.0, 1005.0)}
     for transform in TRANSFORMS:
         for name in targets:
             for where in (targets, wide):
@@ -203,16 +205,19 @@ def half(roots):
 
 def main():
     with open("z_transform_golden.txt", "w") as out:
-        print(f"# z_transform_reference.py with mpmath {mp.__version__}, closed forms of transfer_reference.py.", file=out)
-        print("# Tolerance 1e-10 of the magnitude of each root (poles: of their distance from the circle, too), and of the "
+        print(f"# z_transform_reference.py with mpmath {mp.__version__}, closed forms of transfer_reference.py.",
+              file=out)
+        print("# Tolerance 1e-12 of the magnitude of each zero, of each pole's distance from the circle, and of the "
               "multiplier.", file=out)
-        print("# transform kind type degree lower upper lower_stop upper_stop loss spectral fp fq multiplier, fs 8000,", file=out)
+        print("# transform kind type degree lower upper lower_stop upper_stop loss spectral fp fq multiplier, fs 8000,",
+              file=out)
         print("# count of zeros with imaginary part >= 0, re im each, the same for poles.", file=out)
         for transform, kind, filter_type, n, edges, loss, target in requests():
             stops = kind in ("elliptic", "inverse_chebyshev")
             used = edges if stops else (edges[0], edges[1], 0.0, 0.0)
             zeros, poles, multiplier = digital(transform, kind, filter_type, n, used, loss, target)
-            head = [TRANSFORMS[transform], kind, filter_type, n, *map(repr, used), loss, SPECTRAL[target[0]], *target[1:]]
+            head = [TRANSFORMS[transform], kind, filter_type, n, *map(repr, used), loss, SPECTRAL[target[0]],
+                    *target[1:]]
             print(" ".join(map(str, head + [mp.nstr(multiplier, 20)] + half(zeros) + half(poles))), file=out)
 
 

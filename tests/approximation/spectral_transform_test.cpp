@@ -99,6 +99,17 @@ TEST(SpectralTransform, RootsAreMappedByTheAllpass) {
                 const long double k = std::tan(th) * std::tan(w2 - w1), b = 2 * c / (k + 1), d = (1 - k) / (1 + k);
                 return (d * i * i - b * i + 1.0L) / (i * i - b * i + d);
             };
+            // The images of a frequency are where the allpass has its angle, or that of its conjugate.
+            for (const double frequency : {10.0, 700.0, 2000.0, 3100.0}) {
+                const FrequencyImages at = images_of(request, frequency);
+                const C asked = std::polar(1.0L, 2 * pi * frequency / fs);
+                for (const double image : {at.lower, at.upper}) {
+                    const C reached = low_pass_z(std::polar(1.0L, 2 * pi * image / fs));
+                    const long double off = std::min(std::abs(reached - asked), std::abs(reached - std::conj(asked)));
+                    const long double steep = std::max(1.0L, fs / static_cast<long double>(upper - lower));
+                    EXPECT_LT(off, 1e-14L * steep) << static_cast<int>(kind) << ' ' << edge << ' ' << lower;
+                }
+            }
             const bool doubles = kind == SpectralKind::to_bandpass || kind == SpectralKind::to_bandreject;
             EXPECT_EQ(f.poleCount, doubles ? 10 : 5);
             // H at a place off the circle is that of the low-pass at the place that the allpass gives.

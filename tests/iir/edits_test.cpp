@@ -149,7 +149,7 @@ TEST(Edits, DesignsCanBeTakenApart) {
                     asked.target.lower = random.spread(5, 2000);
                     asked.target.upper = asked.target.lower * random.between(1.01, 1.9);
                     IirFilter filter = factored_filter(8000, 1, {}, {});
-                    takeFunction(test::designed(asked).function, filter);
+                    take_function(test::designed(asked).function, filter);
                     EXPECT_TRUE(reads_again(filter)) << kind << edge;
                     while (section_count(filter.cascade) > 0) {
                         EXPECT_LT(roots_against_cascade(filter), rounding(filter))

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "numeric/long_real.h"
 
@@ -10,7 +11,7 @@ namespace kavrel {
 
 namespace {
 
-template <unsigned digits>
+template <class Long>
 LatticeVerdict step_down(const DigitalRoots& roots, LatticeForm& lattice);
 
 }  // namespace
@@ -18,8 +19,9 @@ LatticeVerdict step_down(const DigitalRoots& roots, LatticeForm& lattice);
 LatticeVerdict makeLattice(IirFilter& filter) {
     if (filter.roots.NP == 0) return {LatticeOutcome::no_poles};
     LatticeForm lattice;
-    LatticeVerdict verdict = step_down<154>(filter.roots, lattice);
-    if (verdict.outcome == LatticeOutcome::lost) verdict = step_down<616>(filter.roots, lattice);
+    LatticeVerdict verdict = step_down<LongRealOf<60>>(filter.roots, lattice);
+    if (verdict.outcome == LatticeOutcome::lost) verdict = step_down<LongReal>(filter.roots, lattice);
+    if (verdict.outcome == LatticeOutcome::lost) verdict = step_down<LongestReal>(filter.roots, lattice);
     if (verdict.outcome == LatticeOutcome::made) filter.lattice = lattice;
     return verdict;
 }
@@ -41,9 +43,9 @@ long double digits_lost(const Long& k, const Long& w) {
     return std::log10(static_cast<long double>(Long((1 + abs(k)) / abs(w))));
 }
 
-template <unsigned digits>
+template <class Long>
 LatticeVerdict step_down(const DigitalRoots& roots, LatticeForm& lattice) {
-    using Long = LongRealOf<digits>;
+    constexpr int digits = std::numeric_limits<Long>::digits10;
     const int degree = std::max(roots.NP, roots.NZ);
     Coefficients<Long> A = multiplied_out(Long(1), roots.QR, roots.PI, roots.NP);
     Coefficients<Long> B = multiplied_out(Long(Long(roots.ZMULT) / roots.PMULT), roots.ZR, roots.ZI, roots.NZ);

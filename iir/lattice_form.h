@@ -26,9 +26,9 @@ struct LatticeVerdict {
 // and GMTAP(1) is the B that is left. Other than `made` leaves the filter as it was.
 //
 // A step down magnifies the rounding of A by up to 1/(1 - |k|), about the root of that on the average: a narrow filter
-// of degree 50 loses 150 digits. So the chain runs in numbers of 154 digits, or, where the product of all steps comes
-// near to that, of 616. Rounded to doubles the multipliers and taps give a response as good as the cascade's: the
-// signals at the taps are orthogonal, and no large ones cancel.
+// of degree 50 loses 150 digits. So the chain runs in numbers of 60 digits, and again in longer ones where the product
+// of all steps comes near to their length. Rounded to doubles the multipliers and taps give a response as good as the
+// cascade's: the signals at the taps are orthogonal, and no large ones cancel.
 // Source: A. H. Gray and J. D. Markel, "Digital lattice and ladder filter synthesis", IEEE Trans. AU-21 (1973).
 [[nodiscard]] LatticeVerdict makeLattice(IirFilter& filter);
 

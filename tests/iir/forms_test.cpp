@@ -7,28 +7,12 @@
 #include "iir/direct_form.h"
 #include "iir/lattice_form.h"
 #include "iir/parallel_form.h"
-#include "iir/sampled_response.h"
-#include "tests/iir/filter_of.h"
+#include "tests/iir/form_deviation.h"
 
 namespace kavrel {
 namespace {
 
 using enum Implementation;
-
-// The largest deviation of a form's impulse response from the true one, over its peak.
-double deviation(const IirFilter& filter, Implementation form, const std::vector<double>& truth,
-                 AllpassOutput output = AllpassOutput::filter) {
-    Unwatched watcher;
-    const int late = form == lattice ? 1 : 0;
-    const auto samples = static_cast<long long>(truth.size());
-    const TimeRows rows = sampled_response(filter, form, output, {.first = 1, .last = samples, .every = 1}, watcher);
-    double worst = rows.count == samples ? 0 : HUGE_VAL;
-    for (int i = 1; i + late <= rows.count; ++i) {
-        const double gap = std::fabs(rows.impulse(i + late) - truth[static_cast<std::size_t>(i) - 1]);
-        worst = gap <= worst ? worst : gap;
-    }
-    return worst / peak_of(truth);
-}
 
 TEST(Forms, OfRandomFiltersHaveOneImpulseResponse) {
     RandomNumbers random(91);

@@ -1,0 +1,92 @@
+// The forms of designed filters, of every z transform, function and type, against their roots in long numbers.
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include "iir/allpass_form.h"
+#include "iir/cascade_pairing.h"
+#include "iir/direct_form.h"
+#include "iir/lattice_form.h"
+#include "iir/parallel_form.h"
+#include "tests/approximation/digital_cases.h"
+#include "tests/iir/form_deviation.h"
+
+namespace kavrel {
+namespace {
+
+using enum Implementation;
+
+struct Band {
+    FilterType type;
+    DigitalKind kind;
+    double lower, upper, lower_stop, upper_stop;  // Hz of 8 kHz
+};
+constexpr Band bands[] = {{low_pass, DigitalKind::low_pass, 0, 1000, 0, 2000},
+                          {high_pass, DigitalKind::high_pass, 2500, 0, 1700, 0},
+                          {band_pass, DigitalKind::band_pass, 900, 1400, 600, 2100}};
+
+IirFilter designed_filter(ZTransform transform, std::string_view function, const Band& band, int degree) {
+    test::DigitalCase asked;
+    asked.transform = transform;
+    asked.spec.filterType = band.type;
+    asked.spec.bandEdgeLoss = 0.5;
+    asked.spec.lowerPassEdge = band.lower;
+    asked.spec.upperPassEdge = band.upper;
+    asked.spec.lowerStopEdge = band.lower_stop;
+    asked.spec.upperStopEdge = band.upper_stop;
+    test::take_function(function, degree, asked.spec);
+    IirFilter filter;
+    filter.fs = filter.T = 1;
+    filter.kind = band.kind;
+    takeFunction(test::designed(asked).function, filter);
+    return filter;
+}
+
+// What doubles give. The lattice and the chains of a differential allpass keep nearly all digits at every degree; a
+// cascade loses some; partial fractions lose what they are larger than their sum, coefficients that are multiplied out
+// all of a high degree.
+double limit(const IirFilter& filter, Implementation form, double peak) {
+    if (form == lattice || form == allpass) return 2e-14;
+    if (form == cascade) return filter.roots.NP <= 16 ? 1e-12 : 1e-9;
+    if (form == direct) return filter.roots.NP <= 9 ? 1e-11 : HUGE_VAL;
+    double fractions = 0;
+    for (int k = 1; k <= filter.parallel.NPAR; ++k) {
+        fractions += std::fabs(filter.parallel.AL(k)) + std::fabs(filter.parallel.BE(k));
+    }
+    return 1e-14 + 1e-15 * fractions / peak;
+}
+
+TEST(DesignedFilters, HaveOneImpulseResponseInAllForms) {
+    int chains = 0;
+    for (const auto transform : {ZTransform::impulse_invariant, ZTransform::matched, ZTransform::bilinear}) {
+        for (const auto* function : {"butterworth", "chebyshev", "inverse_chebyshev", "elliptic"}) {
+            for (const Band& band : bands) {
+                if (transform == ZTransform::impulse_invariant && band.type == high_pass) continue;
+                for (const int degree : {2, 3, 6, 9, 16, 30}) {
+                    if (band.type == band_pass && degree % 2 == 1) continue;
+                    SCOPED_TRACE(fmt::format("{} {} {} {}", z_transform_text(transform), function, kind_name(band.kind),
+                                             degree));
+                    IirFilter filter = designed_filter(transform, function, band, degree);
+                    const std::vector<double> truth = direct_impulse(filter.roots, 200);
+                    EXPECT_EQ(makeParallel(filter).text, "");
+                    EXPECT_EQ(makeDirect(filter).text, "");
+                    const bool two_chains = filter.allpass.ALLPASS_OK && degree > 2;
+                    EXPECT_EQ(makeAllpass(filter).text, two_chains ? "" : not_symmetrical);
+                    chains += is_there(filter.allpass);
+                    for (const auto form : {cascade, parallel, direct, allpass}) {
+                        if (!is_available(filter, form)) continue;
+                        EXPECT_LT(deviation(filter, form, truth), limit(filter, form, peak_of(truth)))
+                            << structure_name(form);
+                    }
+                    filter.roots.ZMULT /= 100;  // what is aliased may bring a tap to 1
+                    EXPECT_TRUE(makeLattice(filter).outcome == LatticeOutcome::made);
+                    const std::vector<double> quiet = direct_impulse(filter.roots, 200);
+                    EXPECT_LT(deviation(filter, lattice, quiet), limit(filter, lattice, peak_of(quiet)));
+                }
+            }
+        }
+    }
+    EXPECT_GE(chains, 20);
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -387,18 +387,6 @@ void respond(const Form& form, double fs, std::span<const double> hertz, FormRes
 
 }  // namespace
 
-bool has_form(const IirFilter& filter, Implementation form) {
-    switch (form) {
-        case Implementation::cascade: return has_filter(filter);
-        case Implementation::parallel: return is_there(filter.parallel);
-        case Implementation::lattice: return is_there(filter.lattice);
-        case Implementation::direct: return is_there(filter.direct);
-        case Implementation::allpass: return is_there(filter.allpass);
-        case Implementation::natural_modes: return has_filter(filter);
-    }
-    return false;
-}
-
 FormResponse form_response(const IirFilter& filter, Implementation form, std::span<const double> hertz) {
     FormResponse response;
     response.has_delay = form != Implementation::parallel;
@@ -476,6 +464,7 @@ ResponsePoint point_of(double re, double im, double delay, const Constants& cons
     const double decibel = power > safe ? 10 * std::log10(power) : 20 * std::log10(std::hypot(re, im));
     double phase = std::atan2(im, re) * (180 / std::numbers::pi);
     if (constants.lag != 0) phase = std::remainder(phase - 360 * std::remainder(constants.lag * turns, 1.0), 360.0);
+    if (re == 0 && im == 0) phase = 0;
     return {.loss = -decibel - constants.decibel,
             .phase = phase <= -180 ? -180.0 : -phase + 0.0,
             .delay = (delay + constants.lag + constants.delay) / fs};

@@ -30,10 +30,7 @@ struct FormResponse {
     Table<ResponsePoint, analysis_points> complement;  // the other output of the differential allpass
 };
 
-// Whether a filter is held in a form; natural modes are its roots.
-[[nodiscard]] bool has_form(const IirFilter& filter, Implementation form);
-
-// The response of a form that there is at 1 to 501 frequencies in Hz.
+// The response of a form that there is, or of the roots (natural modes), at 1 to 501 frequencies in Hz.
 [[nodiscard]] FormResponse form_response(const IirFilter& filter, Implementation form, std::span<const double> hertz);
 
 }  // namespace kavrel

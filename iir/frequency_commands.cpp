@@ -6,6 +6,7 @@
 
 #include "iir/command_tools.h"
 #include "iir/frequency_table.h"
+#include "iir/sampled_response.h"
 #include "segment/result_commands.h"
 #include "shell/finite.h"
 
@@ -74,7 +75,7 @@ void plot_frequency(IirDesk& desk) {
 namespace {
 
 Refusal refusal_of_form(const IirFilter& filter, Implementation form) {
-    if (has_form(filter, form)) return {};
+    if (form == Implementation::natural_modes || is_available(filter, form)) return {};
     switch (form) {
         case Implementation::parallel: return {"Parallel implementation not available", "implementation"};
         case Implementation::lattice: return {"Lattice implementation not available", "implementation"};

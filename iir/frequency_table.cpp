@@ -1,5 +1,7 @@
 #include "iir/frequency_table.h"
 
+#include <cmath>
+
 #include "shell/edited.h"
 #include "shell/reporter.h"
 
@@ -71,8 +73,10 @@ bool is_fine(const FrequencyRows& rows) {
     return (last - first) / rows.count < fine_step * last;
 }
 
+// No zero with a sign.
 std::string point_text(const ResponsePoint& point, bool has_delay) {
-    std::string text = edited<"(F9.4,2X,F7.2)">(point.loss, point.phase);
+    const auto shown = [](double x, double half_of_last_digit) { return std::fabs(x) < half_of_last_digit ? 0.0 : x; };
+    std::string text = edited<"(F9.4,2X,F7.2)">(shown(point.loss, 5e-5), shown(point.phase, 5e-3));
     if (has_delay) text += edited<"(1P,E12.4)">(point.delay);
     return text;
 }

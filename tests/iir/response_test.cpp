@@ -1,6 +1,7 @@
 // The response of each form: against mpmath by the roots of scipy's filters, and against plain sums and recursions of
 // the form's own coefficients in long doubles.
 #include <cmath>
+#include <complex>
 #include <fstream>
 #include <functional>
 #include <numbers>
@@ -9,8 +10,11 @@
 
 #include <gtest/gtest.h>
 
+#include "iir/direct_form.h"
 #include "iir/form_response.h"
-#include "tests/iir/digital_filters.h"
+#include "iir/lattice_form.h"
+#include "iir/parallel_form.h"
+#include "tests/iir/filter_of.h"
 
 namespace kavrel {
 namespace {
@@ -18,6 +22,16 @@ namespace {
 using Wide = long double;
 using Z = std::complex<Wide>;
 constexpr Wide pi = std::numbers::pi_v<Wide>;
+
+using Root = std::complex<double>;
+
+RootList upper(const std::vector<Root>& roots) {
+    RootList list;
+    for (const Root& r : roots) {
+        if (r.imag() >= 0) list.push_back({r.real(), r.imag()});
+    }
+    return list;
+}
 
 struct Value {
     Z h;
@@ -54,8 +68,11 @@ TEST(FormResponse, ScipysFilters) {
             return list;
         };
         const auto zeros = roots(nz), poles = roots(np);
-        IirFilter filter = digital_filter(zeros, poles, gain, fs);
-        make_direct_of(zeros, poles, gain, filter.direct);
+        IirFilter filter = filter_of(gain, upper(zeros), upper(poles));
+        filter.fs = fs;
+        EXPECT_EQ(makeDirect(filter).text, "");
+        EXPECT_EQ(makeParallel(filter).text, "");
+        EXPECT_EQ(makeLattice(filter).outcome, LatticeOutcome::made) << name;
         const bool narrow = name.starts_with("narrow");
         for (std::size_t i = 0; i < rows; ++i) {
             double f = 0, loss = 0, phase = 0, delay = 0;
@@ -65,7 +82,12 @@ TEST(FormResponse, ScipysFilters) {
             const auto point = [&](Implementation form) { return form_response(filter, form, {&f, 1}).filter(1); };
             expect_close(point(Implementation::natural_modes), value, fs, narrow ? 2e-12 : 3e-11, what + ", modes");
             expect_close(point(Implementation::cascade), value, fs, 3e-11, what + ", cascade");
-            if (!narrow) expect_close(point(Implementation::direct), value, fs, 1e-9, what + ", direct");
+            if (narrow) continue;
+            expect_close(point(Implementation::direct), value, fs, 1e-9, what + ", direct");
+            expect_close(point(Implementation::lattice), value, fs, 1e-9, what + ", lattice");
+            Value without_delay = value;
+            without_delay.delay = 0;
+            expect_close(point(Implementation::parallel), without_delay, fs, 1e-9, what + ", parallel");
         }
     }
     EXPECT_EQ(filters, 5);
@@ -227,12 +249,10 @@ TEST_F(RandomForms, AllpassPairHasTwoOutputs) {
 
 // Coefficients that nearly cancel: degree 8, its poles crowded about z = 1. A sum in doubles has three digits left.
 TEST(FormResponse, DirectWhereLittleIsLeft) {
-    IirFilter filter;
+    IirFilter filter =
+        filter_of(1e-20, RootList(8, {-1, 0}), {{0.960, 0.042}, {0.930, 0.022}, {0.976, 0.049}, {0.921, 0.007}});
     filter.fs = 1000;
-    std::vector<Root> poles;
-    for (const Root r : {Root{0.960, 0.042}, {0.930, 0.022}, {0.976, 0.049}, {0.921, 0.007}})
-        poles.insert(poles.end(), {r, std::conj(r)});
-    make_direct_of(std::vector<Root>(8, -1.0), poles, 1e-20, filter.direct);
+    ASSERT_EQ(makeDirect(filter).text, "");
     const DirectForm& d = filter.direct;
     for (const double f : {0.0, 0.4, 1.1, 30.0, 480.0}) {
         const Z w = w_at(Wide(f) / 1000);
@@ -248,9 +268,8 @@ TEST(FormResponse, DirectWhereLittleIsLeft) {
 
 // On a zero the loss is infinite and the delay is that of its neighbours; on a pole there is no result.
 TEST(FormResponse, RootsOnTheCircle) {
-    IirFilter filter = digital_filter({-1.0, {0, 1}, {0, -1}}, {0.5}, 1, 8);
-    std::swap(filter.cascade.C1N(1), filter.cascade.C1N(2)), std::swap(filter.cascade.C2N(1), filter.cascade.C2N(2));
-    filter.cascade.C1N(1) = 0, filter.cascade.C2N(1) = 1, filter.cascade.C1N(2) = 1, filter.cascade.C2N(2) = 0;
+    IirFilter filter = filter_of(1, {{0, 1}, {-1, 0}}, {{0.5, 0}});
+    filter.fs = 8;
     const double hertz[] = {4, 3.99999, 2, 2.00001};
     for (const auto form : {Implementation::cascade, Implementation::natural_modes}) {
         const FormResponse response = form_response(filter, form, hertz);
@@ -265,7 +284,8 @@ TEST(FormResponse, RootsOnTheCircle) {
 
 // Of a linear-phase design zeros on the circle make no jump, and the delay is the same as ever.
 TEST(FormResponse, LinearPhaseHasNoJumps) {
-    IirFilter filter = digital_filter({{-0.6, 0.8}, {-0.6, -0.8}, -1.0}, {{0.3, 0.2}, {0.3, -0.2}, 0.4}, 1, 2);
+    IirFilter filter = filter_of(1, {{-0.6, 0.8}, {-1, 0}}, {{0.3, 0.2}, {0.4, 0}});
+    filter.fs = 2;
     const double hertz[] = {0.6, 0.8};  // on either side of the zero
     const auto at = [&](int i) { return form_response(filter, Implementation::natural_modes, hertz).filter(i); };
     const ResponsePoint below = at(1), above = at(2);

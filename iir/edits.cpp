@@ -1,6 +1,5 @@
 #include "iir/edits.h"
 
-#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <vector>
@@ -73,10 +72,13 @@ Refusal delete_factor(IirFilter& filter, const IirRequest& request, const UnitSe
     const int k = request.deleted;
     if (k < 1 || k > place.factors) return {no_such_factor, "number"};
     unscale(filter.cascade);
-    if (!remove_roots(place.C1(k), place.C2(k), place)) return {"Sorry, a root was not found due to truncation"};
+    const bool found = remove_roots(place.C1(k), place.C2(k), place);
+    if (!found && filter.LastBits != 0) return {"Sorry, a root was not found due to truncation"};
     close_gap(place.C1, k, place.factors);
     close_gap(place.C2, k, place.factors);
     --place.factors;
+    // Roots that nearly coincide, or were pushed apart, are those of no factor to the last digits.
+    if (!found) rootsFromFactors(filter);
     end_request(filter);
     return {};
 }
@@ -142,12 +144,9 @@ void end_request(IirFilter& filter) {
     filter.asked = {};
 }
 
-bool remove_pair(double c1, double c2, Place& place);
-
 // The roots of a factor; one that is 0 alone, as in a factor of 1, is none.
 bool remove_roots(double c1, double c2, Place& place) {
     if (c1 == 0 && c2 == 0) return true;
-    if (c2 != 0 && remove_pair(c1, c2, place)) return true;
     Table<double, 51> re, im;
     int count = 0;
     factorRoots(c1, c2, re, im, count);
@@ -155,26 +154,6 @@ bool remove_roots(double c1, double c2, Place& place) {
         if (!removeRoot({re(i), im(i)}, place.re, place.im, place.roots)) return false;
     }
     return true;
-}
-
-// Where roots nearly coincide the coefficients of their factor tell them only to half their digits, but they tell the
-// coefficients: so of all pairs the one is taken that makes the factor.
-bool remove_pair(double c1, double c2, Place& place) {
-    double least = 1e-10 * (1 + std::fabs(c1) + std::fabs(c2));
-    int first = 0, second = 0;
-    for (int i = 1; i < place.roots; ++i) {
-        for (int j = i + 1; j <= place.roots; ++j) {
-            if (place.im(i) + place.im(j) != 0) continue;
-            const double product = place.re(i) * place.re(j) - place.im(i) * place.im(j);
-            const double error = std::max(std::fabs(place.re(i) + place.re(j) + c1), std::fabs(product - c2));
-            if (!(error < least)) continue;
-            least = error;
-            first = i, second = j;
-        }
-    }
-    if (first == 0) return false;
-    const Complex<double> one{place.re(first), place.im(first)}, other{place.re(second), place.im(second)};
-    return removeRoot(other, place.re, place.im, place.roots) && removeRoot(one, place.re, place.im, place.roots);
 }
 
 void close_gap(Coefficients& values, int hole, int count) {

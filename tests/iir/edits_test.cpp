@@ -170,13 +170,17 @@ TEST(Edits, DesignsCanBeTakenApart) {
     }
     EXPECT_GT(deleted, 1000);
     // Of roots that nearly coincide a factor has half the digits.
-    IirFilter filter = factored_filter(8000, 1, {}, {{-1.8, 0.81}});
-    filter.roots.QR(1) = 0.9 + 3e-8, filter.roots.QR(2) = 0.9 - 3e-8;
+    IirFilter filter = factored_filter(8000, 1, {}, {{-1.8, 0.81}, {-0.9, 0}, {-0.2, 0}});
+    filter.roots.QR(1) = 0.9 + 3e-8, filter.roots.QR(2) = 0.9 - 3e-8, filter.roots.QR(3) = 0.9 + 6e-8;
     filter.roots.PI = {};
     IirRequest request;
     request.deleted = 1, request.deleted_from = FactorPlace::denominator;
-    Lines lines;
-    EXPECT_TRUE(delete_factor(filter, request, {}, lines).empty());
+    for (int left = 2; left >= 0; --left) {
+        Lines lines;
+        EXPECT_TRUE(delete_factor(filter, request, {}, lines).empty());
+        EXPECT_LT(roots_against_cascade(filter), 1e-12);
+        EXPECT_EQ(filter.roots.NP, left);
+    }
 }
 
 // Each form has the level in its own places.
@@ -253,7 +257,7 @@ const Refused refusals[] = {
     {"factor 3 of 2", "del ", [](IirRequest& r) { r.deleted = 3; }, "Error: Factor does not exist"},
     {"factor -1", "del ", [](IirRequest& r) { r.deleted = -1; }, "Error: Factor does not exist"},
     {"truncated", "del ", [](IirRequest& r) { r.deleted = 1; }, "Error: Sorry, a root was not found due to truncation",
-     [](IirFilter& f) { f.cascade.C1N(1) += 1e-4; }},
+     [](IirFilter& f) { f.cascade.C1N(1) += 1e-4, f.LastBits = 1e-4; }},
     {"sequence with 0", "perm", [](IirRequest& r) { r.sequence = "0 1"; }, "Eror: Incorrect permuted sequence"},
     {"repeated", "perm", [](IirRequest& r) { r.sequence = "2 2"; }, "Eror: Incorrect permuted sequence"},
     {"missing", "perm", [](IirRequest& r) { r.sequence = "2"; }, "Eror: Incorrect permuted sequence"},

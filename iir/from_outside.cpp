@@ -12,7 +12,7 @@ namespace {
 using Coefficients = Table<double, iir_section_limit>;
 
 double take(std::span<const GivenFactor> factors, Coefficients& c1, Coefficients& c2, int& count);
-void append(std::span<const Complex<double>> roots, Table<double, 51>& re, Table<double, 51>& im, int& count);
+HalfRoots given(std::span<const Complex<double>> roots);
 double least_loss_of_pass_band(const IirFilter& filter);
 
 }  // namespace
@@ -26,11 +26,12 @@ void take_factors(std::span<const GivenFactor> numerator, std::span<const GivenF
 }
 
 void take_roots(std::span<const Complex<double>> zeros, std::span<const Complex<double>> poles, IirFilter& filter) {
-    DigitalRoots& roots = filter.roots;
-    append(zeros, roots.ZR, roots.ZI, roots.NZ);
-    append(poles, roots.QR, roots.PI, roots.NP);
+    DigitalFunction function;
+    set_zeros(given(zeros), function);
+    set_poles(given(poles), function);
+    take_function(function, filter);
     const double loss = least_loss_of_pass_band(filter);
-    if (std::isfinite(loss)) roots.ZMULT = std::pow(10, loss / 20);
+    if (std::isfinite(loss)) filter.cascade.CK = filter.roots.ZMULT = std::pow(10, loss / 20);
     pair_roots(filter);
 }
 
@@ -52,13 +53,14 @@ double take(std::span<const GivenFactor> factors, Coefficients& c1, Coefficients
     return level;
 }
 
-void append(std::span<const Complex<double>> roots, Table<double, 51>& re, Table<double, 51>& im, int& count) {
+// But for powers of z.
+HalfRoots given(std::span<const Complex<double>> roots) {
+    HalfRoots list;
     for (const Complex<double> root : roots) {
-        if (root.re == 0 && root.im == 0) continue;  // a power of z
-        ++count, re(count) = root.re, im(count) = std::fabs(root.im);
-        if (root.im == 0) continue;
-        ++count, re(count) = root.re, im(count) = -std::fabs(root.im);
+        if (root.re == 0 && root.im == 0) continue;
+        list.push_back({.root = {root.re, std::fabs(root.im)}, .pair = root.im != 0});
     }
+    return list;
 }
 
 double least_loss_of_pass_band(const IirFilter& filter) {

@@ -37,7 +37,7 @@ IirFilter designed_filter(ZTransform transform, std::string_view function, const
     IirFilter filter;
     filter.fs = filter.T = 1;
     filter.kind = band.kind;
-    takeFunction(test::designed(asked).function, filter);
+    take_function(test::designed(asked).function, filter);
     return filter;
 }
 

@@ -35,15 +35,16 @@ def own_times(path):
 
 def main():
     own = own_times(sys.argv[1]) if len(sys.argv) > 1 else None
-    print("function degree" + ("  kavrel us" if own else "") + "  scipy us" + ("  ratio" if own else ""))
+    print("function        degree" + ("  kavrel us" if own else "") + "  scipy us" + ("  ratio" if own else ""))
     for n in DEGREES:
         # scipy's filter is asked for by its stop band loss; 60 dB keeps it in reach at every degree.
         peer = microseconds(lambda: signal.ellip(n, 1, 60, 1000, fs=8000, output="zpk"))
         if own:
-            mine = own[f"ellip/{n}"]
-            print(f"{'ellip':8} {n:6} {mine:10.0f} {peer:9.0f} {mine / peer:6.2f}")
+            for name in ("ellip", "ellip_all_forms"):  # the second with parallel form, direct form and lattice
+                if (mine := own.get(f"{name}/{n}")) is not None:
+                    print(f"{name:15} {n:6} {mine:10.0f} {peer:9.0f} {mine / peer:6.2f}")
         else:
-            print(f"{'ellip':8} {n:6} {peer:9.0f}")
+            print(f"{'ellip':15} {n:6} {peer:9.0f}")
 
 
 if __name__ == "__main__":

@@ -6,6 +6,7 @@
 // complete with conjugates, a pair next to each other, the positive imaginary part first.
 #pragma once
 
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -22,6 +23,9 @@ enum class ZTransform : int {
     bilinear_of_function = 4,  // of a function that was given, for which nobody asks
     unknown = 5,               // of a filter from outside
 };
+
+// Why poles that somebody gives are refused.
+inline constexpr std::string_view pole_outside = "Poles must lie inside the unit circle";
 
 // What a digital low-pass was turned into. Files hold the numbers.
 enum class SpectralKind : int { none = 0, to_lowpass = 1, to_highpass = 2, to_bandpass = 3, to_bandreject = 4 };

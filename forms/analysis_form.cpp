@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "approximation/digital_function.h"
 #include "shell/field_table.h"
 
 namespace kavrel {
@@ -9,8 +10,6 @@ namespace kavrel {
 namespace {
 
 using R = FilterAnalysisRequest;
-
-constexpr std::string_view pole_outside = "Poles must lie inside the unit circle";
 
 Refusal digital_refusal(const FilterAnalysisRequest& r);
 

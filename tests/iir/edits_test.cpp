@@ -321,19 +321,26 @@ TEST(Edits, ASequenceMayPermuteBothPlaces) {
     EXPECT_EQ(room.state.kept.undoTop, 1) << "what changes nothing is no edit";
 }
 
-// Poles on and outside the circle are the user's business.
+// Zeros may lie anywhere, poles inside the circle.
 TEST(Edits, FactorsOfAnyKindMayBeAdded) {
     IirRoom room;
     room.filter = factored_filter(8000, 1, {}, {{-0.5, 0}});
     for (const auto& [c1, c2] : {std::pair{"0", "1"}, {"-3", "9"}, {"1e150", "1e150"}, {"1e-150", "1e-150"}}) {
-        room.send("add ", IIR_ADD_DLG, {{"c1", c1}, {"c2", c2}, {"place", "Denominator"}});
+        room.send("add ", IIR_ADD_DLG, {{"c1", c1}, {"c2", c2}, {"place", "Numerator"}});
         EXPECT_EQ(room.boxes(), "") << c1;
     }
-    EXPECT_EQ(room.filter.roots.NP, 9);
+    EXPECT_EQ(room.filter.roots.NZ, 8);
     EXPECT_LT(roots_against_cascade(room.filter), 1e-12);
-    room.send("del ", IIR_DELETE_DLG, {{"number", "4"}, {"place", "Denominator"}});
+    room.send("del ", IIR_DELETE_DLG, {{"number", "3"}, {"place", "Numerator"}});
     EXPECT_EQ(room.boxes(), "");
-    EXPECT_EQ(room.filter.roots.NP, 7);
+    EXPECT_EQ(room.filter.roots.NZ, 6);
+    for (const auto& [c1, c2] : {std::pair{"0", "1"}, {"0", "-1"}, {"-1.9", "0.9"}, {"1", "0"}, {"2.1", "1.2"}}) {
+        room.send("add ", IIR_ADD_DLG, {{"c1", c1}, {"c2", c2}, {"place", "Denominator"}});
+        EXPECT_EQ(room.boxes(), "Error: Poles must lie inside the unit circle") << c1;
+    }
+    EXPECT_EQ(room.filter.roots.NP, 1);
+    room.send("add ", IIR_ADD_DLG, {{"c1", "-1.89"}, {"c2", "0.9"}, {"place", "Denominator"}});
+    EXPECT_EQ(room.filter.roots.NP, 3);
 }
 
 }  // namespace

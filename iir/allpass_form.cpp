@@ -27,7 +27,7 @@ Refusal makeAllpass(IirFilter& filter) {
     for (int i = 1; i <= roots.NP; ++i) {
         const Chain& chain = form.LARR(i) == 1 ? first : second;
         const double re = roots.QR(i), im = roots.PI(i);
-        if (!(im == 0 ? chain.append(-re, 0) : chain.append(-2 * re, re * re + im * im))) return not_symmetrical;
+        if (!(im == 0 ? chain.append(0 - re, 0) : chain.append(0 - 2 * re, re * re + im * im))) return not_symmetrical;
         if (im != 0) ++i;
     }
     if (!is_there(form)) return not_symmetrical;

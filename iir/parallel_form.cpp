@@ -140,12 +140,16 @@ Wide ratio_at_infinity(Wide level, const Roots& zeros, const Roots& poles) {
 void append_fractions(const Roots& poles, const Table<Root, 51>& residues, ParallelForm& form) {
     for (int i = 1; i <= poles.count; i += 2) {
         const Root p1 = poles.of(i), a1 = residues(i);
-        const bool last = i == poles.count;
-        const Root p2 = last ? Root{} : poles.of(i + 1), a2 = last ? Root{} : residues(i + 1);
         const int k = ++form.NPAR;
+        if (i == poles.count) {
+            form.AL(k) = static_cast<double>(a1.re);
+            form.GA(k) = static_cast<double>(0 - p1.re);
+            continue;
+        }
+        const Root p2 = poles.of(i + 1), a2 = residues(i + 1);
         form.AL(k) = static_cast<double>(a1.re + a2.re);
-        form.BE(k) = static_cast<double>(-(a1 * p2 + a2 * p1).re);
-        form.GA(k) = static_cast<double>(-(p1 + p2).re);
+        form.BE(k) = static_cast<double>(0 - (a1 * p2 + a2 * p1).re);
+        form.GA(k) = static_cast<double>(0 - (p1 + p2).re);
         form.DE(k) = static_cast<double>((p1 * p2).re);
     }
 }

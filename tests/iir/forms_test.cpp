@@ -87,6 +87,10 @@ TEST(Forms, OfAHalfBandFilter) {
     EXPECT_EQ(filter.parallel.NPAR, 2);
     EXPECT_EQ(filter.parallel.BE(2), 0.5) << "the pole at 0 has the block z^-1/2";
     EXPECT_EQ(filter.lattice.GMMUL(3), 0);
+    for (const double zero : {filter.parallel.GA(1), filter.allpass.TA1(1), filter.allpass.TB1(1),
+                              filter.direct.ZDEN(2), filter.lattice.GMMUL(3)}) {
+        EXPECT_FALSE(std::signbit(zero)) << "0 is shown without a sign";
+    }
     EXPECT_EQ(filter.allpass.TA2(1), 0);
 }
 

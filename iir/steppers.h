@@ -29,7 +29,7 @@ public:
         double now = q_(x * form_.CK);
         for (int k = 1; k <= sections; ++k) {
             const bool numerator = k <= form_.NNUM, denominator = k <= form_.NDEN;
-            const double n0 = numerator ? form_.SC(k) : 1, n1 = numerator ? form_.C1N(k) : 0;
+            const double n0 = form_.SC(k), n1 = numerator ? form_.C1N(k) : 0;
             const double n2 = numerator ? form_.C2N(k) : 0, d1 = denominator ? form_.C1D(k) : 0;
             const double d2 = denominator ? form_.C2D(k) : 0;
             const double next = q_(q_(n0 * now) + q_(n1 * last_(k)) + q_(n2 * before_(k)) - q_(d1 * last_(k + 1)) -

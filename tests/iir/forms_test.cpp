@@ -123,7 +123,7 @@ TEST(CascadeForm, Scaled) {
         IirFilter filter = random_filter(random, 1 + n);
         const std::vector<double> truth = direct_impulse(filter.roots, 100);
         CascadeForm& form = filter.cascade;
-        for (int k = 1; k <= form.NNUM; ++k) {
+        for (int k = 1; k <= section_count(form); ++k) {
             const double scale = random.spread(0.1, 10);
             form.SC(k) = scale, form.C1N(k) *= scale, form.C2N(k) *= scale, form.CK /= scale;
         }

@@ -29,7 +29,7 @@ Signal cascade_by_hand(const CascadeForm& c, const Signal& x) {
         const bool zeros = k <= c.NNUM;
         Signal out;
         for (std::size_t n = 0; n < x.size(); ++n) {
-            const double own = q((zeros ? c.SC(k) : 1) * in[n]) + q((zeros ? c.C1N(k) : 0) * in.ago(n, 1)) +
+            const double own = q(c.SC(k) * in[n]) + q((zeros ? c.C1N(k) : 0) * in.ago(n, 1)) +
                                q((zeros ? c.C2N(k) : 0) * in.ago(n, 2));
             out.push_back(0);
             out[n] = q(k <= c.NDEN ? own - q(c.C1D(k) * out.ago(n, 1)) - q(c.C2D(k) * out.ago(n, 2)) : own);
@@ -119,7 +119,7 @@ TEST(Steppers, AreTheirEquationsToTheLastBit) {
             chains.TA1(k) = random.between(-0.5, 0.5), chains.TA2(k) = random.coin() ? random.between(0.1, 0.5) : 0;
             chains.TB1(k) = random.between(-0.5, 0.5), chains.TB2(k) = random.coin() ? random.between(0.1, 0.5) : 0;
         }
-        for (int k = 1; k <= filter.cascade.NNUM; ++k) filter.cascade.SC(k) = random.between(0.5, 2);
+        for (int k = 1; k <= section_count(filter.cascade); ++k) filter.cascade.SC(k) = random.between(0.5, 2);
         Signal x;
         for (int n = 0; n < 120; ++n) x.push_back(random.between(-1, 1));
         expect_same(CascadeStepper<Rounded>(filter.cascade), x, cascade_by_hand(filter.cascade, x), "cascade");

@@ -90,7 +90,9 @@ FactorValue<Real> value_at(const Factor& f, const Place<Real>& at) {
 struct CascadeResponse {
     explicit CascadeResponse(const CascadeForm& form) : sections(section_count(form)) {
         int exponent = 0;
-        front = std::frexp(form.CK, &exponent);
+        double level = form.CK;
+        for (int k = form.NNUM + 1; k <= sections; ++k) level *= form.SC(k);
+        front = std::frexp(level, &exponent);
         for (int k = 1; k <= form.NNUM; ++k) {
             numerators(k) = factor_of(form.SC(k), form.C1N(k), form.C2N(k));
             exponent += numerators(k).exponent;

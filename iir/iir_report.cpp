@@ -167,7 +167,7 @@ Lines factored_lines(const IirFilter& filter, DisplayFormat format) {
     const CoefficientText text(format, joined(numbers(c.NNUM, c1, c2), numbers(c.NDEN, c.C1D, c.C2D)));
     const std::string one = format == DisplayFormat::decimal ? text(1) : std::string(leading_one);
     double multiplier = c.CK;
-    for (int k = 1; k <= c.NNUM; ++k) multiplier *= c.SC(k);
+    for (int k = 1; k <= section_count(c); ++k) multiplier *= c.SC(k);
     const auto factor = [&](double first, double second) {
         return edited<"(3(4X,A13))">(one, text(first), text(second));
     };

@@ -95,11 +95,11 @@ Lines section_diagram(const IirFilter& filter, SectionOf form, int k, DiagramCho
 
 namespace {
 
-// A factor that there is none of is 1.
+// A factor that there is none of is 1, but for the section's scale factor.
 Section cascade_section(const CascadeForm& c, int k, DisplayFormat format) {
     const bool has_n = k <= c.NNUM, has_d = k <= c.NDEN;
     Section section{"(cascade) ",
-                    {{'A', "SC", has_n ? c.SC(k) : 1},
+                    {{'A', "SC", c.SC(k)},
                      {'B', "-C1D", has_d ? -c.C1D(k) : 0},
                      {'C', "C1N", has_n ? c.C1N(k) : 0},
                      {'D', "-C2D", has_d ? -c.C2D(k) : 0},

@@ -131,11 +131,12 @@ TEST_F(RandomForms, CascadeTakesTheScaleFactors) {
     CascadeForm& c = filter.cascade;
     factors(7, 1.2, c.C1N, c.C2N, c.NNUM);
     factors(10, 0.97, c.C1D, c.C2D, c.NDEN);
-    for (int k = 1; k <= c.NNUM; ++k) c.SC(k) = std::ldexp(number(0.5, 1), 3 * k - 9);
+    for (int k = 1; k <= c.NDEN; ++k) c.SC(k) = std::ldexp(number(0.5, 1), 3 * k - 9);
     c.C1N(1) = c.SC(1), c.C2N(1) = 0, c.CK = -1e-3, c.SCALED = true;
     expect_form(Implementation::cascade, 2e-13, [&](Z w) {
         Z h = c.CK;
         Wide delay = 0;
+        for (int k = c.NNUM + 1; k <= c.NDEN; ++k) h *= Wide(c.SC(k));
         for (int k = 1; k <= c.NNUM; ++k) {
             const Z n = Wide(c.SC(k)) + Wide(c.C1N(k)) * w + Wide(c.C2N(k)) * w * w;
             h *= n, delay += delay_of(n, Wide(c.C1N(k)) * w + Wide(2 * c.C2N(k)) * w * w);

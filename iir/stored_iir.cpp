@@ -16,6 +16,13 @@ constexpr Keeping<IirFilter> iir_keeping{.snapshot = {.bytes = iir_snapshot, .ta
                                                    .nothing_stored = "Nothing stored\nor error reading data file",
                                                    .not_recalled = "Nothing stored\nor error reading data file"}};
 
-Fingerprint fingerprint(const IirFilter& filter) { return fingerprint(iir_keeping.snapshot, filter); }
+Fingerprint fingerprint(const IirFilter& filter) {
+    IirFilter master = filter;
+    master.parallel = {};
+    master.direct = {};
+    master.lattice = {};
+    master.allpass = {};
+    return fingerprint(iir_keeping.snapshot, master);
+}
 
 }  // namespace kavrel

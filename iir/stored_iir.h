@@ -11,6 +11,7 @@ namespace kavrel {
 extern const std::array<StoredForm<IirFilter>, 1> iir_files;
 extern const Keeping<IirFilter> iir_keeping;
 
+// Of the filter by its roots and its cascade: the forms that are made of them leave it the filter that it was.
 [[nodiscard]] Fingerprint fingerprint(const IirFilter& filter);
 
 }  // namespace kavrel

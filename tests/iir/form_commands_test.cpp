@@ -45,9 +45,10 @@ TEST_F(FormCommands, AFormThatIsThereStaysAndNothingIsToBeUndone) {
     for (const auto& [word, exists] : words) {
         send(word);
         EXPECT_EQ(boxes(), "") << word;
-        const Fingerprint made = fingerprint(filter);
+        const IirFilter made = filter;
         EXPECT_EQ(said(word), exists);
-        EXPECT_EQ(fingerprint(filter), made);
+        EXPECT_TRUE(filter.parallel.AL == made.parallel.AL && filter.direct.ZNUM == made.direct.ZNUM &&
+                    filter.lattice.GMTAP == made.lattice.GMTAP && filter.allpass.TA1 == made.allpass.TA1);
     }
     EXPECT_TRUE(is_there(filter.parallel) && is_there(filter.direct) && is_there(filter.lattice) &&
                 is_there(filter.allpass));

@@ -110,6 +110,7 @@ TEST_F(TimeAnalysis, TablesAndPlot) {
         "     1.00000E-03    2.50000E-01    7.50000E-01\n"
         "     2.00000E-03    1.25000E-01    8.75000E-01\n";
     window.files = {"one", "two"};
+    send("lat ");  // which leaves the filter what it is
     send("tabt");
     EXPECT_EQ(read_text("one.tab"), table);
     filter.cascade.CK = 1;

@@ -93,6 +93,37 @@ TEST(FormResponse, ScipysFilters) {
     EXPECT_EQ(filters, 5);
 }
 
+// Degrees to 30, H of each form against that of the roots, over the largest; delays where H is more than a thousandth.
+TEST(FormResponse, FormsOfOneFilter) {
+    RandomNumbers random(11);
+    std::vector<double> hertz;
+    for (int i = 0; i <= 100; ++i) hertz.push_back(0.005 * i);
+    for (int degree = 2; degree <= 30; ++degree) {
+        IirFilter filter = random_filter(random, degree);
+        ASSERT_EQ(makeParallel(filter).text + makeDirect(filter).text, "");
+        ASSERT_EQ(makeLattice(filter).outcome, LatticeOutcome::made);
+        const FormResponse truth = form_response(filter, Implementation::natural_modes, hertz);
+        const auto h = [](const ResponsePoint& p) {
+            return std::polar(std::pow(10, -p.loss / 20), -p.phase * std::numbers::pi / 180);
+        };
+        double peak = 0;
+        for (int i = 1; i <= truth.count; ++i) peak = std::max(peak, std::abs(h(truth.filter(i))));
+        for (const auto form :
+             {Implementation::cascade, Implementation::parallel, Implementation::lattice, Implementation::direct}) {
+            const FormResponse response = form_response(filter, form, hertz);
+            double worst = 0, worst_delay = 0;
+            for (int i = 1; i <= truth.count; ++i) {
+                const ResponsePoint &is = response.filter(i), &was = truth.filter(i);
+                worst = std::max(worst, std::abs(h(is) - h(was)) / peak);
+                if (!response.has_delay || std::abs(h(was)) < 1e-3 * peak) continue;
+                worst_delay = std::max(worst_delay, std::fabs(is.delay - was.delay));
+            }
+            EXPECT_LT(worst, 1e-12) << degree << ", form " << static_cast<int>(form);
+            EXPECT_LT(worst_delay, 1e-9) << degree << ", form " << static_cast<int>(form);
+        }
+    }
+}
+
 // Coefficients of any kind: the forms are functions of their own numbers, whatever filter that is.
 struct RandomForms : testing::Test {
     std::mt19937 random{7};

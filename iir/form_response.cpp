@@ -324,18 +324,25 @@ struct AllpassResponse {
 // The product over the roots of u = 1 - r w. The delay of a factor is 1/2 - (1 - |r|^2)/(2 |u|^2): half a sample of a
 // root on the circle. Of a linear-phase design such a root has no jump of the phase either.
 struct ModesResponse {
-    explicit ModesResponse(const IirFilter& filter) : level(filter.roots.ZMULT / filter.roots.PMULT) {
+    explicit ModesResponse(const IirFilter& filter) {
         const DigitalRoots& roots = filter.roots;
         const bool linear = filter.designed && filter.spec.filterType == linear_phase_low_pass;
-        const auto take = [&](double re, double im, double samples, Root& root) {
+        int exponent = 0;
+        level = std::frexp(roots.ZMULT / roots.PMULT, &exponent);
+        const auto take = [&](double re, double im, int power, Root& root) {
             constexpr double on_circle = 1e-10, rounding = 4e-16;
             const long double short_of_1 = 1 - (static_cast<long double>(re) * re + static_cast<long double>(im) * im);
             const double inside = std::fabs(short_of_1) < rounding ? 0 : static_cast<double>(short_of_1);
-            root = {re, im, 0.5 * inside, linear && std::fabs(inside) < 2 * on_circle};
-            (root.flat ? constants.lag : constants.delay) += samples;
+            int e = 0;
+            std::frexp(std::max({1.0, std::fabs(re), std::fabs(im)}), &e);
+            root = {std::ldexp(1.0, -e), std::ldexp(re, -e), std::ldexp(im, -e), std::ldexp(0.5 * inside, -2 * e),
+                    linear && std::fabs(inside) < 2 * on_circle};
+            exponent += power * e;
+            (root.flat ? constants.lag : constants.delay) += 0.5 * power;
         };
-        for (int i = 1; i <= roots.NZ; ++i) take(roots.ZR(i), roots.ZI(i), 0.5, zeros(i));
-        for (int i = 1; i <= roots.NP; ++i) take(roots.QR(i), roots.PI(i), -0.5, poles(i));
+        for (int i = 1; i <= roots.NZ; ++i) take(roots.ZR(i), roots.ZI(i), 1, zeros(i));
+        for (int i = 1; i <= roots.NP; ++i) take(roots.QR(i), roots.PI(i), -1, poles(i));
+        constants.decibel = 20 * std::log10(2.0) * exponent;
         zero_count = roots.NZ, pole_count = roots.NP;
     }
 
@@ -358,14 +365,15 @@ struct ModesResponse {
         return answer;
     }
 
+    // Over a power of two: 1, r, and (1 - |r|^2)/2 over its square.
     struct Root {
-        double re, im;
-        double inside;  // (1 - |r|^2)/2
+        double one, re, im;
+        double inside;
         bool flat;
     };
     template <class Real>
     static Complex<Real> factor(const Root& r, const Place<Real>& at) {
-        return {(1.0 - r.re * at.near) - r.re * at.off - r.im * at.sine, r.re * at.sine - r.im * at.cosine()};
+        return {(r.one - r.re * at.near) - r.re * at.off - r.im * at.sine, r.re * at.sine - r.im * at.cosine()};
     }
     static Lanes magnitude(Complex<Lanes> u) {
         Lanes s = square(u);

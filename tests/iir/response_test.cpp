@@ -261,6 +261,17 @@ TEST(FormResponse, DirectWhereLittleIsLeft) {
     }
 }
 
+// Zeros and poles far beyond what a product of doubles holds.
+TEST(FormResponse, LargeNumbers) {
+    IirFilter filter = filter_of(1e-150, RootList(5, {-1e140, 0}), {{1e80, 1e70}, {1e145, 0}, {0.5, 0}});
+    const double f = 0.25;
+    for (const auto form : {Implementation::natural_modes, Implementation::cascade}) {
+        const ResponsePoint point = form_response(filter, form, {&f, 1}).filter(1);
+        EXPECT_NEAR(point.loss, -20 * (-150 + 5 * 140 - 160 - 145 - std::log10(std::sqrt(1.25))), 1e-9);
+        EXPECT_NEAR(point.delay, 5 - 3 - 0.2, 1e-12);
+    }
+}
+
 // On a zero the loss is infinite and the delay is that of its neighbours; on a pole there is no result.
 TEST(FormResponse, RootsOnTheCircle) {
     IirFilter filter = filter_of(1, {{0, 1}, {-1, 0}}, {{0.5, 0}});

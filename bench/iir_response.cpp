@@ -1,7 +1,7 @@
-// A frequency analysis of each form at 501 points: loss, phase and delay. bench/peer_iir_response.py times the same
+// A frequency analysis of each form at 501 points: loss, phase and delay. bench/peer_iir.py times the same
 // filters by scipy.signal. The cascade and the natural modes have 24 sections, the direct form and the lattice degree
 // 24, the parallel form 24 blocks, the differential allpass 12 sections a chain.
-//   crowded    a direct form whose poles crowd at z = 1: most points are in wide numbers
+//   response_of_crowded    a direct form whose poles crowd at z = 1: most points are in wide numbers
 #include <cmath>
 #include <memory>
 #include <span>
@@ -85,20 +85,20 @@ void analyse(benchmark::State& state, const IirFilter& filter, Implementation fo
     for (auto _ : state) benchmark::DoNotOptimize(form_response(filter, form, hertz));
 }
 
-void cascade(benchmark::State& state) { analyse(state, *many_sections(), Implementation::cascade); }
-void parallel(benchmark::State& state) { analyse(state, *many_sections(), Implementation::parallel); }
-void modes(benchmark::State& state) { analyse(state, *many_sections(), Implementation::natural_modes); }
-void allpass(benchmark::State& state) { analyse(state, *many_sections(), Implementation::allpass); }
-void lattice(benchmark::State& state) { analyse(state, *degree_24(0), Implementation::lattice); }
-void direct(benchmark::State& state) { analyse(state, *degree_24(0), Implementation::direct); }
-void crowded(benchmark::State& state) { analyse(state, *degree_24(0.8), Implementation::direct); }
-BENCHMARK(cascade)->Unit(benchmark::kMicrosecond);
-BENCHMARK(parallel)->Unit(benchmark::kMicrosecond);
-BENCHMARK(modes)->Unit(benchmark::kMicrosecond);
-BENCHMARK(allpass)->Unit(benchmark::kMicrosecond);
-BENCHMARK(lattice)->Unit(benchmark::kMicrosecond);
-BENCHMARK(direct)->Unit(benchmark::kMicrosecond);
-BENCHMARK(crowded)->Unit(benchmark::kMicrosecond);
+void response_of_cascade(benchmark::State& state) { analyse(state, *many_sections(), Implementation::cascade); }
+void response_of_parallel(benchmark::State& state) { analyse(state, *many_sections(), Implementation::parallel); }
+void response_of_modes(benchmark::State& state) { analyse(state, *many_sections(), Implementation::natural_modes); }
+void response_of_allpass(benchmark::State& state) { analyse(state, *many_sections(), Implementation::allpass); }
+void response_of_lattice(benchmark::State& state) { analyse(state, *degree_24(0), Implementation::lattice); }
+void response_of_direct(benchmark::State& state) { analyse(state, *degree_24(0), Implementation::direct); }
+void response_of_crowded(benchmark::State& state) { analyse(state, *degree_24(0.8), Implementation::direct); }
+BENCHMARK(response_of_cascade)->Unit(benchmark::kMicrosecond);
+BENCHMARK(response_of_parallel)->Unit(benchmark::kMicrosecond);
+BENCHMARK(response_of_modes)->Unit(benchmark::kMicrosecond);
+BENCHMARK(response_of_allpass)->Unit(benchmark::kMicrosecond);
+BENCHMARK(response_of_lattice)->Unit(benchmark::kMicrosecond);
+BENCHMARK(response_of_direct)->Unit(benchmark::kMicrosecond);
+BENCHMARK(response_of_crowded)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

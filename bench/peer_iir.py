@@ -1,5 +1,7 @@
 #!/usr/bin/python3
-"""Times scipy.signal.ellip on the digital low-passes of bench/iir_design.cpp.
+"""Times scipy.signal.ellip on the digital low-passes of bench/iir_design.cpp, and frequency responses like those of
+bench/iir_response.cpp: 24 sections by sosfreqz, degree 24 by freqz, 501 points; H alone, and with the delay by
+group_delay. Kavrel's have loss, phase and delay.
 
     peer_iir.py                 prints a line for each degree: microseconds of output='zpk'
     peer_iir.py BENCHMARK.json  prints the table of ratios to a run of iir_bench --benchmark_format=json
@@ -8,7 +10,9 @@ import json
 import statistics
 import sys
 import time
+import warnings
 
+import numpy as np
 from scipy import signal
 
 DEGREES = (5, 12, 24, 50)
@@ -45,6 +49,26 @@ def main():
                     print(f"{name:15} {n:6} {mine:10.0f} {peer:9.0f} {mine / peer:6.2f}")
         else:
             print(f"{'ellip':15} {n:6} {peer:9.0f}")
+    responses(own)
+
+
+def responses(own):
+    warnings.simplefilter("ignore")
+    points = np.arange(501) * np.pi / 501
+    sos = signal.ellip(48, 0.1, 60, 0.4, output="sos")
+    b, a = signal.ellip(24, 0.1, 60, 0.4)
+    peers = {
+        "sosfreqz": (microseconds(lambda: signal.sosfreqz(sos, points)),
+                     microseconds(lambda: [signal.group_delay((s[:3], s[3:]), points) for s in sos])),
+        "freqz": (microseconds(lambda: signal.freqz(b, a, points)), microseconds(lambda: signal.group_delay((b, a), points))),
+    }
+    for name, (response, delay) in peers.items():
+        print(f"scipy {name:9} {response:8.0f} us, with the delay {response + delay:8.0f} us")
+    for form, peer in (("cascade", "sosfreqz"), ("parallel", "sosfreqz"), ("modes", "sosfreqz"), ("allpass", "sosfreqz"),
+                       ("lattice", "freqz"), ("direct", "freqz"), ("crowded", "freqz")):
+        if own and (mine := own.get(f"response_of_{form}")) is not None:
+            response, delay = peers[peer]
+            print(f"{form:9} {mine:8.1f} us  {mine / response:6.2f} of {peer:8}  {mine / (response + delay):6.2f} with the delay")
 
 
 if __name__ == "__main__":

@@ -61,9 +61,8 @@ Refusal add_factor(IirFilter& filter, const IirRequest& request, const UnitSet&,
     if (request.added_to == FactorPlace::denominator && !stable) return {pole_outside, "c1"};
     if (place.factors == iir_section_limit) return {"There is no place for another factor", "place"};
     const int k = ++place.factors;
-    const bool scaled = request.added_to == FactorPlace::numerator;
-    place.C1(k) = scaled ? c1 * filter.cascade.SC(k) : c1;
-    place.C2(k) = scaled ? c2 * filter.cascade.SC(k) : c2;
+    place.C1(k) = c1;
+    place.C2(k) = c2;
     factorRoots(c1, c2, place.re, place.im, place.roots);
     end_request(filter);
     return {};

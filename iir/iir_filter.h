@@ -53,8 +53,8 @@ constexpr void fields_of(Record& roots, Visit&& visit) {
 static_assert(lists_each_field<DigitalRoots>);
 
 // H = CK prod(SC(k) + C1N(k) z^-1 + C2N(k) z^-2)/prod(1 + C1D(k) z^-1 + C2D(k) z^-2). A numerator and a denominator
-// factor of one index make a section; the counts may differ: a missing denominator counts as 1, a missing numerator as
-// SC(k). A second coefficient of exactly 0 makes a factor of first order.
+// factor of one index make a section; the counts may differ: a missing factor counts as 1, and SC(k) is 1 beyond the
+// numerators. A second coefficient of exactly 0 makes a factor of first order.
 struct CascadeForm {
     Table<double, iir_section_limit> C1N;  // [k] 1 <= k <= NNUM; while SCALED, SC(k) times the section's own
     Table<double, iir_section_limit> C2N;

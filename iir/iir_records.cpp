@@ -1,5 +1,6 @@
 #include "iir/iir_records.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -46,10 +47,11 @@ bool read_iir_records(std::string_view bytes, IirFilter& filter, FixedText<80>& 
         last_record(file, found, found_mark);
         if (!file.finished() || found_mark.bytes != mark.bytes) return false;
     }
+    if (!sound(found)) return false;
+    const bool is_filter = found.T > 0 && found.fs > 0 && std::ranges::count(found.cascade.SC, 0) == 0 &&
+                           has_pairs(found.roots.NZ, found.roots.ZI) && has_pairs(found.roots.NP, found.roots.PI);
+    if (!is_filter || !is_finite(found)) return false;
     settle(found);
-    const bool is_filter = found.T > 0 && found.fs > 0 && has_pairs(found.roots.NZ, found.roots.ZI) &&
-                           has_pairs(found.roots.NP, found.roots.PI);
-    if (!sound(found) || !is_filter || !is_finite(found)) return false;
     filter = found;
     title = found_title;
     return true;
@@ -218,8 +220,15 @@ void snapshot_records(File& file, Filter& f, Title& title) {
     file.end();
 }
 
-// What a file from elsewhere may leave open.
+// What a file from elsewhere may leave open. A scale factor without a numerator makes one of it.
 void settle(IirFilter& filter) {
+    CascadeForm& c = filter.cascade;
+    for (int k = c.NNUM + 1; k <= iir_section_limit; ++k) {
+        if (k > c.NDEN) c.SC(k) = 1;
+        if (c.SC(k) == 1) continue;
+        for (int i = c.NNUM + 1; i <= k; ++i) c.C1N(i) = c.C2N(i) = 0;
+        c.NNUM = k;
+    }
     if (filter.roots.ZMULT == 0) filter.roots.ZMULT = 1;
     if (filter.roots.PMULT == 0) filter.roots.PMULT = 1;
     if (filter.z_transform < ZTransform::impulse_invariant || filter.z_transform > ZTransform::unknown) {

@@ -46,12 +46,7 @@ Lines switched_capacitor_lines(const IirFilter& filter, std::string_view title) 
     const CascadeForm& c = filter.cascade;
     Lines lines = {" ! pole-zero data for switched-capacitor filter", title_line(title),
                    " ! numerator quadratic factors"};
-    // A row of a missing factor, too, where its scale factor or the front-end multiplier is in it.
-    int rows = std::max(1, c.NNUM);
-    for (int k = rows + 1; k <= c.NDEN; ++k) {
-        if (c.SC(k) != 1) rows = k;
-    }
-    for (int k = 1; k <= rows; ++k) {
+    for (int k = 1; k <= std::max(1, c.NNUM); ++k) {  // the front-end multiplier is there without numerators, too
         const double front = k == 1 ? c.CK : 1;
         lines.push_back(row(front * c.SC(k), front * c.C1N(k), front * c.C2N(k)));
     }

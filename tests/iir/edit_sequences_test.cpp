@@ -19,7 +19,7 @@ public:
     // One command; false where what it left is not what it has to be.
     bool step() {
         const std::string before = bytes();
-        switch (random_.integer(0, 8)) {
+        switch (random_.integer(0, 9)) {
             case 0: return moved("undo", past_, future_);
             case 1: return moved("redo", future_, past_);
             case 2: send("flat", IIR_FLAT_DLG, {{"loss", number(-3, 3)}}); break;
@@ -31,6 +31,7 @@ public:
             case 6: send("fs  ", IIR_RESAMPLE_DLG, {{"sampling_frequency", number(1e3, 1e5)}}); break;
             case 7: send("conv"); break;
             case 8: return recalled();
+            default: return form_made();
         }
         return edited(before);
     }
@@ -57,6 +58,13 @@ private:
         from.pop_back();
         to.push_back(before);
         return good;
+    }
+    // No edit: an undo leads to what was before the last one.
+    bool form_made() {
+        constexpr std::string_view words[] = {"par ", "dir ", "lat "};
+        const CascadeForm before = filter.cascade;
+        send(words[random_.integer(0, 2)]);
+        return filter.cascade.C1D == before.C1D && filter.cascade.CK == before.CK;
     }
     bool recalled() {
         if (stored_.empty() || random_.coin()) {

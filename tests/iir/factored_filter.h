@@ -55,7 +55,7 @@ inline IirFilter random_cascade(RandomNumbers& random, int sections) {
 // Puts scale factors into the sections; H stays.
 inline void scale(IirFilter& filter, RandomNumbers& random) {
     CascadeForm& c = filter.cascade;
-    for (int k = 1; k <= section_count(c); ++k) {
+    for (int k = 1; k <= c.NNUM; ++k) {
         c.SC(k) = random.spread(0.1, 10);
         c.C1N(k) *= c.SC(k), c.C2N(k) *= c.SC(k);
         c.CK /= c.SC(k);
@@ -75,7 +75,7 @@ inline Point h_of_cascade(const IirFilter& filter, Point x) {
     const CascadeForm& c = filter.cascade;
     Point h = c.CK;
     for (int k = 1; k <= section_count(c); ++k) {
-        h *= k <= c.NNUM ? quadratic(c.SC(k), c.C1N(k), c.C2N(k), x) : c.SC(k);
+        if (k <= c.NNUM) h *= quadratic(c.SC(k), c.C1N(k), c.C2N(k), x);
         if (k <= c.NDEN) h /= quadratic(1, c.C1D(k), c.C2D(k), x);
     }
     return h;

@@ -47,6 +47,7 @@ IirFilter random_filter(std::mt19937& engine) {
     }
     for (int i = 1; i <= iir_root_limit; ++i) f.allpass.LARR(i) = i % 2 + 1;
     f.cascade.NNUM = whole(0, 25), f.cascade.NDEN = whole(0, 25);
+    for (int k = 1; k <= iir_section_limit; ++k) f.cascade.SC(k) = k <= f.cascade.NNUM ? 0.1 * whole(1, 99) : 1;
     f.parallel.NPAR = whole(0, 26);
     f.direct.JN = whole(0, 51), f.direct.JD = whole(0, 51);
     f.lattice.JT = whole(0, 51), f.lattice.JM = f.lattice.JT == 0 ? 0 : f.lattice.JT - 1;
@@ -225,6 +226,7 @@ TEST(StoredIir, WhatNoFilterCouldBeIsRefused) {
         {"more bits", [](IirFilter& f) { f.bits = 51; }},
         {"51 zeros", [](IirFilter& f) { f.roots.NZ = 51; }},
         {"taps without multipliers", [](IirFilter& f) { f.lattice.JT = 5, f.lattice.JM = 5; }},
+        {"no scale factor", [](IirFilter& f) { f.cascade.NNUM = 25, f.cascade.SC(25) = 0; }},
         {"a root alone", [](IirFilter& f) { f.roots.PI(10) = 1, f.roots.PI(9) = 0; }},
         {"the lower root first", [](IirFilter& f) { f.roots.PI(1) = -1, f.roots.PI(2) = 1; }},
         {"a chain too long", [](IirFilter& f) { f.roots.NP = 28, f.roots.PI = {}, f.allpass.LARR.fill(2); }},
@@ -237,11 +239,16 @@ TEST(StoredIir, WhatNoFilterCouldBeIsRefused) {
     IirFilter filter = full_filter();
     filter.roots.ZMULT = filter.roots.PMULT = 0;
     filter.z_transform = ZTransform{77};
+    filter.cascade.NNUM = 2, filter.cascade.NDEN = 4, filter.cascade.SC(4) = 3, filter.cascade.SC(5) = 3;
     FixedText<80> title;
     ASSERT_TRUE(reads(iir_records(filter, ""), filter, title)) << "what a file may leave open";
     EXPECT_EQ(filter.roots.ZMULT, 1);
     EXPECT_EQ(filter.roots.PMULT, 1);
     EXPECT_EQ(filter.z_transform, ZTransform::unknown);
+    EXPECT_EQ(filter.cascade.NNUM, 4);
+    EXPECT_EQ(filter.cascade.SC(4), 3);
+    EXPECT_EQ(filter.cascade.C1N(3), 0);
+    EXPECT_EQ(filter.cascade.SC(5), 1);
     // A filter of numbers that are not finite can be undone.
     filter.cascade.CK = std::numeric_limits<double>::infinity();
     EXPECT_FALSE(reads(iir_records(filter, "")));

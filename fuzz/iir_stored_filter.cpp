@@ -5,8 +5,12 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "iir/allpass_form.h"
+#include "iir/direct_form.h"
 #include "iir/edits.h"
 #include "iir/iir_records.h"
+#include "iir/lattice_form.h"
+#include "iir/parallel_form.h"
 #include "iir/pole_zero_text.h"
 #include "iir/reverse_frequency.h"
 #include "iir/stored_iir.h"
@@ -35,6 +39,13 @@ void walk(const IirFilter& filter, const FixedText<80>& title) {
         IirFilter edited = filter;
         (void)edit(edited, request, {}, lines);
     }
+    IirFilter formed = filter;
+    clear_derived_forms(formed);
+    formed.allpass = filter.allpass;
+    (void)makeParallel(formed);
+    (void)makeDirect(formed);
+    (void)makeAllpass(formed);
+    if (formed.roots.NP <= 8) (void)makeLattice(formed);
     IirFilter turned = filter;
     turn_frequency(turned, {}, lines);
 }

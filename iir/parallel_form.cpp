@@ -89,7 +89,9 @@ void push_apart(DigitalRoots& roots, const PoleOrder& order) {
     for (int i = 1; i <= order.count; ++i) {
         const bool pair = i <= order.in_pairs;
         while (coincides(i)) {
+            const Complex<double> before = pole(i);
             for (int k = order.at(i); k <= order.at(i) + (pair ? 1 : 0); ++k) roots.QR(k) *= push, roots.PI(k) *= push;
+            if (pole(i) == before) break;  // next to 0, where it does not move
         }
         if (pair) ++i;
     }

@@ -209,5 +209,13 @@ TEST(LatticeForm, WhereThereIsNone) {
     EXPECT_LT(deviation(long_numerator, lattice, direct_impulse(long_numerator.roots, 60)), 1e-15);
 }
 
+// Poles so small that no push moves them apart: refused, and no endless loop.
+TEST(Forms, PolesNextToZeroHaveNoParallelForm) {
+    IirFilter filter = filter_of(1, {}, {{0, 8e-320}, {0, 8e-320}});
+    const DigitalRoots before = filter.roots;
+    EXPECT_NE(makeParallel(filter).text, "");
+    EXPECT_EQ(filter.roots.PI, before.PI);
+}
+
 }  // namespace
 }  // namespace kavrel

@@ -10,7 +10,7 @@ namespace kavrel {
 namespace {
 
 void add_slope_rows(const IirAsked& asked, const DigitalBand& pass, const LossOfFrequency& loss, double strip,
-                    RequestCheck& check);
+                    double origin, RequestCheck& check);
 CheckRow stability(const DigitalRoots& roots);
 
 }  // namespace
@@ -25,7 +25,7 @@ RequestCheck check_iir(const IirFilter& filter, Watcher& watcher) {
         if (row.stopband) {
             check.rows.push_back(at_least("stopband", band.band(), row.loss, band.least(loss).value - asked.flat_loss));
         } else if (asked.sloping) {
-            add_slope_rows(asked, band, loss, row.loss, check);
+            add_slope_rows(asked, band, loss, row.loss, filter.converted ? filter.fs / 2 : 0, check);
         } else {
             check.rows.push_back(
                 at_most("pass band", band.band(), row.loss, band.highest(loss).value - asked.flat_loss));
@@ -37,11 +37,13 @@ RequestCheck check_iir(const IirFilter& filter, Watcher& watcher) {
 
 namespace {
 
-// The slope is a straight line over the logarithm of the frequency.
+// The slope is a straight line over the logarithm of the frequency, of a converted filter counted from fs/2 down.
 void add_slope_rows(const IirAsked& asked, const DigitalBand& pass, const LossOfFrequency& loss, double strip,
-                    RequestCheck& check) {
+                    double origin, RequestCheck& check) {
     const CheckBand band = pass.band();
-    const auto about_slope = [&](double hertz) { return loss(hertz) - asked.slope * std::log2(hertz / band.from); };
+    const auto about_slope = [&](double hertz) {
+        return loss(hertz) - asked.slope * std::log2((hertz - origin) / (band.from - origin));
+    };
     const double width = pass.highest(about_slope).value - pass.least(about_slope).value;
     check.rows.push_back(at_most("slope", band, strip, width));
     // Within the strip the least loss may lie anywhere.

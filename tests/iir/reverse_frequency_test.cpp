@@ -1,7 +1,6 @@
 #include "iir/reverse_frequency.h"
 
-#include <vector>
-
+#include "iir/iir_request_check.h"
 #include "tests/iir/factored_filter.h"
 #include "tests/iir/iir_room.h"
 
@@ -89,6 +88,28 @@ TEST(ReverseFrequency, ChainsAreTheTurnedFilter) {
     turn_frequency(filter, {}, lines);
     turn_frequency(filter, {}, lines);
     EXPECT_FALSE(filter.allpass.ALLPASS_OK);
+}
+
+TEST(ReverseFrequency, TheCheckFindsWhatItFoundBefore) {
+    for (const bool sloping : {false, true}) {
+        IirFilter filter = factored_filter(8000, 0.3, {{1.2, 1}, {1, 0}}, {{-0.5, 0.3}, {-0.2, 0}});
+        filter.asked.count = 2;
+        filter.asked.rows(1) = {.from = 300, .to = 1000, .loss = 0.5};
+        filter.asked.rows(2) = {.stopband = true, .from = 2000, .to = 4000, .loss = 10};
+        filter.asked.sloping = sloping;
+        filter.asked.slope = 3;
+        Unwatched watcher;
+        const RequestCheck before = check_iir(filter, watcher);
+        Lines lines;
+        turn_frequency(filter, {}, lines);
+        const RequestCheck after = check_iir(filter, watcher);
+        ASSERT_EQ(before.rows.size(), sloping ? 4U : 3U);
+        ASSERT_EQ(after.rows.size(), before.rows.size());
+        for (std::size_t i = 0; i < before.rows.size(); ++i) {
+            EXPECT_EQ(after.rows[i].what, before.rows[i].what);
+            EXPECT_NEAR(after.rows[i].reached, before.rows[i].reached, 1e-9) << before.rows[i].what;
+        }
+    }
 }
 
 TEST(ReverseFrequency, MapsKindEdgesAndRequest) {

@@ -313,8 +313,9 @@ TEST(Hindrances, AreWhatTheCommandRefusesWith) {
             FakeWindow window;
             const auto bench = std::make_unique<Workbench>(window);
             enter_segment(*bench, segment);
-            bench->passive_command.frequency = {.start = 0, .end = 1000, .increment = 10};
-            bench->passive_command.time = {.start = 0, .stop = 1, .step = 0.1};
+            bench->iir_command.frequency =
+                bench->passive_command.frequency = {.start = 0, .end = 1000, .increment = 10};
+            bench->iir_command.time = bench->passive_command.time = {.start = 0, .stop = 1, .step = 0.1};
             const std::string why(hindrance(*bench, item.id));
             if (why.empty() || item.action != MenuAction::none) continue;
             window.forms = {[](FormSheet&) { return true; }};

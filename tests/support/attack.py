@@ -20,7 +20,7 @@ is_number = re.compile(r"^[-+]?[0-9.]+(e[-+]?\d+)?$")
 # What is not known is null there; so is what a check does not ask for.
 may_be_null = {"asked", "band", "level", "error", "margin", "reached"}
 not_finite = re.compile(r"\b(nan|inf)\b|[= ]-?infinity\b", re.IGNORECASE)
-spoken = re.compile(r"at infinity|infinity\s*=|by infinity|through infinity|Deviation in db|Inductors:|Capacitors:|inf dB reached", re.IGNORECASE)
+spoken = re.compile(r"at infinity|infinity\s*=|by infinity|through infinity|Deviation in db|Inductors:|Capacitors:|inf dB reached|^ *[0-9.E+-]+ +(\S+ +){0,5}Infinity\b", re.IGNORECASE)
 
 
 def poisoned(seed, number):
@@ -64,7 +64,7 @@ def judge(program, script, folder):
         if path.suffix == ".json":
             if missing := nulls(json.loads(path.read_text(errors="replace"))):
                 return f"null {sorted(missing)[0]}"
-        elif path.is_file() and path.suffix not in (".kav", ".qfp", ".qfi", ".qai", ".qff", ".tmp"):
+        elif path.is_file() and path.suffix not in (".kav", ".qfp", ".qfd", ".qfi", ".qai", ".qff", ".tmp"):
             for text in path.read_text(errors="replace").split("\n"):
                 if not_finite.search(text) and not spoken.search(text):
                     return f"not finite in {path.suffix}: {text.strip()[:100]}"

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <memory>
 
+#include <fmt/format.h>
+
 #include "fir/fir_segment.h"
 #include "iir/command_tools.h"
 #include "iir/file_commands.h"
@@ -66,6 +68,7 @@ constexpr Room rooms[] = {
      .recall_entry = passive_entry::stored_circuit,
      .fingerprint = [](const Workbench& bench) { return fingerprint(bench.passive); },
      .file_refusal = passive_file_refusal,
+     .noun = "circuit",
      .unsaved = circuit_is_unsaved,
      .shown = shown_circuit,
      .check = check_of_circuit},
@@ -143,14 +146,16 @@ void enter_segment(Workbench& bench, SegmentId id) {
 
 std::string unsaved_text(Workbench& bench) {
     const auto unsaved = [&](const Room& room) { return room.unsaved != nullptr && room.unsaved(bench); };
-    if (std::ranges::none_of(rooms, unsaved)) return {};
     const Session& session = bench.session;
-    const bool is_shown = unsaved(room_of(session.segment));
+    const Room& shown = room_of(session.segment);
+    const bool is_shown = unsaved(shown);
+    const auto room = is_shown ? &shown : std::ranges::find_if(rooms, unsaved);
+    if (room == std::end(rooms)) return {};
     const std::string_view file = session.filter_file.trimmed();
     std::string name;
     if (is_shown && !file.empty()) name = " of " + std::string(file);
     if (is_shown && file.empty() && !session.TITLE.is_blank()) name = ' ' + std::string(session.TITLE.trimmed());
-    return "The circuit" + name + " is not saved.";
+    return fmt::format("The {}{} is not saved.", room->noun, name);
 }
 
 void send_command(Workbench& bench, const Room& room, std::string_view word, const Form* form) {

@@ -34,6 +34,7 @@ struct Room {
     int recall_entry = 0;                     // entry code of "read" for a file whose name is given
     Fingerprint (*fingerprint)(const Workbench& bench) = nullptr;       // of the filter that it shows
     std::string_view (*file_refusal)(std::string_view name) = nullptr;  // why a stored filter is not read, or blank
+    std::string_view noun = "filter";                                   // what its filter is called in a question
     bool (*unsaved)(Workbench& bench) = nullptr;                        // whether its filter is not saved as it is
     Shown (*shown)(const Workbench& bench) = nullptr;                   // the design behind it
     RequestCheck (*check)(const Workbench& bench) = nullptr;            // of what it shows against its request

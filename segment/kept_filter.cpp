@@ -17,6 +17,7 @@ constexpr std::string_view stored_files = "Storage files";  // as selectors desc
     return false;
 }
 bool is_no_file(FileStatus status) { return status == FileStatus::not_regular || status == FileStatus::too_large; }
+void take_row(const KeptWork& work);
 [[nodiscard]] bool push_undo(const KeptWork& work, const std::string& snapshot);
 [[nodiscard]] bool exchange(const KeptWork& work, int level, std::string_view not_read);
 [[nodiscard]] bool save_under(const KeptWork& work, std::string_view name, std::string_view typed);
@@ -30,6 +31,7 @@ bool keep_for_undo(const KeptWork& work) { return push_undo(work, work.snapshot(
 
 void keep_former(const KeptWork& work) {
     KeptState& state = work.state;
+    take_row(work);
     const bool kept =
         !work.is_empty() && work.desk.temporaries.push_undo(state.undoTop, work.snapshot()) == FileStatus::done;
     state.undoTop = state.undoCount = kept ? std::min(state.undoTop + 1, undo_levels) : 0;
@@ -120,9 +122,17 @@ bool read(const KeptWork& work, bool name_given) {
 
 namespace {
 
+// The undo files hold the states of one Segment: with the first of another's those of the former are over.
+void take_row(const KeptWork& work) {
+    KeptState*& owner = work.desk.temporaries.row_of;
+    if (owner != nullptr && owner != &work.state) owner->undoTop = owner->undoCount = 0;
+    owner = &work.state;
+}
+
 // Where the user goes on without it, what could be redone is dropped all the same.
 bool push_undo(const KeptWork& work, const std::string& snapshot) {
     KeptState& state = work.state;
+    take_row(work);
     if (work.desk.temporaries.push_undo(state.undoTop, snapshot) == FileStatus::done) {
         state.undoTop = std::min(state.undoTop + 1, undo_levels);
     } else if (work.desk.reporter.message(go_on, "Question", Buttons::yes_no) != Answer::yes) {

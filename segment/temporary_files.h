@@ -31,6 +31,8 @@ private:
     bool anothers_ = false;
 };
 
+struct KeptState;
+
 // Without `take_folder`, as in tests, the files are those of the lock's holder, and stay.
 class TemporaryFiles {
 public:
@@ -54,6 +56,8 @@ public:
     [[nodiscard]] FileStatus push_undo(int level, const std::string& bytes);
     [[nodiscard]] FileStatus read_undo(int level, std::string& bytes) const;
     [[nodiscard]] FileStatus write_undo(int level, const std::string& bytes);
+
+    KeptState* row_of = nullptr;  // whose states the undo files hold
 
     [[nodiscard]] std::string undo_file(int level) const { return home_ + "_xxx" + std::to_string(level) + ".tmp"; }
     [[nodiscard]] std::string store_file() const { return home_ + "~xxx.tmp"; }

@@ -25,12 +25,16 @@ struct Place {
 };
 
 // What a form answers at a place: H over the constants that all places share (`Constants`). Shares are what is left of
-// numerator and denominator where terms cancel, squared: 1 where nothing does.
+// numerator and denominator where terms cancel, squared: 1 where nothing does. `left` is what is left of the very sum
+// that is 0 on a zero over what it changes by with each coefficient as a factor of it changes, squared.
 template <class Real>
 struct Answer {
     Complex<Real> h;
     Complex<Real> other{};  // of a form with two outputs
     Real delay{};           // samples
+    Real zero_delay{};      // samples, of a numerator that is a sum of terms
+    Real left = Real{} + 1.0;
+    Real other_left = Real{} + 1.0;
     Real numerator_share = Real{} + 1.0;
     Real denominator_share = Real{} + 1.0;
 };
@@ -38,6 +42,7 @@ struct Constants {
     double decibel = 0;  // of the level that was kept out of H
     double lag = 0;      // samples, as a factor w^lag
     double delay = 0;    // samples beside it
+    double turned = 0;   // samples by which `zero_delay` is short of that of the zeros
 };
 
 constexpr double tiny = 1e-280;  // beside a square: 0/0 becomes a choice, all else stays
@@ -45,6 +50,9 @@ constexpr double tiny = 1e-280;  // beside a square: 0/0 becomes a choice, all e
 // Below this share what doubles leave of H may have fewer digits than single precision, in which results are kept:
 // 2^-30, squared.
 constexpr double weak_share = 0x1p-60;
+
+// What is left of a sum within the rounding of its coefficients is nothing, 2^-49, squared: the place is on a zero.
+constexpr double nothing_left = 0x1p-98;
 
 template <class Real>
 Real square(Complex<Real> z) {
@@ -140,11 +148,16 @@ struct ParallelResponse {
     template <class Real>
     [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
         Answer<Real> answer{.h = {Real{} + form.AO, Real{}}};
+        Real changes = Real{} + (form.AO * form.AO + tiny);
         for (int k = 1; k <= form.NPAR; ++k) {  // (AL + BE w)/(w G)
             const auto d = value_at(denominators(k), at);
             const Complex<Real> n{form.AL(k) * at.cosine() + form.BE(k), form.AL(k) * at.sine};
-            answer.h += (1.0 / d.square) * (n * conjugate(d.g));
+            const Real inverse = 1.0 / d.square;
+            answer.h += inverse * (n * conjugate(d.g));
+            const Factor& f = denominators(k);
+            changes += inverse * square(n) * (1.0 + (f.a1 * f.a1 + f.a2 * f.a2) * inverse);
         }
+        answer.left = square(answer.h) / changes;
         return answer;
     }
 
@@ -209,6 +222,7 @@ struct DirectResponse {
           numerator(form.ZNUM, form.JN, degree),
           denominator(led_by_one(form.ZDEN), std::max(form.JD, 1), degree) {
         constants.decibel = 20 * std::log10(2.0) * (numerator.exponent - denominator.exponent);
+        constants.turned = 0.5 * degree;
     }
     template <class Real>
     [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
@@ -225,7 +239,9 @@ struct DirectResponse {
         }
         const Real n_square = square(n.g), d_square = square(d.g), inverse = 1.0 / d_square;
         return {.h = inverse * (n.g * conjugate(d.g)),
-                .delay = d.slope() * inverse - n.slope() / (n_square + tiny),
+                .delay = d.slope() * inverse,
+                .zero_delay = -n.slope() / (n_square + tiny),
+                .left = n_square / (numerator.bound_square + tiny),
                 .numerator_share = n_square / (numerator.bound_square + tiny),
                 .denominator_share = d_square / denominator.bound_square};
     }
@@ -268,11 +284,44 @@ struct LatticeResponse {
             df += {k * du.re, k * du.im};
         }
         const Real n_square = square(n), f_square = square(f), inverse = 1.0 / f_square;
+        Real left = Real{} + 1.0;
+        if constexpr (std::is_same_v<Real, long double>) left = n_square / (numerator_changes(w) + tiny);
         const auto real_part = [](Complex<Real> a, Complex<Real> b) { return a.re * b.re + a.im * b.im; };
         return {.h = inverse * (n * conjugate(f)),
-                .delay = real_part(dn, n) / (n_square + tiny) - real_part(df, f) * inverse,
+                .delay = -real_part(df, f) * inverse,
+                .zero_delay = real_part(dn, n) / (n_square + tiny),
+                .left = left,
                 .numerator_share = n_square / (numerator_bound * numerator_bound + tiny),
                 .denominator_share = f_square / (denominator_bound * denominator_bound)};
+    }
+
+    // The sum of squares of a coefficient times the derivative by it. Backwards, a and b are the derivatives of what
+    // the taps sum by f and g of a stage.
+    [[nodiscard]] long double numerator_changes(Complex<long double> w) const {
+        Table<Complex<long double>, 51> f, u;
+        Complex<long double> g{1, 0};
+        f(1) = g;
+        for (int i = 1; i <= form.JM; ++i) {
+            const double k = form.GMMUL(i);
+            u(i) = w * g;
+            g = {k * f(i).re + u(i).re, k * f(i).im + u(i).im};
+            f(i + 1) = {f(i).re + k * u(i).re, f(i).im + k * u(i).im};
+        }
+        long double changes = 0;
+        Complex<long double> a{}, b{};
+        for (int i = form.JT; i >= 1; --i) {
+            if (i <= form.JM) {
+                const double k = form.GMMUL(i);
+                changes += k * k * square(a * u(i) + b * f(i));
+                const Complex<long double> by_f = {a.re + k * b.re, a.im + k * b.im};
+                b = w * Complex<long double>{b.re + k * a.re, b.im + k * a.im};
+                a = by_f;
+            }
+            const double tap = form.GMTAP(i);
+            changes += tap * tap * square(f(i));  // |g| is |f| on the circle
+            b.re += tap;
+        }
+        return changes;
     }
 
     const LatticeForm& form;
@@ -288,12 +337,16 @@ struct AllpassResponse {
     }
     template <class Real>
     [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
-        Real delay{};
-        const auto a = through(first, at, delay), b = through(second, at, delay);
+        Real delay{}, changes = Real{} + 1.0;
+        const auto a = through(first, at, delay, changes), b = through(second, at, delay, changes);
         const Complex<Real> sum{0.5 * (a.re + b.re), 0.5 * (a.im + b.im)};
         const Complex<Real> difference{0.5 * (b.re - a.re), 0.5 * (b.im - a.im)};
         const bool is_sum = filter == AllpassOutput::sum;
-        return {.h = is_sum ? sum : difference, .other = is_sum ? difference : sum, .delay = 0.5 * delay};
+        return {.h = is_sum ? sum : difference,
+                .other = is_sum ? difference : sum,
+                .delay = 0.5 * delay,
+                .left = (is_sum ? square(sum) : square(difference)) / changes,
+                .other_left = (is_sum ? square(difference) : square(sum)) / changes};
     }
 
     struct Chain {
@@ -301,7 +354,7 @@ struct AllpassResponse {
         int count = 0;
     };
     template <class Real>
-    static Complex<Real> through(const Chain& chain, const Place<Real>& at, Real& delay) {
+    static Complex<Real> through(const Chain& chain, const Place<Real>& at, Real& delay, Real& changes) {
         Complex<Real> product{Real{} + 1.0, Real{}};
         for (int k = 1; k <= chain.count; ++k) {
             const auto d = value_at(chain.factors(k), at);
@@ -309,6 +362,8 @@ struct AllpassResponse {
             const Complex<Real> back = conjugate(d.g);
             product = inverse * (product * (back * back));
             delay += 2.0 * (d.slope * inverse);
+            const Factor& f = chain.factors(k);
+            changes += (f.a1 * f.a1 + f.a2 * f.a2) * inverse;
             if (chain.factors(k).a2 != 0) continue;
             product *= at.z();
             delay -= 1.0;
@@ -321,6 +376,13 @@ struct AllpassResponse {
     Constants constants{};
 };
 
+// 1 - |r|^2, 0 within the rounding of a root on the circle.
+double inside_of_circle(double re, double im) {
+    constexpr double rounding = 4e-16;
+    const long double inside = 1 - (static_cast<long double>(re) * re + static_cast<long double>(im) * im);
+    return std::fabs(inside) < rounding ? 0 : static_cast<double>(inside);
+}
+
 // The product over the roots of u = 1 - r w. The delay of a factor is 1/2 - (1 - |r|^2)/(2 |u|^2): half a sample of a
 // root on the circle. Of a linear-phase design such a root has no jump of the phase either.
 struct ModesResponse {
@@ -330,9 +392,8 @@ struct ModesResponse {
         int exponent = 0;
         level = std::frexp(roots.ZMULT / roots.PMULT, &exponent);
         const auto take = [&](double re, double im, int power, Root& root) {
-            constexpr double on_circle = 1e-10, rounding = 4e-16;
-            const long double short_of_1 = 1 - (static_cast<long double>(re) * re + static_cast<long double>(im) * im);
-            const double inside = std::fabs(short_of_1) < rounding ? 0 : static_cast<double>(short_of_1);
+            constexpr double on_circle = 1e-10;
+            const double inside = inside_of_circle(re, im);
             int e = 0;
             std::frexp(std::max({1.0, std::fabs(re), std::fabs(im)}), &e);
             root = {std::ldexp(1.0, -e), std::ldexp(re, -e), std::ldexp(im, -e), std::ldexp(0.5 * inside, -2 * e),
@@ -393,7 +454,9 @@ Place<Real> place_at(double hertz, double fs);
 Place<Lanes> places_at(double hertz0, double hertz1, double fs);
 ResponsePoint point_of(double re, double im, double delay, const Constants& constants, double turns, double fs);
 template <class Form>
-void respond(const Form& form, double fs, std::span<const double> hertz, FormResponse& response);
+void respond(const Form& form, const IirFilter& filter, std::span<const double> hertz, FormResponse& response);
+void settle_zeros(const DigitalRoots& roots, const Place<long double>& at, double turned, Answer<long double>& answer);
+double delay_of_zeros(const DigitalRoots& roots, const Place<long double>& at);
 
 }  // namespace
 
@@ -401,7 +464,7 @@ FormResponse form_response(const IirFilter& filter, Implementation form, std::sp
     FormResponse response;
     response.has_delay = form != Implementation::parallel;
     response.has_complement = form == Implementation::allpass;
-    const auto respond_by = [&](const auto& by) { respond(by, filter.fs, hertz, response); };
+    const auto respond_by = [&](const auto& by) { respond(by, filter, hertz, response); };
     switch (form) {
         case Implementation::cascade: respond_by(CascadeResponse(filter.cascade)); break;
         case Implementation::parallel: respond_by(ParallelResponse(filter.parallel)); break;
@@ -419,7 +482,8 @@ namespace {
 
 // Two places at a time; where too little is left of a sum, the place by itself in wide numbers.
 template <class Form>
-void respond(const Form& form, double fs, std::span<const double> hertz, FormResponse& response) {
+void respond(const Form& form, const IirFilter& filter, std::span<const double> hertz, FormResponse& response) {
+    const double fs = filter.fs;
     response.count = static_cast<int>(hertz.size());
     constexpr std::size_t lanes = LanesOf<double>::count;
     for (std::size_t i = 0; i < hertz.size(); i += lanes) {
@@ -436,15 +500,38 @@ void respond(const Form& form, double fs, std::span<const double> hertz, FormRes
                 response.filter(row) = point(h);
                 if (response.has_complement) response.complement(row) = point(other);
             };
-            if (both.numerator_share[j] < weak_share || both.denominator_share[j] < weak_share) {
-                const auto alone = form.at(place_at<long double>(hertz[i + j], fs));
-                take(alone.h, alone.other, alone.delay);
+            const auto is_weak = [j](auto... shares) { return ((shares[j] < weak_share) || ...); };
+            if (is_weak(both.numerator_share, both.denominator_share, both.left, both.other_left)) {
+                const auto at = place_at<long double>(hertz[i + j], fs);
+                auto alone = form.at(at);
+                settle_zeros(filter.roots, at, form.constants.turned, alone);
+                take(alone.h, alone.other, alone.delay + alone.zero_delay);
             } else {
                 take(Complex<double>{both.h.re[j], both.h.im[j]}, Complex<double>{both.other.re[j], both.other.im[j]},
-                     both.delay[j]);
+                     both.delay[j] + both.zero_delay[j]);
             }
         }
     }
+}
+
+// Where nothing is left of a sum: H is 0, and the delay of a numerator that is such a sum is that of the zeros.
+void settle_zeros(const DigitalRoots& roots, const Place<long double>& at, double turned, Answer<long double>& answer) {
+    if (answer.other_left < nothing_left) answer.other = {};
+    if (!(answer.left < nothing_left)) return;
+    answer.h = {};
+    if (answer.zero_delay != 0) answer.zero_delay = delay_of_zeros(roots, at) - turned;
+}
+
+// In samples: half a sample of each zero on the circle.
+double delay_of_zeros(const DigitalRoots& roots, const Place<long double>& at) {
+    constexpr double close = 1e-30;  // 1e-15, squared
+    double delay = 0;
+    for (int i = 1; i <= roots.NZ; ++i) {
+        const Complex<long double> r{roots.ZR(i), roots.ZI(i)};
+        const auto distance = static_cast<double>(square(at.z() - r));
+        delay += distance < close ? 0.5 : 0.5 - 0.5 * inside_of_circle(roots.ZR(i), roots.ZI(i)) / distance;
+    }
+    return delay;
 }
 
 template <class Real>

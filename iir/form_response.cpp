@@ -562,7 +562,7 @@ ResponsePoint point_of(double re, double im, double delay, const Constants& cons
     double phase = std::atan2(im, re) * (180 / std::numbers::pi);
     if (constants.lag != 0) phase = std::remainder(phase - 360 * std::remainder(constants.lag * turns, 1.0), 360.0);
     if (re == 0 && im == 0) phase = 0;
-    return {.loss = -decibel - constants.decibel,
+    return {.loss = 0.0 - decibel - constants.decibel,
             .phase = phase <= -180 ? -180.0 : -phase + 0.0,
             .delay = (delay + constants.lag + constants.delay) / fs};
 }

@@ -76,9 +76,11 @@ void take_points(const PlotChoice& choice, const PlotSource& source, const Curve
     const ResultColumn& x = x_column(results, source.kind);
     results.point_count = 0;
     results.has_y2 = curves.y2 != nullptr;
+    // In the precision of the results: a row on a limit is inside.
+    const auto lower = static_cast<float>(choice.lower * source.x_unit);
+    const auto upper = static_cast<float>(choice.upper * source.x_unit);
     for (int i = 1; i <= rows(results, source.kind); ++i) {
-        const auto at = static_cast<double>(x(i)) / source.x_unit;
-        if (choice.upper > 0 && (at < choice.lower || at > choice.upper)) continue;
+        if (choice.upper > 0 && (x(i) < lower || x(i) > upper)) continue;
         const int n = ++results.point_count;
         results.X_DATA(n) = x(i);
         results.Y1_DATA(n) = (results.*curves.y1->column)(i);

@@ -22,7 +22,7 @@ CoefficientText::CoefficientText(DisplayFormat format, std::span<const double> n
 }
 
 std::string CoefficientText::operator()(double x) const {
-    if (format_ == DisplayFormat::decimal) return edited<"(1P,E13.6)">(x);
+    if (format_ == DisplayFormat::decimal) return edited<"(1P,E13.6)">(x + 0.0);  // a zero has no sign
     const auto word = whole_part<std::int32_t>(std::round(std::ldexp(x, fraction_bits_)));
     const std::string digits = fmt::format("{:08X}", static_cast<std::uint32_t>(word));
     return edit_a(digits, coefficient_width);

@@ -42,7 +42,9 @@ Lines root_lines(const IirFilter& filter) {
 }
 
 Lines switched_capacitor_lines(const IirFilter& filter, std::string_view title) {
-    const auto row = [](double leading, double c1, double c2) { return edited<"(1P,3(3X,E14.6))">(leading, c1, c2); };
+    const auto row = [](double leading, double c1, double c2) {
+        return edited<"(1P,3(3X,E14.6))">(leading, c1 + 0.0, c2 + 0.0);
+    };
     const CascadeForm& c = filter.cascade;
     Lines lines = {" ! pole-zero data for switched-capacitor filter", title_line(title),
                    " ! numerator quadratic factors"};

@@ -117,9 +117,8 @@ Refusal digital_refusal(const FilterAnalysisRequest& r) {
     }
     for (int i = 1; !roots && i <= r.DENOM.rows; ++i) {
         const double q = r.DENOM(i, 1), l = r.DENOM(i, 2), c = r.DENOM(i, 3);
-        const bool within = q != 0   ? std::abs(c / q) < 1 && std::abs(l / q) < 1 + c / q
-                            : l != 0 ? std::abs(c / l) < 1
-                                     : c != 0;
+        if (q == 0 && l == 0 && c == 0) return {"Values not permitted", "denominator"};
+        const bool within = q != 0 ? std::abs(c / q) < 1 && std::abs(l / q) < 1 + c / q : l == 0 || std::abs(c / l) < 1;
         if (!within) return {pole_outside, "denominator"};
     }
     for (int i = 1; !roots && i <= r.NUMER.rows; ++i) {

@@ -51,7 +51,7 @@ constexpr double tiny = 1e-280;  // beside a square: 0/0 becomes a choice, all e
 // 2^-30, squared.
 constexpr double weak_share = 0x1p-60;
 
-// What is left of a sum within the rounding of its coefficients is nothing, 2^-49, squared: the place is on a zero.
+// What is left of a sum within the rounding of its coefficients is nothing, 2^-49, squared.
 constexpr double nothing_left = 0x1p-98;
 
 template <class Real>
@@ -456,7 +456,11 @@ ResponsePoint point_of(double re, double im, double delay, const Constants& cons
 template <class Form>
 void respond(const Form& form, const IirFilter& filter, std::span<const double> hertz, FormResponse& response);
 void settle_zeros(const DigitalRoots& roots, const Place<long double>& at, double turned, Answer<long double>& answer);
-double delay_of_zeros(const DigitalRoots& roots, const Place<long double>& at);
+struct ZerosAt {
+    double delay = 0;  // samples, half a sample of each zero on the circle
+    bool on_one = false;
+};
+ZerosAt zeros_at_place(const DigitalRoots& roots, const Place<long double>& at);
 
 }  // namespace
 
@@ -514,24 +518,27 @@ void respond(const Form& form, const IirFilter& filter, std::span<const double> 
     }
 }
 
-// Where nothing is left of a sum: H is 0, and the delay of a numerator that is such a sum is that of the zeros.
+// Where nothing is left of a sum, the roots say whether the place is on a zero, and what delay zeros have there. Those
+// of the other output nobody knows.
 void settle_zeros(const DigitalRoots& roots, const Place<long double>& at, double turned, Answer<long double>& answer) {
     if (answer.other_left < nothing_left) answer.other = {};
     if (!(answer.left < nothing_left)) return;
-    answer.h = {};
-    if (answer.zero_delay != 0) answer.zero_delay = delay_of_zeros(roots, at) - turned;
+    const ZerosAt zeros = zeros_at_place(roots, at);
+    if (zeros.on_one) answer.h = {};
+    if (answer.zero_delay != 0) answer.zero_delay = zeros.delay - turned;
 }
 
-// In samples: half a sample of each zero on the circle.
-double delay_of_zeros(const DigitalRoots& roots, const Place<long double>& at) {
+ZerosAt zeros_at_place(const DigitalRoots& roots, const Place<long double>& at) {
     constexpr double close = 1e-30;  // 1e-15, squared
-    double delay = 0;
+    ZerosAt zeros;
     for (int i = 1; i <= roots.NZ; ++i) {
         const Complex<long double> r{roots.ZR(i), roots.ZI(i)};
         const auto distance = static_cast<double>(square(at.z() - r));
-        delay += distance < close ? 0.5 : 0.5 - 0.5 * inside_of_circle(roots.ZR(i), roots.ZI(i)) / distance;
+        const bool on_it = distance < close;
+        if (on_it) zeros.on_one = true;
+        zeros.delay += on_it ? 0.5 : 0.5 - 0.5 * inside_of_circle(roots.ZR(i), roots.ZI(i)) / distance;
     }
-    return delay;
+    return zeros;
 }
 
 template <class Real>

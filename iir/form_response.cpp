@@ -238,11 +238,12 @@ struct DirectResponse {
             turn *= at.z();
         }
         const Real n_square = square(n.g), d_square = square(d.g), inverse = 1.0 / d_square;
+        const Real share = n_square / (numerator.bound_square + tiny);
         return {.h = inverse * (n.g * conjugate(d.g)),
                 .delay = d.slope() * inverse,
                 .zero_delay = -n.slope() / (n_square + tiny),
-                .left = n_square / (numerator.bound_square + tiny),
-                .numerator_share = n_square / (numerator.bound_square + tiny),
+                .left = share,
+                .numerator_share = share,
                 .denominator_share = d_square / denominator.bound_square};
     }
     // The first coefficient is not divided out: it counts as 1.

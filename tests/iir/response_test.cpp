@@ -274,10 +274,13 @@ TEST(FormResponse, LargeNumbers) {
 
 // On a zero the loss is infinite and the delay is that of its neighbours; on a pole there is no result.
 TEST(FormResponse, RootsOnTheCircle) {
-    IirFilter filter = filter_of(1, {{0, 1}, {-1, 0}}, {{0.5, 0}});
+    IirFilter filter = filter_of(0.1, {{0, 1}, {-1, 0}}, {{0.3, 0.4}, {0.5, 0}});
     filter.fs = 8;
+    ASSERT_EQ(makeParallel(filter).text + makeDirect(filter).text, "");
+    ASSERT_EQ(makeLattice(filter).outcome, LatticeOutcome::made);
     const double hertz[] = {4, 3.99999, 2, 2.00001};
-    for (const auto form : {Implementation::cascade, Implementation::natural_modes}) {
+    for (const auto form : {Implementation::cascade, Implementation::natural_modes, Implementation::parallel,
+                            Implementation::direct, Implementation::lattice}) {
         const FormResponse response = form_response(filter, form, hertz);
         for (const int i : {1, 3}) {
             EXPECT_GT(response.filter(i).loss, i == 1 ? 1e9 : 300) << i;
@@ -285,6 +288,7 @@ TEST(FormResponse, RootsOnTheCircle) {
         }
     }
     filter.cascade.C1D(1) = 1;
+    filter.cascade.C2D(1) = 0;
     EXPECT_FALSE(std::isfinite(form_response(filter, Implementation::cascade, hertz).filter(1).delay));
 }
 

@@ -95,6 +95,15 @@ FactorValue<Real> value_at(const Factor& f, const Place<Real>& at) {
     return value;
 }
 
+// What 1/G changes by with its coefficients, squared, as `left` counts it: in wide numbers alone, where `left` decides.
+template <class Real>
+Real changes_of(const Factor& f, Real inverse) {
+    if constexpr (std::is_same_v<Real, long double>)
+        return (f.a1 * f.a1 + f.a2 * f.a2) * inverse;
+    else
+        return Real{};
+}
+
 struct CascadeResponse {
     explicit CascadeResponse(const CascadeForm& form) : sections(section_count(form)) {
         int exponent = 0;
@@ -154,8 +163,7 @@ struct ParallelResponse {
             const Complex<Real> n{form.AL(k) * at.cosine() + form.BE(k), form.AL(k) * at.sine};
             const Real inverse = 1.0 / d.square;
             answer.h += inverse * (n * conjugate(d.g));
-            const Factor& f = denominators(k);
-            changes += inverse * square(n) * (1.0 + (f.a1 * f.a1 + f.a2 * f.a2) * inverse);
+            changes += inverse * square(n) * (1.0 + changes_of<Real>(denominators(k), inverse));
         }
         answer.left = square(answer.h) / changes;
         return answer;
@@ -363,8 +371,7 @@ struct AllpassResponse {
             const Complex<Real> back = conjugate(d.g);
             product = inverse * (product * (back * back));
             delay += 2.0 * (d.slope * inverse);
-            const Factor& f = chain.factors(k);
-            changes += (f.a1 * f.a1 + f.a2 * f.a2) * inverse;
+            changes += changes_of<Real>(chain.factors(k), inverse);
             if (chain.factors(k).a2 != 0) continue;
             product *= at.z();
             delay -= 1.0;

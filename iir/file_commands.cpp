@@ -1,5 +1,9 @@
 #include "iir/file_commands.h"
 
+#include <filesystem>
+#include <string>
+#include <system_error>
+
 #include "iir/command_tools.h"
 #include "iir/pole_zero_text.h"
 #include "iir/report_commands.h"
@@ -9,6 +13,7 @@ namespace kavrel {
 namespace {
 
 bool wishes_modified(IirDesk& desk);
+std::string_view failure_of_writing(const std::string& file);
 
 }  // namespace
 
@@ -49,7 +54,7 @@ void write_switched_capacitor(IirDesk& desk) {
     if (!name) return;
     const Lines lines = switched_capacitor_lines(desk.filter, desk.session.TITLE.trimmed());
     const std::string file = file_name(*name, ExtSlot::switched_capacitor);
-    if (write_text(desk, *name, file, joined_lines(lines), "Error in writing file")) report_done(desk);
+    if (write_text(desk, *name, file, joined_lines(lines), failure_of_writing(file))) report_done(desk);
 }
 
 namespace {
@@ -59,6 +64,14 @@ bool wishes_modified(IirDesk& desk) {
         "Data is for the original filter, not the current (modified) one \nWish to continue?";
     if (!desk.filter.Modified) return true;
     return desk.reporter.message(question, "Question", Buttons::yes_no) == Answer::yes;
+}
+
+// Without its folder a file cannot even be opened.
+std::string_view failure_of_writing(const std::string& file) {
+    const auto folder = std::filesystem::path(file).parent_path();
+    std::error_code unknown;
+    const bool opens = folder.empty() || std::filesystem::is_directory(folder, unknown);
+    return opens ? "Error in writing file" : "Error in opening file";
 }
 
 }  // namespace

@@ -74,7 +74,7 @@ TEST_F(IirFileCommands, SwitchedCapacitorFile) {
     EXPECT_EQ(read_text("poles.swc"), file("     2.500000E-01     0.000000E+00     0.000000E+00\n")) << "the level";
     window.files = {"no/such/folder"};
     send("swc ");
-    EXPECT_EQ(boxes(), "Error: Error in writing file");
+    EXPECT_EQ(boxes(), "Error: Error in opening file");
 }
 
 // What is read can be undone; what was done to another filter before it was recalled can not.

@@ -25,17 +25,15 @@ struct Place {
 };
 
 // What a form answers at a place: H over the constants that all places share (`Constants`). Shares are what is left of
-// numerator and denominator where terms cancel, squared: 1 where nothing does. `left` is what is left of the very sum
-// that is 0 on a zero over what it changes by with each coefficient as a factor of it changes, squared.
+// numerator and denominator where terms cancel, squared: 1 where nothing does.
 template <class Real>
 struct Answer {
     Complex<Real> h;
     Complex<Real> other{};  // of a form with two outputs
     Real delay{};           // samples
     Real zero_delay{};      // samples, of a numerator that is a sum of terms
-    Real left = Real{} + 1.0;
-    Real other_left = Real{} + 1.0;
     Real numerator_share = Real{} + 1.0;
+    Real other_share = Real{} + 1.0;  // of the other output
     Real denominator_share = Real{} + 1.0;
 };
 struct Constants {
@@ -51,8 +49,8 @@ constexpr double tiny = 1e-280;  // beside a square: 0/0 becomes a choice, all e
 // 2^-30, squared.
 constexpr double weak_share = 0x1p-60;
 
-// What is left of a sum within the rounding of its coefficients is nothing, 2^-49, squared.
-constexpr double nothing_left = 0x1p-98;
+// What is left of a sum within the rounding of its coefficients is nothing, 2^-46, squared.
+constexpr double nothing_left = 0x1p-92;
 
 template <class Real>
 Real square(Complex<Real> z) {
@@ -93,15 +91,6 @@ FactorValue<Real> value_at(const Factor& f, const Place<Real>& at) {
     value.square = square(value.g);
     value.slope = f.difference * (at.near * beside + f.a1 * at.off);
     return value;
-}
-
-// What 1/G changes by with its coefficients, squared, as `left` counts it: in wide numbers alone, where `left` decides.
-template <class Real>
-Real changes_of(const Factor& f, Real inverse) {
-    if constexpr (std::is_same_v<Real, long double>)
-        return (f.a1 * f.a1 + f.a2 * f.a2) * inverse;
-    else
-        return Real{};
 }
 
 struct CascadeResponse {
@@ -157,15 +146,15 @@ struct ParallelResponse {
     template <class Real>
     [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
         Answer<Real> answer{.h = {Real{} + form.AO, Real{}}};
-        Real changes = Real{} + (form.AO * form.AO + tiny);
+        Real terms = Real{} + (form.AO * form.AO + tiny);
         for (int k = 1; k <= form.NPAR; ++k) {  // (AL + BE w)/(w G)
             const auto d = value_at(denominators(k), at);
             const Complex<Real> n{form.AL(k) * at.cosine() + form.BE(k), form.AL(k) * at.sine};
             const Real inverse = 1.0 / d.square;
             answer.h += inverse * (n * conjugate(d.g));
-            changes += inverse * square(n) * (1.0 + changes_of<Real>(denominators(k), inverse));
+            terms += inverse * square(n);
         }
-        answer.left = square(answer.h) / changes;
+        answer.numerator_share = square(answer.h) / terms;
         return answer;
     }
 
@@ -250,7 +239,6 @@ struct DirectResponse {
         return {.h = inverse * (n.g * conjugate(d.g)),
                 .delay = d.slope() * inverse,
                 .zero_delay = -n.slope() / (n_square + tiny),
-                .left = share,
                 .numerator_share = share,
                 .denominator_share = d_square / denominator.bound_square};
     }
@@ -293,44 +281,13 @@ struct LatticeResponse {
             df += {k * du.re, k * du.im};
         }
         const Real n_square = square(n), f_square = square(f), inverse = 1.0 / f_square;
-        Real left = Real{} + 1.0;
-        if constexpr (std::is_same_v<Real, long double>) left = n_square / (numerator_changes(w) + tiny);
+        const Real share = n_square / (numerator_bound * numerator_bound + tiny);
         const auto real_part = [](Complex<Real> a, Complex<Real> b) { return a.re * b.re + a.im * b.im; };
         return {.h = inverse * (n * conjugate(f)),
                 .delay = -real_part(df, f) * inverse,
                 .zero_delay = real_part(dn, n) / (n_square + tiny),
-                .left = left,
-                .numerator_share = n_square / (numerator_bound * numerator_bound + tiny),
+                .numerator_share = share,
                 .denominator_share = f_square / (denominator_bound * denominator_bound)};
-    }
-
-    // The sum of squares of a coefficient times the derivative by it. Backwards, a and b are the derivatives of what
-    // the taps sum by f and g of a stage.
-    [[nodiscard]] long double numerator_changes(Complex<long double> w) const {
-        Table<Complex<long double>, 51> f, u;
-        Complex<long double> g{1, 0};
-        f(1) = g;
-        for (int i = 1; i <= form.JM; ++i) {
-            const double k = form.GMMUL(i);
-            u(i) = w * g;
-            g = {k * f(i).re + u(i).re, k * f(i).im + u(i).im};
-            f(i + 1) = {f(i).re + k * u(i).re, f(i).im + k * u(i).im};
-        }
-        long double changes = 0;
-        Complex<long double> a{}, b{};
-        for (int i = form.JT; i >= 1; --i) {
-            if (i <= form.JM) {
-                const double k = form.GMMUL(i);
-                changes += k * k * square(a * u(i) + b * f(i));
-                const Complex<long double> by_f = {a.re + k * b.re, a.im + k * b.im};
-                b = w * Complex<long double>{b.re + k * a.re, b.im + k * a.im};
-                a = by_f;
-            }
-            const double tap = form.GMTAP(i);
-            changes += tap * tap * square(f(i));  // |g| is |f| on the circle
-            b.re += tap;
-        }
-        return changes;
     }
 
     const LatticeForm& form;
@@ -346,16 +303,16 @@ struct AllpassResponse {
     }
     template <class Real>
     [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
-        Real delay{}, changes = Real{} + 1.0;
-        const auto a = through(first, at, delay, changes), b = through(second, at, delay, changes);
+        Real delay{};
+        const auto a = through(first, at, delay), b = through(second, at, delay);
         const Complex<Real> sum{0.5 * (a.re + b.re), 0.5 * (a.im + b.im)};
         const Complex<Real> difference{0.5 * (b.re - a.re), 0.5 * (b.im - a.im)};
         const bool is_sum = filter == AllpassOutput::sum;
         return {.h = is_sum ? sum : difference,
                 .other = is_sum ? difference : sum,
                 .delay = 0.5 * delay,
-                .left = (is_sum ? square(sum) : square(difference)) / changes,
-                .other_left = (is_sum ? square(difference) : square(sum)) / changes};
+                .numerator_share = is_sum ? square(sum) : square(difference),
+                .other_share = is_sum ? square(difference) : square(sum)};
     }
 
     struct Chain {
@@ -363,7 +320,7 @@ struct AllpassResponse {
         int count = 0;
     };
     template <class Real>
-    static Complex<Real> through(const Chain& chain, const Place<Real>& at, Real& delay, Real& changes) {
+    static Complex<Real> through(const Chain& chain, const Place<Real>& at, Real& delay) {
         Complex<Real> product{Real{} + 1.0, Real{}};
         for (int k = 1; k <= chain.count; ++k) {
             const auto d = value_at(chain.factors(k), at);
@@ -371,7 +328,6 @@ struct AllpassResponse {
             const Complex<Real> back = conjugate(d.g);
             product = inverse * (product * (back * back));
             delay += 2.0 * (d.slope * inverse);
-            changes += changes_of<Real>(chain.factors(k), inverse);
             if (chain.factors(k).a2 != 0) continue;
             product *= at.z();
             delay -= 1.0;
@@ -513,7 +469,7 @@ void respond(const Form& form, const IirFilter& filter, std::span<const double> 
                 if (response.has_complement) response.complement(row) = point(other);
             };
             const auto is_weak = [j](auto... shares) { return ((shares[j] < weak_share) || ...); };
-            if (is_weak(both.numerator_share, both.denominator_share, both.left, both.other_left)) {
+            if (is_weak(both.numerator_share, both.other_share, both.denominator_share)) {
                 const auto at = place_at<long double>(hertz[i + j], fs);
                 auto alone = form.at(at);
                 settle_zeros(filter.roots, at, form.constants.turned, alone);
@@ -529,8 +485,8 @@ void respond(const Form& form, const IirFilter& filter, std::span<const double> 
 // Where nothing is left of a sum, the roots say whether the place is on a zero, and what delay zeros have there. Those
 // of the other output nobody knows.
 void settle_zeros(const DigitalRoots& roots, const Place<long double>& at, double turned, Answer<long double>& answer) {
-    if (answer.other_left < nothing_left) answer.other = {};
-    if (!(answer.left < nothing_left)) return;
+    if (answer.other_share < nothing_left) answer.other = {};
+    if (!(answer.numerator_share < nothing_left)) return;
     const ZerosAt zeros = zeros_at_place(roots, at);
     if (zeros.on_one) answer.h = {};
     if (answer.zero_delay != 0) answer.zero_delay = zeros.delay - turned;

@@ -54,7 +54,9 @@ void draw_section(IirDesk& desk) {
 
 // A stored file has the title, too: with another one it is no longer what is shown.
 void change_title(IirDesk& desk) {
-    if (desk.session.TITLE != desk.command.title) desk.state.kept.saved = 0;
+    if (desk.session.TITLE == desk.command.title) return;
+    if (has_filter(desk.filter) && !keep_for_undo(kept(desk))) return;
+    desk.state.kept.saved = 0;
     desk.session.TITLE = desk.command.title;
 }
 

@@ -14,7 +14,8 @@ constexpr Keeping<IirFilter> iir_keeping{.snapshot = {.bytes = iir_snapshot, .ta
                                          .overwrite_warning = "Current filter will be overwritten!",
                                          .words = {.not_kept = " Data could not be stored",
                                                    .nothing_stored = "Nothing stored\nor error reading data file",
-                                                   .not_recalled = "Nothing stored\nor error reading data file"}};
+                                                   .not_recalled = "Nothing stored\nor error reading data file"},
+                                         .undoes_title = true};
 
 Fingerprint fingerprint(const IirFilter& filter) {
     IirFilter master = filter;

@@ -158,7 +158,7 @@ bool exchange(const KeptWork& work, int level, std::string_view not_read) {
     }
     if (work.state.opened) {
         session.filter_file = "";
-    } else {
+    } else if (!work.undoes_title()) {
         session.TITLE = title;
     }
     return true;

@@ -38,6 +38,7 @@ struct Keeping {
     std::string_view open_caption;              // of the selector of "read"
     std::string_view overwrite_warning;         // before it
     KeepingWords words = {};
+    bool undoes_title = false;  // a change of the title is an edit
 };
 
 // A Segment's filter, whatever its type, with the records that the commands work on. The title is the session's.
@@ -59,6 +60,7 @@ public:
     [[nodiscard]] virtual std::string selector_filter() const = 0;                                // "*.qfp; *.trf"
     [[nodiscard]] virtual std::string_view open_caption() const = 0;
     [[nodiscard]] virtual std::string_view overwrite_warning() const = 0;
+    [[nodiscard]] virtual bool undoes_title() const = 0;
     [[nodiscard]] virtual const KeepingWords& words() const = 0;
 };
 
@@ -88,6 +90,7 @@ public:
     }
     std::string_view open_caption() const override { return keeping_.open_caption; }
     std::string_view overwrite_warning() const override { return keeping_.overwrite_warning; }
+    bool undoes_title() const override { return keeping_.undoes_title; }
     const KeepingWords& words() const override { return keeping_.words; }
 
 private:
@@ -117,9 +120,9 @@ void keep_former(const KeptWork& work);
 // The commands answer whether they were done. Where one was not, a box has said why, and nothing has changed: filter,
 // title, state, and every file that is in use.
 
-// "undo": takes the newest edit back. "redo": makes again the edit that was undone last. No edit changes the title: one
-// that was typed in meanwhile remains. Where the step may have led to another filter the title is that one's, and it is
-// not saved into the stored file unasked.
+// "undo": takes the newest edit back. "redo": makes again the edit that was undone last. Where no edit changes the
+// title one that was typed in meanwhile remains. Where the step may have led to another filter the title is that one's,
+// and it is not saved into the stored file unasked.
 [[nodiscard]] bool undo(const KeptWork& work);
 [[nodiscard]] bool redo(const KeptWork& work);
 

@@ -7,7 +7,7 @@
 #include "iir/lattice_form.h"
 #include "iir/parallel_form.h"
 #include "iir/steppers.h"
-#include "tests/iir/filter_of.h"
+#include "tests/iir/filters.h"
 
 namespace kavrel {
 

@@ -27,13 +27,13 @@ struct IirRequest {
     double lower_passband = 0;  // in the user's unit of frequency
     double upper_passband = 0;
 
-    FrequencyRequest frequency;
+    FrequencyRequest frequency = {};
     Implementation analysed = Implementation::cascade;
-    TimeRequest time;  // a step of 0 is one sample
+    TimeRequest time = {};  // a step of 0 is one sample
     Implementation simulated = Implementation::cascade;
     AllpassOutput output = AllpassOutput::filter;
-    PlotChoice frequency_plot;
-    PlotChoice time_plot;
+    PlotChoice frequency_plot = {};
+    PlotChoice time_plot = {};
 
     double loss = 0;  // dB
     double c1 = 0;
@@ -42,13 +42,13 @@ struct IirRequest {
     int deleted = 0;
     FactorPlace deleted_from = FactorPlace::numerator;
     FactorPlace permuted = FactorPlace::numerator;
-    FixedText<80> sequence;  // serial numbers, parted by blanks or commas
+    FixedText<80> sequence = {};  // serial numbers, parted by blanks or commas
 
     int section = 0;
     DiagramChoice diagram = DiagramChoice::multiple_input;
     DisplayFormat display_format = DisplayFormat::decimal;  // of every table since
     double sampling_frequency = 0;                          // in the user's unit
-    FixedText<80> title;
+    FixedText<80> title = {};
     PrintTarget printing_to = PrintTarget::none;
 };
 

@@ -1,6 +1,9 @@
 // Digital filters that tests make: a request with its steps, as one record.
 #pragma once
 
+#include <complex>
+#include <numbers>
+
 #include "approximation/s_plane.h"
 #include "approximation/spectral_transform.h"
 #include "approximation/z_transform.h"
@@ -34,6 +37,18 @@ inline void take_function(std::string_view kind, int degree, FilterSpec& s) {
     }
 }
 
+// A low-pass of the pass band edge 1 kHz.
+inline DigitalCase low_pass_case(ZTransform transform, std::string_view kind, int degree, double loss = 0.5) {
+    DigitalCase c;
+    c.transform = transform;
+    c.spec.filterType = low_pass;
+    c.spec.upperPassEdge = 1000;
+    c.spec.bandEdgeLoss = loss;
+    if (kind == "elliptic" || kind == "inverse_chebyshev") c.spec.upperStopEdge = 1700;
+    take_function(kind, degree, c.spec);
+    return c;
+}
+
 struct DigitalDesign {
     std::unique_ptr<Design> analog;
     TransferFunction prototype;
@@ -57,6 +72,11 @@ inline DigitalDesign designed(const DigitalCase& asked) {
     target.fs = asked.fs;
     d.function = spectralTransform(target, d.low);
     return d;
+}
+
+inline std::complex<long double> h_at(const DigitalFunction& f, std::complex<long double> z) {
+    const Complex<Wide> h = value_at(f, {z.real(), z.imag()});
+    return {h.re, h.im};
 }
 
 }  // namespace kavrel::test

@@ -1,5 +1,4 @@
-// Reports and analyses of digital filters as they are shown: golden texts, numbers as words, conversations of the
-// frequency commands, the state file.
+// Reports and analyses of digital filters as they are shown: golden texts, numbers as words, the state file.
 #include <complex>
 
 #include <nlohmann/json.hpp>
@@ -10,7 +9,7 @@
 #include "iir/iir_report.h"
 #include "iir/section_diagram.h"
 #include "shell/utf8.h"
-#include "tests/iir/filter_of.h"
+#include "tests/iir/filters.h"
 #include "tests/iir/iir_room.h"
 #include "tests/support/golden.h"
 
@@ -82,139 +81,74 @@ TEST(IirReport, Golden) {
 }
 
 struct IirViews : testing::Test, IirRoom {
-    IirViews() {
-        filter = of_all_forms();
-        session.TITLE = "views";
+    IirViews() { filter = of_all_forms(); }
+    void frequency(Implementation form, double end = 4000, double increment = 1000) {
+        command.frequency = {.end = end, .increment = increment};
+        command.analysed = form;
+        send("freq");
     }
-    void frequency(Entries entries, Answer tabulate = Answer::no) {
-        window.answers = {tabulate};
-        if (fill(IIR_FREQUENCY_DLG, entries)) send("freq");
-    }
-    [[nodiscard]] bool reported(std::string_view text) const { return lines().find(text) != std::string::npos; }
 };
 
-// Sampled at 8 kHz: zeros at 4 kHz, and a row that prints as infinite.
-TEST_F(IirViews, TablesOfAllStructures) {
-    std::string all;
-    for (const std::string_view form :
-         {"Cascade", "Parallel", "Lattice", "Direct", "Differential allpass", "Natural modes"}) {
-        frequency({{"start", "0"}, {"end", "4000"}, {"increment", "1000"}, {"implementation", form}}, Answer::yes);
-        EXPECT_EQ(boxes(), "Question: Tabulate? | Success: *** done ***") << form;
-        all += lines();
-    }
-    filter.kind = DigitalKind::high_pass;
-    frequency({{"frequency_unit", "rad/sec"},
-               {"start", "25000"},
-               {"end", "25000.4"},
-               {"increment", "0.1"},
-               {"implementation", "Differential allpass"}},
-              Answer::yes);
-    expect_golden(TEST_DATA "/iir/report/tables.txt", all + lines());
-    frequency({{"start", "0"}, {"end", "4000"}, {"increment", "10"}, {"frequency_unit", "Hz"}}, Answer::yes);
-    int heads = 0;
-    for (const std::string& line : window.lines) heads += line == "******* Computed performance *******";
-    EXPECT_EQ(heads, 401 / 57 + 1) << "one a page";
-}
-
 TEST_F(IirViews, WhatTheResultsHold) {
-    frequency({{"start", "0"}, {"end", "4000"}, {"increment", "1000"}, {"implementation", "Differential allpass"}});
+    frequency(Implementation::allpass);
     EXPECT_TRUE(results.has_complement && results.has_delay && !results.difference);
     const double hertz[] = {3000};
     const FormResponse response = form_response(filter, Implementation::allpass, hertz);
     EXPECT_EQ(results.LOSS_COMPLEMENT(4), static_cast<float>(response.complement(1).loss));
     EXPECT_EQ(results.structure.trimmed(), "diff. allpass");
-    const double power = std::pow(10, -response.filter(1).loss / 10) + std::pow(10, -response.complement(1).loss / 10);
-    EXPECT_NEAR(power, 1, 1e-14) << "no power is lost";
-    frequency({{"start", "0"}, {"end", "4000"}, {"increment", "1000"}, {"implementation", "Cascade"}});
+    frequency(Implementation::cascade);
     EXPECT_FALSE(results.has_complement);
     EXPECT_EQ(results.LOSS(5), 100) << "infinite";
-    window.files = {"kept"};
-    send("tabf");
-    EXPECT_NE(read_text("kept.tab").find("100.0000"), std::string::npos);
-    // A pole on a frequency of the grid.
-    filter.cascade.C1D(2) = -1;
-    frequency({{"start", "0"}, {"end", "4000"}, {"increment", "1000"}});
+    window.answers = {Answer::yes};
+    frequency(Implementation::cascade, 4000, 10);
+    EXPECT_EQ(std::ranges::count(window.lines, "******* Computed performance *******"), 401 / 57 + 1) << "one a page";
+    filter.cascade.C1D(2) = -1;  // a pole on a frequency of the grid
+    frequency(Implementation::cascade);
     EXPECT_TRUE(reported(" *** 1 of 5 frequencies has no result ***"));
     EXPECT_EQ(results.FREQ(1), 1000);
     filter.cascade.C1D(2) = -0.5;
-    window.files = {"kept"}, window.answers = {Answer::yes};
+    window.files = {"kept"};
     send("tabf");
     EXPECT_TRUE(read_text("kept.tab").starts_with(" *** analysis of an earlier filter ***"));
 }
 
-TEST_F(IirViews, WhatIsRefused) {
-    filter.parallel = {}, filter.lattice = {}, filter.direct = {}, filter.allpass = {};
-    for (const auto& [form, name] : {std::pair{"Parallel", "Parallel"},
-                                     {"Lattice", "Lattice"},
-                                     {"Direct", "Direct"},
-                                     {"Differential allpass", "Allpass"}}) {
-        frequency({{"start", "0"}, {"end", "1"}, {"count", "9"}, {"implementation", form}});
-        EXPECT_EQ(boxes(), "Error: " + std::string(name) + " implementation not available");
-    }
-    command.analysed = {};
-    send("freq");
-    EXPECT_EQ(boxes(), "Error: Implementation not selected");
-    command.analysed = Implementation::cascade, command.frequency = {};
-    send("freq");
-    EXPECT_EQ(boxes(), "Error: Frequency specification incorrect");
-    for (const std::string_view word : {"tabf", "pltf"}) {
-        send(word);
-        EXPECT_EQ(boxes(), "Error: No analysis results") << word;
-    }
-    filter = {};
-    for (const std::string_view word : {"freq", "show", "asci", "disp", "des "}) {
-        send(word);
-        EXPECT_EQ(boxes(), "Error: Data is unavailable") << word;
-    }
-}
-
 TEST_F(IirViews, Plots) {
-    const auto plot_of = [&](std::string_view form, std::string_view end, int y1, int y2, Answer answer = Answer::no) {
-        frequency({{"start", "0"}, {"end", end}, {"increment", "500"}, {"implementation", form}});
+    const auto plot_of = [&](Implementation form, double end, int y1, int y2, Answer answer = Answer::no) {
+        frequency(form, end, 500);
         command.frequency_plot = {.y1 = y1, .y2 = y2};
         window.answers = {answer};
         send("pltf");
         return boxes();
     };
-    EXPECT_EQ(plot_of("Parallel", "4000", 1, 3), "Error: Parallel form, delay is unavailable");
-    EXPECT_EQ(plot_of("Cascade", "1500", 1, 2), "Warning: Too few points to plot");
-    EXPECT_EQ(plot_of("Differential allpass", "4000", 0, 0), "Error: No plot specified");
+    constexpr std::string_view which = "Question: Need the sum functions?";
+    EXPECT_EQ(plot_of(Implementation::parallel, 4000, 1, 3), "Error: Parallel form, delay is unavailable");
+    EXPECT_EQ(plot_of(Implementation::cascade, 1500, 1, 2), "Warning: Too few points to plot");
+    EXPECT_EQ(plot_of(Implementation::allpass, 4000, 0, 0), "Error: No plot specified");
     EXPECT_EQ(window.plots_shown, 0);
-    EXPECT_EQ(plot_of("Cascade", "2000", 1, 2), "");
+    EXPECT_EQ(plot_of(Implementation::cascade, 2000, 1, 2), "");
     EXPECT_EQ(plot.print_id, 161);
-    EXPECT_EQ(plot_of("Differential allpass", "4000", 1, 3), "Question: Need the sum functions?");
+    EXPECT_EQ(plot_of(Implementation::allpass, 4000, 1, 3), which);
     EXPECT_EQ(results.y1_label.trimmed(), "Loss (dB) difference");
     EXPECT_EQ(results.Y1_DATA(2), results.LOSS_COMPLEMENT(2)) << "of a low-pass the sum is the filter";
-    EXPECT_EQ(plot_of("Differential allpass", "4000", 2, 0, Answer::yes), "Question: Need the sum functions?");
+    EXPECT_EQ(plot_of(Implementation::allpass, 4000, 2, 0, Answer::yes), which);
     EXPECT_EQ(results.y1_label.trimmed(), "Phase (deg) sum");
     EXPECT_EQ(results.Y1_DATA(2), results.PHASE(2));
-    EXPECT_EQ(window.plots_shown, 3);
 }
 
-TEST_F(IirViews, ShowAndDiagram) {
+TEST_F(IirViews, FilesAndRefusals) {
     send("show");
     const std::string shown = lines();
-    for (const std::string_view text : {"**IIR**", "Cascade form", "partial fraction", "Direct form", "Gray-Markel",
-                                        "allpass no. 2", "**** H(z) in factored"}) {
-        EXPECT_NE(shown.find(text), std::string::npos) << text;
-    }
     window.files = {"kept"};
     send("asci");
     EXPECT_EQ(read_text("kept.txt"), shown);
-    filter.designed = true;
-    filter.spectral = SpectralKind::to_highpass;
-    send("disp");
-    EXPECT_EQ(window.lines.front(), " Before spectral transformation:");
-    EXPECT_TRUE(reported("*** Kavrel ***") && reported("Transfer function, roots"));
     window.answers = {Answer::yes};
     command.section = 3;
     send("des ");
     EXPECT_EQ(boxes(), "Question: Use the parallel implementation? | Error: Section does not exist");
-    command.section = 2, command.display_format = DisplayFormat::hexadecimal;
-    send("des ");
-    EXPECT_TRUE(reported(" Section no.  2  (cascade)") && reported("32-bit words"));
-    send("show");
-    EXPECT_TRUE(reported("numerator coefficients hexadecimal")) << "the format holds for every table from then on";
+    frequency({});
+    EXPECT_EQ(boxes(), "Error: Implementation not selected");
+    frequency(Implementation::cascade, 0, 0);
+    EXPECT_EQ(boxes(), "Error: Frequency specification incorrect");
 }
 
 // H at one frequency, by a reader of the state file that knows only its manual.

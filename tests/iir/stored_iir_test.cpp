@@ -68,19 +68,13 @@ IirFilter full_filter() {
 }
 
 // Reads the bytes over a filter, and asks that a refusal leaves it and its title alone.
-bool reads(std::string_view bytes, IirFilter& found, FixedText<80>& title) {
-    const std::string before = bytes_of(found);
-    const FixedText<80> title_before = title;
-    if (take_form<IirFilter>(iir_files, bytes, found, title)) return true;
-    EXPECT_EQ(bytes_of(found), before);
-    EXPECT_EQ(title.bytes, title_before.bytes);
-    return false;
-}
-bool reads(std::string_view bytes) {
-    IirFilter found;
-    found.fs = 1;
-    FixedText<80> title = "untouched";
-    return reads(bytes, found, title);
+bool reads(std::string_view bytes, IirFilter found = {}, IirFilter* taken = nullptr,
+           FixedText<80> title = "untouched") {
+    const IirFilter before = found;
+    const bool good = take_form<IirFilter>(iir_files, bytes, found, title);
+    EXPECT_TRUE(good || (bytes_of(found) == bytes_of(before) && title == std::string_view("untouched")));
+    if (taken != nullptr) *taken = found;
+    return good;
 }
 
 TEST(StoredIir, ComesBackToTheLastBit) {
@@ -102,53 +96,26 @@ TEST(StoredIir, ComesBackToTheLastBit) {
     }
 }
 
-TEST(StoredIir, RecordsHaveTheirLengths) {
-    const std::string bytes = iir_records(full_filter(), "");
-    std::vector<std::int32_t> lengths;
-    for (std::size_t at = 0; at < bytes.size();) {
-        std::int32_t length = 0;
-        std::memcpy(&length, bytes.data() + at, sizeof length);
-        lengths.push_back(length);
-        at += static_cast<std::size_t>(length) + 8;
-    }
-    ASSERT_EQ(lengths.size(), 8U);
-    lengths.pop_back();
-    EXPECT_EQ(lengths, (std::vector<std::int32_t>{88, 1656, 228, 852, 4456, 868, 632}));
-}
-
-// The file comes from a Fortran program.
+// The file comes from a Fortran program, so that the records have the lengths they should.
 TEST(StoredIir, AFileOfSevenRecordsIsReadToo) {
     const std::string bytes = read_text(TEST_DATA "/iir/seven_records.qfd");
     ASSERT_EQ(bytes.size(), first_seven_bytes);
     IirFilter f = full_filter();
     FixedText<80> title;
-    ASSERT_TRUE(reads(bytes, f, title));
+    ASSERT_TRUE(take_form<IirFilter>(iir_files, bytes, f, title));
     EXPECT_EQ(title, std::string_view("A filter from elsewhere"));
-    EXPECT_EQ(f.T, 1 / 48e3);
-    EXPECT_EQ(f.fs, 1 / (1 / 48e3));
-    EXPECT_EQ(f.FLO, 5e3);
     EXPECT_EQ(f.FilterTypeText, std::string_view("highpass"));
-    EXPECT_EQ(f.kind, DigitalKind::high_pass);
-    EXPECT_EQ(f.z_transform, ZTransform::bilinear_of_function);
-    EXPECT_EQ(f.LastBits, std::ldexp(1.0, -14));
-    EXPECT_FALSE(f.cascade.SCALED);
-    EXPECT_TRUE(f.converted);
-    EXPECT_EQ(f.roots.QR(3), 1.0 / 3);
-    EXPECT_EQ(f.roots.PI(2), -std::sqrt(3.0 / 16));
-    EXPECT_EQ(f.roots.ZMULT, 0.4);
-    EXPECT_EQ(f.cascade.C1N(2), -1);
-    EXPECT_EQ(f.cascade.C2D(1), 0.75);
-    EXPECT_EQ(f.parallel.AL(2), 0.125);
-    EXPECT_EQ(f.parallel.AO, -0.5);
-    EXPECT_EQ(f.lattice.GMTAP(4), -0.4);
-    EXPECT_EQ(f.lattice.JT, 4);
-    EXPECT_FALSE(is_there(f.direct));
-    EXPECT_EQ(f.allpass.LARR(3), 2);
-    EXPECT_EQ(f.allpass.TB1(1), -1.0 / 3);
-    EXPECT_TRUE(is_there(f.allpass) && f.allpass.ALLPASS_OK);
-    EXPECT_FALSE(f.designed || f.Modified || f.asked.count > 0);
-    EXPECT_EQ(f.transfer.poleCount, 0);
-    EXPECT_EQ(f.bits, unquantised_bits);
+    EXPECT_TRUE(f.kind == DigitalKind::high_pass && f.z_transform == ZTransform::bilinear_of_function);
+    const std::pair<double, double> numbers[] = {
+        {f.T, 1 / 48e3},           {f.fs, 1 / (1 / 48e3)},       {f.FLO, 5e3},
+        {f.LastBits, 0x1p-14},     {f.roots.QR(3), 1.0 / 3},     {f.roots.PI(2), -std::sqrt(3.0 / 16)},
+        {f.roots.ZMULT, 0.4},      {f.cascade.C1N(2), -1},       {f.cascade.C2D(1), 0.75},
+        {f.parallel.AL(2), 0.125}, {f.parallel.AO, -0.5},        {f.lattice.GMTAP(4), -0.4},
+        {f.lattice.JT, 4},         {f.allpass.TB1(1), -1.0 / 3}, {f.allpass.LARR(3), 2}};
+    for (const auto& [found, expected] : numbers) EXPECT_EQ(found, expected);
+    EXPECT_TRUE(f.converted && is_there(f.allpass) && f.allpass.ALLPASS_OK);
+    EXPECT_FALSE(f.designed || f.Modified || f.asked.count > 0 || f.cascade.SCALED || is_there(f.direct));
+    EXPECT_TRUE(f.transfer.poleCount == 0 && f.bits == unquantised_bits);
     // Of the first seven records all comes back but what nobody here knows: the blocks of a design, and the last count.
     std::string again = iir_records(f, title);
     again.resize(first_seven_bytes);
@@ -214,43 +181,38 @@ TEST(StoredIir, EachNumberIsLookedAt) {
 }
 
 TEST(StoredIir, WhatNoFilterCouldBeIsRefused) {
-    using Damage = void (*)(IirFilter&);
-    const std::pair<const char*, Damage> damages[] = {
-        {"spectral kind", [](IirFilter& f) { f.spectral = SpectralKind{5}; }},
-        {"filter type", [](IirFilter& f) { f.spec.filterType = FilterType{7}; }},
-        {"request", [](IirFilter& f) { f.background.request.medium = Medium{3}; }},
-        {"no sampling time", [](IirFilter& f) { f.T = 0; }},
-        {"sampling time", [](IirFilter& f) { f.T = -1; }},
-        {"sampling frequency", [](IirFilter& f) { f.fs = 0; }},
-        {"bits", [](IirFilter& f) { f.bits = 0; }},
-        {"more bits", [](IirFilter& f) { f.bits = 51; }},
-        {"51 zeros", [](IirFilter& f) { f.roots.NZ = 51; }},
-        {"taps without multipliers", [](IirFilter& f) { f.lattice.JT = 5, f.lattice.JM = 5; }},
-        {"no scale factor", [](IirFilter& f) { f.cascade.NNUM = 25, f.cascade.SC(25) = 0; }},
-        {"a root alone", [](IirFilter& f) { f.roots.PI(10) = 1, f.roots.PI(9) = 0; }},
-        {"the lower root first", [](IirFilter& f) { f.roots.PI(1) = -1, f.roots.PI(2) = 1; }},
-        {"a chain too long", [](IirFilter& f) { f.roots.NP = 28, f.roots.PI = {}, f.allpass.LARR.fill(2); }},
+    void (*const damages[])(IirFilter & f) = {
+        [](IirFilter& f) { f.spectral = SpectralKind{5}; },
+        [](IirFilter& f) { f.spec.filterType = FilterType{7}; },
+        [](IirFilter& f) { f.background.request.medium = Medium{3}; },
+        [](IirFilter& f) { f.T = 0; },
+        [](IirFilter& f) { f.T = -1; },
+        [](IirFilter& f) { f.fs = 0; },
+        [](IirFilter& f) { f.bits = 0; },
+        [](IirFilter& f) { f.bits = 51; },
+        [](IirFilter& f) { f.roots.NZ = 51; },
+        [](IirFilter& f) { f.lattice.JT = 5, f.lattice.JM = 5; },
+        [](IirFilter& f) { f.cascade.NNUM = 25, f.cascade.SC(25) = 0; },
+        [](IirFilter& f) { f.roots.PI(10) = 1, f.roots.PI(9) = 0; },                     // alone
+        [](IirFilter& f) { f.roots.PI(1) = -1, f.roots.PI(2) = 1; },                     // the lower one first
+        [](IirFilter& f) { f.roots.NP = 28, f.roots.PI = {}, f.allpass.LARR.fill(2); },  // a chain too long
     };
-    for (const auto& [what, make] : damages) {
+    for (std::size_t i = 0; i < std::size(damages); ++i) {
         IirFilter filter = full_filter();
-        make(filter);
-        EXPECT_FALSE(reads(iir_records(filter, ""))) << what;
+        damages[i](filter);
+        EXPECT_FALSE(reads(iir_records(filter, ""))) << i;
     }
     IirFilter filter = full_filter();
     filter.roots.ZMULT = filter.roots.PMULT = 0;
     filter.z_transform = ZTransform{77};
     filter.cascade.NNUM = 2, filter.cascade.NDEN = 4, filter.cascade.SC(4) = 3, filter.cascade.SC(5) = 3;
-    FixedText<80> title;
-    ASSERT_TRUE(reads(iir_records(filter, ""), filter, title)) << "what a file may leave open";
-    EXPECT_EQ(filter.roots.ZMULT, 1);
-    EXPECT_EQ(filter.roots.PMULT, 1);
-    EXPECT_EQ(filter.z_transform, ZTransform::unknown);
-    EXPECT_EQ(filter.cascade.NNUM, 4);
-    EXPECT_EQ(filter.cascade.SC(4), 3);
-    EXPECT_EQ(filter.cascade.C1N(3), 0);
-    EXPECT_EQ(filter.cascade.SC(5), 1);
+    ASSERT_TRUE(reads(iir_records(filter, ""), filter, &filter)) << "what a file may leave open";
+    const CascadeForm& c = filter.cascade;
+    EXPECT_TRUE(filter.roots.ZMULT == 1 && filter.roots.PMULT == 1 && filter.z_transform == ZTransform::unknown);
+    EXPECT_TRUE(c.NNUM == 4 && c.SC(4) == 3 && c.C1N(3) == 0 && c.SC(5) == 1);
     // A filter of numbers that are not finite can be undone.
     filter.cascade.CK = std::numeric_limits<double>::infinity();
+    FixedText<80> title;
     EXPECT_FALSE(reads(iir_records(filter, "")));
     EXPECT_TRUE(read_iir_snapshot(iir_snapshot(filter, ""), filter, title));
 }

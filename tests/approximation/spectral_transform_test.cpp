@@ -1,4 +1,4 @@
-// What the roots of a transformed filter say of its frequencies, and the two chains of a differential allpass.
+// What the roots of a transformed filter say of its frequencies.
 #include "approximation/spectral_transform.h"
 
 #include <gtest/gtest.h>
@@ -85,47 +85,6 @@ TEST(SpectralTransform, ZerosThatComeToZeroAreDropped) {
     EXPECT_NEAR(moved(low, 1000, 1000).zMultiplier, low.zMultiplier, 1e-15);
     EXPECT_EQ(moved(low, 1000, 1100).zeroCount, 5);
     EXPECT_EQ(moved(moved(low, 1000, 1100), 1100, 1000).zeroCount, 4);
-}
-
-C chain(const DigitalFunction& f, bool first, C z) {
-    C value = 1;
-    for (int i = 1; i <= f.poleCount; ++i) {
-        const C pole(f.POLES_RE(i), f.POLES_IM(i));
-        if ((f.LARR(i) == 1) == first) value *= (1.0L / z - std::conj(pole)) / (1.0L - pole / z);
-    }
-    return value;
-}
-
-// The largest |half the sum or difference of the chains - H| over the circle.
-double chain_error(const DigitalFunction& f, bool sum) {
-    long double error = 0;
-    for (int i = 0; i <= 200; ++i) {
-        const C z = std::polar(1.0L, pi * i / 200);
-        const C both = sum ? chain(f, true, z) + chain(f, false, z) : chain(f, false, z) - chain(f, true, z);
-        error = std::max(error, std::abs(0.5L * both - h_at(f, z)));
-    }
-    return static_cast<double>(error);
-}
-
-TEST(PoleChains, SumOrDifferenceIsTheFilter) {
-    for (const std::string_view kind : {"butterworth", "chebyshev", "inverse_chebyshev", "elliptic"}) {
-        for (const int degree : {3, 4, 5, 7, 9, 49}) {
-            SCOPED_TRACE(testing::Message() << kind << ' ' << degree);
-            const DigitalFunction low = test::designed(low_pass_case(ZTransform::bilinear, kind, degree)).low;
-            EXPECT_EQ(low.allpass_ok, degree % 2 == 1);
-            if (!low.allpass_ok) continue;
-            EXPECT_LT(chain_error(low, true), 1e-12);
-            for (const SpectralKind to : all_kinds) {
-                if (degree > 25 && (to == to_bandpass || to == to_bandreject)) continue;
-                const DigitalFunction f =
-                    spectralTransform({.kind = to, .fs = 8000, .edge = 1000, .lower = 1500, .upper = 2600}, low);
-                EXPECT_TRUE(f.allpass_ok);
-                EXPECT_LT(chain_error(f, to == to_lowpass || to == to_bandreject), 1e-12) << static_cast<int>(to);
-            }
-        }
-    }
-    for (const auto other : {ZTransform::matched, ZTransform::impulse_invariant})
-        EXPECT_FALSE(test::designed(low_pass_case(other, "elliptic", 5)).low.allpass_ok);
 }
 
 }  // namespace

@@ -135,22 +135,6 @@ TEST_F(IirViews, Plots) {
     EXPECT_EQ(results.Y1_DATA(2), results.PHASE(2));
 }
 
-TEST_F(IirViews, FilesAndRefusals) {
-    send("show");
-    const std::string shown = lines();
-    window.files = {"kept"};
-    send("asci");
-    EXPECT_EQ(read_text("kept.txt"), shown);
-    window.answers = {Answer::yes};
-    command.section = 3;
-    send("des ");
-    EXPECT_EQ(boxes(), "Question: Use the parallel implementation? | Error: Section does not exist");
-    frequency({});
-    EXPECT_EQ(boxes(), "Error: Implementation not selected");
-    frequency(Implementation::cascade, 0, 0);
-    EXPECT_EQ(boxes(), "Error: Frequency specification incorrect");
-}
-
 // H at one frequency, by a reader of the state file that knows only its manual.
 TEST(IirJson, HoldsTheFilterWhileScaled) {
     IirFilter filter = of_all_forms();

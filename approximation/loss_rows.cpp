@@ -87,6 +87,13 @@ void add_loss_rows(const JudgedLoss& judged, RequestCheck& check) {
     }
 }
 
+CheckRow flat_loss_row(CheckBand band, double asked, double strip, double least) {
+    CheckRow row = at_least("flat loss", band, asked, least);
+    if (least > asked + strip) row = at_most("flat loss", band, asked, least);
+    row.spare = false;
+    return row;
+}
+
 RequestCheck check_function(const FilterSpec& request, const FilterSpec& found, const TransferFunction& transfer,
                             double used_q, Watcher& watcher) {
     RequestCheck check;
@@ -211,12 +218,7 @@ void add_slope_rows(const JudgedLoss& judged, const SearchedBand& pass, RequestC
     const double strip = pass.highest(about_slope) - pass.lowest(about_slope);
     check.rows.push_back(at_most("slope", band, asked.bandEdgeLoss, strip));
     if (judged.open_level) return;
-    // Within the strip the least loss may lie anywhere.
-    const double least = pass.lowest(judged.loss);
-    CheckRow row = at_least("flat loss", band, asked.flatLoss, least);
-    if (least > asked.flatLoss + asked.bandEdgeLoss) row = at_most("flat loss", band, asked.flatLoss, least);
-    row.spare = false;
-    check.rows.push_back(row);
+    check.rows.push_back(flat_loss_row(band, asked.flatLoss, asked.bandEdgeLoss, pass.lowest(judged.loss)));
 }
 
 double flat_loss(const JudgedLoss& judged, const SearchedBand& pass) {

@@ -33,6 +33,10 @@ struct JudgedLoss {
 // shifted band-pass whose low-pass had them. What is added after the watcher stopped it is of no use.
 void add_loss_rows(const JudgedLoss& judged, RequestCheck& check);
 
+// Of a sloping pass band, whose losses lie in a strip above the flat loss asked for: the least one may be anywhere in
+// it.
+[[nodiscard]] CheckRow flat_loss_row(CheckBand band, double asked, double strip, double least);
+
 // The rows of a design without a circuit: those of its transfer function.
 [[nodiscard]] RequestCheck check_function(const FilterSpec& request, const FilterSpec& found,
                                           const TransferFunction& transfer, double used_q, Watcher& watcher);

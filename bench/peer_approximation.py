@@ -4,12 +4,11 @@
     peer_approximation.py                 prints a line for each function and degree: microseconds of output='zpk'
     peer_approximation.py BENCHMARK.json  prints the table of ratios to a run of approximation_bench --benchmark_format=json
 """
-import json
-import statistics
 import sys
-import time
 
 from scipy import signal
+
+from timing import microseconds, own_times
 
 DEGREES = (5, 10, 20, 50)
 EDGE = 6283.185307179586
@@ -19,25 +18,6 @@ FUNCTIONS = {
     "cheby1": lambda n: signal.cheby1(n, 1, EDGE, analog=True, output="zpk"),
     "butter": lambda n: signal.butter(n, EDGE, analog=True, output="zpk"),
 }
-
-
-def microseconds(design):
-    times, end = [], time.perf_counter() + 0.5
-    while time.perf_counter() < end or len(times) < 5:
-        start = time.perf_counter()
-        design()
-        times.append(time.perf_counter() - start)
-    return 1e6 * statistics.median(times)
-
-
-def own_times(path):
-    unit = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}
-    with open(path) as file:
-        runs = [run for run in json.load(file)["benchmarks"] if run.get("run_type") != "aggregate"]
-    times = {}
-    for run in runs:
-        times.setdefault(run["name"], []).append(run["real_time"] * unit[run["time_unit"]])
-    return {name: statistics.median(values) for name, values in times.items()}
 
 
 def main():

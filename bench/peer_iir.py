@@ -6,35 +6,15 @@ group_delay. Kavrel's have loss, phase and delay.
     peer_iir.py                 prints a line for each degree: microseconds of output='zpk'
     peer_iir.py BENCHMARK.json  prints the table of ratios to a run of iir_bench --benchmark_format=json
 """
-import json
-import statistics
 import sys
-import time
 import warnings
 
 import numpy as np
 from scipy import signal
 
+from timing import microseconds, own_times
+
 DEGREES = (5, 12, 24, 50)
-
-
-def microseconds(design):
-    times, end = [], time.perf_counter() + 0.5
-    while time.perf_counter() < end or len(times) < 5:
-        start = time.perf_counter()
-        design()
-        times.append(time.perf_counter() - start)
-    return 1e6 * statistics.median(times)
-
-
-def own_times(path):
-    unit = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}
-    with open(path) as file:
-        runs = [run for run in json.load(file)["benchmarks"] if run.get("run_type") != "aggregate"]
-    times = {}
-    for run in runs:
-        times.setdefault(run["name"], []).append(run["real_time"] * unit[run["time_unit"]])
-    return {name: statistics.median(values) for name, values in times.items()}
 
 
 def main():

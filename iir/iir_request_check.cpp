@@ -46,12 +46,7 @@ void add_slope_rows(const IirAsked& asked, const DigitalBand& pass, const LossOf
     };
     const double width = pass.highest(about_slope).value - pass.least(about_slope).value;
     check.rows.push_back(at_most("slope", band, strip, width));
-    // Within the strip the least loss may lie anywhere.
-    const double least = pass.least(loss).value;
-    CheckRow row = at_least("flat loss", band, asked.flat_loss, least);
-    if (least > asked.flat_loss + strip) row = at_most("flat loss", band, asked.flat_loss, least);
-    row.spare = false;
-    check.rows.push_back(row);
+    check.rows.push_back(flat_loss_row(band, asked.flat_loss, strip, pass.least(loss).value));
 }
 
 // A pole on the circle is one too far out.

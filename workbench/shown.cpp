@@ -50,10 +50,15 @@ Shown shown_circuit(const Workbench& bench) {
 Shown shown_iir(const Workbench& bench) {
     const IirFilter& iir = bench.iir;
     if (!iir.designed) return {};
-    return {.request = &iir.background.request,
-            .spec = &iir.spec,
-            .transfer = &iir.transfer,
-            .used_q = iir.background.notes.predistortion.used_q};
+    Shown shown{.request = &iir.background.request,
+                .spec = &iir.spec,
+                .transfer = &iir.transfer,
+                .used_q = iir.background.notes.predistortion.used_q};
+    const TransferFunction& last = bench.filter.design.transfer;
+    const bool is_last = last.POLES_RE == iir.transfer.POLES_RE && last.POLES_IM == iir.transfer.POLES_IM &&
+                         last.normFrequency == iir.transfer.normFrequency;
+    if (is_last) shown.filter = &bench.filter;
+    return shown;
 }
 
 const RequestCheck& shown_check(Workbench& bench) {

@@ -21,11 +21,8 @@ struct DigitalCase {
 // The classic functions by their names in the golden data, each zero where it is deepest.
 inline void take_function(std::string_view kind, int degree, FilterSpec& s) {
     const bool low = s.filterType == low_pass, high = s.filterType == high_pass;
-    s.degree = degree;
-    s.degreeParity = degree % 2;
-    s.symmetryFlag = -1;
-    s.sourceResistance = 1;
-    s.loadResistance = 0;
+    s.degree = degree, s.degreeParity = degree % 2, s.symmetryFlag = -1;
+    s.sourceResistance = 1, s.loadResistance = 0;
     s.passbandType = kind == "chebyshev" || kind == "elliptic" ? equal_ripple : maximally_flat;
     if (kind == "elliptic" || kind == "inverse_chebyshev") {
         s.stopbandType = equal_minima;
@@ -39,11 +36,8 @@ inline void take_function(std::string_view kind, int degree, FilterSpec& s) {
 
 // A low-pass of the pass band edge 1 kHz.
 inline DigitalCase low_pass_case(ZTransform transform, std::string_view kind, int degree, double loss = 0.5) {
-    DigitalCase c;
-    c.transform = transform;
-    c.spec.filterType = low_pass;
-    c.spec.upperPassEdge = 1000;
-    c.spec.bandEdgeLoss = loss;
+    DigitalCase c{.spec = {}, .transform = transform, .target = {}};
+    c.spec.filterType = low_pass, c.spec.upperPassEdge = 1000, c.spec.bandEdgeLoss = loss;
     if (kind == "elliptic" || kind == "inverse_chebyshev") c.spec.upperStopEdge = 1700;
     take_function(kind, degree, c.spec);
     return c;
@@ -68,8 +62,7 @@ inline DigitalDesign designed(const DigitalCase& asked) {
     if (!zTransform(asked.transform, found, d.prototype, asked.fs, d.low)) throw std::runtime_error("no z transform");
     if (warped && d.analog->notes.has_pole_chains) takePoleChains(found, d.analog->xp, asked.fs, d.low);
     SpectralRequest target = asked.target;
-    target.edge = s.upperPassEdge;
-    target.fs = asked.fs;
+    target.edge = s.upperPassEdge, target.fs = asked.fs;
     d.function = spectralTransform(target, d.low);
     return d;
 }

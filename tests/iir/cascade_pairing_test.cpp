@@ -31,15 +31,6 @@ TEST(CascadePairing, GreatestQFirstWithItsNearestZero) {
     k = 0;
     for (const double c1 : {-1.2, -0.6, 1.0}) EXPECT_DOUBLE_EQ(c.C1N(++k), c1);
     EXPECT_TRUE(c.C2N(3) == 0 && c.C2D(4) == 0);
-    // The roots are in the order of the sections, so that those of the factors are the same.
-    const DigitalRoots roots = filter.roots;
-    rootsFromFactors(filter);
-    EXPECT_TRUE(filter.roots.NZ == 5 && filter.roots.NP == 7);
-    for (int i = 1; i <= 7; ++i) {
-        EXPECT_NEAR(filter.roots.QR(i), roots.QR(i), 1e-15);
-        EXPECT_NEAR(filter.roots.PI(i), roots.PI(i), 1e-15);
-        EXPECT_NEAR(filter.roots.ZR(i), roots.ZR(i), 1e-15);
-    }
     filter = taken({real(1), real(-1), real(1), real(-1)}, {pair(0.5, 0.6), pair(0.5, 0.7)});
     for (k = 1; k <= 2; ++k) EXPECT_TRUE(c.C1N(k) == 0 && c.C2N(k) == -1) << "zeros at both ends go together";
     filter = taken({}, {real(0), real(0.5), real(-0.5)});

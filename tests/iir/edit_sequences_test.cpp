@@ -1,6 +1,4 @@
 // Random sequences of edits with undo and redo in between.
-#include <deque>
-
 #include "tests/iir/filters.h"
 #include "tests/iir/iir_room.h"
 
@@ -37,11 +35,10 @@ public:
     }
 
 private:
-    using States = std::deque<std::string>;
-
+    using States = std::vector<std::string>;
     void edited(const std::string& before) {
         past_.push_back(before);
-        if (past_.size() > undo_levels) past_.pop_front();
+        if (past_.size() > undo_levels) past_.erase(past_.begin());
         future_.clear();
     }
     bool moved(std::string_view word, States& from, States& to) {
@@ -55,13 +52,9 @@ private:
     }
     bool recalled() {
         const std::string before = bytes();
-        if (stored_.empty() || random_.coin()) {
-            stored_ = before;
-            send("sto ");
-        } else {
-            send("rcl ");
-            edited(before);
-        }
+        if (stored_.empty() || random_.coin()) return send("sto "), stored_ = before, bytes() == before;
+        send("rcl ");
+        edited(before);
         return bytes() == stored_;
     }
 

@@ -1,24 +1,14 @@
 // What edits promise about H, and what they refuse.
 #include "iir/edits.h"
 
-#include "iir/allpass_form.h"
 #include "iir/cascade_pairing.h"
-#include "iir/command_tools.h"
-#include "iir/direct_form.h"
 #include "iir/iir_records.h"
-#include "iir/lattice_form.h"
-#include "iir/parallel_form.h"
 #include "tests/approximation/digital_cases.h"
 #include "tests/iir/filters.h"
 #include "tests/iir/iir_room.h"
 
 namespace kavrel {
 namespace {
-
-void make_forms(IirFilter& filter) {
-    ASSERT_TRUE(makeParallel(filter).empty() && makeDirect(filter).empty());
-    ASSERT_EQ(makeLattice(filter).outcome, LatticeOutcome::made);
-}
 
 // H behind an edit by H before it, and whether the forms and the request are kept.
 TEST(Edits, DoToHWhatTheyPromise) {
@@ -30,7 +20,7 @@ TEST(Edits, DoToHWhatTheyPromise) {
         before.asked = {.count = 1, .rows = {{{{.from = 100, .to = 200, .loss = 1}}}}};
         const CascadeForm& c = before.cascade;
         IirRequest r;
-        const auto expect = [&](IirEdit edit, bool keeps, const auto& factor) {
+        const auto expect = [&](const auto& edit, bool keeps, const auto& factor) {
             SCOPED_TRACE(testing::Message() << round << ' ' << r.c1 << ' ' << r.deleted << ' ' << r.sequence.trimmed());
             IirFilter after = before;
             Lines lines;
@@ -40,6 +30,9 @@ TEST(Edits, DoToHWhatTheyPromise) {
             EXPECT_LT(largest_gap(expected, [&](Point x) { return h_of_roots(after, x); }), 1e-12);
             EXPECT_EQ(after.asked.count, keeps ? 1 : 0);
             EXPECT_EQ(is_there(after.parallel) && is_there(after.direct) && is_there(after.lattice), keeps);
+            const std::vector<double> truth = direct_impulse(after.roots, 100);
+            for (int form = 1; keeps && form <= 4; ++form)
+                EXPECT_LT(deviation(after, Implementation{form}, truth), 1e-12);
         };
         const auto zero = [](FactorCoefficients f) { return [=](Point x) { return quadratic(1, f.c1, f.c2, x); }; };
         const auto pole = [&](FactorCoefficients f) { return [=](Point x) { return 1.0L / zero(f)(x); }; };
@@ -86,12 +79,10 @@ TEST(Edits, DesignsCanBeTakenApart) {
     Lines lines;
     const auto take_apart = [&](std::string_view kind, ZTransform transform, SpectralKind spectral, double edge) {
         SCOPED_TRACE(testing::Message() << kind << z_transform_text(transform) << spectral_name(spectral) << edge);
-        test::DigitalCase asked{.spec = {}, .transform = transform, .target = {.kind = spectral}};
+        test::DigitalCase asked = test::low_pass_case(transform, kind, random.integer(2, 12));
         asked.spec.upperPassEdge = edge;
-        asked.spec.bandEdgeLoss = 0.5;
-        if (kind == "elliptic" || kind == "inverse_chebyshev") asked.spec.upperStopEdge = 1.2 * edge;
-        test::take_function(kind, random.integer(2, 12), asked.spec);
-        asked.target.lower = random.spread(5, 2000);
+        if (asked.spec.upperStopEdge > 0) asked.spec.upperStopEdge = 1.2 * edge;
+        asked.target = {.kind = spectral, .lower = random.spread(5, 2000)};
         asked.target.upper = asked.target.lower * random.between(1.01, 1.9);
         IirFilter filter = factored_filter(8000, 1, {}, {}), read;
         FixedText<80> title;
@@ -119,85 +110,41 @@ TEST(Edits, DesignsCanBeTakenApart) {
     filter.roots.QR = {0.9 + 3e-8, 0.9 - 3e-8, 0.9 + 6e-8, 0.2}, filter.roots.PI = {};
     request.deleted = 1, request.deleted_from = FactorPlace::denominator;
     for (int left = 2; left >= 0; --left) {
-        EXPECT_TRUE(delete_factor(filter, request, {}, lines).empty());
+        EXPECT_TRUE(delete_factor(filter, request, {}, lines).empty() && filter.roots.NP == left);
         EXPECT_LT(roots_against_cascade(filter), 1e-12);
-        EXPECT_EQ(filter.roots.NP, left);
     }
-}
-
-// Each form has the level in its own places; an allpass has none.
-TEST(Edits, FlatLossMovesEveryForm) {
-    RandomNumbers random(5);
-    IirFilter filter = random_filter(random, 7);
-    make_forms(filter);
-    filter.allpass.ALLPASS_OK = true, filter.allpass.NTA = filter.allpass.NTB = 1;
-    std::vector<double> truth = direct_impulse(filter.roots, 100);
-    for (double& value : truth) value /= 10;
-    IirRequest request;
-    Lines lines;
-    EXPECT_TRUE(add_flat_loss(filter, request, {}, lines).empty());
-    EXPECT_TRUE(is_there(filter.allpass) && lines.empty()) << "0 dB";
-    request.loss = 20;
-    EXPECT_TRUE(add_flat_loss(filter, request, {}, lines).empty());
-    for (int form = 1; form <= 4; ++form) EXPECT_LT(deviation(filter, Implementation{form}, truth), 1e-12) << form;
-    EXPECT_EQ(filter.asked.flat_loss, 20);
-    EXPECT_FALSE(is_there(filter.allpass) || filter.allpass.ALLPASS_OK);
-    EXPECT_EQ(lines.size(), 1U);
 }
 
 TEST(Edits, ResamplingMovesAllFrequencies) {
     IirFilter f = factored_filter(8000, 1, {{1, 0}}, {{-0.5, 0}});
     f.designed = true, f.transfer.poleCount = 1, f.asked.count = 1;
-    double* const frequencies[] = {&f.fs,
-                                   &f.FLO,
-                                   &f.FHI,
-                                   &f.spec.upperPassEdge,
-                                   &f.background.request.upperPassEdge,
-                                   &f.background.worked_upper_edge,
-                                   &f.transfer.POLES_RE(1),
-                                   &f.transfer.normFrequency,
-                                   &f.asked.rows(1).to};
-    for (double* frequency : frequencies) *frequency = 8000;
-    IirRequest request;
+    const auto each = [&](const auto& use) {
+        use(f.fs), use(f.FLO), use(f.FHI), use(f.spec.upperPassEdge), use(f.background.request.upperPassEdge);
+        use(f.background.worked_upper_edge), use(f.transfer.POLES_RE(1)), use(f.transfer.normFrequency);
+        use(f.asked.rows(1).to);
+    };
+    each([](double& frequency) { frequency = 8000; });
     Lines lines;
-    request.sampling_frequency = 16;
-    EXPECT_TRUE(resample(f, request, {.frequency_multiplier = 1e3}, lines).empty());
+    EXPECT_TRUE(resample(f, {.sampling_frequency = 16}, {.frequency_multiplier = 1e3}, lines).empty());
     EXPECT_EQ(f.T, 1.0 / 16000);
-    for (const double* frequency : frequencies) EXPECT_EQ(*frequency, 16000) << frequency - &f.fs;
+    each([](double frequency) { EXPECT_EQ(frequency, 16000); });
 }
-
-using Prepare = void (*)(IirFilter& filter);
-constexpr std::string_view too_high = "Error:  **** Degree is too high, factor cannot be added ****";
-constexpr std::string_view bad_sequence = "Eror: Incorrect permuted sequence";
-constexpr std::string_view too_few = "Error: Not enough factors to permute";
 
 const struct {
     std::string_view word;
     IirRequest request;
     std::string_view box;
-    Prepare prepare = [](IirFilter&) {};
+    void (*prepare)(IirFilter& filter) = [](IirFilter&) {};
 } refusals[] = {
-    {"add ", {.c1 = 1}, too_high, [](IirFilter& f) { f.roots.NZ = 50; }},
-    {"add ", {.c2 = 1, .added_to = FactorPlace::denominator}, too_high, [](IirFilter& f) { f.roots.NP = 49; }},
-    {"add ", {.c1 = 1}, "Error: There is no place for another factor", [](IirFilter& f) { f.cascade.NNUM = 25; }},
-    {"del ", {}, "Error: Factor does not exist"},
-    {"del ", {.deleted = -1}, "Error: Factor does not exist"},
-    {"del ",
-     {.deleted = 1},
-     "Error: Sorry, a root was not found due to truncation",
-     [](IirFilter& f) { f.cascade.C1N(1) += 1e-4, f.LastBits = 1e-4; }},
-    {"perm", {.sequence = "2"}, bad_sequence},
-    {"perm", {.sequence = "2 1 3"}, bad_sequence},
-    {"perm", {.sequence = "two, one"}, bad_sequence},
-    {"perm", {}, bad_sequence},
-    {"perm", {.permuted = FactorPlace::both, .sequence = "2 1 3"}, bad_sequence},
-    {"perm", {.sequence = "1"}, too_few, [](IirFilter& f) { f.cascade.NNUM = 1; }},
-    {"perm", {.sequence = "1"}, too_few, [](IirFilter& f) { f.cascade.NNUM = f.cascade.NDEN = 1; }},
-    {"perm", {.sequence = "1"}, "Error: No cascade form, operation illegal", [](IirFilter& f) { f.cascade = {}; }},
-    {"fs  ", {.sampling_frequency = 1e151}, "Error: Sampling frequency is out of range"},
-    {"flat", {.loss = 1e5}, "Error: Flat loss is out of range"},
-    {"flat", {.loss = -1e5}, "Error: Flat loss is out of range"},
-    {"flat", {.loss = 1}, "Error: Data is unavailable", [](IirFilter& f) { f = {}; }},
+    {"add ", {.c1 = 1}, "Degree is too high, factor cannot be added", [](auto& f) { f.roots.NZ = 50; }},
+    {"add ", {.c1 = 1}, "There is no place for another factor", [](auto& f) { f.cascade.NNUM = 25; }},
+    {"del ", {.deleted = 1}, "not found due to truncation", [](auto& f) { f.cascade.C1N(1) += f.LastBits = 1e-4; }},
+    {"perm", {.permuted = FactorPlace::both, .sequence = "2 1 3"}, "Incorrect permuted sequence"},
+    {"perm", {.sequence = "1"}, "Not enough factors to permute", [](auto& f) { f.cascade.NNUM = 1; }},
+    {"perm", {.sequence = "1"}, "No cascade form, operation illegal", [](auto& f) { f.cascade = {}; }},
+    {"fs  ", {.sampling_frequency = 1e151}, "Sampling frequency is out of range"},
+    {"flat", {.loss = -1e5}, "Flat loss is out of range"},
+    {"flat", {.loss = 1}, "Data is unavailable", [](auto& f) { f = {}; }},
 };
 
 TEST(Edits, ARefusedCommandChangesNothing) {
@@ -209,31 +156,9 @@ TEST(Edits, ARefusedCommandChangesNothing) {
         room.command = request;
         const std::string before = room.bytes();
         room.send(word);
-        EXPECT_EQ(room.boxes(), box);
-        EXPECT_EQ(room.bytes(), before) << box;
-        EXPECT_EQ(room.state.kept.undoTop, 0) << box;
-        const std::string_view hindrance = iir_hindrance(room.desk, CommandKeyword(word));
-        EXPECT_TRUE(hindrance.empty() || box.ends_with(hindrance)) << box << hindrance;
+        EXPECT_NE(room.boxes().find(box), std::string::npos) << room.boxes();
+        EXPECT_TRUE(room.bytes() == before && room.state.kept.undoTop == 0) << box;
     }
-}
-
-// Zeros may lie anywhere, poles inside the circle.
-TEST(Edits, FactorsOfAnyKindMayBeAdded) {
-    IirRoom room;
-    room.filter = factored_filter(8000, 1, {}, {{-0.5, 0}});
-    const auto add = [&](double c1, double c2, FactorPlace place) {
-        room.command = {.c1 = c1, .c2 = c2, .added_to = place};
-        room.send("add ");
-        return room.boxes();
-    };
-    for (const auto& [c1, c2] : {std::pair{0.0, 1.0}, {-3, 9}, {1e150, 1e150}, {1e-150, 1e-150}})
-        EXPECT_EQ(add(c1, c2, FactorPlace::numerator), "") << c1;
-    EXPECT_EQ(room.filter.roots.NZ, 8);
-    EXPECT_LT(roots_against_cascade(room.filter), 1e-12);
-    for (const auto& [c1, c2] : {std::pair{0.0, 1.0}, {0, -1}, {-1.9, 0.9}, {1, 0}, {2.1, 1.2}})
-        EXPECT_EQ(add(c1, c2, FactorPlace::denominator), "Error: Poles must lie inside the unit circle") << c1;
-    EXPECT_EQ(room.filter.roots.NP, 1);
-    EXPECT_EQ(add(-1.89, 0.9, FactorPlace::denominator), "");
 }
 
 }  // namespace

@@ -10,6 +10,11 @@
 #include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
+
+#include "iir/direct_form.h"
+#include "iir/lattice_form.h"
+#include "iir/parallel_form.h"
 #include "iir/sampled_response.h"
 #include "numeric/long_real.h"
 #include "tests/support/numbers.h"
@@ -38,20 +43,16 @@ inline IirFilter filter_of(double level, const RootList& zeros, const RootList& 
     filter.fs = filter.T = 1;
     filter.roots.ZMULT = filter.cascade.CK = level;
     const auto fill = [](const RootList& list, auto& re, auto& im, int& count, auto& c1, auto& c2, int& factors) {
-        const Complex<double>* alone = nullptr;
-        for (const auto& r : list) {
-            ++count, re(count) = r.re, im(count) = r.im;
-            if (r.im != 0) {
-                ++count, re(count) = r.re, im(count) = -r.im;
-                ++factors, c1(factors) = -2 * r.re, c2(factors) = r.re * r.re + r.im * r.im;
-            } else if (r.re != 0 && alone != nullptr) {
-                ++factors, c1(factors) = -(alone->re + r.re), c2(factors) = alone->re * r.re;
-                alone = nullptr;
-            } else if (r.re != 0) {
-                alone = &r;
-            }
+        int open = 0;  // the factor of a real root without a partner
+        for (const auto& [x, y] : list) {
+            ++count, re(count) = x, im(count) = y;
+            if (y != 0) ++count, re(count) = x, im(count) = -y;
+            if (y != 0) ++factors, c1(factors) = -2 * x, c2(factors) = x * x + y * y;
+            if (y != 0 || x == 0) continue;
+            if (open != 0) c2(open) = -c1(open) * x, c1(open) -= x;
+            if (open == 0) ++factors, c1(factors) = -x;
+            open = open == 0 ? factors : 0;
         }
-        if (alone != nullptr) ++factors, c1(factors) = -alone->re;
     };
     DigitalRoots& r = filter.roots;
     CascadeForm& c = filter.cascade;
@@ -66,28 +67,24 @@ inline std::vector<double> direct_impulse(const DigitalRoots& roots, int samples
     h[0] = LongReal(roots.ZMULT) / roots.PMULT;
     const auto pass = [&](const auto& re, const auto& im, int count, bool poles) {
         for (int i = 1; i <= count; i += im(i) == 0 ? 1 : 2) {
-            const LongReal x = re(i), y = im(i);
-            const LongReal c1 = y == 0 ? LongReal(-x) : LongReal(-2 * x);
-            const LongReal c2 = y == 0 ? LongReal(0) : LongReal(x * x + y * y);
-            for (std::size_t k = 0; k < h.size(); ++k) {
-                const std::size_t n = poles ? k : h.size() - 1 - k;
-                LongReal sum = n < 1 ? LongReal(0) : LongReal(c1 * h[n - 1]);
+            const LongReal x = re(i), y = im(i), c1 = x * (y == 0 ? -1 : -2), c2 = y == 0 ? y : LongReal(x * x + y * y);
+            for (std::size_t k = 1; k < h.size(); ++k) {
+                const std::size_t n = poles ? k : h.size() - k;
+                LongReal sum = c1 * h[n - 1];
                 if (n >= 2) sum += c2 * h[n - 2];
                 h[n] += poles ? LongReal(-sum) : sum;
             }
         }
     };
-    pass(roots.ZR, roots.ZI, roots.NZ, false);
-    pass(roots.QR, roots.PI, roots.NP, true);
+    pass(roots.ZR, roots.ZI, roots.NZ, false), pass(roots.QR, roots.PI, roots.NP, true);
     std::vector<double> response;
     for (const LongReal& value : h) response.push_back(static_cast<double>(value));
     return response;
 }
 
 inline double peak_of(const std::vector<double>& response) {
-    double peak = 0;
-    for (const double value : response) peak = std::max(peak, std::fabs(value));
-    return peak;
+    const auto [least, largest] = std::ranges::minmax(response);
+    return std::max(largest, -least);
 }
 
 // Poles inside the circle, up to 0.9, each pair with an angle of its own, of some one or two are real; zeros anywhere
@@ -101,12 +98,11 @@ inline IirFilter random_filter(RandomNumbers& random, int degree) {
         while (pairs > 1 && std::gcd(pairs, stride) > 1) ++stride;
         for (int n = 0; n < pairs; ++n) {
             const double angle = std::numbers::pi * (n * stride % pairs + random.between(0.2, 0.8)) / pairs;
-            const double radius = random.between(least, reach);
-            list.push_back({radius * std::cos(angle), radius * std::sin(angle)});
+            const auto root = std::polar(random.between(least, reach), angle);
+            list.push_back({root.real(), root.imag()});
         }
-        for (int n = 0; n < reals; ++n) {
+        for (int n = 0; n < reals; ++n)
             list.insert(list.begin() + random.integer(0, pairs), {(n == 0 ? 1 : -1) * random.between(least, reach), 0});
-        }
         return list;
     };
     RootList zeros = roots(random.coin() ? degree : random.integer(0, degree), 0.5, 1.2);
@@ -116,6 +112,11 @@ inline IirFilter random_filter(RandomNumbers& random, int degree) {
     for (const double value : direct_impulse(filter.roots, 300)) energy += value * value;
     filter.roots.ZMULT = filter.cascade.CK = 0.5 / std::sqrt(energy);
     return filter;
+}
+
+inline void make_forms(IirFilter& filter) {
+    EXPECT_EQ(makeParallel(filter).text + makeDirect(filter).text, "");
+    EXPECT_TRUE(makeLattice(filter).outcome == LatticeOutcome::made);
 }
 
 // Puts scale factors into the sections; H stays.
@@ -138,7 +139,7 @@ inline double deviation(const IirFilter& filter, Implementation form, const std:
     double worst = rows.count == samples ? 0 : HUGE_VAL;
     for (int i = 1; i + late <= rows.count; ++i) {
         const double gap = std::fabs(rows.impulse(i + late) - truth[static_cast<std::size_t>(i) - 1]);
-        worst = gap <= worst ? worst : gap;
+        worst = gap <= worst ? worst : gap;  // a gap that is no number too
     }
     return worst / peak_of(truth);
 }

@@ -4,9 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "iir/allpass_form.h"
-#include "iir/direct_form.h"
-#include "iir/lattice_form.h"
-#include "iir/parallel_form.h"
 #include "tests/iir/filters.h"
 
 namespace kavrel {
@@ -22,9 +19,7 @@ TEST(Forms, OfRandomFiltersHaveOneImpulseResponse) {
         const std::vector<double> truth = direct_impulse(filter.roots, 200);
         if (n % 2 == 1) scale(filter, random), rootsFromFactors(filter);
         const DigitalRoots roots = filter.roots;
-        EXPECT_EQ(makeParallel(filter).text, "");
-        EXPECT_EQ(makeDirect(filter).text, "");
-        EXPECT_TRUE(makeLattice(filter).outcome == LatticeOutcome::made);
+        make_forms(filter);
         EXPECT_EQ(filter.roots.QR, roots.QR);
         for (const auto form : {cascade, parallel, lattice, direct}) {
             EXPECT_LT(deviation(filter, form, truth), 1e-12) << n << " " << structure_name(form);
@@ -37,22 +32,19 @@ TEST(Forms, OfAHalfBandFilter) {
     IirFilter filter = filter_of(1.0 / 6, {{-1, 0}, {-1, 0}, {-1, 0}}, {{0, 0}, {0, std::sqrt(1.0 / 3)}});
     filter.kind = DigitalKind::low_pass;
     filter.allpass.ALLPASS_OK = true;
-    filter.allpass.LARR(1) = 1;
-    filter.allpass.LARR(3) = 1;  // of the second member of a pair, which nobody reads
+    filter.allpass.LARR(1) = filter.allpass.LARR(3) = 1;  // 3: the second member of a pair, which nobody reads
     std::vector<double> truth = {1.0 / 6, 1.0 / 2, 4.0 / 9};
     while (truth.size() < 50) truth.push_back(truth.size() == 3 ? 0 : -truth[truth.size() - 2] / 3);
-    EXPECT_TRUE(makeParallel(filter).empty() && makeDirect(filter).empty() && makeAllpass(filter).empty());
-    EXPECT_TRUE(makeLattice(filter).outcome == LatticeOutcome::made);
+    make_forms(filter);
+    EXPECT_TRUE(makeAllpass(filter).empty());
     for (const auto form : {cascade, parallel, lattice, direct, allpass}) {
         EXPECT_LT(deviation(filter, form, truth), 1e-15) << structure_name(form);
     }
-    EXPECT_EQ(filter.parallel.NPAR, 2);
     EXPECT_EQ(filter.parallel.BE(2), 0.5) << "the pole at 0 has the block z^-1/2";
     for (const double zero : {filter.parallel.GA(1), filter.allpass.TA1(1), filter.allpass.TB1(1),
                               filter.direct.ZDEN(2), filter.lattice.GMMUL(3)}) {
         EXPECT_TRUE(zero == 0 && !std::signbit(zero)) << "0 is shown without a sign";
     }
-    EXPECT_EQ(filter.allpass.TA2(1), 0);
 }
 
 TEST(ParallelForm, OfOddRoots) {
@@ -81,7 +73,6 @@ TEST(ParallelForm, OfOddRoots) {
         EXPECT_LT(deviation(filter, direct, direct_impulse(filter.roots, 60)), 4e-15);
         const DigitalRoots before = filter.roots, &after = filter.roots;
         ASSERT_TRUE(makeParallel(filter).empty());
-        EXPECT_GT(filter.parallel.NPAR, 0);
         EXPECT_LT(deviation(filter, parallel, direct_impulse(filter.roots, 60)), c.tolerance);
         const bool pushed = c.tolerance > 1e-10;
         EXPECT_EQ(before.QR != after.QR, pushed);
@@ -104,39 +95,40 @@ TEST(LatticeForm, AgreesWithTheAutocorrelationAndStaysUsableToDegree50) {
     std::ifstream in(TEST_DATA "/iir/lattice_golden.txt");
     std::string name;
     while (in.peek() == '#') std::getline(in, name);
-    const auto numbers = [&](int each) {
-        std::size_t count = 0;
+    std::size_t count = 0;
+    const auto numbers = [&] {
         in >> count;
-        std::vector<double> values(count * static_cast<std::size_t>(each));
+        std::vector<double> values(count);
         for (double& value : values) in >> value;
         return values;
     };
     const auto roots = [&] {
-        RootList list;
-        const std::vector<double> parts = numbers(2);
-        for (std::size_t i = 0; i < parts.size(); i += 2) list.push_back({parts[i], parts[i + 1]});
+        in >> count;
+        RootList list(count);
+        for (auto& root : list) in >> root.re >> root.im;
         return list;
     };
+    double level = 0;
     int cases = 0;
     for (; in >> name; ++cases) {
         const RootList zeros = roots(), poles = roots();
-        double level = 0;
         in >> level;
         IirFilter filter = filter_of(level, zeros, poles);
         ASSERT_TRUE(makeLattice(filter).outcome == LatticeOutcome::made) << name;
         const LatticeForm& form = filter.lattice;
-        EXPECT_TRUE(form.JM == filter.roots.NP && form.JT == form.JM + 1);
         int i = 0;
-        for (const double multiplier : numbers(1)) EXPECT_NEAR(form.GMMUL(++i), multiplier, 1e-15) << name << i;
+        for (const double multiplier : numbers()) EXPECT_NEAR(form.GMMUL(++i), multiplier, 1e-15) << name << i;
         EXPECT_TRUE(i == form.JM || i == 0) << "some are too long to list";
         i = 0;
-        for (const double tap : numbers(1)) EXPECT_NEAR(form.GMTAP(++i), tap, 1e-15) << name << i;
+        for (const double tap : numbers()) EXPECT_NEAR(form.GMTAP(++i), tap, 1e-15) << name << i;
         EXPECT_LT(deviation(filter, lattice, direct_impulse(filter.roots, 500)), 2e-12) << name;
     }
     EXPECT_EQ(cases, 7);
     IirFilter filter = filter_of(0.1, {{0, 1}, {0.2, 0.3}, {0, 0}}, {{0, 0}, {0.5, 0}});
     EXPECT_TRUE(makeLattice(filter).outcome == LatticeOutcome::made) << "more zeros than poles, roots at 0";
     EXPECT_LT(deviation(filter, lattice, direct_impulse(filter.roots, 60)), 1e-15);
+    filter = filter_of(0.1, {}, {{1, 0}, {0.5, 0}});
+    EXPECT_TRUE(makeLattice(filter).outcome != LatticeOutcome::made && !is_there(filter.lattice)) << "a pole at 1";
 }
 
 }  // namespace

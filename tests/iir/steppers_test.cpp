@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "iir/direct_form.h"
-#include "iir/lattice_form.h"
-#include "iir/parallel_form.h"
 #include "tests/iir/filters.h"
 
 namespace kavrel {
@@ -19,7 +16,9 @@ constexpr Rounded q;
 // A signal from its first sample on; 0 before.
 struct Signal : std::vector<double> {
     using std::vector<double>::vector;
-    [[nodiscard]] double ago(std::size_t n, std::size_t back) const { return back > n ? 0 : at(n - back); }
+    [[nodiscard]] double ago(std::size_t n, int back) const {
+        return n < std::size_t(back) ? 0 : at(n - std::size_t(back));
+    }
 };
 
 // One sample behind the other, of the output so far.
@@ -57,10 +56,8 @@ Signal parallel_by_hand(const ParallelForm& p, const Signal& x) {
 Signal direct_by_hand(const DirectForm& d, const Signal& x) {
     return run(x.size(), [&](std::size_t n, const Signal& y) {
         double sum = 0;
-        for (std::size_t i = 0; i < static_cast<std::size_t>(d.JN); ++i)
-            sum += q(d.ZNUM(static_cast<int>(i) + 1) * x.ago(n, i));
-        for (std::size_t i = 1; i < static_cast<std::size_t>(d.JD); ++i)
-            sum -= q(d.ZDEN(static_cast<int>(i) + 1) * y.ago(n, i));
+        for (int i = 0; i < d.JN; ++i) sum += q(d.ZNUM(i + 1) * x.ago(n, i));
+        for (int i = 1; i < d.JD; ++i) sum -= q(d.ZDEN(i + 1) * y.ago(n, i));
         return q(sum);
     });
 }
@@ -102,15 +99,13 @@ TEST(Steppers, AreTheirEquationsToTheLastBit) {
     RandomNumbers random(94);
     for (int degree = 1; degree <= 24; ++degree) {
         IirFilter filter = random_filter(random, degree);
-        ASSERT_TRUE(makeParallel(filter).empty() && makeDirect(filter).empty());
-        ASSERT_TRUE(makeLattice(filter).outcome == LatticeOutcome::made);
+        make_forms(filter);
         for (int k = 1; k <= section_count(filter.cascade); ++k) filter.cascade.SC(k) = random.between(0.5, 2);
         AllpassForm chains;
         chains.NTA = random.integer(1, 13), chains.NTB = random.integer(1, 13);
-        for (auto* table : {&chains.TA1, &chains.TB1})
+        for (auto* table : {&chains.TA1, &chains.TB1, &chains.TA2, &chains.TB2})
             for (double& value : *table) value = random.between(-0.5, 0.5);
-        for (auto* table : {&chains.TA2, &chains.TB2})
-            for (double& value : *table) value = random.coin() ? random.between(0.1, 0.5) : 0;
+        for (int k = 1; k <= 13; k += random.integer(1, 3)) chains.TA2(k) = chains.TB2(14 - k) = 0;
         Signal x;
         for (int n = 0; n < 120; ++n) x.push_back(random.between(-1, 1));
         const Signal a = chain_by_hand(chains.TA1, chains.TA2, chains.NTA, x);

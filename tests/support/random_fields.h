@@ -17,12 +17,7 @@ namespace kavrel::testing {
 struct FieldBytes {
     std::string bytes;
 
-    template <class... Items>
-    void operator()(const Items&... items) {
-        (add(items), ...);
-    }
-
-private:
+    void operator()(const auto&... items) { (add(items), ...); }
     template <class T>
     void add(const T& item) {
         if constexpr (Listed<T>) {
@@ -43,17 +38,13 @@ struct RandomFields {
     // Any finite double: of any exponent, subnormal and negative zero among them.
     double any_double() {
         for (;;) {
-            const auto bits = static_cast<std::uint64_t>(engine()) << 32U | engine();
-            const auto number = std::bit_cast<double>(bits);
+            const auto number = std::bit_cast<double>(static_cast<std::uint64_t>(engine()) << 32U | engine());
             if (whole(0, 20) == 0) return std::copysign(0.0, number);
             if (std::isfinite(number)) return number;
         }
     }
 
-    template <class... Items>
-    void fill_all(Items&... items) {
-        (fill(items), ...);
-    }
+    void fill_all(auto&... items) { (fill(items), ...); }
     template <Listed Record>
     void fill(Record& record) {
         for_each_field(record, [&](auto& field) { fill(field); });
@@ -76,19 +67,14 @@ struct RandomFields {
 
     // Choices and counts that there are.
     void settle(FilterSpec& s) {
-        s.filterType = FilterType{whole(1, 6)};
-        s.passbandType = PassbandType{whole(0, 3)};
+        s.filterType = FilterType{whole(1, 6)}, s.medium = Medium{whole(0, 2)};
+        s.passbandType = PassbandType{whole(0, 3)}, s.stopbandType = StopbandType{whole(0, 4)};
         s.bandpassType = BandpassType{whole(1, 3)};
-        s.stopbandType = StopbandType{whole(0, 4)};
-        s.medium = Medium{whole(0, 2)};
-        s.zeroCount = whole(0, finite_zero_limit);
-        s.numeratorDegree = whole(0, factor_limit);
-        s.denominatorDegree = whole(0, factor_limit);
-        s.degree = whole(0, max_degree);
+        s.numeratorDegree = whole(0, factor_limit), s.denominatorDegree = whole(0, factor_limit);
+        s.zeroCount = whole(0, finite_zero_limit), s.degree = whole(0, max_degree);
     }
     void settle(TransferFunction& transfer) {
-        transfer.zeroCount = whole(0, max_degree);
-        transfer.poleCount = whole(0, max_degree);
+        transfer.zeroCount = whole(0, max_degree), transfer.poleCount = whole(0, max_degree);
     }
 };
 

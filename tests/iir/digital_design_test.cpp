@@ -122,5 +122,22 @@ TEST_F(DigitalDesign, OtherTypesHaveNoSpectralForm) {
     EXPECT_TRUE(filter->roots.NP == 3 && filter->asked.count == 0 && !filter->allpass.ALLPASS_OK);
 }
 
+// What the forms let pass and a script does not show.
+TEST_F(DigitalDesign, RefusesWhatNoFilterHas) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    TransferFunction kilohertz;
+    kilohertz.normFrequency = 2000 * std::numbers::pi;
+    for (const double typed : {0.0, -8000.0, nan, 1999.0, 1e-3}) {
+        EXPECT_EQ(refusal_of_sampling(kilohertz, sampling_frequency_of(typed, 8000), {}).field, "sampling") << typed;
+    }
+    const auto refused = [](double lower, double upper, int degree) {
+        return refusal_of_spectral({SpectralKind::to_bandpass, 8000, 1000, lower, upper}, degree).field;
+    };
+    EXPECT_EQ(refused(nan, 500, 5), "lower_passband");
+    EXPECT_EQ(refused(100, nan, 5), "upper_passband");
+    EXPECT_EQ(refused(100, 500, 26), "frequency_transformation");
+    EXPECT_EQ(refused(100, 500, 25), "");
+}
+
 }  // namespace
 }  // namespace kavrel

@@ -28,7 +28,9 @@ Answer Reporter::message(std::string_view text, std::string_view caption, Button
     return show_message(text, caption, buttons, {});
 }
 
-void Reporter::refuse(const Refusal& refusal) { show_message(refusal.text, refusal.caption, Buttons::ok, refusal.field); }
+void Reporter::refuse(const Refusal& refusal) {
+    show_message(refusal.text, refusal.caption, Buttons::ok, refusal.field);
+}
 
 Refusal Reporter::failure_of(const std::function<void()>& work) {
     struct Scope {  // also where the work ends with an exception

@@ -20,7 +20,7 @@ class Impatient final : public ConsoleWindow {
 public:
     using ConsoleWindow::ConsoleWindow;
     bool progress(std::string_view work, int, int) override {
-        constexpr std::string_view searches[] = {"Approximation", "Ladder search", "Remez exchange"};
+        constexpr std::string_view searches[] = {"Approximation", "Ladder search", "Remez exchange", "Simulation"};
         return std::ranges::find(searches, work) == std::end(searches) || ++asked_ < 200;
     }
 

@@ -29,7 +29,7 @@ void analyse_time(IirDesk& desk) {
     if (const Refusal wrong = sample_grid(request.time, desk.session.units, filter.T, grid); !wrong.empty()) {
         return refuse(desk, wrong);
     }
-    WindowWatcher watcher(desk.window, "Time response");
+    WindowWatcher watcher(desk.window, "Simulation");
     const TimeRows rows = sampled_response(filter, request.simulated, request.output, grid, watcher);
     if (watcher.stopped()) return desk.reporter.report_line(stopped_line);
     if (!store_time(rows, true, desk.results)) return refuse(desk, results_out_of_range);

@@ -28,6 +28,12 @@ Number chain_at(const HalfRoots& poles, bool first, Number inverse);
 
 }  // namespace
 
+int count_of(const HalfRoots& roots) {
+    int count = 0;
+    for (const HalfRoot& root : roots) count += root.size();
+    return count;
+}
+
 HalfRoots zeros_of(const DigitalFunction& f) { return half_roots(f.ZEROS_RE, f.ZEROS_IM, f.zeroCount); }
 
 HalfRoots poles_of(const DigitalFunction& f) {

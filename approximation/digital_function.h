@@ -53,6 +53,7 @@ struct HalfRoot {
     [[nodiscard]] int size() const { return pair ? 2 : 1; }
 };
 using HalfRoots = std::vector<HalfRoot>;
+[[nodiscard]] int count_of(const HalfRoots& roots);  // of all, with the conjugates
 
 // The first `count` roots of a list, be they of s or of z: two of opposite imaginary parts that follow each other are a
 // pair.

@@ -17,7 +17,6 @@ struct Term {
     bool pair = false;
 };
 
-int count_of(const HalfRoots& roots);
 template <class Real>
 bool numerator(const HalfRoots& zeros, const HalfRoots& poles, double level, Wide edge_angle,
                std::vector<LongReal>& coefficients);
@@ -40,12 +39,6 @@ bool impulseInvariantNumerator(const HalfRoots& zeros, const HalfRoots& poles, d
 }
 
 namespace {
-
-int count_of(const HalfRoots& roots) {
-    int count = 0;
-    for (const HalfRoot& root : roots) count += root.size();
-    return count;
-}
 
 template <class Real>
 std::vector<Complex<Real>> complete(const HalfRoots& halves) {

@@ -38,7 +38,6 @@ struct HalfAngles {
 HalfAngles half_angles(const SpectralRequest& request);
 RootRule rule_of(SpectralKind kind, HalfAngles angle);
 HalfRoots images(const RootRule& rule, const HalfRoots& roots, Wide& factor);
-int count_of(const HalfRoots& roots);
 
 }  // namespace
 
@@ -153,12 +152,6 @@ HalfRoots images(const RootRule& rule, const HalfRoots& roots, Wide& factor) {
         append_images(rule, half, list);
     }
     return list;
-}
-
-int count_of(const HalfRoots& roots) {
-    int count = 0;
-    for (const HalfRoot& root : roots) count += root.size();
-    return count;
 }
 
 }  // namespace

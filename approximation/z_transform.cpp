@@ -99,15 +99,14 @@ HalfRoot bilinear_image(const HalfRoot& half, Wide t, Wide& factor) {
 
 HalfRoots bilinear_zeros(const Prototype& p, Wide t, Wide& multiplier) {
     HalfRoots images;
-    int missing = 0;
-    for (const HalfRoot& pole : p.poles) missing += pole.size();
     for (const HalfRoot& zero : p.zeros) {
-        missing -= zero.size();
         Wide factor = 1;
         images.push_back(bilinear_image(zero, t, factor));
         multiplier *= factor;
     }
-    for (; missing > 0; --missing) images.push_back({.root = {-1, 0}});
+    for (int missing = count_of(p.poles) - count_of(p.zeros); missing > 0; --missing) {
+        images.push_back({.root = {-1, 0}});
+    }
     return images;
 }
 

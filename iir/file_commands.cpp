@@ -12,7 +12,6 @@ namespace kavrel {
 
 namespace {
 
-bool wishes_modified(IirDesk& desk);
 std::string_view failure_of_writing(const std::string& file);
 
 }  // namespace
@@ -41,7 +40,7 @@ void recall_filter(IirDesk& desk) {
 
 void write_pole_zero(IirDesk& desk) {
     if (const auto why = needs_roots(desk); !why.empty()) return refuse(desk, why);
-    if (!wishes_modified(desk)) return;
+    if (desk.filter.Modified && !wishes_original(desk, "Data")) return;
     if (write_lines(desk, pole_zero_lines(desk.filter, desk.session.TITLE.trimmed()), ExtSlot::pole_zero)) {
         report_done(desk);
     }
@@ -58,13 +57,6 @@ void write_switched_capacitor(IirDesk& desk) {
 }
 
 namespace {
-
-bool wishes_modified(IirDesk& desk) {
-    constexpr std::string_view question =
-        "Data is for the original filter, not the current (modified) one \nWish to continue?";
-    if (!desk.filter.Modified) return true;
-    return desk.reporter.message(question, "Question", Buttons::yes_no) == Answer::yes;
-}
 
 // Without its folder a file cannot even be opened.
 std::string_view failure_of_writing(const std::string& file) {

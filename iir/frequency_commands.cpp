@@ -6,7 +6,6 @@
 
 #include "iir/command_tools.h"
 #include "iir/frequency_table.h"
-#include "iir/sampled_response.h"
 #include "segment/result_commands.h"
 #include "shell/finite.h"
 

@@ -6,13 +6,6 @@
 
 namespace kavrel {
 
-int zeros_at(const DigitalRoots& roots, double place) {
-    constexpr double close = 1e-6;
-    int count = 0;
-    for (int i = 1; i <= roots.NZ; ++i) count += roots.ZI(i) == 0 && std::fabs(roots.ZR(i) - place) < close;
-    return count;
-}
-
 void factorRoots(double c1, double c2, Table<double, 51>& re, Table<double, 51>& im, int& count) {
     const auto append = [&](double x, double y) { ++count, re(count) = x, im(count) = y; };
     if (c2 == 0) return append(-c1, 0);

@@ -100,7 +100,7 @@ constexpr void fields_of(Record& form, Visit&& visit) {
 }
 static_assert(lists_each_field<ParallelForm>);
 
-// Coefficients of ascending powers of z^-1; ZDEN(1) is PMULT, which counts as 1.
+// Coefficients of ascending powers of z^-1; ZDEN(1) counts as 1.
 struct DirectForm {
     Table<double, 51> ZNUM;  // [i] 1 <= i <= JN
     Table<double, 51> ZDEN;  // [i] 1 <= i <= JD
@@ -254,9 +254,6 @@ constexpr void fields_of(Record& filter, Visit&& visit) {
 static_assert(lists_each_field<IirFilter>);
 
 static_assert(std::is_trivially_copyable_v<IirFilter>);
-
-// How many zeros lie at z = `place`, 1 or -1 (NZP1, NZM1): real ones within 1e-6 of it.
-[[nodiscard]] int zeros_at(const DigitalRoots& roots, double place);
 
 // The roots of one factor 1 + c1 z^-1 + c2 z^-2, appended to a list of `count`: -c1 alone where c2 is exactly 0.
 void factorRoots(double c1, double c2, Table<double, 51>& re, Table<double, 51>& im, int& count);

@@ -19,6 +19,19 @@ enum class FactorPlace : int { numerator = 1, denominator = 2, both = 3 };
 enum class DiagramChoice : int { multiple_input = 1, summed_output = 2 };
 enum class DisplayFormat : int { decimal = 1, hexadecimal = 2 };
 
+// Whether the filter has a form; its natural modes are none.
+[[nodiscard]] constexpr bool is_available(const IirFilter& filter, Implementation form) {
+    switch (form) {
+        case Implementation::cascade: return has_filter(filter);
+        case Implementation::parallel: return is_there(filter.parallel);
+        case Implementation::lattice: return is_there(filter.lattice);
+        case Implementation::direct: return is_there(filter.direct);
+        case Implementation::allpass: return is_there(filter.allpass);
+        case Implementation::natural_modes: break;
+    }
+    return false;
+}
+
 struct IirRequest {
     // Of the z step.
     ZTransformChoice z_transform_type = ZTransformChoice::bilinear;

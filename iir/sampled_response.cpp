@@ -33,18 +33,6 @@ Refusal sample_grid(const TimeRequest& request, const UnitSet& units, double T, 
     return {};
 }
 
-bool is_available(const IirFilter& filter, Implementation form) {
-    switch (form) {
-        case Implementation::parallel: return is_there(filter.parallel);
-        case Implementation::lattice: return is_there(filter.lattice);
-        case Implementation::direct: return is_there(filter.direct);
-        case Implementation::allpass: return is_there(filter.allpass);
-        case Implementation::cascade: return has_filter(filter);
-        case Implementation::natural_modes: break;
-    }
-    return false;
-}
-
 std::string_view structure_name(Implementation form) {
     constexpr std::array<std::string_view, 5> names = {"cascade ", "parallel", "lattice ", "direct  ", "allpass "};
     const auto place = static_cast<std::size_t>(form) - 1;

@@ -31,9 +31,6 @@ struct SampleGrid {
 // samples are too many to be counted.
 [[nodiscard]] Refusal sample_grid(const TimeRequest& request, const UnitSet& units, double T, SampleGrid& grid);
 
-// Whether the filter has this form.
-[[nodiscard]] bool is_available(const IirFilter& filter, Implementation form);
-
 // The form's name as the head of a table has it, of 8 characters: "cascade ", "lattice ".
 [[nodiscard]] std::string_view structure_name(Implementation form);
 

@@ -31,10 +31,7 @@ void show_circuit(PassiveDesk& desk) {
 }
 
 bool wishes_original(PassiveDesk& desk, std::string_view what) {
-    if (desk.filter.mod == 0.0F) return true;
-    const std::string text =
-        std::string(what) + " is for the original filter, not the current (modified) one \nWish to continue?";
-    return desk.reporter.message(text, "Question", Buttons::yes_no) == Answer::yes;
+    return desk.filter.mod == 0.0F || wishes_original(static_cast<Desk&>(desk), what);
 }
 
 namespace {

@@ -10,6 +10,12 @@ void report_done(Desk& desk) { desk.reporter.message(command_done, "Success"); }
 
 void report_lines(Desk& desk, std::span<const std::string> lines) { desk.reporter.report_lines(lines); }
 
+bool wishes_original(Desk& desk, std::string_view what) {
+    const std::string text =
+        std::string(what) + " is for the original filter, not the current (modified) one \nWish to continue?";
+    return desk.reporter.message(text, "Question", Buttons::yes_no) == Answer::yes;
+}
+
 bool wants_table(Desk& desk) { return desk.reporter.message("Tabulate?", "Question", Buttons::yes_no) == Answer::yes; }
 
 std::optional<std::string> ask_file(Desk& desk, const FileQuery& query) {

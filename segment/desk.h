@@ -43,6 +43,10 @@ void report_done(Desk& desk);
 
 void report_lines(Desk& desk, std::span<const std::string> lines);
 
+// Whether the user wishes to go on with the data of the original filter, not the one it was made into; `what` is what
+// there is of it, "Data" or "Analysis".
+[[nodiscard]] bool wishes_original(Desk& desk, std::string_view what);
+
 // Whether an analysis is to be tabulated on the report.
 [[nodiscard]] bool wants_table(Desk& desk);
 

@@ -22,6 +22,11 @@ std::string_view needs_time_results(const IirDesk& desk) {
     return desk.results.time_count > 0 ? "" : no_analysis_results;
 }
 
+std::string_view needs_cascade(const IirDesk& desk) {
+    if (const auto why = needs_filter(desk); !why.empty()) return why;
+    return desk.filter.cascade.NDEN > 0 ? "" : no_cascade;
+}
+
 std::string_view needs_place_for_factor(const IirDesk& desk) {
     if (const auto why = needs_filter(desk); !why.empty()) return why;
     const DigitalRoots& roots = desk.filter.roots;

@@ -15,6 +15,7 @@ namespace kavrel {
 [[nodiscard]] std::string_view needs_roots(const IirDesk& desk);              // the same, without poles and zeros
 [[nodiscard]] std::string_view needs_frequency_results(const IirDesk& desk);  // "No analysis results"
 [[nodiscard]] std::string_view needs_time_results(const IirDesk& desk);
+[[nodiscard]] std::string_view needs_cascade(const IirDesk& desk);  // "No cascade form, operation illegal"
 [[nodiscard]] std::string_view needs_place_for_factor(const IirDesk& desk);
 [[nodiscard]] std::string_view needs_factor(const IirDesk& desk);
 [[nodiscard]] std::string_view needs_factors_to_permute(const IirDesk& desk);

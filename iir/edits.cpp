@@ -74,7 +74,7 @@ Refusal delete_factor(IirFilter& filter, const IirRequest& request, const UnitSe
     if (k < 1 || k > place.factors) return {no_such_factor, "number"};
     unscale(filter.cascade);
     const bool found = remove_roots(place.C1(k), place.C2(k), place);
-    if (!found && filter.LastBits != 0) return {"Sorry, a root was not found due to truncation"};
+    if (!found && is_truncated(filter)) return {"Sorry, a root was not found due to truncation"};
     close_gap(place.C1, k, place.factors);
     close_gap(place.C2, k, place.factors);
     --place.factors;

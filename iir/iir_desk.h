@@ -3,6 +3,7 @@
 
 #include "iir/iir_filter.h"
 #include "iir/iir_request.h"
+#include "iir/word_results.h"
 #include "segment/kept_filter.h"
 
 namespace kavrel {
@@ -10,6 +11,7 @@ namespace kavrel {
 // What the Segment keeps from command to command beside the filter.
 struct IirState {
     KeptState kept;
+    WordResults words;
 };
 
 struct IirDesk : Desk {

@@ -13,12 +13,12 @@
 #include "shell/fingerprint.h"
 #include "shell/fixed_text.h"
 #include "shell/table.h"
+#include "shell/word_length.h"
 
 namespace kavrel {
 
 inline constexpr int iir_root_limit = 50;
 inline constexpr int iir_section_limit = 25;
-inline constexpr int unquantised_bits = 50;  // a word length from which on numbers are as they are
 
 template <int N>
 [[nodiscard]] constexpr Table<double, N> ones() {
@@ -202,10 +202,10 @@ struct IirFilter {
     FixedText<20> FilterTypeText = "unknown";
     ZTransform z_transform = ZTransform::unknown;
     SpectralKind spectral = SpectralKind::none;
-    bool converted = false;       // "conv" was done
-    bool Modified = false;        // no longer the designed or stored one: set by every edit
-    int bits = unquantised_bits;  // word length of the coefficients
-    double LastBits = 0.0;        // of the last truncation, 0 none
+    bool converted = false;              // "conv" was done
+    bool Modified = false;               // no longer the designed or stored one: set by every edit
+    int bits = unquantised_bits;         // word length of the coefficients
+    double LastBits = unquantised_bits;  // a truncation takes a shorter word; 0 after a conversion: there is no other
     DigitalRoots roots;
     CascadeForm cascade;
     ParallelForm parallel;
@@ -279,6 +279,9 @@ struct FactorCoefficients {
 
 // Whether there is a filter at all.
 [[nodiscard]] constexpr bool has_filter(const IirFilter& filter) { return filter.fs > 0; }
+
+// Whether the coefficients are no longer those of the roots, but were brought to a finite word.
+[[nodiscard]] constexpr bool is_truncated(const IirFilter& filter) { return filter.bits < unquantised_bits; }
 
 // Gives up the four forms that are made of the cascade; the chains of a differential allpass are known no more.
 void clear_derived_forms(IirFilter& filter);

@@ -1,6 +1,10 @@
 #include "iir/iir_forms.h"
 
+#include <limits>
+
+#include "iir/program_dialects.h"
 #include "iir/sampled_response.h"
+#include "iir/scaling_commands.h"
 #include "shell/field_table.h"
 
 namespace kavrel {
@@ -8,6 +12,8 @@ namespace kavrel {
 namespace {
 
 using R = IirRequest;
+
+constexpr std::string_view allowance_negative = "Values must be >= 0.0";
 
 // The z step.
 
@@ -57,7 +63,8 @@ Refusal frequency_form_refusal(const R& request) { return frequency_refusal(requ
 constexpr std::array<Field, 2> simulated_fields = {
     {radio<&R::simulated>("implementation", "Implementation to simulate", simulated_implementations),
      radio<&R::output>("output", "Output", outputs)}};
-constexpr auto time_form_fields = joined(time_fields<&R::time>, simulated_fields);
+constexpr auto time_form_fields =
+    joined(joined(time_fields<&R::time>, simulated_fields), word_fields<&R::simulated_word>);
 void time_form_rules(const R& request, FieldStates& states) {
     states.off("output", request.simulated != Implementation::allpass);
 }
@@ -87,6 +94,46 @@ constexpr Field permute_fields[] = {radio<&R::permuted>("place", "Place", places
 constexpr Field resample_fields[] = {
     real<&R::sampling_frequency>("sampling_frequency", "Sampling frequency", Unit::frequency)};
 
+// Word lengths.
+
+constexpr std::array<Field, 2> allowance_fields = {
+    {real<&R::passband_allowance>("passband_allowance", "Passband allowance", Unit::decibel),
+     real<&R::stopband_allowance>("stopband_allowance", "Stopband allowance", Unit::decibel)}};
+constexpr auto truncate_fields = joined(word_fields<&R::truncated_to>, allowance_fields);
+void truncate_rules(const R& request, FieldStates& states) {
+    for (const Field& field : allowance_fields) states.off(field.name, request.truncated_to.bits != 0);
+}
+Refusal truncate_refusal(const R& request) {
+    if (!(request.passband_allowance >= 0)) return {allowance_negative, "passband_allowance"};
+    return request.stopband_allowance >= 0 ? Refusal() : Refusal(allowance_negative, "stopband_allowance");
+}
+
+constexpr Choice scaling_methods[] = {{"L-two", ScalingMethod::l_two}, {"L-infinity", ScalingMethod::l_infinity}};
+constexpr Choice scaling_answers[] = {
+    {"No", ScalingAnswer::no}, {"Yes", ScalingAnswer::yes}, {"Ask", ScalingAnswer::ask}};
+constexpr Field scale_fields[] = {
+    radio<&R::scaling_method>("scaling_method", "Scaling method", scaling_methods),
+    radio<&R::separately>("separately", separately_question, scaling_answers),
+    radio<&R::denominators_first>("denominators_first", denominators_first_question, scaling_answers)};
+void scale_rules(const R& request, FieldStates& states) {
+    for (const auto name : {"separately", "denominators_first"}) {
+        states.off(name, request.scaling_method != ScalingMethod::l_infinity);
+    }
+}
+constexpr Column factor_columns[] = {{"Scale factor"}};
+constexpr Field factor_fields[] = {list<&R::SCALE_FACTORS>("SCALE_FACTORS", "SCALE_FACTORS", factor_columns)};
+constexpr Field order_fields[] = {integer<&R::seed>("seed", "Seed", 0, std::numeric_limits<int>::max()),
+                                  flag<&R::apply>("apply", "Apply the best order")};
+
+// Programs.
+
+constexpr Field program_fields[] = {
+    radio<&R::programmed>("implementation", "Implementation", simulated_implementations),
+    radio<&R::program_output>("output", "Output", outputs), radio<&R::dialect>("dialect", "Dialect", program_dialects)};
+void program_rules(const R& request, FieldStates& states) {
+    states.off("output", request.programmed != Implementation::allpass);
+}
+
 // Views.
 
 constexpr Choice diagrams[] = {{"Multiple input form", DiagramChoice::multiple_input},
@@ -113,6 +160,12 @@ constexpr Form IIR_FLAT_DLG = form_of<R>("FLAT_DLG", "Flat loss", flat_fields);
 constexpr Form IIR_ADD_DLG = form_of<R>("ADD_DLG", "Add a factor", add_fields);
 constexpr Form IIR_DELETE_DLG = form_of<R>("DELETE_FACTOR_DLG", "Delete a factor", delete_fields);
 constexpr Form IIR_PERMUTE_DLG = form_of<R>("PERMUTE_DLG", "Permute factors", permute_fields);
+constexpr Form IIR_TRUNCATE_DLG =
+    form_of<R, truncate_rules, truncate_refusal>("TRUNCATE_DLG", "Truncate coefficients", truncate_fields);
+constexpr Form IIR_SCALE_DLG = form_of<R, scale_rules>("SCALE_DLG", "Scale the sections", scale_fields);
+constexpr Form IIR_SCALE_FACTORS_DLG = form_of<R>("SCALE_FACTORS_DLG", "Scale factors", factor_fields);
+constexpr Form IIR_ORDER_DLG = form_of<R>("ORDER_DLG", "Order the sections", order_fields);
+constexpr Form IIR_PROGRAM_DLG = form_of<R, program_rules>("PROGRAM_DLG", "Filter program", program_fields);
 constexpr Form IIR_SECTION_DLG = form_of<R>("SECTION_DLG", "Diagram of a section", section_fields);
 constexpr Form IIR_RESAMPLE_DLG = form_of<R>("RESAMPLE_DLG", "Change sampling frequency", resample_fields);
 constexpr Form IIR_TITLE_DLG = form_of<R>("TITLE_DLG", "Title", title_fields);

@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "iir/stored_iir.h"
+
 namespace kavrel {
 
 using Json = nlohmann::ordered_json;
@@ -23,10 +25,11 @@ Json rows(int count, const Tables&... tables) {
 }
 
 Json cascade_part(const CascadeForm& c);
+void add_word_results(const WordResults& words, Fingerprint shown, Json& part);
 
 }  // namespace
 
-Json iir_part(const IirFilter& filter) {
+Json iir_part(const IirFilter& filter, const WordResults& words) {
     if (!has_filter(filter)) return {};
     const DigitalRoots& r = filter.roots;
     const ParallelForm& p = filter.parallel;
@@ -55,6 +58,7 @@ Json iir_part(const IirFilter& filter) {
                            {"second", rows(a.NTB, a.TB1, a.TB2)},
                            {"output", difference ? "difference" : "sum"}};
     }
+    add_word_results(words, fingerprint(filter), part);
     return part;
 }
 
@@ -66,6 +70,41 @@ Json cascade_part(const CascadeForm& c) {
             {"scale", rows(std::max(c.NNUM, c.NDEN), c.SC)},
             {"numerator", rows(c.NNUM, c.SC, c.C1N, c.C2N)},
             {"denominator", rows(c.NDEN, one, c.C1D, c.C2D)}};
+}
+
+Json limit_cycle_part(const LimitCycle& cycle) {
+    return {{"section", cycle.section},
+            {"frequency", cycle.frequency},
+            {"amplitude_bound", cycle.amplitude_bound},
+            {"rms", cycle.rms},
+            {"output_rms", cycle.output_rms}};
+}
+
+Json order_part(const SectionOrder& order) {
+    return {{"seed", order.seed},
+            {"numerator", order.numerator},
+            {"denominator", order.denominator},
+            {"noise_gain", order.noise_gain},
+            {"natural", order.natural}};
+}
+
+Json least_word_part(const LeastWord& least) {
+    return {{"form", form_name(least.form)},        {"number_form", name_of(least.word.number_form)},
+            {"method", name_of(least.word.method)}, {"bits", least.word.bits},
+            {"passband_loss", least.passband_loss}, {"stopband_loss", least.stopband_loss}};
+}
+
+// What is of the filter shown.
+void add_word_results(const WordResults& words, Fingerprint shown, Json& part) {
+    const auto list = [](const auto& results, auto part_of) {
+        Json parts = Json::array();
+        for (const auto& one : results) parts.push_back(part_of(one));
+        return parts;
+    };
+    if (words.noise_gain.of == shown) part["noise_gain"] = words.noise_gain.result;
+    if (words.limit_cycles.of == shown) part["limit_cycles"] = list(words.limit_cycles.result, limit_cycle_part);
+    if (words.order.of == shown) part["order"] = order_part(words.order.result);
+    if (words.word_lengths.of == shown) part["word_lengths"] = list(words.word_lengths.result, least_word_part);
 }
 
 }  // namespace

@@ -4,10 +4,11 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include "iir/iir_filter.h"
+#include "iir/word_results.h"
 
 namespace kavrel {
 
-// Roots and all forms that there are; null where there is no filter.
-[[nodiscard]] nlohmann::ordered_json iir_part(const IirFilter& filter);
+// Roots, all forms that there are, and what was found about this filter in finite words; null where there is no filter.
+[[nodiscard]] nlohmann::ordered_json iir_part(const IirFilter& filter, const WordResults& words);
 
 }  // namespace kavrel

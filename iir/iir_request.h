@@ -1,14 +1,19 @@
 // What the forms of the IIR Segment, and those of the z step, ask for. A form opens with what was entered last.
 #pragma once
 
+#include <array>
+#include <string_view>
 #include <type_traits>
 
 #include "iir/iir_filter.h"
+#include "segment/program_dialect.h"
 #include "shell/fixed_text.h"
+#include "shell/form_list.h"
 #include "shell/frequency_request.h"
 #include "shell/plot_form.h"
 #include "shell/print_form.h"
 #include "shell/time_request.h"
+#include "shell/word_length.h"
 
 namespace kavrel {
 
@@ -17,6 +22,8 @@ enum class SpectralChoice : int { none = 1, to_lowpass = 2, to_highpass = 3, to_
 enum class Implementation : int { cascade = 1, parallel = 2, lattice = 3, direct = 4, allpass = 5, natural_modes = 6 };
 enum class FactorPlace : int { numerator = 1, denominator = 2, both = 3 };
 enum class DiagramChoice : int { multiple_input = 1, summed_output = 2 };
+enum class ScalingMethod : int { l_two = 1, l_infinity = 2 };
+enum class ScalingAnswer : int { no = 1, yes = 2, ask = 3 };
 enum class DisplayFormat : int { decimal = 1, hexadecimal = 2 };
 
 // Whether the filter has a form; its natural modes are none.
@@ -32,6 +39,13 @@ enum class DisplayFormat : int { decimal = 1, hexadecimal = 2 };
     return false;
 }
 
+// "cascade", "parallel", ...: in lists and state files.
+[[nodiscard]] constexpr std::string_view form_name(Implementation form) {
+    constexpr std::array<std::string_view, 6> names = {"cascade", "parallel", "lattice",
+                                                       "direct",  "allpass",  "natural modes"};
+    return names[static_cast<std::size_t>(form) - 1];
+}
+
 struct IirRequest {
     // Of the z step.
     ZTransformChoice z_transform_type = ZTransformChoice::bilinear;
@@ -45,6 +59,7 @@ struct IirRequest {
     TimeRequest time = {};  // a step of 0 is one sample
     Implementation simulated = Implementation::cascade;
     AllpassOutput output = AllpassOutput::filter;
+    WordLength simulated_word = {};
     PlotChoice frequency_plot = {};
     PlotChoice time_plot = {};
 
@@ -56,6 +71,20 @@ struct IirRequest {
     FactorPlace deleted_from = FactorPlace::numerator;
     FactorPlace permuted = FactorPlace::numerator;
     FixedText<80> sequence = {};  // serial numbers, parted by blanks or commas
+
+    WordLength truncated_to = {};   // with 0 bits: to the least word that meets the request
+    double passband_allowance = 0;  // dB that a truncated filter may miss its request by; 0: a tenth of the ripple
+    double stopband_allowance = 0;  // 0: 1 dB
+    ScalingMethod scaling_method = ScalingMethod::l_two;
+    ScalingAnswer separately = ScalingAnswer::no;
+    ScalingAnswer denominators_first = ScalingAnswer::no;
+    FormList<iir_section_limit, 1> SCALE_FACTORS = {};
+    int seed = 0;  // of the search for an order, 0: from the clock
+    bool apply = false;
+
+    Implementation programmed = Implementation::cascade;
+    AllpassOutput program_output = AllpassOutput::filter;
+    ProgramDialect dialect = ProgramDialect::classic;
 
     int section = 0;
     DiagramChoice diagram = DiagramChoice::multiple_input;

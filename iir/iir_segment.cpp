@@ -6,9 +6,13 @@
 #include "iir/form_commands.h"
 #include "iir/frequency_commands.h"
 #include "iir/iir_request_check.h"
+#include "iir/limit_cycle_command.h"
+#include "iir/program_command.h"
 #include "iir/report_commands.h"
 #include "iir/reverse_frequency.h"
+#include "iir/scaling_commands.h"
 #include "iir/time_commands.h"
+#include "iir/truncation_command.h"
 #include "segment/result_commands.h"
 
 namespace kavrel {
@@ -26,18 +30,18 @@ constexpr CommandTable commands({
     {"flat", edit<add_flat_loss>, needs_filter},
     {"add ", edit<add_factor>, needs_place_for_factor},
     {"del ", edit<delete_factor>, needs_factor},
-    {"trun"},
+    {"trun", truncate, needs_filter},
     {"read", read},
     {"show", show, needs_filter},
     {"perm", edit<permute_factors>, needs_factors_to_permute},
-    {"ord "},
-    {"lim "},
-    {"scal"},
+    {"ord ", order_sections, needs_cascade},
+    {"lim ", report_limit_cycles, needs_cascade},
+    {"scal", scale_sections, needs_cascade},
     {"save", save_iir_file, needs_filter},
     {"equ "},
     {"sto ", store_filter},
     {"rcl ", recall_filter, [](const IirDesk& desk) { return cannot_recall(desk, iir_keeping.words); }},
-    {"prog"},
+    {"prog", write_program, needs_filter},
     {"par ", make_parallel_form, needs_filter},
     {"des ", draw_section, needs_filter},
     {"disp", display_design, needs_filter},

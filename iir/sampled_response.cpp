@@ -10,8 +10,13 @@ namespace kavrel {
 
 namespace {
 
+template <class Arithmetic>
+SampledResponse run_form_of(const IirFilter& filter, Implementation form, AllpassOutput output,
+                            const Arithmetic& arithmetic, const SampleGrid& grid, Watcher& watcher);
 template <class Stepper>
-TimeRows run(Stepper impulse, Stepper step, const SampleGrid& grid, double T, Watcher& watcher);
+TimeRows run(Stepper& impulse, Stepper& step, const SampleGrid& grid, double T, Watcher& watcher);
+double largest_state(const Unquantised&) { return 0; }
+double largest_state(const WordArithmetic& arithmetic) { return arithmetic.largest_state(); }
 
 }  // namespace
 
@@ -39,26 +44,38 @@ std::string_view structure_name(Implementation form) {
     return place < names.size() ? names[place] : std::string_view();
 }
 
-TimeRows sampled_response(const IirFilter& filter, Implementation form, AllpassOutput output, const SampleGrid& grid,
-                          Watcher& watcher) {
-    const auto rows = [&](auto stepper) { return run(stepper, stepper, grid, filter.T, watcher); };
+SampledResponse sampled_response(const IirFilter& filter, Implementation form, AllpassOutput output,
+                                 const WordLength& word, const SampleGrid& grid, Watcher& watcher) {
+    return word.quantises() ? run_form_of(filter, form, output, WordArithmetic(word), grid, watcher)
+                            : run_form_of(filter, form, output, Unquantised{}, grid, watcher);
+}
+
+namespace {
+
+template <class Arithmetic>
+SampledResponse run_form_of(const IirFilter& filter, Implementation form, AllpassOutput output,
+                            const Arithmetic& arithmetic, const SampleGrid& grid, Watcher& watcher) {
+    const auto response = [&](auto impulse) {
+        auto step = impulse;
+        SampledResponse sampled{.rows = run(impulse, step, grid, filter.T, watcher)};
+        sampled.largest_state = std::max(largest_state(impulse.arithmetic()), largest_state(step.arithmetic()));
+        return sampled;
+    };
     switch (form) {
-        case Implementation::cascade: return rows(CascadeStepper<>(filter.cascade));
-        case Implementation::parallel: return rows(ParallelStepper<>(filter.parallel));
-        case Implementation::lattice: return rows(LatticeStepper<>(filter.lattice));
-        case Implementation::direct: return rows(DirectStepper<>(filter.direct));
+        case Implementation::cascade: return response(CascadeStepper(filter.cascade, arithmetic));
+        case Implementation::parallel: return response(ParallelStepper(filter.parallel, arithmetic));
+        case Implementation::lattice: return response(LatticeStepper(filter.lattice, arithmetic));
+        case Implementation::direct: return response(DirectStepper(filter.direct, arithmetic));
         case Implementation::allpass:
             if (output == AllpassOutput::filter) output = output_that_is_the_filter(filter.kind);
-            return rows(AllpassStepper<>(filter.allpass, output));
+            return response(AllpassStepper(filter.allpass, output, arithmetic));
         case Implementation::natural_modes: break;
     }
     return {};
 }
 
-namespace {
-
 template <class Stepper>
-TimeRows run(Stepper impulse, Stepper step, const SampleGrid& grid, double T, Watcher& watcher) {
+TimeRows run(Stepper& impulse, Stepper& step, const SampleGrid& grid, double T, Watcher& watcher) {
     constexpr long long between_questions = 4096;
     TimeRows rows;
     const long long count = std::min<long long>(grid.count(), analysis_points);

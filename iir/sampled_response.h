@@ -10,6 +10,7 @@
 #include "shell/time_request.h"
 #include "shell/units.h"
 #include "shell/watcher.h"
+#include "shell/word_length.h"
 
 namespace kavrel {
 
@@ -34,10 +35,15 @@ struct SampleGrid {
 // The form's name as the head of a table has it, of 8 characters: "cascade ", "lattice ".
 [[nodiscard]] std::string_view structure_name(Implementation form);
 
+struct SampledResponse {
+    TimeRows rows;
+    double largest_state = 0;  // magnitude, of a run in quantised arithmetic up to the last row
+};
+
 // The responses of a form that is there at the samples of a grid, of which the first 501 are taken. Of a differential
-// allpass `output` says which function; other forms have one. Asks the watcher each 4096 samples; stopped, the rows are
-// of no use.
-[[nodiscard]] TimeRows sampled_response(const IirFilter& filter, Implementation form, AllpassOutput output,
-                                        const SampleGrid& grid, Watcher& watcher);
+// allpass `output` says which function; other forms have one. `word` is that of the arithmetic. Asks the watcher each
+// 4096 samples; stopped, the rows are of no use.
+[[nodiscard]] SampledResponse sampled_response(const IirFilter& filter, Implementation form, AllpassOutput output,
+                                               const WordLength& word, const SampleGrid& grid, Watcher& watcher);
 
 }  // namespace kavrel

@@ -1,5 +1,7 @@
 #include "iir/time_commands.h"
 
+#include <cmath>
+
 #include "iir/command_tools.h"
 #include "iir/frequency_commands.h"
 #include "iir/sampled_response.h"
@@ -15,6 +17,7 @@ using Lines = std::vector<std::string>;
 constexpr std::string_view not_available = "Selected implementation is not available";
 
 void report_rows_left_out(IirDesk& desk, long long asked);
+void report_overflow(IirDesk& desk, double largest_state);
 Lines simulated_lines(const AnalysisResult& results, Implementation form);
 Lines tabulated_lines(const AnalysisResult& results);
 
@@ -30,12 +33,14 @@ void analyse_time(IirDesk& desk) {
         return refuse(desk, wrong);
     }
     WindowWatcher watcher(desk.window, "Simulation");
-    const TimeRows rows = sampled_response(filter, request.simulated, request.output, grid, watcher);
+    const SampledResponse response =
+        sampled_response(filter, request.simulated, request.output, request.simulated_word, grid, watcher);
     if (watcher.stopped()) return desk.reporter.report_line(stopped_line);
-    if (!store_time(rows, true, desk.results)) return refuse(desk, results_out_of_range);
+    if (!store_time(response.rows, true, desk.results)) return refuse(desk, results_out_of_range);
     desk.results.time_of = fingerprint(filter);
     desk.results.TITLE = desk.session.TITLE.trimmed();
     report_rows_left_out(desk, grid.count());
+    report_overflow(desk, response.largest_state);
     if (wants_table(desk)) report_lines(desk, simulated_lines(desk.results, request.simulated));
     report_done(desk);
 }
@@ -57,6 +62,14 @@ void report_rows_left_out(IirDesk& desk, long long asked) {
     const int taken = desk.results.time_count;
     if (taken == asked) return;
     desk.reporter.report_line(edited<"(' Time response: first ',I0,' of ',I0,' rows')">(taken, asked));
+}
+
+// States of a fixed word are whole numbers of its steps, which its programs hold in 32 bits.
+void report_overflow(IirDesk& desk, double largest_state) {
+    const WordLength& word = desk.command.simulated_word;
+    const double steps = std::ldexp(largest_state, word.bits);
+    if (word.number_form != NumberForm::fixed_point || steps < 0x1p31) return;
+    desk.reporter.report_line(edited<"(' Overflow: a state reaches',1P,E10.3,' steps of the word')">(steps));
 }
 
 void append_rows(const AnalysisResult& results, Lines& lines) {

@@ -27,7 +27,8 @@ struct CheckRow {
     double margin = 0;  // how far within what was asked, in the unit; negative: missed by so much
     std::string_view unit = "dB";
     bool met = false;
-    bool spare = false;  // a margin is to spare: the request would have done with less
+    bool spare = false;        // a margin is to spare: the request would have done with less
+    std::string_view of = {};  // what is judged where there are several: "cascade", "parallel", ...
 };
 
 // Rows as they come in the report: largest and least values allowed, or a value to be had.

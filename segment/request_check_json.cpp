@@ -13,6 +13,7 @@ Json check_part(const RequestCheck& check) {
     Json rows = Json::array();
     for (const CheckRow& row : check.rows) {
         Json part{{"what", row.what}};
+        if (!row.of.empty()) part["of"] = row.of;
         part["band"] = row.band.is_given() ? Json{row.band.from, row.band.to} : Json{};
         part["asked"] = row.asked;
         part["reached"] = row.reached;

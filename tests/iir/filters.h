@@ -134,8 +134,8 @@ inline double deviation(const IirFilter& filter, Implementation form, const std:
     Unwatched watcher;
     const int late = form == Implementation::lattice ? 1 : 0;
     const auto samples = static_cast<long long>(truth.size());
-    const TimeRows rows =
-        sampled_response(filter, form, AllpassOutput::filter, {.first = 1, .last = samples, .every = 1}, watcher);
+    const SampleGrid grid{.first = 1, .last = samples, .every = 1};
+    const TimeRows rows = sampled_response(filter, form, AllpassOutput::filter, {}, grid, watcher).rows;
     double worst = rows.count == samples ? 0 : HUGE_VAL;
     for (int i = 1; i + late <= rows.count; ++i) {
         const double gap = std::fabs(rows.impulse(i + late) - truth[static_cast<std::size_t>(i) - 1]);

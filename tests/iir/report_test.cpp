@@ -75,7 +75,7 @@ TEST(IirJson, HoldsTheFilterWhileScaled) {
     IirFilter filter = of_all_forms();
     CascadeForm& c = filter.cascade;
     c.SCALED = true, c.CK /= 4, c.SC(1) = 4, c.C1N(1) *= 4, c.C2N(1) *= 4;
-    const auto part = nlohmann::json::parse(iir_part(filter).dump());
+    const auto part = nlohmann::json::parse(iir_part(filter, {}).dump());
     const auto w = std::polar(1.0, -0.7);
     std::complex<double> h = part["cascade"]["front"].get<double>(), roots = 1;
     const auto value = [&](const std::array<double, 3>& q) { return q[0] + q[1] * w + q[2] * w * w; };
@@ -87,7 +87,7 @@ TEST(IirJson, HoldsTheFilterWhileScaled) {
     EXPECT_LT(std::abs(h - roots), 1e-15);
     EXPECT_TRUE(part["allpass"]["output"] == "sum" && part["kind"] == "low_pass");
     EXPECT_EQ(part["parallel"]["blocks"][0], nlohmann::json({1.5, -0.5, -1, 0.3125}));
-    EXPECT_TRUE(part["lattice"]["taps"].size() == 3 && iir_part({}).is_null());
+    EXPECT_TRUE(part["lattice"]["taps"].size() == 3 && iir_part({}, {}).is_null());
 }
 
 }  // namespace

@@ -8,10 +8,11 @@
 namespace kavrel {
 namespace {
 
-struct Rounded {
-    double operator()(double v) const { return std::nearbyint(v * 65536) / 65536; }
+struct Rounded : Unquantised {
+    [[nodiscard]] double quantised(double v) const { return std::nearbyint(v * 65536) / 65536; }
+    [[nodiscard]] double product(double c, double v) const { return quantised(c * v); }
 };
-constexpr Rounded q;
+double q(double v) { return Rounded().quantised(v); }
 
 // A signal from its first sample on; 0 before.
 struct Signal : std::vector<double> {
@@ -110,8 +111,8 @@ TEST(Steppers, AreTheirEquationsToTheLastBit) {
         for (int n = 0; n < 120; ++n) x.push_back(random.between(-1, 1));
         const Signal a = chain_by_hand(chains.TA1, chains.TA2, chains.NTA, x);
         const Signal b = chain_by_hand(chains.TB1, chains.TB2, chains.NTB, x);
-        const Signal sum = run(x.size(), [&](std::size_t n, const Signal&) { return 0.5 * (a[n] + b[n]); });
-        const Signal difference = run(x.size(), [&](std::size_t n, const Signal&) { return -0.5 * (a[n] - b[n]); });
+        const Signal sum = run(x.size(), [&](std::size_t n, const Signal&) { return q(0.5 * (a[n] + b[n])); });
+        const Signal difference = run(x.size(), [&](std::size_t n, const Signal&) { return q(-0.5 * (a[n] - b[n])); });
         expect_same(CascadeStepper<Rounded>(filter.cascade), x, cascade_by_hand(filter.cascade, x), "cascade");
         expect_same(ParallelStepper<Rounded>(filter.parallel), x, parallel_by_hand(filter.parallel, x), "parallel");
         expect_same(DirectStepper<Rounded>(filter.direct), x, direct_by_hand(filter.direct, x), "direct");

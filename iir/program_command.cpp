@@ -1,0 +1,7 @@
+#include "iir/program_command.h"
+
+namespace kavrel {
+
+void write_program(IirDesk&) {}
+
+}  // namespace kavrel

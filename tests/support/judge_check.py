@@ -10,6 +10,7 @@ import subprocess
 import sys
 import tempfile
 
+import mpmath
 import numpy as np
 
 from random_requests import request
@@ -316,34 +317,86 @@ def loss_rows(state, asked):
     return rows
 
 
+def form_functions(iir):
+    """H(w), w = z^-1, of every form there is by its coefficients, with its poles: the largest magnitude of one."""
+    def ratio(rows, w):
+        return np.prod([sum(Wide(c) * w**k for k, c in enumerate(row)) for row in rows] + [1 + 0 * w], axis=0)
+
+    def largest(denominators):
+        return max([abs(r) for d in denominators for r in mpmath.polyroots(np.trim_zeros([mpmath.mpf(c) for c in d], "b"), maxsteps=500, extraprec=2000)
+                    if len(np.trim_zeros(d, "b")) > 1] + [0])
+
+    def lattice(w):
+        forward, backward = 1 + 0 * w, [1 + 0 * w]
+        for k in iir["lattice"]["multipliers"]:
+            forward, last = forward + Wide(k) * w * backward[-1], forward
+            backward.append(w * backward[-1] + Wide(k) * last)
+        return sum(Wide(tap) * b for tap, b in zip(iir["lattice"]["taps"], backward)) / forward
+
+    def denominator_of_lattice():
+        d = [mpmath.mpf(1)]
+        for k in map(mpmath.mpf, iir["lattice"]["multipliers"]):
+            d = [x + k * y for x, y in zip([*d, 0], [0, *d[::-1]])]
+        return d
+
+    c, forms = iir["cascade"], {}
+    forms["cascade"] = lambda w: Wide(c["front"]) * ratio(c["numerator"], w) / ratio(c["denominator"], w), largest(c["denominator"])
+    if "parallel" in iir:
+        p = iir["parallel"]
+        forms["parallel"] = (lambda w: Wide(p["constant"]) + sum((Wide(al) + Wide(be) * w) / (1 + Wide(ga) * w + Wide(de) * w * w) for al, be, ga, de in p["blocks"]),
+                             largest([[1, *b[2:]] for b in p["blocks"]]))
+    if "lattice" in iir:
+        forms["lattice"] = lattice, largest([denominator_of_lattice()])
+    if "direct" in iir:
+        n, d = (iir["direct"][part] for part in ("numerator", "denominator"))
+        forms["direct"] = lambda w: ratio([n], w) / ratio([[1, *d[1:]]], w), largest([[1, *d[1:]]])
+    if "allpass" in iir:
+        a = iir["allpass"]
+        sign = -1 if a["output"] == "difference" else 1
+        chain = lambda rows, w: np.prod([(Wide(a2) + Wide(a1) * w + w * w) / (1 + Wide(a1) * w + Wide(a2) * w * w) if a2 else (Wide(a1) + w) / (1 + Wide(a1) * w)
+                                         for a1, a2 in rows] + [1 + 0 * w], axis=0)
+        forms["allpass"] = (lambda w: (chain(a["first"], w) + sign * chain(a["second"], w)) / 2,
+                            largest([[1, *row] for row in a["first"] + a["second"]]))
+    return forms
+
+
 def digital_rows(state, asked):
-    """By the roots of H on the unit circle."""
-    iir, rows = state["iir"], []
+    """By the roots of H on the unit circle; of a truncated filter by the coefficients of each form."""
+    iir, fs = state["iir"], Wide(state["iir"]["fs"])
     zeros, poles = (np.array([complex(*r) for r in iir[of]], WideComplex) for of in ("zeros", "poles"))
-    level, fs = 20 * np.log10(abs(Wide(iir["zero_multiplier"]) / Wide(iir["pole_multiplier"]))), Wide(iir["fs"])
-
-    def loss(hertz):
-        z = np.exp(2j * pi * np.asarray(hertz, Wide) / fs)
-        return sum((20 * np.log10(np.abs(z - r)) for r in poles), 0 * np.abs(z)) - sum(20 * np.log10(np.abs(z - r)) for r in zeros) - level
-
+    level = 20 * np.log10(abs(Wide(iir["zero_multiplier"]) / Wide(iir["pole_multiplier"])))
     angles = [abs(np.angle(r)) + k * (1 - abs(r)) for r in poles for k in np.linspace(-4, 4, 41)] + [abs(np.angle(r)) for r in zeros]
     places = [a * fs / 2 / pi for a in angles]
-    if asked["slope"] is not None:
+    on_circle = lambda hertz: np.exp(2j * pi * np.asarray(hertz, Wide) / fs)
+
+    def loss(hertz):
+        z = on_circle(hertz)
+        return sum((20 * np.log10(np.abs(z - r)) for r in poles), 0 * np.abs(z)) - sum(20 * np.log10(np.abs(z - r)) for r in zeros) - level
+
+    if iir["bits"] >= 50:
+        return rows_of_loss(asked, loss, places, np.float64(max(np.abs(poles))))
+    loss_of = lambda form: lambda hertz: -20 * np.log10(np.abs(form(1 / on_circle(hertz))))
+    return [row for form, radius in form_functions(iir).values() for row in rows_of_loss(asked, loss_of(form), places, np.float64(radius))]
+
+
+def rows_of_loss(asked, loss, places, radius):
+    """Of a filter whose poles lie outside the unit circle there are no losses."""
+    rows = []
+    if radius < 1 and asked["slope"] is not None:
         band = asked["pass"]
         about = lambda hertz: loss(hertz) - asked["slope"] * np.log2(Wide(1) * hertz / band[0])
         strip = highest(about, band, places) + highest(lambda hertz: -about(hertz), band, places)
         floor = -highest(lambda hertz: -loss(hertz), band, places) - asked["flatLoss"]
         rows += [("slope", band, asked["loss"], strip, asked["loss"] - strip),
                  ("flat loss", band, asked["flatLoss"], floor + asked["flatLoss"], floor if floor <= asked["loss"] else -floor)]
-    elif not asked["given"]:
+    elif radius < 1 and not asked["given"]:
         for band in asked["passes"]:
             reached = highest(loss, band, places)
             rows.append(("pass band", band, asked["loss"], reached, asked["loss"] - reached))
         for stop, needed in asked["stop"]:
             reached = -highest(lambda hertz: -loss(hertz), stop, places)
             rows += [("stopband", stop, needed, reached, reached - needed)] * (needed > 0)
-    if rows:
-        radius = np.float64(max(np.abs(poles)))
+    if asked["slope"] is not None or not asked["given"]:
         rows.append(("stability", None, 1, radius, 1 - radius))
     return rows
 

@@ -333,6 +333,8 @@ def z_step(s):
 
 
 implementations = ["Cascade", "Parallel", "Lattice", "Direct", "Differential allpass"]
+number_forms = ["Floating point", "Fixed point"]
+dialects = ["Classic", "Standard", "C", "C integer", "C table", "SOS text"]
 
 
 def digital_commands(s):
@@ -341,7 +343,7 @@ def digital_commands(s):
         if d.chance(0.6):
             s.line("do", word.strip())
     for _ in range(d.whole(0, 4)):
-        command = d.one("freq", "time", "show", "func", "des", "pltf", "pz", "swc", "asci", "sto", "tabf")
+        command = d.one("freq", "time", "show", "func", "des", "pltf", "pz", "swc", "asci", "sto", "tabf", "lim", "prog")
         if command == "freq":
             s.choose("Analyze", "Frequency")
             s.sets(start=0, end=s.frequency(s.limit), count=d.whole(2, 60), implementation=d.one(*implementations, "Natural modes"))
@@ -350,12 +352,18 @@ def digital_commands(s):
         elif command == "time":
             s.choose("Analyze", "Time")
             s.sets(start=0, stop=d.whole(3, 300) / s.limit / s.seconds, step=0, implementation=d.one(*implementations))
+            s.sets(bits=d.one(0, d.whole(1, 50)), number_form=d.one(*number_forms))
             s.ok()
             s.line("answer", d.one("yes", "no"))
         elif command == "des":
             s.choose("View", "Design")
             s.sets(section=d.whole(1, 4), diagram=d.whole(1, 2), display_format=d.one("Decimal", "Decimal", "Hexadecimal"))
             s.ok()
+        elif command == "prog":
+            s.choose("File", "Program")
+            s.sets(implementation=d.one(*implementations), dialect=d.one(*dialects))
+            s.ok()
+            s.line("file", s.new_file("txt"))
         elif command in ("pz", "swc", "asci", "tabf"):
             s.line("do", command)
             s.line("file", s.new_file("txt"))
@@ -390,10 +398,30 @@ def digital_edits(s):
         s.ok()
 
 
+def digital_words(s):
+    """What leaves the filter the one that was asked for, but for its words and levels."""
+    d = s.draw
+    for _ in range(d.whole(1, 3)):
+        command = d.one("trun", "trun", "scal", "ord")
+        if command == "trun":
+            s.choose("Transform", "Truncate")
+            s.sets(bits=d.one(0, d.whole(3, 40)), method=d.one("Round", "Truncate"), number_form=d.one(*number_forms))
+        elif command == "scal":
+            s.choose("Transform", "Scale")
+            s.sets(scaling_method=d.one("L-two", "L-infinity"), separately=d.one("No", "Yes"), denominators_first=d.one("No", "Yes"))
+        else:
+            s.choose("Transform", "Order")
+            s.sets(seed=d.whole(1, 9), apply=d.one("yes", "no"))
+        s.ok()
+
+
 def digital(s):
     filter_form(s, "IIR Digital")
     z_step(s)
     digital_commands(s)
+    if s.draw.chance(0.4):
+        digital_words(s)
+        digital_commands(s)
     if s.draw.chance(0.4):
         digital_edits(s)
         digital_commands(s)

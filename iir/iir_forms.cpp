@@ -127,11 +127,19 @@ constexpr Field order_fields[] = {integer<&R::seed>("seed", "Seed", 0, std::nume
 
 // Programs.
 
+constexpr auto dialects = [] {
+    std::array<Choice, std::size(program_dialects)> choices{};
+    for (std::size_t i = 0; i < choices.size(); ++i)
+        choices[i] = {program_dialects[i].label, program_dialects[i].dialect};
+    return choices;
+}();
 constexpr Field program_fields[] = {
     radio<&R::programmed>("implementation", "Implementation", simulated_implementations),
-    radio<&R::program_output>("output", "Output", outputs), radio<&R::dialect>("dialect", "Dialect", program_dialects)};
+    radio<&R::program_output>("output", "Output", outputs), radio<&R::dialect>("dialect", "Dialect", dialects)};
 void program_rules(const R& request, FieldStates& states) {
-    states.off("output", request.programmed != Implementation::allpass);
+    const ProgramDialectRow& row = row_of(request.dialect);
+    states.off("implementation", row.is_of_cascade());
+    states.off("output", row.is_of_cascade() || request.programmed != Implementation::allpass);
 }
 
 // Views.

@@ -16,7 +16,7 @@ constexpr std::size_t marker_size = sizeof(std::uint32_t);
 constexpr std::string_view extensions[] = {".dat", ".f90", ".qfa", ".qff", ".qfd", ".qfm", ".qfp", ".ckt", ".tab",
                                            ".trf", ".dbg", ".qfx", ".ckt", ".txt", ".swc", ".txt", ".txt", ".req",
                                            ".m  ", ".pz ", ".dzn", "    ", "    ", "    ", "    "};
-constexpr std::string_view further_extensions[] = {".qfi", ".qai", ".wbt", ".s2p", ".svg", ".csv"};
+constexpr std::string_view further_extensions[] = {".qfi", ".qai", ".wbt", ".s2p", ".svg", ".csv", ".c", ".h", ".sos"};
 
 std::uint32_t marker_at(std::string_view bytes);
 

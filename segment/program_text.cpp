@@ -1,0 +1,148 @@
+#include "segment/program_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include <fmt/format.h>
+
+#include "shell/shown_text.h"
+#include "shell/whole_part.h"
+
+namespace kavrel {
+
+namespace {
+
+void add_rows(ProgramLines& lines, std::string_view indent, std::span<const std::string> numbers,
+              std::string_view behind_last, std::string_view line_end);
+template <class Word>
+bool is_word(double value, int shift);
+template <class Word>
+Word word_of(double value, int shift);
+
+}  // namespace
+
+void add_text(ProgramLines& lines, std::string_view text) {
+    text.remove_prefix(1);
+    while (!text.empty()) {
+        const auto end = text.find('\n');
+        lines.emplace_back(text.substr(0, end));
+        text.remove_prefix(end + 1);
+    }
+}
+
+std::string replaced(std::string text, std::string_view word, std::string_view by) {
+    for (auto at = text.find(word); at != std::string::npos; at = text.find(word, at + by.size())) {
+        text.replace(at, word.size(), by);
+    }
+    return text;
+}
+
+std::string decimal(double x) { return fmt::format("{:.16e}", x); }
+
+std::string fortran_decimal(double x) { return replaced(decimal(x), "e", "D"); }
+
+std::string c_comment(std::string_view title) {
+    return replaced(replaced(shown_text(title), "*/", "* /"), "/*", "/ *");
+}
+
+void add_c_array(ProgramLines& lines, std::string_view indent, std::string_view declaration,
+                 std::span<const std::string> numbers) {
+    lines.push_back(fmt::format("{}{} = {{", indent, declaration));
+    add_rows(lines, fmt::format("{}    ", indent), numbers, ",", "");
+    lines.push_back(fmt::format("{}}};", indent));
+}
+
+std::vector<std::string> c_decimals(std::span<const double> values) {
+    std::vector<std::string> numbers;
+    for (const double value : values) numbers.push_back(decimal(value));
+    return numbers;
+}
+
+void add_fortran_array(ProgramLines& lines, std::string_view name, std::span<const double> values) {
+    std::vector<std::string> numbers;
+    for (const double value : values) numbers.push_back(fortran_decimal(value));
+    lines.push_back(fmt::format("  double precision, parameter :: {}({}) = [ &", name, values.size()));
+    add_rows(lines, "    ", numbers, "", " &");
+    lines.emplace_back("  ]");
+}
+
+std::string_view c_quantiser() {
+    return R"(
+static double trun(double v, int i)
+{
+    if (i >= 50 || i <= -50) return v;
+    const double steps = (double)((int64_t)1 << (i < 0 ? -i : i));
+    const double a = (v < 0 ? -v : v)*steps;
+    if (!(a < 4503599627370496.0)) return v;  /* 2^52: a whole number, if it is one */
+    int64_t whole = (int64_t)a;
+    if (i >= 0 && a - (double)whole >= 0.5) ++whole;
+    return v < 0 ? -((double)whole/steps) : (double)whole/steps;
+}
+)";
+}
+
+std::string_view fortran_quantiser() {
+    return R"(
+contains
+  double precision function trun(v, i)
+    double precision, intent(in) :: v
+    integer, intent(in) :: i
+    integer, parameter :: long = selected_int_kind(18)
+    double precision :: a
+    integer(long) :: whole
+    trun = v
+    if (abs(i) >= 50) return
+    a = scale(abs(v), abs(i))
+    if (.not. a < 2d0**52) return  ! a whole number, if it is one
+    whole = int(a, long)
+    if (i >= 0 .and. a - dble(whole) >= 0.5d0) whole = whole + 1
+    trun = sign(scale(dble(whole), -abs(i)), v)
+  end function trun
+)";
+}
+
+FractionWords fraction_words(std::span<const double> values) {
+    FractionWords words;
+    const auto too_large = [&](double value) {
+        return !is_word<std::int32_t>(value, words.shift) || !is_word<std::int16_t>(value, words.shift);
+    };
+    while (std::ranges::any_of(values, too_large)) ++words.shift;
+    for (const double value : values) {
+        words.q31.push_back(word_of<std::int32_t>(value, words.shift));
+        words.q15.push_back(word_of<std::int16_t>(value, words.shift));
+    }
+    return words;
+}
+
+namespace {
+
+void add_rows(ProgramLines& lines, std::string_view indent, std::span<const std::string> numbers,
+              std::string_view behind_last, std::string_view line_end) {
+    constexpr std::size_t a_line = 3;
+    for (std::size_t first = 0; first < numbers.size(); first += a_line) {
+        const auto row = numbers.subspan(first, std::min(a_line, numbers.size() - first));
+        const bool last = first + a_line >= numbers.size();
+        lines.push_back(fmt::format("{}{}{}{}", indent, fmt::join(row, ", "), last ? behind_last : ",", line_end));
+    }
+}
+
+template <class Word>
+double steps_of(double value, int shift) {
+    return std::round(std::ldexp(value, std::numeric_limits<Word>::digits - shift));
+}
+
+template <class Word>
+bool is_word(double value, int shift) {
+    using Limits = std::numeric_limits<Word>;
+    return steps_of<Word>(value, shift) >= Limits::min() && steps_of<Word>(value, shift) <= Limits::max();
+}
+
+template <class Word>
+Word word_of(double value, int shift) {
+    return whole_part<Word>(steps_of<Word>(value, shift));
+}
+
+}  // namespace
+
+}  // namespace kavrel

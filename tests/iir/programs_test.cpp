@@ -290,5 +290,239 @@ TEST(Programs, InStandardFortran) {
     expect_programs(ProgramDialect::standard, Language::fortran);
 }
 
+// All words from 2 to 30 bits, of filters that every word leaves stable, and quiet enough for 30 bits.
+TEST(Programs, InWholeNumbers) {
+    IirFilter filter = factored_filter(1, 0.02, {{-0.6, 0.7}, {1, 0}}, {{-0.9, 0.45}, {-0.3, 0}, {0.2, 0.5}});
+    EXPECT_EQ(makeParallel(filter).text + makeDirect(filter).text, "");
+    filter.cascade.SC(2) = 0.7, filter.cascade.C1N(2) = 0.7;
+    for (double& value : filter.direct.ZNUM) value *= 0.1;
+    filter.allpass.TA1 = {{0.3, 0.25}}, filter.allpass.TA2 = {{0, 0.4}}, filter.allpass.TB1 = {{-0.2, 0.1}};
+    filter.allpass.TB2 = {{0.3, 0.25}}, filter.allpass.NTA = filter.allpass.NTB = 2;
+    std::vector<Program> programs;
+    std::vector<Job> jobs;
+    RandomNumbers random(31);
+    Unwatched watcher;
+    for (int bits = 2; bits <= 30; ++bits) {
+        for (const Implementation form : all_but_lattice) {
+            const int ibt = random.coin() ? bits : -bits;
+            const IirFilter of_word = truncated(filter, fixed_word(ibt));
+            const WordMethod method = fixed_word(ibt).method;
+            EXPECT_EQ(integer_program_refusal({.filter = of_word, .form = form}, watcher).text, "")
+                << form_name(form) << bits;
+            programs.push_back(program(ProgramDialect::c_integer, of_word, form, random.coin(), method));
+            add_jobs(jobs, random, programs.size() - 1, ibt);
+        }
+    }
+    expect_same(Language::c, programs, jobs);
+}
+
+// A section with a pole p and a level g: its largest product is p g/(1 - p).
+TEST(Programs, WholeNumbersRefused) {
+    const auto section = [](double level, double pole, int bits) {
+        IirFilter filter = factored_filter(1, level, {}, {{-pole, 0}});
+        filter.bits = bits;
+        return filter;
+    };
+    const std::string overflow = "A product may pass 2**62", too_long = "A coefficient does not fit into 32 bits";
+    const std::string other_word = "Filter is not truncated to a fixed word";
+    const struct {
+        IirFilter filter;
+        std::string why;
+    } cases[] = {
+        {section(0.5, 0.5, 50), other_word},
+        {section(0.5, 0.5, 31), "Word of the filter is not of 2 to 30 bits"},
+        {section(0.5, 0.5, 1), "Word of the filter is not of 2 to 30 bits"},
+        {section(0.5, 0.34375, 4), other_word},
+        {section(1.0 / 3, 0.5, 14), other_word},
+        {section(0.5, -2, 30), too_long},
+        {section(0.5, 2, 30), overflow},
+        {section(0.5, -4, 29), too_long},
+        {section(0.5, 1, 10), overflow},
+        {section(0x1p40, 0.5, 10), too_long},
+        {section(0x1p-90, 0.5, 10), ""},
+        {section(0.125, 0.96875, 30), ""},            // 31/8 of 4
+        {section(0.1328125, 0.96875, 30), overflow},  // 31 17/128 of 4
+    };
+    Unwatched watcher;
+    for (const auto& [filter, why] : cases) {
+        EXPECT_EQ(integer_program_refusal({.filter = filter}, watcher).text, why)
+            << filter.cascade.CK << ' ' << filter.cascade.C1D(1) << ' ' << filter.bits;
+    }
+}
+
+// ---- tables ----
+
+IirFilter scaled_filter() {
+    RandomNumbers random(5);
+    IirFilter filter = random_filter(random, 9);
+    scale(filter, random);
+    return filter;
+}
+
+// H of the table's numbers as each type has them, by a small program in C.
+TEST(Programs, TableInC) {
+    const ScratchFolder folder;
+    const IirFilter filter = scaled_filter();
+    write_text("lp-2.h", text(ProgramDialect::c_table, {.filter = filter, .title = "*/", .name = "lp-2"}));
+    write_text("run.c", R"(#include "lp-2.h"
+#include "lp-2.h"
+#include <stdio.h>
+static double number(int type, int i)
+{
+    const double by = (double)(1 << lp_2_shift);
+    return type == 0 ? lp_2_double[i] : type == 1 ? (double)lp_2_float[i]
+        : type == 2 ? lp_2_q31[i]/2147483648.0*by : lp_2_q15[i]/32768.0*by;
+}
+int main(void)
+{
+    for (int type = 0; type < 4; ++type) {
+        double s[lp_2_sections][4] = {{0}};
+        for (int n = 0; n < 60; ++n) {
+            double x = n == 0;
+            for (int k = 0; k < lp_2_sections; ++k) {
+                double b[5], y;
+                for (int i = 0; i < 5; ++i) b[i] = number(type, 5*k + i);
+                y = b[0]*x + b[1]*s[k][0] + b[2]*s[k][1] + b[3]*s[k][2] + b[4]*s[k][3];
+                s[k][1] = s[k][0], s[k][0] = x, s[k][3] = s[k][2], s[k][2] = y;
+                x = y;
+            }
+            printf("%.17g\n", x);
+        }
+    }
+    return 0;
+}
+)");
+    ASSERT_TRUE(runs(fmt::format("{} run.c -o run && ./run", gcc))) << read_text("log.txt");
+    std::istringstream out(read_text("log.txt"));
+    const std::vector<double> truth = direct_impulse(filter.roots, 60);
+    for (const double within : {1e-13, 1e-5, 1e-7, 2e-2}) {
+        double worst = 0, y = 0;
+        for (const double value : truth) worst = out >> y ? std::max(worst, std::fabs(y - value)) : HUGE_VAL;
+        EXPECT_LE(worst, within * peak_of(truth));
+        EXPECT_GE(worst, 1e-5 * within * peak_of(truth)) << "numbers of another type";
+    }
+}
+
+TEST(Programs, FractionWords) {
+    const struct {
+        std::vector<double> values;
+        int shift;
+        std::int32_t q31;  // of the first value
+        std::int16_t q15;
+    } cases[] = {{{0}, 0, 0, 0},
+                 {{-1}, 0, std::numeric_limits<std::int32_t>::min(), -32768},
+                 {{0.75, -1}, 0, 0x60000000, 0x6000},
+                 {{1}, 1, 0x40000000, 0x4000},
+                 {{0.99999}, 1, 1073731087, 0x4000},  // as 16 bits it would be 1
+                 {{-2, 1.5}, 1, std::numeric_limits<std::int32_t>::min(), -32768},
+                 {{1, 1e10}, 34, 0, 0}};
+    for (const auto& [values, shift, q31, q15] : cases) {
+        const FractionWords words = fraction_words(values);
+        EXPECT_TRUE(words.shift == shift && words.q31[0] == q31 && words.q15[0] == q15) << values[0];
+    }
+}
+
+// Both run H of each file on an impulse. A reader without what it needs ends with 77.
+TEST(Programs, SectionsInScipyAndOctave) {
+    const ScratchFolder folder;
+    write_text("sections.py", R"(import sys
+try:
+    import numpy, scipy.signal
+except ImportError:
+    sys.exit(77)
+for name in ["0.sos", "1.sos"]:
+    for y in scipy.signal.sosfilt(numpy.loadtxt(name, ndmin=2), [1] + 59*[0]):
+        print(repr(float(y)))
+)");
+    write_text("sections.m", R"(1;
+try pkg load signal; catch, exit(77), end
+for name = {"0.sos", "1.sos"}
+    printf("%.17g\n", sosfilt(load(name{1}), [1 zeros(1, 59)]));
+end
+)");
+    const IirFilter filters[] = {scaled_filter(), factored_filter(1, 0.5, {}, {{-0.5, 0}})};
+    std::vector<double> truth;
+    for (std::size_t i = 0; i < 2; ++i) {
+        const ProgramInput input{.filter = filters[i], .title = "name: 5 % # of it"};
+        write_text(fmt::format("{}.sos", i), text(ProgramDialect::sos_text, input));
+        for (const double value : direct_impulse(filters[i].roots, 60)) truth.push_back(value);
+    }
+    std::string missing;
+    for (const std::string reader : {"/usr/bin/python3 sections.py", "octave-cli --no-gui -q sections.m"}) {
+        const int status = std::system((reader + " >out.txt 2>log.txt").c_str());
+        if (WEXITSTATUS(status) == 77 || WEXITSTATUS(status) == 127) {
+            missing += " " + reader;
+            continue;
+        }
+        EXPECT_EQ(status, 0) << read_text("log.txt");
+        std::istringstream out(read_text("out.txt"));
+        for (const double value : truth) {
+            double y = HUGE_VAL;
+            out >> y;
+            ASSERT_NEAR(y, value, 1e-12) << reader;
+        }
+    }
+    if (!missing.empty()) GTEST_SKIP() << "not installed, or without its signal package:" << missing;
+}
+
+// ---- the command ----
+
+struct ProgramCommand : testing::Test, IirRoom {
+    ProgramCommand() { session.TITLE = "Some filter"; }
+    std::string boxes_of(Implementation form, ProgramDialect dialect, const std::string& name) {
+        command.programmed = form, command.dialect = dialect;
+        window.files = {name};
+        send("prog");
+        return boxes();
+    }
+};
+
+TEST_F(ProgramCommand, WritesFilesAndRefuses) {
+    using enum ProgramDialect;
+    const std::string done = "Success: *** done ***";
+    EXPECT_EQ(boxes_of(cascade, classic, "lp"), "Error: Data is unavailable");
+    filter = short_filter();
+    filter.bits = 4, filter.kind = DigitalKind::high_pass;
+    const struct {
+        Implementation form;
+        ProgramDialect dialect;
+        std::string typed, file, head;
+    } written[] = {
+        {parallel, classic, "lp", "lp.f90", "      subroutine tim(x, y, n, ibt)\n      real(len=8) x, y, al,"},
+        {allpass, standard, "a.sos", "a.f90", "! Some filter\n! allpass form, difference\n"},
+        {lattice, c, "lp.c", "lp.c", "/* Some filter\n   lattice form\n"},
+        {direct, c, "lp1.5k", "lp1.5k.c", "/* Some filter\n   direct form\n"},
+        {lattice, c_table, "2 of it.h", "2 of it.h", "/* Some filter\n   cascade form,"},
+        {lattice, sos_text, "lp.sos", "lp.sos", "# second-order sections of Some filter\n"},
+    };
+    for (const auto& [form, dialect, typed, file, head] : written) {
+        EXPECT_EQ(boxes_of(form, dialect, typed), done);
+        EXPECT_EQ(read_text(file).substr(0, head.size()), head);
+    }
+    EXPECT_NE(read_text("2 of it.h").find("\n#ifndef filter_2_of_it_H\n"), std::string::npos);
+    filter.direct = {.ZNUM = {{0.5, -0.5}}, .ZDEN = {{1, 0.5}}, .JN = 2, .JD = 2};
+    command.truncated_to.method = WordMethod::truncate;
+    EXPECT_EQ(boxes_of(direct, c_integer, "w"), done);
+    EXPECT_NE(read_text("w.c").find("const int64_t half = 0;"), std::string::npos);
+    const std::string before = read_text("w.c");
+    EXPECT_EQ(boxes_of(lattice, c_integer, "w"), "Error: Dialect has no lattice form");
+    filter.bits = 50;
+    EXPECT_EQ(boxes_of(direct, c_integer, "w"), "Error: Filter is not truncated to a fixed word");
+    filter.bits = 20, filter.direct.ZDEN(2) = 1, window.stop_at = 3;
+    boxes_of(direct, c_integer, "w");
+    EXPECT_EQ(boxes() + lines(), " **** Stopped ****\n");
+    EXPECT_EQ(read_text("w.c"), before);
+    EXPECT_EQ(boxes_of(parallel, c, ""), "Warning: CANCEL");
+    EXPECT_EQ(boxes_of(parallel, c, "no/lp"), "Error: File could not be written");
+    filter.cascade.C1N(1) = 1e41;
+    EXPECT_EQ(boxes_of(parallel, c_table, "t"), "Error: A coefficient does not fit into a float");
+    clear_derived_forms(filter);
+    const std::string missing[] = {"Parallel form does not exist", "Direct form does not exist",
+                                   "Diff. allpass form does not exist", "Lattice form does not exist"};
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(boxes_of(programmed_forms[i + 1], c_integer, "w"), "Error: " + missing[i]);
+    }
+}
+
 }  // namespace
 }  // namespace kavrel

@@ -12,6 +12,7 @@ namespace kavrel {
 
 namespace {
 
+constexpr std::size_t a_section = 5;  // numbers
 std::vector<double> five_a_section(const CascadeForm& cascade);
 std::string c_name(std::string_view name);
 template <class Word>
@@ -31,7 +32,7 @@ ProgramLines c_table(const ProgramInput& input) {
     const std::string name = c_name(input.name);
     std::vector<std::string> floats;
     for (const double value : values) floats.push_back(fmt::format("{:.8e}f", static_cast<float>(value)));
-    ProgramLines lines = {"/* " + c_comment(input.title)};
+    ProgramLines lines;
     add_text(lines, R"(
    cascade form, five numbers a section: b0, b1, b2, -a1, -a2
 
@@ -45,16 +46,18 @@ ProgramLines c_table(const ProgramInput& input) {
 #include <stdint.h>
 
 )");
-    lines.push_back(fmt::format("enum {{ NAME_sections = {}, NAME_shift = {} }};", values.size() / 5, words.shift));
-    add_c_array(lines, "", "static const double NAME_double[5*NAME_sections]", c_decimals(values));
-    add_c_array(lines, "", "static const float NAME_float[5*NAME_sections]", floats);
-    add_c_array(lines, "", "static const int32_t NAME_q31[5*NAME_sections]", whole_numbers(words.q31));
-    add_c_array(lines, "", "static const int16_t NAME_q15[5*NAME_sections]", whole_numbers(words.q15));
+    lines.push_back(
+        fmt::format("enum {{ NAME_sections = {}, NAME_shift = {} }};", values.size() / a_section, words.shift));
+    add_c_array(lines, "", "static const double NAME_double[5*NAME_sections]", c_decimals(values), a_section);
+    add_c_array(lines, "", "static const float NAME_float[5*NAME_sections]", floats, a_section);
+    add_c_array(lines, "", "static const int32_t NAME_q31[5*NAME_sections]", whole_numbers(words.q31), a_section);
+    add_c_array(lines, "", "static const int16_t NAME_q15[5*NAME_sections]", whole_numbers(words.q15), a_section);
     add_text(lines, R"(
 
 #endif
 )");
     for (std::string& line : lines) line = replaced(line, "NAME", name);
+    lines.insert(lines.begin(), "/* " + c_comment(input.title));
     return lines;
 }
 

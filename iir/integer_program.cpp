@@ -17,6 +17,7 @@ namespace kavrel {
 namespace {
 
 constexpr int least_bits = 2, most_bits = 30;
+constexpr double most_product = 0x1p62;
 constexpr std::string_view dialect_field = "dialect";
 using Word = std::numeric_limits<std::int32_t>;
 
@@ -125,6 +126,9 @@ public:
         for (const double sum : sums_) total += sum;
         return total;
     }
+    [[nodiscard]] bool are_within(double most) const {
+        return std::ranges::all_of(sums_, [&](double sum) { return sum <= most; });
+    }
     [[nodiscard]] std::size_t states() const { return products_before_.size(); }
     // The products that are quantised in a state.
     [[nodiscard]] double quantisers(std::size_t state) const {
@@ -155,9 +159,10 @@ private:
     ProductSums* sums_;
 };
 
-// Runs a stepper on an impulse, or on nothing, until the sums have settled to within 1e-6. False where they do not.
+// Runs a stepper on an impulse, or on nothing, until the sums have settled to within 1e-6. False where they do not, or
+// one passes `most`.
 template <class Stepper>
-bool settle(Stepper stepper, double impulse, ProductSums& sums, Watcher& watcher) {
+bool settle(Stepper stepper, double impulse, double most, ProductSums& sums, Watcher& watcher) {
     constexpr int block = 1024, most_blocks = 4096;
     double before = 0;
     for (int blocks = 0, next = 2; blocks < most_blocks && watcher.go_on();) {
@@ -165,28 +170,30 @@ bool settle(Stepper stepper, double impulse, ProductSums& sums, Watcher& watcher
             sums.begin_sample();
             static_cast<void>(stepper.step(blocks == 0 && n == 0 ? impulse : 0.0));
         }
+        if (!sums.are_within(most)) return false;
         if (++blocks == 1) before = sums.total();
         if (blocks < next) continue;
-        if (sums.total() - before <= 1e-6 * sums.total()) return std::isfinite(sums.total());
+        if (sums.total() - before <= 1e-6 * sums.total()) return true;
         before = sums.total();
         next *= 2;
     }
     return false;
 }
 
-// The bounds of the products of a form, in units of 2^(-2 bits); none where there are none.
+// The bounds of the products of a form, in units of 2^(-2 bits); none where one passes the limit.
 template <class MakeStepper>
 std::optional<std::vector<double>> product_bounds(const MakeStepper& make, int bits, Watcher& watcher) {
     ProductSums signal;
-    if (!settle(make(SummingArithmetic(signal)), 1, signal, watcher)) return std::nullopt;
+    if (!settle(make(SummingArithmetic(signal)), 1, std::ldexp(most_product, -2 * bits), signal, watcher)) {
+        return std::nullopt;
+    }
     std::vector<double> bounds;
     for (const double sum : signal.sums()) bounds.push_back(std::ldexp(sum, 2 * bits));
     for (std::size_t state = 1; state <= signal.states(); ++state) {
         ProductSums error(state);
-        if (!settle(make(SummingArithmetic(error)), 0, error, watcher)) return std::nullopt;
-        for (std::size_t i = 0; i < bounds.size(); ++i) {
-            bounds[i] += signal.quantisers(state) * std::ldexp(error.sums()[i], bits);
-        }
+        const double unit = std::ldexp(signal.quantisers(state), bits);
+        if (!settle(make(SummingArithmetic(error)), 0, most_product / unit, error, watcher)) return std::nullopt;
+        for (std::size_t i = 0; i < bounds.size(); ++i) bounds[i] += unit * error.sums()[i];
     }
     return bounds;
 }
@@ -209,15 +216,14 @@ std::optional<std::vector<double>> product_bounds(const ProgramInput& input, Wat
 
 // No product passes 2^62, nor does the sum of all of them that are brought to the word.
 Refusal bound_refusal(const ProgramInput& input, Watcher& watcher) {
-    constexpr double most = 0x1p62;
     const auto bounds = product_bounds(input, watcher);
     bool fits = bounds.has_value();
     double sum = 0;
     for (const double bound : bounds.value_or(std::vector<double>())) {
-        fits = fits && bound <= most;
+        fits = fits && bound <= most_product;
         sum += std::ldexp(bound, -input.filter.bits);
     }
-    return fits && sum <= most ? Refusal() : Refusal("A product may pass 2**62", dialect_field);
+    return fits && sum <= most_product ? Refusal() : Refusal("A product may pass 2**62", dialect_field);
 }
 
 // ---- text ----

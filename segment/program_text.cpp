@@ -13,7 +13,7 @@ namespace kavrel {
 
 namespace {
 
-void add_rows(ProgramLines& lines, std::string_view indent, std::span<const std::string> numbers,
+void add_rows(ProgramLines& lines, std::string_view indent, std::span<const std::string> numbers, std::size_t a_line,
               std::string_view behind_last, std::string_view line_end);
 template <class Word>
 bool is_word(double value, int shift);
@@ -47,9 +47,9 @@ std::string c_comment(std::string_view title) {
 }
 
 void add_c_array(ProgramLines& lines, std::string_view indent, std::string_view declaration,
-                 std::span<const std::string> numbers) {
+                 std::span<const std::string> numbers, std::size_t a_line) {
     lines.push_back(fmt::format("{}{} = {{", indent, declaration));
-    add_rows(lines, fmt::format("{}    ", indent), numbers, ",", "");
+    add_rows(lines, fmt::format("{}    ", indent), numbers, a_line, ",", "");
     lines.push_back(fmt::format("{}}};", indent));
 }
 
@@ -63,7 +63,7 @@ void add_fortran_array(ProgramLines& lines, std::string_view name, std::span<con
     std::vector<std::string> numbers;
     for (const double value : values) numbers.push_back(fortran_decimal(value));
     lines.push_back(fmt::format("  double precision, parameter :: {}({}) = [ &", name, values.size()));
-    add_rows(lines, "    ", numbers, "", " &");
+    add_rows(lines, "    ", numbers, 3, "", " &");
     lines.emplace_back("  ]");
 }
 
@@ -74,7 +74,7 @@ static double trun(double v, int i)
     if (i >= 50 || i <= -50) return v;
     const double steps = (double)((int64_t)1 << (i < 0 ? -i : i));
     const double a = (v < 0 ? -v : v)*steps;
-    if (!(a < 4503599627370496.0)) return v;  /* 2^52: a whole number, if it is one */
+    if (!(a < 4503599627370496.0)) return v;  /* no bits are behind the last one */
     int64_t whole = (int64_t)a;
     if (i >= 0 && a - (double)whole >= 0.5) ++whole;
     return v < 0 ? -((double)whole/steps) : (double)whole/steps;
@@ -94,7 +94,7 @@ contains
     trun = v
     if (abs(i) >= 50) return
     a = scale(abs(v), abs(i))
-    if (.not. a < 2d0**52) return  ! a whole number, if it is one
+    if (.not. a < 2d0**52) return  ! no bits are behind the last one
     whole = int(a, long)
     if (i >= 0 .and. a - dble(whole) >= 0.5d0) whole = whole + 1
     trun = sign(scale(dble(whole), -abs(i)), v)
@@ -117,9 +117,8 @@ FractionWords fraction_words(std::span<const double> values) {
 
 namespace {
 
-void add_rows(ProgramLines& lines, std::string_view indent, std::span<const std::string> numbers,
+void add_rows(ProgramLines& lines, std::string_view indent, std::span<const std::string> numbers, std::size_t a_line,
               std::string_view behind_last, std::string_view line_end) {
-    constexpr std::size_t a_line = 3;
     for (std::size_t first = 0; first < numbers.size(); first += a_line) {
         const auto row = numbers.subspan(first, std::min(a_line, numbers.size() - first));
         const bool last = first + a_line >= numbers.size();

@@ -25,9 +25,9 @@ void add_text(ProgramLines& lines, std::string_view text);
 // A title as it may be in a comment of C: it neither ends nor begins one.
 [[nodiscard]] std::string c_comment(std::string_view title);
 
-// "static const double sc[] = {", the numbers, three a line, "};". Numbers are literals of the type.
+// "static const double sc[] = {", the numbers, so many a line, "};". Numbers are literals of the type.
 void add_c_array(ProgramLines& lines, std::string_view indent, std::string_view declaration,
-                 std::span<const std::string> numbers);
+                 std::span<const std::string> numbers, std::size_t a_line = 3);
 [[nodiscard]] std::vector<std::string> c_decimals(std::span<const double> values);
 
 // "double precision, parameter :: sc(7) = [ &", the numbers, three a line, "]".

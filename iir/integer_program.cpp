@@ -75,7 +75,7 @@ namespace {
 
 // ---- whole numbers ----
 
-// Below half a unit of full scale no product is left. Else the last of its bits + 1 bits is 2^-(2 bits + 1) at least.
+// Of a level below half a unit no product is left. Else the last of its bits + 1 bits is 2^-(2 bits + 1) at least.
 FrontWord front_word(double CK, int bits) {
     if (std::fabs(CK) < std::ldexp(0.5, -bits)) return {};
     FrontWord word{.mantissa = CK};
@@ -230,12 +230,14 @@ Refusal bound_refusal(const ProgramInput& input, Watcher& watcher) {
 
 void add_head(const ProgramInput& input, ProgramLines& lines) {
     lines.push_back("/* " + c_comment(input.title));
-    lines.push_back(
-        fmt::format("   {} in whole numbers, which are values times 2^{}", form_text(input), input.filter.bits));
+    lines.push_back(fmt::format("   {}; all numbers are values times 2^{}", form_text(input), input.filter.bits));
     add_text(lines, R"(
 
-   tim(x, &y, n) with n = 1 resets the filter; y stays as it is. Each sample x, with n = 2, 3, ..., gives y. With x
-   of magnitudes up to 1, as a value, nothing overflows. */
+   tim(x, &y, n) with n = 1 resets the filter; y stays as it is. Each sample x, with n = 2, 3, ..., gives y.
+)");
+    const long long full_scale = 1LL << input.filter.bits;
+    lines.push_back(fmt::format("   With x from {} to {}, full scale, nothing overflows. */", -full_scale, full_scale));
+    add_text(lines, R"(
 
 #include <stdint.h>
 
@@ -246,7 +248,7 @@ void tim(int32_t x, int64_t *y, int n);
 
 void add_quantiser(WordMethod method, ProgramLines& lines) {
     const bool round = method == WordMethod::round;
-    lines.push_back(fmt::format("/* p/2^shift, {} in magnitude. */", round ? "rounded, halves up," : "truncated"));
+    lines.push_back(fmt::format("/* p/2^shift, its magnitude {} */", round ? "rounded, halves up" : "truncated"));
     add_text(lines, R"(
 static int64_t trun(int64_t p, int shift)
 {

@@ -339,6 +339,8 @@ TEST(Programs, WholeNumbersRefused) {
         {section(0.5, -4, 29), too_long},
         {section(0.5, 1, 10), overflow},
         {section(0x1p40, 0.5, 10), too_long},
+        {section(4, 0.5, 30), overflow},  // with what the quantisers add
+        {section(4 - 0x1p-10, 0.5, 30), ""},
         {section(0x1p-90, 0.5, 10), ""},
         {section(0.125, 0.96875, 30), ""},            // 31/8 of 4
         {section(0.1328125, 0.96875, 30), overflow},  // 31 17/128 of 4

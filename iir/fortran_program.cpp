@@ -12,7 +12,7 @@ namespace {
 
 void add_data(const CoefficientTable& table, ProgramLines& lines);
 void add_classic_equations(const ProgramInput& input, ProgramLines& lines);
-extern const std::string_view classic_quantiser;
+void add_classic_quantiser(ProgramLines& lines);
 
 void add_standard_head(const ProgramInput& input, ProgramLines& lines);
 void add_counts(const ProgramInput& input, const std::vector<CoefficientTable>& tables, ProgramLines& lines);
@@ -23,7 +23,7 @@ void add_standard_equations(const ProgramInput& input, ProgramLines& lines);
 ProgramLines classic_program(const ProgramInput& input) {
     ProgramLines lines;
     add_classic_equations(input, lines);
-    add_text(lines, classic_quantiser);
+    add_classic_quantiser(lines);
     return lines;
 }
 
@@ -245,24 +245,6 @@ constexpr std::string_view classic_chains_end = R"(
       end
 )";
 
-constexpr std::string_view classic_quantiser = R"(
-      function trun(x,i)
-      real(len=8) trun, x, a, b
-      if (iabs(i) >= 40) then
-        trun = x
-      else
-        a = dabs(x)
-        d = 0.5
-        if (i < 0) d = 0.0
-        b = 2.0**iabs(i)
-        n = a*b + d
-        trun = float(n)/b
-        if (x < 0.d0) trun = -trun
-      endif
-      return
-      end
-)";
-
 void add_classic_equations(const ProgramInput& input, ProgramLines& lines) {
     const IirFilter& f = input.filter;
     const auto add_head = [&](std::string_view head) {
@@ -300,6 +282,26 @@ void add_classic_equations(const ProgramInput& input, ProgramLines& lines) {
             return add_text(lines, classic_chains_end);
         case Implementation::natural_modes: break;
     }
+}
+
+void add_classic_quantiser(ProgramLines& lines) {
+    add_text(lines, R"(
+      function trun(x,i)
+      real(len=8) trun, x, a, b
+      if (iabs(i) >= 40) then
+        trun = x
+      else
+        a = dabs(x)
+        d = 0.5
+        if (i < 0) d = 0.0
+        b = 2.0**iabs(i)
+        n = a*b + d
+        trun = float(n)/b
+        if (x < 0.d0) trun = -trun
+      endif
+      return
+      end
+)");
 }
 
 // ---- standard Fortran ----

@@ -1,0 +1,100 @@
+// Words against the digits that they are cut to by hand, and products of words against exact ones.
+#include "numeric/quantise.h"
+
+#include <limits>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "numeric/long_real.h"
+#include "tests/support/numbers.h"
+
+namespace kavrel {
+namespace {
+
+// One binary digit behind the other; rounding raises the last one.
+double by_digits(double x, int bits, bool round) {
+    if (x == 0) return x;
+    double a = std::fabs(x);
+    int exponent = 0;
+    for (; bits > 0 && a >= 2; a /= 2) ++exponent;
+    for (; bits > 0 && a < 1; a *= 2) --exponent;
+    const double whole = std::floor(a);
+    double left = a - whole, sum = 0;
+    std::vector<int> digits;
+    for (int k = 1; k <= std::abs(bits); ++k) {
+        digits.push_back(static_cast<int>(2 * left));
+        left = 2 * left - digits.back();
+    }
+    if (round && left >= 0.5) ++digits.back();
+    for (; !digits.empty(); digits.pop_back()) sum = sum / 2 + digits.back();
+    return std::copysign(std::ldexp(whole + sum / 2, exponent), x);
+}
+
+void expect_digits(double x, int bits) {
+    for (const int form : {bits, -bits}) {
+        for (const bool round : {false, true}) {
+            ASSERT_EQ(quantise(x, form, round), by_digits(x, form, round)) << x << " to " << form << " round " << round;
+        }
+    }
+}
+
+TEST(Quantise, IsTheMethodDigitByDigit) {
+    for (int n = -5000; n <= 5000; ++n) {
+        for (int bits = 1; bits <= 12; ++bits) expect_digits(n / 1024.0, bits);
+    }
+    using Double = std::numeric_limits<double>;
+    for (int bits = 1; bits <= 49; ++bits) {
+        const double step = std::ldexp(1, -bits);
+        for (const double x : {2 - step / 2, 2 - step / 4, step / 2, step * 0.4999, 1.5 * step, 1 + 1.5 * step, 1 / 3.0,
+                               2 / 3.0, 1 - 0x1p-53, 0x1p52 + 1, 1e150, 1e-150, Double::min(), Double::denorm_min(),
+                               27 * Double::denorm_min(), Double::min() * (1 - step)}) {
+            expect_digits(x, bits), expect_digits(-x, bits);
+        }
+    }
+    RandomNumbers random(931);
+    for (int n = 0; n < 20000; ++n) {
+        const double x =
+            n % 2 == 0 ? random.between(-4, 4) : std::ldexp(random.between(-2, 2), random.integer(-1074, 1000));
+        expect_digits(x, random.integer(1, 49));
+    }
+    for (const int bits : {12, -12}) {
+        EXPECT_EQ(quantise(HUGE_VAL, bits, true), HUGE_VAL);
+        EXPECT_EQ(quantise(-HUGE_VAL, bits, false), -HUGE_VAL);
+        EXPECT_TRUE(std::isnan(quantise(-Double::quiet_NaN(), bits, true)));
+        EXPECT_FALSE(std::signbit(quantise(-1e-9, -12, true))) << "nothing has no sign";
+    }
+    EXPECT_EQ(quantise(2 - 0x1p-13, 12, true), 2.0) << "up across a power of two";
+    EXPECT_EQ(quantise(0.7, WordLength{2, WordMethod::round, NumberForm::fixed_point}), 0.75);
+    EXPECT_EQ(quantise(0.2, WordLength{2, WordMethod::truncate, NumberForm::floating_point}), 0.1875);
+}
+
+double exact_product(double x, double y, const WordLength& word) {
+    const LongReal half = word.method == WordMethod::round ? 0.5 : 0.0;
+    const LongReal steps = floor(shifted(abs(LongReal(x) * LongReal(y)), word.bits) + half);
+    return (x < 0) == (y < 0) ? static_cast<double>(shifted(steps, -word.bits))
+                              : -static_cast<double>(shifted(steps, -word.bits));
+}
+
+TEST(Quantise, ProductOfAFixedWordIsOfTheExactProduct) {
+    RandomNumbers random(932);
+    for (int n = 0; n < 40000; ++n) {
+        WordLength word{random.integer(1, 30), random.coin() ? WordMethod::round : WordMethod::truncate,
+                        NumberForm::fixed_point};
+        double x = random.between(-2, 2), y = random.spread(1e-9, 1e6);
+        if (n % 4 == 1) x = quantise(x, word), y = quantise(y, word);
+        if (n % 4 >= 2) {  // a product that a double holds as a half step, or a whole one, and that is not quite that
+            const double close = std::ldexp(1, -random.integer(20, 40)) * (random.coin() ? 1 : -1);
+            x = random.integer(1, 9) * (1 + close) * (random.coin() ? 1 : -1);
+            y = std::ldexp(n % 4 == 2 ? 1 - close : 1 + close, -word.bits - random.integer(-2, 2));
+        }
+        ASSERT_EQ(quantise_product(x, y, word), exact_product(x, y, word)) << x << ' ' << y << ' ' << word.bits;
+    }
+    const WordLength word{8, WordMethod::round, NumberForm::fixed_point};
+    EXPECT_EQ(quantise_product(1e-200, 1e-200, word), 0);
+    EXPECT_EQ(quantise_product(1e200, 1e200, word), HUGE_VAL);
+    EXPECT_TRUE(std::isnan(quantise_product(0, HUGE_VAL, word)));
+}
+
+}  // namespace
+}  // namespace kavrel

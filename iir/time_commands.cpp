@@ -17,7 +17,7 @@ using Lines = std::vector<std::string>;
 constexpr std::string_view not_available = "Selected implementation is not available";
 
 void report_rows_left_out(IirDesk& desk, long long asked);
-void report_overflow(IirDesk& desk, double largest_state);
+void report_word(IirDesk& desk, double largest_state);
 Lines simulated_lines(const AnalysisResult& results, Implementation form);
 Lines tabulated_lines(const AnalysisResult& results);
 
@@ -40,7 +40,7 @@ void analyse_time(IirDesk& desk) {
     desk.results.time_of = fingerprint(filter);
     desk.results.TITLE = desk.session.TITLE.trimmed();
     report_rows_left_out(desk, grid.count());
-    report_overflow(desk, response.largest_state);
+    report_word(desk, response.largest_state);
     if (wants_table(desk)) report_lines(desk, simulated_lines(desk.results, request.simulated));
     report_done(desk);
 }
@@ -64,9 +64,12 @@ void report_rows_left_out(IirDesk& desk, long long asked) {
     desk.reporter.report_line(edited<"(' Time response: first ',I0,' of ',I0,' rows')">(taken, asked));
 }
 
-// States of a fixed word are whole numbers of its steps, which its programs hold in 32 bits.
-void report_overflow(IirDesk& desk, double largest_state) {
+// Nothing limits the states of a fixed word; a register of 32 bits would.
+void report_word(IirDesk& desk, double largest_state) {
     const WordLength& word = desk.command.simulated_word;
+    if (!word.quantises()) return;
+    desk.reporter.report_line(edited<"(' Time response in words of ',I0,' bits, ',A,', ',A)">(
+        word.bits, name_of(word.number_form), name_of(word.method)));
     const double steps = std::ldexp(largest_state, word.bits);
     if (word.number_form != NumberForm::fixed_point || steps < 0x1p31) return;
     desk.reporter.report_line(edited<"(' Overflow: a state reaches',1P,E10.3,' steps of the word')">(steps));

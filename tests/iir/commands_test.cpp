@@ -56,6 +56,41 @@ TEST_F(IirCommands, TimeRows) {
     EXPECT_TRUE(file_of("tabt", "late.tab").starts_with(" *** analysis of an earlier filter ***"));
 }
 
+// Beside the same filter in whole numbers of steps.
+TEST_F(IirCommands, TimeInWords) {
+    filter = factored_filter(8000, 0.25, {{-1.25, 1}, {1, 0}}, {{-1.5, 0.875}});
+    for (const auto method : {WordMethod::round, WordMethod::truncate}) {
+        command.simulated_word = {10, method, NumberForm::fixed_point};
+        time(0, 0.02, 0);
+        EXPECT_EQ(lines(), fmt::format(" Time response in words of 10 bits, fixed point, {}\n", name_of(method)));
+        const auto q = [&](long long p) {
+            const long long steps = (std::llabs(p) + (method == WordMethod::round ? 512 : 0)) >> 10;
+            return p < 0 ? -steps : steps;
+        };
+        long long x1 = 0, x2 = 0, y1 = 0, y2 = 0;
+        for (int n = 1; n <= results.time_count; ++n) {
+            const long long x = q((n == 1 ? 1024 : 0) * 256);
+            const long long y = x + q(-1280 * x1) + x2 - q(-1536 * y1) - q(896 * y2);
+            EXPECT_EQ(results.IMPULSE(n), static_cast<float>(static_cast<double>(y + y1) / 1024)) << n;
+            x2 = x1, x1 = x, y2 = y1, y1 = y;
+        }
+    }
+    filter = factored_filter(1000, 4, {}, {{-0.5, 0}});
+    command.simulated_word.bits = 30;
+    time(0, 0.01, 0);
+    EXPECT_TRUE(reported(" Overflow: a state reaches 8.586E+09 steps of the word\n")) << lines();
+    for (const auto& [bits, form] :
+         {std::pair(27, NumberForm::fixed_point), {30, NumberForm::floating_point}, {50, NumberForm::fixed_point}}) {
+        command.simulated_word.bits = bits, command.simulated_word.number_form = form;
+        time(0, 0.01, 0);
+        EXPECT_FALSE(reported("Overflow")) << lines();
+        EXPECT_EQ(reported("words"), bits < 50);
+    }
+    command.simulated = Implementation::lattice;
+    time(0, 0.01, 0);
+    EXPECT_EQ(boxes(), "Error: Selected implementation is not available");
+}
+
 TEST_F(IirCommands, FrequencyRows) {
     filter.kind = DigitalKind::low_pass, filter.allpass.NTA = filter.allpass.NTB = 1, filter.allpass.TB2(1) = 0.25;
     command.frequency = {.end = 4000, .increment = 500};

@@ -1,0 +1,141 @@
+// Bounds of limit cycles against all that canonical sections of short words do by themselves, and against impulse and
+// frequency response of their denominators.
+#include "iir/limit_cycles.h"
+
+#include <map>
+#include <unordered_map>
+
+#include "tests/iir/filters.h"
+#include "tests/iir/iir_room.h"
+
+namespace kavrel {
+namespace {
+
+LimitCycle of_section(double c1, double c2, Factors numerator = {}) {
+    return limit_cycles(factored_filter(1, 1, numerator, {{c1, c2}})).at(0);
+}
+
+// The highest cycle that any two words of at most `reach` steps lead to; coefficients are c1, c2 times 2^bits.
+double highest_cycle(long c1, long c2, int bits, WordMethod method, long reach) {
+    const long half = method == WordMethod::round ? 1L << (bits - 1) : 0;
+    const auto q = [&](long product) { return product < 0 ? -((half - product) >> bits) : (half + product) >> bits; };
+    using State = std::pair<long, long>;  // one and two samples ago
+    const auto next = [&](const State& s) { return State(q(-c1 * s.first) + q(-c2 * s.second), s.first); };
+    std::unordered_map<long, int> runs;  // the run that came to a state first
+    const auto run_of = [&](const State& s) -> int& { return runs[s.first * 65536 + s.second]; };
+    long highest = 0;
+    int run = 0;
+    for (State start(0, 0); start.first <= reach; ++start.first) {  // the others are mirror images
+        for (start.second = -reach; start.second <= reach; ++start.second) {
+            State state = start;
+            for (++run; run_of(state) == 0; state = next(state)) run_of(state) = run;
+            if (run_of(state) != run) continue;
+            const State first = state;
+            do highest = std::max(highest, std::labs(state.first)), state = next(state);
+            while (state != first);
+        }
+    }
+    return static_cast<double>(highest);
+}
+
+TEST(LimitCycles, AreNeverBeyondTheirBounds) {
+    std::map<std::string, double> nearest;  // by the kind of poles: of the bound, what was found
+    for (const auto& [bits, every] : {std::pair(6, 5), {7, 11}, {8, 23}}) {
+        const int one = 1 << bits;
+        for (int c2 = 1 - one + every / 2; c2 < one; c2 += every) {
+            for (int c1 = 1 - 2 * one; c1 < 2 * one; c1 += every) {
+                const double b = 1.0 * c2 / one, a = 1.0 * std::abs(c1) / one;
+                const double bound = of_section(1.0 * c1 / one, b).amplitude_bound;
+                if (bound > 150) continue;
+                const auto kind = b < 0 ? "b < 0" : a * a >= 4 * b ? "real" : "complex";
+                for (const auto method : {WordMethod::round, WordMethod::truncate}) {
+                    const double found = highest_cycle(c1, c2, bits, method, std::min(25L, 2 * std::lround(bound) + 2));
+                    ASSERT_LE(found, bound) << c1 << ' ' << c2 << ' ' << bits << name_of(method);
+                    double& nearer = nearest[fmt::format("{}, {}, {}", kind, name_of(method), c1 > 0)];
+                    nearer = std::max(nearer, found / bound);
+                }
+            }
+        }
+    }
+    EXPECT_EQ(nearest.size(), 12U);
+    for (const auto& [kind, near] : nearest) {
+        EXPECT_GE(near, kind.starts_with("complex") ? 0.3 : kind.starts_with("b < 0, trunc") ? 0 : 0.6) << kind;
+    }
+}
+
+// Poles of both signs, real and complex, up to close to the circle.
+TEST(LimitCycles, AreTheSumOfTheImpulseResponseAndThePeakOfTheFrequencyResponse) {
+    RandomNumbers random(933);
+    for (int n = 0; n < 400; ++n) {
+        const double b = random.between(-0.9, 0.95), a = random.between(-0.97, 0.97) * (1 + b);
+        const double d1 = random.between(-2, 2), d2 = random.between(-1, 1);
+        const LimitCycle cycle = of_section(a, b, {{d1, d2}});
+        double sum = 0, h1 = 0, h2 = 0, peak = 0, at = 0;
+        for (int i = 0; i < 20000; ++i) {
+            const double h = (i == 0 ? 1 : 0) - a * h1 - b * h2;
+            sum += std::fabs(h), h2 = h1, h1 = h;
+        }
+        const auto factor = [](double c1, double c2, double angle) {
+            return std::abs(1.0 + c1 * std::polar(1.0, -angle) + c2 * std::polar(1.0, -2 * angle));
+        };
+        for (int i = 0; i <= 4000; ++i) {
+            const double angle = std::numbers::pi * i / 4000, gain = 1 / factor(a, b, angle);
+            if (gain > peak) peak = gain, at = i / 8000.0;
+        }
+        EXPECT_GE(cycle.amplitude_bound, std::floor(sum * (1 - 1e-9))) << a << ' ' << b;
+        EXPECT_LE(cycle.amplitude_bound, sum * (4 * b > a * a ? 2 : 1 + 1e-9)) << a << ' ' << b;
+        EXPECT_NEAR(cycle.rms, peak, 1 + 1e-2 * peak) << a << ' ' << b;
+        EXPECT_EQ(cycle.output_rms, std::floor(cycle.rms * factor(d1, d2, 2 * std::numbers::pi * cycle.frequency)));
+        if (at == 0 || at == 0.5) {
+            EXPECT_EQ(cycle.frequency, at);
+        } else {
+            const std::complex<double> pole(-a / 2, std::sqrt(b - a * a / 4));
+            EXPECT_NEAR(cycle.frequency, std::arg(pole) / (2 * std::numbers::pi), 1e-12);
+        }
+    }
+}
+
+TEST(LimitCycles, Report) {
+    IirRoom room;
+    room.send("lim ");
+    EXPECT_EQ(room.boxes(), "Error: Data is unavailable");
+    room.filter = factored_filter(8000, 1, {{-1, 1}}, {});
+    room.send("lim ");
+    EXPECT_EQ(room.boxes(), "Error: No cascade form, operation illegal");
+    EXPECT_EQ(room.state.words.limit_cycles.of, 0U);
+    room.filter = factored_filter(8000, 0.25, {{-1, 1}, {1, 0}, {4, 2}},
+                                  {{-1.2, 0.81},
+                                   {1.2, 0.81},
+                                   {-0.75, 0},
+                                   {0, -0.75},
+                                   {0, 0.5625},
+                                   {-1.99999, 0.99999003},
+                                   {0.25, -0.75},
+                                   {-1.5, 1},
+                                   {2.5, 1.5}});
+    room.filter.cascade.SC(3) = 2;
+    room.send("lim ");
+    EXPECT_EQ(room.boxes(), "");
+    EXPECT_EQ(room.lines(), R"(
+        **** limit-cycle information ****
+   sect.    freq.         amplitude     output
+            (hz)       bound     rms
+     1    1.071E+03      13        7        2
+     2    2.929E+03      13        7        5
+     3    0.000E+00       4        4       32
+     4    4.000E+03       4        4        4
+     5    2.000E+03       4        2        2
+     6    2.204E-01  ******   ******   ******
+     7    4.000E+03  no bound: a pole is not inside the unit circle
+     8    9.202E+02  no bound: a pole is not inside the unit circle
+     9    4.000E+03  no bound: a pole is not inside the unit circle
+This data applies to the canonical implementations available through
+the 'View/Design' menu option. Other implementations also exist with
+different limit cycle data, some with no limit cycles at all
+)");
+    EXPECT_EQ(room.state.words.limit_cycles.of, fingerprint(room.filter));
+    EXPECT_EQ(room.state.words.limit_cycles.result.size(), 9U);
+}
+
+}  // namespace
+}  // namespace kavrel

@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """Times scipy.signal.ellip on the digital low-passes of bench/iir_design.cpp, and frequency responses like those of
 bench/iir_response.cpp: 24 sections by sosfreqz, degree 24 by freqz, 501 points; H alone, and with the delay by
-group_delay. Kavrel's have loss, phase and delay.
+group_delay. Kavrel's have loss, phase and delay. Last, impulse and step response of the sections by sosfilt, which
+bench/iir_simulation.cpp has in one run.
 
     peer_iir.py                 prints a line for each degree: microseconds of output='zpk'
     peer_iir.py BENCHMARK.json  prints the table of ratios to a run of iir_bench --benchmark_format=json
@@ -30,6 +31,7 @@ def main():
         else:
             print(f"{'ellip':15} {n:6} {peer:9.0f}")
     responses(own)
+    simulation(own)
 
 
 def responses(own):
@@ -49,6 +51,16 @@ def responses(own):
         if own and (mine := own.get(f"response_of_{form}")) is not None:
             response, delay = peers[peer]
             print(f"{form:9} {mine:8.1f} us  {mine / response:6.2f} of {peer:8}  {mine / (response + delay):6.2f} with the delay")
+
+
+def simulation(own):
+    sos = signal.ellip(48, 0.1, 60, 0.4, output="sos")
+    inputs = np.array([np.arange(501) == 0, np.ones(501)], dtype=float)
+    peer = microseconds(lambda: signal.sosfilt(sos, inputs))
+    print(f"scipy sosfilt {peer:8.0f} us, impulse and step")
+    for name in ("simulate_cascade", "simulate_in_fixed_words", "simulate_in_floating_words"):
+        if own and (mine := own.get(name)) is not None:
+            print(f"{name:26} {mine:8.1f} us  {mine / peer:6.2f} of sosfilt")
 
 
 if __name__ == "__main__":

@@ -14,9 +14,11 @@ template <class Arithmetic>
 SampledResponse run_form_of(const IirFilter& filter, Implementation form, AllpassOutput output,
                             const Arithmetic& arithmetic, const SampleGrid& grid, Watcher& watcher);
 template <class Stepper>
-TimeRows run(Stepper& impulse, Stepper& step, const SampleGrid& grid, double T, Watcher& watcher);
-double largest_state(const Unquantised&) { return 0; }
-double largest_state(const WordArithmetic& arithmetic) { return arithmetic.largest_state(); }
+TimeRows run(Stepper& stepper, const SampleGrid& grid, double T, Watcher& watcher);
+
+using Pair = LanesOf<double>::Type;
+double largest_state(const UnquantisedOf<Pair>&) { return 0; }
+double largest_state(const PairedWords& arithmetic) { return arithmetic.largest_state(); }
 
 }  // namespace
 
@@ -46,8 +48,8 @@ std::string_view structure_name(Implementation form) {
 
 SampledResponse sampled_response(const IirFilter& filter, Implementation form, AllpassOutput output,
                                  const WordLength& word, const SampleGrid& grid, Watcher& watcher) {
-    return word.quantises() ? run_form_of(filter, form, output, WordArithmetic(word), grid, watcher)
-                            : run_form_of(filter, form, output, Unquantised{}, grid, watcher);
+    return word.quantises() ? run_form_of(filter, form, output, PairedWords(word), grid, watcher)
+                            : run_form_of(filter, form, output, UnquantisedOf<Pair>{}, grid, watcher);
 }
 
 namespace {
@@ -55,10 +57,9 @@ namespace {
 template <class Arithmetic>
 SampledResponse run_form_of(const IirFilter& filter, Implementation form, AllpassOutput output,
                             const Arithmetic& arithmetic, const SampleGrid& grid, Watcher& watcher) {
-    const auto response = [&](auto impulse) {
-        auto step = impulse;
-        SampledResponse sampled{.rows = run(impulse, step, grid, filter.T, watcher)};
-        sampled.largest_state = std::max(largest_state(impulse.arithmetic()), largest_state(step.arithmetic()));
+    const auto response = [&](auto stepper) {
+        SampledResponse sampled{.rows = run(stepper, grid, filter.T, watcher)};
+        sampled.largest_state = largest_state(stepper.arithmetic());
         return sampled;
     };
     switch (form) {
@@ -74,20 +75,21 @@ SampledResponse run_form_of(const IirFilter& filter, Implementation form, Allpas
     return {};
 }
 
+// Impulse and step response side by side.
 template <class Stepper>
-TimeRows run(Stepper& impulse, Stepper& step, const SampleGrid& grid, double T, Watcher& watcher) {
+TimeRows run(Stepper& stepper, const SampleGrid& grid, double T, Watcher& watcher) {
     constexpr long long between_questions = 4096;
     TimeRows rows;
     const long long count = std::min<long long>(grid.count(), analysis_points);
     const long long last = grid.first + (count - 1) * grid.every;
     for (long long n = 1; n <= last; ++n) {
         if (n % between_questions == 0 && !watcher.go_on()) break;
-        const double h = impulse.step(n == 1 ? 1.0 : 0.0), s = step.step(1.0);
+        const Pair y = stepper.step(Pair{n == 1 ? 1.0 : 0.0, 1.0});
         if (n < grid.first || (n - grid.first) % grid.every != 0) continue;
         const int i = ++rows.count;
         rows.time(i) = static_cast<double>(n - 1) * T;
-        rows.impulse(i) = h;
-        rows.step(i) = s;
+        rows.impulse(i) = y[0];
+        rows.step(i) = y[1];
     }
     return rows;
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "numeric/lanes.h"
 #include "shell/word_length.h"
 
 namespace kavrel {
@@ -18,16 +19,21 @@ namespace kavrel {
 // integers of such words give, as long as the result times 2^bits stays below 2^52.
 [[nodiscard]] double quantise_product(double x, double y, const WordLength& word);
 
-// What the equations of a filter do with their numbers. Unquantised numbers are doubles as they are.
-struct Unquantised {
-    [[nodiscard]] double product(double coefficient, double value) const { return coefficient * value; }
-    [[nodiscard]] double quantised(double value) const { return value; }
-    [[nodiscard]] double state(double value) const { return value; }
+// What the equations of a filter do with their numbers, whose type is Value. Unquantised numbers are doubles as they
+// are, or two at once, each as it is by itself.
+template <class Number>
+struct UnquantisedOf {
+    using Value = Number;
+    [[nodiscard]] Value product(double coefficient, Value value) const { return coefficient * value; }
+    [[nodiscard]] Value quantised(Value value) const { return value; }
+    [[nodiscard]] Value state(Value value) const { return value; }
 };
+using Unquantised = UnquantisedOf<double>;
 
 // Products, and some sums, are quantised; states are watched, but not limited.
 class WordArithmetic {
 public:
+    using Value = double;
     explicit WordArithmetic(const WordLength& word) : word_(word) {}
 
     [[nodiscard]] double product(double coefficient, double value) const {
@@ -45,6 +51,24 @@ public:
 private:
     WordLength word_;
     double largest_state_ = 0;  // magnitude
+};
+
+// The same for two numbers at once.
+class PairedWords {
+public:
+    using Value = LanesOf<double>::Type;
+    explicit PairedWords(const WordLength& word) : in_(word) {}
+
+    [[nodiscard]] Value product(double coefficient, Value value) const {
+        return Value{in_.product(coefficient, value[0]), in_.product(coefficient, value[1])};
+    }
+    [[nodiscard]] Value quantised(Value value) const { return Value{in_.quantised(value[0]), in_.quantised(value[1])}; }
+    [[nodiscard]] Value state(Value value) { return Value{in_.state(value[0]), in_.state(value[1])}; }
+
+    [[nodiscard]] double largest_state() const { return in_.largest_state(); }
+
+private:
+    WordArithmetic in_;
 };
 
 }  // namespace kavrel

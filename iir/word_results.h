@@ -20,7 +20,7 @@ struct Found {
 struct LimitCycle {
     int section = 0;
     double frequency = 0;        // Hz
-    double amplitude_bound = 0;  // whole numbers, in units of the last bit
+    double amplitude_bound = 0;  // whole numbers, in units of the last bit; infinite: there is no bound
     double rms = 0;
     double output_rms = 0;
 };

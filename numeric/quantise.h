@@ -10,8 +10,8 @@
 namespace kavrel {
 
 // x with |bits| bits behind the point: of its value where `bits` is negative (fixed point), else of its mantissa in
-// [1, 2) (floating point). The magnitude is rounded, halves up, or cut off; the sign stays, but of a fixed word that is
-// 0. |bits| is 1 to 49; what is not finite stays as it is.
+// [1, 2) (floating point). The magnitude is rounded, halves up, or cut off; the sign stays, and a fixed word that
+// becomes 0 has none. |bits| is 1 to 49; what is not finite stays as it is.
 [[nodiscard]] double quantise(double x, int bits, bool round);
 [[nodiscard]] double quantise(double x, const WordLength& word);
 

@@ -55,7 +55,10 @@ void make_edit(IirDesk& desk, IirEdit edit) {
 }
 
 bool take_edited(IirDesk& desk, const IirFilter& edited, const Lines& lines) {
-    if (fingerprint(edited) == fingerprint(desk.filter)) return false;
+    if (fingerprint(edited) == fingerprint(desk.filter)) {
+        report_lines(desk, lines);
+        return false;
+    }
     if (!is_finite(edited) && is_finite(desk.filter)) {
         refuse(desk, "Values of the filter are out of range");
         return false;

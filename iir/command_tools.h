@@ -29,8 +29,8 @@ using IirEdit = Refusal (*)(IirFilter& filter, const IirRequest& request, const 
 void make_edit(IirDesk& desk, IirEdit edit);
 
 // Takes the place of the filter: the former one is pushed for undo, the new one is marked as modified, the lines and
-// its cascade are reported. Where nothing has changed there is nothing to undo, and one whose numbers have become
-// infinite is refused. Whether the filter is the new one.
+// its cascade are reported. Where nothing has changed there is nothing to undo, and the lines are all; one whose
+// numbers have become infinite is refused. Whether the filter is the new one.
 bool take_edited(IirDesk& desk, const IirFilter& edited, const Lines& lines);
 
 // The routine of a command's row: edit<add_factor>.

@@ -425,6 +425,22 @@ struct ZerosAt {
     bool on_one = false;
 };
 ZerosAt zeros_at_place(const DigitalRoots& roots, const Place<long double>& at);
+template <class Form>
+double loss_at(const Form& form, double hertz, double fs);
+
+// Calls act(response) with the response of a form that is made of coefficients.
+template <class Act>
+void with_coefficients(const IirFilter& filter, Implementation form, const Act& act) {
+    switch (form) {
+        case Implementation::cascade: return act(CascadeResponse(filter.cascade));
+        case Implementation::parallel: return act(ParallelResponse(filter.parallel));
+        case Implementation::lattice: return act(LatticeResponse(filter.lattice));
+        case Implementation::direct: return act(DirectResponse(filter.direct));
+        case Implementation::allpass:
+            return act(AllpassResponse(filter.allpass, output_that_is_the_filter(filter.kind)));
+        case Implementation::natural_modes: return;
+    }
+}
 
 }  // namespace
 
@@ -433,17 +449,20 @@ FormResponse form_response(const IirFilter& filter, Implementation form, std::sp
     response.has_delay = form != Implementation::parallel;
     response.has_complement = form == Implementation::allpass;
     const auto respond_by = [&](const auto& by) { respond(by, filter, hertz, response); };
-    switch (form) {
-        case Implementation::cascade: respond_by(CascadeResponse(filter.cascade)); break;
-        case Implementation::parallel: respond_by(ParallelResponse(filter.parallel)); break;
-        case Implementation::lattice: respond_by(LatticeResponse(filter.lattice)); break;
-        case Implementation::direct: respond_by(DirectResponse(filter.direct)); break;
-        case Implementation::allpass:
-            respond_by(AllpassResponse(filter.allpass, output_that_is_the_filter(filter.kind)));
-            break;
-        case Implementation::natural_modes: respond_by(ModesResponse(filter)); break;
+    if (form == Implementation::natural_modes) {
+        respond_by(ModesResponse(filter));
+    } else {
+        with_coefficients(filter, form, respond_by);
     }
     return response;
+}
+
+std::function<double(double)> loss_of_form(const IirFilter& filter, Implementation form) {
+    std::function<double(double)> loss;
+    with_coefficients(filter, form, [&](const auto& by) {
+        loss = [by, fs = filter.fs](double hertz) { return loss_at(by, hertz, fs); };
+    });
+    return loss;
 }
 
 namespace {
@@ -525,15 +544,33 @@ Place<Lanes> places_at(double hertz0, double hertz1, double fs) {
             Lanes{a.half_sine, b.half_sine}};
 }
 
-// The phase within one turn, and turned around: that of the loss.
-ResponsePoint point_of(double re, double im, double delay, const Constants& constants, double turns, double fs) {
+// 20 log10 of a magnitude.
+double decibel_of(double re, double im) {
     constexpr double safe = 1e-280;
     const double power = re * re + im * im;
-    const double decibel = power > safe ? 10 * std::log10(power) : 20 * std::log10(std::hypot(re, im));
+    return power > safe ? 10 * std::log10(power) : 20 * std::log10(std::hypot(re, im));
+}
+
+// In doubles; where too little is left of a sum, in wide numbers.
+template <class Form>
+double loss_at(const Form& form, double hertz, double fs) {
+    const auto loss = [&form](const auto& answer) {
+        return 0.0 - decibel_of(static_cast<double>(answer.h.re), static_cast<double>(answer.h.im)) -
+               form.constants.decibel;
+    };
+    const Answer<double> answer = form.at(place_at<double>(hertz, fs));
+    if (std::min(answer.numerator_share, answer.denominator_share) < weak_share) {
+        return loss(form.at(place_at<long double>(hertz, fs)));
+    }
+    return loss(answer);
+}
+
+// The phase within one turn, and turned around: that of the loss.
+ResponsePoint point_of(double re, double im, double delay, const Constants& constants, double turns, double fs) {
     double phase = std::atan2(im, re) * (180 / std::numbers::pi);
     if (constants.lag != 0) phase = std::remainder(phase - 360 * std::remainder(constants.lag * turns, 1.0), 360.0);
     if (re == 0 && im == 0) phase = 0;
-    return {.loss = 0.0 - decibel - constants.decibel,
+    return {.loss = 0.0 - decibel_of(re, im) - constants.decibel,
             .phase = phase <= -180 ? -180.0 : -phase + 0.0,
             .delay = (delay + constants.lag + constants.delay) / fs};
 }

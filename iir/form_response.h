@@ -9,6 +9,7 @@
 // factor is that of w less Im(G'/G), so a pair of zeros on the circle has exactly one sample.
 #pragma once
 
+#include <functional>
 #include <span>
 
 #include "iir/iir_request.h"
@@ -32,5 +33,9 @@ struct FormResponse {
 
 // The response of a form that there is, or of the roots (natural modes), at 1 to 501 frequencies in Hz.
 [[nodiscard]] FormResponse form_response(const IirFilter& filter, Implementation form, std::span<const double> hertz);
+
+// The loss in dB alone, of a form that there is, at a frequency in Hz; infinite on a zero. What all frequencies share
+// is worked out once. The filter has to stay as it is while the function is in use.
+[[nodiscard]] std::function<double(double hertz)> loss_of_form(const IirFilter& filter, Implementation form);
 
 }  // namespace kavrel

@@ -33,10 +33,13 @@ double largest_pole_radius(const DigitalRoots& roots) {
     return largest;
 }
 
-DigitalBand::DigitalBand(const IirFilter& filter, CheckBand band, Watcher& watcher) : watcher_(watcher), band_(band) {
+DigitalBand::DigitalBand(const IirFilter& filter, CheckBand band, Watcher& watcher)
+    : DigitalBand(filter.roots, filter.fs, band, watcher) {}
+
+DigitalBand::DigitalBand(const DigitalRoots& r, double fs, CheckBand band, Watcher& watcher)
+    : watcher_(watcher), band_(band) {
     constexpr int even_places = 128;
-    const DigitalRoots& r = filter.roots;
-    const double hertz = filter.fs / (2 * pi);
+    const double hertz = fs / (2 * pi);
     if (!(band.from <= band.to)) return;
     for (int i = 0; i <= even_places; ++i) {
         add((band.from + band.to) / 2 - (band.to - band.from) / 2 * std::cos(pi * i / even_places));

@@ -22,6 +22,8 @@ namespace kavrel {
 class DigitalBand {
 public:
     DigitalBand(const IirFilter& filter, CheckBand band, Watcher& watcher);
+    // Between places that fit other roots than the filter's own; frequencies of `fs` in Hz.
+    DigitalBand(const DigitalRoots& roots, double fs, CheckBand band, Watcher& watcher);
 
     // The largest and the least value of f(hertz) in the band, its ends included, with its frequency in Hz; NaN for a
     // band that is none.
@@ -29,6 +31,10 @@ public:
     [[nodiscard]] Peak<double> highest(const Function& f) const;
     template <class Function>
     [[nodiscard]] Peak<double> least(const Function& f) const;
+
+    // Whether f is above a limit anywhere, or no number at a place; ends with the first such value.
+    template <class Function>
+    [[nodiscard]] bool rises_above(double limit, const Function& f) const;
 
     [[nodiscard]] const CheckBand& band() const { return band_; }
 
@@ -50,6 +56,18 @@ template <class Function>
 Peak<double> DigitalBand::least(const Function& f) const {
     const Peak<double> found = highest([&](double hertz) { return -f(hertz); });
     return {found.at, -found.value};
+}
+
+template <class Function>
+bool DigitalBand::rises_above(double limit, const Function& f) const {
+    bool above = false;
+    const auto until_above = [&](double hertz) {
+        if (above || !watcher_.go_on()) return std::numeric_limits<double>::quiet_NaN();
+        const double value = f(hertz);
+        above = !(value <= limit);
+        return value;
+    };
+    return highest_value(places_, until_above, limit).value > limit || above;
 }
 
 }  // namespace kavrel

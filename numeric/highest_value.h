@@ -12,9 +12,11 @@ namespace kavrel {
 
 // Of f at the places, in ascending order, and at the peaks between them: each sample that is as high as its neighbours
 // is closed in on, where the climb from them lets it reach beyond the highest sample. A place where f is no number
-// counts as not there. value is NaN where f is a number nowhere.
+// counts as not there. value is NaN where f is a number nowhere. Peaks that cannot reach beyond `floor` are not closed
+// in on.
 template <class Function>
-[[nodiscard]] Peak<double> highest_value(std::span<const double> places, const Function& f) {
+[[nodiscard]] Peak<double> highest_value(std::span<const double> places, const Function& f,
+                                         double floor = -std::numeric_limits<double>::infinity()) {
     constexpr int refining_steps = 24;  // to 1e-5 of the distance of two samples, so to 1e-10 of the climb
     std::vector<Peak<double>> samples;
     samples.reserve(places.size());
@@ -40,7 +42,7 @@ template <class Function>
         const double way = samples[i + 1].at - samples[i - 1].at;
         const double reach =
             std::fmax(climb / (here.at - samples[i - 1].at), fall / (samples[i + 1].at - here.at)) * way;
-        if (here.value + reach < highest.value) continue;
+        if (here.value + reach < std::fmax(highest.value, floor)) continue;
         note(peak_between(samples[i - 1].at, samples[i + 1].at, refining_steps, low_if_not_there));
     }
     return highest;

@@ -26,6 +26,11 @@ enum class ScalingMethod : int { l_two = 1, l_infinity = 2 };
 enum class ScalingAnswer : int { no = 1, yes = 2, ask = 3 };
 enum class DisplayFormat : int { decimal = 1, hexadecimal = 2 };
 
+// Those that have coefficients of their own; natural modes are the roots.
+inline constexpr std::array<Implementation, 5> forms_with_coefficients = {
+    Implementation::cascade, Implementation::parallel, Implementation::lattice, Implementation::direct,
+    Implementation::allpass};
+
 // Whether the filter has a form; its natural modes are none.
 [[nodiscard]] constexpr bool is_available(const IirFilter& filter, Implementation form) {
     switch (form) {

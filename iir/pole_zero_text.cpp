@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "iir/truncation.h"
 #include "shell/edited.h"
 
 namespace kavrel {
@@ -28,12 +29,12 @@ Lines pole_zero_lines(const IirFilter& filter, std::string_view title) {
 
 Lines root_lines(const IirFilter& filter) {
     constexpr std::string_view columns = "          real part     imaginary part";
-    const DigitalRoots& roots = filter.roots;
+    const DigitalRoots roots = is_truncated(filter) ? roots_of_factors(filter) : filter.roots;
     Lines lines = {"      Numerator roots normalized", std::string(columns)};
     add_roots(roots.ZR, roots.ZI, roots.NZ, RootsShown::all, lines);
     lines.emplace_back("      Denominator roots normalized");
     lines.emplace_back(columns);
-    if (filter.unequalized_count > 0) {
+    if (filter.unequalized_count > 0 && !is_truncated(filter)) {
         add_roots(filter.UNEQUALIZED_RE, filter.UNEQUALIZED_IM, filter.unequalized_count, RootsShown::all, lines);
     } else {
         add_roots(roots.QR, roots.PI, roots.NP, RootsShown::all, lines);

@@ -13,7 +13,8 @@ namespace kavrel {
 // forms read them. All other lines begin with "!".
 [[nodiscard]] Lines pole_zero_lines(const IirFilter& filter, std::string_view title);
 
-// Zeros, then poles, of a filter that was equalized those of before; every root a row.
+// Zeros, then poles, of a filter that was equalized those of before, of a truncated one those of its factors; every
+// root a row.
 [[nodiscard]] Lines root_lines(const IirFilter& filter);
 
 // ".swc": the factors, a row each: SC(k), C1N(k), C2N(k), the first one times CK; then 1, C1D(k), C2D(k).

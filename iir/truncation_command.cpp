@@ -1,7 +1,53 @@
 #include "iir/truncation_command.h"
 
+#include "iir/command_tools.h"
+#include "iir/least_words.h"
+#include "iir/truncation.h"
+
 namespace kavrel {
 
-void truncate(IirDesk&) {}
+namespace {
+
+constexpr std::string_view least_words_work = "Least words";
+
+void truncate_to_least_word(IirDesk& desk);
+
+}  // namespace
+
+void truncate(IirDesk& desk) {
+    if (const auto why = needs_filter(desk); !why.empty()) return refuse(desk, why);
+    desk.command.truncated_to.bits == 0 ? truncate_to_least_word(desk) : make_edit(desk, truncateFilter);
+}
+
+namespace {
+
+// What is found is kept as that of the filter that the command leaves.
+void truncate_to_least_word(IirDesk& desk) {
+    const IirRequest& asked = desk.command;
+    if (desk.filter.asked.count == 0) {
+        return refuse(desk, Refusal("There is no request that a word could meet: enter a number of bits", "bits"));
+    }
+    WindowWatcher watcher(desk.window, least_words_work);
+    const LossAllowances allowances{asked.passband_allowance, asked.stopband_allowance};
+    const auto words = least_words(desk.filter, asked.truncated_to.method, allowances, watcher);
+    if (watcher.stopped()) return desk.reporter.report_line(stopped_line);
+    report_lines(desk, least_word_lines(words));
+    const auto word = word_for_all_forms(words, asked.truncated_to.number_form);
+    if (!word) {
+        desk.reporter.report_line(" No word lets every form meet the request: nothing is truncated");
+    } else {
+        IirRequest found = asked;
+        found.truncated_to = *word;
+        IirFilter filter = desk.filter;
+        Lines lines;
+        if (const Refusal wrong = truncateFilter(filter, found, desk.session.units, lines); !wrong.empty()) {
+            return refuse(desk, wrong);
+        }
+        take_edited(desk, filter, lines);
+    }
+    desk.state.words.word_lengths = {words, fingerprint(desk.filter)};
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -11,6 +11,8 @@ namespace {
 
 bool within_tolerance(const CheckRow& row);
 CheckRow settled(CheckRow row);
+std::string title_of(const CheckRow& row);
+std::string missed_by(const RequestCheck& check);
 std::string band_text(const CheckBand& band);
 int telling_decimals(const CheckRow& row, int least);
 std::string number_text(const CheckRow& row, double value, int decimals);
@@ -48,7 +50,7 @@ std::string check_summary(const RequestCheck& check) {
     if (check.stopped) return std::string(check_stopped);
     if (!check.has_request()) return std::string(no_request);
     if (const int missed = check.missed(); missed > 0)
-        return fmt::format("{} of {} not met", missed, check.rows.size());
+        return fmt::format("{} of {} not met{}", missed, check.rows.size(), missed_by(check));
     double least = std::numeric_limits<double>::infinity();
     for (const CheckRow& row : check.rows) {
         if (row.spare) least = std::min(least, row.margin);
@@ -67,7 +69,7 @@ std::vector<std::string> missed_lines(const RequestCheck& check) {
         const int decimals = telling_decimals(row, row.unit.empty() ? 4 : 2);
         const std::string reached =
             std::isnan(row.reached) ? "no value found" : number_text(row, row.reached, decimals) + unit + " reached";
-        lines.push_back(fmt::format("  *** {}{}{}: {} asked, {} ***", row.what, band.empty() ? "" : " ", band,
+        lines.push_back(fmt::format("  *** {}{}{}: {} asked, {} ***", title_of(row), band.empty() ? "" : " ", band,
                                     number_text(row, row.asked, decimals) + unit, reached));
     }
     return lines;
@@ -75,8 +77,12 @@ std::vector<std::string> missed_lines(const RequestCheck& check) {
 
 std::vector<std::string> check_table(const RequestCheck& check) {
     std::vector<std::string> lines;
+    std::size_t title_width = 14;
+    for (const CheckRow& row : check.rows) {
+        if (!row.of.empty()) title_width = std::max(title_width, title_of(row).size() + 2);
+    }
     if (check.has_request()) {
-        lines.push_back(fmt::format("{:<48}{:>11}{:>14}{:>15}", "", "asked", "reached", "margin"));
+        lines.push_back(fmt::format("{:<{}}{:>11}{:>14}{:>15}", "", title_width + 34, "asked", "reached", "margin"));
     }
     for (const CheckRow& row : check.rows) {
         const int decimals = telling_decimals(row, 4);
@@ -89,17 +95,19 @@ std::vector<std::string> check_table(const RequestCheck& check) {
             std::isnan(row.margin) || std::isnan(row.asked)
                 ? ""
                 : fmt::format("{:+.{}f}", std::fabs(row.margin) < least ? 0.0 : row.margin, decimals);
-        lines.push_back(fmt::format("{:<14}{:<34}{}{}{:>12}{}", row.what, band_text(row.band), value(row.asked),
-                                    value(row.reached), margin, row.met ? "" : "  not met"));
+        lines.push_back(fmt::format("{:<{}}{:<34}{}{}{:>12}{}", title_of(row), title_width, band_text(row.band),
+                                    value(row.asked), value(row.reached), margin, row.met ? "" : "  not met"));
     }
     lines.push_back(check_summary(check));
     return lines;
 }
 
+double tolerance_in_decibel(double asked) { return check_tolerance * std::max(1.0, std::fabs(asked)); }
+
 namespace {
 
 bool within_tolerance(const CheckRow& row) {
-    return row.margin >= -std::max(row.unit == "dB" ? check_tolerance : 0.0, check_tolerance * std::fabs(row.asked));
+    return row.margin >= -(row.unit == "dB" ? tolerance_in_decibel(row.asked) : check_tolerance * std::fabs(row.asked));
 }
 
 CheckRow settled(CheckRow row) {
@@ -112,6 +120,20 @@ std::string frequency_text(double hertz) {
     if (hertz >= 1e9) return fmt::format("{:.3f} GHz", hertz / 1e9);
     if (hertz >= 1e6) return fmt::format("{:.3f} MHz", hertz / 1e6);
     return fmt::format("{:.3f} Hz", hertz);
+}
+
+// "stopband", or "cascade: stopband".
+std::string title_of(const CheckRow& row) {
+    return row.of.empty() ? std::string(row.what) : fmt::format("{}: {}", row.of, row.what);
+}
+
+// " (cascade, direct)".
+std::string missed_by(const RequestCheck& check) {
+    std::vector<std::string_view> names;
+    for (const CheckRow& row : check.rows) {
+        if (!row.met && !row.of.empty() && (names.empty() || names.back() != row.of)) names.push_back(row.of);
+    }
+    return names.empty() ? "" : fmt::format(" ({})", fmt::join(names, ", "));
 }
 
 std::string band_text(const CheckBand& band) {

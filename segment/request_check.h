@@ -34,6 +34,8 @@ struct CheckRow {
 // Rows as they come in the report: largest and least values allowed, or a value to be had.
 [[nodiscard]] CheckRow at_most(std::string_view what, CheckBand band, double asked, double reached);
 [[nodiscard]] CheckRow at_least(std::string_view what, CheckBand band, double asked, double reached);
+// How far beyond the value asked a row in dB is still met.
+[[nodiscard]] double tolerance_in_decibel(double asked);
 [[nodiscard]] CheckRow equal_to(std::string_view what, double asked, double reached);
 // A value that is shown beside the others; nothing was asked of it.
 [[nodiscard]] CheckRow shown_value(std::string_view what, CheckBand band, double reached);
@@ -52,13 +54,14 @@ inline constexpr std::string_view no_request = "no request";
 inline constexpr std::string_view check_work = "Request check";  // as a window layer shows its progress
 inline constexpr std::string_view check_stopped = "check of the request stopped";
 
-// In one line: "meets the request (+12.1 dB)", by the least margin to spare; "2 of 4 not met"; "no request";
-// "check of the request stopped".
+// In one line: "meets the request (+12.1 dB)", by the least margin to spare; "2 of 4 not met", with what misses it
+// where several are judged: "2 of 8 not met (cascade, direct)"; "no request"; "check of the request stopped".
 [[nodiscard]] std::string check_summary(const RequestCheck& check);
 
 // A line for each row that is missed:
 //     "  *** stopband 2400.000 Hz up: 60.00 dB asked, 58.02 dB reached ***"
-// and one for a check that was stopped.
+// led by what is judged where there are several ("  *** cascade: stopband 2400.000 Hz up: ..."), and one for a check
+// that was stopped.
 [[nodiscard]] std::vector<std::string> missed_lines(const RequestCheck& check);
 
 // The whole list as a table, the summary below it.

@@ -27,6 +27,7 @@ using Factors = std::vector<Factor>;
 
 enum class RealPairs { neighbours, opposites };
 Factors factors_of(const HalfRoots& roots, RealPairs real_pairs);
+void settle_on_circle(Factor& zero);
 void sort_by_quality(Factors& poles);
 Factors in_sections(Factors zeros, const Factors& poles);
 int set_factors(const Factors& factors, Table<double, iir_section_limit>& c1, Table<double, iir_section_limit>& c2);
@@ -41,8 +42,9 @@ void pair_roots(IirFilter& filter) {
     for (int i = 1; HalfRoot & pole : of_poles) pole.chain = chains(i), i += pole.size();
     Factors poles = factors_of(of_poles, RealPairs::neighbours);
     sort_by_quality(poles);
-    const Factors zeros =
-        in_sections(factors_of(half_roots(roots.ZR, roots.ZI, roots.NZ), RealPairs::opposites), poles);
+    Factors of_zeros = factors_of(half_roots(roots.ZR, roots.ZI, roots.NZ), RealPairs::opposites);
+    for (Factor& zero : of_zeros) settle_on_circle(zero);
+    const Factors zeros = in_sections(of_zeros, poles);
 
     filter.cascade = {};
     filter.cascade.CK = roots.ZMULT / roots.PMULT;
@@ -112,6 +114,13 @@ Factors factors_of(const HalfRoots& roots, RealPairs real_pairs) {
     }
     factors.insert(factors.end(), single.begin(), single.end());
     return factors;
+}
+
+// A pair on the unit circle, to within the rounding of its parts, has c2 = 1: cut to a short word, the next number
+// below 1 would take the pair far off.
+void settle_on_circle(Factor& zero) {
+    constexpr double rounding = 4e-16;
+    if (zero.roots.size() == 1 && std::fabs(zero.c2 - 1) < rounding) zero.c2 = 1;
 }
 
 // The greatest first; that of a pole on the circle or beyond has no value and counts as the greatest.

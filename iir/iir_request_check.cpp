@@ -16,7 +16,6 @@ struct Judged {
     LossOfFrequency loss;
     const DigitalRoots& roots;
     Watcher& watcher;
-    bool level_may_shift = false;  // as that of a truncated form: then losses below the flat loss are judged too
 };
 void add_loss_rows(const IirFilter& filter, const Judged& judged, std::vector<CheckRow>& rows);
 void add_slope_rows(const IirAsked& asked, const DigitalBand& pass, const LossOfFrequency& loss, double strip,
@@ -47,7 +46,7 @@ std::vector<CheckRow> rows_of_form(const IirFilter& filter, Implementation form,
     std::vector<CheckRow> rows;
     const DigitalRoots roots = roots_of_form(filter, form);
     const bool stable = is_stable(filter, form);
-    if (stable) add_loss_rows(filter, {loss_of_form(filter, form), roots, watcher, true}, rows);
+    if (stable) add_loss_rows(filter, {loss_of_form(filter, form), roots, watcher}, rows);
     rows.push_back(stability(largest_pole_radius(roots), stable));
     for (CheckRow& row : rows) row.of = form_name(form);
     return rows;
@@ -67,9 +66,6 @@ void add_loss_rows(const IirFilter& filter, const Judged& judged, std::vector<Ch
             add_slope_rows(asked, band, loss, row.loss, filter.converted ? filter.fs / 2 : 0, rows);
         } else {
             rows.push_back(at_most("pass band", band.band(), row.loss, band.highest(loss).value - asked.flat_loss));
-            if (!judged.level_may_shift) continue;
-            rows.push_back(at_least("flat loss", band.band(), asked.flat_loss, band.least(loss).value));
-            rows.back().spare = false;
         }
     }
 }

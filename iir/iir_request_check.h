@@ -12,8 +12,7 @@ namespace kavrel {
 
 // The rows of `asked`, by the losses of the exact roots on the unit circle, and "stability": the largest magnitude of a
 // pole, which is to be below 1. Of a truncated filter they are made for each form that there is, by its own
-// coefficients, and say so; the least loss of a pass band, which may be below the flat loss then, is a row too. Asks
-// the watcher at each frequency. Without a request there are no rows.
+// coefficients, and say so. Asks the watcher at each frequency. Without a request there are no rows.
 [[nodiscard]] RequestCheck check_iir(const IirFilter& filter, Watcher& watcher);
 
 // The rows of one form that there is, by its own coefficients; of one that is not stable that row alone.

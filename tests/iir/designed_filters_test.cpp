@@ -1,44 +1,17 @@
 // The forms of designed filters, of every z transform, function and type, against their roots in long numbers.
+#include "tests/iir/designed_filters.h"
+
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "iir/allpass_form.h"
-#include "iir/cascade_pairing.h"
 #include "iir/form_response.h"
-#include "tests/approximation/digital_cases.h"
 #include "tests/iir/filters.h"
 
 namespace kavrel {
 namespace {
 
 using enum Implementation;
-
-struct Band {
-    FilterType type;
-    DigitalKind kind;
-    double lower, upper, lower_stop, upper_stop;  // Hz of 8 kHz
-    SpectralKind spectral = SpectralKind::none;   // to 1500 and 2600 Hz
-};
-constexpr Band bands[] = {{low_pass, DigitalKind::low_pass, 0, 1000, 0, 2000},
-                          {high_pass, DigitalKind::high_pass, 2500, 0, 1700, 0},
-                          {band_pass, DigitalKind::band_pass, 900, 1400, 600, 2100},
-                          {low_pass, DigitalKind::low_pass, 0, 1000, 0, 2000, SpectralKind::to_lowpass},
-                          {low_pass, DigitalKind::high_pass, 0, 1000, 0, 2000, SpectralKind::to_highpass},
-                          {low_pass, DigitalKind::band_pass, 0, 1000, 0, 2000, SpectralKind::to_bandpass},
-                          {low_pass, DigitalKind::band_reject, 0, 1000, 0, 2000, SpectralKind::to_bandreject}};
-
-IirFilter designed_filter(ZTransform transform, std::string_view function, const Band& band, int degree) {
-    test::DigitalCase asked{.spec = {}, .transform = transform, .target = {}};
-    asked.target = {.kind = band.spectral, .lower = 1500, .upper = 2600};
-    asked.spec.filterType = band.type, asked.spec.bandEdgeLoss = 0.5;
-    asked.spec.lowerPassEdge = band.lower, asked.spec.upperPassEdge = band.upper;
-    asked.spec.lowerStopEdge = band.lower_stop, asked.spec.upperStopEdge = band.upper_stop;
-    test::take_function(function, degree, asked.spec);
-    IirFilter filter;
-    filter.fs = filter.T = 1, filter.kind = band.kind;
-    take_function(test::designed(asked).function, filter);
-    return filter;
-}
 
 // What doubles give. The lattice and the chains of a differential allpass keep nearly all digits at every degree; a
 // cascade loses some; partial fractions lose what they are larger than their sum, coefficients that are multiplied out

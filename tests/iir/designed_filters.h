@@ -33,4 +33,20 @@ inline IirFilter designed_filter(ZTransform transform, std::string_view function
     return filter;
 }
 
+// Elliptic: 0.1 dB up to 4 of 48 kHz, 60 dB from the stopband edge, which has to be what the degree can do, on.
+inline IirFilter elliptic_low_pass(int degree, double stopband) {
+    test::DigitalCase asked{.spec = {}, .target = {}, .fs = 48000};
+    asked.spec.filterType = low_pass, asked.spec.bandEdgeLoss = 0.1;
+    asked.spec.upperPassEdge = 4000, asked.spec.upperStopEdge = stopband;
+    test::take_function("elliptic", degree, asked.spec);
+    asked.spec.stopbandLoss = 60;
+    IirFilter filter;
+    filter.fs = 48000, filter.T = 1 / filter.fs, filter.kind = DigitalKind::low_pass;
+    take_function(test::designed(asked).function, filter);
+    filter.asked.count = 2;
+    filter.asked.rows(1) = {.from = 0, .to = 4000, .loss = 0.1};
+    filter.asked.rows(2) = {.stopband = true, .from = stopband, .to = 24000, .loss = 60};
+    return filter;
+}
+
 }  // namespace kavrel

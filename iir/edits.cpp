@@ -57,8 +57,7 @@ Refusal add_factor(IirFilter& filter, const IirRequest& request, const UnitSet&,
     if (c1 == 0 && c2 == 0) return {"Values not permitted", "c1"};
     const Place place = place_of(filter, request.added_to);
     if (place.roots + (c2 == 0 ? 1 : 2) > iir_root_limit) return {degree_too_high, "place"};
-    const bool stable = std::fabs(c2) < 1 && std::fabs(c1) < 1 + c2;
-    if (request.added_to == FactorPlace::denominator && !stable) return {pole_outside, "c1"};
+    if (request.added_to == FactorPlace::denominator && !has_poles_inside(c1, c2)) return {pole_outside, "c1"};
     if (place.factors == iir_section_limit) return {"There is no place for another factor", "place"};
     const int k = ++place.factors;
     place.C1(k) = c1;

@@ -32,10 +32,11 @@ void rootsFromFactors(IirFilter& filter) {
     for (const double scale : cascade.SC) roots.ZMULT *= scale;
     for (int k = 1; k <= cascade.NNUM; ++k) {
         const auto [c1, c2] = numerator_factor(cascade, k);
-        factorRoots(c1, c2, roots.ZR, roots.ZI, roots.NZ);
+        if (c1 != 0 || c2 != 0) factorRoots(c1, c2, roots.ZR, roots.ZI, roots.NZ);
     }
     for (int k = 1; k <= cascade.NDEN; ++k) {
-        factorRoots(cascade.C1D(k), cascade.C2D(k), roots.QR, roots.PI, roots.NP);
+        const double c1 = cascade.C1D(k), c2 = cascade.C2D(k);
+        if (c1 != 0 || c2 != 0) factorRoots(c1, c2, roots.QR, roots.PI, roots.NP);
     }
     filter.roots = roots;
 }
@@ -48,6 +49,20 @@ void unscale(CascadeForm& cascade) {
         cascade.SC(k) = 1;
     }
     cascade.SCALED = false;
+}
+
+void rescale(CascadeForm& cascade, const ScaleFactors& SC) {
+    unscale(cascade);
+    const int sections = section_count(cascade);
+    for (int k = cascade.NNUM + 1; k <= sections; ++k) cascade.C1N(k) = cascade.C2N(k) = 0;
+    for (int k = 1; k <= sections; ++k) {
+        cascade.SC(k) = SC(k);
+        cascade.CK /= SC(k);
+        cascade.C1N(k) *= SC(k);
+        cascade.C2N(k) *= SC(k);
+        if (SC(k) != 1) cascade.NNUM = std::max(cascade.NNUM, k);
+    }
+    cascade.SCALED = true;
 }
 
 void clear_derived_forms(IirFilter& filter) {

@@ -258,11 +258,22 @@ static_assert(std::is_trivially_copyable_v<IirFilter>);
 // The roots of one factor 1 + c1 z^-1 + c2 z^-2, appended to a list of `count`: -c1 alone where c2 is exactly 0.
 void factorRoots(double c1, double c2, Table<double, 51>& re, Table<double, 51>& im, int& count);
 
-// The roots from the cascade, as its own factors have them: ZMULT is CK times the scale factors, PMULT 1.
+// The roots from the cascade, as its own factors have them: ZMULT is CK times the scale factors, PMULT 1. A factor of 1
+// has none.
 void rootsFromFactors(IirFilter& filter);
 
 // Undoes scaling: the scale factors go back into CK and are 1.
 void unscale(CascadeForm& cascade);
+
+// Takes scale factors in place of those in force, one for each section, none of them 0; H stays, by CK. A factor of 1
+// is added to the numerators for each section that is scaled and has none.
+using ScaleFactors = Table<double, iir_section_limit>;
+void rescale(CascadeForm& cascade, const ScaleFactors& SC);
+
+// Whether the roots of z^2 + c1 z + c2 are inside the unit circle.
+[[nodiscard]] constexpr bool has_poles_inside(double c1, double c2) {
+    return c2 < 1 && c2 > -1 && c1 < 1 + c2 && -c1 < 1 + c2;
+}
 
 // Numerator factor k as 1 + c1 z^-1 + c2 z^-2: what is stored, over SC(k).
 struct FactorCoefficients {

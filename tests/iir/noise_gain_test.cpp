@@ -1,0 +1,90 @@
+#include "iir/noise_gain.h"
+
+#include <fstream>
+
+#include "iir/section_order.h"
+#include "tests/iir/scaled_cascades.h"
+
+namespace kavrel {
+namespace {
+
+// The recursion of the reference is that of polynomials at 250 digits: nothing is shared with means over the circle.
+TEST(NoiseCore, AgreesWithLongNumbersHoweverNarrow) {
+    int cases = 0;
+    for (const auto& [name, cascade, F, G, decibel] : noise_golden()) {
+        const auto noise = noiseCore(cascade);
+        ASSERT_TRUE(noise) << name;
+        for (int k = 1; k <= section_count(cascade); ++k) {
+            const auto at = static_cast<std::size_t>(k) - 1;
+            EXPECT_NEAR(noise->F(k) / F[at], 1, 2e-11) << name << k;
+            EXPECT_NEAR(noise->G(k) / G[at], 1, 2e-11) << name << k;
+        }
+        CascadeForm scaled = cascade;
+        rescale(scaled, *l_two_factors(cascade));
+        EXPECT_NEAR(*noiseGain(scaled), decibel, 1e-9) << name;
+        Unwatched watcher;
+        EXPECT_NEAR(decibel_of(orderSections(cascade, 1, 2, watcher)->natural), decibel, 1e-9) << name;
+        ++cases;
+    }
+    EXPECT_EQ(cases, 10);
+}
+
+// The sum of the squares of each w_k is that of its impulse response.
+TEST(NoiseCore, ScaledSectionsHavePowerOne) {
+    RandomNumbers random(18);
+    for (int degree = 1; degree <= 20; ++degree) {
+        const IirFilter filter = random_filter(random, degree);
+        IirFilter scaled = filter;
+        rescale(scaled.cascade, *l_two_factors(filter.cascade));
+        EXPECT_LT(largest_gap([&](Point x) { return h_of_cascade(filter, x); },
+                              [&](Point x) { return h_of_cascade(scaled, x); }),
+                  1e-14);
+        std::vector<double> powers(static_cast<std::size_t>(section_count(scaled.cascade)));
+        CanonicalCascade<Unquantised> run(scaled.cascade);
+        for (int n = 0; n < 1000; ++n) {
+            run.step(n == 0 ? 1 : 0);
+            for (std::size_t k = 0; k < powers.size(); ++k) powers[k] += run.w[k] * run.w[k];
+        }
+        for (const double power : powers) EXPECT_NEAR(power, 1, 1e-11) << degree;
+    }
+}
+
+// Zeros off the unit circle: on it SC(k) and C2N(k) are one number, whose two products are rounded alike.
+TEST(NoiseGain, IsThatOfRoundedProducts) {
+    const WordLength word{.bits = 24, .number_form = NumberForm::fixed_point};
+    const double source = std::ldexp(1, -2 * word.bits) / 12;  // power of one rounding
+    RandomNumbers random(33);
+    for (int pairs = 2; pairs <= 12; ++pairs) {
+        RootList zeros, poles;
+        for (int k = 1; k <= pairs; ++k) {
+            const auto zero = std::polar(random.between(0.6, 0.9), random.between(0.3, 2.8));
+            const auto pole = std::polar(random.between(0.7, 0.95), random.between(0.3, 2.8));
+            zeros.push_back({zero.real(), zero.imag()}), poles.push_back({pole.real(), pole.imag()});
+        }
+        CascadeForm scaled = filter_of(0.1, zeros, poles).cascade;
+        rescale(scaled, *l_two_factors(scaled));
+        CanonicalCascade<Unquantised> exact(scaled);
+        CanonicalCascade<WordArithmetic> rounded(scaled, WordArithmetic(word));
+        double power = 0;
+        constexpr int samples = 40000;
+        for (int n = 0; n < samples; ++n) {
+            const double x = random.between(-1, 1), error = rounded.step(x) - exact.step(x);
+            power += error * error / samples;
+        }
+        const double gain = *noiseGain(scaled), one_more = decibel_of(std::pow(10, gain / 10) + 1);
+        EXPECT_NEAR(decibel_of(power / source), gain, pairs == 2 ? 0.6 : 0.5) << pairs;
+        EXPECT_NEAR(decibel_of(power / source), one_more, 0.2) << "with three products at the output";
+    }
+}
+
+TEST(NoiseGain, NeedsPolesInsideTheCircle) {
+    const std::pair<double, double> outside[] = {{-2, 1}, {0, 1}, {-1, 0}, {1.5, 0.5}, {0, -1}, {-1.9, 0.89}, {0, NAN}};
+    for (const auto& factor : outside) {
+        const CascadeForm cascade = factored_filter(1, 1, {}, {{0.5, 0.2}, factor}).cascade;
+        EXPECT_FALSE(noiseGain(cascade) || l_two_factors(cascade)) << factor.first << " " << factor.second;
+    }
+    EXPECT_TRUE(noiseGain(factored_filter(1, 1, {}, {{-1.9999999999999, 0.99999999999995}}).cascade)) << "just inside";
+}
+
+}  // namespace
+}  // namespace kavrel

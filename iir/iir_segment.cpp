@@ -34,7 +34,7 @@ constexpr CommandTable commands({
     {"read", read},
     {"show", show, needs_filter},
     {"perm", edit<permute_factors>, needs_factors_to_permute},
-    {"ord ", order_sections, needs_cascade},
+    {"ord ", order_sections, cannot_order},
     {"lim ", report_limit_cycles, needs_cascade},
     {"scal", scale_sections, needs_cascade},
     {"save", save_iir_file, needs_filter},

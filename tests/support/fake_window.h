@@ -19,6 +19,7 @@ struct FakeWindow : WindowLayer {
     std::span<const MenuItem> menu;
     std::span<const ToolbarItem> toolbar;
     std::deque<Answer> answers;                         // to boxes; then OK or No
+    std::deque<int> choices;                            // from choice boxes; then cancel
     std::deque<std::string> files;                      // to selectors; then none
     std::deque<std::function<bool(FormSheet&)>> forms;  // fill in a form; then cancel
     int stop_at = -1;                                   // progress count at which the user stops, or -1
@@ -33,7 +34,10 @@ struct FakeWindow : WindowLayer {
         if (buttons == Buttons::ok) return Answer::ok;
         return take(answers, Answer::no);
     }
-    int choose(const ChoiceBox&) override { return 0; }
+    int choose(const ChoiceBox& box) override {
+        boxes.push_back(std::string(box.caption) + ": " + std::string(box.text));
+        return take(choices, 0);
+    }
     bool edit_form(FormSheet& sheet) override {
         if (forms.empty() || sheet.work_failed()) return false;
         const auto fill = forms.front();

@@ -123,6 +123,7 @@ Lines scaling_lines(const CascadeForm& cascade, double noise) {
     Lines lines{edited<"(' New multiplier =',1P,E15.6,6X,' noise gain =',0P,F8.2,' db')">(cascade.CK, noise),
                 " Scale factors"};
     for (int k = 1; k <= section_count(cascade); ++k) lines.push_back(edited<"(1P,E16.7)">(cascade.SC(k)));
+    lines.emplace_back(" The noise is that of the canonical implementation, as 'View/Design' draws it");
     return lines;
 }
 

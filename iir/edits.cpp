@@ -30,7 +30,6 @@ bool remove_roots(double c1, double c2, Place& place);
 void close_gap(Coefficients& values, int hole, int count);
 std::optional<std::vector<int>> sequence_of(const IirRequest& request);
 bool permutes(const std::vector<int>& sequence, int count);
-void permute(Coefficients& values, const std::vector<int>& sequence);
 
 }  // namespace
 
@@ -104,6 +103,12 @@ Refusal permute_factors(IirFilter& filter, const IirRequest& request, const Unit
         for (Coefficients* values : {&cascade.C1D, &cascade.C2D}) permute(*values, *sequence);
     }
     return {};
+}
+
+void permute(Table<double, iir_section_limit>& values, const std::vector<int>& sequence) {
+    const Coefficients before = values;
+    int k = 0;
+    for (const int number : sequence) values(++k) = before(number);
 }
 
 Refusal resample(IirFilter& filter, const IirRequest& request, const UnitSet& units, Lines&) {
@@ -181,12 +186,6 @@ bool permutes(const std::vector<int>& sequence, int count) {
         found[static_cast<std::size_t>(number) - 1] = true;
     }
     return true;
-}
-
-void permute(Coefficients& values, const std::vector<int>& sequence) {
-    const Coefficients before = values;
-    int k = 0;
-    for (const int number : sequence) values(++k) = before(number);
 }
 
 }  // namespace

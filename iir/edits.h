@@ -2,6 +2,8 @@
 // state (iir/command_tools.h works on a copy). Lines that an edit leaves are for the report.
 #pragma once
 
+#include <vector>
+
 #include "iir/iir_report.h"
 #include "iir/iir_request.h"
 #include "shell/refusal.h"
@@ -25,6 +27,9 @@ inline constexpr std::string_view too_few_to_permute = "Not enough factors to pe
 
 // "perm": factor i becomes the one whose number is at place i of the sequence. H and all other forms stay.
 [[nodiscard]] Refusal permute_factors(IirFilter& filter, const IirRequest& request, const UnitSet& units, Lines& lines);
+
+// Value i becomes the one whose number is at place i of the sequence.
+void permute(Table<double, iir_section_limit>& values, const std::vector<int>& sequence);
 
 // "fs  ": the same coefficients at another sampling frequency, so that all frequencies of the filter, of its request
 // and of the design that it came from are multiplied by one factor.

@@ -9,6 +9,7 @@
 #include <system_error>
 #include <thread>
 
+#include "iir/edits.h"
 #include "iir/noise_gain.h"
 #include "shell/edited.h"
 
@@ -65,7 +66,6 @@ Permutation random_permutation(std::size_t n, std::mt19937& engine);
 Start natural_start(std::size_t sections);
 bool improve_all(std::vector<Start>& starts, const Problem& problem, int threads, Watcher& watcher);
 Assignment assignment_of(const Start& start);
-void permute(Table<double, iir_section_limit>& values, const std::vector<int>& sequence);
 int count_without_ones(const Table<double, iir_section_limit>& C1, const Table<double, iir_section_limit>& C2, int n);
 
 }  // namespace
@@ -167,23 +167,23 @@ bool LocalStep::improve(Start& start, const Stopped& stopped) {
 // leading(k) = product of N_j, j < k, and of 1/D_j, j <= k; trailing(k) = product of N_j/D_j, j >= k.
 void LocalStep::take(const Start& start) {
     const SectionPowers& powers = problem_.powers;
-    const std::size_t nodes = powers.weights.size();
-    const auto next = [&](const Row* before, const Row* first, const Row& second, Row& product) {
-        for (std::size_t x = 0; x < nodes; ++x) {
-            const double value = (before == nullptr ? powers.weights[x] : (*before)[x]) * second[x];
-            product[x] = first == nullptr ? value : value * (*first)[x];
-        }
+    const auto multiply = [&](const Row& row) {
+        for (std::size_t x = 0; x < row.size(); ++x) mixed_[x] *= row[x];
     };
+    const auto sum = [&] { return std::accumulate(mixed_.begin(), mixed_.end(), 0.0); };
+    mixed_ = powers.weights;
     for (std::size_t k = 0; k < n_; ++k) {
-        const Row* before = k == 0 ? nullptr : &leading_[k - 1];
-        const Row* numerator = k == 0 ? nullptr : &powers.numerators[start.numerator[k - 1]];
-        next(before, numerator, powers.inverses[start.denominator[k]], leading_[k]);
-        F_[k] = std::accumulate(leading_[k].begin(), leading_[k].end(), 0.0);
+        multiply(powers.inverses[start.denominator[k]]);
+        leading_[k] = mixed_;
+        F_[k] = sum();
+        multiply(powers.numerators[start.numerator[k]]);
     }
+    mixed_ = powers.weights;
     for (std::size_t k = n_; k-- > 0;) {
-        const Row* behind = k + 1 == n_ ? nullptr : &trailing_[k + 1];
-        next(behind, &powers.numerators[start.numerator[k]], powers.inverses[start.denominator[k]], trailing_[k]);
-        G_[k] = std::accumulate(trailing_[k].begin(), trailing_[k].end(), 0.0);
+        multiply(powers.inverses[start.denominator[k]]);
+        multiply(powers.numerators[start.numerator[k]]);
+        trailing_[k] = mixed_;
+        G_[k] = sum();
     }
 }
 
@@ -285,12 +285,6 @@ Assignment assignment_of(const Start& start) {
         return list;
     };
     return {numbers(start.numerator), numbers(start.denominator), start.noise};
-}
-
-void permute(Table<double, iir_section_limit>& values, const std::vector<int>& sequence) {
-    const auto before = values;
-    int k = 0;
-    for (const int number : sequence) values(++k) = before(number);
 }
 
 // How many of the factors there are when those of 1 at the end are left out.

@@ -146,6 +146,8 @@ private:
 
 class SummingArithmetic {
 public:
+    using Value = double;
+
     explicit SummingArithmetic(ProductSums& sums) : sums_(&sums) {}
 
     [[nodiscard]] double product(double coefficient, double value) const {

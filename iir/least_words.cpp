@@ -63,11 +63,19 @@ Lines least_word_lines(const std::vector<LeastWord>& words) {
     return lines;
 }
 
+std::vector<Implementation> forms_without_word(const std::vector<LeastWord>& words, NumberForm number_form) {
+    std::vector<Implementation> forms;
+    for (const LeastWord& least : words) {
+        if (least.word.number_form == number_form && least.word.bits == 0) forms.push_back(least.form);
+    }
+    return forms;
+}
+
 std::optional<WordLength> word_for_all_forms(const std::vector<LeastWord>& words, NumberForm number_form) {
+    if (!forms_without_word(words, number_form).empty()) return std::nullopt;
     std::optional<WordLength> longest;
     for (const LeastWord& least : words) {
         if (least.word.number_form != number_form) continue;
-        if (least.word.bits == 0) return std::nullopt;
         if (!longest || least.word.bits > longest->bits) longest = least.word;
     }
     return longest;

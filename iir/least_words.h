@@ -30,7 +30,12 @@ struct LossAllowances {
 [[nodiscard]] std::vector<LeastWord> least_words(const IirFilter& filter, WordMethod method,
                                                  const LossAllowances& allowances, Watcher& watcher);
 
+// The table of the words.
 [[nodiscard]] Lines least_word_lines(const std::vector<LeastWord>& words);
+
+// The forms that have no word of a number form.
+[[nodiscard]] std::vector<Implementation> forms_without_word(const std::vector<LeastWord>& words,
+                                                             NumberForm number_form);
 
 // The longest of the words of one number form, with which all forms meet the request; none where one of them has no
 // word.

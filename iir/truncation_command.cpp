@@ -3,6 +3,7 @@
 #include "iir/command_tools.h"
 #include "iir/least_words.h"
 #include "iir/truncation.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -11,6 +12,7 @@ namespace {
 constexpr std::string_view least_words_work = "Least words";
 
 void truncate_to_least_word(IirDesk& desk);
+Lines lines_of_no_word(const std::vector<LeastWord>& words, NumberForm number_form);
 
 }  // namespace
 
@@ -34,7 +36,7 @@ void truncate_to_least_word(IirDesk& desk) {
     report_lines(desk, least_word_lines(words));
     const auto word = word_for_all_forms(words, asked.truncated_to.number_form);
     if (!word) {
-        desk.reporter.report_line(" No word lets every form meet the request: nothing is truncated");
+        report_lines(desk, lines_of_no_word(words, asked.truncated_to.number_form));
     } else {
         IirRequest found = asked;
         found.truncated_to = *word;
@@ -46,6 +48,14 @@ void truncate_to_least_word(IirDesk& desk) {
         take_edited(desk, filter, lines);
     }
     desk.state.words.word_lengths = {words, fingerprint(desk.filter)};
+}
+
+Lines lines_of_no_word(const std::vector<LeastWord>& words, NumberForm number_form) {
+    Lines lines = {" The filter is not truncated: in some form no word meets the request"};
+    for (const Implementation form : forms_without_word(words, number_form)) {
+        lines.push_back(edited<"(4X,A,2X,A)">(form_name(form), name_of(number_form)));
+    }
+    return lines;
 }
 
 }  // namespace

@@ -459,7 +459,7 @@ def differences(state, script, tally):
         tolerance = max(1e-6 * in_db, 1e-6 * abs(wanted or 0))
         beyond = value == reached or np.isnan(reached) and np.isinf(value)
         beyond = beyond or in_db and what != "stopband" and min(value, reached) > wanted + 50
-        met = bool(margin >= -tolerance)
+        met = bool(margin > 0 if what == "stability" else margin >= -tolerance)  # a pole on the circle is one too far out
         tally[f"{what}, {'met' if met else 'missed'}"] += 1
         tally["largest"] = max(tally["largest"], off if in_db and off <= close and reached < high else 0.0)
         if off > close and not beyond or met != row["met"] and abs(margin + tolerance) > 1e-8 + sum(noise):

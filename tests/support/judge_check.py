@@ -323,7 +323,7 @@ def form_functions(iir):
         return np.prod([sum(Wide(c) * w**k for k, c in enumerate(row)) for row in rows] + [1 + 0 * w], axis=0)
 
     def largest(denominators):
-        return max([abs(r) for d in denominators for r in mpmath.polyroots(np.trim_zeros([mpmath.mpf(c) for c in d], "b"), maxsteps=500, extraprec=2000)
+        return max([abs(r) for d in denominators for r in mpmath.polyroots(np.trim_zeros(list(map(mpmath.mpmathify, d)), "b"), maxsteps=500, extraprec=2000)
                     if len(np.trim_zeros(d, "b")) > 1] + [0])
 
     def lattice(w):
@@ -334,10 +334,11 @@ def form_functions(iir):
         return sum(Wide(tap) * b for tap, b in zip(iir["lattice"]["taps"], backward)) / forward
 
     def denominator_of_lattice():
-        d = [mpmath.mpf(1)]
-        for k in map(mpmath.mpf, iir["lattice"]["multipliers"]):
-            d = [x + k * y for x, y in zip([*d, 0], [0, *d[::-1]])]
-        return d
+        with mpmath.workdps(60):  # multipliers next to 1 cost digits
+            d = [mpmath.mpf(1)]
+            for k in map(mpmath.mpf, iir["lattice"]["multipliers"]):
+                d = [x + k * y for x, y in zip([*d, 0], [0, *d[::-1]])]
+            return d
 
     c, forms = iir["cascade"], {}
     forms["cascade"] = lambda w: Wide(c["front"]) * ratio(c["numerator"], w) / ratio(c["denominator"], w), largest(c["denominator"])

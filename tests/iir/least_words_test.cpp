@@ -14,70 +14,51 @@ namespace {
 
 using enum Implementation;
 
-// H of a form at z^-1, each coefficient in a word; without one as it is.
-struct FormInWord {
-    const IirFilter& f;
-    Implementation form;
-    WordLength word;
-
-    [[nodiscard]] double q(double x) const { return word.quantises() ? in_word(x, word) : x; }
-    [[nodiscard]] Point pass(double c0, double c1, double c2, Point x) const {
-        return quadratic(q(c0), q(c1), q(c2), x);
+// H at a point z^-1.
+template <int N>
+Point h_of_chain(const Table<double, N>& a1, const Table<double, N>& a2, int count, Point x) {
+    Point h = 1;
+    for (int k = 1; k <= count; ++k) {
+        h *= a2(k) == 0 ? quadratic(a1(k), 1, 0, x) : quadratic(a2(k), a1(k), 1, x);
+        h /= quadratic(1, a1(k), a2(k), x);
     }
-    template <int N>
-    [[nodiscard]] Point chain(const Table<double, N>& a1, const Table<double, N>& a2, int count, Point x) const {
-        Point h = 1;
-        for (int k = 1; k <= count; ++k) {
-            h /= pass(1, a1(k), a2(k), x);
-            h *= a2(k) == 0 ? pass(a1(k), 1, 0, x) : pass(a2(k), a1(k), 1, x);
+    return h;
+}
+Point h_of_form(const IirFilter& f, Implementation form, Point x) {
+    const auto& [p, d, l, a] = std::tie(f.parallel, f.direct, f.lattice, f.allpass);
+    if (form == cascade) return h_of_cascade(f, x);
+    if (form == allpass) {
+        const Point sign = output_that_is_the_filter(f.kind) == AllpassOutput::sum ? 1 : -1;
+        return (h_of_chain(a.TA1, a.TA2, a.NTA, x) + sign * h_of_chain(a.TB1, a.TB2, a.NTB, x)) / Point(2);
+    }
+    Point numerator = 0, denominator = 1, power = 1;
+    if (form == parallel) {
+        numerator = p.AO;
+        for (int k = 1; k <= p.NPAR; ++k)
+            numerator += quadratic(p.AL(k), p.BE(k), 0, x) / quadratic(1, p.GA(k), p.DE(k), x);
+    } else if (form == direct) {
+        for (int i = 1; i <= std::max(d.JN, d.JD); ++i, power *= x) {
+            numerator += power * Point(d.ZNUM(i));
+            if (i > 1) denominator += power * Point(d.ZDEN(i));
         }
-        return h;
-    }
-    template <int N>
-    [[nodiscard]] Point polynomial(const Table<double, N>& c, int count, Point x) const {
-        Point sum = 0;
-        for (int i = count; i >= 1; --i) sum = sum * x + Point(q(c(i)));
-        return sum;
-    }
-    [[nodiscard]] Point at(Point x) const {
-        const CascadeForm& c = f.cascade;
-        const ParallelForm& p = f.parallel;
-        const LatticeForm& l = f.lattice;
-        const AllpassForm& a = f.allpass;
-        Point h = 0;
-        if (form == cascade) {
-            h = word.quantises() ? in_word(c.CK, {word.bits, word.method, NumberForm::floating_point}) : c.CK;
-            for (int k = 1; k <= c.NNUM; ++k) h *= pass(c.SC(k), c.C1N(k), c.C2N(k), x);
-            for (int k = 1; k <= c.NDEN; ++k) h /= pass(1, c.C1D(k), c.C2D(k), x);
-        } else if (form == parallel) {
-            h = q(p.AO);
-            for (int k = 1; k <= p.NPAR; ++k) h += pass(p.AL(k), p.BE(k), 0, x) / pass(1, p.GA(k), p.DE(k), x);
-        } else if (form == direct) {
-            h = polynomial(f.direct.ZNUM, f.direct.JN, x) / polynomial(f.direct.ZDEN, f.direct.JD, x);
-        } else if (form == allpass) {
-            const double sign = output_that_is_the_filter(f.kind) == AllpassOutput::sum ? 1 : -1;
-            h = (chain(a.TA1, a.TA2, a.NTA, x) + Point(sign) * chain(a.TB1, a.TB2, a.NTB, x)) / Point(2);
-        } else {
-            Point forward = 1, backward = 1;
-            h = q(l.GMTAP(1));
-            for (int i = 1; i <= l.JM; ++i) {
-                const Point late = x * backward, k = q(l.GMMUL(i));
-                backward = k * forward + late;
-                forward += k * late;
-                h += Point(q(l.GMTAP(i + 1))) * backward;
-            }
-            h /= forward;
+    } else {
+        numerator = l.GMTAP(1);
+        for (int i = 1; i <= l.JM; ++i) {
+            const Point late = x * power, k = l.GMMUL(i);
+            power = k * denominator + late;
+            denominator += k * late;
+            numerator += power * Point(l.GMTAP(i + 1));
         }
-        return h;
     }
-};
+    return numerator / denominator;
+}
 
 // The highest value of sign times the loss in a band: of many samples, and of parabolas through three of them.
-double highest(const FormInWord& form, const IirRequestRow& row, double sign) {
-    constexpr int samples = 160;
+double highest(const IirFilter& filter, Implementation form, const IirRequestRow& row, double sign) {
+    constexpr int samples = 100;
     const auto value = [&](double hertz) {
-        const Point x = std::polar(1.0L, -2 * std::numbers::pi_v<long double> * hertz / form.f.fs);
-        return sign * static_cast<double>(-20 * std::log10(std::abs(form.at(x))));
+        const Point x = std::polar(1.0L, -2 * std::numbers::pi_v<long double> * hertz / filter.fs);
+        return sign * static_cast<double>(-20 * std::log10(std::abs(h_of_form(filter, form, x))));
     };
     std::vector<double> at, v;
     for (int i = 0; i <= samples; ++i) {
@@ -94,51 +75,40 @@ double highest(const FormInWord& form, const IirRequestRow& row, double sign) {
     return most;
 }
 
-bool meets(const FormInWord& form) {
-    const IirAsked& asked = form.f.asked;
+bool meets(const IirFilter& filter, Implementation form) {
+    const IirAsked& asked = filter.asked;
     constexpr double trifle = 1e-6;
     for (int i = 1; i <= asked.count; ++i) {
         const IirRequestRow& row = asked.rows(i);
-        if (row.stopband && -highest(form, row, -1) < asked.flat_loss + row.loss - 1 - trifle * row.loss) return false;
-        if (row.stopband) continue;
-        if (highest(form, row, 1) > asked.flat_loss + 1.1 * row.loss + trifle) return false;
-        if (-highest(form, row, -1) < asked.flat_loss - 0.1 * asked.rows(1).loss - trifle) return false;
+        const double least = -highest(filter, form, row, -1) - asked.flat_loss;
+        if (least < (row.stopband ? row.loss - 1 - trifle * row.loss : -0.1 * row.loss - trifle)) return false;
+        if (!row.stopband && highest(filter, form, row, 1) > asked.flat_loss + 1.1 * row.loss + trifle) return false;
     }
     return true;
 }
 
 // Asks for what a filter of 1 Hz reaches, in Hz of 8 kHz.
-void ask(IirFilter& filter, std::initializer_list<IirRequestRow> rows) {
+void ask(IirFilter& filter, const std::vector<IirRequestRow>& rows) {
     IirAsked& asked = filter.asked;
-    asked.flat_loss = HUGE_VAL;
-    double most = -HUGE_VAL;
-    for (const auto pass : {true, false}) {
-        for (IirRequestRow row : rows) {
-            row.from /= 8000, row.to /= 8000;
-            const FormInWord exact{filter, cascade, {}};
-            if (row.stopband) {
-                row.loss = -highest(exact, row, -1) - asked.flat_loss;
-                if (!pass) asked.rows(++asked.count) = row;
-            } else if (pass) {
-                asked.flat_loss = std::min(asked.flat_loss, -highest(exact, row, -1));
-                most = std::max(most, highest(exact, row, 1));
-                asked.rows(++asked.count) = row;
-            }
-        }
+    double least = HUGE_VAL, most = -HUGE_VAL;
+    for (const IirRequestRow& row : rows) {
+        IirRequestRow& own = asked.rows(++asked.count) = row;
+        own.from /= 8000, own.to /= 8000;
+        own.loss = -highest(filter, cascade, own, -1);
+        if (!row.stopband) least = std::min(least, own.loss), most = std::max(most, highest(filter, cascade, own, 1));
     }
-    for (int i = 1; i <= asked.count && !asked.rows(i).stopband; ++i) asked.rows(i).loss = most - asked.flat_loss;
+    asked.flat_loss = least;
+    for (int i = 1; i <= asked.count; ++i)
+        asked.rows(i).loss = (asked.rows(i).stopband ? asked.rows(i).loss : most) - least;
 }
-const std::initializer_list<IirRequestRow> requests[] = {
-    {{.from = 0, .to = 1000}, {.stopband = true, .from = 2000, .to = 4000}},
-    {{.from = 2500, .to = 4000}, {.stopband = true, .from = 0, .to = 1700}},
-    {{.from = 900, .to = 1400}, {.stopband = true, .from = 0, .to = 600}, {.stopband = true, .from = 2100, .to = 4000}},
-    {{.from = 0, .to = 2600}, {.stopband = true, .from = 3300, .to = 4000}},
-    {{.from = 1500, .to = 4000}, {.stopband = true, .from = 0, .to = 900}},
-    {{.from = 1500, .to = 2600},
-     {.stopband = true, .from = 0, .to = 1000},
-     {.stopband = true, .from = 3300, .to = 4000}},
-    {{.from = 0, .to = 1500}, {.from = 2600, .to = 4000}, {.stopband = true, .from = 1900, .to = 2200}},
-};
+// Of the bands of designed filters.
+const std::vector<IirRequestRow> requests[] = {{{false, 0, 1000, 0}, {true, 2000, 4000, 0}},
+                                               {{false, 2500, 4000, 0}, {true, 0, 1700, 0}},
+                                               {{false, 900, 1400, 0}, {true, 0, 600, 0}, {true, 2100, 4000, 0}},
+                                               {{false, 0, 2600, 0}, {true, 3300, 4000, 0}},
+                                               {{false, 1500, 4000, 0}, {true, 0, 900, 0}},
+                                               {{false, 1500, 2600, 0}, {true, 0, 1000, 0}, {true, 3300, 4000, 0}},
+                                               {{false, 0, 1500, 0}, {false, 2600, 4000, 0}, {true, 1900, 2200, 0}}};
 
 void make_all_forms(IirFilter& filter) {
     EXPECT_EQ(makeParallel(filter).text + makeDirect(filter).text, "");
@@ -163,12 +133,10 @@ TEST(LeastWords, AreThoseFoundByTryingAllWords) {
             const auto method = ++filters % 2 == 0 ? WordMethod::round : WordMethod::truncate;
             Unwatched watcher;
             for (const LeastWord& found : least_words(filter, method, {}, watcher)) {
-                int least = 0;
-                bool all = true;
-                for (int bits = longest_word; bits >= 1; --bits) {
-                    all = all && meets({filter, found.form, {bits, method, found.word.number_form}});
-                    if (all) least = bits;
-                }
+                int least = longest_word + 1;
+                while (least > 1 && meets(in_words(filter, {least - 1, method, found.word.number_form}), found.form))
+                    --least;
+                if (least > longest_word) least = 0;
                 EXPECT_EQ(found.word.bits, least) << design.function << ' ' << band << ' ' << form_name(found.form)
                                                   << ' ' << name_of(found.word.number_form) << ' ' << name_of(method);
                 ++forms;

@@ -1,5 +1,6 @@
 #include "iir/iir_request_check.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "approximation/loss_rows.h"
@@ -30,7 +31,7 @@ RequestCheck check_iir(const IirFilter& filter, Watcher& watcher) {
     if (is_truncated(filter)) {
         for (const Implementation form : forms_with_coefficients) {
             if (!is_available(filter, form)) continue;
-            const auto rows = rows_of_form(filter, form, watcher);
+            const auto rows = rows_of_form(filter, form, roots_of_form(filter, form), watcher);
             check.rows.insert(check.rows.end(), rows.begin(), rows.end());
         }
     } else {
@@ -42,12 +43,13 @@ RequestCheck check_iir(const IirFilter& filter, Watcher& watcher) {
     return watcher.stopped() ? RequestCheck{.stopped = true} : check;
 }
 
-std::vector<CheckRow> rows_of_form(const IirFilter& filter, Implementation form, Watcher& watcher) {
+std::vector<CheckRow> rows_of_form(const IirFilter& filter, Implementation form, const DigitalRoots& roots,
+                                   Watcher& watcher) {
     std::vector<CheckRow> rows;
-    const DigitalRoots roots = roots_of_form(filter, form);
     const bool stable = is_stable(filter, form);
     if (stable) add_loss_rows(filter, {loss_of_form(filter, form), roots, watcher}, rows);
-    rows.push_back(stability(largest_pole_radius(roots), stable));
+    const double radius = largest_pole_radius(roots);  // may be rounded to the other side of the circle
+    rows.push_back(stability(stable ? std::min(radius, std::nextafter(1.0, 0.0)) : std::max(radius, 1.0), stable));
     for (CheckRow& row : rows) row.of = form_name(form);
     return rows;
 }

@@ -15,7 +15,9 @@ namespace kavrel {
 // coefficients, and say so. Asks the watcher at each frequency. Without a request there are no rows.
 [[nodiscard]] RequestCheck check_iir(const IirFilter& filter, Watcher& watcher);
 
-// The rows of one form that there is, by its own coefficients; of one that is not stable that row alone.
-[[nodiscard]] std::vector<CheckRow> rows_of_form(const IirFilter& filter, Implementation form, Watcher& watcher);
+// The rows of one form that there is, by its own coefficients; of one that is not stable that row alone. `roots` are
+// those about which its response has extremes (iir/form_poles.h).
+[[nodiscard]] std::vector<CheckRow> rows_of_form(const IirFilter& filter, Implementation form,
+                                                 const DigitalRoots& roots, Watcher& watcher);
 
 }  // namespace kavrel

@@ -105,8 +105,8 @@ bool meets(const IirFilter& filter, Implementation form, const LossAllowances& a
     const IirAsked& asked = filter.asked;
     Unwatched watcher;
     if (!is_stable(filter, form)) return false;
-    if (asked.sloping) return meets(rows_of_form(filter, form, watcher), allowed);
     const DigitalRoots roots = roots_near_form(filter, form);
+    if (asked.sloping) return meets(rows_of_form(filter, form, roots, watcher), allowed);
     const auto loss = loss_of_form(filter, form);
     for (int i = 1; i <= asked.count; ++i) {
         const IirRequestRow& row = asked.rows(i);
@@ -143,7 +143,8 @@ LeastWord least_word(const IirFilter& filter, Implementation form, WordLength wo
     }
     while (++bits <= longest_word && watcher.go_on()) {
         word.bits = bits;
-        const std::vector<CheckRow> rows = rows_of_form(with_word(filter, form, word), form, watcher);
+        const IirFilter work = with_word(filter, form, word);
+        const std::vector<CheckRow> rows = rows_of_form(work, form, roots_of_form(work, form), watcher);
         if (!meets(rows, allowances)) continue;
         found.word = word;
         for (const CheckRow& row : rows) {

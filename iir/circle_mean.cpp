@@ -12,12 +12,6 @@ namespace {
 
 constexpr double pi = std::numbers::pi;
 
-// A pole e^(j theta - distance).
-struct NearPole {
-    double theta = 0;
-    double distance = 0;
-};
-std::vector<NearPole> poles_of(std::span<const Factor> denominators);
 bool is_clear(double centre, double half, std::span<const NearPole> poles);
 
 }  // namespace
@@ -32,6 +26,23 @@ double square_of(const Factor& f, const CirclePoint& at) {
     const double real = ((at.near * f.c0 + f.c1) + at.near * f.c2) + (f.c0 + f.c2) * at.off;
     const double imaginary = (f.c0 - f.c2) * at.sine;
     return real * real + imaginary * imaginary;
+}
+
+std::vector<NearPole> poles_of(std::span<const Factor> denominators) {
+    std::vector<NearPole> poles;
+    for (const Factor& d : denominators) {
+        const double h = -d.c1 / 2, square = h * h - d.c2;
+        if (square < 0) {
+            poles.push_back({std::atan2(std::sqrt(-square), h), -std::log(d.c2) / 2});
+            continue;
+        }
+        const double larger = h < 0 ? h - std::sqrt(square) : h + std::sqrt(square);
+        if (larger == 0) continue;
+        for (const double pole : {larger, d.c2 / larger}) {
+            if (pole != 0) poles.push_back({pole < 0 ? pi : 0, -std::log(std::fabs(pole))});
+        }
+    }
+    return poles;
 }
 
 CircleNodes circle_nodes(std::span<const Factor> denominators) {
@@ -71,23 +82,6 @@ double sumSquares(std::span<const double> weights, std::span<const double> squar
 }
 
 namespace {
-
-std::vector<NearPole> poles_of(std::span<const Factor> denominators) {
-    std::vector<NearPole> poles;
-    for (const Factor& d : denominators) {
-        const double h = -d.c1 / 2, square = h * h - d.c2;
-        if (square < 0) {
-            poles.push_back({std::atan2(std::sqrt(-square), h), -std::log(d.c2) / 2});
-            continue;
-        }
-        const double larger = h < 0 ? h - std::sqrt(square) : h + std::sqrt(square);
-        if (larger == 0) continue;
-        for (const double pole : {larger, d.c2 / larger}) {
-            if (pole != 0) poles.push_back({pole < 0 ? pi : 0, -std::log(std::fabs(pole))});
-        }
-    }
-    return poles;
-}
 
 // Whether each pole is outside of the ellipse: the distances from the ends of the piece sum up to more than its axis.
 bool is_clear(double centre, double half, std::span<const NearPole> poles) {

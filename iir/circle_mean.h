@@ -28,6 +28,14 @@ struct CirclePoint {
 // |c0 + c1 z^-1 + c2 z^-2|^2, without cancellation where roots crowd at 1 or -1.
 [[nodiscard]] double square_of(const Factor& factor, const CirclePoint& point);
 
+// The poles e^(j theta - distance) of 1/(1 + c1 z^-1 + c2 z^-2) that are not 0, of each pair the one with theta above
+// 0.
+struct NearPole {
+    double theta = 0;
+    double distance = 0;
+};
+[[nodiscard]] std::vector<NearPole> poles_of(std::span<const Factor> denominators);
+
 // Points and weights, of sum 1, such that a weighted sum of |H|^2 is its mean to some 12 digits, for any H whose poles
 // are those of the denominators: pieces of the half circle, each with a Gauss rule of 24 points. Seen from a piece,
 // which is [-1, 1], no pole lies within the ellipse about it whose half axes have the sum rho = 2.5; an analytic

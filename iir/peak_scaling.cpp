@@ -3,15 +3,17 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 #include "iir/circle_mean.h"
-#include "iir/roots_loss.h"
+#include "numeric/highest_value.h"
 
 namespace kavrel {
 
 namespace {
 
 ScaleFactors peaks(const IirFilter& filter, int sections, const PeakChoices& choices);
+std::vector<double> places_of(const IirFilter& filter);
 
 }  // namespace
 
@@ -39,17 +41,12 @@ CheckBand peak_band(const IirFilter& filter) {
 
 namespace {
 
-// The search begins at places that lie even over the band and about all poles and zeros, those of the factors as they
-// are.
 ScaleFactors peaks(const IirFilter& filter, int sections, const PeakChoices& choices) {
-    IirFilter of_factors = filter;
-    rootsFromFactors(of_factors);
-    Unwatched watcher;  // some milliseconds
-    const DigitalBand band(of_factors, peak_band(filter), watcher);
     const CascadeForm& c = filter.cascade;
+    const std::vector<double> places = places_of(filter);
     const int behind = choices.denominators_first ? 1 : 0;  // the numerator that belongs to denominator k is k - behind
-    const auto gain = [&](int first, int last, double hertz) {
-        const CirclePoint point = circle_point(2 * std::numbers::pi * hertz / filter.fs);
+    const auto gain = [&](int first, int last, double theta) {
+        const CirclePoint point = circle_point(theta);
         double square = 1;
         for (int k = first; k <= last; ++k) {
             const int n = k - behind;
@@ -61,10 +58,37 @@ ScaleFactors peaks(const IirFilter& filter, int sections, const PeakChoices& cho
     ScaleFactors P = ones<iir_section_limit>();
     for (int k = 1; k <= sections; ++k) {
         const int first = choices.separately ? k : 1;
-        const double peak = band.highest([&](double hertz) { return gain(first, k, hertz); }).value;
+        const double peak = highest_value(places, [&](double theta) { return gain(first, k, theta); }).value;
         P(k) = choices.separately && k > 1 ? P(k - 1) * peak : peak;
     }
     return P;
+}
+
+// 100 even places over the band, and about each pole as much denser as it is closer to the circle: so each peak shows,
+// however narrow.
+std::vector<double> places_of(const IirFilter& filter) {
+    constexpr int even_places = 100;
+    constexpr double first_step = 0.2, growth = 1.3;  // in distances from the circle
+    const CascadeForm& c = filter.cascade;
+    const double radian = 2 * std::numbers::pi / filter.fs;
+    const CheckBand band = peak_band(filter);
+    const double from = band.from * radian, to = band.to * radian, apart = (to - from) / (even_places - 1);
+    std::vector<double> places;
+    const auto add = [&](double theta) {
+        if (theta >= from && theta <= to) places.push_back(theta);
+    };
+    for (int i = 0; i + 1 < even_places; ++i) add(from + i * apart);
+    places.push_back(to);
+    std::vector<Factor> denominators;
+    for (int k = 1; k <= c.NDEN; ++k) denominators.push_back({1, c.C1D(k), c.C2D(k)});
+    for (const auto& [theta, distance] : poles_of(denominators)) {
+        add(theta);
+        for (double off = first_step * std::fabs(distance); off > 0 && off < apart; off *= growth) {
+            add(theta - off), add(theta + off);
+        }
+    }
+    std::ranges::sort(places);
+    return places;
 }
 
 }  // namespace

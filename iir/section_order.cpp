@@ -27,6 +27,7 @@ using Stopped = std::function<bool()>;
 struct Start {
     Permutation numerator;
     Permutation denominator;
+    double noise_before = 0;
     double noise = 0;
 };
 
@@ -42,8 +43,6 @@ class LocalStep {
 public:
     explicit LocalStep(const Problem& problem);
 
-    // The noise of a start as it is.
-    [[nodiscard]] double noise_of(const Start& start);
     // Replaces the denominators of a start by the first best of all exchanges of two of them. False when stopped.
     bool improve(Start& start, const Stopped& stopped);
 
@@ -77,14 +76,14 @@ std::optional<OrderSearch> orderSections(const CascadeForm& cascade, std::uint32
     const std::size_t count = std::max<std::size_t>(sections / 2, 5);
     std::vector<Start> starts = random_starts(round_count * count, sections, seed);
     starts.push_back(natural_start(sections));
-    OrderSearch search{.seed = seed, .starts = static_cast<int>(count)};
-    search.natural = LocalStep(problem).noise_of(starts.back());
     if (!improve_all(starts, problem, threads, watcher)) return std::nullopt;
+    const Start& natural = starts.back();
+    OrderSearch search{.seed = seed, .starts = static_cast<int>(count), .natural = natural.noise_before};
     const auto less_noise = [](const auto& a, const auto& b) { return a.noise < b.noise; };
     for (auto first = starts.begin(); search.rounds.size() < round_count;) {
         const auto end = first + static_cast<std::ptrdiff_t>(count);
         const auto best = std::min_element(first, end, less_noise);
-        search.rounds.push_back(assignment_of(starts.back().noise < best->noise ? starts.back() : *best));
+        search.rounds.push_back(assignment_of(natural.noise < best->noise ? natural : *best));
         first = end;
     }
     const auto best = std::min_element(search.rounds.begin(), search.rounds.end(), less_noise);
@@ -144,15 +143,10 @@ LocalStep::LocalStep(const Problem& problem)
       G_exchanged_(n_ * n_ * n_),
       mixed_(problem.powers.weights) {}
 
-double LocalStep::noise_of(const Start& start) {
-    take(start);
-    return noise(start.denominator, 0, 0);
-}
-
 bool LocalStep::improve(Start& start, const Stopped& stopped) {
     take(start);
     if (!exchange_all(start.denominator, stopped)) return false;
-    start.noise = noise(start.denominator, 0, 0);
+    start.noise = start.noise_before = noise(start.denominator, 0, 0);
     std::size_t first = 0, second = 0;
     for (std::size_t i = 0; i < n_; ++i) {
         for (std::size_t j = i + 1; j < n_; ++j) {

@@ -1,5 +1,6 @@
 #include "iir/peak_scaling.h"
 
+#include "numeric/peak.h"
 #include "tests/iir/scaled_cascades.h"
 
 namespace kavrel {
@@ -10,7 +11,7 @@ namespace {
 double largest_level(const IirFilter& filter, const PeakChoices& choices, int k) {
     const CascadeForm& c = filter.cascade;
     const CheckBand band = peak_band(filter);
-    const auto level_at = [&](long double hertz) {
+    const auto level_at = [&](double hertz) {
         const Point x = std::polar(1.0L, -2 * std::numbers::pi_v<long double> * hertz);
         const int first = choices.separately ? k : 1;
         Point level = first == 1 ? c.CK : 1;
@@ -19,15 +20,15 @@ double largest_level(const IirFilter& filter, const PeakChoices& choices, int k)
             if (n >= 1) level *= quadratic(c.SC(n), c.C1N(n), c.C2N(n), x);
             level /= quadratic(1, c.C1D(m), c.C2D(m), x);
         }
-        return std::abs(level);
+        return static_cast<double>(std::abs(level));
     };
-    long double largest = 0;
-    double at = 0;
+    double largest = 0, from = 0, to = 0;
     const auto scan = [&](double centre, double width, int points) {
-        for (int i = -points; i <= points; ++i) {
-            const double hertz = centre + width * i / points;
-            if (hertz < band.from || hertz > band.to || !(level_at(hertz) > largest)) continue;
-            largest = level_at(hertz), at = hertz;
+        const double step = width / points, last = std::min(centre + width, band.to);
+        for (double hertz = std::max(centre - width, band.from); hertz <= last; hertz += step) {
+            if (const double level = level_at(hertz); level > largest) {
+                largest = level, from = std::max(hertz - step, band.from), to = std::min(hertz + step, band.to);
+            }
         }
     };
     scan((band.from + band.to) / 2, (band.to - band.from) / 2, 1000);
@@ -35,8 +36,7 @@ double largest_level(const IirFilter& filter, const PeakChoices& choices, int k)
         const double width = 1 - std::hypot(filter.roots.PI(i), filter.roots.QR(i));
         scan(std::atan2(filter.roots.PI(i), filter.roots.QR(i)) / (2 * std::numbers::pi), width, 100);
     }
-    for (double width = (band.to - band.from) / 1000; width > 1e-12; width /= 20) scan(at, width, 30);
-    return static_cast<double>(largest);
+    return std::max(largest, peak_between(from, to, 50, level_at).value);
 }
 
 TEST(PeakScaling, LevelsAreOneAndTheFilterStays) {

@@ -48,17 +48,5 @@ TEST(SectionOrder, OfFewSectionsIsTheBestThereIs) {
     EXPECT_EQ(lines[1] + lines[2], "  1     1        1");
 }
 
-// A missing factor is 1 wherever it goes; at the end it is none.
-TEST(SectionOrder, KeepsTheFunction) {
-    IirFilter filter = factored_filter(1, 1, {{0.3, 1}, {0.2, 0}}, {{-1.6, 0.7}, {-1.2, 0.95}, {0.1, 0.2}});
-    apply_order(filter.cascade, {{3, 1, 2}, {3, 2, 1}});
-    EXPECT_EQ(filter.cascade.NNUM, 3);
-    EXPECT_LT(roots_against_cascade(filter), 1e-14);
-    rootsFromFactors(filter);
-    EXPECT_EQ(filter.roots.NZ, 3) << "a factor of 1 has no root";
-    apply_order(filter.cascade, {{2, 3, 1}, {3, 2, 1}});
-    EXPECT_TRUE(filter.cascade.NNUM == 2 && filter.cascade.C2N(1) == 1);
-}
-
 }  // namespace
 }  // namespace kavrel

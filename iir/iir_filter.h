@@ -202,9 +202,9 @@ struct IirFilter {
     FixedText<20> FilterTypeText = "unknown";
     ZTransform z_transform = ZTransform::unknown;
     SpectralKind spectral = SpectralKind::none;
-    bool converted = false;              // "conv" was done
-    bool Modified = false;               // no longer the designed or stored one: set by every edit
-    int bits = unquantised_bits;         // word length of the coefficients
+    bool converted = false;                     // "conv" was done
+    bool Modified = false;                      // no longer the designed or stored one: set by every edit
+    WordLength word{.bits = unquantised_bits};  // of the coefficients
     double LastBits = unquantised_bits;  // a truncation takes a shorter word; 0 after a conversion: there is no other
     DigitalRoots roots;
     CascadeForm cascade;
@@ -234,7 +234,7 @@ constexpr void fields_of(Record& filter, Visit&& visit) {
     visit("spectral", filter.spectral);
     visit("converted", filter.converted);
     visit("Modified", filter.Modified);
-    visit("bits", filter.bits);
+    visit("word", filter.word);
     visit("LastBits", filter.LastBits);
     visit("roots", filter.roots);
     visit("cascade", filter.cascade);
@@ -292,7 +292,7 @@ struct FactorCoefficients {
 [[nodiscard]] constexpr bool has_filter(const IirFilter& filter) { return filter.fs > 0; }
 
 // Whether the coefficients are no longer those of the roots, but were brought to a finite word.
-[[nodiscard]] constexpr bool is_truncated(const IirFilter& filter) { return filter.bits < unquantised_bits; }
+[[nodiscard]] constexpr bool is_truncated(const IirFilter& filter) { return filter.word.bits < unquantised_bits; }
 
 // Gives up the four forms that are made of the cascade; the chains of a differential allpass are known no more.
 void clear_derived_forms(IirFilter& filter);

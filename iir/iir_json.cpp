@@ -43,7 +43,7 @@ Json iir_part(const IirFilter& filter, const WordResults& words) {
               {"edges", {filter.FLO, filter.FHI}},
               {"converted", filter.converted},
               {"scaled", filter.cascade.SCALED},
-              {"bits", filter.bits},
+              {"bits", filter.word.bits},
               {"zeros", rows(r.NZ, r.ZR, r.ZI)},
               {"poles", rows(r.NP, r.QR, r.PI)},
               {"zero_multiplier", r.ZMULT},

@@ -162,11 +162,20 @@ void prototype_blocks(File& file, Filter& f) {
     design_block(spec, background, [&](auto&... items) { file.items(items...); });
 }
 
+// Method and number form of a word in one integer: 0 is that of files that do not say it.
+std::int32_t word_code(const WordLength& word) {
+    return 2 * (static_cast<int>(word.number_form) - 1) + static_cast<int>(word.method) - 1;
+}
+void take_word_code(std::int32_t code, WordLength& word) {
+    word.method = static_cast<WordMethod>((code & 1) + 1);
+    word.number_form = static_cast<NumberForm>((code >> 1) + 1);
+}
+
 // Records 1 to 7.
 template <class File, class Filter, class Title>
 void first_records(File& file, Filter& f, Title& title) {
     FilterType kind = number_of(f.kind);
-    std::int32_t none = 0;
+    std::int32_t none = 0, word = word_code(f.word);
     file.record(f.T, title);
     file.begin();
     root_block(file, f);
@@ -184,19 +193,22 @@ void first_records(File& file, Filter& f, Title& title) {
     file.begin();
     parallel_block(file, f);
     polynomial_counts(file, f);
-    file.items(none, f.parallel.NPAR);
+    file.items(word, f.parallel.NPAR);
     file.end();
     file.begin();
     file.items(f.allpass.LARR, f.allpass.ALLPASS_OK);
     allpass_tables(file, f);
     file.items(none);
     file.end();
-    if constexpr (File::reads) f.kind = kind_of(kind);
+    if constexpr (File::reads) {
+        f.kind = kind_of(kind);
+        take_word_code(word, f.word);
+    }
 }
 
 template <class File, class Filter, class Mark>
 void last_record(File& file, Filter& f, Mark& stored_mark) {
-    file.record(stored_mark, f.fs, f.Modified, f.bits, f.designed, f.spec, f.background, f.asked);
+    file.record(stored_mark, f.fs, f.Modified, f.word.bits, f.designed, f.spec, f.background, f.asked);
 }
 
 template <class File, class Filter, class Title>
@@ -215,7 +227,7 @@ void snapshot_records(File& file, Filter& f, Title& title) {
     file.end();
     file.begin();
     file.items(title, f.fs, f.T, f.FLO, f.FHI, f.kind, f.FilterTypeText, f.z_transform, f.spectral, f.converted);
-    file.items(f.Modified, f.bits, f.cascade.CK, f.allpass.LARR);
+    file.items(f.Modified, f.word, f.cascade.CK, f.allpass.LARR);
     file.items(f.designed, f.spec, f.transfer, f.background, f.asked);
     file.end();
 }
@@ -240,9 +252,15 @@ void settle(IirFilter& filter) {
 void leave_design(IirFilter& filter) {
     filter.fs = 1 / filter.T;
     filter.transfer = {};
+    filter.word = {.bits = unquantised_bits};
 }
 
 bool sound_chains(const IirFilter& filter);
+
+bool sound_word(const WordLength& word) {
+    const int code = word_code(word);
+    return word.bits >= 1 && word.bits <= unquantised_bits && code >= 0 && code <= 3;
+}
 
 bool sound(const IirFilter& filter) {
     const DigitalRoots& roots = filter.roots;
@@ -251,7 +269,7 @@ bool sound(const IirFilter& filter) {
                          filter.spectral >= SpectralKind::none && filter.spectral <= SpectralKind::to_bandreject;
     const bool counts = counts_fit(filter) && roots.NZ <= iir_root_limit && roots.NP <= iir_root_limit &&
                         (lattice.JT == 0 ? lattice.JM == 0 : lattice.JM == lattice.JT - 1);
-    return choices && counts && filter.bits >= 1 && filter.bits <= unquantised_bits && sound_spec(filter.spec) &&
+    return choices && counts && sound_word(filter.word) && sound_spec(filter.spec) &&
            sound_spec(filter.background.request) && sound_chains(filter);
 }
 

@@ -70,6 +70,7 @@ Lines header_lines(const IirFilter& filter, const UnitSet& units) {
     if (filter.spectral != SpectralKind::none) {
         lines.push_back(edited<"(4X,'(obtained from digital lowpass by spectral',' transformation)')">());
     }
+    if (is_truncated(filter)) lines.push_back(edited<"(4X,'word length      : ',A)">(text_of(filter.word)));
     const auto frequency = [&](std::string label, double value) {
         label.resize(30, ' ');
         lines.emplace_back(trim_right(edited<"(4X,A,'=',A)">(label, unit_value_text(units, value, hertz))));

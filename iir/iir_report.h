@@ -12,7 +12,7 @@ namespace kavrel {
 
 using Lines = std::vector<std::string>;
 
-// What is above every table: z transform, type, sampling frequency, edges.
+// What is above every table: z transform, type, word length of a truncated filter, sampling frequency, edges.
 [[nodiscard]] Lines header_lines(const IirFilter& filter, const UnitSet& units);
 
 // The numbers of a form as its table shows them.

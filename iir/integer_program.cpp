@@ -43,11 +43,12 @@ constexpr CNumbers whole_numbers{.type = "int64_t",
 }  // namespace
 
 Refusal integer_program_refusal(const ProgramInput& input, Watcher& watcher) {
-    const int bits = input.filter.bits;
-    if (!is_truncated(input.filter)) return {"Filter is not truncated to a fixed word", dialect_field};
+    constexpr std::string_view no_fixed_word = "Filter is not truncated to a fixed word";
+    const auto [bits, method, number_form] = input.filter.word;
+    if (!is_truncated(input.filter) || number_form != NumberForm::fixed_point) return {no_fixed_word, dialect_field};
     if (bits < least_bits || bits > most_bits) return {"Word of the filter is not of 2 to 30 bits", dialect_field};
     for (const double number : numbers_of(input)) {
-        if (number != std::trunc(number)) return {"Filter is not truncated to a fixed word", dialect_field};
+        if (number != std::trunc(number)) return {no_fixed_word, dialect_field};
         if (number < Word::min() || number > Word::max()) {
             return {"A coefficient does not fit into 32 bits", dialect_field};
         }
@@ -59,7 +60,7 @@ ProgramLines integer_program(const ProgramInput& input) {
     ProgramLines lines;
     const auto tables = padded_tables(input.filter, input.form);
     add_head(input, lines);
-    add_quantiser(input.method, lines);
+    add_quantiser(input.filter.word.method, lines);
     add_text(lines, R"(
 
 void tim(int32_t x, int64_t *y, int n)
@@ -88,7 +89,7 @@ FrontWord front_word(double CK, int bits) {
 
 // All coefficients as they are to be whole numbers.
 std::vector<double> numbers_of(const ProgramInput& input) {
-    const int bits = input.filter.bits;
+    const int bits = input.filter.word.bits;
     std::vector<double> numbers;
     if (input.form == Implementation::cascade) numbers.push_back(front_word(input.filter.cascade.CK, bits).mantissa);
     if (input.form == Implementation::parallel) numbers.push_back(std::ldexp(input.filter.parallel.AO, bits));
@@ -203,7 +204,7 @@ std::optional<std::vector<double>> product_bounds(const MakeStepper& make, int b
 std::optional<std::vector<double>> product_bounds(const ProgramInput& input, Watcher& watcher) {
     using In = SummingArithmetic;
     const IirFilter& f = input.filter;
-    const auto bounds = [&](const auto& make) { return product_bounds(make, f.bits, watcher); };
+    const auto bounds = [&](const auto& make) { return product_bounds(make, f.word.bits, watcher); };
     switch (input.form) {
         case Implementation::cascade: return bounds([&](In in) { return CascadeStepper(f.cascade, in); });
         case Implementation::parallel: return bounds([&](In in) { return ParallelStepper(f.parallel, in); });
@@ -223,7 +224,7 @@ Refusal bound_refusal(const ProgramInput& input, Watcher& watcher) {
     double sum = 0;
     for (const double bound : bounds.value_or(std::vector<double>())) {
         fits = fits && bound <= most_product;
-        sum += std::ldexp(bound, -input.filter.bits);
+        sum += std::ldexp(bound, -input.filter.word.bits);
     }
     return fits && sum <= most_product ? Refusal() : Refusal("A product may pass 2**62", dialect_field);
 }
@@ -232,12 +233,12 @@ Refusal bound_refusal(const ProgramInput& input, Watcher& watcher) {
 
 void add_head(const ProgramInput& input, ProgramLines& lines) {
     lines.push_back("/* " + c_comment(input.title));
-    lines.push_back(fmt::format("   {}; all numbers are values times 2^{}", form_text(input), input.filter.bits));
+    lines.push_back(fmt::format("   {}; all numbers are values times 2^{}", form_text(input), input.filter.word.bits));
     add_text(lines, R"(
 
    tim(x, &y, n) with n = 1 resets the filter; y stays as it is. Each sample x, with n = 2, 3, ..., gives y.
 )");
-    const long long full_scale = 1LL << input.filter.bits;
+    const long long full_scale = 1LL << input.filter.word.bits;
     lines.push_back(fmt::format("   With x from {} to {}, full scale, nothing overflows. */", -full_scale, full_scale));
     add_text(lines, R"(
 
@@ -264,7 +265,7 @@ static int64_t trun(int64_t p, int shift)
 }
 
 void add_coefficients(const ProgramInput& input, const std::vector<CoefficientTable>& tables, ProgramLines& lines) {
-    const int bits = input.filter.bits;
+    const int bits = input.filter.word.bits;
     const auto whole = [](double number) { return fmt::format("{}", whole_part<std::int32_t>(number)); };
     lines.push_back(fmt::format("    enum {{ ibt = {} }};", bits));
     if (input.form == Implementation::cascade) {

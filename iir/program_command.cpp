@@ -21,7 +21,6 @@ void write_program(IirDesk& desk) {
     ProgramInput input{.filter = desk.filter,
                        .form = row.is_of_cascade() ? Implementation::cascade : request.programmed,
                        .difference = is_difference(request.program_output, desk.filter.kind),
-                       .method = request.truncated_to.method,
                        .title = desk.session.TITLE.trimmed()};
     if (!is_available(desk.filter, input.form))
         return refuse(desk, Refusal(no_such_form(input.form), "implementation"));

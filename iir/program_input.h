@@ -14,7 +14,6 @@ struct ProgramInput {
     const IirFilter& filter;
     Implementation form = Implementation::cascade;  // one that is there
     bool difference = false;                        // of a differential allpass the difference, not the sum
-    WordMethod method = WordMethod::round;          // of the word that the filter was truncated to
     std::string_view title = {};
     std::string_view name = {};  // of the file, without folder and extension
 };

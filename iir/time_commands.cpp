@@ -68,8 +68,7 @@ void report_rows_left_out(IirDesk& desk, long long asked) {
 void report_word(IirDesk& desk, double largest_state) {
     const WordLength& word = desk.command.simulated_word;
     if (!word.quantises()) return;
-    desk.reporter.report_line(edited<"(' Time response in words of ',I0,' bits, ',A,', ',A)">(
-        word.bits, name_of(word.number_form), name_of(word.method)));
+    desk.reporter.report_line(" Time response in words of " + text_of(word));
     const double steps = std::ldexp(largest_state, word.bits);
     if (word.number_form != NumberForm::fixed_point || steps < 0x1p31) return;
     desk.reporter.report_line(edited<"(' Overflow: a state reaches',1P,E10.3,' steps of the word')">(steps));

@@ -27,7 +27,8 @@ Refusal truncateFilter(IirFilter& filter, const IirRequest& request, const UnitS
 }
 
 Refusal truncate_to(IirFilter& filter, const WordLength& word) {
-    filter.LastBits = filter.bits = word.bits;
+    filter.word = word;
+    filter.LastBits = word.bits;
     quantise_form(filter, Implementation::parallel, word);
     if (filter.roots.NP == 0) return {};
     const CascadeForm before = filter.cascade;

@@ -2,9 +2,13 @@
 #pragma once
 
 #include <array>
+#include <string>
 #include <string_view>
 
+#include <fmt/format.h>
+
 #include "shell/field_table.h"
+#include "shell/fields.h"
 
 namespace kavrel {
 
@@ -24,12 +28,24 @@ struct WordLength {
     [[nodiscard]] constexpr bool quantises() const { return bits > 0 && bits < unquantised_bits; }
     friend bool operator==(const WordLength&, const WordLength&) = default;
 };
+template <ListedAs<WordLength> Record, class Visit>
+constexpr void fields_of(Record& word, Visit&& visit) {
+    visit("bits", word.bits);
+    visit("method", word.method);
+    visit("number_form", word.number_form);
+}
+static_assert(lists_each_field<WordLength>);
 
 [[nodiscard]] constexpr std::string_view name_of(WordMethod method) {
     return method == WordMethod::round ? "round" : "truncate";
 }
 [[nodiscard]] constexpr std::string_view name_of(NumberForm form) {
     return form == NumberForm::floating_point ? "floating point" : "fixed point";
+}
+
+// "12 bits, fixed point, round".
+[[nodiscard]] inline std::string text_of(const WordLength& word) {
+    return fmt::format("{} bits, {}, {}", word.bits, name_of(word.number_form), name_of(word.method));
 }
 
 inline constexpr Choice word_methods[] = {{"Round", WordMethod::round}, {"Truncate", WordMethod::truncate}};

@@ -138,7 +138,10 @@ const struct {
 } refusals[] = {
     {"add ", {.c1 = 1}, "Degree is too high, factor cannot be added", [](auto& f) { f.roots.NZ = 50; }},
     {"add ", {.c1 = 1}, "There is no place for another factor", [](auto& f) { f.cascade.NNUM = 25; }},
-    {"del ", {.deleted = 1}, "not found due to truncation", [](auto& f) { f.cascade.C1N(1) += 1e-4, f.bits = 12; }},
+    {"del ",
+     {.deleted = 1},
+     "not found due to truncation",
+     [](auto& f) { f.cascade.C1N(1) += 1e-4, f.word.bits = 12; }},
     {"perm", {.permuted = FactorPlace::both, .sequence = "2 1 3"}, "Incorrect permuted sequence"},
     {"perm", {.sequence = "1"}, "Not enough factors to permute", [](auto& f) { f.cascade.NNUM = 1; }},
     {"perm", {.sequence = "1"}, "No cascade form, operation illegal", [](auto& f) { f.cascade = {}; }},

@@ -166,7 +166,7 @@ TEST(LeastWords, OfAnEllipticFilterOfDegreeSeven) {
         room.send("trun");
         EXPECT_EQ(room.boxes(), "");
         const auto& [words, of] = room.state.words.word_lengths;
-        EXPECT_TRUE(words.size() == 10 && of == fingerprint(room.filter) && room.filter.bits == truncated);
+        EXPECT_TRUE(words.size() == 10 && of == fingerprint(room.filter) && room.filter.word.bits == truncated);
         for (const LeastWord& least : words) {
             for (const auto& [form, bits] : expected) {
                 const bool fixed = least.word.number_form == NumberForm::fixed_point;

@@ -118,17 +118,12 @@ WordLength fixed_word(int ibt) {
             .number_form = NumberForm::fixed_point};
 }
 
-Program program(ProgramDialect dialect, const IirFilter& filter, Implementation form, bool difference = false,
-                WordMethod method = WordMethod::round) {
-    const ProgramInput input{.filter = filter,
-                             .form = form,
-                             .difference = difference,
-                             .method = method,
-                             .title = "100 % */ of \"it\" \\",
-                             .name = "lp"};
+Program program(ProgramDialect dialect, const IirFilter& filter, Implementation form, bool difference = false) {
+    const ProgramInput input{
+        .filter = filter, .form = form, .difference = difference, .title = "100 % */ of \"it\" \\", .name = "lp"};
     return {.source = text(dialect, input),
             .form = form,
-            .integer_bits = dialect == ProgramDialect::c_integer ? filter.bits : 0,
+            .integer_bits = dialect == ProgramDialect::c_integer ? filter.word.bits : 0,
             .truth = [filter, form, difference](const std::vector<double>& x, int ibt) {
                 const WordLength word = fixed_word(ibt);
                 return word.quantises() ? run_form(filter, form, difference, WordArithmetic(word), x)
@@ -222,7 +217,7 @@ IirFilter truncated(IirFilter f, const WordLength& word) {
         for (double& value : *t) value = quantise(value, word);
     f.parallel.AO = quantise(f.parallel.AO, word);
     f.cascade.CK = quantise(f.cascade.CK, word.bits, word.method == WordMethod::round);
-    f.bits = word.bits;
+    f.word.bits = word.bits;
     return f;
 }
 
@@ -306,10 +301,9 @@ TEST(Programs, InWholeNumbers) {
         for (const Implementation form : all_but_lattice) {
             const int ibt = random.coin() ? bits : -bits;
             const IirFilter of_word = truncated(filter, fixed_word(ibt));
-            const WordMethod method = fixed_word(ibt).method;
             EXPECT_EQ(integer_program_refusal({.filter = of_word, .form = form}, watcher).text, "")
                 << form_name(form) << bits;
-            programs.push_back(program(ProgramDialect::c_integer, of_word, form, random.coin(), method));
+            programs.push_back(program(ProgramDialect::c_integer, of_word, form, random.coin()));
             add_jobs(jobs, random, programs.size() - 1, ibt);
         }
     }
@@ -320,7 +314,7 @@ TEST(Programs, InWholeNumbers) {
 TEST(Programs, WholeNumbersRefused) {
     const auto section = [](double level, double pole, int bits) {
         IirFilter filter = factored_filter(1, level, {}, {{-pole, 0}});
-        filter.bits = bits;
+        filter.word = fixed_word(bits);
         return filter;
     };
     const std::string overflow = "A product may pass 2**62", too_long = "A coefficient does not fit into 32 bits";
@@ -348,7 +342,7 @@ TEST(Programs, WholeNumbersRefused) {
     Unwatched watcher;
     for (const auto& [filter, why] : cases) {
         EXPECT_EQ(integer_program_refusal({.filter = filter}, watcher).text, why)
-            << filter.cascade.CK << ' ' << filter.cascade.C1D(1) << ' ' << filter.bits;
+            << filter.cascade.CK << ' ' << filter.cascade.C1D(1) << ' ' << filter.word.bits;
     }
 }
 
@@ -484,7 +478,7 @@ TEST_F(ProgramCommand, WritesFilesAndRefuses) {
     const std::string done = "Success: *** done ***";
     EXPECT_EQ(boxes_of(cascade, classic, "lp"), "Error: Data is unavailable");
     filter = short_filter();
-    filter.bits = 4, filter.kind = DigitalKind::high_pass;
+    filter.word = fixed_word(-4), filter.kind = DigitalKind::high_pass;
     const struct {
         Implementation form;
         ProgramDialect dialect;
@@ -503,14 +497,13 @@ TEST_F(ProgramCommand, WritesFilesAndRefuses) {
     }
     EXPECT_NE(read_text("2 of it.h").find("\n#ifndef filter_2_of_it_H\n"), std::string::npos);
     filter.direct = {.ZNUM = {{0.5, -0.5}}, .ZDEN = {{1, 0.5}}, .JN = 2, .JD = 2};
-    command.truncated_to.method = WordMethod::truncate;
     EXPECT_EQ(boxes_of(direct, c_integer, "w"), done);
     EXPECT_NE(read_text("w.c").find("const int64_t half = 0;"), std::string::npos);
     const std::string before = read_text("w.c");
     EXPECT_EQ(boxes_of(lattice, c_integer, "w"), "Error: Dialect has no lattice form");
-    filter.bits = 50;
+    filter.word.bits = 50;
     EXPECT_EQ(boxes_of(direct, c_integer, "w"), "Error: Filter is not truncated to a fixed word");
-    filter.bits = 20, filter.direct.ZDEN(2) = 1, window.stop_at = 3;
+    filter.word.bits = 20, filter.direct.ZDEN(2) = 1, window.stop_at = 3;
     boxes_of(direct, c_integer, "w");
     EXPECT_EQ(boxes() + lines(), " **** Stopped ****\n");
     EXPECT_EQ(read_text("w.c"), before);

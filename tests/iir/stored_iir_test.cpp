@@ -30,7 +30,7 @@ IirFilter random_filter(std::mt19937& engine) {
     fields.fill(f);
     fields.settle(f.spec), fields.settle(f.background.request), fields.settle(f.transfer);
     f.kind = DigitalKind{whole(0, 5)}, f.z_transform = ZTransform{whole(1, 5)}, f.spectral = SpectralKind{whole(0, 4)};
-    f.bits = whole(1, unquantised_bits);
+    f.word = {whole(1, unquantised_bits), WordMethod{whole(1, 2)}, NumberForm{whole(1, 2)}};
     f.fs = 1e3 * whole(1, 1000), f.T = 1 / f.fs;
     f.roots.ZMULT = f.roots.PMULT = 3, f.roots.NZ = 2 * whole(0, 25), f.roots.NP = 2 * whole(0, 25);
     for (auto* list : {&f.roots.ZI, &f.roots.PI}) {
@@ -100,7 +100,7 @@ TEST(StoredIir, AFileOfSevenRecordsIsReadToo) {
     EXPECT_TRUE(f.lattice.GMTAP(4) == -0.4 && f.allpass.TB1(1) == -1.0 / 3 && f.allpass.LARR(3) == 2);
     EXPECT_TRUE(f.converted && is_there(f.allpass) && f.allpass.ALLPASS_OK);
     EXPECT_FALSE(f.designed || f.Modified || f.asked.count > 0 || f.cascade.SCALED || is_there(f.direct));
-    EXPECT_TRUE(f.transfer.poleCount == 0 && f.bits == unquantised_bits);
+    EXPECT_TRUE(f.transfer.poleCount == 0 && f.word.bits == unquantised_bits);
     // Of the first seven records all comes back but what nobody here knows: the blocks of a design, and the last count.
     std::string again = iir_records(f, title);
     again.resize(first_seven_bytes);
@@ -167,7 +167,7 @@ TEST(StoredIir, WhatNoFilterCouldBeIsRefused) {
         [](IirFilter& f) { f.spec.filterType = FilterType{7}; },
         [](IirFilter& f) { f.background.request.medium = Medium{3}; },
         [](IirFilter& f) { f.T = -1; },
-        [](IirFilter& f) { f.bits = 51; },
+        [](IirFilter& f) { f.word.bits = 51; },
         [](IirFilter& f) { f.roots.NZ = 51; },
         [](IirFilter& f) { f.lattice.JT = 5, f.lattice.JM = 5; },
         [](IirFilter& f) { f.cascade.NNUM = 25, f.cascade.SC(25) = 0; },

@@ -86,7 +86,7 @@ TEST(FormPoles, AreJudgedByTheFormsOwnCoefficients) {
         for (const auto form : forms_with_coefficients) EXPECT_EQ(is_stable(f, form), stable) << form_name(form);
         EXPECT_NEAR(roots_of_form(f, direct).QR(1), 1 + beyond, 1e-15);
 
-        f.bits = 49, f.asked.count = 1;
+        f.word.bits = 49, f.asked.count = 1;
         f.asked.rows(1) = {.from = 0, .to = 1, .loss = 1};
         Unwatched watcher;
         const RequestCheck check = check_iir(f, watcher);

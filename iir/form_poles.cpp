@@ -42,9 +42,7 @@ bool is_stable(const IirFilter& filter, Implementation form) {
                                                            : is_stable_polynomial<LongestReal>(filter.direct);
     }
     bool stable = true;
-    each_factor(filter, form, [&](long double c1, long double c2) {
-        stable = stable && std::fabs(c2) < 1 && std::fabs(c1) - 1 < c2;
-    });
+    each_factor(filter, form, [&](double c1, double c2) { stable = stable && has_poles_inside(c1, c2); });
     return stable;
 }
 

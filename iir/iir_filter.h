@@ -272,7 +272,8 @@ void rescale(CascadeForm& cascade, const ScaleFactors& SC);
 
 // Whether the roots of z^2 + c1 z + c2 are inside the unit circle.
 [[nodiscard]] constexpr bool has_poles_inside(double c1, double c2) {
-    return c2 < 1 && c2 > -1 && c1 < 1 + c2 && -c1 < 1 + c2;
+    const long double limit = 1 + static_cast<long double>(c2);
+    return c2 < 1 && c1 < limit && -c1 < limit;
 }
 
 // Numerator factor k as 1 + c1 z^-1 + c2 z^-2: what is stored, over SC(k).

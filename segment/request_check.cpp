@@ -9,6 +9,8 @@ namespace kavrel {
 
 namespace {
 
+constexpr std::size_t line_width = 80;  // of a report line; a longer one goes on in the next
+
 bool within_tolerance(const CheckRow& row);
 CheckRow settled(CheckRow row);
 std::string title_of(const CheckRow& row);
@@ -69,8 +71,12 @@ std::vector<std::string> missed_lines(const RequestCheck& check) {
         const int decimals = telling_decimals(row, row.unit.empty() ? 4 : 2);
         const std::string reached =
             std::isnan(row.reached) ? "no value found" : number_text(row, row.reached, decimals) + unit + " reached";
-        lines.push_back(fmt::format("  *** {}{}{}: {} asked, {} ***", title_of(row), band.empty() ? "" : " ", band,
-                                    number_text(row, row.asked, decimals) + unit, reached));
+        const std::string what = fmt::format("  *** {}{}{}:", title_of(row), band.empty() ? "" : " ", band);
+        const std::string values =
+            fmt::format("{} asked, {} ***", number_text(row, row.asked, decimals) + unit, reached);
+        const bool fits = what.size() + 1 + values.size() <= line_width;
+        lines.push_back(fits ? what + ' ' + values : what);
+        if (!fits) lines.push_back("      " + values);
     }
     return lines;
 }

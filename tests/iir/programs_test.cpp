@@ -217,7 +217,7 @@ IirFilter truncated(IirFilter f, const WordLength& word) {
         for (double& value : *t) value = quantise(value, word);
     f.parallel.AO = quantise(f.parallel.AO, word);
     f.cascade.CK = quantise(f.cascade.CK, word.bits, word.method == WordMethod::round);
-    f.word.bits = word.bits;
+    f.word = word;
     return f;
 }
 

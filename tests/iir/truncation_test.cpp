@@ -32,7 +32,7 @@ TEST(Truncation, BringsEveryFormToTheWordAndLeavesTheRoots) {
         expected.direct.ZNUM(filter.direct.JN) = 0.123;  // beyond the denominators
         expected.roots.ZMULT = expected.cascade.CK * 2;
         for (const double factor : filter.cascade.SC) expected.roots.ZMULT *= factor;
-        expected.bits = word.bits, expected.LastBits = word.bits, expected.Modified = true;
+        expected.word = word, expected.LastBits = word.bits, expected.Modified = true;
         room.command.truncated_to = word;
         room.send("trun");
         EXPECT_EQ(room.boxes(), "");
@@ -41,7 +41,7 @@ TEST(Truncation, BringsEveryFormToTheWordAndLeavesTheRoots) {
         room.send("undo");
         EXPECT_EQ(room.bytes(), bytes) << "one level";
         rootsFromFactors(expected);
-        expected.bits = unquantised_bits;
+        expected.word.bits = unquantised_bits;
         EXPECT_EQ(listed, root_lines(expected));
     }
 }

@@ -1,7 +1,5 @@
 #include "iir/iir_forms.h"
 
-#include <limits>
-
 #include "iir/program_dialects.h"
 #include "iir/sampled_response.h"
 #include "iir/scaling_commands.h"
@@ -122,7 +120,7 @@ void scale_rules(const R& request, FieldStates& states) {
 }
 constexpr Column factor_columns[] = {{"Scale factor"}};
 constexpr Field factor_fields[] = {list<&R::SCALE_FACTORS>("SCALE_FACTORS", "SCALE_FACTORS", factor_columns)};
-constexpr Field order_fields[] = {integer<&R::seed>("seed", "Seed", 0, std::numeric_limits<int>::max()),
+constexpr Field order_fields[] = {integer<&R::seed>("seed", "Seed", 0, highest_seed),
                                   flag<&R::apply>("apply", "Apply the best order")};
 
 // Programs.

@@ -51,6 +51,8 @@ inline constexpr std::array<Implementation, 5> forms_with_coefficients = {
     return names[static_cast<std::size_t>(form) - 1];
 }
 
+inline constexpr int highest_seed = 999'999'999;  // of a search
+
 struct IirRequest {
     // Of the z step.
     ZTransformChoice z_transform_type = ZTransformChoice::bilinear;

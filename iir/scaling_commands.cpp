@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <thread>
 
@@ -176,8 +175,7 @@ void take_cascade(IirDesk& desk, const CascadeForm& cascade) {
 // One that the form takes, so that the search can be repeated.
 std::uint32_t seed_from_clock() {
     const auto ticks = static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
-    const auto limit = static_cast<std::uint64_t>(std::numeric_limits<int>::max());
-    return static_cast<std::uint32_t>(ticks % limit + 1);
+    return static_cast<std::uint32_t>(ticks % highest_seed + 1);
 }
 
 }  // namespace

@@ -46,6 +46,8 @@ bool turn_on(FormSheet& sheet, std::size_t wanted) {
                 static_cast<void>(sheet.enter(i, random() % 2 == 0 ? "0" : "120"));
             } else if (field.kind == FieldKind::flag) {
                 static_cast<void>(sheet.enter(i, random() % 2 == 0 ? "no" : "yes"));
+            } else if (field.kind == FieldKind::integer) {
+                static_cast<void>(sheet.enter(i, std::to_string(random() % 2 == 0 ? field.low : field.high)));
             }
         }
     }

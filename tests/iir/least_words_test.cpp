@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "iir/allpass_form.h"
+#include "iir/form_response.h"
 #include "tests/iir/designed_filters.h"
 #include "tests/iir/filters.h"
 #include "tests/iir/iir_room.h"
@@ -14,65 +15,35 @@ namespace {
 
 using enum Implementation;
 
-// H at a point z^-1.
-template <int N>
-Point h_of_chain(const Table<double, N>& a1, const Table<double, N>& a2, int count, Point x) {
-    Point h = 1;
-    for (int k = 1; k <= count; ++k) {
-        h *= a2(k) == 0 ? quadratic(a1(k), 1, 0, x) : quadratic(a2(k), a1(k), 1, x);
-        h /= quadratic(1, a1(k), a2(k), x);
-    }
-    return h;
-}
-Point h_of_form(const IirFilter& f, Implementation form, Point x) {
-    const auto& [p, d, l, a] = std::tie(f.parallel, f.direct, f.lattice, f.allpass);
-    if (form == cascade) return h_of_cascade(f, x);
-    if (form == allpass) {
-        const Point sign = output_that_is_the_filter(f.kind) == AllpassOutput::sum ? 1 : -1;
-        return (h_of_chain(a.TA1, a.TA2, a.NTA, x) + sign * h_of_chain(a.TB1, a.TB2, a.NTB, x)) / Point(2);
-    }
-    Point numerator = 0, denominator = 1, power = 1;
-    if (form == parallel) {
-        numerator = p.AO;
-        for (int k = 1; k <= p.NPAR; ++k)
-            numerator += quadratic(p.AL(k), p.BE(k), 0, x) / quadratic(1, p.GA(k), p.DE(k), x);
-    } else if (form == direct) {
-        for (int i = 1; i <= std::max(d.JN, d.JD); ++i, power *= x) {
-            numerator += power * Point(d.ZNUM(i));
-            if (i > 1) denominator += power * Point(d.ZDEN(i));
-        }
-    } else {
-        numerator = l.GMTAP(1);
-        for (int i = 1; i <= l.JM; ++i) {
-            const Point late = x * power, k = l.GMMUL(i);
-            power = k * denominator + late;
-            denominator += k * late;
-            numerator += power * Point(l.GMTAP(i + 1));
-        }
-    }
-    return numerator / denominator;
-}
+struct Extremes {
+    double least = HUGE_VAL, most = -HUGE_VAL;
+};
 
-// The highest value of sign times the loss in a band: of many samples, and of parabolas through three of them.
-double highest(const IirFilter& filter, Implementation form, const IirRequestRow& row, double sign) {
+// Of the loss in a band: of many samples, and where parabolas through three of them turn.
+Extremes extremes_of(const IirFilter& filter, Implementation form, const IirRequestRow& row) {
     constexpr int samples = 100;
-    const auto value = [&](double hertz) {
-        const Point x = std::polar(1.0L, -2 * std::numbers::pi_v<long double> * hertz / filter.fs);
-        return sign * static_cast<double>(-20 * std::log10(std::abs(h_of_form(filter, form, x))));
-    };
-    std::vector<double> at, v;
-    for (int i = 0; i <= samples; ++i) {
+    std::vector<double> at, turns;
+    for (int i = 0; i <= samples; ++i)
         at.push_back(row.from + (row.to - row.from) * (1 - std::cos(std::numbers::pi * i / samples)) / 2);
-        v.push_back(value(at.back()));
-    }
-    double most = *std::ranges::max_element(v);
+    Extremes extremes;
+    const auto losses_at = [&](const std::vector<double>& hertz) {
+        std::vector<double> losses;
+        const FormResponse response = form_response(filter, form, hertz);
+        for (int i = 1; i <= response.count; ++i) {
+            losses.push_back(response.filter(i).loss);
+            extremes.least = std::min(extremes.least, losses.back());
+            extremes.most = std::max(extremes.most, losses.back());
+        }
+        return losses;
+    };
+    const std::vector<double> v = losses_at(at);
     for (std::size_t i = 1; i + 1 < v.size(); ++i) {
-        if (v[i] < v[i - 1] || v[i] < v[i + 1] || std::isinf(v[i])) continue;
         const double h1 = at[i] - at[i - 1], h2 = at[i + 1] - at[i];
         const double s1 = (v[i] - v[i - 1]) / h1, s2 = (v[i + 1] - v[i]) / h2, bend = (s2 - s1) / (h1 + h2);
-        if (bend < 0) most = std::max(most, value(at[i] - (s1 + bend * h1) / (2 * bend)));
+        if (std::isfinite(bend) && s1 * s2 < 0) turns.push_back(at[i] - (s1 + bend * h1) / (2 * bend));
     }
-    return most;
+    if (!turns.empty()) losses_at(turns);
+    return extremes;
 }
 
 bool meets(const IirFilter& filter, Implementation form) {
@@ -80,9 +51,10 @@ bool meets(const IirFilter& filter, Implementation form) {
     constexpr double trifle = 1e-6;
     for (int i = 1; i <= asked.count; ++i) {
         const IirRequestRow& row = asked.rows(i);
-        const double least = -highest(filter, form, row, -1) - asked.flat_loss;
-        if (least < (row.stopband ? row.loss - 1 - trifle * row.loss : -0.1 * row.loss - trifle)) return false;
-        if (!row.stopband && highest(filter, form, row, 1) > asked.flat_loss + 1.1 * row.loss + trifle) return false;
+        const auto [least, most] = extremes_of(filter, form, row);
+        const double lowest = row.stopband ? row.loss - 1 - trifle * row.loss : -0.1 * row.loss - trifle;
+        if (least - asked.flat_loss < lowest) return false;
+        if (!row.stopband && most > asked.flat_loss + 1.1 * row.loss + trifle) return false;
     }
     return true;
 }
@@ -90,16 +62,17 @@ bool meets(const IirFilter& filter, Implementation form) {
 // Asks for what a filter of 1 Hz reaches, in Hz of 8 kHz.
 void ask(IirFilter& filter, const std::vector<IirRequestRow>& rows) {
     IirAsked& asked = filter.asked;
-    double least = HUGE_VAL, most = -HUGE_VAL;
+    Extremes pass;
     for (const IirRequestRow& row : rows) {
         IirRequestRow& own = asked.rows(++asked.count) = row;
         own.from /= 8000, own.to /= 8000;
-        own.loss = -highest(filter, cascade, own, -1);
-        if (!row.stopband) least = std::min(least, own.loss), most = std::max(most, highest(filter, cascade, own, 1));
+        const auto [least, most] = extremes_of(filter, cascade, own);
+        own.loss = least;
+        if (!row.stopband) pass.least = std::min(pass.least, least), pass.most = std::max(pass.most, most);
     }
-    asked.flat_loss = least;
+    asked.flat_loss = pass.least;
     for (int i = 1; i <= asked.count; ++i)
-        asked.rows(i).loss = (asked.rows(i).stopband ? asked.rows(i).loss : most) - least;
+        asked.rows(i).loss = (asked.rows(i).stopband ? asked.rows(i).loss : pass.most) - pass.least;
 }
 // Of the bands of designed filters.
 const std::vector<IirRequestRow> requests[] = {{{false, 0, 1000, 0}, {true, 2000, 4000, 0}},
@@ -137,8 +110,8 @@ TEST(LeastWords, AreThoseFoundByTryingAllWords) {
                 while (least > 1 && meets(in_words(filter, {least - 1, method, found.word.number_form}), found.form))
                     --least;
                 if (least > longest_word) least = 0;
-                EXPECT_EQ(found.word.bits, least) << design.function << ' ' << band << ' ' << form_name(found.form)
-                                                  << ' ' << name_of(found.word.number_form) << ' ' << name_of(method);
+                EXPECT_EQ(found.word.bits, least) << design.function << band << form_name(found.form)
+                                                  << name_of(found.word.number_form) << name_of(method);
                 ++forms;
             }
         }

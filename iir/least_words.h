@@ -1,9 +1,9 @@
 // The least words with which the forms of a digital filter meet the request that it was designed for.
 //
 // An optimal design has nothing to spare, so a truncated one is judged with allowances: by the rows of the check, and
-// by its least loss in a flat pass band, since its level may have risen beyond that of the design. A short word may
-// meet a request by luck where a longer one misses it: the least one is that from which on all words up to 47 bits meet
-// it.
+// by its least loss in a flat pass band, since its level may have risen beyond what is asked and what the design has. A
+// short word may meet a request by luck where a longer one misses it: the least one is that from which on all words up
+// to 47 bits meet it.
 #pragma once
 
 #include <optional>

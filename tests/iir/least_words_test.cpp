@@ -159,6 +159,15 @@ TEST(LeastWords, OfAnEllipticFilterOfDegreeSeven) {
            NumberForm::fixed_point, 23);
 }
 
+TEST(LeastWords, OfAFilterWithALevelAboveTheRequest) {
+    IirFilter filter = elliptic_of_seven();
+    filter.asked.flat_loss = 0.3;
+    Unwatched watcher;
+    for (const LeastWord& least : least_words(filter, WordMethod::round, {0, 1}, watcher)) {
+        EXPECT_TRUE(least.word.bits > 9 && least.word.bits < 30) << form_name(least.form) << ' ' << least.word.bits;
+    }
+}
+
 TEST(LeastWords, LeaveAllAsItWasWhenStoppedOrWithoutAWord) {
     IirRoom room;
     room.filter = elliptic_of_seven();

@@ -232,7 +232,8 @@ void snapshot_records(File& file, Filter& f, Title& title) {
     file.end();
 }
 
-// What a file from elsewhere may leave open. A scale factor without a numerator makes one of it.
+// What a file from elsewhere may leave open. A scale factor without a numerator makes one of it. No last word is that
+// of a conversion; without one, there was no truncation.
 void settle(IirFilter& filter) {
     CascadeForm& c = filter.cascade;
     for (int k = c.NNUM + 1; k <= iir_section_limit; ++k) {
@@ -241,6 +242,7 @@ void settle(IirFilter& filter) {
         for (int i = c.NNUM + 1; i <= k; ++i) c.C1N(i) = c.C2N(i) = 0;
         c.NNUM = k;
     }
+    if (filter.LastBits == 0 && !filter.converted) filter.LastBits = unquantised_bits;
     if (filter.roots.ZMULT == 0) filter.roots.ZMULT = 1;
     if (filter.roots.PMULT == 0) filter.roots.PMULT = 1;
     if (filter.z_transform < ZTransform::impulse_invariant || filter.z_transform > ZTransform::unknown) {

@@ -31,6 +31,7 @@ IirFilter random_filter(std::mt19937& engine) {
     fields.settle(f.spec), fields.settle(f.background.request), fields.settle(f.transfer);
     f.kind = DigitalKind{whole(0, 5)}, f.z_transform = ZTransform{whole(1, 5)}, f.spectral = SpectralKind{whole(0, 4)};
     f.word = {whole(1, unquantised_bits), WordMethod{whole(1, 2)}, NumberForm{whole(1, 2)}};
+    f.converted = f.converted || f.LastBits == 0;
     f.fs = 1e3 * whole(1, 1000), f.T = 1 / f.fs;
     f.roots.ZMULT = f.roots.PMULT = 3, f.roots.NZ = 2 * whole(0, 25), f.roots.NP = 2 * whole(0, 25);
     for (auto* list : {&f.roots.ZI, &f.roots.PI}) {
@@ -108,6 +109,9 @@ TEST(StoredIir, AFileOfSevenRecordsIsReadToo) {
     again.replace(blocks, 2008, bytes, blocks, 2008);
     again.replace(last, 4, bytes, last, 4);
     EXPECT_TRUE(again == bytes);
+
+    f.converted = false, f.LastBits = 0;
+    EXPECT_TRUE(take_form<IirFilter>(iir_files, iir_records(f, title), f, title) && f.LastBits == unquantised_bits);
 }
 
 TEST(StoredIir, TruncatedAndLongerFilesAreRefused) {

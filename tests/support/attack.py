@@ -17,8 +17,9 @@ seconds = 10
 poisons = ("0", "-0", "-1", "1e-308", "1e308", "-1e308", "inf", "nan", "4e-324", "1e-150", "1e150", "-1e150", "1e-100", "1e100",
            "1e-30", "1e30", "-1e30", "1e-8", "1e8", "1e15", "1e-18", "50000", "2147483647", "-2147483648", "4294967297", "1e20")
 is_number = re.compile(r"^[-+]?[0-9.]+(e[-+]?\d+)?$")
-# What is not known is null there; so is what a check does not ask for.
-may_be_null = {"asked", "band", "level", "error", "margin", "reached"}
+# What is not known is null there; so is what a check does not ask for, a word is not found for, or has no bound.
+may_be_null = {"asked", "band", "level", "error", "margin", "reached", "passband_loss", "stopband_loss",
+               "amplitude_bound", "rms", "output_rms"}
 not_finite = re.compile(r"\b(nan|inf)\b|[= ]-?infinity\b", re.IGNORECASE)
 spoken = re.compile(r"at infinity|infinity\s*=|by infinity|through infinity|Deviation in db|Inductors:|Capacitors:|inf dB reached|^ *[0-9.E+-]+ +(\S+ +){0,5}Infinity\b", re.IGNORECASE)
 

@@ -53,14 +53,5 @@ TEST(NoiseGain, IsThatOfRoundedProducts) {
     }
 }
 
-TEST(NoiseGain, NeedsPolesInsideTheCircle) {
-    const std::pair<double, double> outside[] = {{-2, 1}, {0, 1}, {-1, 0}, {1.5, 0.5}, {0, -1}, {-1.9, 0.89}, {0, NAN}};
-    for (const auto& factor : outside) {
-        const CascadeForm cascade = factored_filter(1, 1, {}, {{0.5, 0.2}, factor}).cascade;
-        EXPECT_FALSE(noiseGain(cascade) || l_two_factors(cascade)) << factor.first << " " << factor.second;
-    }
-    EXPECT_TRUE(noiseGain(factored_filter(1, 1, {}, {{-1.9999999999999, 0.99999999999995}}).cascade)) << "just inside";
-}
-
 }  // namespace
 }  // namespace kavrel

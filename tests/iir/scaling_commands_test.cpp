@@ -115,8 +115,7 @@ TEST_F(ScalingCommands, OrderIsReportedAndApplied) {
     EXPECT_LT(roots_against_cascade(filter), 1e-14);
     EXPECT_EQ(state.words.noise_gain.of, fingerprint(filter));
     constexpr double C1D[] = {-1.7, -1.6, -1.5};
-    int k = 0;
-    for (const int denominator : order.denominator) EXPECT_EQ(c.C1D(++k), C1D[denominator - 1]);
+    for (int k = 1; k <= 3; ++k) EXPECT_EQ(c.C1D(k), C1D[order.denominator[static_cast<std::size_t>(k) - 1] - 1]);
     EXPECT_TRUE(c.C2N(c.NNUM) == 1 && order.numerator[static_cast<std::size_t>(c.NNUM) - 1] == 1) << "no 1 at the end";
     command.apply = false, command.seed = 0;
     send("ord ");

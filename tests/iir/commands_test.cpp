@@ -58,13 +58,12 @@ TEST_F(IirCommands, TimeRows) {
 
 TEST_F(IirCommands, TimeInWords) {
     filter = factored_filter(1000, 4, {}, {{-0.5, 0}});
-    for (const auto& [bits, form] : {std::pair(30, NumberForm::fixed_point),
-                                     {27, NumberForm::fixed_point},
-                                     {30, NumberForm::floating_point},
-                                     {50, NumberForm::fixed_point}}) {
+    using enum NumberForm;
+    for (const auto& [bits, form] :
+         {std::pair(30, fixed_point), {27, fixed_point}, {30, floating_point}, {50, fixed_point}}) {
         command.simulated_word = {bits, WordMethod::round, form};
         time(0, 0.01, 0);
-        const bool passes = bits == 30 && form == NumberForm::fixed_point;
+        const bool passes = bits == 30 && form == fixed_point;
         EXPECT_EQ(reported(" Overflow: a state reaches 8.586E+09 steps of the word\n"), passes) << lines();
         EXPECT_EQ(reported(" in words of "), bits < 50);
     }

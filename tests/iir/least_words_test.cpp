@@ -190,22 +190,20 @@ TEST(LeastWords, OfAFilterWithALevelAboveTheRequest) {
 }
 
 TEST(LeastWords, LeaveAllAsItWasWhenStoppedOrWithoutAWord) {
-    IirRoom room;
-    room.filter = elliptic_of_seven();
-    room.command.truncated_to.bits = 0;
-    const std::string bytes = room.bytes();
-    room.window.stop_at = 100;
-    room.send("trun");
-    EXPECT_EQ(room.lines(), std::string(stopped_line) + '\n');
-    EXPECT_TRUE(room.state.words.word_lengths.result.empty() && room.bytes() == bytes);
-
-    room.window.stop_at = -1;
-    room.filter.asked.rows(2).loss = 80;
-    const std::string asked_more = room.bytes();
-    room.send("trun");
-    EXPECT_TRUE(room.reported("cascade     floating point    none\n") && room.reported("    direct  floating point\n"));
-    EXPECT_EQ(room.bytes(), asked_more);
-    EXPECT_EQ(room.state.words.word_lengths.result.size(), 10U);
+    for (const int stop_at : {5, -1}) {
+        IirRoom room;
+        room.filter = elliptic_of_seven();
+        room.filter.asked.rows(2).loss = 80;
+        room.command.truncated_to.bits = 0;
+        room.window.stop_at = stop_at;
+        const std::string bytes = room.bytes();
+        room.send("trun");
+        EXPECT_EQ(room.bytes(), bytes);
+        EXPECT_EQ(room.lines() == std::string(stopped_line) + '\n', stop_at == 5);
+        EXPECT_EQ(room.reported("cascade     floating point    none\n"), stop_at == -1);
+        EXPECT_EQ(room.reported("    direct  floating point\n"), stop_at == -1);
+        EXPECT_EQ(room.state.words.word_lengths.result.size(), stop_at == -1 ? 10U : 0U);
+    }
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Bounds of limit cycles against all that canonical sections of short words do by themselves, and against impulse and
-// frequency response of their denominators.
+// Bounds of limit cycles against all that canonical sections of short words do by themselves, effective values against
+// the response of their denominators.
 #include "iir/limit_cycles.h"
 
 #include <map>

@@ -1,6 +1,7 @@
 #include "iir/noise_gain.h"
 
 #include "iir/section_order.h"
+#include "numeric/quantise.h"
 #include "tests/iir/scaled_cascades.h"
 
 namespace kavrel {
@@ -25,6 +26,27 @@ TEST(NoiseCore, AgreesWithLongNumbersHoweverNarrow) {
     }
 }
 
+// The output of canonical sections, denominators first.
+template <class Arithmetic>
+class CanonicalCascade {
+public:
+    CanonicalCascade(const CascadeForm& cascade, Arithmetic arithmetic) : c_(cascade), in_(arithmetic) {}
+    double step(double x) {
+        double u = in_.product(c_.CK, x);
+        for (int k = 1; k <= c_.NDEN; ++k) {
+            const double w = u - in_.product(c_.C1D(k), last_(k)) - in_.product(c_.C2D(k), before_(k));
+            u = in_.product(c_.SC(k), w) + in_.product(c_.C1N(k), last_(k)) + in_.product(c_.C2N(k), before_(k));
+            before_(k) = last_(k), last_(k) = w;
+        }
+        return u;
+    }
+
+private:
+    const CascadeForm& c_;
+    Arithmetic in_;
+    Table<double, iir_section_limit> last_, before_;  // w of each section one and two samples ago
+};
+
 // Zeros off the unit circle: on it SC(k) and C2N(k) are one number, whose two products are rounded alike.
 TEST(NoiseGain, IsThatOfRoundedProducts) {
     const WordLength word{.bits = 24, .number_form = NumberForm::fixed_point};
@@ -39,8 +61,8 @@ TEST(NoiseGain, IsThatOfRoundedProducts) {
         }
         CascadeForm scaled = filter_of(0.1, zeros, poles).cascade;
         rescale(scaled, *l_two_factors(scaled));
-        CanonicalCascade<Unquantised> exact{scaled, {}};
-        CanonicalCascade<WordArithmetic> rounded{scaled, WordArithmetic(word)};
+        CanonicalCascade exact(scaled, Unquantised{});
+        CanonicalCascade rounded(scaled, WordArithmetic(word));
         double power = 0;
         constexpr int samples = 40000;
         for (int n = 0; n < samples; ++n) {

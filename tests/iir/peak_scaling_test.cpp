@@ -24,18 +24,17 @@ double largest_level(const IirFilter& filter, const PeakChoices& choices, int k)
     };
     double largest = 0, from = 0, to = 0;
     const auto scan = [&](double centre, double width, int points) {
-        const double step = width / points, last = std::min(centre + width, band.to);
-        for (double hertz = std::max(centre - width, band.from); hertz <= last; hertz += step) {
-            if (const double level = level_at(hertz); level > largest) {
+        const double step = width / points;
+        for (int i = -points; i <= points; ++i) {
+            const double hertz = std::clamp(centre + i * step, band.from, band.to), level = level_at(hertz);
+            if (level > largest)
                 largest = level, from = std::max(hertz - step, band.from), to = std::min(hertz + step, band.to);
-            }
         }
     };
-    scan((band.from + band.to) / 2, (band.to - band.from) / 2, 1000);
-    for (int i = 1; i <= filter.roots.NP; ++i) {
-        const double width = 1 - std::hypot(filter.roots.PI(i), filter.roots.QR(i));
-        scan(std::atan2(filter.roots.PI(i), filter.roots.QR(i)) / (2 * std::numbers::pi), width, 100);
-    }
+    scan((band.from + band.to) / 2, (band.to - band.from) / 2, 500);
+    const DigitalRoots& r = filter.roots;
+    for (int i = 1; i <= r.NP; ++i)
+        scan(std::atan2(r.PI(i), r.QR(i)) / (2 * std::numbers::pi), 1 - std::hypot(r.PI(i), r.QR(i)), 100);
     return std::max(largest, peak_between(from, to, 50, level_at).value);
 }
 

@@ -1,10 +1,9 @@
-// Cascades with what is known of the noise within them, and the canonical cascade at work.
+// Cascades with what is known of the noise within them.
 #pragma once
 
 #include <fstream>
 #include <string>
 
-#include "numeric/quantise.h"
 #include "tests/iir/filters.h"
 
 namespace kavrel {
@@ -35,25 +34,5 @@ inline std::vector<NoiseCase> noise_golden() {
     }
     return cases;
 }
-
-// Denominators first; sections without a numerator or a denominator have 0 where it would be.
-template <class Arithmetic>
-struct CanonicalCascade {
-    double step(double x) {
-        double u = in.product(c.CK, x);
-        for (std::size_t i = 0; i < w.size(); ++i) {
-            const int k = static_cast<int>(i) + 1;
-            w[i] = u - in.product(c.C1D(k), last[i]) - in.product(c.C2D(k), before[i]);
-            u = in.product(c.SC(k), w[i]) + in.product(c.C1N(k), last[i]) + in.product(c.C2N(k), before[i]);
-            before[i] = last[i], last[i] = w[i];
-        }
-        return u;
-    }
-
-    CascadeForm c;
-    Arithmetic in;
-    std::vector<double> w = std::vector<double>(static_cast<std::size_t>(section_count(c)));  // [k - 1] of section k
-    std::vector<double> last = w, before = w;                                                 // one and two samples ago
-};
 
 }  // namespace kavrel

@@ -68,12 +68,10 @@ TEST_F(ScalingCommands, FactorsAreModified) {
     EXPECT_EQ(state.words.noise_gain.result, *noiseGain(c));
     send("scal");
     const auto found = c.SC;
-    const std::pair<std::vector<double>, std::string> wrong[] = {
-        {{2, 0, 4}, "Zero value not permitted"},
-        {{2, NAN, 4}, "Values are out of range"},
-        {{2, 3}, "3 factors are needed, one for each section"},
-        {{2, 3, 4, 5}, "3 factors are needed, one for each section"},
-        {{1e-150, 1e-150, 1e-150}, "Values are out of range"}};
+    const std::pair<std::vector<double>, std::string> wrong[] = {{{2, 0, 4}, "Zero value not permitted"},
+                                                                 {{2, NAN, 4}, "Values are out of range"},
+                                                                 {{2, 3}, "3 factors are needed, one for each section"},
+                                                                 {{1e-150, 1e-150, 1e-150}, "Values are out of range"}};
     for (const auto& [rows, why] : wrong) {
         scale_with(rows);
         EXPECT_EQ(boxes(), "Advice: Do you wish to modify these? | Error: " + why);
@@ -89,9 +87,6 @@ TEST_F(ScalingCommands, UnstableSectionsAreRefused) {
         EXPECT_EQ(refused("scal"), reason);
     }
     EXPECT_EQ(refused("ord "), "Error: A section is not stable, its noise has no bound");
-    rescale(filter.cascade, {{0.25, 1, 1}});
-    send("scal");
-    EXPECT_TRUE(boxes() == reason && !c.SCALED && c.SC(1) == 1);
     filter.cascade = factored_filter(1, 0, {}, {{-1.7, 0.9}}).cascade;
     EXPECT_EQ(refused("scal"), reason) << "a filter that is 0";
     filter.cascade.NDEN = 0;
@@ -101,7 +96,7 @@ TEST_F(ScalingCommands, UnstableSectionsAreRefused) {
 TEST_F(ScalingCommands, OrderIsReportedAndApplied) {
     command.seed = 5;
     refused("ord ");
-    const Lines reported = window.lines;
+    const std::string reported = lines();
     const SectionOrder order = state.words.order.result;
     EXPECT_TRUE(order.seed == 5 && order.noise_gain <= order.natural);
     EXPECT_TRUE(state.words.order.of == fingerprint(filter) && state.words.noise_gain.of == 0);
@@ -111,7 +106,7 @@ TEST_F(ScalingCommands, OrderIsReportedAndApplied) {
     window.stop_at = -1;
     command.apply = true;
     send("ord ");
-    EXPECT_TRUE(std::ranges::equal(reported, std::span(window.lines).first(reported.size()))) << "the same seed";
+    EXPECT_TRUE(lines().starts_with(reported)) << "the same seed";
     EXPECT_LT(roots_against_cascade(filter), 1e-14);
     EXPECT_EQ(state.words.noise_gain.of, fingerprint(filter));
     constexpr double C1D[] = {-1.7, -1.6, -1.5};

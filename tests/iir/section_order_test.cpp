@@ -34,12 +34,9 @@ TEST(SectionOrder, IsTheSameOnAnyNumberOfThreadsAndBetterThanTheNaturalOne) {
 // Of two sections every assignment is a start or its exchange; one has no choice.
 TEST(SectionOrder, OfFewSectionsIsTheBestThereIs) {
     const CascadeForm two = factored_filter(1, 0.01, {{0.3, 1}}, {{-1.6, 0.7}, {-1.2, 0.95}}).cascade;
-    const std::vector<int> as_it_is{1, 2}, exchanged{2, 1};
     double least = HUGE_VAL;
-    for (const auto& [n, d] :
-         {std::pair{as_it_is, as_it_is}, {as_it_is, exchanged}, {exchanged, as_it_is}, {exchanged, exchanged}}) {
-        least = std::min(least, noise_of(two, {n, d}));
-    }
+    for (const std::vector<int>& n : {std::vector{1, 2}, {2, 1}})
+        for (const std::vector<int>& d : {std::vector{1, 2}, {2, 1}}) least = std::min(least, noise_of(two, {n, d}));
     EXPECT_NEAR(noise_of(two, search_of(two, 1).rounds[14]), least, 1e-9);
     const CascadeForm one = factored_filter(1, 0.5, {{0.3, 1}}, {{-1.6, 0.7}}).cascade;
     const Lines lines = order_lines(search_of(one, 1));

@@ -40,34 +40,26 @@ TEST(Quantise, IsOfWholeSteps) {
             expect_word(std::ldexp(random.between(1, 2), random.integer(-1074, 1000)), bits);
         }
     }
-    for (const int bits : {12, -12}) {
-        EXPECT_EQ(quantise(-HUGE_VAL, bits, true), -HUGE_VAL);
-        EXPECT_TRUE(std::isnan(quantise(-Double::quiet_NaN(), bits, true)));
-    }
-    EXPECT_EQ(quantise(0.7, -2, true), 0.75);
-    EXPECT_EQ(quantise(0.2, 2, false), 0.1875);
+    for (const int bits : {12, -12})
+        EXPECT_TRUE(std::isinf(quantise(-HUGE_VAL, bits, true)) && std::isnan(quantise(NAN, bits, true)));
     EXPECT_FALSE(std::signbit(quantise(-1e-9, -12, true))) << "nothing has no sign";
 }
 
-double exact_product(double x, double y, const WordLength& word) {
-    const LongReal half = word.method == WordMethod::round ? 0.5 : 0.0;
-    const LongReal steps = floor(shifted(abs(LongReal(x) * LongReal(y)), word.bits) + half);
-    return std::copysign(1.0, x) * static_cast<double>(shifted(steps, -word.bits));  // y is above 0
-}
-
+// Of random products, and of those that a double holds as a half step, or a whole one, and that are not quite that.
 TEST(Quantise, ProductOfAFixedWordIsOfTheExactProduct) {
     RandomNumbers random(932);
     for (int n = 0; n < 40000; ++n) {
-        WordLength word{random.integer(1, 30), random.coin() ? WordMethod::round : WordMethod::truncate,
-                        NumberForm::fixed_point};
+        const WordLength word{random.integer(1, 30), WordMethod{1 + n % 2}, NumberForm::fixed_point};
         double x = random.between(-2, 2), y = random.spread(1e-9, 1e6);
-        if (n % 4 == 1) x = quantise(x, word), y = quantise(y, word);
-        if (n % 4 >= 2) {  // a product that a double holds as a half step, or a whole one, and that is not quite that
+        if (n % 8 < 4) {
             const double close = std::ldexp(1, -random.integer(20, 40)) * (random.coin() ? 1 : -1);
             x = random.integer(1, 9) * (1 + close) * (random.coin() ? 1 : -1);
-            y = std::ldexp(n % 4 == 2 ? 1 - close : 1 + close, -word.bits - random.integer(-2, 2));
+            y = std::ldexp(n % 8 < 2 ? 1 - close : 1 + close, -word.bits - random.integer(-2, 2));
         }
-        ASSERT_EQ(quantise_product(x, y, word), exact_product(x, y, word)) << x << ' ' << y << ' ' << word.bits;
+        const LongReal half = word.method == WordMethod::round ? 0.5 : 0.0;
+        const LongReal steps = floor(shifted(abs(LongReal(x) * LongReal(y)), word.bits) + half);
+        const double exact = std::copysign(static_cast<double>(shifted(steps, -word.bits)), x);
+        ASSERT_EQ(quantise_product(x, y, word), exact) << x << ' ' << y << ' ' << word.bits;
     }
     EXPECT_EQ(quantise_product(1e200, 1e200, {8, WordMethod::round, NumberForm::fixed_point}), HUGE_VAL);
 }

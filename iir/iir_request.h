@@ -51,7 +51,7 @@ inline constexpr std::array<Implementation, 5> forms_with_coefficients = {
     return names[static_cast<std::size_t>(form) - 1];
 }
 
-inline constexpr int highest_seed = 999'999'999;  // of a search
+inline constexpr int highest_seed = 99'999'999;  // of a search
 
 struct IirRequest {
     // Of the z step.

@@ -95,8 +95,8 @@ constexpr Field resample_fields[] = {
 // Word lengths.
 
 constexpr std::array<Field, 2> allowance_fields = {
-    {real<&R::passband_allowance>("passband_allowance", "Passband allowance", Unit::decibel),
-     real<&R::stopband_allowance>("stopband_allowance", "Stopband allowance", Unit::decibel)}};
+    {real<&R::passband_allowance>("passband_allowance", "Passband allowance of the least word", Unit::decibel),
+     real<&R::stopband_allowance>("stopband_allowance", "Stopband allowance of the least word", Unit::decibel)}};
 constexpr auto truncate_fields = joined(word_fields<&R::truncated_to>, allowance_fields);
 void truncate_rules(const R& request, FieldStates& states) {
     for (const Field& field : allowance_fields) states.off(field.name, request.truncated_to.bits != 0);

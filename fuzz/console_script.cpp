@@ -20,7 +20,8 @@ class Impatient final : public ConsoleWindow {
 public:
     using ConsoleWindow::ConsoleWindow;
     bool progress(std::string_view work, int, int) override {
-        constexpr std::string_view searches[] = {"Approximation", "Ladder search", "Remez exchange", "Simulation"};
+        constexpr std::string_view searches[] = {"Approximation", "Ladder search", "Remez exchange", "Simulation",
+                                                 "Least words",   "Order search",  "Program"};
         return std::ranges::find(searches, work) == std::end(searches) || ++asked_ < 200;
     }
 

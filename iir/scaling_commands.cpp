@@ -70,7 +70,7 @@ void order_sections(IirDesk& desk) {
     const std::uint32_t seed =
         desk.command.seed > 0 ? static_cast<std::uint32_t>(desk.command.seed) : seed_from_clock();
     const auto threads = static_cast<int>(std::thread::hardware_concurrency());
-    WindowWatcher watcher(desk.window, "Searching an order of the sections");
+    WindowWatcher watcher(desk.window, "Order search");
     const auto search = orderSections(filter.cascade, seed, threads, watcher);
     if (!search) return desk.reporter.report_line(stopped_line);
     if (!std::isfinite(search->natural)) return refuse(desk, "The noise is out of range");

@@ -16,21 +16,14 @@ bool is_clear(double centre, double half, std::span<const NearPole> poles);
 
 }  // namespace
 
-CirclePoint circle_point(double theta) {
-    const bool left = theta > pi / 2;
-    const double half = left ? std::cos(theta / 2) : std::sin(theta / 2);
-    return {left ? -1.0 : 1.0, (left ? 2 : -2) * half * half, std::sin(theta)};
-}
-
-double square_of(const Factor& f, const CirclePoint& at) {
-    const double real = ((at.near * f.c0 + f.c1) + at.near * f.c2) + (f.c0 + f.c2) * at.off;
-    const double imaginary = (f.c0 - f.c2) * at.sine;
+double square_of(const SectionFactor& f, const CirclePoint<double>& at) {
+    const auto [real, imaginary] = factor_at(f.c0, f.c1, f.c2, at);
     return real * real + imaginary * imaginary;
 }
 
-std::vector<NearPole> poles_of(std::span<const Factor> denominators) {
+std::vector<NearPole> poles_of(std::span<const SectionFactor> denominators) {
     std::vector<NearPole> poles;
-    for (const Factor& d : denominators) {
+    for (const SectionFactor& d : denominators) {
         const double h = -d.c1 / 2, square = h * h - d.c2;
         if (square < 0) {
             poles.push_back({std::atan2(std::sqrt(-square), h), -std::log(d.c2) / 2});
@@ -45,7 +38,7 @@ std::vector<NearPole> poles_of(std::span<const Factor> denominators) {
     return poles;
 }
 
-CircleNodes circle_nodes(std::span<const Factor> denominators) {
+CircleNodes circle_nodes(std::span<const SectionFactor> denominators) {
     constexpr double widest = pi / 4;    // so that 50 turns of numerators are followed
     constexpr double narrowest = 1e-13;  // an angle has no more digits
     const auto rule = gauss_rule<24>();
@@ -61,7 +54,7 @@ CircleNodes circle_nodes(std::span<const Factor> denominators) {
         }
         ends.pop_back();
         for (std::size_t i = 0; i < rule.at.size(); ++i) {
-            nodes.points.push_back(circle_point(centre + half * rule.at[i]));
+            nodes.points.push_back(circle_point((centre + half * rule.at[i]) / (2 * pi)));
             nodes.weights.push_back(rule.weight[i] * half / pi);
         }
     }

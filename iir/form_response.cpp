@@ -5,6 +5,7 @@
 #include <limits>
 #include <numbers>
 
+#include "iir/circle_point.h"
 #include "numeric/complex.h"
 #include "numeric/lanes.h"
 
@@ -13,16 +14,6 @@ namespace kavrel {
 namespace {
 
 using Lanes = LanesOf<double>::Type;
-
-// A point of the circle. The cosine is near + off, `near` the closer one of 1 and -1: `off` has all its digits.
-template <class Real>
-struct Place {
-    Real near, off, sine, half_cosine, half_sine;
-
-    [[nodiscard]] Real cosine() const { return near + off; }
-    [[nodiscard]] Complex<Real> w() const { return {cosine(), -sine}; }
-    [[nodiscard]] Complex<Real> z() const { return {cosine(), sine}; }
-};
 
 // What a form answers at a place: H over the constants that all places share (`Constants`). Shares are what is left of
 // numerator and denominator where terms cancel, squared: 1 where nothing does.
@@ -60,7 +51,7 @@ Real square(Complex<Real> z) {
 // a0 + a1 w + a2 w^2 = w G, over a power of two.
 struct Factor {
     double a0, a1, a2;
-    double sum, difference;
+    double difference;
     double at_root = 0;  // where a real root is on the circle: what its delay is short of one sample
     int exponent = 0;
 };
@@ -72,22 +63,20 @@ struct FactorValue {
 };
 
 Factor factor_of(double a0, double a1, double a2) {
-    Factor f{a0, a1, a2, 0, 0};
+    Factor f{a0, a1, a2, 0};
     std::frexp(std::max({std::fabs(a0), std::fabs(a1), std::fabs(a2)}), &f.exponent);
     for (double* a : {&f.a0, &f.a1, &f.a2}) *a = std::ldexp(*a, -f.exponent);
-    f.sum = f.a0 + f.a2;
     f.difference = f.a0 - f.a2;
     // (1 -+ w)(1 -+ b w) at w = +-1.
     if (f.difference != 0 && f.a0 != 0) f.at_root = 0.5 + f.a2 / f.difference;
     return f;
 }
 
-// Where roots crowd at 1 or -1 the sums of the first line are exact.
 template <class Real>
-FactorValue<Real> value_at(const Factor& f, const Place<Real>& at) {
-    const Real beside = (at.near * f.a0 + f.a1) + at.near * f.a2;
+FactorValue<Real> value_at(const Factor& f, const CirclePoint<Real>& at) {
+    const Real beside = beside_point(f.a0, f.a1, f.a2, at);
     FactorValue<Real> value;
-    value.g = {beside + f.sum * at.off, f.difference * at.sine};
+    value.g = factor_at(f.a0, f.a1, f.a2, at);
     value.square = square(value.g);
     value.slope = f.difference * (at.near * beside + f.a1 * at.off);
     return value;
@@ -111,7 +100,7 @@ struct CascadeResponse {
         constants = {.decibel = 20 * std::log10(2.0) * exponent, .lag = static_cast<double>(form.NNUM - form.NDEN)};
     }
     template <class Real>
-    [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
+    [[nodiscard]] Answer<Real> at(const CirclePoint<Real>& at) const {
         Answer<Real> answer{.h = {Real{} + front, Real{}}};
         for (int k = 1; k <= sections; ++k) {
             if (k <= numerator_count) {
@@ -144,7 +133,7 @@ struct ParallelResponse {
         }
     }
     template <class Real>
-    [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
+    [[nodiscard]] Answer<Real> at(const CirclePoint<Real>& at) const {
         Answer<Real> answer{.h = {Real{} + form.AO, Real{}}};
         Real terms = Real{} + (form.AO * form.AO + tiny);
         for (int k = 1; k <= form.NPAR; ++k) {  // (AL + BE w)/(w G)
@@ -222,7 +211,7 @@ struct DirectResponse {
         constants.turned = 0.5 * degree;
     }
     template <class Real>
-    [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
+    [[nodiscard]] Answer<Real> at(const CirclePoint<Real>& at) const {
         const auto& n_terms = numerator.terms<Real>();
         const auto& d_terms = denominator.terms<Real>();
         const bool odd = degree % 2 != 0;
@@ -265,7 +254,7 @@ struct LatticeResponse {
         numerator_bound = sum, denominator_bound = growth;
     }
     template <class Real>
-    [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
+    [[nodiscard]] Answer<Real> at(const CirclePoint<Real>& at) const {
         const Complex<Real> w = at.w();
         Complex<Real> f{Real{} + 1.0, Real{}}, g = f, df{}, dg{}, n{}, dn{};
         for (int i = 1; i <= form.JT; ++i) {
@@ -302,7 +291,7 @@ struct AllpassResponse {
         for (int k = 1; k <= form.NTB; ++k) second.factors(++second.count) = factor_of(1.0, form.TB1(k), form.TB2(k));
     }
     template <class Real>
-    [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
+    [[nodiscard]] Answer<Real> at(const CirclePoint<Real>& at) const {
         Real delay{};
         const auto a = through(first, at, delay), b = through(second, at, delay);
         const Complex<Real> sum{0.5 * (a.re + b.re), 0.5 * (a.im + b.im)};
@@ -320,7 +309,7 @@ struct AllpassResponse {
         int count = 0;
     };
     template <class Real>
-    static Complex<Real> through(const Chain& chain, const Place<Real>& at, Real& delay) {
+    static Complex<Real> through(const Chain& chain, const CirclePoint<Real>& at, Real& delay) {
         Complex<Real> product{Real{} + 1.0, Real{}};
         for (int k = 1; k <= chain.count; ++k) {
             const auto d = value_at(chain.factors(k), at);
@@ -372,7 +361,7 @@ struct ModesResponse {
     }
 
     template <class Real>
-    [[nodiscard]] Answer<Real> at(const Place<Real>& at) const {
+    [[nodiscard]] Answer<Real> at(const CirclePoint<Real>& at) const {
         Answer<Real> answer{.h = {Real{} + level, Real{}}};
         for (int i = 1; i <= std::max(zero_count, pole_count); ++i) {
             if (i <= zero_count) {
@@ -397,7 +386,7 @@ struct ModesResponse {
         bool flat;
     };
     template <class Real>
-    static Complex<Real> factor(const Root& r, const Place<Real>& at) {
+    static Complex<Real> factor(const Root& r, const CirclePoint<Real>& at) {
         return {(r.one - r.re * at.near) - r.re * at.off - r.im * at.sine, r.re * at.sine - r.im * at.cosine()};
     }
     static Lanes magnitude(Complex<Lanes> u) {
@@ -414,17 +403,18 @@ struct ModesResponse {
 };
 
 template <class Real>
-Place<Real> place_at(double hertz, double fs);
-Place<Lanes> places_at(double hertz0, double hertz1, double fs);
+CirclePoint<Real> place_at(double hertz, double fs);
+CirclePoint<Lanes> places_at(double hertz0, double hertz1, double fs);
 ResponsePoint point_of(double re, double im, double delay, const Constants& constants, double turns, double fs);
 template <class Form>
 void respond(const Form& form, const IirFilter& filter, std::span<const double> hertz, FormResponse& response);
-void settle_zeros(const DigitalRoots& roots, const Place<long double>& at, double turned, Answer<long double>& answer);
+void settle_zeros(const DigitalRoots& roots, const CirclePoint<long double>& at, double turned,
+                  Answer<long double>& answer);
 struct ZerosAt {
     double delay = 0;  // samples, half a sample of each zero on the circle
     bool on_one = false;
 };
-ZerosAt zeros_at_place(const DigitalRoots& roots, const Place<long double>& at);
+ZerosAt zeros_at_place(const DigitalRoots& roots, const CirclePoint<long double>& at);
 template <class Form>
 double loss_at(const Form& form, double hertz, double fs);
 
@@ -503,7 +493,8 @@ void respond(const Form& form, const IirFilter& filter, std::span<const double> 
 
 // Where nothing is left of a sum, the roots say whether the place is on a zero, and what delay zeros have there. Those
 // of the other output nobody knows.
-void settle_zeros(const DigitalRoots& roots, const Place<long double>& at, double turned, Answer<long double>& answer) {
+void settle_zeros(const DigitalRoots& roots, const CirclePoint<long double>& at, double turned,
+                  Answer<long double>& answer) {
     if (answer.other_share < nothing_left) answer.other = {};
     if (!(answer.numerator_share < nothing_left)) return;
     const ZerosAt zeros = zeros_at_place(roots, at);
@@ -511,7 +502,7 @@ void settle_zeros(const DigitalRoots& roots, const Place<long double>& at, doubl
     if (answer.zero_delay != 0) answer.zero_delay = zeros.delay - turned;
 }
 
-ZerosAt zeros_at_place(const DigitalRoots& roots, const Place<long double>& at) {
+ZerosAt zeros_at_place(const DigitalRoots& roots, const CirclePoint<long double>& at) {
     constexpr double close = 1e-30;  // 1e-15, squared
     ZerosAt zeros;
     for (int i = 1; i <= roots.NZ; ++i) {
@@ -525,20 +516,11 @@ ZerosAt zeros_at_place(const DigitalRoots& roots, const Place<long double>& at) 
 }
 
 template <class Real>
-Place<Real> place_at(double hertz, double fs) {
-    constexpr Real pi = std::numbers::pi_v<Real>;
-    const Real turns = static_cast<Real>(hertz) / static_cast<Real>(fs);
-    const Real x = turns - std::round(turns);  // theta = 2 pi x, |x| <= 1/2
-    if (std::fabs(x) <= Real{0.25}) {
-        const Real sine = std::sin(pi * x), cosine = std::cos(pi * x);
-        return {1, -2 * sine * sine, 2 * sine * cosine, cosine, sine};
-    }
-    const Real y = Real{0.5} - std::fabs(x), sign = std::copysign(Real{1}, x);
-    const Real sine = std::sin(pi * y), cosine = std::cos(pi * y);
-    return {-1, 2 * sine * sine, 2 * sign * sine * cosine, sine, sign * cosine};
+CirclePoint<Real> place_at(double hertz, double fs) {
+    return circle_point(static_cast<Real>(hertz) / static_cast<Real>(fs));
 }
 
-Place<Lanes> places_at(double hertz0, double hertz1, double fs) {
+CirclePoint<Lanes> places_at(double hertz0, double hertz1, double fs) {
     const auto a = place_at<double>(hertz0, fs), b = place_at<double>(hertz1, fs);
     return {Lanes{a.near, b.near}, Lanes{a.off, b.off}, Lanes{a.sine, b.sine}, Lanes{a.half_cosine, b.half_cosine},
             Lanes{a.half_sine, b.half_sine}};

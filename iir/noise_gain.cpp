@@ -6,10 +6,12 @@ namespace kavrel {
 
 namespace {
 
-Factor numerator_of(const CascadeForm& c, int k) {
-    return k <= c.NNUM ? Factor{c.SC(k), c.C1N(k), c.C2N(k)} : Factor{};
+SectionFactor numerator_of(const CascadeForm& c, int k) {
+    return k <= c.NNUM ? SectionFactor{c.SC(k), c.C1N(k), c.C2N(k)} : SectionFactor{};
 }
-Factor denominator_of(const CascadeForm& c, int k) { return k <= c.NDEN ? Factor{1, c.C1D(k), c.C2D(k)} : Factor{}; }
+SectionFactor denominator_of(const CascadeForm& c, int k) {
+    return k <= c.NDEN ? SectionFactor{1, c.C1D(k), c.C2D(k)} : SectionFactor{};
+}
 
 // Divides a row by its mean, which it answers.
 double divide_by_mean(const std::vector<double>& weights, std::vector<double>& row) {
@@ -23,15 +25,15 @@ double divide_by_mean(const std::vector<double>& weights, std::vector<double>& r
 double decibel_of(double power) { return 10 * std::log10(power); }
 
 SectionPowers::SectionPowers(const CascadeForm& cascade) : count(section_count(cascade)) {
-    std::vector<Factor> denominators;
+    std::vector<SectionFactor> denominators;
     for (int k = 1; k <= count; ++k) denominators.push_back(denominator_of(cascade, k));
     CircleNodes nodes = circle_nodes(denominators);
     weights = std::move(nodes.weights);
     for (int k = 1; k <= count; ++k) {
-        const Factor numerator = numerator_of(cascade, k), denominator = denominator_of(cascade, k);
+        const SectionFactor numerator = numerator_of(cascade, k), denominator = denominator_of(cascade, k);
         auto& n = numerators.emplace_back();
         auto& d = inverses.emplace_back();
-        for (const CirclePoint& point : nodes.points) {
+        for (const CirclePoint<double>& point : nodes.points) {
             n.push_back(square_of(numerator, point));
             d.push_back(1 / square_of(denominator, point));
         }

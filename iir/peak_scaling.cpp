@@ -46,7 +46,7 @@ ScaleFactors peaks(const IirFilter& filter, int sections, const PeakChoices& cho
     const std::vector<double> places = places_of(filter);
     const int behind = choices.denominators_first ? 1 : 0;  // the numerator that belongs to denominator k is k - behind
     const auto gain = [&](int first, int last, double theta) {
-        const CirclePoint point = circle_point(theta);
+        const auto point = circle_point(theta / (2 * std::numbers::pi));
         double square = 1;
         for (int k = first; k <= last; ++k) {
             const int n = k - behind;
@@ -79,7 +79,7 @@ std::vector<double> places_of(const IirFilter& filter) {
     };
     for (int i = 0; i + 1 < even_places; ++i) add(from + i * apart);
     places.push_back(to);
-    std::vector<Factor> denominators;
+    std::vector<SectionFactor> denominators;
     for (int k = 1; k <= c.NDEN; ++k) denominators.push_back({1, c.C1D(k), c.C2D(k)});
     for (const auto& [theta, distance] : poles_of(denominators)) {
         add(theta);

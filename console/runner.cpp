@@ -129,7 +129,7 @@ void Runner::do_line(const ScriptLine& line) {
     }
     mark_journal();
     const auto item = std::ranges::find_if(room.menu, sends_word);
-    send_command(bench_, room, word.padded(), items == 0 ? nullptr : item->form);
+    send_command(bench_, room, word.padded(), items == 0 ? form_of_word(room, word) : item->form);
 }
 
 void Runner::write_file(const std::string& name, const std::string& text) {

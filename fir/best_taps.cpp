@@ -139,15 +139,15 @@ bool take(const Workshop& shop, const ExchangeResult& result, FirTaps& taps) {
     const FirPlan& plan = taps.plan;
     FirFilter& filter = taps.filter;
     const HalfResponse H = impulse_response(plan, result.ALPHA);
-    filter.functions = 1;
     filter.NFCNS = plan.NFCNS;
     filter.NODD = plan.NODD;
     filter.NEG = plan.NEG;
-    filter.IST(1) = 1;
-    filter.IST(2) = plan.NFCNS + 1;
-    filter.LENGTH(1) = plan.NFCNS;
-    filter.WORD.fill(fir_untruncated);
-    for (int i = 1; i <= plan.NFCNS; ++i) filter.X(i) = filter.COEF(i) = H(i);
+    for (int i = 1; i <= plan.NFCNS; ++i) filter.COEF(i) = H(i);
+    const FirFunction function{
+        .taps = shop.task.NFILT, .symmetry = plan.NEG == 1 ? FirSymmetry::odd : FirSymmetry::even, .asked = true};
+    filter.functions = 0;
+    static_cast<void>(
+        add_function(filter, function, std::span(filter.COEF.cells).first(static_cast<std::size_t>(plan.NFCNS))));
     taps.iterations = result.iterations;
     taps.taps_used = shop.task.NFILT;
     taps.leveled = result.DEV;

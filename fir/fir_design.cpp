@@ -36,7 +36,7 @@ void fill_figures(FirDraft& draft);
 
 }  // namespace
 
-FirDesignVerdict remez_design(FirDesk& desk) {
+FirDesignVerdict remez_design(FirDesk& desk, FirFilter& made) {
     FirRequest& request = desk.request;
     const auto refuse = [&](std::string_view text) {
         desk.reporter.message(text, "Error");
@@ -65,14 +65,14 @@ FirDesignVerdict remez_design(FirDesk& desk) {
     if (!draft->taps.optimal) report_failure_to_converge(draft->taps.iterations, desk.reporter);
 
     draft->taps.filter.sampling_frequency = sampling_frequency_of(request) * desk.session.frequency_scale;
-    desk.filter = draft->taps.filter;
-    desk.session.TITLE = "<New Filter>";
+    made = draft->taps.filter;
+    made.origin = FirOrigin::equal_ripple;
+    made.request = request;
     request.filter_length = draft->task.NFILT;
-    report_fir_design(draft->task, draft->taps, draft->figures, desk.session.TITLE.trimmed(), desk.session.units,
-                      desk.reporter);
+    report_fir_design(draft->task, draft->taps, draft->figures, new_fir_title, desk.session.units, desk.reporter);
     desk.results = {};
-    if (draft->task.NFILT <= analysis_points) static_cast<void>(fir_time_response(desk.filter, 1, desk.results));
-    desk.results.TITLE = desk.session.TITLE.trimmed();
+    if (draft->task.NFILT <= analysis_points) static_cast<void>(fir_time_response(made, 1, desk.results));
+    desk.results.TITLE = new_fir_title;
     return FirDesignVerdict::designed;
 }
 

@@ -17,10 +17,12 @@ enum class FirDesignVerdict {
     unbuilt,  // the design method has no routine
 };
 
-// Designs what `request` asks for: report, filter, title, and impulse and step response as time results when the filter
-// has no more than 501 taps. A length that was asked as 0 is put into the request. Unless designed, filter, title and
-// results stay as they were.
-[[nodiscard]] FirDesignVerdict remez_design(FirDesk& desk);
+inline constexpr std::string_view new_fir_title = "<New Filter>";
+
+// Designs what the desk's request asks for: report, filter, and impulse and step response as time results when the
+// filter has no more than 501 taps. A length that was asked as 0 is put into the request. The filter is `made`, not the
+// desk's; unless designed, it and the results stay as they were.
+[[nodiscard]] FirDesignVerdict remez_design(FirDesk& desk, FirFilter& made);
 
 // Taps that a low pass needs: pass band ripple and stopband loss in dB, transition width over the sampling frequency.
 // Not limited, and not finite where the ripples or the width make no sense.

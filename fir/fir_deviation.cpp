@@ -17,6 +17,7 @@ constexpr double least_frequency = 1e-9;
 constexpr int least_steps = 16;    // of a piece, however short
 constexpr int points_per_tap = 8;  // over 0 to 0.5: 16 for each extremum amid a band
 
+double level_of(const FirFilter& filter, int function);
 double amplitude(const FirFilter& filter, int function, double f);
 template <class Value>
 Peak<double> highest_in_piece(double low, double high, const FirFilter& filter, int function, const Value& value);
@@ -25,8 +26,12 @@ std::vector<double> piece_ends(const FirTask& task, int band);
 }  // namespace
 
 FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int function, int band) {
+    const bool in_magnitude = filter.FUNCTION(function).symmetry == FirSymmetry::none;
+    const double level = level_of(filter, function);
     const auto weighted = [&](double f) {
-        return weight(task, f, band) * std::abs(amplitude(filter, function, f) - desired(task, f, band));
+        const double asked = desired(task, f, band);
+        const double off = amplitude(filter, function, f) / level - (in_magnitude ? std::abs(asked) : asked);
+        return weight(task, f, band) * std::abs(off);
     };
     const std::vector<double> ends = piece_ends(task, band);
     FirDeviation largest;
@@ -50,7 +55,8 @@ FirDeviation largest_deviation(const FirTask& task, const FirFilter& filter, int
 }
 
 double largest_outside_gain(const FirTask& task, const FirFilter& filter, int function) {
-    const auto gain = [&](double f) { return std::abs(amplitude(filter, function, f)); };
+    const double level = level_of(filter, function);
+    const auto gain = [&](double f) { return std::abs(amplitude(filter, function, f)) / level; };
     double largest = -1;
     const auto search = [&](double low, double high) {
         if (!(high > low)) return;
@@ -67,10 +73,13 @@ double largest_outside_gain(const FirTask& task, const FirFilter& filter, int fu
 
 namespace {
 
+// By which the function was moved from the level that was asked.
+double level_of(const FirFilter& filter, int function) { return std::pow(10.0, filter.FUNCTION(function).gain / 20); }
+
 // Of value(f) from `low` to `high`, where the filter alone makes it rise and fall.
 template <class Value>
 Peak<double> highest_in_piece(double low, double high, const FirFilter& filter, int function, const Value& value) {
-    const int taps = fir_taps(filter.LENGTH(function), filter.NODD, filter.NEG);
+    const int taps = filter.FUNCTION(function).taps;
     // ripples crowd at the edges of a band, and so do the places
     const double ripples = (high - low) * std::numbers::pi * points_per_tap * taps;
     const int steps = std::max(least_steps, whole_part(std::ceil(ripples)));
@@ -83,21 +92,24 @@ Peak<double> highest_in_piece(double low, double high, const FirFilter& filter, 
 }
 
 // Real amplitude of a function: its response without the linear phase (and the factor j of an antisymmetric one).
-// Negative where the response is turned round.
+// Negative where the response is turned round. The magnitude where there is no symmetry.
 double amplitude(const FirFilter& filter, int function, double f) {
-    const int half = filter.LENGTH(function), innermost = filter.IST(function) + half - 1;
+    const auto stored = stored_coefficients(filter, function);
+    const FirSymmetry symmetry = filter.FUNCTION(function).symmetry;
+    const bool odd_length = filter.FUNCTION(function).taps % 2 != 0;
     const double w = 2.0 * std::numbers::pi * f;
     // the stored tap i from the innermost one lies i + offset samples off the middle
-    const double offset = filter.NODD == 0 ? 0.5 : filter.NEG == 1 ? 1.0 : 0.0;
+    const double offset = !odd_length ? 0.5 : symmetry == FirSymmetry::odd ? 1.0 : 0.0;
     const std::complex<double> step = std::polar(1.0, w);
     std::complex<double> turned = std::polar(1.0, w * offset), sum = 0.0;
-    for (int i = 0; i < half; ++i) {
-        sum += filter.X(innermost - i) * turned;
+    for (auto h = stored.rbegin(); h != stored.rend(); ++h) {
+        sum += *h * turned;
         turned = {turned.real() * step.real() - turned.imag() * step.imag(),
                   turned.real() * step.imag() + turned.imag() * step.real()};
     }
-    if (filter.NEG == 1) return 2.0 * sum.imag();
-    return 2.0 * sum.real() - (filter.NODD == 1 ? filter.X(innermost) : 0.0);
+    if (symmetry == FirSymmetry::none) return std::abs(sum);
+    if (symmetry == FirSymmetry::odd) return 2.0 * sum.imag();
+    return 2.0 * sum.real() - (odd_length ? stored.back() : 0.0);
 }
 
 // The edges of the band, the points of its shape between them, and where its weight jumps because the desired response

@@ -1,4 +1,5 @@
-// How far a linear-phase FIR filter, as its taps are, is from what was asked of it. Frequencies are in cycles per
+// How far an FIR filter, as its taps are, is from what was asked of it: a function without symmetry in magnitude, one
+// whose level was moved at that level. Frequencies are in cycles per
 // sample, 0 to 0.5. The exchange levels its deviation on a grid; here the taps are judged, between grid points, too.
 #pragma once
 

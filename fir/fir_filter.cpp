@@ -1,27 +1,98 @@
 #include "fir/fir_filter.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace kavrel {
 
-Fingerprint fingerprint(const FirFilter& filter) {
-    std::vector<double> numbers{filter.sampling_frequency};
-    for (int n = 1; n <= filter.functions; ++n) {
-        const std::vector<double> taps = full_response(filter, n);
-        numbers.insert(numbers.end(), taps.begin(), taps.end());
-    }
-    return fingerprint_of({reinterpret_cast<const char*>(numbers.data()), numbers.size() * sizeof(double)});
+namespace {
+
+constexpr double mirrored = 1e-12;  // of the peak
+
+template <class Filter>
+auto cells_of(Filter& filter, int n) {
+    const int first = filter.IST(n);
+    return std::span(filter.X.cells)
+        .subspan(static_cast<std::size_t>(first - 1), static_cast<std::size_t>(filter.IST(n + 1) - first));
+}
+bool is_mirrored(std::span<const double> taps, double sign);
+
+}  // namespace
+
+std::span<const double> stored_coefficients(const FirFilter& filter, int n) { return cells_of(filter, n); }
+std::span<double> stored_coefficients(FirFilter& filter, int n) { return cells_of(filter, n); }
+
+int free_cells(const FirFilter& filter) {
+    return filter.functions == 0 ? fir_store : fir_store + 1 - filter.IST(filter.functions + 1);
 }
 
-std::vector<double> full_response(const FirFilter& filter, int function) {
-    const int first = filter.IST(function);
-    const int half = filter.LENGTH(function);
-    const int taps = fir_taps(half, filter.NODD, filter.NEG);
-    const double sign = filter.NEG == 1 ? -1.0 : 1.0;
+bool add_function(FirFilter& filter, const FirFunction& function, std::span<const double> coefficients) {
+    const int cells = static_cast<int>(coefficients.size());
+    if (filter.functions == fir_function_limit || cells > free_cells(filter)) return false;
+    if (filter.functions == 0) filter.IST(1) = 1;
+    const int n = ++filter.functions;
+    filter.FUNCTION(n) = function;
+    filter.IST(n + 1) = filter.IST(n) + cells;
+    std::ranges::copy(coefficients, stored_coefficients(filter, n).begin());
+    return true;
+}
+
+void keep_functions(FirFilter& filter, int count) {
+    if (filter.functions <= count) return;
+    if (filter.factors.function > count) filter.factors.function = 0;
+    for (int i = filter.IST(count + 1); i < filter.IST(filter.functions + 1); ++i) filter.X(i) = 0;
+    for (int n = count + 1; n <= filter.functions; ++n) {
+        filter.FUNCTION(n) = {};
+        filter.IST(n + 1) = 0;
+    }
+    filter.functions = count;
+}
+
+std::vector<double> full_response(const FirFilter& filter, int n) {
+    const auto stored = stored_coefficients(filter, n);
+    const auto [taps, symmetry, word, gain, asked] = filter.FUNCTION(n);
     std::vector<double> response(static_cast<std::size_t>(taps), 0.0);
-    for (int i = 0; i < half; ++i) {
-        response[static_cast<std::size_t>(taps - 1 - i)] = sign * filter.X(first + i);
-        response[static_cast<std::size_t>(i)] = filter.X(first + i);
+    if (symmetry != FirSymmetry::none) {
+        const double sign = symmetry == FirSymmetry::odd ? -1.0 : 1.0;
+        std::ranges::transform(stored, response.rbegin(), [sign](double h) { return sign * h; });
+    }
+    std::ranges::copy(stored, response.begin());
+    return response;
+}
+
+FirResponse response_of(std::span<const double> taps) {
+    FirResponse response;
+    FirFunction& function = response.function;
+    function.taps = static_cast<int>(taps.size());
+    function.symmetry = is_mirrored(taps, 1)    ? FirSymmetry::even
+                        : is_mirrored(taps, -1) ? FirSymmetry::odd
+                                                : FirSymmetry::none;
+    response.coefficients.assign(taps.begin(), taps.begin() + stored_cells(function.taps, function.symmetry));
+    if (function.symmetry == FirSymmetry::none) return response;
+    const double sign = function.symmetry == FirSymmetry::odd ? -1 : 1;
+    for (std::size_t i = 0; i < response.coefficients.size(); ++i) {
+        response.coefficients[i] = (taps[i] + sign * taps[taps.size() - 1 - i]) / 2;
     }
     return response;
 }
+
+Fingerprint fingerprint(const FirFilter& filter, int n) {
+    std::vector<double> numbers = full_response(filter, n);
+    numbers.push_back(filter.sampling_frequency);
+    return fingerprint_of({reinterpret_cast<const char*>(numbers.data()), numbers.size() * sizeof(double)});
+}
+
+namespace {
+
+bool is_mirrored(std::span<const double> taps, double sign) {
+    double peak = 0;
+    for (const double h : taps) peak = std::fmax(peak, std::fabs(h));
+    for (std::size_t i = 0, j = taps.size() - 1; i < taps.size(); ++i, --j) {
+        if (!(std::fabs(taps[i] - sign * taps[j]) <= mirrored * peak)) return false;
+    }
+    return true;
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -1,36 +1,80 @@
 #include "fir/fir_json.h"
 
+#include <cmath>
+
 #include <nlohmann/json.hpp>
 
 #include "fir/fir_deviation.h"
+#include "fir/fir_rows.h"
 #include "fir/fir_task.h"
 
 namespace kavrel {
 
 using Json = nlohmann::ordered_json;
 
-Json fir_part(const FirFilter& filter, const FirRequest* request) {
+namespace {
+
+Json function_part(const FirFilter& filter, int n);
+Json factors_part(const FirFactors& factors);
+void add_deviations(Json& part, const FirFilter& filter, int n);
+
+constexpr const char* symmetries[] = {"even", "odd", "none"};
+constexpr const char* origins[] = {"given", "equal ripple", "windowed"};
+const char* name_of(FirSymmetry symmetry) { return symmetries[static_cast<int>(symmetry)]; }
+
+}  // namespace
+
+Json fir_part(const FirFilter& filter, const FirState& state) {
     if (filter.functions == 0) return {};
-    constexpr const char* symmetries[] = {"even", "odd"};
     Json functions = Json::array();
-    for (int n = 1; n <= filter.functions; ++n) {
-        Json function{{"number", n}, {"impulse", full_response(filter, n)}};
-        if (filter.WORD(n) != fir_untruncated) function["bits"] = filter.WORD(n);
-        functions.push_back(std::move(function));
-    }
-    const std::vector<double> impulse = full_response(filter, 1);
-    Json part{{"length", impulse.size()},
-              {"symmetry", symmetries[filter.NEG]},
+    for (int n = 1; n <= filter.functions; ++n) functions.push_back(function_part(filter, n));
+    Json part{{"length", filter.FUNCTION(1).taps},
+              {"symmetry", name_of(filter.FUNCTION(1).symmetry)},
+              {"method", origins[static_cast<int>(filter.origin)]},
               {"fs", filter.sampling_frequency},
-              {"impulse", impulse}};
-    FirTask task;
-    if (request != nullptr && take_task(*request, task) == nullptr) {
-        part["deviation"] = largest_deviation(task, filter, 1).weighted;
-        const double gain = largest_outside_gain(task, filter, 1);
-        if (gain >= 0) part["outside_gain"] = gain;
-    }
+              {"impulse", full_response(filter, 1)}};
+    add_deviations(part, filter, shown_function(filter, state));
     part["functions"] = std::move(functions);
+    if (filter.factors.count > 0) part["factors"] = factors_part(filter.factors);
     return part;
 }
+
+namespace {
+
+Json function_part(const FirFilter& filter, int n) {
+    const FirFunction& function = filter.FUNCTION(n);
+    const std::vector<double> impulse = full_response(filter, n);
+    double sum = 0;
+    for (const double h : impulse) sum += std::fabs(h);
+    Json part{{"number", n}, {"symmetry", name_of(function.symmetry)}, {"impulse", impulse}};
+    if (function.word.bits != fir_untruncated) part["bits"] = function.word.bits;
+    if (function.gain != 0) part["gain"] = function.gain;
+    part["sum_of_magnitudes"] = sum;
+    return part;
+}
+
+Json factors_part(const FirFactors& factors) {
+    Json quadratics = Json::array();
+    for (int k = 1; k <= factors.count; ++k) quadratics.push_back({factors.ISER(k), factors.A1(k), factors.A2(k)});
+    Json part{{"multiplier", factors.multiplier}, {"delay", factors.delay}, {"quadratics", std::move(quadratics)}};
+    if (factors.function > 0) part["function"] = factors.function;
+    return part;
+}
+
+// The largest weighted deviation of the function shown last, that of each band, and the gain outside of them.
+void add_deviations(Json& part, const FirFilter& filter, int n) {
+    FirTask task;
+    if (!has_bands(filter, n) || take_task(filter.request, task) != nullptr) return;
+    part["deviation"] = largest_deviation(task, filter, n).weighted;
+    const double gain = largest_outside_gain(task, filter, n);
+    if (gain >= 0) part["outside_gain"] = gain;
+    Json deviations = Json::array();
+    for (int band = 1; band <= task.BANDS.NBANDS; ++band) {
+        deviations.push_back(largest_deviation(task, filter, n, band).weighted / task.BANDS.WTX(band));
+    }
+    part["deviations"] = std::move(deviations);
+}
+
+}  // namespace
 
 }  // namespace kavrel

@@ -66,19 +66,20 @@ void report_fir_design(const FirTask& task, const FirTaps& taps, const FirDesign
 }
 
 void report_impulse_response(const FirFilter& filter, int function, Reporter& reporter) {
-    const int half = filter.LENGTH(function);
-    const int taps = fir_taps(half, filter.NODD, filter.NEG);
+    const auto stored = stored_coefficients(filter, function);
+    const auto [taps, symmetry, word, gain, asked] = filter.FUNCTION(function);
     const auto tap = [](int i) { return edited<"('H(',I3,')')">(i); };
-    const std::string mirrored = filter.NEG == 1 ? " = -" : " = ";
-    const auto report = [&](int i, double value) {
+    const std::string mirrored = symmetry == FirSymmetry::odd ? " = -" : " = ";
+    const auto report = [&, taps = taps, symmetry = symmetry](int i, double value) {
         std::string text = edited<"(13X,A,' = ',1P,E17.9)">(tap(i), value);
-        if (taps + 1 - i != i) text += mirrored + tap(taps + 1 - i);
+        if (symmetry != FirSymmetry::none && taps + 1 - i != i) text += mirrored + tap(taps + 1 - i);
         reporter.report_line(text);
     };
     reporter.report_line("");
     reporter.report_line(edited<"(18X,'***** Impulse response *****')">());
-    for (int i = 1; i <= half; ++i) report(i, filter.X(filter.IST(function) + i - 1));
-    if (filter.NEG == 1 && filter.NODD == 1) report(half + 1, 0.0);
+    int i = 0;
+    for (const double h : stored) report(++i, h);
+    if (symmetry == FirSymmetry::odd && taps % 2 == 1) report(++i, 0.0);
 }
 
 namespace {

@@ -16,16 +16,21 @@ double ripple_of(double deviation) {
 
 }  // namespace
 
-RequestCheck check_fir(const FirRequest& request, const FirFilter& filter, Watcher& watcher) {
+bool has_bands(const FirFilter& filter, int function) {
+    return function <= filter.functions && filter.FUNCTION(function).asked && filter.origin == FirOrigin::equal_ripple;
+}
+
+RequestCheck check_fir(const FirFilter& filter, int function, Watcher& watcher) {
     RequestCheck check;
     FirTask task;
-    if (filter.functions == 0 || take_task(request, task) != nullptr) return check;
+    const FirRequest& request = filter.request;
+    if (!has_bands(filter, function) || take_task(request, task) != nullptr) return check;
     const bool in_db = task.JTYPE == FirType::filter && request.specification_type == FirSpecification::ripple_in_db;
     for (int b = 1; b <= task.BANDS.NBANDS; ++b) {
         if (!watcher.go_on()) return {.stopped = true};
         const CheckBand band{task.BANDS.EDGE(2 * b - 1) * filter.sampling_frequency,
                              task.BANDS.EDGE(2 * b) * filter.sampling_frequency};
-        const double deviation = largest_deviation(task, filter, 1, b).weighted / task.BANDS.WTX(b);
+        const double deviation = largest_deviation(task, filter, function, b).weighted / task.BANDS.WTX(b);
         if (!in_db) {
             check.rows.push_back(shown_value("deviation", band, deviation));
         } else if (task.BANDS.FX(b) != 0.0) {

@@ -2,15 +2,17 @@
 #pragma once
 
 #include "fir/fir_filter.h"
-#include "fir/fir_request.h"
 #include "segment/request_check.h"
 #include "shell/watcher.h"
 
 namespace kavrel {
 
-// A row for each band, of the largest deviation of the taps in it: the ripple of a pass band and the loss of a stopband
-// in dB where ripples were asked for, else the deviation, relative to the desired value where that is weighed so. Asks
-// the watcher before each band.
-[[nodiscard]] RequestCheck check_fir(const FirRequest& request, const FirFilter& filter, Watcher& watcher);
+// Whether bands were asked of a function, which its deviations are those of.
+[[nodiscard]] bool has_bands(const FirFilter& filter, int function);
+
+// A row for each band of the filter's request, of the largest deviation of a function's taps in it: the ripple of a
+// pass band and the loss of a stopband in dB where ripples were asked for, else the deviation, relative to the desired
+// value where that is weighed so. Asks the watcher before each band. No rows where no bands were asked of the function.
+[[nodiscard]] RequestCheck check_fir(const FirFilter& filter, int function, Watcher& watcher);
 
 }  // namespace kavrel

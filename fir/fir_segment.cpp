@@ -1,70 +1,61 @@
 #include "fir/fir_segment.h"
 
-#include "fir/fir_report.h"
-#include "fir/fir_time_response.h"
-#include "shell/edit.h"
-#include "shell/field_table.h"
+#include "fir/command_tools.h"
+#include "fir/file_commands.h"
+#include "fir/fir_rows.h"
+#include "fir/report_commands.h"
+#include "fir/time_commands.h"
+#include "segment/result_commands.h"
 
 namespace kavrel {
 
 namespace {
 
-constexpr int ordinary_command = 1;
+constexpr CommandKeyword read_word("read");
 
-constexpr std::string_view nothing_to_show = "No function to show";
-constexpr std::string_view nothing_to_analyze = "No function to analyze";
+void read(FirDesk& desk) { read_fir_file(desk, false); }
 
-bool has_function(FirDesk& desk, std::string_view without_any);
-std::string_view cannot_show(const FirDesk& desk) { return desk.filter.functions == 0 ? nothing_to_show : ""; }
-std::string_view cannot_analyze(const FirDesk& desk) { return desk.filter.functions == 0 ? nothing_to_analyze : ""; }
-void show(FirDesk& desk);
-void time(FirDesk& desk);
+constexpr CommandTable commands({
+    Command<FirDesk>{"read", read},
+    {"show", show_function, needs_function_to_show},
+    {"time", analyse_time, needs_function_to_analyze},
+    {"trun"},
+    {"freq"},
+    {"fac "},
+    {"flip"},
+    {"prf "},
+    {"sqr "},
+    {"mult"},
+    {"scal"},
+    {"save", save_fir_file, needs_filter},
+    {"pltf"},
+    {"add "},
+    {"del "},
+    {"sto ", store_filter, needs_filter},
+    {"rcl ", recall_filter, [](const FirDesk& desk) { return cannot_recall(desk); }},
+    {"ch  "},
+    {"lbl ", change_title, needs_filter},
+    {"file"},
+    {"prog"},
+    {"ffac"},
+    {"undo", undo_edit, [](const FirDesk& desk) { return cannot_undo(desk.state.kept); }},
+    {"pri ", choose_print},
+    {"pltt"},
+    {"tabf"},
+    {"tabt"},
+    {"plpr", [](FirDesk& desk) { print_plot_window(desk); }},
+    {"clr ", clear_functions, needs_filter},
+    {"disp"},
+    {"redo", redo_edit, [](const FirDesk& desk) { return cannot_redo(desk.state.kept); }},
+    {"flat"},
+    {"min "},
+    {"rset", return_to_first, needs_filter},
+});
 
-void print(FirDesk& desk) { choose_print_mode(desk.command.printing_to, desk.reporter); }
-
-constexpr CommandTable commands({Command<FirDesk>{"read"},
-                                 {"show", show, cannot_show},
-                                 {"time", time, cannot_analyze},
-                                 {"trun"},
-                                 {"freq"},
-                                 {"fac "},
-                                 {"flip"},
-                                 {"prf "},
-                                 {"sqr "},
-                                 {"mult"},
-                                 {"scal"},
-                                 {"save"},
-                                 {"pltf"},
-                                 {"add "},
-                                 {"del "},
-                                 {"sto "},
-                                 {"rcl "},
-                                 {"ch  "},
-                                 {"lbl "},
-                                 {"file"},
-                                 {"prog"},
-                                 {"ffac"},
-                                 {"undo"},
-                                 {"pri ", print},
-                                 {"pltt"},
-                                 {"tabf"},
-                                 {"tabt"},
-                                 {"plpr"},
-                                 {"clr "},
-                                 {"disp"},
-                                 {"redo"},
-                                 {"flat"},
-                                 {"min "},
-                                 {"rset"}});
-
-constexpr Field function_fields[] = {
-    integer<&FirCommandRequest::function_number>("function_number", "Function number", 1, fir_function_limit)};
-constexpr Field print_fields[] = {print_field<&FirCommandRequest::printing_to>};
+void forget_edits(KeptState& kept);
+void report_missed(FirDesk& desk);
 
 }  // namespace
-
-constexpr Form FIR_FUNCTION_DLG = form_of<FirCommandRequest>("FIR_FUNCTION_DLG", "Function", function_fields);
-constexpr Form FIR_PRINT_DLG = form_of<FirCommandRequest>("PRINT_DLG", "Printing to", print_fields);
 
 CommandWords fir_words() { return commands.words(); }
 
@@ -73,47 +64,35 @@ std::string_view fir_hindrance(const FirDesk& desk, const CommandKeyword& word) 
 }
 
 void firSegment(FirDesk& desk) {
-    commands.run(desk, desk.session.word(SegmentId::fir));
-    desk.session.entry(SegmentId::fir) = ordinary_command;
+    int& entry = desk.session.entry(SegmentId::fir);
+    CommandKeyword& cell = desk.session.word(SegmentId::fir);
+    const bool name_given = entry == fir_entry::stored_filter;
+    const Fingerprint before = fingerprint(desk.filter);
+    const bool another = entry == fir_entry::first_call || cell == read_word;
+    entry = fir_entry::ordinary_command;
+    if (another) desk.state.shown = 1;
+    if (name_given) forget_edits(desk.state.kept);
+    if (name_given && cell == read_word) {
+        read_fir_file(desk, true);
+        cell = {};
+    } else {
+        commands.run(desk, cell);
+    }
+    desk.command.title = desk.session.TITLE;
+    if (another || fingerprint(desk.filter) != before) report_missed(desk);
 }
 
 namespace {
 
-// Whether the function that the command's form names is there; a box says so if not.
-bool has_function(FirDesk& desk, std::string_view without_any) {
-    const int n = desk.command.function_number;
-    if (desk.filter.functions == 0) {
-        desk.reporter.message(without_any, "Error");
-    } else if (n < 1 || n > desk.filter.functions) {
-        desk.reporter.message("Function does not exist", "Error");
-    } else {
-        return true;
-    }
-    return false;
+// A stored filter takes the place of another one.
+void forget_edits(KeptState& kept) {
+    kept.undoTop = kept.undoCount = 0;
+    kept.opened = false;
 }
 
-void show(FirDesk& desk) {
-    if (!has_function(desk, nothing_to_show)) return;
-    const int n = desk.command.function_number;
-    desk.reporter.report_line(" " + desk.session.TITLE.text());
-    desk.reporter.report_line(" Function number " + edit_i(n, 2) + ", length " +
-                              edit_i(fir_taps(desk.filter.LENGTH(n), desk.filter.NODD, desk.filter.NEG), 3));
-    report_impulse_response(desk.filter, n, desk.reporter);
-}
-
-void time(FirDesk& desk) {
-    if (!has_function(desk, nothing_to_analyze)) return;
-    const int n = desk.command.function_number;
-    if (!fir_time_response(desk.filter, n, desk.results)) {
-        desk.reporter.message(results_out_of_range, "Error");
-        return;
-    }
-    const int taps = fir_taps(desk.filter.LENGTH(n), desk.filter.NODD, desk.filter.NEG);
-    desk.results.TITLE = desk.session.TITLE.trimmed();
-    if (taps > desk.results.time_count) {
-        desk.reporter.report_line(" Time response: first " + edit_i(desk.results.time_count, 3) + " of " +
-                                  edit_i(taps, 3) + " samples");
-    }
+void report_missed(FirDesk& desk) {
+    WindowWatcher watcher(desk.window, check_work);
+    report_lines(desk, missed_lines(check_fir(desk.filter, shown_function(desk.filter, desk.state), watcher)));
 }
 
 }  // namespace

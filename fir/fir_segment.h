@@ -1,4 +1,4 @@
-// The FIR digital Segment: commands on a designed impulse response.
+// The FIR digital Segment: commands on an FIR filter and its functions.
 #pragma once
 
 #include "fir/fir_desk.h"
@@ -6,8 +6,12 @@
 
 namespace kavrel {
 
-extern const Form FIR_FUNCTION_DLG;  // "Function number"
-extern const Form FIR_PRINT_DLG;     // "Printing to"
+// How the Segment is entered on its next call (`Session::segment_entry`).
+namespace fir_entry {
+inline constexpr int first_call = 0;  // after a design, or with a filter from outside
+inline constexpr int ordinary_command = 1;
+inline constexpr int stored_filter = 55;  // a stored filter is recalled, with the word "read"
+}  // namespace fir_entry
 
 // The words that the Segment knows, in the order in which it looks them up.
 [[nodiscard]] CommandWords fir_words();

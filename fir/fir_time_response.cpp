@@ -12,7 +12,7 @@ bool fir_time_response(const FirFilter& filter, int function, AnalysisResult& re
     const std::vector<double> impulse = full_response(filter, function);
     AnalysisResult found;
     found.kind = AnalysisResult::Kind::time;
-    found.time_of = fingerprint(filter);
+    found.time_of = fingerprint(filter, function);
     found.has_impulse = found.has_step = found.sampled = true;
     found.time_count = static_cast<int>(std::min<std::size_t>(impulse.size(), analysis_points));
     double step = 0.0;

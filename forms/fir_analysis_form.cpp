@@ -14,7 +14,8 @@ void fir_analysis_rules(const FirAnalysisRequest& r, FieldStates& states) {
 }
 
 constexpr Choice data_kinds[] = {{"Coefficients", FirData::coefficients}, {"Quadratics", FirData::quadratics}};
-constexpr Choice symmetries[] = {{"Even", FirSymmetry::even}, {"Odd", FirSymmetry::odd}, {"None", FirSymmetry::none}};
+constexpr Choice symmetries[] = {
+    {"Even", FirSymmetryChoice::even}, {"Odd", FirSymmetryChoice::odd}, {"None", FirSymmetryChoice::none}};
 
 constexpr Column coefficient_columns[] = {{"Coefficients"}};
 constexpr Column quadratic_columns[] = {{"Linear terms"}, {"Quadratic terms"}};

@@ -9,7 +9,7 @@
 namespace kavrel {
 
 enum class FirData : int { coefficients = 1, quadratics = 2 };
-enum class FirSymmetry : int { unchosen = 0, even = 1, odd = 2, none = 3 };
+enum class FirSymmetryChoice : int { unchosen = 0, even = 1, odd = 2, none = 3 };
 
 inline constexpr int fir_coefficient_limit = 1026;
 inline constexpr int fir_quadratic_limit = 512;
@@ -17,7 +17,7 @@ inline constexpr int fir_quadratic_limit = 512;
 struct FirAnalysisRequest {
     double sampling_freq = 0.0;  // in the user's frequency unit
     FirData filter_data = FirData::coefficients;
-    FirSymmetry filter_symmetry = FirSymmetry::even;
+    FirSymmetryChoice filter_symmetry = FirSymmetryChoice::even;
     int filter_length = 0;
     FormList<fir_coefficient_limit, 1> COEFFICIENTS;
     FormList<fir_quadratic_limit, 2> FIR_ZEROS;  // factors 1 + linear z^-1 + quadratic z^-2

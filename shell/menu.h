@@ -29,6 +29,7 @@ enum class MenuAction : int {
     new_design,  // of the kind of the last one
     save_as,
     play_macro,
+    multiply_selected,
     copy,
     stop,
     help,

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "fir/fir_segment.h"
+#include "fir/fir_forms.h"
 #include "forms/analysis_form.h"
 #include "forms/delay_form.h"
 #include "forms/filter_form.h"
@@ -97,6 +97,16 @@ constexpr const Form* forms[] = {&DESIGN_FILTER_DLG,
                                  &IIR_TITLE_DLG,
                                  &IIR_PRINT_DLG,
                                  &FIR_FUNCTION_DLG,
+                                 &FIR_FREQUENCY_DLG,
+                                 &FIR_PLOT_FREQUENCY_DLG,
+                                 &FIR_PLOT_TIME_DLG,
+                                 &FIR_TRUNCATE_DLG,
+                                 &FIR_GAIN_DLG,
+                                 &FIR_ADD_DLG,
+                                 &FIR_DELETE_DLG,
+                                 &FIR_CHANGE_DLG,
+                                 &FIR_SERIAL_DLG,
+                                 &FIR_TITLE_DLG,
                                  &FIR_PRINT_DLG,
                                  &SYNTHESIS_DLG};
 

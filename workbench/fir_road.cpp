@@ -1,15 +1,19 @@
 #include "workbench/fir_road.h"
 
+#include <memory>
+
+#include "fir/command_tools.h"
 #include "fir/fir_design.h"
+#include "fir/fir_segment.h"
 #include "workbench/design_end.h"
 #include "workbench/rooms.h"
-#include "workbench/shown.h"
 
 namespace kavrel {
 
 namespace {
 
 void design_fir(Workbench& bench);
+void enter_fir(Workbench& bench, const FirFilter& filter, std::string_view title, int entry);
 
 }  // namespace
 
@@ -24,15 +28,12 @@ namespace {
 
 void design_fir(Workbench& bench) {
     FirDesk desk = fir_desk(bench);
-    const FirRequest asked = bench.fir_request;
-    switch (remez_design(desk)) {
+    const auto made = std::make_unique<FirFilter>();
+    switch (remez_design(desk, *made)) {
         case FirDesignVerdict::designed:
             bench.design = DesignOutcome::done;
-            bench.session.entry(SegmentId::fir) = 0;
-            bench.fir_designed_for = asked;
             bench.discontinued_request.reset();
-            enter_segment(bench, SegmentId::fir);
-            report_missed(bench, check_of_fir(bench));
+            enter_fir(bench, *made, new_fir_title, fir_entry::first_call);
             break;
         case FirDesignVerdict::stopped:
         case FirDesignVerdict::refused:
@@ -44,6 +45,17 @@ void design_fir(Workbench& bench) {
             break;
         case FirDesignVerdict::unbuilt: not_implemented(bench); break;
     }
+}
+
+// An undo leads back to the filter of before.
+void enter_fir(Workbench& bench, const FirFilter& filter, std::string_view title, int entry) {
+    FirDesk desk = fir_desk(bench);
+    keep_former(kept(desk));
+    bench.session.TITLE = title;
+    bench.session.filter_file = "";
+    bench.fir = filter;
+    bench.session.entry(SegmentId::fir) = entry;
+    enter_segment(bench, SegmentId::fir);
 }
 
 }  // namespace

@@ -5,6 +5,9 @@
 
 #include <fmt/format.h>
 
+#include "fir/command_tools.h"
+#include "fir/file_commands.h"
+#include "fir/fir_forms.h"
 #include "fir/fir_segment.h"
 #include "iir/command_tools.h"
 #include "iir/file_commands.h"
@@ -26,8 +29,11 @@ namespace {
 Desk desk(Workbench& bench);
 std::string_view passive_file_refusal(std::string_view name);
 std::string_view iir_file_refusal(std::string_view name);
+std::string_view fir_file_refusal(std::string_view name);
 bool circuit_is_unsaved(Workbench& bench);
 bool iir_is_unsaved(Workbench& bench);
+bool fir_is_unsaved(Workbench& bench);
+bool fir_shows(const Workbench& bench, Fingerprint source);
 
 // A routine of a Segment, at its desk.
 template <auto desk_of, auto routine>
@@ -45,6 +51,9 @@ constexpr ActionRow passive_actions[] = {{MenuAction::save_as, at_desk<passive_d
                                          {MenuAction::play_macro, at_desk<passive_desk, play_macro>}};
 
 constexpr ActionRow iir_actions[] = {{MenuAction::save_as, at_desk<iir_desk, save_iir_as>}};
+
+constexpr WordForm fir_word_forms[] = {{"sqr ", &FIR_FUNCTION_DLG}};
+constexpr ActionRow fir_actions[] = {{MenuAction::save_as, at_desk<fir_desk, save_fir_as>}};
 
 constexpr Room rooms[] = {
     {.id = SegmentId::main,
@@ -66,7 +75,7 @@ constexpr Room rooms[] = {
      .hindrance = hindrance_at<passive_desk, passive_hindrance>,
      .run = at_desk<passive_desk, passiveSegment>,
      .recall_entry = passive_entry::stored_circuit,
-     .fingerprint = [](const Workbench& bench) { return fingerprint(bench.passive); },
+     .shows = [](const Workbench& bench, Fingerprint source) { return fingerprint(bench.passive) == source; },
      .file_refusal = passive_file_refusal,
      .noun = "circuit",
      .unsaved = circuit_is_unsaved,
@@ -90,7 +99,7 @@ constexpr Room rooms[] = {
      .hindrance = hindrance_at<iir_desk, iir_hindrance>,
      .run = at_desk<iir_desk, iirSegment>,
      .recall_entry = iir_entry::stored_filter,
-     .fingerprint = [](const Workbench& bench) { return fingerprint(bench.iir); },
+     .shows = [](const Workbench& bench, Fingerprint source) { return fingerprint(bench.iir) == source; },
      .file_refusal = iir_file_refusal,
      .unsaved = iir_is_unsaved,
      .shown = shown_iir,
@@ -101,10 +110,15 @@ constexpr Room rooms[] = {
      .file_letter = 'f',
      .menu = fir_menu,
      .window_items = fir_window_items,
+     .actions = fir_actions,
      .words = fir_words,
+     .word_forms = fir_word_forms,
      .hindrance = hindrance_at<fir_desk, fir_hindrance>,
      .run = at_desk<fir_desk, firSegment>,
-     .fingerprint = [](const Workbench& bench) { return fingerprint(bench.fir); },
+     .recall_entry = fir_entry::stored_filter,
+     .shows = fir_shows,
+     .file_refusal = fir_file_refusal,
+     .unsaved = fir_is_unsaved,
      .check = check_of_fir},
     {.id = SegmentId::ladder,
      .name = "ladder",
@@ -131,6 +145,12 @@ const Room& room_of(SegmentId id) { return rooms[static_cast<std::size_t>(id)]; 
 const Room* room_of_file(char letter) {
     const auto found = std::ranges::find(rooms, letter, &Room::file_letter);
     return letter == ' ' || found == std::end(rooms) ? nullptr : &*found;
+}
+
+const Form* form_of_word(const Room& room, const CommandKeyword& word) {
+    const auto found = std::ranges::find_if(
+        room.word_forms, [&](const WordForm& row) { return CommandKeyword(row.word).padded() == word.padded(); });
+    return found == room.word_forms.end() ? nullptr : found->form;
 }
 
 const ActionRow* find_action(std::span<const ActionRow> actions, MenuAction action) {
@@ -178,11 +198,13 @@ void look_again(Workbench& bench) {
 }
 
 bool is_earlier(const Workbench& bench, Fingerprint source) {
-    const auto fingerprint_of_shown = room_of(bench.session.segment).fingerprint;
-    return source != 0 && fingerprint_of_shown != nullptr && fingerprint_of_shown(bench) != source;
+    const auto shows = room_of(bench.session.segment).shows;
+    return source != 0 && shows != nullptr && !shows(bench, source);
 }
 
-FirDesk fir_desk(Workbench& bench) { return {desk(bench), bench.fir_request, bench.fir, bench.fir_command}; }
+FirDesk fir_desk(Workbench& bench) {
+    return {desk(bench), bench.fir_request, bench.fir, bench.fir_state, bench.fir_command};
+}
 
 IirDesk iir_desk(Workbench& bench) { return {desk(bench), bench.iir, bench.iir_state, bench.iir_command}; }
 
@@ -218,6 +240,19 @@ bool iir_is_unsaved(Workbench& bench) {
     return is_unsaved(kept(desk));
 }
 
+bool fir_is_unsaved(Workbench& bench) {
+    FirDesk desk = fir_desk(bench);
+    return is_unsaved(kept(desk));
+}
+
+// Results are of one function.
+bool fir_shows(const Workbench& bench, Fingerprint source) {
+    for (int n = 1; n <= bench.fir.functions; ++n) {
+        if (fingerprint(bench.fir, n) == source) return true;
+    }
+    return false;
+}
+
 // Read for a trial, before the Segment is entered and gives up what it has.
 template <class Filter>
 std::string_view refusal_of_file(std::string_view name, StoredForms<Filter> forms) {
@@ -232,6 +267,8 @@ std::string_view passive_file_refusal(std::string_view name) {
 }
 
 std::string_view iir_file_refusal(std::string_view name) { return refusal_of_file<IirFilter>(name, iir_files); }
+
+std::string_view fir_file_refusal(std::string_view name) { return refusal_of_file<FirFilter>(name, fir_files); }
 
 }  // namespace
 

@@ -19,6 +19,12 @@ struct ActionRow {
     bool built = true;  // or does the form end in "Command not implemented", whatever is chosen
 };
 
+// A word that no menu item sends, with its form.
+struct WordForm {
+    std::string_view word;
+    const Form* form;
+};
+
 struct Room {
     SegmentId id;
     std::string_view name;   // in state files and scripts
@@ -28,16 +34,17 @@ struct Room {
     std::span<const MenuItem> window_items = {};  // of its other windows
     std::span<const ActionRow> actions = {};      // those that are its own; the others are the same in all of them
     CommandWords (*words)() = nullptr;            // of its command table
+    std::span<const WordForm> word_forms = {};
     // Why a command cannot act now, or blank.
     std::string_view (*hindrance)(Workbench& bench, const CommandKeyword& word) = nullptr;
     void (*run)(Workbench& bench) = nullptr;  // performs the command in the Segment's cell
     int recall_entry = 0;                     // entry code of "read" for a file whose name is given
-    Fingerprint (*fingerprint)(const Workbench& bench) = nullptr;       // of the filter that it shows
-    std::string_view (*file_refusal)(std::string_view name) = nullptr;  // why a stored filter is not read, or blank
-    std::string_view noun = "filter";                                   // what its filter is called in a question
-    bool (*unsaved)(Workbench& bench) = nullptr;                        // whether its filter is not saved as it is
-    Shown (*shown)(const Workbench& bench) = nullptr;                   // the design behind it
-    RequestCheck (*check)(const Workbench& bench) = nullptr;            // of what it shows against its request
+    bool (*shows)(const Workbench& bench, Fingerprint source) = nullptr;  // whether what has it is what it shows
+    std::string_view (*file_refusal)(std::string_view name) = nullptr;    // why a stored filter is not read, or blank
+    std::string_view noun = "filter";                                     // what its filter is called in a question
+    bool (*unsaved)(Workbench& bench) = nullptr;                          // whether its filter is not saved as it is
+    Shown (*shown)(const Workbench& bench) = nullptr;                     // the design behind it
+    RequestCheck (*check)(const Workbench& bench) = nullptr;              // of what it shows against its request
 
     [[nodiscard]] CommandWords commands() const { return words == nullptr ? CommandWords{} : words(); }
 };
@@ -49,6 +56,9 @@ struct Room {
 
 // What a room's action table has behind an action, or null.
 [[nodiscard]] const ActionRow* find_action(std::span<const ActionRow> actions, MenuAction action);
+
+// The form of a word that no menu item sends, or null.
+[[nodiscard]] const Form* form_of_word(const Room& room, const CommandKeyword& word);
 
 // Makes a Segment the current one: its menu and title replace those of the main window.
 void enter_segment(Workbench& bench, SegmentId id);

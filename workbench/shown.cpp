@@ -89,7 +89,7 @@ RequestCheck check_of_circuit(const Workbench& bench) {
 
 RequestCheck check_of_fir(const Workbench& bench) {
     WindowWatcher watcher(bench.window, check_work);
-    return bench.fir_designed_for ? check_fir(*bench.fir_designed_for, bench.fir, watcher) : RequestCheck{};
+    return check_fir(bench.fir, shown_function(bench.fir, bench.fir_state), watcher);
 }
 
 RequestCheck check_of_iir(const Workbench& bench) {

@@ -66,7 +66,7 @@ constexpr StatePart parts[] = {
     {"analysis", [](Bench b) { return results_part(b, AnalysisResult::Kind::frequency); }},
     {"time", [](Bench b) { return results_part(b, AnalysisResult::Kind::time); }},
     {"iir", [](Bench b) { return iir_part(b.iir, b.iir_state.words); }},
-    {"fir", [](Bench b) { return fir_part(b.fir, b.fir_designed_for ? &*b.fir_designed_for : nullptr); }},
+    {"fir", [](Bench b) { return fir_part(b.fir, b.fir_state); }},
     {"boxes", [](Bench b) { return boxes_part(b.journal); }},
     {"report", [](Bench b) -> Json { return b.journal.lines; }},
 };

@@ -63,7 +63,7 @@ struct Workbench {
 
     FirRequest fir_request;
     FirFilter fir;
-    std::optional<FirRequest> fir_designed_for;  // what the filter was asked to be
+    FirState fir_state;
     FirCommandRequest fir_command;
 
     IirFilter iir;

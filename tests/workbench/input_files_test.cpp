@@ -145,7 +145,7 @@ void fill_fir_analysis(Workbench& bench) {
     FirAnalysisRequest& r = bench.fir_analysis_request;
     r.sampling_freq = 8.0;
     r.filter_data = FirData::quadratics;
-    r.filter_symmetry = FirSymmetry::none;
+    r.filter_symmetry = FirSymmetryChoice::none;
     r.filter_length = 1026;
     fill(r.COEFFICIENTS, 1026);
     fill(r.FIR_ZEROS, 511);

@@ -1,0 +1,57 @@
+#include "fir/report_commands.h"
+
+#include "fir/command_tools.h"
+#include "fir/fir_report.h"
+#include "shell/edited.h"
+
+namespace kavrel {
+
+namespace {
+
+Refusal keep_first(FirFilter& filter, const FirCommandRequest& request, Lines& lines);
+Refusal forget_factors(FirFilter& filter, const FirCommandRequest& request, Lines& lines);
+
+}  // namespace
+
+void show_function(FirDesk& desk) {
+    if (!has_function(desk, needs_function_to_show(desk))) return;
+    const int n = desk.state.shown = desk.command.function_number;
+    desk.reporter.report_line(" " + desk.session.TITLE.text());
+    desk.reporter.report_line(edited<"(' Function number ',I2,', length ',I3)">(n, desk.filter.FUNCTION(n).taps));
+    report_impulse_response(desk.filter, n, desk.reporter);
+}
+
+void change_title(FirDesk& desk) {
+    if (const auto why = needs_filter(desk); !why.empty()) return refuse(desk, why);
+    if (desk.session.TITLE == desk.command.title) return;
+    if (!keep_for_undo(kept(desk))) return;
+    desk.session.TITLE = desk.command.title;
+    report_edit_done(desk);
+}
+
+void choose_print(FirDesk& desk) { choose_print_mode(desk.command.printing_to, desk.reporter); }
+
+void clear_functions(FirDesk& desk) {
+    if (make_edit(desk, keep_first)) desk.state.shown = 1;
+}
+
+void return_to_first(FirDesk& desk) {
+    make_edit(desk, forget_factors);
+    desk.state.shown = desk.command.function_number = 1;
+}
+
+namespace {
+
+Refusal keep_first(FirFilter& filter, const FirCommandRequest&, Lines&) {
+    keep_functions(filter, 1);
+    return {};
+}
+
+Refusal forget_factors(FirFilter& filter, const FirCommandRequest&, Lines&) {
+    filter.factors = {};
+    return {};
+}
+
+}  // namespace
+
+}  // namespace kavrel

@@ -14,6 +14,7 @@ void read_fir_file(FirDesk& desk, bool name_given) { static_cast<void>(read(kept
 void undo_edit(FirDesk& desk) { static_cast<void>(undo(kept(desk))); }
 void redo_edit(FirDesk& desk) { static_cast<void>(redo(kept(desk))); }
 void store_filter(FirDesk& desk) {
+    if (const auto why = needs_filter(desk); !why.empty()) return refuse(desk, why);
     if (store(kept(desk))) report_edit_done(desk);
 }
 void recall_filter(FirDesk& desk) { static_cast<void>(recall(kept(desk))); }

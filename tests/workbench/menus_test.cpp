@@ -298,8 +298,8 @@ TEST_F(MenuWalk, EveryFormOpensShowsItsFieldsAndCloses) {
         walk_choices(window, sheet, 0);
     }
     for (const Form* form : all_forms()) {
-        const bool needs_a_design = form == &SYNTHESIS_DLG || form == &Z_TRANSFORM_DLG ||
-                                    form == &SPECTRAL_DLG || form == &IIR_SCALE_FACTORS_DLG;
+        const bool needs_a_design = form == &SYNTHESIS_DLG || form == &Z_TRANSFORM_DLG || form == &SPECTRAL_DLG ||
+                                    form == &IIR_SCALE_FACTORS_DLG;
         EXPECT_EQ(window.opened.count(form), needs_a_design ? 0U : 1U) << form->name;
     }
 }
@@ -314,7 +314,7 @@ TEST(Hindrances, AreWhatTheCommandRefusesWith) {
             FakeWindow window;
             const auto bench = std::make_unique<Workbench>(window);
             enter_segment(*bench, segment);
-            bench->iir_command.frequency =
+            bench->iir_command.frequency = bench->fir_command.frequency =
                 bench->passive_command.frequency = {.start = 0, .end = 1000, .increment = 10};
             bench->iir_command.time = bench->passive_command.time = {.start = 0, .stop = 1, .step = 0.1};
             const std::string why(hindrance(*bench, item.id));

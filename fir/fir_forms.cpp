@@ -62,11 +62,11 @@ constexpr Form FIR_PLOT_FREQUENCY_DLG =
     form_of<R>("PLOT_FREQUENCY_DLG", "Plot of frequency domain results", plot_frequency_fields);
 constexpr Form FIR_PLOT_TIME_DLG = form_of<R>("PLOT_TIME_DLG", "Plot of time domain results", plot_time_fields);
 constexpr Form FIR_TRUNCATE_DLG =
-    form_of<R, truncate_rules, truncate_refusal>("TRUNCATE_DLG", "Truncate coefficients", truncate_fields);
-constexpr Form FIR_GAIN_DLG = form_of<R>("GAIN_DLG", "Flat gain", gain_fields);
-constexpr Form FIR_ADD_DLG = form_of<R>("ADD_DLG", "Coefficients", factor_fields);
-constexpr Form FIR_DELETE_DLG = form_of<R>("DELETE_FACTOR_DLG", "Delete a factor", serial_field);
-constexpr Form FIR_CHANGE_DLG = form_of<R>("CHANGE_FACTOR_DLG", "New coefficients", change_fields);
+    form_of<R, truncate_rules, truncate_refusal>("FIR_TRUNCATE_DLG", "Truncate coefficients", truncate_fields);
+constexpr Form FIR_GAIN_DLG = form_of<R>("FIR_GAIN_DLG", "Flat gain", gain_fields);
+constexpr Form FIR_ADD_DLG = form_of<R>("FIR_ADD_DLG", "Coefficients", factor_fields);
+constexpr Form FIR_DELETE_DLG = form_of<R>("FIR_DELETE_DLG", "Delete a factor", serial_field);
+constexpr Form FIR_CHANGE_DLG = form_of<R>("FIR_CHANGE_DLG", "New coefficients", change_fields);
 constexpr Form FIR_SERIAL_DLG = form_of<R>("FIR_SERIAL_DLG", "Serial # of factors", serial_fields);
 constexpr Form FIR_TITLE_DLG = form_of<R>("TITLE_DLG", "Title", title_fields);
 constexpr Form FIR_PRINT_DLG = form_of<R>("PRINT_DLG", "Printing to", print_fields);

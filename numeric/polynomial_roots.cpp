@@ -61,23 +61,13 @@ bool polynomial_roots(const std::vector<LongReal>& coefficients, std::vector<Num
     return complete;
 }
 
-namespace {
-
-// For each edge of the upper convex hull of (i, log |coefficient of z^i|) as many points as it is wide, on the circle
-// of its slope.
-std::vector<Complex<Wide>> starting_points(const std::vector<LongReal>& coefficients) {
-    const auto degree = coefficients.size() - 1;
-    std::vector<double> magnitude;  // of the coefficient of z^i
-    for (std::size_t power = 0; power <= degree; ++power) {
-        const LongReal& value = coefficients[degree - power];
-        magnitude.push_back(value == 0 ? -HUGE_VAL : static_cast<double>(log(abs(value))));
-    }
+std::vector<Complex<Wide>> root_starts(const std::vector<double>& logs) {
     std::vector<std::size_t> hull;
     const auto slope = [&](std::size_t from, std::size_t to) {
-        return (magnitude[to] - magnitude[from]) / static_cast<double>(to - from);
+        return (logs[to] - logs[from]) / static_cast<double>(to - from);
     };
-    for (std::size_t power = 0; power <= degree; ++power) {
-        if (magnitude[power] == -HUGE_VAL) continue;
+    for (std::size_t power = 0; power < logs.size(); ++power) {
+        if (logs[power] == -HUGE_VAL) continue;
         while (hull.size() >= 2 && slope(hull[hull.size() - 2], hull.back()) <= slope(hull.back(), power)) {
             hull.pop_back();
         }
@@ -94,6 +84,16 @@ std::vector<Complex<Wide>> starting_points(const std::vector<LongReal>& coeffici
         }
     }
     return points;
+}
+
+namespace {
+
+std::vector<Complex<Wide>> starting_points(const std::vector<LongReal>& coefficients) {
+    std::vector<double> logs;
+    for (auto c = coefficients.rbegin(); c != coefficients.rend(); ++c) {
+        logs.push_back(*c == 0 ? -HUGE_VAL : static_cast<double>(log(abs(*c))));
+    }
+    return root_starts(logs);
 }
 
 template <class Real>

@@ -13,4 +13,9 @@ namespace kavrel {
 // it starts on the circles that the convex hull of the magnitudes gives (D. A. Bini, Numer. Algorithms 13, 1996).
 [[nodiscard]] bool polynomial_roots(const std::vector<LongReal>& coefficients, std::vector<Complex<LongReal>>& roots);
 
+// Where a search for the roots of a polynomial may start: for each edge of the upper convex hull of (i, log
+// |coefficient of z^i|) as many points as it is wide, on the circle of its slope, none of them on the real axis. `logs`
+// has -infinity for a coefficient of 0, which the first and the last are not. Source: as above.
+[[nodiscard]] std::vector<Complex<Wide>> root_starts(const std::vector<double>& logs);
+
 }  // namespace kavrel

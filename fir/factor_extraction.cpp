@@ -27,7 +27,6 @@ struct WideRow {
 struct ResponseZeros {
     std::vector<Wide> real;
     std::vector<WideRow> pairs;
-    bool moved = false;  // some were put onto the circle
 };
 
 // A response without its zeros at 1 and -1, first tap first.
@@ -43,7 +42,7 @@ struct SplitZeros {
     std::vector<Wide> real;    // ascending
     std::vector<Point> upper;  // of each pair the one with the positive imaginary part
 };
-SplitZeros split(std::vector<Point> zeros, bool of_cosines);
+SplitZeros split(const std::vector<Point>& zeros, bool of_cosines);
 
 ResponseZeros zeros_of_cosines(const TapSeries& cosines, const SplitZeros& x, bool onto_circle);
 ResponseZeros zeros_of_powers(const SplitZeros& z);
@@ -55,7 +54,10 @@ struct Extraction {
     FirFactors factors;
     double missed = HUGE_VAL;
 };
-Extraction extract_by(SeriesKind kind, std::span<const double> core, const Deflated& rest, Watcher& watcher);
+void extract_by(SeriesKind kind, std::span<const double> core, const Deflated& rest, Watcher& watcher,
+                Extraction& best);
+void consider(ResponseZeros zeros, bool onto_circle, std::span<const double> core, const Deflated& rest,
+              Extraction& best);
 double relative_difference(std::span<const double> product, std::span<const double> taps);
 
 }  // namespace
@@ -72,8 +74,8 @@ ExtractionVerdict extract_factors(std::span<const double> taps, Watcher& watcher
 
     const Deflated rest = without_unit_zeros(core);
     Extraction made;
-    if (is_mirrored(core) && rest.taps.size() % 2 == 1) made = extract_by(SeriesKind::cosines, core, rest, watcher);
-    if (!(made.missed <= product_tolerance)) made = extract_by(SeriesKind::powers, core, rest, watcher);
+    if (is_mirrored(core) && rest.taps.size() % 2 == 1) extract_by(SeriesKind::cosines, core, rest, watcher, made);
+    if (!(made.missed <= good_product)) extract_by(SeriesKind::powers, core, rest, watcher, made);
     if (watcher.stopped()) return ExtractionVerdict::stopped;
     if (!(made.missed <= product_tolerance)) return ExtractionVerdict::not_found;
     factors = made.factors;
@@ -84,24 +86,31 @@ ExtractionVerdict extract_factors(std::span<const double> taps, Watcher& watcher
 
 namespace {
 
-Extraction extract_by(SeriesKind kind, std::span<const double> core, const Deflated& rest, Watcher& watcher) {
+void extract_by(SeriesKind kind, std::span<const double> core, const Deflated& rest, Watcher& watcher,
+                Extraction& best) {
     const bool of_cosines = kind == SeriesKind::cosines;
     const auto outer = static_cast<std::ptrdiff_t>(rest.taps.size() / 2);
-    TapSeries series{kind, {rest.taps.rbegin() + (of_cosines ? outer : 0), rest.taps.rend()}};
-    const SplitZeros found = split(zeros_of(series, watcher), of_cosines);
-    Extraction best;
+    const TapSeries series{kind, {rest.taps.rbegin() + (of_cosines ? outer : 0), rest.taps.rend()}};
+    SeriesZeros found = zeros_of(series, watcher);
     for (const bool onto_circle : {true, false}) {
-        if (watcher.stopped()) return {};
-        ResponseZeros zeros = of_cosines ? zeros_of_cosines(series, found, onto_circle) : zeros_of_powers(found);
-        zeros.real.insert(zeros.real.end(), rest.zeros.begin(), rest.zeros.end());
-        if (onto_circle) put_onto_circle(zeros);
-        Extraction made{factors_of(rows_of(zeros))};
-        made.factors.multiplier = core.front();
-        made.missed = relative_difference(product_of(made.factors), core);
-        if (made.missed < best.missed) best = made;
-        if (best.missed <= good_product || !zeros.moved) break;
+        const SplitZeros all = split(found.at, of_cosines);
+        ResponseZeros zeros = of_cosines ? zeros_of_cosines(series, all, onto_circle) : zeros_of_powers(all);
+        consider(zeros, onto_circle, core, rest, best);
+        if (watcher.stopped() || best.missed <= good_product) return;
     }
-    return best;
+    if (of_cosines) return;
+    found = as_multiple_zeros(series, found);
+    consider(zeros_of_powers(split(found.at, of_cosines)), true, core, rest, best);
+}
+
+void consider(ResponseZeros zeros, bool onto_circle, std::span<const double> core, const Deflated& rest,
+              Extraction& best) {
+    zeros.real.insert(zeros.real.end(), rest.zeros.begin(), rest.zeros.end());
+    if (onto_circle) put_onto_circle(zeros);
+    Extraction made{factors_of(rows_of(zeros))};
+    made.factors.multiplier = core.front();
+    made.missed = relative_difference(product_of(made.factors), core);
+    if (made.missed < best.missed) best = made;
 }
 
 double relative_difference(std::span<const double> product, std::span<const double> taps) {
@@ -137,7 +146,7 @@ bool is_mirrored(std::span<const double> taps) {
     return std::ranges::equal(taps, std::views::reverse(taps), [&](double a, double b) { return a == sign * b; });
 }
 
-SplitZeros split(std::vector<Point> zeros, bool of_cosines) {
+SplitZeros split(const std::vector<Point>& zeros, bool of_cosines) {
     SplitZeros all;
     std::vector<Point> lower;
     for (const Point& z : zeros) {
@@ -191,10 +200,7 @@ ResponseZeros zeros_of_cosines(const TapSeries& cosines, const SplitZeros& x, bo
         return onto_circle && apart <= nearly_double && std::fabs(middle) <= 2 &&
                level_at(cosines, middle) <= tap_noise;
     };
-    const auto add_double = [&](Wide middle) {
-        zeros.pairs.insert(zeros.pairs.end(), 2, {-middle, 1});
-        zeros.moved = true;
-    };
+    const auto add_double = [&](Wide middle) { zeros.pairs.insert(zeros.pairs.end(), 2, {-middle, 1}); };
     for (std::size_t i = 0; i < x.real.size(); ++i) {
         const bool last = i + 1 == x.real.size();
         const Wide middle = last ? x.real[i] : (x.real[i] + x.real[i + 1]) / 2;
@@ -221,14 +227,12 @@ void put_onto_circle(ResponseZeros& zeros) {
     for (Wide& zero : zeros.real) {
         if (zero == std::copysign(Wide{1}, zero) || std::fabs(std::fabs(zero) - 1) > factor_circle) continue;
         zero = std::copysign(Wide{1}, zero);
-        zeros.moved = true;
     }
     for (auto& [linear, quadratic] : zeros.pairs) {
         const Wide radius = std::sqrt(quadratic);
         if (radius == 1 || std::fabs(radius - 1) > factor_circle) continue;
         linear /= radius;
         quadratic = 1;
-        zeros.moved = true;
     }
 }
 

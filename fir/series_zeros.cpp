@@ -14,7 +14,9 @@ constexpr Wide settled = 1e-12L;       // relative correction after which the ne
 constexpr Wide certain = 1e-15L;       // relative uncertainty that a zero may be left with
 constexpr int most_sweeps = 200;       // in 80 bits
 constexpr int most_long_sweeps = 100;  // in 121
-constexpr Wide least_radius = 1.02L;   // of the starts of x: on the unit circle all would be real
+constexpr int most_newton_steps = 20;
+constexpr Wide cluster_width = 10;    // distance of neighbours in a cluster over their uncertainty
+constexpr Wide least_radius = 1.02L;  // of the starts of x: on the unit circle all would be real
 
 using Point = Complex<Wide>;
 
@@ -107,20 +109,35 @@ private:
 
 std::vector<Point> starts_of(const TapSeries& series);
 template <class Real>
-void approach(const TapSeries& series, int sweeps, Watcher& watcher, std::vector<Point>& zeros, std::vector<bool> found,
-              std::vector<Wide>& uncertain);
+void approach(const TapSeries& series, int sweeps, Watcher& watcher, std::vector<bool> found, SeriesZeros& all);
+std::vector<std::size_t> take_cluster(const SeriesZeros& zeros, std::vector<std::size_t>& left);
+Point zero_of_derivative(const TapSeries& powers, const SeriesZeros& zeros, const std::vector<std::size_t>& members);
 bool is_finite(const std::vector<Point>& points);
 
 }  // namespace
 
-std::vector<Point> zeros_of(const TapSeries& series, Watcher& watcher) {
-    std::vector<Point> zeros = starts_of(series);
-    std::vector<Wide> uncertain(zeros.size());
-    approach<Wide>(series, most_sweeps, watcher, zeros, std::vector<bool>(zeros.size(), false), uncertain);
+SeriesZeros zeros_of(const TapSeries& series, Watcher& watcher) {
+    SeriesZeros zeros{starts_of(series), {}};
+    zeros.uncertain.resize(zeros.at.size());
+    approach<Wide>(series, most_sweeps, watcher, std::vector<bool>(zeros.at.size(), false), zeros);
     std::vector<bool> found;
-    for (const Wide doubt : uncertain) found.push_back(doubt <= certain);
-    approach<TapReal>(series, most_long_sweeps, watcher, zeros, found, uncertain);
-    return watcher.stopped() || !is_finite(zeros) ? std::vector<Point>() : zeros;
+    for (const Wide doubt : zeros.uncertain) found.push_back(doubt <= certain);
+    approach<TapReal>(series, most_long_sweeps, watcher, found, zeros);
+    return watcher.stopped() || !is_finite(zeros.at) ? SeriesZeros() : zeros;
+}
+
+SeriesZeros as_multiple_zeros(const TapSeries& powers, const SeriesZeros& zeros) {
+    SeriesZeros all = zeros;
+    std::vector<std::size_t> left;
+    for (std::size_t i = 0; i < zeros.at.size(); ++i) {
+        if (zeros.uncertain[i] > certain) left.push_back(i);
+    }
+    while (!left.empty()) {
+        const std::vector<std::size_t> members = take_cluster(zeros, left);
+        const Point zero = zero_of_derivative(powers, zeros, members);
+        for (const std::size_t i : members) all.at[i] = zero;
+    }
+    return all;
 }
 
 Wide level_at(const TapSeries& cosines, Wide x) {
@@ -152,8 +169,8 @@ std::vector<Point> starts_of(const TapSeries& series) {
 
 // z - 1/(P'/P - sum 1/(z - others)) for each z that is not found, until it settles or its value is rounding.
 template <class Real>
-void approach(const TapSeries& series, int sweeps, Watcher& watcher, std::vector<Point>& zeros, std::vector<bool> found,
-              std::vector<Wide>& uncertain) {
+void approach(const TapSeries& series, int sweeps, Watcher& watcher, std::vector<bool> found, SeriesZeros& all) {
+    auto& [zeros, uncertain] = all;
     const Terms<Real> terms(series);
     for (int sweep = 1; sweep <= sweeps && std::ranges::find(found, false) != found.end(); ++sweep) {
         for (std::size_t i = 0; i < zeros.size(); ++i) {
@@ -174,6 +191,41 @@ void approach(const TapSeries& series, int sweeps, Watcher& watcher, std::vector
             found[i] = !(magnitude(correction) > settled * magnitude(z));
         }
     }
+}
+
+// The first one of those that are left, with all that are near to one of its cluster.
+std::vector<std::size_t> take_cluster(const SeriesZeros& zeros, std::vector<std::size_t>& left) {
+    std::vector<std::size_t> members = {left.front()};
+    left.erase(left.begin());
+    for (std::size_t m = 0; m < members.size(); ++m) {
+        const auto is_near = [&, i = members[m]](std::size_t j) {
+            const Wide doubt = std::max(zeros.uncertain[i], zeros.uncertain[j]);
+            return magnitude(zeros.at[i] - zeros.at[j]) <= cluster_width * doubt * magnitude(zeros.at[i]);
+        };
+        const auto far = std::ranges::stable_partition(left, is_near);
+        members.insert(members.end(), left.begin(), far.begin());
+        left.erase(left.begin(), far.begin());
+    }
+    return members;
+}
+
+// By Newton's method from the mean of the m members, of the sum over k of c(k) binomial(k, m - 1) z^(k - m + 1).
+Point zero_of_derivative(const TapSeries& powers, const SeriesZeros& zeros, const std::vector<std::size_t>& members) {
+    const std::size_t order = members.size() - 1;
+    TapSeries derivative{SeriesKind::powers,
+                         {powers.terms.begin() + static_cast<std::ptrdiff_t>(order), powers.terms.end()}};
+    TapReal binomial = 1;
+    for (std::size_t k = 0; k < derivative.terms.size(); ++k) {
+        derivative.terms[k] *= binomial;
+        binomial *= TapReal(k + order + 1) / TapReal(k + 1);
+    }
+    Point mean{};
+    for (const std::size_t i : members) mean += zeros.at[i];
+    mean = Wide{1} / static_cast<Wide>(members.size()) * mean;
+    SeriesZeros one{{mean}, {0}};
+    Unwatched unwatched;
+    approach<TapReal>(derivative, most_newton_steps, unwatched, {false}, one);
+    return one.at.front();
 }
 
 bool is_finite(const std::vector<Point>& points) {

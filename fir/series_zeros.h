@@ -27,7 +27,15 @@ struct TapSeries {
 
 // n zeros in z or x, in no order, close to conjugate pairs. They are as far as the search came: what its product is
 // says whether they are good. Empty where a number is not finite, or the watcher stopped it.
-[[nodiscard]] std::vector<Complex<Wide>> zeros_of(const TapSeries& series, Watcher& watcher);
+struct SeriesZeros {
+    std::vector<Complex<Wide>> at;
+    std::vector<Wide> uncertain;  // relative; of an m-fold zero the m-th part of the digits is known
+};
+[[nodiscard]] SeriesZeros zeros_of(const TapSeries& series, Watcher& watcher);
+
+// The same with each cluster of m uncertain zeros of powers as one m-fold zero, that of the derivative of order m - 1,
+// which is a simple one there.
+[[nodiscard]] SeriesZeros as_multiple_zeros(const TapSeries& powers, const SeriesZeros& zeros);
 
 // The magnitude of a series of cosines at a real x from -2 to 2, over the sum of those of its terms.
 [[nodiscard]] Wide level_at(const TapSeries& cosines, Wide x);

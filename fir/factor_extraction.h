@@ -15,7 +15,6 @@
 namespace kavrel {
 
 inline constexpr int fir_factor_taps = 513;        // longest response with factors
-inline constexpr double factor_circle = 1e-9;      // zeros this near to the unit circle are on it
 inline constexpr double product_tolerance = 1e-8;  // of the peak, that a product may miss the taps by
 
 enum class ExtractionVerdict {

@@ -15,6 +15,12 @@ namespace {
 std::vector<QuadraticRow> rows_of(const FirFactors& factors);
 std::vector<std::size_t> leja_order(std::span<const QuadraticRow> rows);
 
+// multiplier (1 + linear z^-1 + quadratic z^-2).
+struct ScaledRow {
+    Wide multiplier = 1, linear = 0, quadratic = 0;
+};
+ScaledRow reflected(QuadraticRow row, CircleSide from);
+
 }  // namespace
 
 FirFactors factors_of(std::span<const QuadraticRow> rows) {
@@ -43,6 +49,21 @@ std::vector<double> product_of(const FirFactors& factors) {
     for (const Wide value : product) taps.push_back(static_cast<double>(factors.multiplier * value));
     taps.resize(taps.size() + static_cast<std::size_t>(factors.trailing), 0.0);
     return taps;
+}
+
+int reflect_zeros(FirFactors& factors, CircleSide from) {
+    int changed = 0;
+    Wide multiplier = factors.multiplier;
+    for (int k = 1; k <= factors.count; ++k) {
+        const ScaledRow made = reflected({factors.A1(k), factors.A2(k)}, from);
+        if (made.multiplier == 1) continue;
+        multiplier *= made.multiplier;
+        factors.A1(k) = static_cast<double>(made.linear);
+        factors.A2(k) = static_cast<double>(made.quadratic);
+        ++changed;
+    }
+    factors.multiplier = static_cast<double>(multiplier);
+    return changed;
 }
 
 namespace {
@@ -90,6 +111,22 @@ std::vector<std::size_t> leja_order(std::span<const QuadraticRow> rows) {
         }
     }
     return order;
+}
+
+ScaledRow reflected(QuadraticRow row, CircleSide from) {
+    const auto is_there = [from](Wide radius) {
+        return from == CircleSide::inside ? radius < 1 - Wide{factor_circle} : radius > 1 + Wide{factor_circle};
+    };
+    const Wide a = row.linear, b = row.quadratic, half = -a / 2, rest = half * half - b;
+    if (zeros_of(row) == 1) return is_there(std::fabs(a)) ? ScaledRow{a, 1 / a, 0} : ScaledRow{1, a, 0};
+    if (zeros_of(row) == 0) return {};
+    const ScaledRow all{b, a / b, 1 / b};
+    if (rest < 0) return is_there(std::sqrt(b)) ? all : ScaledRow{1, a, b};
+    const Wide larger = half + std::copysign(std::sqrt(rest), half), smaller = b / larger;
+    const bool takes_larger = is_there(std::fabs(larger)), takes_smaller = is_there(std::fabs(smaller));
+    if (takes_larger == takes_smaller) return takes_larger ? all : ScaledRow{1, a, b};
+    const Wide moved = takes_larger ? larger : smaller, kept = takes_larger ? smaller : larger;
+    return {-moved, -(1 / moved + kept), kept / moved};
 }
 
 }  // namespace

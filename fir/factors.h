@@ -28,4 +28,12 @@ struct QuadraticRow {
 // The taps of all factors with multiplier, delay and trailing zeros. Not finite where they are beyond doubles.
 [[nodiscard]] std::vector<double> product_of(const FirFactors& factors);
 
+inline constexpr double factor_circle = 1e-9;  // zeros this near to the unit circle are on it
+
+// Takes each zero inside the unit circle, or outside of it, to the other side, z to 1/z*: 1 + a z^-1 + b z^-2 becomes
+// 1 + (a/b) z^-1 + (1/b) z^-2 and the multiplier b times as large, 1 + a z^-1 becomes 1 + z^-1/a; of two real zeros on
+// different sides only the one. |H| on the circle stays; zeros on the circle do. How many factors have changed.
+enum class CircleSide { inside, outside };
+int reflect_zeros(FirFactors& factors, CircleSide from);
+
 }  // namespace kavrel

@@ -1,6 +1,7 @@
 #include "fir/fir_segment.h"
 
 #include "fir/command_tools.h"
+#include "fir/factor_commands.h"
 #include "fir/file_commands.h"
 #include "fir/fir_rows.h"
 #include "fir/report_commands.h"
@@ -21,23 +22,23 @@ constexpr CommandTable commands({
     {"time", analyse_time, needs_function_to_analyze},
     {"trun"},
     {"freq"},
-    {"fac "},
-    {"flip"},
-    {"prf "},
-    {"sqr "},
-    {"mult"},
+    {"fac ", factor_function, needs_filter},
+    {"flip", flip_factors, needs_factors},
+    {"prf ", print_factors, needs_factors},
+    {"sqr ", cascade_with_itself, needs_filter},
+    {"mult", multiply_factors, needs_factors},
     {"scal"},
     {"save", save_fir_file, needs_filter},
     {"pltf"},
-    {"add "},
-    {"del "},
+    {"add ", add_factor, needs_factors},
+    {"del ", delete_factor, needs_factors},
     {"sto ", store_filter, needs_filter},
     {"rcl ", recall_filter, [](const FirDesk& desk) { return cannot_recall(desk); }},
-    {"ch  "},
+    {"ch  ", change_factor, needs_factors},
     {"lbl ", change_title, needs_filter},
     {"file"},
     {"prog"},
-    {"ffac"},
+    {"ffac", write_factors, needs_factors},
     {"undo", undo_edit, [](const FirDesk& desk) { return cannot_undo(desk.state.kept); }},
     {"pri ", choose_print},
     {"pltt"},
@@ -48,7 +49,7 @@ constexpr CommandTable commands({
     {"disp"},
     {"redo", redo_edit, [](const FirDesk& desk) { return cannot_redo(desk.state.kept); }},
     {"flat"},
-    {"min "},
+    {"min ", make_minimum_phase, needs_factors},
     {"rset", return_to_first, needs_filter},
 });
 

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "fir/command_tools.h"
+#include "fir/factor_commands.h"
 #include "fir/file_commands.h"
 #include "fir/fir_forms.h"
 #include "fir/fir_segment.h"
@@ -34,6 +35,7 @@ bool circuit_is_unsaved(Workbench& bench);
 bool iir_is_unsaved(Workbench& bench);
 bool fir_is_unsaved(Workbench& bench);
 bool fir_shows(const Workbench& bench, Fingerprint source);
+void multiply_after_form(Workbench& bench);
 
 // A routine of a Segment, at its desk.
 template <auto desk_of, auto routine>
@@ -53,7 +55,8 @@ constexpr ActionRow passive_actions[] = {{MenuAction::save_as, at_desk<passive_d
 constexpr ActionRow iir_actions[] = {{MenuAction::save_as, at_desk<iir_desk, save_iir_as>}};
 
 constexpr WordForm fir_word_forms[] = {{"sqr ", &FIR_FUNCTION_DLG}};
-constexpr ActionRow fir_actions[] = {{MenuAction::save_as, at_desk<fir_desk, save_fir_as>}};
+constexpr ActionRow fir_actions[] = {{MenuAction::save_as, at_desk<fir_desk, save_fir_as>},
+                                     {MenuAction::multiply_selected, multiply_after_form}};
 
 constexpr Room rooms[] = {
     {.id = SegmentId::main,
@@ -251,6 +254,13 @@ bool fir_shows(const Workbench& bench, Fingerprint source) {
         if (fingerprint(bench.fir, n) == source) return true;
     }
     return false;
+}
+
+void multiply_after_form(Workbench& bench) {
+    run_form(FIR_SERIAL_DLG, record_of(FIR_SERIAL_DLG, bench), bench.session.units, bench.reporter, [&] {
+        at_desk<fir_desk, multiply_selected>(bench);
+        look_again(bench);
+    });
 }
 
 // Read for a trial, before the Segment is entered and gives up what it has.

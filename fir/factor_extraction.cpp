@@ -91,16 +91,17 @@ void extract_by(SeriesKind kind, std::span<const double> core, const Deflated& r
     const bool of_cosines = kind == SeriesKind::cosines;
     const auto outer = static_cast<std::ptrdiff_t>(rest.taps.size() / 2);
     const TapSeries series{kind, {rest.taps.rbegin() + (of_cosines ? outer : 0), rest.taps.rend()}};
-    SeriesZeros found = zeros_of(series, watcher);
-    for (const bool onto_circle : {true, false}) {
-        const SplitZeros all = split(found.at, of_cosines);
-        ResponseZeros zeros = of_cosines ? zeros_of_cosines(series, all, onto_circle) : zeros_of_powers(all);
-        consider(zeros, onto_circle, core, rest, best);
-        if (watcher.stopped() || best.missed <= good_product) return;
+    const SeriesZeros found = zeros_of(series, watcher);
+    if (!of_cosines) {
+        const SeriesZeros multiple = as_multiple_zeros(series, found);
+        consider(zeros_of_powers(split(multiple.at, of_cosines)), true, core, rest, best);
     }
-    if (of_cosines) return;
-    found = as_multiple_zeros(series, found);
-    consider(zeros_of_powers(split(found.at, of_cosines)), true, core, rest, best);
+    const SplitZeros all = split(found.at, of_cosines);
+    for (const bool onto_circle : {true, false}) {
+        if (watcher.stopped() || best.missed <= good_product) return;
+        ResponseZeros zeros = of_cosines ? zeros_of_cosines(series, all, onto_circle) : zeros_of_powers(all);
+        consider(std::move(zeros), onto_circle, core, rest, best);
+    }
 }
 
 void consider(ResponseZeros zeros, bool onto_circle, std::span<const double> core, const Deflated& rest,

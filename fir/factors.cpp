@@ -87,9 +87,11 @@ FactorZeros zeros_in_z(QuadraticRow row) {
     return {2, {larger, row.quadratic / larger}};
 }
 
+constexpr double coincident = 1e-16;  // square of a distance
+
 // The order in which products do not grow beyond the whole one: each next factor is the one whose zeros are the
-// farthest from those before it, as a geometric mean. Source: L. Reichel, "Newton interpolation at Leja points", BIT 30
-// (1990).
+// farthest from those before it, as a geometric mean; one that coincides with another is as if it were a little apart.
+// Source: L. Reichel, "Newton interpolation at Leja points", BIT 30 (1990).
 std::vector<std::size_t> leja_order(std::span<const QuadraticRow> rows) {
     std::vector<FactorZeros> zeros;
     std::ranges::transform(rows, std::back_inserter(zeros), zeros_in_z);
@@ -106,7 +108,7 @@ std::vector<std::size_t> leja_order(std::span<const QuadraticRow> rows) {
         for (const std::size_t k : left) {
             for (int i = 0; i < zeros[k].count * taken.count; ++i) {
                 const auto distance = zeros[k].zero[i / taken.count] - taken.zero[i % taken.count];
-                apart[k] += std::log(std::norm(distance)) / zeros[k].count;
+                apart[k] += std::log(std::max(coincident, std::norm(distance))) / zeros[k].count;
             }
         }
     }

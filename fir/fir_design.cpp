@@ -10,6 +10,7 @@
 #include "fir/fir_task.h"
 #include "fir/fir_time_response.h"
 #include "fir/least_length.h"
+#include "fir/window_design.h"
 #include "shell/edited.h"
 #include "shell/finite.h"
 #include "shell/whole_part.h"
@@ -42,7 +43,7 @@ FirDesignVerdict remez_design(FirDesk& desk, FirFilter& made) {
         desk.reporter.message(text, "Error");
         return FirDesignVerdict::refused;
     };
-    if (request.design_method == FirMethod::windowed) return FirDesignVerdict::unbuilt;
+    if (request.design_method == FirMethod::windowed) return window_design(desk, made);
     if (request.design_method != FirMethod::equal_ripple) return refuse("Error in specification");
 
     const auto draft = std::make_unique<FirDraft>();

@@ -1,4 +1,5 @@
-// Equal ripple design of a linear-phase FIR filter, from the request to the filter and its report.
+// Design of a linear-phase FIR filter, from the request to the filter and its report: by equal ripple here, by windows
+// in fir/window_design.h.
 //
 // Method: minimax approximation by the exchange algorithm on a dense grid (T. W. Parks, J. H. McClellan, "Chebyshev
 // approximation for nonrecursive digital filters with linear phase", IEEE Trans. CT-19, 1972). Length of a low pass by
@@ -14,7 +15,6 @@ enum class FirDesignVerdict {
     designed,
     refused,  // reported in a box
     stopped,  // by the user
-    unbuilt,  // the design method has no routine
 };
 
 inline constexpr std::string_view new_fir_title = "<New Filter>";

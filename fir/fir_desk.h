@@ -6,6 +6,7 @@
 #include "fir/fir_command_request.h"
 #include "fir/fir_filter.h"
 #include "fir/fir_request.h"
+#include "fir/windows.h"
 #include "segment/kept_filter.h"
 
 namespace kavrel {
@@ -23,6 +24,7 @@ struct FirState {
     int shown = 1;                         // the function shown last
     std::vector<FirLeastWord> words = {};  // of the function below
     Fingerprint words_of = 0;
+    WindowCosines retained;  // a0 to a3, from one windowed design to the next
 };
 
 struct FirDesk : Desk {

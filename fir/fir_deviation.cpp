@@ -18,7 +18,6 @@ constexpr int least_steps = 16;    // of a piece, however short
 constexpr int points_per_tap = 8;  // over 0 to 0.5: 16 for each extremum amid a band
 
 double level_of(const FirFilter& filter, int function);
-double amplitude(const FirFilter& filter, int function, double f);
 template <class Value>
 Peak<double> highest_in_piece(double low, double high, const FirFilter& filter, int function, const Value& value);
 std::vector<double> piece_ends(const FirTask& task, int band);
@@ -71,6 +70,25 @@ double largest_outside_gain(const FirTask& task, const FirFilter& filter, int fu
     return largest;
 }
 
+double amplitude(const FirFilter& filter, int function, double f) {
+    const auto stored = stored_coefficients(filter, function);
+    const FirSymmetry symmetry = filter.FUNCTION(function).symmetry;
+    const bool odd_length = filter.FUNCTION(function).taps % 2 != 0;
+    const double w = 2.0 * std::numbers::pi * f;
+    // the stored tap i from the innermost one lies i + offset samples off the middle
+    const double offset = !odd_length ? 0.5 : symmetry == FirSymmetry::odd ? 1.0 : 0.0;
+    const std::complex<double> step = std::polar(1.0, w);
+    std::complex<double> turned = std::polar(1.0, w * offset), sum = 0.0;
+    for (auto h = stored.rbegin(); h != stored.rend(); ++h) {
+        sum += *h * turned;
+        turned = {turned.real() * step.real() - turned.imag() * step.imag(),
+                  turned.real() * step.imag() + turned.imag() * step.real()};
+    }
+    if (symmetry == FirSymmetry::none) return std::abs(sum);
+    if (symmetry == FirSymmetry::odd) return 2.0 * sum.imag();
+    return 2.0 * sum.real() - (odd_length ? stored.back() : 0.0);
+}
+
 namespace {
 
 // By which the function was moved from the level that was asked.
@@ -89,27 +107,6 @@ Peak<double> highest_in_piece(double low, double high, const FirFilter& filter, 
     }
     places.push_back(high);
     return highest_value(places, value);
-}
-
-// Real amplitude of a function: its response without the linear phase (and the factor j of an antisymmetric one).
-// Negative where the response is turned round. The magnitude where there is no symmetry.
-double amplitude(const FirFilter& filter, int function, double f) {
-    const auto stored = stored_coefficients(filter, function);
-    const FirSymmetry symmetry = filter.FUNCTION(function).symmetry;
-    const bool odd_length = filter.FUNCTION(function).taps % 2 != 0;
-    const double w = 2.0 * std::numbers::pi * f;
-    // the stored tap i from the innermost one lies i + offset samples off the middle
-    const double offset = !odd_length ? 0.5 : symmetry == FirSymmetry::odd ? 1.0 : 0.0;
-    const std::complex<double> step = std::polar(1.0, w);
-    std::complex<double> turned = std::polar(1.0, w * offset), sum = 0.0;
-    for (auto h = stored.rbegin(); h != stored.rend(); ++h) {
-        sum += *h * turned;
-        turned = {turned.real() * step.real() - turned.imag() * step.imag(),
-                  turned.real() * step.imag() + turned.imag() * step.real()};
-    }
-    if (symmetry == FirSymmetry::none) return std::abs(sum);
-    if (symmetry == FirSymmetry::odd) return 2.0 * sum.imag();
-    return 2.0 * sum.real() - (odd_length ? stored.back() : 0.0);
 }
 
 // The edges of the band, the points of its shape between them, and where its weight jumps because the desired response

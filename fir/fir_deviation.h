@@ -8,6 +8,10 @@
 
 namespace kavrel {
 
+// Real amplitude of a function: its response without the linear phase (and the factor j of an antisymmetric one).
+// Negative where the response is turned round. The magnitude where there is no symmetry.
+[[nodiscard]] double amplitude(const FirFilter& filter, int function, double f);
+
 // Where a filter deviates most in a band, and what is there.
 struct FirDeviation {
     double frequency = 0;

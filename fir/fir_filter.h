@@ -68,7 +68,8 @@ struct FirFilter {
     double sampling_frequency = 0.0;  // Hz
     double deviation = 0.0;           // linear deviation of the first stopband; 0 when the design has none
     FirOrigin origin = FirOrigin::given;
-    FirRequest request;  // of the design, if it is one
+    FirRequest request;       // of the design, if it is one
+    Table<double, 4> WINDOW;  // a0 to a3 as a windowed design's window has left them
 };
 
 static_assert(std::is_trivially_copyable_v<FirFilter>);

@@ -7,6 +7,8 @@
 #include "fir/fir_deviation.h"
 #include "fir/fir_rows.h"
 #include "fir/fir_task.h"
+#include "fir/window_figures.h"
+#include "fir/windows.h"
 
 namespace kavrel {
 
@@ -16,6 +18,7 @@ namespace {
 
 Json function_part(const FirFilter& filter, int n);
 Json factors_part(const FirFactors& factors);
+Json window_part(const FirFilter& filter);
 void add_deviations(Json& part, const FirFilter& filter, int n);
 
 constexpr const char* symmetries[] = {"even", "odd", "none"};
@@ -34,6 +37,7 @@ Json fir_part(const FirFilter& filter, const FirState& state) {
               {"fs", filter.sampling_frequency},
               {"impulse", full_response(filter, 1)}};
     add_deviations(part, filter, shown_function(filter, state));
+    if (has_window(filter)) part["window"] = window_part(filter);
     part["functions"] = std::move(functions);
     if (filter.factors.count > 0) part["factors"] = factors_part(filter.factors);
     return part;
@@ -58,6 +62,20 @@ Json factors_part(const FirFactors& factors) {
     for (int k = 1; k <= factors.count; ++k) quadratics.push_back({factors.ISER(k), factors.A1(k), factors.A2(k)});
     Json part{{"multiplier", factors.multiplier}, {"delay", factors.delay}, {"quadratics", std::move(quadratics)}};
     if (factors.function > 0) part["function"] = factors.function;
+    return part;
+}
+
+// What a windowed design asked for, and what it reached.
+Json window_part(const FirFilter& filter) {
+    const WindowRow* row = window_row(filter.request.window_type);
+    if (row == nullptr) return nullptr;
+    const WindowFigures figures = window_figures(filter);
+    const auto number = [](const std::optional<double>& figure) { return figure ? Json(*figure) : Json(); };
+    Json part{{"type", row->label}};
+    if (row->parameter != WindowParameter::none) part["parameter"] = filter.request.parameter;
+    part["sidelobe"] = number(figures.sidelobe);
+    part["edges_6db"] = figures.edges_6db;
+    part["stopband_loss"] = number(figures.stopband_loss);
     return part;
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "fir/windows.h"
 #include "shell/finite.h"
 #include "shell/stored_files.h"
 
@@ -69,7 +70,7 @@ constexpr auto request_block(Filter& filter, Table& c, Title& title, const Visit
     return visit(f.A2, title, f.delay, f.trailing, f.function, f.asked, f.last_serial, f.gain, c.gain, filter.deviation,
                  filter.origin, r.QUADRUPLETS.cells, r.QUADRUPLETS.rows, r.filter_length, r.design_method, r.fir_type,
                  r.specification_type, r.filter_type, r.window_type, r.lower_frequency, r.upper_frequency,
-                 r.sampling_frequency, r.slope, r.parameter, r.shape.rows);
+                 r.sampling_frequency, r.slope, r.parameter, r.shape.rows, filter.WINDOW);
 }
 
 constexpr auto bytes_of = [](const auto&... items) {
@@ -165,7 +166,8 @@ bool sound_factors(const FirFactors& f, const Columns& c, int functions) {
 bool sound_request(const FirRequest& r) {
     return within(r.QUADRUPLETS.rows, 0, max_fir_bands) && within(r.shape.rows, 0, max_shape_points) &&
            within(r.filter_length, 0, max_fir_taps) && within(r.design_method, 1, 2) && within(r.fir_type, 0, 3) &&
-           within(r.specification_type, 0, 2) && within(r.filter_type, 0, 4) && within(r.window_type, 0, 21);
+           within(r.specification_type, 0, 2) && within(r.filter_type, 0, 4) &&
+           within(r.window_type, 0, fir_window_count);
 }
 
 bool sound(const FirFilter& filter, const Columns& c) {
@@ -175,7 +177,7 @@ bool sound(const FirFilter& filter, const Columns& c) {
                          within(filter.origin, 0, 2);
     const bool finite = all_finite(filter.COEF, filter.X, filter.sampling_frequency, filter.deviation, f.A1, f.A2,
                                    f.multiplier, f.gain, c.gain, r.QUADRUPLETS.cells, r.shape.cells, r.lower_frequency,
-                                   r.upper_frequency, r.sampling_frequency, r.slope, r.parameter);
+                                   r.upper_frequency, r.sampling_frequency, r.slope, r.parameter, filter.WINDOW);
     return choices && finite && filter.sampling_frequency > 0 && sound_functions(filter, c) &&
            sound_factors(f, c, filter.functions) && sound_request(r);
 }

@@ -47,7 +47,8 @@ struct FirRequest {
     double upper_frequency = 0.0;
     double sampling_frequency = 0.0;  // a filter's is twice the last band edge
     double slope = 0.0;               // of a differentiator
-    double parameter = 0.0;           // loss in dB or parameter of a window
+    double parameter = 0.0;           // loss in dB or parameter of a window, as far as given: see parameter_of
+    bool parameter_given = false;
     bool save_design = false;
     FormList<max_fir_bands, 4> QUADRUPLETS;  // lower edge, upper edge, desired value, ripple (dB) or weight
     FormList<max_shape_points, 2> shape;     // shaped pass band: frequency, gain in dB

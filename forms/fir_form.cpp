@@ -1,7 +1,9 @@
 #include "forms/fir_form.h"
 
 #include <algorithm>
+#include <array>
 
+#include "fir/windows.h"
 #include "shell/field_table.h"
 
 namespace kavrel {
@@ -12,14 +14,14 @@ using R = FirRequest;
 
 bool is_windowed(const FirRequest& r) { return r.design_method == FirMethod::windowed; }
 
-bool has_parameter(const FirRequest& r) { return r.window_type >= FirWindow::kaiser; }
+bool needs_parameter(const FirRequest& r) { return parameter_kind(r.window_type) == WindowParameter::required; }
 
 void fir_rules(const FirRequest& r, FieldStates& states) {
     const bool windowed = is_windowed(r);
     const bool filter = r.fir_type == FirType::filter;
     states.off({"fir_type", "specification_type", "details", "shaped_passband"}, windowed);
     states.off({"filter_type", "window_type"}, !windowed);
-    states.off("parameter", !windowed || !has_parameter(r));
+    states.off("parameter", !windowed || parameter_kind(r.window_type) == WindowParameter::none);
     // An equal ripple filter takes its frequencies from the band table.
     states.off({"specification_type", "details", "shaped_passband"}, !windowed && !filter);
     states.off({"lower_frequency", "upper_frequency", "sampling_frequency"}, !windowed && filter);
@@ -38,7 +40,7 @@ Refusal windowed_refusal(const FirRequest& r) {
     const auto in_band = [half](double f) { return f > 0.0 && f < half; };
     if (r.filter_type != FirFilterType::low_pass && !in_band(r.lower_frequency)) return {bad_band, "lower_frequency"};
     if (r.filter_type != FirFilterType::high_pass && !in_band(r.upper_frequency)) return {bad_band, "upper_frequency"};
-    if (has_parameter(r) && !(r.parameter > 0.0)) return {"Parameter missing", "parameter"};
+    if (needs_parameter(r) && !(r.parameter > 0.0)) return {"Parameter missing", "parameter"};
     return {};
 }
 
@@ -75,27 +77,12 @@ constexpr Choice filter_types[] = {{"Lowpass", FirFilterType::low_pass},
                                    {"Highpass", FirFilterType::high_pass},
                                    {"Bandpass", FirFilterType::band_pass},
                                    {"Bandreject", FirFilterType::band_reject}};
-constexpr Choice windows[] = {{"Rectangular", FirWindow::rectangular},
-                              {"Triangular", FirWindow::triangular},
-                              {"Hamming", FirWindow::hamming},
-                              {"Hann", FirWindow::hann},
-                              {"Cosine", FirWindow::cosine},
-                              {"Cos**3", FirWindow::cosine_cubed},
-                              {"Cos**4", FirWindow::cosine_fourth},
-                              {"Blackman", FirWindow::blackman},
-                              {"'Exact' Blackman", FirWindow::exact_blackman},
-                              {"3-term B-H", FirWindow::three_term_b_h},
-                              {"3-term 18dB/oct", FirWindow::three_term_18_db},
-                              {"Opt. 3-term", FirWindow::optimal_three_term},
-                              {"4-term B-H", FirWindow::four_term_b_h},
-                              {"4-term 40dB/oct", FirWindow::four_term_40_db},
-                              {"4-term 18dB/oct", FirWindow::four_term_18_db},
-                              {"Opt. 4-term", FirWindow::optimal_four_term},
-                              {"Kaiser", FirWindow::kaiser},
-                              {"Chebyshev", FirWindow::chebyshev},
-                              {"Gaussian", FirWindow::gaussian},
-                              {"Taylor", FirWindow::taylor},
-                              {"Sampled Kaiser", FirWindow::sampled_kaiser}};
+constexpr auto windows = [] {
+    std::array<Choice, fir_window_count> choices;
+    std::ranges::transform(fir_windows, choices.begin(),
+                           [](const WindowRow& row) { return Choice(row.label, row.window); });
+    return choices;
+}();
 
 constexpr Column band_columns[] = {{"Lower band-edge", Unit::frequency},
                                    {"Upper band-edge", Unit::frequency},
@@ -119,7 +106,7 @@ constexpr Field fields[] = {
     real<&R::sampling_frequency>("sampling_frequency", "Sampling frequency", Unit::frequency),
     real<&R::slope>("slope", "Slope (dB/oct)"),
     radio<&R::window_type>("window_type", "Window type", windows),
-    real<&R::parameter>("parameter", "Enter loss value or parameter"),
+    real_by<R, parameter_of, give_parameter>("parameter", "Enter loss value or parameter"),
     flag<&R::save_design>("save_design", "Save design data"),
 };
 

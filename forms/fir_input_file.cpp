@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "fir/windows.h"
 #include "forms/input_items.h"
 
 namespace kavrel {
@@ -38,23 +39,26 @@ int band_rows(const FirRequest& r);
 template <class File, class Request, class Units>
 void Items::list(File& file, Request& r, Units&) {
     StoredShape stored = stored_shape(r);
+    double parameter = parameter_of(r);
     file.begin();
     numbers(file, r.QUADRUPLETS.cells, stored.frequency, stored.value);
     whole(file, r.shape.rows, 0, max_shape_points);
     file.end();
 
     file.begin();
-    numbers(file, r.lower_frequency, r.upper_frequency, r.sampling_frequency, r.parameter, r.slope);
+    numbers(file, r.lower_frequency, r.upper_frequency, r.sampling_frequency, parameter, r.slope);
     choice(file, r.fir_type, 3);
     choice(file, r.filter_type, 4);
     whole(file, r.design_method, 1, 2);
     choice(file, r.specification_type, 2);
     whole(file, r.filter_length, 0, max_fir_taps);
-    choice(file, r.window_type, 21);
+    choice(file, r.window_type, fir_window_count);
     file.end();
 
     if constexpr (File::reads) {
         take_shape(stored, r);
+        r.parameter = parameter;
+        r.parameter_given = parameter != 0 || r.design_method == FirMethod::windowed;  // else the field was off
         r.QUADRUPLETS.rows = band_rows(r);
     }
 }

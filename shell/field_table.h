@@ -118,6 +118,18 @@ constexpr Field real(std::string_view name, std::string_view label, Unit unit = 
     return field;
 }
 
+// A real that a record answers and takes by routines, double (const Record&) and void (Record&, double).
+template <class Record, double (*get)(const Record&), void (*set)(Record&, double)>
+constexpr Field real_by(std::string_view name, std::string_view label, Unit unit = Unit::none) {
+    return {.name = name,
+            .label = label,
+            .kind = FieldKind::real,
+            .unit = unit,
+            .get = [](const void* record) { return get(*static_cast<const Record*>(record)); },
+            .set = [](void* record, double value) { set(*static_cast<Record*>(record), value); },
+            .record = type_tag<Record>};
+}
+
 template <auto... Path>
 constexpr Field integer(std::string_view name, std::string_view label, int low, int high, InsteadOf other = {}) {
     static_assert(std::is_same_v<typename MemberAt<Path...>::Value, int>);

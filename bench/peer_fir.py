@@ -1,15 +1,15 @@
 #!/usr/bin/python3
-"""Times scipy.signal.remez on the designs of bench/fir_exchange.cpp.
+"""Times scipy.signal.remez on the designs of bench/fir_exchange.cpp, and scipy.signal.windows on those of bench/fir_windows.cpp.
 
-    peer_fir.py                 prints a line for each design: processor time at scipy's grid density of 16 and at 32
-    peer_fir.py BENCHMARK.json  prints the table of ratios to a run of fir_bench --benchmark_format=json
+    peer_fir.py                 prints a line for each: processor time, of a design at scipy's grid density of 16 and at 32
+    peer_fir.py BENCHMARK.json  prints the tables of ratios to a run of fir_bench --benchmark_format=json
 """
 import json
 import statistics
 import sys
 import time
 
-from scipy.signal import remez
+from scipy.signal import remez, windows
 
 LENGTHS = (32, 64, 101, 128, 256, 512)
 DESIGNS = {  # edges (taps away from 0.2 after the first two), values, weights
@@ -17,27 +17,47 @@ DESIGNS = {  # edges (taps away from 0.2 after the first two), values, weights
     "refined": ((3, 3.4, 5), (1, 0, 0), (1, 10, 1)),
 }
 
+WINDOWS = {  # by their numbers
+    1: windows.boxcar, 2: windows.triang, 3: windows.hamming, 4: windows.hann, 5: windows.cosine, 8: windows.blackman,
+    13: windows.blackmanharris, 16: windows.nuttall, 17: lambda n: windows.kaiser(n, 5.653),
+    18: lambda n: windows.chebwin(n, 60.0087), 19: lambda n: windows.gaussian(n, 512 / 5),
+    20: lambda n: windows.taylor(n, 12, 60),
+}
+
+
+def median_time(work):
+    times, end = [], time.perf_counter() + 0.5
+    while time.perf_counter() < end or len(times) < 5:
+        start = time.process_time()
+        work()
+        times.append(time.process_time() - start)
+    return 1e6 * statistics.median(times)
+
 
 def microseconds(name, length, density):
     taps_away, values, weights = DESIGNS[name]
     edges = [0, 0.2, *(0.2 + taps / length for taps in taps_away), 0.5]
-    times, end = [], time.perf_counter() + 0.5
-    while time.perf_counter() < end or len(times) < 5:
-        start = time.process_time()
-        try:
-            remez(length, edges, values, weight=weights, fs=1.0, maxiter=100, grid_density=density)
-        except ValueError:  # no convergence
-            return float("nan")
-        times.append(time.process_time() - start)
-    return 1e6 * statistics.median(times)
+    try:
+        return median_time(lambda: remez(length, edges, values, weight=weights, fs=1.0, maxiter=100, grid_density=density))
+    except ValueError:  # no convergence
+        return float("nan")
+
+
+def print_windows(own):
+    print("window of 512" + ("  kavrel us" if own else "") + "  scipy us" + ("  ratio" if own else ""))
+    for number, compute in WINDOWS.items():
+        peer = median_time(lambda: compute(512))
+        mine = own["window", number] if own else None
+        print(f"{number:13}" + (f" {mine:10.2f} {peer:9.1f} {mine / peer:6.2f}" if own else f" {peer:9.1f}"))
 
 
 def own_times(path):
     unit = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}
     with open(path) as file:
         runs = [run for run in json.load(file)["benchmarks"] if run.get("run_type") != "aggregate"]
-    times = {(name, length): [run["cpu_time"] * unit[run["time_unit"]] for run in runs if run["name"] == f"{name}/{length}"]
-             for name in DESIGNS for length in LENGTHS}
+    cases = [(name, length) for name in DESIGNS for length in LENGTHS] + [("window", number) for number in WINDOWS]
+    times = {(name, size): [run["cpu_time"] * unit[run["time_unit"]] for run in runs if run["name"] == f"{name}/{size}"]
+             for name, size in cases}
     return {key: statistics.median(values) for key, values in times.items()}
 
 
@@ -52,6 +72,7 @@ def main():
             print(f"{name:9} {length:6} {mine:10.0f} {default:9.0f} {equal:23.0f} {mine / default:6.2f} {mine / equal:20.2f}")
         else:
             print(f"{name:9} {length:6} {default:9.0f} {equal:23.0f}")
+    print_windows(own)
 
 
 if __name__ == "__main__":

@@ -22,14 +22,14 @@ constexpr int points_per_lobe = 16;  // of 1/taps
 struct Fall {
     double level = 0;            // the gain where it begins
     std::optional<double> edge;  // where the gain is half of that
-    std::optional<double> null;  // where it ceases to fall behind the edge
+    std::optional<double> null;  // where it ceases to fall behind the edge, or is further off than the reach
 };
 class Gain {
 public:
     explicit Gain(const FirFilter& filter) : filter_(filter) {}
 
     double operator()(double f) const { return std::fabs(amplitude(filter_, 1, f)); }
-    [[nodiscard]] Fall fall(double from, double to) const;
+    [[nodiscard]] Fall fall(double from, double to, double reach = 1) const;
     [[nodiscard]] Peak<double> highest(double low, double high) const;
 
 private:
@@ -38,9 +38,14 @@ private:
     const FirFilter& filter_;
 };
 
-std::optional<double> sidelobe_of(const FirFilter& filter);
+// Of the window: how far the first null is from the peak, and the highest side lobe behind it.
+struct MainLobe {
+    double reach = 1;
+    std::optional<double> sidelobe;  // dB
+};
+MainLobe main_lobe(const FirFilter& filter);
 std::optional<double> loss_between(const Gain& gain, double level, double a, double b);
-void fill_edges(const FirFilter& filter, WindowFigures& figures);
+void fill_edges(const FirFilter& filter, double reach, WindowFigures& figures);
 
 }  // namespace
 
@@ -50,15 +55,16 @@ bool has_window(const FirFilter& filter) {
 
 WindowFigures window_figures(const FirFilter& filter) {
     WindowFigures figures;
-    figures.sidelobe = sidelobe_of(filter);
-    fill_edges(filter, figures);
+    const MainLobe lobe = main_lobe(filter);
+    figures.sidelobe = lobe.sidelobe;
+    fill_edges(filter, lobe.reach, figures);
     return figures;
 }
 
 namespace {
 
 // The window is a symmetric response like any other.
-std::optional<double> sidelobe_of(const FirFilter& filter) {
+MainLobe main_lobe(const FirFilter& filter) {
     const WindowTask task{filter.FUNCTION(1).taps, filter.request.parameter};
     WindowCosines cosines = filter.WINDOW;
     WindowValues w;
@@ -72,20 +78,23 @@ std::optional<double> sidelobe_of(const FirFilter& filter) {
     const Gain gain(*window);
     const Peak<double> peak = gain.highest(0, 0.5);
     const Fall fall = gain.fall(peak.at, 0.5);
-    return fall.null ? loss_between(gain, peak.value, *fall.null, 0.5) : std::nullopt;
+    if (!fall.null) return {};
+    return {*fall.null - peak.at, loss_between(gain, peak.value, *fall.null, 0.5)};
 }
 
-void fill_edges(const FirFilter& filter, WindowFigures& figures) {
+// In the stopband the gain has a null before the window's main lobe has left the edge. Where it has none, as with a
+// window whose transform is nowhere negative, the stopband begins there.
+void fill_edges(const FirFilter& filter, double reach, WindowFigures& figures) {
     const FirRequest& request = filter.request;
     const Gain gain(filter);
     const auto [lower, upper] = windowed_edges(request);
     const double middle = (lower + upper) / 2 / request.sampling_frequency;
-    std::optional<Fall> down, up;  // to the side of the lower, of the upper frequencies
+    std::optional<Fall> down, up;  // the axis
     switch (request.filter_type) {
-        case FirFilterType::low_pass: up = gain.fall(0, 0.5); break;
-        case FirFilterType::high_pass: down = gain.fall(0.5, 0); break;
-        case FirFilterType::band_pass: down = gain.fall(middle, 0), up = gain.fall(middle, 0.5); break;
-        case FirFilterType::band_reject: up = gain.fall(0, 0.5), down = gain.fall(0.5, 0); break;
+        case FirFilterType::low_pass: up = gain.fall(0, 0.5, reach); break;
+        case FirFilterType::high_pass: down = gain.fall(0.5, 0, reach); break;
+        case FirFilterType::band_pass: down = gain.fall(middle, 0, reach), up = gain.fall(middle, 0.5, reach); break;
+        case FirFilterType::band_reject: up = gain.fall(0, 0.5, reach), down = gain.fall(0.5, 0, reach); break;
         case FirFilterType::unchosen: return;
     }
     const bool between = request.filter_type == FirFilterType::band_reject;  // lies the stopband
@@ -108,7 +117,7 @@ std::optional<double> loss_between(const Gain& gain, double level, double a, dou
     return 20 * std::log10(level / highest);
 }
 
-Fall Gain::fall(double from, double to) const {
+Fall Gain::fall(double from, double to, double reach) const {
     Fall fall{.level = (*this)(from), .edge = {}, .null = {}};
     if (!(fall.level > 0)) return fall;
     const std::vector<double> at = places(from, to);
@@ -124,6 +133,9 @@ Fall Gain::fall(double from, double to) const {
             fall.edge = stops;
         } else if (fall.edge && here <= before && here <= next) {
             fall.null = peak_between(at[k - 2], at[k], 40, [this](double f) { return -(*this)(f); }).at;
+            break;
+        } else if (fall.edge && std::fabs(at[k] - *fall.edge) >= reach) {
+            fall.null = *fall.edge + (to > from ? reach : -reach);
             break;
         }
         before = here;

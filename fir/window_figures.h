@@ -13,7 +13,7 @@ namespace kavrel {
 struct WindowFigures {
     std::optional<double> sidelobe;       // dB by which the window's highest side lobe is below its peak
     std::vector<double> edges_6db;        // Hz: where the gain has fallen to half, the lower one first
-    std::optional<double> stopband_loss;  // dB, the least beyond the first null outside each edge
+    std::optional<double> stopband_loss;  // dB, the least beyond the first null outside each edge, or the main lobe
 };
 
 // Of function 1 of a windowed design, as its taps are. Takes some 16 length^2 operations.

@@ -87,7 +87,8 @@ WindowVerdict chebyshev_window(const WindowTask& task, WindowCosines&, WindowVal
         int m = N % 2 == 0 ? j : 0;  // 2 j t, less the whole turns
         for (int k = 1; k <= task.half(); ++k) {
             w(k) += value * cosine[static_cast<std::size_t>(m)];
-            m = (m + 2 * j) % (2 * N);
+            m += 2 * j;
+            if (m >= 2 * N) m -= 2 * N;
         }
     }
     const double centre = w(1);

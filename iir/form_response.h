@@ -13,15 +13,9 @@
 #include <span>
 
 #include "iir/iir_request.h"
-#include "shell/analysis_result.h"
+#include "segment/response_rows.h"
 
 namespace kavrel {
-
-struct ResponsePoint {
-    double loss = 0;   // dB, infinite on a zero; not finite in any other way where there is no result
-    double phase = 0;  // degrees from -180 on, below 180: that of 1/H
-    double delay = 0;  // seconds
-};
 
 struct FormResponse {
     int count = 0;

@@ -5,9 +5,9 @@
 #include <numbers>
 
 #include "iir/command_tools.h"
-#include "iir/frequency_table.h"
+#include "iir/form_response.h"
+#include "segment/response_rows.h"
 #include "segment/result_commands.h"
-#include "shell/finite.h"
 
 namespace kavrel {
 
@@ -19,9 +19,7 @@ constexpr std::string_view which_output = "Need the sum functions?";
 
 Refusal refusal_of_form(const IirFilter& filter, Implementation form);
 FrequencyRows analysed_rows(const IirFilter& filter, Implementation form, const FrequencyGrid& grid);
-[[nodiscard]] bool fits_results(const FrequencyRows& rows);
-void store(const FrequencyRows& rows, AnalysisResult& results);
-FrequencyRows stored_rows(const AnalysisResult& results);
+std::string_view structure_text(Implementation form);
 bool asks_for_delay(const PlotChoice& choice);
 
 }  // namespace
@@ -35,8 +33,7 @@ void analyse_frequency(IirDesk& desk) {
     const FrequencyGrid grid = frequency_grid(request.frequency, desk.session.units);
     const FrequencyRows rows = analysed_rows(filter, request.analysed, grid);
     if (rows.count == 0) return refuse(desk, no_analysis_results);
-    if (!fits_results(rows)) return refuse(desk, results_out_of_range);
-    store(rows, desk.results);
+    if (!store_frequency(rows, largest_stored_loss, desk.results)) return refuse(desk, results_out_of_range);
     desk.results.frequency_of = fingerprint(filter);
     desk.results.TITLE = desk.session.TITLE.trimmed();
     report_points_lost(desk, grid.count - rows.count, grid.count);
@@ -108,55 +105,16 @@ FrequencyRows analysed_rows(const IirFilter& filter, Implementation form, const 
     return rows;
 }
 
-bool fits_results(const FrequencyRows& rows) {
-    for (int i = 1; i <= rows.count; ++i) {
-        const FrequencyRow& row = rows.rows(i);
-        const auto fits = [](auto... values) { return all_finite(static_cast<float>(values)...); };
-        if (!fits(row.frequency, row.filter.delay, row.complement.delay)) return false;
+std::string_view structure_text(Implementation form) {
+    switch (form) {
+        case Implementation::cascade: return "cascade";
+        case Implementation::parallel: return "parallel";
+        case Implementation::lattice: return "lattice";
+        case Implementation::direct: return "direct";
+        case Implementation::allpass: return "diff. allpass";
+        case Implementation::natural_modes: return "natural modes";
     }
-    return true;
-}
-
-void store(const FrequencyRows& rows, AnalysisResult& results) {
-    results.kind = AnalysisResult::Kind::frequency;
-    results.frequency_count = rows.count;
-    results.radians = rows.radians;
-    results.structure = rows.structure;
-    results.has_loss = results.has_phase = true;
-    results.has_delay = rows.has_delay;
-    results.has_complement = rows.has_complement;
-    results.difference = rows.difference;
-    results.has_return_loss = results.has_immittance = false;
-    const auto stored_loss = [](double loss) { return static_cast<float>(std::min(loss, largest_stored_loss)); };
-    for (int i = 1; i <= rows.count; ++i) {
-        const auto& [frequency, filter, complement] = rows.rows(i);
-        results.FREQ(i) = static_cast<float>(frequency);
-        results.frequency(i) = frequency;
-        results.LOSS(i) = stored_loss(filter.loss);
-        results.PHASE(i) = static_cast<float>(filter.phase);
-        results.DELA(i) = static_cast<float>(filter.delay);
-        results.LOSS_COMPLEMENT(i) = stored_loss(complement.loss);
-        results.PHASE_COMPLEMENT(i) = static_cast<float>(complement.phase);
-        results.DELAY_COMPLEMENT(i) = static_cast<float>(complement.delay);
-    }
-}
-
-FrequencyRows stored_rows(const AnalysisResult& results) {
-    FrequencyRows rows{.structure = results.structure.trimmed(),
-                       .radians = results.radians,
-                       .has_delay = results.has_delay,
-                       .has_complement = results.has_complement,
-                       .difference = results.difference,
-                       .count = results.frequency_count,
-                       .rows = {}};
-    const auto point = [](float loss, float phase, float delay) -> ResponsePoint {
-        return {static_cast<double>(loss), static_cast<double>(phase), static_cast<double>(delay)};
-    };
-    for (int i = 1; i <= rows.count; ++i) {
-        rows.rows(i) = {results.frequency(i), point(results.LOSS(i), results.PHASE(i), results.DELA(i)),
-                        point(results.LOSS_COMPLEMENT(i), results.PHASE_COMPLEMENT(i), results.DELAY_COMPLEMENT(i))};
-    }
-    return rows;
+    return {};
 }
 
 // The third curve of the form.

@@ -5,6 +5,7 @@
 #include "iir/command_tools.h"
 #include "iir/frequency_commands.h"
 #include "iir/sampled_response.h"
+#include "segment/response_rows.h"
 #include "segment/result_commands.h"
 #include "shell/edited.h"
 
@@ -19,7 +20,6 @@ constexpr std::string_view not_available = "Selected implementation is not avail
 void report_rows_left_out(IirDesk& desk, long long asked);
 void report_word(IirDesk& desk, double largest_state);
 Lines simulated_lines(const AnalysisResult& results, Implementation form);
-Lines tabulated_lines(const AnalysisResult& results);
 
 }  // namespace
 
@@ -47,7 +47,7 @@ void analyse_time(IirDesk& desk) {
 
 void tabulate_time(IirDesk& desk) {
     if (const auto why = needs_time_results(desk); !why.empty()) return refuse(desk, why);
-    Lines lines = tabulated_lines(desk.results);
+    Lines lines = time_lines(desk.results);
     mark_earlier(desk.results.time_of, fingerprint(desk.filter), lines);
     if (tabulate(desk, lines)) report_done(desk);
 }
@@ -74,25 +74,11 @@ void report_word(IirDesk& desk, double largest_state) {
     desk.reporter.report_line(edited<"(' Overflow: a state reaches',1P,E10.3,' steps of the word')">(steps));
 }
 
-void append_rows(const AnalysisResult& results, Lines& lines) {
-    for (int i = 1; i <= results.time_count; ++i) {
-        lines.push_back(edited<"(1X,1P,3E15.5)">(results.TIME(i), results.IMPULSE(i), results.STEP(i)));
-    }
-}
-
 Lines simulated_lines(const AnalysisResult& results, Implementation form) {
-    Lines lines{"", "==== Time response of " + std::string(results.TITLE.trimmed()),
-                std::string(structure_name(form)) + " structure ====", ""};
-    lines.push_back(edited<"(1X,3A15)">("Time in sec.", "Pulse resp.", "Step resp."));
-    append_rows(results, lines);
-    return lines;
-}
-
-Lines tabulated_lines(const AnalysisResult& results) {
-    Lines lines{"", std::string(results.TITLE.trimmed()), "", "===== Time-domain response =====", ""};
-    lines.push_back(edited<"(1X,3A15)">("Time in sec.", "Impulse resp.", "Step resp."));
-    append_rows(results, lines);
-    return lines;
+    return time_lines(results,
+                      {"", "==== Time response of " + std::string(results.TITLE.trimmed()),
+                       std::string(structure_name(form)) + " structure ===="},
+                      "Pulse resp.");
 }
 
 }  // namespace

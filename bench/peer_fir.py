@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Times scipy.signal.remez on the designs of bench/fir_exchange.cpp, and scipy.signal.windows on those of bench/fir_windows.cpp.
+"""Times what scipy and numpy have beside bench/fir_*.cpp: remez on the designs, windows, freqz.
 
     peer_fir.py                 prints a line for each: processor time, of a design at scipy's grid density of 16 and at 32
     peer_fir.py BENCHMARK.json  prints the tables of ratios to a run of fir_bench --benchmark_format=json
@@ -9,7 +9,8 @@ import statistics
 import sys
 import time
 
-from scipy.signal import remez, windows
+import numpy
+from scipy.signal import freqz, remez, windows
 
 LENGTHS = (32, 64, 101, 128, 256, 512)
 DESIGNS = {  # edges (taps away from 0.2 after the first two), values, weights
@@ -43,19 +44,28 @@ def microseconds(name, length, density):
         return float("nan")
 
 
-def print_windows(own):
-    print("window of 512" + ("  kavrel us" if own else "") + "  scipy us" + ("  ratio" if own else ""))
-    for number, compute in WINDOWS.items():
-        peer = median_time(lambda: compute(512))
-        mine = own["window", number] if own else None
-        print(f"{number:13}" + (f" {mine:10.2f} {peer:9.1f} {mine / peer:6.2f}" if own else f" {peer:9.1f}"))
+def response(length):
+    taps, points = numpy.sin(0.3 * numpy.arange(length)), 2 * numpy.pi * 47.9 / 48e3 * numpy.arange(501)
+    return lambda: freqz(taps, worN=points)
+
+
+PEERS = {("window", number): (lambda compute=compute: compute(512)) for number, compute in WINDOWS.items()}
+PEERS |= {(name, length): response(length) for name in ("symmetric_response", "general_response") for length in (64, 512)}
+
+
+def print_peers(own):
+    print("                   size" + ("  kavrel us" if own else "") + "    peer us" + ("  ratio" if own else ""))
+    for (name, size), work in PEERS.items():
+        peer = median_time(work)
+        mine = own[name, size] if own else None
+        print(f"{name:18} {size:4}" + (f" {mine:10.2f} {peer:10.1f} {mine / peer:6.2f}" if own else f" {peer:10.1f}"))
 
 
 def own_times(path):
     unit = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}
     with open(path) as file:
         runs = [run for run in json.load(file)["benchmarks"] if run.get("run_type") != "aggregate"]
-    cases = [(name, length) for name in DESIGNS for length in LENGTHS] + [("window", number) for number in WINDOWS]
+    cases = [(name, length) for name in DESIGNS for length in LENGTHS] + list(PEERS)
     times = {(name, size): [run["cpu_time"] * unit[run["time_unit"]] for run in runs if run["name"] == f"{name}/{size}"]
              for name, size in cases}
     return {key: statistics.median(values) for key, values in times.items()}
@@ -72,7 +82,7 @@ def main():
             print(f"{name:9} {length:6} {mine:10.0f} {default:9.0f} {equal:23.0f} {mine / default:6.2f} {mine / equal:20.2f}")
         else:
             print(f"{name:9} {length:6} {default:9.0f} {equal:23.0f}")
-    print_windows(own)
+    print_peers(own)
 
 
 if __name__ == "__main__":

@@ -55,6 +55,18 @@ bool has_function(FirDesk& desk, std::string_view hindrance) {
     return false;
 }
 
+bool is_of_filter(const FirFilter& filter, Fingerprint analysed) {
+    for (int n = 1; n <= filter.functions; ++n) {
+        if (fingerprint(filter, n) == analysed) return true;
+    }
+    return false;
+}
+
+void tabulate_results(FirDesk& desk, Fingerprint analysed, Lines& lines) {
+    mark_earlier(analysed, is_of_filter(desk.filter, analysed) ? analysed : 0, lines);
+    if (tabulate(desk, lines)) report_edit_done(desk);
+}
+
 void report_edit_done(FirDesk& desk) { desk.reporter.message("*** Done ***", "Success"); }
 
 bool make_edit(FirDesk& desk, FirEdit edit) {

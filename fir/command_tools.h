@@ -30,9 +30,15 @@ inline constexpr std::string_view no_space = "No space available";        // cap
 [[nodiscard]] std::string_view needs_function_to_analyze(const FirDesk& desk);
 [[nodiscard]] std::string_view needs_function_to_truncate(const FirDesk& desk);
 
+// Whether results are of one of the filter's functions.
+[[nodiscard]] bool is_of_filter(const FirFilter& filter, Fingerprint analysed);
+
 // Whether the filter has the function that the command's form names; a box says so if not, in the words of the
 // hindrance where there is none at all.
 [[nodiscard]] bool has_function(FirDesk& desk, std::string_view hindrance = "");
+
+// The lines of a table of results into a file; marked above where no function of the filter is the one analysed.
+void tabulate_results(FirDesk& desk, Fingerprint analysed, Lines& lines);
 
 // "*** Done ***" in a box with caption "Success".
 void report_edit_done(FirDesk& desk);

@@ -1,6 +1,7 @@
 #include "fir/file_commands.h"
 
 #include "fir/command_tools.h"
+#include "fir/report_commands.h"
 
 namespace kavrel {
 
@@ -10,13 +11,23 @@ void save_fir_file(FirDesk& desk) {
 void save_fir_as(FirDesk& desk) {
     if (save_as(kept(desk))) report_edit_done(desk);
 }
-void read_fir_file(FirDesk& desk, bool name_given) { static_cast<void>(read(kept(desk), name_given)); }
-void undo_edit(FirDesk& desk) { static_cast<void>(undo(kept(desk))); }
-void redo_edit(FirDesk& desk) { static_cast<void>(redo(kept(desk))); }
+void read_fir_file(FirDesk& desk, bool name_given) {
+    if (!read(kept(desk), name_given)) return;
+    desk.state.shown = desk.command.function_number = 1;
+    display_design(desk);
+}
+void undo_edit(FirDesk& desk) {
+    if (undo(kept(desk))) display_design(desk);
+}
+void redo_edit(FirDesk& desk) {
+    if (redo(kept(desk))) display_design(desk);
+}
 void store_filter(FirDesk& desk) {
     if (const auto why = needs_filter(desk); !why.empty()) return refuse(desk, why);
     if (store(kept(desk))) report_edit_done(desk);
 }
-void recall_filter(FirDesk& desk) { static_cast<void>(recall(kept(desk))); }
+void recall_filter(FirDesk& desk) {
+    if (recall(kept(desk))) display_design(desk);
+}
 
 }  // namespace kavrel

@@ -15,7 +15,7 @@ auto cells_of(Filter& filter, int n) {
     return std::span(filter.X.cells)
         .subspan(static_cast<std::size_t>(first - 1), static_cast<std::size_t>(filter.IST(n + 1) - first));
 }
-bool is_mirrored(std::span<const double> taps, double sign);
+double sign_of(FirSymmetry symmetry) { return symmetry == FirSymmetry::odd ? -1.0 : 1.0; }
 
 }  // namespace
 
@@ -53,25 +53,41 @@ std::vector<double> full_response(const FirFilter& filter, int n) {
     const auto [taps, symmetry, word, gain, asked] = filter.FUNCTION(n);
     std::vector<double> response(static_cast<std::size_t>(taps), 0.0);
     if (symmetry != FirSymmetry::none) {
-        const double sign = symmetry == FirSymmetry::odd ? -1.0 : 1.0;
+        const double sign = sign_of(symmetry);
         std::ranges::transform(stored, response.rbegin(), [sign](double h) { return sign * h; });
     }
     std::ranges::copy(stored, response.begin());
     return response;
 }
 
+bool is_mirrored(std::span<const double> taps, FirSymmetry symmetry) {
+    double peak = 0;
+    for (const double h : taps) peak = std::fmax(peak, std::fabs(h));
+    for (std::size_t i = 0, j = taps.size() - 1; i < taps.size(); ++i, --j) {
+        if (!(std::fabs(taps[i] - sign_of(symmetry) * taps[j]) <= mirrored * peak)) return false;
+    }
+    return true;
+}
+
+std::vector<double> half_of(std::span<const double> taps, FirSymmetry symmetry) {
+    std::vector<double> half(taps.begin(), taps.begin() + stored_cells(static_cast<int>(taps.size()), symmetry));
+    for (std::size_t i = 0; i < half.size(); ++i) {
+        half[i] = (taps[i] + sign_of(symmetry) * taps[taps.size() - 1 - i]) / 2;
+    }
+    return half;
+}
+
 FirResponse response_of(std::span<const double> taps) {
     FirResponse response;
     FirFunction& function = response.function;
     function.taps = static_cast<int>(taps.size());
-    function.symmetry = is_mirrored(taps, 1)    ? FirSymmetry::even
-                        : is_mirrored(taps, -1) ? FirSymmetry::odd
-                                                : FirSymmetry::none;
-    response.coefficients.assign(taps.begin(), taps.begin() + stored_cells(function.taps, function.symmetry));
-    if (function.symmetry == FirSymmetry::none) return response;
-    const double sign = function.symmetry == FirSymmetry::odd ? -1 : 1;
-    for (std::size_t i = 0; i < response.coefficients.size(); ++i) {
-        response.coefficients[i] = (taps[i] + sign * taps[taps.size() - 1 - i]) / 2;
+    function.symmetry = is_mirrored(taps, FirSymmetry::even)  ? FirSymmetry::even
+                        : is_mirrored(taps, FirSymmetry::odd) ? FirSymmetry::odd
+                                                              : FirSymmetry::none;
+    if (function.symmetry == FirSymmetry::none) {
+        response.coefficients.assign(taps.begin(), taps.end());
+    } else {
+        response.coefficients = half_of(taps, function.symmetry);
     }
     return response;
 }
@@ -81,18 +97,5 @@ Fingerprint fingerprint(const FirFilter& filter, int n) {
     numbers.push_back(filter.sampling_frequency);
     return fingerprint_of({reinterpret_cast<const char*>(numbers.data()), numbers.size() * sizeof(double)});
 }
-
-namespace {
-
-bool is_mirrored(std::span<const double> taps, double sign) {
-    double peak = 0;
-    for (const double h : taps) peak = std::fmax(peak, std::fabs(h));
-    for (std::size_t i = 0, j = taps.size() - 1; i < taps.size(); ++i, --j) {
-        if (!(std::fabs(taps[i] - sign * taps[j]) <= mirrored * peak)) return false;
-    }
-    return true;
-}
-
-}  // namespace
 
 }  // namespace kavrel

@@ -101,6 +101,11 @@ void keep_functions(FirFilter& filter, int count);
 // All taps of function n, first to last.
 [[nodiscard]] std::vector<double> full_response(const FirFilter& filter, int n);
 
+// Whether a response is equal to its mirror image (of an odd symmetry to the negative of it) within 1e-12 of the peak;
+// the half that stands for it then, the mean of both.
+[[nodiscard]] bool is_mirrored(std::span<const double> taps, FirSymmetry symmetry);
+[[nodiscard]] std::vector<double> half_of(std::span<const double> taps, FirSymmetry symmetry);
+
 // A response as a function: one equal to its mirror image, or to the negative of it, within 1e-12 of the peak becomes
 // its half, the mean of both.
 struct FirResponse {

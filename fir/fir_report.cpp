@@ -65,21 +65,30 @@ void report_fir_design(const FirTask& task, const FirTaps& taps, const FirDesign
     reporter.report_line(stars());
 }
 
-void report_impulse_response(const FirFilter& filter, int function, Reporter& reporter) {
+std::string wide_number(int number) {
+    const std::string text = edited<"(I4)">(number);
+    return text.starts_with(' ') ? text.substr(1) : text;
+}
+
+std::vector<std::string> impulse_response_lines(const FirFilter& filter, int function) {
     const auto stored = stored_coefficients(filter, function);
     const auto [taps, symmetry, word, gain, asked] = filter.FUNCTION(function);
-    const auto tap = [](int i) { return edited<"('H(',I3,')')">(i); };
+    const auto tap = [](int i) { return "H(" + wide_number(i) + ")"; };
     const std::string mirrored = symmetry == FirSymmetry::odd ? " = -" : " = ";
-    const auto report = [&, taps = taps, symmetry = symmetry](int i, double value) {
+    std::vector<std::string> lines{"", edited<"(18X,'***** Impulse response *****')">()};
+    const auto add = [&, taps = taps, symmetry = symmetry](int i, double value) {
         std::string text = edited<"(13X,A,' = ',1P,E17.9)">(tap(i), value);
         if (symmetry != FirSymmetry::none && taps + 1 - i != i) text += mirrored + tap(taps + 1 - i);
-        reporter.report_line(text);
+        lines.push_back(text);
     };
-    reporter.report_line("");
-    reporter.report_line(edited<"(18X,'***** Impulse response *****')">());
     int i = 0;
-    for (const double h : stored) report(++i, h);
-    if (symmetry == FirSymmetry::odd && taps % 2 == 1) report(++i, 0.0);
+    for (const double h : stored) add(++i, h);
+    if (symmetry == FirSymmetry::odd && taps % 2 == 1) add(++i, 0.0);
+    return lines;
+}
+
+void report_impulse_response(const FirFilter& filter, int function, Reporter& reporter) {
+    reporter.report_lines(impulse_response_lines(filter, function));
 }
 
 namespace {

@@ -1,7 +1,9 @@
 // What an equal ripple FIR design reports.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "fir/best_taps.h"
 #include "shell/reporter.h"
@@ -21,7 +23,11 @@ struct FirDesignFigures {
 void report_fir_design(const FirTask& task, const FirTaps& taps, const FirDesignFigures& figures,
                        std::string_view title, const UnitSet& units, Reporter& reporter);
 
+// A whole number in three places, or in four where it takes them.
+[[nodiscard]] std::string wide_number(int number);
+
 // The impulse response of a function, a line for each coefficient and its mirror image.
+[[nodiscard]] std::vector<std::string> impulse_response_lines(const FirFilter& filter, int function);
 void report_impulse_response(const FirFilter& filter, int function, Reporter& reporter);
 
 }  // namespace kavrel

@@ -4,6 +4,7 @@
 #include "fir/factor_commands.h"
 #include "fir/file_commands.h"
 #include "fir/fir_rows.h"
+#include "fir/frequency_commands.h"
 #include "fir/report_commands.h"
 #include "fir/time_commands.h"
 #include "segment/result_commands.h"
@@ -21,7 +22,7 @@ constexpr CommandTable commands({
     {"show", show_function, needs_function_to_show},
     {"time", analyse_time, needs_function_to_analyze},
     {"trun"},
-    {"freq"},
+    {"freq", analyse_frequency, needs_function_to_analyze},
     {"fac ", factor_function, needs_filter},
     {"flip", flip_factors, needs_factors},
     {"prf ", print_factors, needs_factors},
@@ -29,24 +30,24 @@ constexpr CommandTable commands({
     {"mult", multiply_factors, needs_factors},
     {"scal"},
     {"save", save_fir_file, needs_filter},
-    {"pltf"},
+    {"pltf", plot_frequency, needs_frequency_results},
     {"add ", add_factor, needs_factors},
     {"del ", delete_factor, needs_factors},
     {"sto ", store_filter, needs_filter},
     {"rcl ", recall_filter, [](const FirDesk& desk) { return cannot_recall(desk); }},
     {"ch  ", change_factor, needs_factors},
     {"lbl ", change_title, needs_filter},
-    {"file"},
+    {"file", write_text_report, needs_filter},
     {"prog"},
     {"ffac", write_factors, needs_factors},
     {"undo", undo_edit, [](const FirDesk& desk) { return cannot_undo(desk.state.kept); }},
     {"pri ", choose_print},
-    {"pltt"},
-    {"tabf"},
-    {"tabt"},
+    {"pltt", plot_time, needs_time_results},
+    {"tabf", tabulate_frequency, needs_frequency_results},
+    {"tabt", tabulate_time, needs_time_results},
     {"plpr", [](FirDesk& desk) { print_plot_window(desk); }},
     {"clr ", clear_functions, needs_filter},
-    {"disp"},
+    {"disp", display_design, needs_filter},
     {"redo", redo_edit, [](const FirDesk& desk) { return cannot_redo(desk.state.kept); }},
     {"flat"},
     {"min ", make_minimum_phase, needs_factors},
@@ -70,8 +71,8 @@ void firSegment(FirDesk& desk) {
     const bool name_given = entry == fir_entry::stored_filter;
     const Fingerprint before = fingerprint(desk.filter);
     const bool another = entry == fir_entry::first_call || cell == read_word;
+    if (entry == fir_entry::first_call) desk.state.shown = desk.command.function_number = 1;
     entry = fir_entry::ordinary_command;
-    if (another) desk.state.shown = 1;
     if (name_given) forget_edits(desk.state.kept);
     if (name_given && cell == read_word) {
         read_fir_file(desk, true);

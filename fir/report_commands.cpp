@@ -1,8 +1,7 @@
 #include "fir/report_commands.h"
 
 #include "fir/command_tools.h"
-#include "fir/fir_report.h"
-#include "shell/edited.h"
+#include "fir/design_lines.h"
 
 namespace kavrel {
 
@@ -16,9 +15,24 @@ Refusal forget_factors(FirFilter& filter, const FirCommandRequest& request, Line
 void show_function(FirDesk& desk) {
     if (!has_function(desk, needs_function_to_show(desk))) return;
     const int n = desk.state.shown = desk.command.function_number;
-    desk.reporter.report_line(" " + desk.session.TITLE.text());
-    desk.reporter.report_line(edited<"(' Function number ',I2,', length ',I3)">(n, desk.filter.FUNCTION(n).taps));
-    report_impulse_response(desk.filter, n, desk.reporter);
+    report_lines(desk, function_lines(desk.filter, n, desk.session.TITLE.trimmed()));
+}
+
+void display_design(FirDesk& desk) {
+    if (const auto why = needs_filter(desk); !why.empty()) return refuse(desk, why);
+    report_lines(desk, design_lines(desk.filter, desk.session.TITLE.trimmed()));
+}
+
+void write_text_report(FirDesk& desk) {
+    if (const auto why = needs_filter(desk); !why.empty()) return refuse(desk, why);
+    const std::string_view title = desk.session.TITLE.trimmed();
+    Lines lines = design_lines(desk.filter, title);
+    for (int n = 1; n <= desk.filter.functions; ++n) {
+        lines.emplace_back("");
+        const Lines function = function_lines(desk.filter, n, title);
+        lines.insert(lines.end(), function.begin(), function.end());
+    }
+    if (write_lines(desk, lines, ExtSlot::fir_report)) report_edit_done(desk);
 }
 
 void change_title(FirDesk& desk) {

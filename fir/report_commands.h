@@ -5,10 +5,12 @@
 
 namespace kavrel {
 
-void show_function(FirDesk& desk);    // "show"
-void change_title(FirDesk& desk);     // "lbl "
-void choose_print(FirDesk& desk);     // "pri "
-void clear_functions(FirDesk& desk);  // "clr "
-void return_to_first(FirDesk& desk);  // "rset"
+void show_function(FirDesk& desk);      // "show"
+void display_design(FirDesk& desk);     // "disp"
+void write_text_report(FirDesk& desk);  // "file": what "disp" and "show" print, of all functions
+void change_title(FirDesk& desk);       // "lbl "
+void choose_print(FirDesk& desk);       // "pri "
+void clear_functions(FirDesk& desk);    // "clr "
+void return_to_first(FirDesk& desk);    // "rset"
 
 }  // namespace kavrel

@@ -13,6 +13,12 @@ void fir_analysis_rules(const FirAnalysisRequest& r, FieldStates& states) {
     states.off({"filter_symmetry", "filter_length"}, r.filter_data == FirData::quadratics);
 }
 
+// Without it a filter has no frequency.
+Refusal fir_analysis_refusal(const FirAnalysisRequest& r) {
+    if (!(r.sampling_freq > 0.0)) return {"Sampling/quarter-wave frequency missing", "sampling_freq"};
+    return {};
+}
+
 constexpr Choice data_kinds[] = {{"Coefficients", FirData::coefficients}, {"Quadratics", FirData::quadratics}};
 constexpr Choice symmetries[] = {
     {"Even", FirSymmetryChoice::even}, {"Odd", FirSymmetryChoice::odd}, {"None", FirSymmetryChoice::none}};
@@ -38,7 +44,7 @@ constexpr Field fields[] = {
 }  // namespace
 
 constexpr Form ANALYSIS_FIR_DLG =
-    form_of<R, fir_analysis_rules>("ANALYSIS_FIR_DLG", "Entering FIR filter data", fields);
+    form_of<R, fir_analysis_rules, fir_analysis_refusal>("ANALYSIS_FIR_DLG", "Entering FIR filter data", fields);
 constexpr Form COEFFICIENTS_DLG = form_of<R>("COEFFICIENTS_DLG", "Specified coefficients", coefficient_fields, true);
 constexpr Form FIR_ZEROS_DLG = form_of<R>("FIR_ZEROS_DLG", "Specified quadratics", quadratic_fields, true);
 

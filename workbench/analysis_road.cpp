@@ -1,6 +1,12 @@
 #include "workbench/analysis_road.h"
 
+#include <memory>
+#include <vector>
+
+#include "fir/fir_design.h"
+#include "fir/from_outside.h"
 #include "passive/passive_segment.h"
+#include "workbench/fir_road.h"
 #include "workbench/kind_roads.h"
 #include "workbench/rooms.h"
 
@@ -10,6 +16,7 @@ namespace {
 
 FilterSpec given(const FilterAnalysisRequest& r, const FilterKindRow& kind, const UnitSet& units);
 PassiveFilter empty_store(const FilterSpec& spec);
+Refusal take_data(const FirAnalysisRequest& request, FirFilter& filter);
 
 }  // namespace
 
@@ -41,8 +48,14 @@ void typed_circuit_road(Workbench& bench) {
 void fir_analysis_road(Workbench& bench, FormStart start) {
     FirAnalysisRequest& request = bench.fir_analysis_request;
     ask_for_design(bench, start, fir_analysis_input, request, [&] {
-        if (!request.save_analysis_data || save_design_input(bench, fir_analysis_input, request))
-            not_implemented(bench);
+        if (request.save_analysis_data && !save_design_input(bench, fir_analysis_input, request)) return;
+        const auto given = std::make_unique<FirFilter>();
+        given->sampling_frequency = request.sampling_freq * bench.session.units.frequency_multiplier;
+        if (const Refusal wrong = take_data(request, *given); !wrong.empty()) return bench.reporter.refuse(wrong);
+        bench.design = DesignOutcome::none;
+        bench.discontinued_request.reset();
+        bench.results = {};
+        enter_fir(bench, *given, new_fir_title, "show");
     });
 }
 
@@ -72,6 +85,28 @@ PassiveFilter empty_store(const FilterSpec& spec) {
     filter.circuit.fnorm = spec.filterType == high_pass ? spec.lowerPassEdge : spec.upperPassEdge;
     filter.circuit.fs = spec.sampleFrequency;
     return filter;
+}
+
+FirSymmetry symmetry_of(FirSymmetryChoice choice) {
+    switch (choice) {
+        case FirSymmetryChoice::unchosen:
+        case FirSymmetryChoice::even: return FirSymmetry::even;
+        case FirSymmetryChoice::odd: return FirSymmetry::odd;
+        case FirSymmetryChoice::none: break;
+    }
+    return FirSymmetry::none;
+}
+
+Refusal take_data(const FirAnalysisRequest& request, FirFilter& filter) {
+    if (request.filter_data == FirData::quadratics) {
+        std::vector<QuadraticRow> rows;
+        for (int i = 1; i <= request.FIR_ZEROS.rows; ++i)
+            rows.push_back({request.FIR_ZEROS(i, 1), request.FIR_ZEROS(i, 2)});
+        return take_quadratics(rows, filter);
+    }
+    std::vector<double> rows;
+    for (int i = 1; i <= request.COEFFICIENTS.rows; ++i) rows.push_back(request.COEFFICIENTS(i, 1));
+    return take_coefficients(rows, symmetry_of(request.filter_symmetry), request.filter_length, filter);
 }
 
 }  // namespace

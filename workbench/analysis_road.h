@@ -14,7 +14,7 @@ void analysis_road(Workbench& bench, FormStart start);
 // this one.
 void typed_circuit_road(Workbench& bench);
 
-// The same for a FIR filter.
+// The same for a FIR filter, which is shown in the FIR Segment.
 void fir_analysis_road(Workbench& bench, FormStart start);
 
 }  // namespace kavrel

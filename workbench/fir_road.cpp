@@ -13,7 +13,6 @@ namespace kavrel {
 namespace {
 
 void design_fir(Workbench& bench);
-void enter_fir(Workbench& bench, const FirFilter& filter, std::string_view title, int entry);
 
 }  // namespace
 
@@ -22,6 +21,17 @@ void fir_design_road(Workbench& bench, FormStart start) {
     ask_for_design(bench, start, fir_input, request, [&] {
         if (!request.save_design || save_design_input(bench, fir_input, request)) design_fir(bench);
     });
+}
+
+void enter_fir(Workbench& bench, const FirFilter& filter, std::string_view title, std::string_view word) {
+    FirDesk desk = fir_desk(bench);
+    keep_former(kept(desk));
+    bench.session.TITLE = title;
+    bench.session.filter_file = "";
+    bench.fir = filter;
+    bench.session.entry(SegmentId::fir) = fir_entry::first_call;
+    bench.session.word(SegmentId::fir) = CommandKeyword(word);
+    enter_segment(bench, SegmentId::fir);
 }
 
 namespace {
@@ -33,7 +43,7 @@ void design_fir(Workbench& bench) {
         case FirDesignVerdict::designed:
             bench.design = DesignOutcome::done;
             bench.discontinued_request.reset();
-            enter_fir(bench, *made, new_fir_title, fir_entry::first_call);
+            enter_fir(bench, *made, new_fir_title);
             break;
         case FirDesignVerdict::stopped:
         case FirDesignVerdict::refused:
@@ -44,17 +54,6 @@ void design_fir(Workbench& bench) {
             bench.reporter.fail(design_discontinued);
             break;
     }
-}
-
-// An undo leads back to the filter of before.
-void enter_fir(Workbench& bench, const FirFilter& filter, std::string_view title, int entry) {
-    FirDesk desk = fir_desk(bench);
-    keep_former(kept(desk));
-    bench.session.TITLE = title;
-    bench.session.filter_file = "";
-    bench.fir = filter;
-    bench.session.entry(SegmentId::fir) = entry;
-    enter_segment(bench, SegmentId::fir);
 }
 
 }  // namespace

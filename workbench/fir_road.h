@@ -9,4 +9,8 @@ namespace kavrel {
 // that does not come off leave filter, results and the current Segment as they were.
 void fir_design_road(Workbench& bench, FormStart start);
 
+// Shows a filter that is new in the FIR Segment, with the word, if there is one, as its first command; an undo leads
+// back to the filter of before.
+void enter_fir(Workbench& bench, const FirFilter& filter, std::string_view title, std::string_view word = "");
+
 }  // namespace kavrel

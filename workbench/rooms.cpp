@@ -34,7 +34,6 @@ std::string_view fir_file_refusal(std::string_view name);
 bool circuit_is_unsaved(Workbench& bench);
 bool iir_is_unsaved(Workbench& bench);
 bool fir_is_unsaved(Workbench& bench);
-bool fir_shows(const Workbench& bench, Fingerprint source);
 void multiply_after_form(Workbench& bench);
 
 // A routine of a Segment, at its desk.
@@ -119,7 +118,7 @@ constexpr Room rooms[] = {
      .hindrance = hindrance_at<fir_desk, fir_hindrance>,
      .run = at_desk<fir_desk, firSegment>,
      .recall_entry = fir_entry::stored_filter,
-     .shows = fir_shows,
+     .shows = [](const Workbench& bench, Fingerprint source) { return is_of_filter(bench.fir, source); },
      .file_refusal = fir_file_refusal,
      .unsaved = fir_is_unsaved,
      .check = check_of_fir},
@@ -246,14 +245,6 @@ bool iir_is_unsaved(Workbench& bench) {
 bool fir_is_unsaved(Workbench& bench) {
     FirDesk desk = fir_desk(bench);
     return is_unsaved(kept(desk));
-}
-
-// Results are of one function.
-bool fir_shows(const Workbench& bench, Fingerprint source) {
-    for (int n = 1; n <= bench.fir.functions; ++n) {
-        if (fingerprint(bench.fir, n) == source) return true;
-    }
-    return false;
 }
 
 void multiply_after_form(Workbench& bench) {

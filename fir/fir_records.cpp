@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <vector>
 
+#include "fir/factors.h"
+#include "fir/fir_task.h"
 #include "fir/windows.h"
 #include "shell/finite.h"
 #include "shell/stored_files.h"
@@ -28,6 +31,7 @@ Columns columns_of(const FirFilter& filter);
 // The two directions: `File` is a RecordWriter or a RecordReader, the others const or not accordingly.
 template <class File, class Filter, class Table, class Title>
 void records(File& file, Filter& filter, Table& columns, Title& title);
+bool read(std::string_view bytes, FirFilter& filter, FixedText<80>& title, bool may_be_empty);
 void take_functions(const Columns& columns, FirFilter& filter);
 bool sound(const FirFilter& filter, const Columns& columns);
 
@@ -41,22 +45,17 @@ std::string fir_records(const FirFilter& filter, const FixedText<80>& title) {
 }
 
 bool read_fir_records(std::string_view bytes, FirFilter& filter, FixedText<80>& title) {
-    const auto found = std::make_unique<FirFilter>();
-    Columns columns;
-    FixedText<80> found_title;
-    RecordReader file(bytes);
-    records(file, *found, columns, found_title);
-    if (!file.finished()) return false;
-    take_functions(columns, *found);
-    if (!sound(*found, columns)) return false;
-    filter = *found;
-    title = found_title;
-    return true;
+    return read(bytes, filter, title, false);
+}
+
+bool read_fir_snapshot(std::string_view bytes, FirFilter& filter, FixedText<80>& title) {
+    return read(bytes, filter, title, true);
 }
 
 namespace {
 
 constexpr std::size_t block_bytes = 4368;
+constexpr int highest_serial = 1'000'000;  // more than anybody gives
 
 // Calls visit with the fields of a block; what is left of it is blank.
 template <class Factors, class Table, class Visit>
@@ -103,6 +102,24 @@ void records(File& file, Filter& filter, Table& columns, Title& title) {
     if (filter.request.shape.rows > 0) file.record(filter.request.shape.cells);
 }
 
+bool read(std::string_view bytes, FirFilter& filter, FixedText<80>& title, bool may_be_empty) {
+    auto found = std::make_unique<FirFilter>();
+    Columns columns;
+    FixedText<80> found_title;
+    RecordReader file(bytes);
+    records(file, *found, columns, found_title);
+    if (!file.finished()) return false;
+    if (may_be_empty && found->functions == 0) {
+        *found = {};
+    } else {
+        take_functions(columns, *found);
+        if (!sound(*found, columns)) return false;
+    }
+    filter = *found;
+    title = found_title;
+    return true;
+}
+
 Columns columns_of(const FirFilter& filter) {
     Columns c;
     for (int n = 1; n <= fir_function_limit; ++n) {
@@ -116,12 +133,12 @@ Columns columns_of(const FirFilter& filter) {
         c.asked(n) = function.asked ? 1 : 0;
         c.gain(n) = function.gain;
     }
-    for (int k = 1; k <= filter.factors.count; ++k) c.IIND(k) = k;
+    for (int k = 1; k <= std::min(filter.factors.count, fir_factor_limit); ++k) c.IIND(k) = k;
     return c;
 }
 
 void take_functions(const Columns& c, FirFilter& filter) {
-    for (int n = 1; n <= fir_function_limit; ++n) {
+    for (int n = 1; n <= std::min(filter.functions, fir_function_limit); ++n) {
         const WordLength word{c.BITS(n), c.method(n), c.number_form(n)};
         filter.FUNCTION(n) = {c.taps(n), c.symmetry(n), word, c.gain(n), c.asked(n) != 0};
     }
@@ -154,9 +171,11 @@ bool sound_functions(const FirFilter& filter, const Columns& c) {
 bool sound_factors(const FirFactors& f, const Columns& c, int functions) {
     if (!within(f.count, 0, fir_factor_limit) || !within(f.function, 0, functions)) return false;
     if (!within(f.delay, 0, 2 * fir_store) || !within(f.trailing, 0, 2 * fir_store)) return false;
+    if (f.last_serial > highest_serial) return false;
     std::vector<int> serials;
     for (int k = 1; k <= f.count; ++k) {
         if (c.IIND(k) != k || !within(f.ISER(k), 1, f.last_serial)) return false;
+        if (zeros_of({f.A1(k), f.A2(k)}) == 0) return false;
         serials.push_back(f.ISER(k));
     }
     std::ranges::sort(serials);
@@ -170,6 +189,33 @@ bool sound_request(const FirRequest& r) {
            within(r.window_type, 0, fir_window_count);
 }
 
+// Bands that can be searched: ascending, below half the sampling frequency, of positive weights.
+bool sound_bands(const FirRequest& r) {
+    FirTask task;
+    if (take_task(r, task) != nullptr) return false;
+    const BandTable& bands = task.BANDS;
+    bool good = bands.EDGE(1) >= 0 && bands.EDGE(2 * bands.NBANDS) <= 0.5 && all_finite(bands.FX);
+    for (int b = 1; b <= bands.NBANDS; ++b) good = good && bands.WTX(b) > 0 && std::isfinite(bands.WTX(b));
+    return good;
+}
+
+// The edges of a band are searched from its middle on.
+bool sound_window(const FirRequest& r) {
+    const auto inside = [&](double f) { return f >= 0 && f <= r.sampling_frequency; };
+    const bool band = r.filter_type == FirFilterType::band_pass || r.filter_type == FirFilterType::band_reject;
+    return r.window_type != FirWindow::unchosen && r.filter_type != FirFilterType::unchosen &&
+           r.sampling_frequency > 0 && (!band || (inside(r.lower_frequency) && inside(r.upper_frequency)));
+}
+
+bool sound_design(const FirFilter& filter) {
+    switch (filter.origin) {
+        case FirOrigin::equal_ripple: return sound_bands(filter.request);
+        case FirOrigin::windowed: return sound_window(filter.request);
+        case FirOrigin::given: break;
+    }
+    return true;
+}
+
 bool sound(const FirFilter& filter, const Columns& c) {
     const FirFactors& f = filter.factors;
     const FirRequest& r = filter.request;
@@ -179,7 +225,7 @@ bool sound(const FirFilter& filter, const Columns& c) {
                                    f.multiplier, f.gain, c.gain, r.QUADRUPLETS.cells, r.shape.cells, r.lower_frequency,
                                    r.upper_frequency, r.sampling_frequency, r.slope, r.parameter, filter.WINDOW);
     return choices && finite && filter.sampling_frequency > 0 && sound_functions(filter, c) &&
-           sound_factors(f, c, filter.functions) && sound_request(r);
+           sound_factors(f, c, filter.functions) && sound_request(r) && sound_design(filter);
 }
 
 }  // namespace

@@ -29,7 +29,11 @@ namespace kavrel {
 
 // False, with filter and title as they were, when the bytes are not such records to their end, or hold what no filter
 // could be: functions that do not follow each other in the store, lengths that do not fit their symmetry, unknown
-// choices, factors beyond their tables or two of one serial number, numbers that are not finite.
+// choices, factors beyond their tables, that are none or two of one serial number, a design's bands or window that no
+// form takes, numbers that are not finite.
 [[nodiscard]] bool read_fir_records(std::string_view bytes, FirFilter& filter, FixedText<80>& title);
+
+// The same for files of undo, redo and store, which may also hold that there is no filter.
+[[nodiscard]] bool read_fir_snapshot(std::string_view bytes, FirFilter& filter, FixedText<80>& title);
 
 }  // namespace kavrel

@@ -7,7 +7,7 @@ namespace kavrel {
 constexpr std::array<StoredForm<FirFilter>, 1> fir_files = {
     {{.slot = ExtSlot::fir_filter, .layout = {.bytes = fir_records, .take = read_fir_records}}}};
 
-constexpr Keeping<FirFilter> fir_keeping{.snapshot = {.bytes = fir_records, .take = read_fir_records},
+constexpr Keeping<FirFilter> fir_keeping{.snapshot = {.bytes = fir_records, .take = read_fir_snapshot},
                                          .forms = fir_files,
                                          .is_empty = [](const FirFilter& filter) { return filter.functions == 0; },
                                          .open_caption = "Open a stored filter text file",

@@ -47,7 +47,7 @@ void add_design(const FirFilter& filter, Lines& lines) {
         case FirOrigin::equal_ripple: add_bands(filter, lines); break;
         case FirOrigin::windowed: add_window(filter, lines); break;
         case FirOrigin::given:
-            lines.emplace_back(" Given coefficients");
+            lines.emplace_back(" Filter from outside");
             add_frequency("Sampling rate", filter.sampling_frequency, lines);
             break;
     }

@@ -1,5 +1,6 @@
 #include "fir/design_lines.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "fir/fir_report.h"
@@ -33,6 +34,8 @@ Lines function_lines(const FirFilter& filter, int n, std::string_view title) {
                 edited<"(' Function number ',I2,', length ',A)">(n, wide_number(filter.FUNCTION(n).taps))};
     const Lines response = impulse_response_lines(filter, n);
     lines.insert(lines.end(), response.begin(), response.end());
+    const bool nothing = std::ranges::all_of(stored_coefficients(filter, n), [](double h) { return h == 0; });
+    if (nothing) lines.emplace_back("    **** All coefficients are 0 ****");
     return lines;
 }
 
@@ -75,10 +78,22 @@ void add_bands(const FirFilter& filter, Lines& lines) {
     if (task.SHAPE.count > 0) lines.push_back(edited<"(4X,'Pass band shaped by ',I0,' points')">(task.SHAPE.count));
 }
 
+std::string_view name_of(FirFilterType type) {
+    switch (type) {
+        case FirFilterType::low_pass: return "Lowpass";
+        case FirFilterType::high_pass: return "Highpass";
+        case FirFilterType::band_pass: return "Bandpass";
+        case FirFilterType::band_reject: return "Band-reject";
+        case FirFilterType::unchosen: break;
+    }
+    return {};
+}
+
 void add_window(const FirFilter& filter, Lines& lines) {
     const FirRequest& request = filter.request;
     const double hertz = filter.sampling_frequency / request.sampling_frequency;
     lines.emplace_back(" Windowed linear-phase filter design");
+    lines.push_back(edited<"(4X,'Filter type : ',A)">(name_of(request.filter_type)));
     if (request.parameter != 0) lines.push_back(edited<"(4X,'Parameter = ',1P,E15.7)">(request.parameter));
     for (const double edge : {request.lower_frequency, request.upper_frequency}) {
         if (edge > 0) add_frequency("Passband edge", edge * hertz, lines);
@@ -105,7 +120,6 @@ void add_functions(const FirFilter& filter, Lines& lines) {
         lines.push_back(edited<"(I6,I10,A9,F14.4,1P,E18.7,4X,A)">(
             n, function.taps, name_of(function.symmetry), function.gain, sum,
             function.word.bits == fir_untruncated ? "untruncated" : text_of(function.word)));
-        if (sum == 0) lines.push_back(edited<"(' *** All coefficients of function ',I0,' are 0 ***')">(n));
     }
     lines.push_back(edited<"(4X,'Free cells of the store : ',I0)">(free_cells(filter)));
 }

@@ -13,7 +13,7 @@ namespace kavrel {
 // gain and sum of magnitudes; the cells left in the store; the factors.
 [[nodiscard]] std::vector<std::string> design_lines(const FirFilter& filter, std::string_view title);
 
-// Title, number and length of a function, and its impulse response.
+// Title, number and length of a function, and its impulse response; with a line where all of it is 0.
 [[nodiscard]] std::vector<std::string> function_lines(const FirFilter& filter, int n, std::string_view title);
 
 }  // namespace kavrel

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "fir/factors.h"
+#include "fir/fir_command_request.h"
 #include "fir/fir_task.h"
 #include "fir/windows.h"
 #include "shell/finite.h"
@@ -55,7 +56,6 @@ bool read_fir_snapshot(std::string_view bytes, FirFilter& filter, FixedText<80>&
 namespace {
 
 constexpr std::size_t block_bytes = 4368;
-constexpr int highest_serial = 1'000'000;  // more than anybody gives
 
 // Calls visit with the fields of a block; what is left of it is blank.
 template <class Factors, class Table, class Visit>
@@ -171,7 +171,7 @@ bool sound_functions(const FirFilter& filter, const Columns& c) {
 bool sound_factors(const FirFactors& f, const Columns& c, int functions) {
     if (!within(f.count, 0, fir_factor_limit) || !within(f.function, 0, functions)) return false;
     if (!within(f.delay, 0, 2 * fir_store) || !within(f.trailing, 0, 2 * fir_store)) return false;
-    if (f.last_serial > highest_serial) return false;
+    if (f.last_serial > fir_serial_limit) return false;
     std::vector<int> serials;
     for (int k = 1; k <= f.count; ++k) {
         if (c.IIND(k) != k || !within(f.ISER(k), 1, f.last_serial)) return false;

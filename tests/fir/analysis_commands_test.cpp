@@ -56,10 +56,9 @@ TEST_F(FirAnalysis, ResultsAreOfTheirFunction) {
     send("tabt");
     EXPECT_TRUE(read_text("table.tab").find("2.08333E-05    5.00000E-01    1.50000E+00") != std::string::npos);
     send("clr ");
-    ASSERT_EQ(filter.functions, 1) << boxes() << lines();
     window.files = {"earlier"};
     send("tabf");
-    EXPECT_TRUE(read_text("earlier.tab").starts_with(" *** analysis of an earlier filter ***")) << read_text("earlier.tab") << boxes();
+    EXPECT_TRUE(read_text("earlier.tab").starts_with(" *** analysis of an earlier filter ***"));
 }
 
 TEST_F(FirAnalysis, DisplaysDesignAndReportsAll) {
@@ -67,12 +66,13 @@ TEST_F(FirAnalysis, DisplaysDesignAndReportsAll) {
     ASSERT_TRUE(add_function(filter, {.taps = 3, .symmetry = FirSymmetry::odd}, std::vector<double>{0}));
     send("disp");
     EXPECT_TRUE(reported("    2    1.2000000E+01   2.4000000E+01    0.000000000  2.0000000E+00"));
-    EXPECT_TRUE(reported(" *** All coefficients of function 2 are 0 ***") && reported("Free cells of the store : 512"));
+    EXPECT_TRUE(reported("Free cells of the store : 512"));
     const std::string shown = lines();
     window.files = {"report"};
     send("file");
     const std::string text = read_text("report.txt");
     EXPECT_TRUE(text.starts_with(shown) && text.find("H(  1) =   0.000000000E+00 = -H(  3)") != std::string::npos);
+    EXPECT_TRUE(text.ends_with("    **** All coefficients are 0 ****\n"));
 }
 
 }  // namespace

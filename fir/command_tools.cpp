@@ -42,6 +42,7 @@ std::string_view needs_function_to_analyze(const FirDesk& desk) {
 std::string_view needs_function_to_truncate(const FirDesk& desk) {
     return desk.filter.functions > 0 ? "" : "No function to truncate";
 }
+std::string_view needs_function(const FirDesk& desk) { return desk.filter.functions > 0 ? "" : no_such_function; }
 
 bool has_function(FirDesk& desk, std::string_view hindrance) {
     const int n = desk.command.function_number;

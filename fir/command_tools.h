@@ -29,6 +29,7 @@ inline constexpr std::string_view no_space = "No space available";        // cap
 [[nodiscard]] std::string_view needs_function_to_show(const FirDesk& desk);  // "No function to show", ...
 [[nodiscard]] std::string_view needs_function_to_analyze(const FirDesk& desk);
 [[nodiscard]] std::string_view needs_function_to_truncate(const FirDesk& desk);
+[[nodiscard]] std::string_view needs_function(const FirDesk& desk);  // "Function does not exist"
 
 // Whether results are of one of the filter's functions.
 [[nodiscard]] bool is_of_filter(const FirFilter& filter, Fingerprint analysed);
@@ -60,6 +61,12 @@ bool take_edited(FirDesk& desk, const FirFilter& edited, const Lines& lines);
 template <FirEdit routine>
 void edit(FirDesk& desk) {
     make_edit(desk, routine);
+}
+
+// The same of the function that the command's form names, which there is.
+template <FirEdit routine>
+void edit_function(FirDesk& desk) {
+    if (has_function(desk)) make_edit(desk, routine);
 }
 
 }  // namespace kavrel

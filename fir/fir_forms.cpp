@@ -1,6 +1,7 @@
 #include "fir/fir_forms.h"
 
 #include "fir/fir_command_request.h"
+#include "fir/program_dialects.h"
 #include "shell/field_table.h"
 
 namespace kavrel {
@@ -40,6 +41,14 @@ Refusal truncate_refusal(const R& request) {
 constexpr auto gain_fields =
     joined(std::array<Field, 1>{real<&R::gain>("gain", "Gain in dB", Unit::decibel)}, function_field);
 
+constexpr auto dialects = [] {
+    std::array<Choice, std::size(fir_dialects)> choices{};
+    for (std::size_t i = 0; i < choices.size(); ++i) choices[i] = {fir_dialects[i].label, fir_dialects[i].dialect};
+    return choices;
+}();
+constexpr auto program_fields =
+    joined(function_field, std::array<Field, 1>{radio<&R::dialect>("dialect", "Dialect", dialects)});
+
 // Factors.
 
 constexpr std::array<Field, 2> factor_fields = {
@@ -64,6 +73,7 @@ constexpr Form FIR_PLOT_TIME_DLG = form_of<R>("PLOT_TIME_DLG", "Plot of time dom
 constexpr Form FIR_TRUNCATE_DLG =
     form_of<R, truncate_rules, truncate_refusal>("FIR_TRUNCATE_DLG", "Truncate coefficients", truncate_fields);
 constexpr Form FIR_GAIN_DLG = form_of<R>("FIR_GAIN_DLG", "Flat gain", gain_fields);
+constexpr Form FIR_PROGRAM_DLG = form_of<R>("FIR_PROGRAM_DLG", "Filter program", program_fields);
 constexpr Form FIR_ADD_DLG = form_of<R>("FIR_ADD_DLG", "Coefficients", factor_fields);
 constexpr Form FIR_DELETE_DLG = form_of<R>("FIR_DELETE_DLG", "Delete a factor", serial_field);
 constexpr Form FIR_CHANGE_DLG = form_of<R>("FIR_CHANGE_DLG", "New coefficients", change_fields);

@@ -11,6 +11,7 @@ extern const Form FIR_PLOT_FREQUENCY_DLG;
 extern const Form FIR_PLOT_TIME_DLG;
 extern const Form FIR_TRUNCATE_DLG;
 extern const Form FIR_GAIN_DLG;
+extern const Form FIR_PROGRAM_DLG;
 extern const Form FIR_ADD_DLG;
 extern const Form FIR_DELETE_DLG;
 extern const Form FIR_CHANGE_DLG;

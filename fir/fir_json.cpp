@@ -20,6 +20,7 @@ Json function_part(const FirFilter& filter, int n);
 Json factors_part(const FirFactors& factors);
 Json window_part(const FirFilter& filter);
 void add_deviations(Json& part, const FirFilter& filter, int n);
+void add_words(Json& part, const FirFilter& filter, const FirState& state);
 
 constexpr const char* symmetries[] = {"even", "odd", "none"};
 constexpr const char* origins[] = {"given", "equal ripple", "windowed"};
@@ -40,6 +41,7 @@ Json fir_part(const FirFilter& filter, const FirState& state) {
     if (has_window(filter)) part["window"] = window_part(filter);
     part["functions"] = std::move(functions);
     if (filter.factors.count > 0) part["factors"] = factors_part(filter.factors);
+    add_words(part, filter, state);
     return part;
 }
 
@@ -91,6 +93,15 @@ void add_deviations(Json& part, const FirFilter& filter, int n) {
         deviations.push_back(largest_deviation(task, filter, n, band).weighted / task.BANDS.WTX(band));
     }
     part["deviations"] = std::move(deviations);
+}
+
+// The least words, as long as there is the function that they are of.
+void add_words(Json& part, const FirFilter& filter, const FirState& state) {
+    int n = 1;
+    while (n <= filter.functions && fingerprint(filter, n) != state.words_of) ++n;
+    if (n > filter.functions) return;
+    Json& list = part["word_lengths"] = Json::array();
+    for (const FoundWord& found : state.words) add_least_word(found, list.emplace_back(Json::object()));
 }
 
 }  // namespace

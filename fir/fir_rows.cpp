@@ -7,14 +7,9 @@
 
 namespace kavrel {
 
-namespace {
-
-// Of a pass band of 1 +- deviation.
 double ripple_of(double deviation) {
     return deviation < 1 ? 20 * std::log10((1 + deviation) / (1 - deviation)) : std::numeric_limits<double>::infinity();
 }
-
-}  // namespace
 
 bool has_bands(const FirFilter& filter, int function) {
     return function <= filter.functions && filter.FUNCTION(function).asked && filter.origin == FirOrigin::equal_ripple;

@@ -7,6 +7,9 @@
 
 namespace kavrel {
 
+// dB between the highest and the lowest value of a pass band of 1 +- deviation.
+[[nodiscard]] double ripple_of(double deviation);
+
 // Whether bands were asked of a function, which its deviations are those of.
 [[nodiscard]] bool has_bands(const FirFilter& filter, int function);
 

@@ -5,8 +5,11 @@
 #include "fir/file_commands.h"
 #include "fir/fir_rows.h"
 #include "fir/frequency_commands.h"
+#include "fir/level_edits.h"
+#include "fir/program_command.h"
 #include "fir/report_commands.h"
 #include "fir/time_commands.h"
+#include "fir/truncation_command.h"
 #include "segment/result_commands.h"
 
 namespace kavrel {
@@ -21,14 +24,14 @@ constexpr CommandTable commands({
     Command<FirDesk>{"read", read},
     {"show", show_function, needs_function_to_show},
     {"time", analyse_time, needs_function_to_analyze},
-    {"trun"},
+    {"trun", truncate, needs_function_to_truncate},
     {"freq", analyse_frequency, needs_function_to_analyze},
     {"fac ", factor_function, needs_filter},
     {"flip", flip_factors, needs_factors},
     {"prf ", print_factors, needs_factors},
     {"sqr ", cascade_with_itself, needs_filter},
     {"mult", multiply_factors, needs_factors},
-    {"scal"},
+    {"scal", edit_function<scale_to_one>, needs_function},
     {"save", save_fir_file, needs_filter},
     {"pltf", plot_frequency, needs_frequency_results},
     {"add ", add_factor, needs_factors},
@@ -38,7 +41,7 @@ constexpr CommandTable commands({
     {"ch  ", change_factor, needs_factors},
     {"lbl ", change_title, needs_filter},
     {"file", write_text_report, needs_filter},
-    {"prog"},
+    {"prog", write_program, needs_function},
     {"ffac", write_factors, needs_factors},
     {"undo", undo_edit, [](const FirDesk& desk) { return cannot_undo(desk.state.kept); }},
     {"pri ", choose_print},
@@ -49,7 +52,7 @@ constexpr CommandTable commands({
     {"clr ", clear_functions, needs_filter},
     {"disp", display_design, needs_filter},
     {"redo", redo_edit, [](const FirDesk& desk) { return cannot_redo(desk.state.kept); }},
-    {"flat"},
+    {"flat", edit_function<add_flat_gain>, needs_function},
     {"min ", make_minimum_phase, needs_factors},
     {"rset", return_to_first, needs_filter},
 });

@@ -316,8 +316,8 @@ void add_standard_head(const ProgramInput& input, ProgramLines& lines) {
                                                           : R"(
 ! tim(x, y, n, ibt) with n = 1 resets the filter; y stays as it is. Each sample x, with n = 2, 3, ..., gives y.
 )");
+    add_text(lines, fortran_products);
     add_text(lines, R"(
-! Products are rounded to ibt bits behind the point, with ibt < 0 truncated to -ibt; with 50 and more they are as they are.
 subroutine tim(x, y, n, ibt)
   implicit none
   double precision, intent(in) :: x

@@ -89,9 +89,9 @@ Json order_part(const SectionOrder& order) {
 }
 
 Json least_word_part(const LeastWord& least) {
-    return {{"form", form_name(least.form)},        {"number_form", name_of(least.word.number_form)},
-            {"method", name_of(least.word.method)}, {"bits", least.word.bits},
-            {"passband_loss", least.passband_loss}, {"stopband_loss", least.stopband_loss}};
+    Json part{{"form", form_name(least.form)}};
+    add_least_word(least, part);
+    return part;
 }
 
 // What is of the filter shown.

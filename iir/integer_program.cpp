@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <optional>
 
 #include <fmt/format.h>
@@ -16,10 +15,8 @@ namespace kavrel {
 
 namespace {
 
-constexpr int least_bits = 2, most_bits = 30;
 constexpr double most_product = 0x1p62;
 constexpr std::string_view dialect_field = "dialect";
-using Word = std::numeric_limits<std::int32_t>;
 
 // The front-end multiplier of a cascade: a floating word.
 struct FrontWord {
@@ -31,7 +28,6 @@ std::vector<double> numbers_of(const ProgramInput& input);
 Refusal bound_refusal(const ProgramInput& input, Watcher& watcher);
 
 void add_head(const ProgramInput& input, ProgramLines& lines);
-void add_quantiser(WordMethod method, ProgramLines& lines);
 void add_coefficients(const ProgramInput& input, const std::vector<CoefficientTable>& tables, ProgramLines& lines);
 
 constexpr CNumbers whole_numbers{.type = "int64_t",
@@ -43,24 +39,15 @@ constexpr CNumbers whole_numbers{.type = "int64_t",
 }  // namespace
 
 Refusal integer_program_refusal(const ProgramInput& input, Watcher& watcher) {
-    constexpr std::string_view no_fixed_word = "Filter is not truncated to a fixed word";
-    const auto [bits, method, number_form] = input.filter.word;
-    if (!is_truncated(input.filter) || number_form != NumberForm::fixed_point) return {no_fixed_word, dialect_field};
-    if (bits < least_bits || bits > most_bits) return {"Word of the filter is not of 2 to 30 bits", dialect_field};
-    for (const double number : numbers_of(input)) {
-        if (number != std::trunc(number)) return {no_fixed_word, dialect_field};
-        if (number < Word::min() || number > Word::max()) {
-            return {"A coefficient does not fit into 32 bits", dialect_field};
-        }
-    }
-    return bound_refusal(input, watcher);
+    const Refusal wrong = integer_refusal(input.filter.word, numbers_of(input));
+    return wrong.empty() ? bound_refusal(input, watcher) : wrong;
 }
 
 ProgramLines integer_program(const ProgramInput& input) {
     ProgramLines lines;
     const auto tables = padded_tables(input.filter, input.form);
     add_head(input, lines);
-    add_quantiser(input.filter.word.method, lines);
+    add_integer_quantiser(input.filter.word.method, lines);
     add_text(lines, R"(
 
 void tim(int32_t x, int64_t *y, int n)
@@ -249,21 +236,6 @@ void tim(int32_t x, int64_t *y, int n);
 )");
 }
 
-void add_quantiser(WordMethod method, ProgramLines& lines) {
-    const bool round = method == WordMethod::round;
-    lines.push_back(fmt::format("/* p/2^shift, its magnitude {} */", round ? "rounded, halves up" : "truncated"));
-    add_text(lines, R"(
-static int64_t trun(int64_t p, int shift)
-{
-)");
-    lines.emplace_back(round ? "    const int64_t half = shift > 0 ? (int64_t)1 << (shift - 1) : 0;"
-                             : "    const int64_t half = 0;");
-    add_text(lines, R"(
-    return p < 0 ? -((-p + half) >> shift) : (p + half) >> shift;
-}
-)");
-}
-
 void add_coefficients(const ProgramInput& input, const std::vector<CoefficientTable>& tables, ProgramLines& lines) {
     const int bits = input.filter.word.bits;
     const auto whole = [](double number) { return fmt::format("{}", whole_part<std::int32_t>(number)); };
@@ -278,9 +250,8 @@ void add_coefficients(const ProgramInput& input, const std::vector<CoefficientTa
             fmt::format("    static const int32_t ao = {};", whole(std::ldexp(input.filter.parallel.AO, bits))));
     }
     for (const CoefficientTable& table : tables) {
-        std::vector<std::string> numbers;
-        for (const double value : table.values) numbers.push_back(whole(std::ldexp(value, bits)));
-        add_c_array(lines, "    ", fmt::format("static const int32_t {}[]", trim(table.name)), numbers);
+        add_c_array(lines, "    ", fmt::format("static const int32_t {}[]", trim(table.name)),
+                    c_integers(table.values, bits));
     }
 }
 

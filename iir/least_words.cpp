@@ -5,12 +5,13 @@
 #include <functional>
 #include <limits>
 
+#include <fmt/format.h>
+
 #include "iir/form_poles.h"
 #include "iir/form_response.h"
 #include "iir/iir_request_check.h"
 #include "iir/roots_loss.h"
 #include "iir/truncation.h"
-#include "shell/edited.h"
 
 namespace kavrel {
 
@@ -46,25 +47,9 @@ std::vector<LeastWord> least_words(const IirFilter& filter, WordMethod method, c
 }
 
 Lines least_word_lines(const std::vector<LeastWord>& words) {
-    Lines lines = {"", " Least words that meet the request",
-                   "    form        number form       bits    passband loss   stopband loss"};
-    const auto column = [](std::string_view text, std::size_t width) {
-        std::string padded(text);
-        padded.resize(width, ' ');
-        return padded;
-    };
+    Lines lines = {"", " Least words that meet the request", fmt::format("    {:<12}{}", "form", least_word_heads)};
     for (const LeastWord& least : words) {
-        std::string line =
-            edited<"(4X,A,A)">(column(form_name(least.form), 12), column(name_of(least.word.number_form), 16));
-        if (least.word.bits == 0) {
-            line += "  none";
-        } else {
-            line += edited<"(I6)">(least.word.bits);
-            for (const double loss : {least.passband_loss, least.stopband_loss}) {
-                line += std::isnan(loss) ? edited<"(16X)">() : edited<"(F13.4,' dB')">(loss);
-            }
-        }
-        lines.push_back(line);
+        lines.push_back(fmt::format("    {:<12}{}", form_name(least.form), least_word_columns(least)));
     }
     return lines;
 }
@@ -153,7 +138,7 @@ IirFilter with_word(const IirFilter& filter, Implementation form, const WordLeng
 // which have the last say.
 LeastWord least_word(const IirFilter& filter, Implementation form, WordLength word, const LossLimits& limits,
                      Watcher& watcher) {
-    LeastWord found{.form = form, .word = word, .passband_loss = none, .stopband_loss = none};
+    LeastWord found{{.word = word, .passband_loss = none, .stopband_loss = none}, form};
     int bits = longest_word;
     for (; bits >= 1 && watcher.go_on(); --bits) {
         word.bits = bits;

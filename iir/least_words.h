@@ -15,8 +15,6 @@
 
 namespace kavrel {
 
-inline constexpr int longest_word = 47;  // bits
-
 // dB that losses may miss the request by, in pass bands and in stopbands; 0 stands for a tenth of the ripple, and for 1
 // dB.
 struct LossAllowances {

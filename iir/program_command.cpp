@@ -1,9 +1,8 @@
 #include "iir/program_command.h"
 
-#include <filesystem>
-
 #include "iir/command_tools.h"
 #include "iir/program_dialects.h"
+#include "segment/program_file.h"
 
 namespace kavrel {
 
@@ -29,14 +28,11 @@ void write_program(IirDesk& desk) {
     const Refusal wrong = row.refusal(input, watcher);
     if (watcher.stopped()) return desk.reporter.report_line(stopped_line);
     if (!wrong.empty()) return refuse(desk, wrong);
-    const std::string filter = "*" + std::string(row.extension);
-    const auto name =
-        ask_file(desk, {.caption = select_file, .description = "Filter programs", .filter = filter, .to_write = true});
-    if (!name) return;
-    const std::string stem(file_stem(trim(*name)));
-    const std::string own_name = std::filesystem::path(stem).filename().string();
-    input.name = own_name;
-    if (write_text(desk, *name, stem + std::string(row.extension), joined_lines(row.write(input)))) report_done(desk);
+    const auto lines = [&](std::string_view name) {
+        input.name = name;
+        return row.write(input);
+    };
+    if (write_program_file(desk, row.extension, lines)) report_done(desk);
 }
 
 namespace {

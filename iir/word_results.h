@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "iir/iir_request.h"
+#include "segment/least_word.h"
 #include "shell/fingerprint.h"
 
 namespace kavrel {
@@ -34,12 +35,10 @@ struct SectionOrder {
     double natural = 0;     // of the sections as they are
 };
 
-// The least bits from which on a form meets the request, 0 where no word does, and the losses that it has with them.
-struct LeastWord {
+// The least bits from which on a form meets the request, and the losses that it has with them: the highest in the pass
+// bands, the least in the stopbands.
+struct LeastWord : FoundWord {
     Implementation form = Implementation::cascade;
-    WordLength word;
-    double passband_loss = 0;  // dB, the highest in the pass bands
-    double stopband_loss = 0;  // the least in the stopbands
 };
 
 struct WordResults {

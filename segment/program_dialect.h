@@ -3,6 +3,14 @@
 
 namespace kavrel {
 
-enum class ProgramDialect : int { classic = 1, standard = 2, c = 3, c_integer = 4, c_table = 5, sos_text = 6 };
+enum class ProgramDialect : int {
+    classic = 1,
+    standard = 2,
+    c = 3,
+    c_integer = 4,
+    c_table = 5,
+    sos_text = 6,
+    text = 7
+};
 
 }  // namespace kavrel

@@ -15,6 +15,9 @@ namespace {
 
 void add_rows(ProgramLines& lines, std::string_view indent, std::span<const std::string> numbers, std::size_t a_line,
               std::string_view behind_last, std::string_view line_end);
+std::string c_name(std::string_view name);
+template <class Word>
+std::vector<std::string> c_words(const std::vector<Word>& words);
 template <class Word>
 bool is_word(double value, int shift);
 template <class Word>
@@ -102,6 +105,40 @@ contains
 )";
 }
 
+void add_integer_quantiser(WordMethod method, ProgramLines& lines) {
+    const bool round = method == WordMethod::round;
+    lines.push_back(fmt::format("/* p/2^shift, its magnitude {} */", round ? "rounded, halves up" : "truncated"));
+    add_text(lines, R"(
+static int64_t trun(int64_t p, int shift)
+{
+)");
+    lines.emplace_back(round ? "    const int64_t half = shift > 0 ? (int64_t)1 << (shift - 1) : 0;"
+                             : "    const int64_t half = 0;");
+    add_text(lines, R"(
+    return p < 0 ? -((-p + half) >> shift) : (p + half) >> shift;
+}
+)");
+}
+
+Refusal integer_refusal(const WordLength& word, std::span<const double> numbers) {
+    constexpr int least_bits = 2, most_bits = 30;
+    constexpr std::string_view no_fixed_word = "Filter is not truncated to a fixed word", field = "dialect";
+    using Word = std::numeric_limits<std::int32_t>;
+    if (!word.quantises() || word.number_form != NumberForm::fixed_point) return {no_fixed_word, field};
+    if (word.bits < least_bits || word.bits > most_bits) return {"Word of the filter is not of 2 to 30 bits", field};
+    for (const double number : numbers) {
+        if (number != std::trunc(number)) return {no_fixed_word, field};
+        if (number < Word::min() || number > Word::max()) return {"A coefficient does not fit into 32 bits", field};
+    }
+    return {};
+}
+
+std::vector<std::string> c_integers(std::span<const double> values, int bits) {
+    std::vector<std::int32_t> words;
+    for (const double value : values) words.push_back(whole_part<std::int32_t>(std::ldexp(value, bits)));
+    return c_words(words);
+}
+
 FractionWords fraction_words(std::span<const double> values) {
     FractionWords words;
     const auto too_large = [&](double value) {
@@ -115,7 +152,61 @@ FractionWords fraction_words(std::span<const double> values) {
     return words;
 }
 
+ProgramLines c_table(const CTable& table, std::span<const double> values) {
+    const FractionWords words = fraction_words(values);
+    std::vector<std::string> floats;
+    for (const double value : values) floats.push_back(fmt::format("{:.8e}f", static_cast<float>(value)));
+    ProgramLines lines;
+    add_text(lines, table.head);
+    add_text(lines, R"(
+   Numbers of 32 and 16 bits are fractions, q/2^31 and q/2^15, that are to be multiplied by 2^NAME_shift. */
+
+#ifndef NAME_H
+#define NAME_H
+
+#include <stdint.h>
+
+)");
+    lines.push_back(fmt::format("enum {{ {}, NAME_shift = {} }};", table.counts, words.shift));
+    const auto add = [&](std::string_view type, std::string_view array, std::span<const std::string> numbers) {
+        add_c_array(lines, "", fmt::format("static const {} NAME_{}[{}]", type, array, table.extent), numbers,
+                    table.a_line);
+    };
+    add("double", "double", c_decimals(values));
+    add("float", "float", floats);
+    add("int32_t", "q31", c_words(words.q31));
+    add("int16_t", "q15", c_words(words.q15));
+    add_text(lines, R"(
+
+#endif
+)");
+    for (std::string& line : lines) line = replaced(line, "NAME", c_name(table.name));
+    lines.insert(lines.begin(), "/* " + c_comment(table.title));
+    return lines;
+}
+
+Refusal c_table_refusal(std::span<const double> values) {
+    const auto fits = [](double value) { return std::fabs(value) <= std::numeric_limits<float>::max(); };
+    if (std::ranges::all_of(values, fits)) return {};
+    return {"A coefficient does not fit into a float", "dialect"};
+}
+
 namespace {
+
+// A file's name as names of C begin.
+std::string c_name(std::string_view name) {
+    const auto is_letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+    std::string text = name.empty() || !is_letter(name.front()) ? "filter_" : "";
+    for (const char c : name) text += is_letter(c) || (c >= '0' && c <= '9') ? c : '_';
+    return text;
+}
+
+template <class Word>
+std::vector<std::string> c_words(const std::vector<Word>& words) {
+    std::vector<std::string> numbers;
+    for (const Word word : words) numbers.push_back(fmt::format("{}", word));
+    return numbers;
+}
 
 void add_rows(ProgramLines& lines, std::string_view indent, std::span<const std::string> numbers, std::size_t a_line,
               std::string_view behind_last, std::string_view line_end) {

@@ -13,7 +13,7 @@ constexpr std::array<MenuItem, 39> fir_menu = {{
     {.path = "&File > Stor&e", .hint = "Store data in temporary file", .accelerator = "ctrl+E", .id = 1131, .command = "sto "},
     {.path = "&File > &Recall", .hint = "Recall temporary file", .accelerator = "ctrl+R", .id = 1132, .command = "rcl "},
     {.path = "&File > Te&xt file", .hint = "Store filter data in text file", .accelerator = "ctrl+X", .id = 1133, .command = "file"},
-    {.path = "&File > &Program", .hint = "Generates a Fortran program that implements filter in software", .accelerator = "shift+P", .id = 1134, .command = "prog"},
+    {.path = "&File > &Program", .hint = "Generates a Fortran program that implements filter in software", .accelerator = "shift+P", .id = 1134, .command = "prog", .form = &FIR_PROGRAM_DLG},
     {.path = "&File > &Factored", .hint = "Generates file containing factored data", .accelerator = "shift+Y", .id = 1135, .command = "ffac"},
     {.path = "&File > &Copy", .hint = "Copy marked text to clipboard", .accelerator = "ctrl+C", .id = 1194, .action = MenuAction::copy},
     {.path = "&File > E&xit", .hint = "Exit program", .id = 1136, .action = MenuAction::stop},

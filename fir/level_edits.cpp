@@ -1,0 +1,71 @@
+#include "fir/level_edits.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "shell/edited.h"
+
+namespace kavrel {
+
+namespace {
+
+Refusal move_level(FirFilter& filter, int n, double factor, double gain, Lines& lines);
+
+}  // namespace
+
+Refusal add_flat_gain(FirFilter& filter, const FirCommandRequest& request, Lines& lines) {
+    if (request.gain == 0) {
+        lines.emplace_back(" A gain of 0 dB changes nothing");
+        return {};
+    }
+    const double factor = std::pow(10.0, request.gain / 20);
+    const Refusal wrong = move_level(filter, request.function_number, factor, request.gain, lines);
+    return wrong.empty() ? wrong : Refusal(wrong.text, "gain");
+}
+
+Refusal scale_to_one(FirFilter& filter, const FirCommandRequest& request, Lines& lines) {
+    const int n = request.function_number;
+    const std::vector<double> taps = full_response(filter, n);
+    double largest_output = 0;
+    for (const double h : taps) largest_output += std::fabs(h);
+    if (largest_output == 0) return {"All coefficients are 0", "function_number"};
+    const double rounding = std::numeric_limits<double>::epsilon() * static_cast<double>(taps.size());
+    if (std::fabs(largest_output - 1) <= rounding) {
+        lines.push_back(edited<"(' Function',I2,': the largest possible output for inputs within 1 is 1')">(n));
+        return {};
+    }
+    const double factor = 1 / largest_output, gain = 20 * std::log10(factor);
+    lines.push_back(edited<"(' Function',I2,': the largest possible output for inputs within 1 becomes 1')">(n));
+    lines.push_back(edited<"(' Scale factor =',1P,E15.7,' (',0P,F9.4,' dB)')">(factor, gain));
+    return move_level(filter, n, factor, gain, lines);
+}
+
+namespace {
+
+// Subnormal numbers have lost digits: a function whose largest tap becomes one is out of range, as is an infinite one.
+Refusal move_level(FirFilter& filter, int n, double factor, double gain, Lines& lines) {
+    const std::span<double> coefficients = stored_coefficients(filter, n);
+    double before = 0, after = 0;
+    for (double& h : coefficients) {
+        before = std::fmax(before, std::fabs(h));
+        h *= factor;
+        after = std::fmax(after, std::fabs(h));
+    }
+    if (!std::isnormal(factor) || (before != 0 && !std::isnormal(after))) return {"Gain is out of range"};
+    FirFunction& function = filter.FUNCTION(n);
+    function.gain += gain;
+    if (function.word.bits != fir_untruncated) {
+        lines.push_back(edited<"(' Function',I2,' is no longer truncated to',I3,' bits')">(n, function.word.bits));
+    }
+    function.word = {.bits = fir_untruncated};
+    if (filter.factors.function == n) {
+        filter.factors.multiplier *= factor;
+        filter.factors.gain += gain;
+    }
+    return {};
+}
+
+}  // namespace
+
+}  // namespace kavrel

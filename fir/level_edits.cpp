@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "shell/edited.h"
+#include "shell/number_text.h"
 
 namespace kavrel {
 
@@ -43,7 +44,7 @@ Refusal scale_to_one(FirFilter& filter, const FirCommandRequest& request, Lines&
 
 namespace {
 
-// Subnormal numbers have lost digits: a function whose largest tap becomes one is out of range, as is an infinite one.
+// The largest tap stays within the range of numbers that are typed.
 Refusal move_level(FirFilter& filter, int n, double factor, double gain, Lines& lines) {
     const std::span<double> coefficients = stored_coefficients(filter, n);
     double before = 0, after = 0;
@@ -52,7 +53,7 @@ Refusal move_level(FirFilter& filter, int n, double factor, double gain, Lines& 
         h *= factor;
         after = std::fmax(after, std::fabs(h));
     }
-    if (!std::isnormal(factor) || (before != 0 && !std::isnormal(after))) return {"Gain is out of range"};
+    if (!std::isnormal(factor) || !is_in_range(after) || (after == 0) != (before == 0)) return {"Gain is out of range"};
     FirFunction& function = filter.FUNCTION(n);
     function.gain += gain;
     if (function.word.bits != fir_untruncated) {

@@ -52,9 +52,6 @@ struct FirRoom {
         EXPECT_TRUE(session.word(SegmentId::fir).is_blank()) << word;
     }
 
-    // All that undo has to bring back.
-    [[nodiscard]] std::string bytes() const { return fir_keeping.snapshot.bytes(filter, {}); }
-
     [[nodiscard]] std::string boxes() const { return fmt::format("{}", fmt::join(window.boxes, " | ")); }
     [[nodiscard]] std::string lines() const {
         std::string text;

@@ -1,9 +1,5 @@
 // Programs of filters: the classic text byte for byte, all others by running them beside the steppers.
-#include <cstdlib>
 #include <sstream>
-
-#include <fmt/format.h>
-#include <gtest/gtest.h>
 
 #include "iir/program_dialects.h"
 #include "iir/steppers.h"
@@ -11,18 +7,14 @@
 #include "tests/iir/iir_room.h"
 #include "tests/iir/words.h"
 #include "tests/support/golden.h"
+#include "tests/support/running_programs.h"
 
 namespace kavrel {
 namespace {
 
 using enum Implementation;
 
-constexpr std::string_view gcc = "gcc -std=c99 -Wall -Wextra -pedantic -Werror -O1";
-constexpr std::string_view gfortran = "gfortran -std=f2008 -Wall -Wextra -pedantic -Werror -cpp";
-
-bool runs(const std::string& command) { return std::system((command + " >out.txt 2>log.txt").c_str()) == 0; }
-
-std::string text(ProgramDialect dialect, const ProgramInput& input) { return text_of(row_of(dialect).write(input)); }
+std::string program_text(ProgramDialect dialect, const ProgramInput& input) { return text_of(row_of(dialect).write(input)); }
 
 // Five forms in numbers that are short; a first-order section, and one that lacks its numerator.
 IirFilter short_filter() {
@@ -45,7 +37,7 @@ TEST(ClassicProgram, IsItsText) {
         for (const Implementation form : programmed_forms) {
             const ProgramInput input{.filter = filter, .form = form, .difference = name == "classic_full"};
             expect_golden(fmt::format("{}/iir/programs/{}_{}.f90", TEST_DATA, name, form_name(form)),
-                          text(ProgramDialect::classic, input));
+                          program_text(ProgramDialect::classic, input));
         }
     }
 }
@@ -58,24 +50,6 @@ struct Program {
     bool difference = false;
     std::vector<int> words;  // to be run with; 50 and more: as numbers are; negative: truncated
 };
-
-// Impulse, step and noise of a word.
-std::vector<std::vector<double>> inputs(int bits) {
-    RandomNumbers random(31);
-    std::vector<double> impulse(60, 0.0), step(60, 1.0), noise(200);
-    impulse[0] = 1;
-    for (double& x : noise) {
-        x = random.between(-1, 1);
-        if (bits < 50) x = quantise(x, -bits, true);
-    }
-    return {impulse, step, noise};
-}
-
-WordLength fixed_word(int ibt) {
-    return {.bits = std::abs(ibt),
-            .method = ibt < 0 ? WordMethod::truncate : WordMethod::round,
-            .number_form = NumberForm::fixed_point};
-}
 
 template <class Arithmetic>
 std::vector<double> run_form(const Program& program, const Arithmetic& arithmetic, const std::vector<double>& x) {
@@ -93,78 +67,30 @@ std::vector<double> run_form(const Program& program, const Arithmetic& arithmeti
                            : run(AllpassStepper(f.allpass, output, arithmetic));
 }
 
-// The programs as "run", which reads "program ibt count", then samples.
-void compile(ProgramDialect dialect, const std::vector<Program>& programs) {
-    const bool fortran = dialect == ProgramDialect::standard;
-    std::string sources, calls = "#include <stdint.h>\n#include <stdio.h>\n", table;
-    for (std::size_t i = 0; i < programs.size(); ++i) {
-        const auto& [filter, form, difference, words] = programs[i];
-        const ProgramInput input{
-            .filter = filter, .form = form, .difference = difference, .title = "100 % */ of \"it\" \\", .name = "lp"};
-        write_text(fmt::format("p{}", i), text(dialect, input));
-        (fortran ? sources : calls) +=
-            fmt::format("#define tim tim{0}\n#define trun trun{0}\n#include \"p{0}\"\n#undef tim\n#undef trun\n", i);
-        if (fortran) calls += fmt::format("void tim{}_(double *, double *, int *, int *);\n", i);
-        calls += fmt::format("static void run{}(double x, double *y, int n, int ibt)\n{{\n", i);
-        if (dialect == ProgramDialect::c_integer) {
-            calls +=
-                fmt::format("int64_t w = 0;\ntim{0}((int32_t)(x*{1}.0), &w, n);\n*y = (double)w/{1}.0;\n(void)ibt;\n",
-                            i, 1LL << filter.word.bits);
-        } else {
-            calls += fmt::format("tim{}{};\n", i, fortran ? "_(&x, y, &n, &ibt)" : "(x, y, n, ibt)");
-        }
-        calls += "}\n";
-        table += fmt::format("run{}, ", i);
-    }
-    write_text("programs.f90", sources);
-    write_text("run.c", calls + R"(int main(void)
-{
-    static void (*const programs[])(double, double *, int, int) = {)" +
-                            table + R"(};
-    int p, ibt, count;
-    while (scanf("%d %d %d", &p, &ibt, &count) == 3) {
-        double x = 0, y = 0;
-        for (int n = 1; n <= count && scanf("%lf", &x) == 1; ++n) {
-            programs[p](x, &y, n, ibt);
-            printf("%.17g\n", y);
-        }
-    }
-    return 0;
-}
-)");
-    ASSERT_TRUE(!fortran || runs(fmt::format("{} -c programs.f90", gfortran))) << read_text("log.txt").substr(0, 2000);
-    ASSERT_TRUE(runs(fmt::format("{} -c run.c", gcc))) << read_text("log.txt").substr(0, 2000);
-    ASSERT_TRUE(runs(fortran ? "gfortran run.o programs.o -o run" : "gcc run.o -o run")) << read_text("log.txt");
-}
-
 // The first call of all forms but the lattice resets, and takes no sample.
 void expect_same(ProgramDialect dialect, const std::vector<Program>& programs) {
     const ScratchFolder folder;
-    compile(dialect, programs);
-    const auto each_run = [&](const auto& visit) {
-        for (std::size_t i = 0; i < programs.size(); ++i) {
-            for (const int ibt : programs[i].words)
-                for (const auto& x : inputs(std::abs(ibt))) visit(i, ibt, x, programs[i].form != lattice);
+    std::vector<ProgramText> texts;
+    std::vector<ProgramRun> all;
+    for (const Program& program : programs) {
+        const auto& [filter, form, difference, words] = program;
+        const ProgramInput input{
+            .filter = filter, .form = form, .difference = difference, .title = "100 % */ of \"it\" \\", .name = "lp"};
+        for (const int ibt : words) {
+            for (const auto& x : inputs(std::abs(ibt))) {
+                const WordLength word = fixed_word(ibt);
+                ProgramRun& run = all.emplace_back(ProgramRun{texts.size(), ibt, x, {}});
+                run.y =
+                    word.quantises() ? run_form(program, WordArithmetic(word), x) : run_form(program, Unquantised{}, x);
+                if (form == lattice) continue;
+                run.x.insert(run.x.begin(), 0.5);
+                run.y.insert(run.y.begin(), 0);
+            }
         }
-    };
-    std::string in;
-    each_run([&](std::size_t i, int ibt, const std::vector<double>& x, bool resets) {
-        in += fmt::format("{} {} {}\n", i, ibt, x.size() + (resets ? 1 : 0)) + (resets ? "0.5\n" : "");
-        for (const double value : x) in += fmt::format("{:.17g}\n", value);
-    });
-    write_text("in.txt", in);
-    ASSERT_TRUE(runs("./run <in.txt"));
-    std::istringstream out(read_text("out.txt"));
-    each_run([&](std::size_t i, int ibt, const std::vector<double>& x, bool resets) {
-        double y = 1;
-        ASSERT_TRUE(!resets || (out >> y && y == 0));
-        const WordLength word = fixed_word(ibt);
-        for (const double truth : word.quantises() ? run_form(programs[i], WordArithmetic(word), x)
-                                                   : run_form(programs[i], Unquantised{}, x)) {
-            ASSERT_TRUE(out >> y);
-            ASSERT_EQ(y, truth) << form_name(programs[i].form) << " ibt " << ibt << read_text(fmt::format("p{}", i));
-        }
-    });
+        texts.push_back({program_text(dialect, input), filter.word.bits});
+    }
+    compile("tim", dialect, texts);
+    expect_runs(all);
 }
 
 // Random filters with all forms, scaled, and with chains of both orders; filters of few factors.
@@ -269,7 +195,7 @@ IirFilter scaled_filter() {
 TEST(Programs, TableInC) {
     const ScratchFolder folder;
     const IirFilter filter = scaled_filter();
-    write_text("lp-2.h", text(ProgramDialect::c_table, {.filter = filter, .title = "*/", .name = "lp-2"}));
+    write_text("lp-2.h", program_text(ProgramDialect::c_table, {.filter = filter, .title = "*/", .name = "lp-2"}));
     write_text("run.c", R"(#include "lp-2.h"
 #include "lp-2.h"
 #include <stdio.h>
@@ -333,7 +259,7 @@ TEST(Programs, SectionsInScipyAndOctave) {
         missing |= !runs(start + "'");
         if (!runs(start + "'")) continue;
         for (const IirFilter& filter : {scaled_filter(), factored_filter(1, 0.5, {}, {{-0.5, 0}})}) {
-            write_text("lp.sos", text(ProgramDialect::sos_text, {.filter = filter, .title = "name: 5 % # of it"}));
+            write_text("lp.sos", program_text(ProgramDialect::sos_text, {.filter = filter, .title = "name: 5 % # of it"}));
             ASSERT_TRUE(runs(start + rest)) << read_text("log.txt");
             std::istringstream out(read_text("out.txt"));
             double y = HUGE_VAL;

@@ -41,9 +41,9 @@ inline constexpr std::string_view c_products = R"(
    Products are rounded to ibt bits behind the point, with ibt < 0 truncated to -ibt; with 50 and more they are as
    they are. */
 )";
-inline constexpr std::string_view fortran_products = R"(
-! Products are rounded to ibt bits behind the point, with ibt < 0 truncated to -ibt; with 50 and more they are as they are.
-)";
+inline constexpr std::string_view fortran_products =
+    "\n! Products are rounded to ibt bits behind the point, with ibt < 0 truncated to -ibt; "
+    "with 50 and more they are as they are.\n";
 
 // trun(v, i): v with |i| bits behind the point, rounded, halves up in magnitude; truncated with a negative i; unchanged
 // from 50 bits on. It is `quantise` of a fixed word. In Fortran an internal function.

@@ -1,49 +1,18 @@
 // Whole designs, judged by the frequency response of the taps that they deliver.
-#include "fir/fir_design.h"
-
 #include <algorithm>
 #include <cmath>
 #include <complex>
 
-#include <gtest/gtest.h>
-
 #include "fir/fir_deviation.h"
-#include "fir/fir_segment.h"
 #include "fir/fir_task.h"
-#include "tests/support/fake_window.h"
+#include "tests/fir/fir_room.h"
 
 namespace kavrel {
 namespace {
 
 constexpr double pi = 3.14159265358979323846;
 
-struct FirDesign : testing::Test {
-    FakeWindow window;
-    Journal journal;
-    PrintState print;
-    Reporter reporter{window, journal, print};
-    Session session;
-    FirRequest request;
-    FirFilter filter;
-    AnalysisResult results;
-    FirState state;
-    FirCommandRequest command;
-    PlotWindow plot;
-    TemporaryFiles temporaries;
-    FirDesk desk{{session, reporter, window, results, plot, temporaries}, request, filter, state, command};
-
-    void ask(int length, FirSpecification specification, std::initializer_list<std::array<double, 4>> bands) {
-        request.filter_length = length;
-        request.specification_type = specification;
-        request.QUADRUPLETS = {};
-        for (const auto& band : bands) {
-            const int row = ++request.QUADRUPLETS.rows;
-            for (int column = 1; column <= 4; ++column) {
-                request.QUADRUPLETS(row, column) = band[static_cast<std::size_t>(column) - 1];
-            }
-        }
-    }
-
+struct FirDesign : testing::Test, FirRoom {
     // Zero-phase response at a frequency in the request's unit.
     [[nodiscard]] double response(double f) const {
         const auto taps = full_response(filter, 1);

@@ -133,7 +133,7 @@ void expect_programs(ProgramDialect dialect) {
 TEST(Programs, InC) { expect_programs(ProgramDialect::c); }
 
 TEST(Programs, InStandardFortran) {
-    if (!runs("command -v gfortran")) GTEST_SKIP() << "gfortran is not installed";
+    if (!is_installed("gfortran")) GTEST_SKIP() << "gfortran is not installed";
     expect_programs(ProgramDialect::standard);
 }
 

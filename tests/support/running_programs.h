@@ -20,6 +20,10 @@ inline constexpr std::string_view gcc = "gcc -std=c99 -Wall -Wextra -pedantic -W
 
 inline bool runs(const std::string& command) { return std::system((command + " >out.txt 2>log.txt").c_str()) == 0; }
 
+inline bool is_installed(const std::string& program) {
+    return std::system(("command -v " + program + " >/dev/null 2>&1").c_str()) == 0;
+}
+
 // Impulse, step and noise of a word.
 inline std::vector<std::vector<double>> inputs(int bits) {
     RandomNumbers random(31);

@@ -86,7 +86,7 @@ TEST_F(FirFunctionEdits, LeaveAllAsItWas) {
         {"scal", before, 4, 0, missing}};
     for (const auto& [word, of, n, number, shown] : cases) {
         filter = of, command.function_number = n, command.gain = number;
-        command.truncated_to = {std::abs(number) < 100 ? static_cast<int>(number) : 1, WordMethod::round,
+        command.truncated_to = {std::abs(number) < 100 ? static_cast<int>(number) : 1, WordMethod::truncate,
                                 NumberForm::fixed_point};
         EXPECT_EQ(send(word), shown);
         EXPECT_EQ(fingerprint(filter), fingerprint(of));

@@ -26,7 +26,7 @@ Refusal classic_program_refusal(const FirProgramInput& input) {
 
 std::string_view classic_program_note(const FirProgramInput& input) {
     const bool short_of_cells = input.shape().symmetry == FirSymmetry::odd && input.shape().taps % 2 != 0;
-    return short_of_cells ? " Classic text: its delay line is two cells short for an odd symmetry of odd length" : "";
+    return short_of_cells ? " Classic text: odd symmetry of odd length, its delay line is two cells short" : "";
 }
 
 ProgramLines classic_program(const FirProgramInput& input) {

@@ -18,7 +18,7 @@ namespace {
 
 Json function_part(const FirFilter& filter, int n);
 Json factors_part(const FirFactors& factors);
-Json window_part(const FirFilter& filter);
+Json window_part(const WindowRow& row, const FirFilter& filter);
 void add_deviations(Json& part, const FirFilter& filter, int n);
 void add_words(Json& part, const FirFilter& filter, const FirState& state);
 
@@ -38,7 +38,8 @@ Json fir_part(const FirFilter& filter, const FirState& state) {
               {"fs", filter.sampling_frequency},
               {"impulse", full_response(filter, 1)}};
     add_deviations(part, filter, shown_function(filter, state));
-    if (has_window(filter)) part["window"] = window_part(filter);
+    const WindowRow* window = window_row(filter.request.window_type);
+    if (has_window(filter) && window != nullptr) part["window"] = window_part(*window, filter);
     part["functions"] = std::move(functions);
     if (filter.factors.count > 0) part["factors"] = factors_part(filter.factors);
     add_words(part, filter, state);
@@ -68,16 +69,13 @@ Json factors_part(const FirFactors& factors) {
 }
 
 // What a windowed design asked for, and what it reached.
-Json window_part(const FirFilter& filter) {
-    const WindowRow* row = window_row(filter.request.window_type);
-    if (row == nullptr) return nullptr;
+Json window_part(const WindowRow& row, const FirFilter& filter) {
     const WindowFigures figures = window_figures(filter);
-    const auto number = [](const std::optional<double>& figure) { return figure ? Json(*figure) : Json(); };
-    Json part{{"type", row->label}};
-    if (row->parameter != WindowParameter::none) part["parameter"] = filter.request.parameter;
-    part["sidelobe"] = number(figures.sidelobe);
+    Json part{{"type", row.label}};
+    if (row.parameter != WindowParameter::none) part["parameter"] = filter.request.parameter;
+    if (figures.sidelobe) part["sidelobe"] = *figures.sidelobe;
     part["edges_6db"] = figures.edges_6db;
-    part["stopband_loss"] = number(figures.stopband_loss);
+    if (figures.stopband_loss) part["stopband_loss"] = *figures.stopband_loss;
     return part;
 }
 

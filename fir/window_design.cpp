@@ -46,8 +46,9 @@ FirDesignVerdict window_design(FirDesk& desk, FirFilter& made) {
     };
     WindowTask task{request.filter_length, parameter_of(request)};
     if (task.length < 3) return refuse("Filter is too short");
-    const bool complete = request.filter_type != FirFilterType::unchosen && request.sampling_frequency > 0;
-    if (task.length > max_fir_taps || !complete) return refuse(bad_fir_input);
+    const bool known =
+        request.filter_type >= FirFilterType::low_pass && request.filter_type <= FirFilterType::band_reject;
+    if (task.length > max_fir_taps || !known || !(request.sampling_frequency > 0)) return refuse(bad_fir_input);
     if (task.length % 2 == 0 && passes_half_sampling(request.filter_type)) {
         ++task.length;
         desk.reporter.report_line(" Length must be odd for highpass or bandreject filters,");

@@ -89,6 +89,7 @@ void fill_edges(const FirFilter& filter, double reach, WindowFigures& figures) {
     const Gain gain(filter);
     const auto [lower, upper] = windowed_edges(request);
     const double middle = (lower + upper) / 2 / request.sampling_frequency;
+    if (!(middle >= 0 && middle <= 0.5)) return;
     std::optional<Fall> down, up;  // the axis
     switch (request.filter_type) {
         case FirFilterType::low_pass: up = gain.fall(0, 0.5, reach); break;

@@ -1,6 +1,8 @@
 // An FIR Segment of its own: the desk with all its records, before a fake window, in a folder of its own.
 #pragma once
 
+#include <string>
+
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -37,6 +39,11 @@ struct FirRoom {
             for (int i = 1; i <= 4; ++i) request.QUADRUPLETS(row, i) = band[static_cast<std::size_t>(i) - 1];
         }
     }
+    // An equal ripple filter of bands in weights.
+    void design(int length, const std::vector<std::array<double, 4>>& bands) {
+        ask(length, FirSpecification::weights, bands);
+        ASSERT_EQ(remez_design(desk, filter), FirDesignVerdict::designed);
+    }
 
     // Sends a word, and answers the boxes and lines of this command alone.
     std::string send(std::string_view word) {
@@ -46,8 +53,25 @@ struct FirRoom {
         session.word(SegmentId::fir) = CommandKeyword(word);
         firSegment(desk);
         EXPECT_TRUE(session.word(SegmentId::fir).is_blank()) << word;
-        return fmt::format("{}{}", fmt::join(window.boxes, " | "), fmt::join(window.lines, "\n"));
+        return fmt::format("{}{}", boxes(), fmt::join(window.lines, "\n"));
     }
+
+    [[nodiscard]] std::string boxes() const { return fmt::format("{}", fmt::join(window.boxes, " | ")); }
+    [[nodiscard]] std::string lines() const {
+        std::string text;
+        for (const std::string& line : window.lines) text += line + '\n';
+        return text;
+    }
+    [[nodiscard]] bool reported(std::string_view text) const { return lines().find(text) != std::string::npos; }
 };
+
+// A filter with a function of these taps.
+inline FirFilter filter_of(const std::vector<double>& taps) {
+    FirFilter filter;
+    filter.sampling_frequency = 48000;
+    const FirResponse response = response_of(taps);
+    EXPECT_TRUE(add_function(filter, response.function, response.coefficients));
+    return filter;
+}
 
 }  // namespace kavrel

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Times what scipy and numpy have beside bench/fir_*.cpp: remez on the designs, windows, freqz.
+"""Times what scipy and numpy have beside bench/fir_*.cpp: remez on the designs, windows, freqz, roots.
 
     peer_fir.py                 prints a line for each: processor time, of a design at scipy's grid density of 16 and at 32
     peer_fir.py BENCHMARK.json  prints the tables of ratios to a run of fir_bench --benchmark_format=json
@@ -49,8 +49,14 @@ def response(length):
     return lambda: freqz(taps, worN=points)
 
 
+def roots(length):
+    taps = remez(length, [0, 0.2, 0.2 + 3 / length, 0.5], [1, 0], fs=1.0, maxiter=100)
+    return lambda: numpy.roots(taps)
+
+
 PEERS = {("window", number): (lambda compute=compute: compute(512)) for number, compute in WINDOWS.items()}
 PEERS |= {(name, length): response(length) for name in ("symmetric_response", "general_response") for length in (64, 512)}
+PEERS |= {(name, length): roots(length) for name in ("factors", "maximum_phase") for length in (101, 256, 512)}
 
 
 def print_peers(own):

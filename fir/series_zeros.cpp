@@ -81,7 +81,8 @@ private:
             sum.rounding_error = sum.rounding_error * r + magnitudes[k];
         }
         if (outside) sum.slope = (Real(static_cast<double>(n)) * sum.value - u * sum.slope) * u;
-        sum.rounding_error *= 4 * rounding<Real> * static_cast<Wide>(n + 1);
+        sum.rounding_error *=
+            4 * rounding<Real> * std::sqrt(static_cast<Wide>(n + 1));  // the rounding of steps is random
         return sum;
     }
     [[nodiscard]] SeriesValue<Real> cosines_at(const Point& point) const {

@@ -98,9 +98,10 @@ TEST_F(FirFactorCommands, AFilterIsFactoredMadeMinimumPhaseAndMultiplied) {
 TEST_F(FirFactorCommands, ASquareHasItsPairsOnTheCircleTwice) {
     for (const int length : {31, 101, 201}) {
         design(length);
+        int& n = command.function_number = 1;
         send("sqr ");
         std::ptrdiff_t pairs[3] = {};
-        for (int& n = command.function_number = 1; n <= 2; ++n) {
+        for (; n <= 2; ++n) {
             send("fac ");
             pairs[n] = std::ranges::count(filter.factors.A2, 1.0);
         }

@@ -178,12 +178,15 @@ Refusal remove(FirFilter& filter, const FirCommandRequest& request, Lines&) {
     return {};
 }
 
-Refusal change(FirFilter& filter, const FirCommandRequest& request, Lines&) {
+Refusal change(FirFilter& filter, const FirCommandRequest& request, Lines& lines) {
     FirFactors& factors = filter.factors;
     const int place = place_of(factors, request.serial);
     if (place == 0) return warning(no_such_factor, "serial");
     if (Refusal wrong = row_refusal(request); !wrong.empty()) return wrong;
-    if (factors.A1(place) == request.linear && factors.A2(place) == request.quadratic) return {};
+    if (factors.A1(place) == request.linear && factors.A2(place) == request.quadratic) {
+        lines.emplace_back(" The factor has these coefficients");
+        return {};
+    }
     factors.A1(place) = request.linear;
     factors.A2(place) = request.quadratic;
     disown(factors);
@@ -236,9 +239,7 @@ Refusal square(FirFilter& filter, const FirCommandRequest& request, Lines& lines
     for (std::size_t i = 0; i < taps.size(); ++i) {
         for (std::size_t j = 0; j < taps.size(); ++j) sums[i + j] += static_cast<Wide>(taps[i]) * taps[j];
     }
-    std::vector<double> square;
-    for (const Wide sum : sums) square.push_back(static_cast<double>(sum));
-    return add_response(filter, square, {}, lines);
+    return add_response(filter, std::vector<double>(sums.begin(), sums.end()), {}, lines);
 }
 
 }  // namespace

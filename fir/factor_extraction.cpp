@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
-#include <ranges>
 #include <utility>
 
 #include "fir/series_zeros.h"
@@ -144,7 +143,7 @@ Deflated without_unit_zeros(std::span<const double> taps) {
 
 bool is_mirrored(std::span<const double> taps) {
     const double sign = taps.front() == taps.back() ? 1 : -1;
-    return std::ranges::equal(taps, std::views::reverse(taps), [&](double a, double b) { return a == sign * b; });
+    return std::equal(taps.begin(), taps.end(), taps.rbegin(), [&](double a, double b) { return a == sign * b; });
 }
 
 SplitZeros split(const std::vector<Point>& zeros, bool of_cosines) {

@@ -96,7 +96,8 @@ std::vector<std::size_t> leja_order(std::span<const QuadraticRow> rows) {
     std::vector<FactorZeros> zeros;
     std::ranges::transform(rows, std::back_inserter(zeros), zeros_in_z);
     std::vector<double> apart;  // log of the distances from the zeros that are taken, at first from 0
-    for (const FactorZeros& own : zeros) apart.push_back(std::log(std::norm(own.zero[0])));
+    std::ranges::transform(zeros, std::back_inserter(apart),
+                           [](const FactorZeros& own) { return std::log(std::norm(own.zero[0])); });
     std::vector<std::size_t> left(rows.size()), order;
     std::iota(left.begin(), left.end(), std::size_t{0});
     while (!left.empty()) {

@@ -203,9 +203,9 @@ std::vector<std::size_t> take_cluster(const SeriesZeros& zeros, std::vector<std:
             const Wide doubt = std::max(zeros.uncertain[i], zeros.uncertain[j]);
             return magnitude(zeros.at[i] - zeros.at[j]) <= cluster_width * doubt * magnitude(zeros.at[i]);
         };
-        const auto far = std::ranges::stable_partition(left, is_near);
-        members.insert(members.end(), left.begin(), far.begin());
-        left.erase(left.begin(), far.begin());
+        const auto far = std::stable_partition(left.begin(), left.end(), is_near);
+        members.insert(members.end(), left.begin(), far);
+        left.erase(left.begin(), far);
     }
     return members;
 }

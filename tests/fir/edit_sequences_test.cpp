@@ -8,18 +8,17 @@
 namespace kavrel {
 namespace {
 
-constexpr std::string_view of_files[] = {"read", "save", "file", "ffac", "prog", "tabf", "tabt", "plpr", "pri "};
-constexpr std::string_view of_states[] = {"undo", "redo", "sto ", "rcl "};
+constexpr std::string_view left_out[] = {"read", "save", "file", "ffac", "prog", "tabf", "tabt",
+                                         "plpr", "pri ", "undo", "redo", "sto ", "rcl "};
 
 class Sequence : public FirRoom {
 public:
     explicit Sequence(unsigned seed) : engine_(seed) {
         design(whole(11, 40), {{0, 8, 1, 1}, {12, 24, 0, 1}});
-        for (const CommandKeyword& word : fir_words().words) {
-            const auto is_one = [&](std::string_view other) { return word == CommandKeyword(other); };
-            const bool left_out = std::ranges::any_of(of_files, is_one) || std::ranges::any_of(of_states, is_one);
-            if (fir_words().performs(word) && !left_out) words_.push_back(word);
-        }
+        std::ranges::copy_if(fir_words().words, std::back_inserter(words_), [](const CommandKeyword& word) {
+            return fir_words().performs(word) &&
+                   std::ranges::none_of(left_out, [&](auto other) { return word == CommandKeyword(other); });
+        });
     }
 
     // One command; false where what it left is not what it has to be.
@@ -29,54 +28,40 @@ public:
         switch (whole(0, 9)) {
             case 0: return moved("undo", past_, future_);
             case 1: return moved("redo", future_, past_);
-            case 2: return recalled();
-            default: send(words_[static_cast<std::size_t>(whole(0, static_cast<int>(words_.size()) - 1))].padded());
+            case 2: send("sto "), stored_ = before; return bytes() == before;
+            case 3: send("rcl "); return stored_.empty() || (edited(before), bytes() == stored_);
+            default: send(words_[static_cast<std::size_t>(whole(1, static_cast<int>(words_.size()))) - 1].padded());
         }
         if (bytes() != before) edited(before);
         FixedText<80> title;
-        FirFilter again;
-        return read_fir_records(bytes(), again, title);
+        return read_fir_records(bytes(), *std::make_unique<FirFilter>(), title);
     }
 
 private:
     using States = std::vector<std::string>;
     [[nodiscard]] std::string bytes() const { return fir_records(filter, session.TITLE); }
     int whole(int from, int to) { return std::uniform_int_distribution(from, to)(engine_); }
-    double between(double from, double to) { return std::uniform_real_distribution(from, to)(engine_); }
 
     void fill_in_forms() {
-        const auto some_factor = [&] { return whole(1, std::max(1, filter.factors.last_serial)); };
-        command.function_number = whole(1, 10) < 9 ? whole(1, std::max(1, filter.functions)) : whole(0, 6);
+        command.function_number = whole(0, 9) > 0 ? whole(1, std::max(1, filter.functions)) : whole(0, 6);
         command.frequency = {.end = 24, .count = whole(0, 9)};
         command.truncated_to = {whole(4, 49), WordMethod{whole(1, 2)}, NumberForm{whole(1, 2)}};
-        command.gain = between(-3, 3), command.linear = between(-1, 1), command.quadratic = between(-0.9, 0.9);
-        command.serial = some_factor();
-        for (command.SERIAL.rows = 0; command.SERIAL.rows < whole(0, 4);) {
-            const int row = ++command.SERIAL.rows;
-            command.SERIAL(row, 1) = some_factor();
-        }
+        command.gain = whole(-3, 3), command.linear = 0.1 * whole(-9, 9), command.quadratic = 0.1 * whole(-9, 9);
+        command.serial = whole(1, std::max(1, filter.factors.last_serial));
+        for (int row = command.SERIAL.rows = whole(0, 4); row > 0; --row) command.SERIAL(row, 1) = command.serial - row;
         command.title = whole(0, 1) == 0 ? "one title" : "another title";
     }
     void edited(const std::string& before) {
-        past_.push_back(before);
+        past_.push_back(before), future_.clear();
         if (past_.size() > undo_levels) past_.erase(past_.begin());
-        future_.clear();
     }
     bool moved(std::string_view word, States& from, States& to) {
         const std::string before = bytes();
         send(word);
         if (from.empty()) return bytes() == before && boxes().starts_with("Error: Nothing to");
         const bool good = bytes() == from.back();
-        from.pop_back();
-        to.push_back(before);
+        from.pop_back(), to.push_back(before);
         return good;
-    }
-    bool recalled() {
-        const std::string before = bytes();
-        if (stored_.empty() || whole(0, 1) == 0) return send("sto "), stored_ = before, bytes() == before;
-        send("rcl ");
-        edited(before);
-        return bytes() == stored_;
     }
 
     std::mt19937 engine_;

@@ -83,11 +83,11 @@ TEST_F(Forms, EveryRefusalKeepsWhatWasEntered) {
         std::size_t real = 0;
         while (real < form->fields.size() && form->fields[real].kind != FieldKind::real) ++real;
         if (real == form->fields.size()) continue;
-        const std::string typed = "1.250000E-06";
+        const std::string typed = "-1.250000E-06";
         window.boxes.clear();
         window.forms = {[&](FormSheet& sheet) { return sheet.enter(real, typed).empty(); },
                         [&](FormSheet& sheet) {
-                            EXPECT_EQ(sheet.shown(real), "1.250000E-06");
+                            EXPECT_EQ(sheet.shown(real), typed);
                             EXPECT_EQ(sheet.refusals(), 1);
                             return false;
                         }};

@@ -57,7 +57,7 @@ struct Design {
             for (int i = 0; i <= points; ++i) {
                 const double f = i == points ? high : low + i * step;
                 const double e = weight(task, f, band) * std::abs(desired(task, f, band) - response(f));
-                if (!(e <= worst)) worst = e;  // not a number stays
+                if (!(e <= worst) && !std::isnan(worst)) worst = e;  // not a number stays
             }
         }
         return worst;

@@ -5,6 +5,8 @@
 
 #include "fir/fir_report.h"
 #include "fir/fir_task.h"
+#include "fir/window_design.h"
+#include "fir/windows.h"
 #include "shell/edited.h"
 
 namespace kavrel {
@@ -94,8 +96,10 @@ void add_window(const FirFilter& filter, Lines& lines) {
     const double hertz = filter.sampling_frequency / request.sampling_frequency;
     lines.emplace_back(" Windowed linear-phase filter design");
     lines.push_back(edited<"(4X,'Filter type : ',A)">(name_of(request.filter_type)));
+    lines.push_back(edited<"(4X,'Window type : ',A)">(window_row(request.window_type)->report_name));
     if (request.parameter != 0) lines.push_back(edited<"(4X,'Parameter = ',1P,E15.7)">(request.parameter));
-    for (const double edge : {request.lower_frequency, request.upper_frequency}) {
+    const auto [lower, upper] = windowed_edges(request);
+    for (const double edge : {lower, upper}) {
         if (edge > 0) add_frequency("Passband edge", edge * hertz, lines);
     }
     add_frequency("Sampling rate", filter.sampling_frequency, lines);

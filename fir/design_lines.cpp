@@ -116,12 +116,12 @@ std::string_view name_of(FirSymmetry symmetry) {
 
 void add_functions(const FirFilter& filter, Lines& lines) {
     lines.emplace_back("");
-    lines.emplace_back(" Function  Length  Symmetry  Gain in dB  Sum of magnitudes  Word");
+    lines.push_back(edited<"(A4,A8,A10,A9,A15,2X,A)">("No.", "Length", "Symmetry", "Gain, dB", "Sum of |H|", "Word"));
     for (int n = 1; n <= filter.functions; ++n) {
         const FirFunction& function = filter.FUNCTION(n);
         double sum = 0;
         for (const double h : full_response(filter, n)) sum += std::fabs(h);
-        lines.push_back(edited<"(I6,I10,A9,F14.4,1P,E18.7,4X,A)">(
+        lines.push_back(edited<"(I4,I8,A10,F9.3,1P,E15.7,2X,A)">(
             n, function.taps, name_of(function.symmetry), function.gain, sum,
             function.word.bits == fir_untruncated ? "untruncated" : text_of(function.word)));
     }

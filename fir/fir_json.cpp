@@ -37,6 +37,7 @@ Json fir_part(const FirFilter& filter, const FirState& state) {
               {"method", origins[static_cast<int>(filter.origin)]},
               {"fs", filter.sampling_frequency},
               {"impulse", full_response(filter, 1)}};
+    part["shown"] = shown_function(filter, state);
     add_deviations(part, filter, shown_function(filter, state));
     const WindowRow* window = window_row(filter.request.window_type);
     if (has_window(filter) && window != nullptr) part["window"] = window_part(*window, filter);

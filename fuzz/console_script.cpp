@@ -21,7 +21,7 @@ public:
     using ConsoleWindow::ConsoleWindow;
     bool progress(std::string_view work, int, int) override {
         constexpr std::string_view searches[] = {"Approximation", "Ladder search", "Remez exchange", "Simulation",
-                                                 "Least words",   "Order search",  "Program"};
+                                                 "Least words",   "Order search",  "Program",        "Factors"};
         return std::ranges::find(searches, work) == std::end(searches) || ++asked_ < 200;
     }
 

@@ -403,9 +403,11 @@ def rows_of_loss(asked, loss, places, radius):
 
 
 def fir_rows(state, asked):
-    taps, fs, rows = np.array(state["fir"]["impulse"]), asked["fs"], []
+    function = state["fir"]["functions"][state["fir"]["shown"] - 1]
+    taps, fs, rows = np.array(function["impulse"]) / 10 ** (function.get("gain", 0) / 20), asked["fs"], []
     delays, noise = (len(taps) - 1) / 2 - np.arange(len(taps)), 1e-15 * abs(taps).sum()
-    wave = np.cos if state["fir"]["symmetry"] == "even" else np.sin
+    wave = np.cos if function["symmetry"] == "even" else np.sin
+    whole = function["symmetry"] == "none"  # judged by its magnitude
     points, levels = np.array(asked["shape"] or np.zeros((0, 2))).T
     ripple_of = lambda d: 20 * np.log10((1 + d) / np.maximum(1 - d, 0))
     for start, end, value, ripple in asked["bands"]:
@@ -416,6 +418,10 @@ def fir_rows(state, asked):
                 wanted = np.where(f < points[-1], value * np.interp(f.astype(float), points, levels), levels[-1])
                 wanted = np.where(f < points[0], value * f / fs, wanted)
                 weight = np.where(wanted >= 1e-3, wanted, 1)
+            if whole:
+                angles = 2 * pi * f / fs
+                return abs(np.hypot(sum(h * np.cos(angles * d) for h, d in zip(taps, delays)),
+                                    sum(h * np.sin(angles * d) for h, d in zip(taps, delays))) - abs(wanted)) / weight
             amplitude = sum(h * wave(2 * pi * f / fs * d) * (2 if d else 1) for h, d in zip(taps, delays) if d >= 0)
             return abs(amplitude - wanted) / weight
 
@@ -441,6 +447,9 @@ def differences(state, script, tally):
         tally["edited"] += 1
         return []
     shown, asked = state.get("check"), request_of(state, script)
+    if state["segment"] == "fir" and (state["fir"]["method"] != "equal ripple" or shown is None and len(state["fir"]["functions"]) > 1):
+        tally["no bands"] += 1
+        return ["rows of no bands"] if shown else []
     if shown is None and asked is not None and not rows_of(state, asked):  # a given function: nothing was asked
         asked = None
     if shown is None or asked is None:

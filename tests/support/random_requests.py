@@ -471,6 +471,8 @@ def fir_form(s):
             s.choose("Design", "FIR Filter", "Recall")
             s.line("file", name)
             s.ok()
+    if d.chance(0.5):
+        fir_commands(s)
     for _ in range(d.whole(0, 4)):
         command = d.one("show", "time", "plot", "table", "lbl", "pri", "other")
         if command == "show":
@@ -488,7 +490,82 @@ def fir_form(s):
         elif command == "pri":
             printing(s)
         else:
-            s.line("do", d.one("freq", "undo", "save", "fac", "disp"))
+            s.line("do", d.one("freq", "undo", "fac", "disp"))
+
+
+def windowed(s):
+    d = s.draw
+    rate = d.spread(1e3, 1e6)
+    edges = sorted(d.real(0.02, 0.48) * rate for _ in range(2))
+    s.choose("Design", "FIR Filter", "New")
+    s.sets(filter_length=d.whole(3, 200), design_method="Windowed", filter_type=d.one("Lowpass", "Highpass", "Bandpass", "Bandreject"))
+    s.sets(lower_frequency=s.frequency(edges[0]), upper_frequency=s.frequency(edges[1]), sampling_frequency=s.frequency(rate))
+    s.sets(window_type=d.whole(1, 21), parameter=d.real(0.5, 120))
+    s.ok()
+    fir_commands(s)
+
+
+def typed_fir(s):
+    d = s.draw
+    s.choose("Analysis", "FIR filter", "New")
+    s.set("sampling_freq", s.frequency(d.spread(1e3, 1e6)))
+    if d.chance(0.5):
+        s.sets(filter_data="Coefficients", filter_symmetry=d.one("Even", "Odd", "None"), filter_length=0)
+        s.rows("Data", [(d.real(-1, 1),) for _ in range(d.whole(1, 30))])
+    else:
+        s.set("filter_data", "Quadratics")
+        s.rows("Data", [(d.real(-2, 2), d.one(0, 1, d.real(-2, 2))) for _ in range(d.whole(1, 20))])
+    s.ok()
+    fir_commands(s)
+
+
+def fir_commands(s):
+    d = s.draw
+    for _ in range(d.whole(1, 8)):
+        n = d.one(1, 1, 1, 2, 3)
+        command = d.one("freq", "show", "fac", "fac", "flip", "min", "all", "select", "sqr", "trun", "flat", "scal", "add", "del", "ch",
+                        "prog", "ffac", "file", "disp", "clr", "rset", "undo", "redo", "sto", "rcl", "tabf", "save")
+        if command == "freq":
+            s.line("do", "freq")
+            s.sets(start=0, end=d.spread(100, 1e5), count=d.whole(2, 60), function_number=n)
+            s.ok()
+            s.line("answer", d.one("yes", "no"))
+        elif command in ("show", "fac", "sqr", "scal"):
+            s.line("do", command)
+            s.set("function_number", n)
+            s.ok()
+        elif command == "all":
+            s.choose("Transform", "Multiply", "All")
+        elif command == "select":
+            s.choose("Transform", "Multiply", "Select")
+            s.line("clear")
+            for k in range(d.whole(1, 4)):
+                s.line("row", k + 1)
+            s.ok()
+        elif command == "trun":
+            s.line("do", "trun")
+            s.sets(bits=d.one(0, d.whole(3, 40)), method=d.one("Round", "Truncate"), number_form=d.one(*number_forms), function_number=n)
+            s.ok()
+        elif command == "flat":
+            s.line("do", "flat")
+            s.sets(gain=d.real(-20, 20), function_number=n)
+            s.ok()
+        elif command in ("add", "ch", "del"):
+            s.line("do", command)
+            if command != "del":
+                s.sets(linear=d.real(-2, 2), quadratic=d.one(0, d.real(-2, 2)))
+            if command != "add":
+                s.set("serial", d.whole(1, 6))
+            s.ok()
+        elif command == "prog":
+            s.line("do", "prog")
+            s.sets(function_number=n, dialect=d.one("Classic", "Standard", "C", "C integer", "C table", "Text"))
+            s.ok()
+            s.line("file", s.new_file("txt"))
+        else:
+            s.line("do", command)
+            if command in ("ffac", "file", "tabf", "save"):
+                s.line("file", s.new_file("qff" if command == "save" else "txt"))
 
 
 # Forms that keep their data only
@@ -898,7 +975,7 @@ def refused(s):
 
 
 kinds = [
-    (34, lambda s: ladder(s, "LC")), (16, lambda s: ladder(s, "Microwave")), (6, transfer_only), (10, digital), (12, fir_form), (4, delay_form),
+    (34, lambda s: ladder(s, "LC")), (16, lambda s: ladder(s, "Microwave")), (6, transfer_only), (10, digital), (9, fir_form), (2, windowed), (1, typed_fir), (4, delay_form),
     (4, analysis_form), (14, typed_circuit), (5, refused),
 ]
 

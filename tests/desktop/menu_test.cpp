@@ -263,7 +263,7 @@ TEST(MainWindow, ItemsThatCannotActAreGreyWithTheReason) {
         ASSERT_NE(QApplication::activePopupWidget(), nullptr);
         press(*QApplication::activePopupWidget(), Qt::Key_Escape);
     }
-    EXPECT_GT(grey, 60);
+    EXPECT_GT(grey, 40);
 }
 
 TEST(MainWindow, ResultsAndStateAreWrittenAndLinesHaveHeads) {

@@ -57,7 +57,6 @@ constexpr CommandTable commands({
     {"rset", return_to_first, needs_filter},
 });
 
-void forget_edits(KeptState& kept);
 void report_missed(FirDesk& desk);
 
 }  // namespace
@@ -88,12 +87,6 @@ void firSegment(FirDesk& desk) {
 }
 
 namespace {
-
-// A stored filter takes the place of another one.
-void forget_edits(KeptState& kept) {
-    kept.undoTop = kept.undoCount = 0;
-    kept.opened = false;
-}
 
 void report_missed(FirDesk& desk) {
     WindowWatcher watcher(desk.window, check_work);

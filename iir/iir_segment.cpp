@@ -64,7 +64,6 @@ constexpr CommandTable commands({
     {"conv", reverse_frequency, needs_filter},
 });
 
-void forget_edits(KeptState& kept);
 void report_missed(IirDesk& desk);
 
 }  // namespace
@@ -94,12 +93,6 @@ void iirSegment(IirDesk& desk) {
 }
 
 namespace {
-
-// A stored filter takes the place of another one.
-void forget_edits(KeptState& kept) {
-    kept.undoTop = kept.undoCount = 0;
-    kept.opened = false;
-}
 
 void report_missed(IirDesk& desk) {
     WindowWatcher watcher(desk.window, check_work);

@@ -134,11 +134,7 @@ namespace {
 // A circuit that comes from elsewhere: its name is not known yet, and what was done to the former one is over, but that
 // a design can be undone.
 void enter(PassiveDesk& desk, int entry) {
-    if (entry != passive_entry::synthesised) {
-        desk.state.kept.undoTop = 0;
-        desk.state.kept.undoCount = 0;
-        desk.state.kept.opened = false;
-    }
+    if (entry != passive_entry::synthesised) forget_edits(desk.state.kept);
     desk.state.lastBranch = 1;
     switch (entry) {
         case passive_entry::analysis: desk.session.filter_file = ""; break;

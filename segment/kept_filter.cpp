@@ -38,6 +38,11 @@ void keep_former(const KeptWork& work) {
     state.opened = kept;
 }
 
+void forget_edits(KeptState& state) {
+    state.undoTop = state.undoCount = 0;
+    state.opened = false;
+}
+
 bool is_unsaved(const KeptWork& work) { return !work.is_empty() && work.fingerprint() != work.state.saved; }
 
 std::string_view cannot_undo(const KeptState& state) { return state.undoTop < 1 ? "Nothing to undo" : ""; }

@@ -108,6 +108,9 @@ private:
 // kept cannot be had again.
 void keep_former(const KeptWork& work);
 
+// A stored filter that is not read by the user's command takes the place of another one: there is no way back.
+void forget_edits(KeptState& state);
+
 // Whether the filter, if there is one, is another than was last saved or read.
 [[nodiscard]] bool is_unsaved(const KeptWork& work);
 

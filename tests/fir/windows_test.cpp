@@ -12,30 +12,13 @@
 #include "fir/fir_records.h"
 #include "fir/window_design.h"
 #include "fir/window_figures.h"
-#include "tests/support/fake_window.h"
+#include "tests/fir/fir_room.h"
 #include "tests/support/golden.h"
 
 namespace kavrel {
 namespace {
 
-struct Windows : testing::Test {
-    FakeWindow window;
-    Journal journal;
-    PrintState print;
-    Reporter reporter{window, journal, print};
-    Session session;
-    FirRequest request;
-    FirFilter filter;
-    AnalysisResult results;
-    FirState state;
-    FirCommandRequest command;
-    PlotWindow plot;
-    TemporaryFiles temporaries;
-    FirDesk desk{{session, reporter, window, results, plot, temporaries}, request, filter, state, command};
-
-    [[nodiscard]] bool reports(const std::string& line) const {
-        return text_of(window.lines).find(line) != std::string::npos;
-    }
+struct Windows : testing::Test, FirRoom {
     void ask(FirFilterType type, int length, FirWindow shape, double parameter, double lower, double upper) {
         request = {};
         request.filter_length = length;
@@ -128,14 +111,14 @@ TEST_F(Windows, FiguresAreThoseOfTheResponse) {
 TEST_F(Windows, CoefficientsAreRetainedUntilAssigned) {
     ask(FirFilterType::low_pass, 21, FirWindow::hamming, 0, 0, 1);
     ASSERT_EQ(window_design(desk, filter), FirDesignVerdict::designed);
-    EXPECT_FALSE(reports("Retained"));
+    EXPECT_FALSE(reported("Retained"));
     const double alone = filter.COEF(1);
     request.window_type = FirWindow::four_term_b_h;
     ASSERT_EQ(window_design(desk, filter), FirDesignVerdict::designed);
     request.window_type = FirWindow::hamming;
     ASSERT_EQ(window_design(desk, filter), FirDesignVerdict::designed);
     EXPECT_NEAR(filter.COEF(1) / alone, (0.08 + 0.14128 - 0.01168) / 0.08, 1e-12);
-    EXPECT_TRUE(reports("    Retained from an earlier window: a2 =  0.1412800 a3 =  0.0116800"));
+    EXPECT_TRUE(reported("    Retained from an earlier window: a2 =  0.1412800 a3 =  0.0116800"));
     EXPECT_EQ(state.retained, (WindowCosines{0.54, 0.46, 0.14128, 0.01168}));
     request.window_type = FirWindow::sampled_kaiser;
     give_parameter(request, 21);
@@ -150,7 +133,7 @@ TEST_F(Windows, RectangularIsOfferedOneUntilSomebodyGivesAnother) {
     give_parameter(request, 0);
     ASSERT_EQ(window_design(desk, filter), FirDesignVerdict::designed);
     EXPECT_EQ(filter.COEF(11), 0);
-    EXPECT_TRUE(reports("    **** All coefficients are 0 ****"));
+    EXPECT_TRUE(reported("    **** All coefficients are 0 ****"));
     EXPECT_FALSE(fir_part(filter, state)["window"].contains("sidelobe"));
 }
 

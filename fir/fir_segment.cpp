@@ -1,5 +1,7 @@
 #include "fir/fir_segment.h"
 
+#include <utility>
+
 #include "fir/command_tools.h"
 #include "fir/factor_commands.h"
 #include "fir/file_commands.h"
@@ -11,12 +13,13 @@
 #include "fir/time_commands.h"
 #include "fir/truncation_command.h"
 #include "segment/result_commands.h"
+#include "shell/edited.h"
 
 namespace kavrel {
 
 namespace {
 
-constexpr CommandKeyword read_word("read");
+constexpr CommandKeyword read_word("read"), show_word("show");
 
 void read(FirDesk& desk) { read_fir_file(desk, false); }
 
@@ -57,7 +60,10 @@ constexpr CommandTable commands({
     {"rset", return_to_first, needs_filter},
 });
 
-void report_missed(FirDesk& desk);
+using Functions = std::vector<Fingerprint>;  // one a function
+Functions functions_of(const FirFilter& filter);
+void report_missed(FirDesk& desk, int n);
+void report_missed_of_others(FirDesk& desk, const Functions& before);
 
 }  // namespace
 
@@ -72,7 +78,8 @@ void firSegment(FirDesk& desk) {
     CommandKeyword& cell = desk.session.word(SegmentId::fir);
     const bool name_given = entry == fir_entry::stored_filter;
     const Fingerprint before = fingerprint(desk.filter);
-    const bool another = entry == fir_entry::first_call || cell == read_word;
+    const Functions functions_before = functions_of(desk.filter);
+    const bool another = entry == fir_entry::first_call || cell == read_word, shows = cell == show_word;
     if (entry == fir_entry::first_call) desk.state.shown = desk.command.function_number = 1;
     entry = fir_entry::ordinary_command;
     if (name_given) forget_edits(desk.state.kept);
@@ -83,14 +90,35 @@ void firSegment(FirDesk& desk) {
         commands.run(desk, cell);
     }
     desk.command.title = desk.session.TITLE;
-    if (another || fingerprint(desk.filter) != before) report_missed(desk);
+    const int shown = shown_function(desk.filter, desk.state);
+    const bool changed = another || fingerprint(desk.filter) != before;
+    if (changed || (shows && desk.command.function_number == shown)) report_missed(desk, shown);
+    if (changed && !another) report_missed_of_others(desk, functions_before);
 }
 
 namespace {
 
-void report_missed(FirDesk& desk) {
+Functions functions_of(const FirFilter& filter) {
+    Functions functions;
+    for (int n = 1; n <= filter.functions; ++n) functions.push_back(fingerprint(filter, n));
+    return functions;
+}
+
+void report_missed(FirDesk& desk, int n) {
     WindowWatcher watcher(desk.window, check_work);
-    report_lines(desk, missed_lines(check_fir(desk.filter, shown_function(desk.filter, desk.state), watcher)));
+    Lines lines = missed_lines(check_fir(desk.filter, n, watcher));
+    if (lines.empty()) return;
+    if (n != shown_function(desk.filter, desk.state)) lines.insert(lines.begin(), edited<"(' Function',I2,':')">(n));
+    report_lines(desk, lines);
+}
+
+// Of the functions that a command has made or changed, beside the one that is shown.
+void report_missed_of_others(FirDesk& desk, const Functions& before) {
+    for (int n = 1; n <= desk.filter.functions; ++n) {
+        const bool new_one = std::cmp_greater(n, before.size());
+        if (n == shown_function(desk.filter, desk.state)) continue;
+        if (new_one || fingerprint(desk.filter, n) != before[static_cast<std::size_t>(n) - 1]) report_missed(desk, n);
+    }
 }
 
 }  // namespace

@@ -92,5 +92,15 @@ TEST_F(FirFunctionEdits, LeaveAllAsItWas) {
     }
 }
 
+TEST(FirFunctions, TellWhatTheyMissWhereTheyAreChangedOrShown) {
+    FirRoom room;
+    room.ask(9, FirSpecification::ripple_in_db, {{0, 0.1, 1, 1}, {0.3, 0.5, 0, 20}});
+    ASSERT_EQ(remez_design(room.desk, room.filter), FirDesignVerdict::designed);
+    ASSERT_TRUE(add_function(room.filter, room.filter.FUNCTION(1), std::array<double, 5>{-.03, -.04, .08, .29, .41}));
+    room.command.function_number = 2, room.command.truncated_to = {3, WordMethod::round, NumberForm::fixed_point};
+    EXPECT_NE(room.send("trun").find(" Function 2:\n  *** pass band up to"), std::string::npos);
+    EXPECT_NE(room.send("show").find("\n  *** pass band up to"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace kavrel

@@ -58,7 +58,9 @@ void Items::list(File& file, Request& r, Units&) {
     if constexpr (File::reads) {
         take_shape(stored, r);
         r.parameter = parameter;
-        r.parameter_given = parameter != 0 || r.design_method == FirMethod::windowed;  // else the field was off
+        const bool was_on =
+            r.design_method == FirMethod::windowed && parameter_kind(r.window_type) != WindowParameter::none;
+        r.parameter_given = parameter != 0 || was_on;
         r.QUADRUPLETS.rows = band_rows(r);
     }
 }

@@ -46,7 +46,7 @@ void factor_function(FirDesk& desk) {
         return;
     }
     if (factors.count == 0) {
-        return refuse(desk, warning("The function has one tap only: there are no factors", "function_number"));
+        return refuse(desk, warning("One tap only is not 0: there are no factors", "function_number"));
     }
     factors.function = n;
     factors.gain = filter->FUNCTION(n).gain;

@@ -46,7 +46,7 @@ void change_title(FirDesk& desk) {
 void choose_print(FirDesk& desk) { choose_print_mode(desk.command.printing_to, desk.reporter); }
 
 void clear_functions(FirDesk& desk) {
-    if (make_edit(desk, keep_first)) desk.state.shown = 1;
+    if (make_edit(desk, keep_first)) desk.state.shown = desk.command.function_number = 1;
 }
 
 void return_to_first(FirDesk& desk) {
@@ -56,12 +56,14 @@ void return_to_first(FirDesk& desk) {
 
 namespace {
 
-Refusal keep_first(FirFilter& filter, const FirCommandRequest&, Lines&) {
+Refusal keep_first(FirFilter& filter, const FirCommandRequest&, Lines& lines) {
+    if (filter.functions == 1) lines.emplace_back(" There is no function but the first");
     keep_functions(filter, 1);
     return {};
 }
 
-Refusal forget_factors(FirFilter& filter, const FirCommandRequest&, Lines&) {
+Refusal forget_factors(FirFilter& filter, const FirCommandRequest&, Lines& lines) {
+    if (filter.factors.count == 0) lines.emplace_back(" There are no factors");
     filter.factors = {};
     return {};
 }

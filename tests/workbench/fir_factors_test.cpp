@@ -146,7 +146,7 @@ TEST_F(FirFactorCommands, WhatIsRefusedLeavesTheFilterAsItWas) {
     EXPECT_EQ(fingerprint(filter), before);
     const std::pair<std::vector<double>, Texts> responses[] = {
         {{0, 0, 0}, {"Error: All taps are 0: there are no factors"}},
-        {{0, 5}, {"Warning: The function has one tap only: there are no factors"}},
+        {{0, 5}, {"Warning: One tap only is not 0: there are no factors"}},
         {std::vector<double>(515, 1.0), no_room},
         {{1e-300, 1, 1e300}, {"Error: Root extraction did not converge", none.front()}}};  // b = 1e600
     for (const auto& [taps, boxes] : responses) {

@@ -63,7 +63,6 @@ constexpr CommandTable commands({
 using Functions = std::vector<Fingerprint>;  // one a function
 Functions functions_of(const FirFilter& filter);
 void report_missed(FirDesk& desk, int n);
-void report_missed_of_others(FirDesk& desk, const Functions& before);
 
 }  // namespace
 
@@ -77,8 +76,7 @@ void firSegment(FirDesk& desk) {
     int& entry = desk.session.entry(SegmentId::fir);
     CommandKeyword& cell = desk.session.word(SegmentId::fir);
     const bool name_given = entry == fir_entry::stored_filter;
-    const Fingerprint before = fingerprint(desk.filter);
-    const Functions functions_before = functions_of(desk.filter);
+    const Functions before = functions_of(desk.filter);
     const bool another = entry == fir_entry::first_call || cell == read_word, shows = cell == show_word;
     if (entry == fir_entry::first_call) desk.state.shown = desk.command.function_number = 1;
     entry = fir_entry::ordinary_command;
@@ -90,10 +88,15 @@ void firSegment(FirDesk& desk) {
         commands.run(desk, cell);
     }
     desk.command.title = desk.session.TITLE;
+    // Of the function that is shown, and of all that a command has made or changed.
     const int shown = shown_function(desk.filter, desk.state);
-    const bool changed = another || fingerprint(desk.filter) != before;
-    if (changed || (shows && desk.command.function_number == shown)) report_missed(desk, shown);
-    if (changed && !another) report_missed_of_others(desk, functions_before);
+    const Functions after = functions_of(desk.filter);
+    for (std::size_t i = 0; i < after.size(); ++i) {
+        const int n = static_cast<int>(i) + 1;
+        const bool appears = n == shown && (another || (shows && desk.command.function_number == n));
+        const bool changed = !another && (i >= before.size() || after[i] != before[i]);
+        if (appears || changed) report_missed(desk, n);
+    }
 }
 
 namespace {
@@ -110,15 +113,6 @@ void report_missed(FirDesk& desk, int n) {
     if (lines.empty()) return;
     if (n != shown_function(desk.filter, desk.state)) lines.insert(lines.begin(), edited<"(' Function',I2,':')">(n));
     report_lines(desk, lines);
-}
-
-// Of the functions that a command has made or changed, beside the one that is shown.
-void report_missed_of_others(FirDesk& desk, const Functions& before) {
-    for (int n = 1; n <= desk.filter.functions; ++n) {
-        const bool new_one = std::cmp_greater(n, before.size());
-        if (n == shown_function(desk.filter, desk.state)) continue;
-        if (new_one || fingerprint(desk.filter, n) != before[static_cast<std::size_t>(n) - 1]) report_missed(desk, n);
-    }
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ Json function_part(const FirFilter& filter, int n) {
     Json part{{"number", n}, {"symmetry", name_of(function.symmetry)}, {"impulse", impulse}};
     if (function.word.bits != fir_untruncated) part["bits"] = function.word.bits;
     if (function.gain != 0) part["gain"] = function.gain;
-    part["sum_of_magnitudes"] = sum;
+    if (std::isfinite(sum)) part["sum_of_magnitudes"] = sum;
     return part;
 }
 

@@ -39,7 +39,10 @@ Refusal scale_to_one(FirFilter& filter, const FirCommandRequest& request, Lines&
     const double factor = 1 / largest_output, gain = 20 * std::log10(factor);
     lines.push_back(edited<"(' Function',I2,': the largest possible output for inputs within 1 becomes 1')">(n));
     lines.push_back(edited<"(' Scale factor =',1P,E15.7,' (',0P,F10.4,' dB)')">(factor, gain));
-    return move_level(filter, n, factor, gain, lines);
+    const Refusal wrong = move_level(filter, n, factor, gain, lines);
+    if (wrong.empty()) return wrong;
+    lines.clear();
+    return {wrong.text, "function_number"};
 }
 
 namespace {

@@ -62,7 +62,8 @@ TEST_F(FirFunctionEdits, MoveTheLevel) {
 }
 
 TEST_F(FirFunctionEdits, LeaveAllAsItWas) {
-    FirFilter zero = before, truncated = before, scaled = before, none;
+    FirFilter zero = before, truncated = before, scaled = before, huge = before, none;
+    huge.X(1) = huge.X(2) = 1e308;
     zero.X(1) = zero.X(2) = zero.X(3) = 0, truncated.FUNCTION(1).word.bits = 12;
     for (int k = 1; k <= 3; ++k) scaled.X(k) /= 1.7;
     const std::string missing = "Error: Function does not exist", far = "Error: Gain is out of range";
@@ -82,6 +83,7 @@ TEST_F(FirFunctionEdits, LeaveAllAsItWas) {
         {"flat", none, 1, 1, missing},
         {"scal", scaled, 1, 0, " Function 1: the largest possible output for inputs within 1 is 1"},
         {"scal", zero, 1, 0, "Error: All coefficients are 0"},
+        {"scal", huge, 1, 0, far},
         {"scal", before, 4, 0, missing}};
     for (const auto& [word, of, n, number, shown] : cases) {
         filter = of, command.function_number = n, command.gain = number;

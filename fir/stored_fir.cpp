@@ -10,9 +10,9 @@ constexpr std::array<StoredForm<FirFilter>, 1> fir_files = {
 constexpr Keeping<FirFilter> fir_keeping{.snapshot = {.bytes = fir_records, .take = read_fir_snapshot},
                                          .forms = fir_files,
                                          .is_empty = [](const FirFilter& filter) { return filter.functions == 0; },
-                                         .open_caption = "Open a stored filter text file",
+                                         .open_caption = "Open a stored filter file",
                                          .overwrite_warning = "Current filter will be overwritten!",
-                                         .words = {},
+                                         .words = {.damaged = "File could not be read"},
                                          .undoes_title = true};
 
 Fingerprint fingerprint(const FirFilter& filter) { return fingerprint(fir_keeping.snapshot, filter); }

@@ -114,6 +114,8 @@ bool read(const KeptWork& work, bool name_given) {
     const std::string former = work.snapshot();
     FileMark mark;
     const FileStatus status = work.read_from(*name, mark);
+    const std::string_view own = status == FileStatus::damaged ? work.words().damaged : "";
+    if (!own.empty()) return refused(work, own);
     if (status != FileStatus::done) return refused(work, message_of(status));
     if (!name_given) {
         if (!push_undo(work, former)) return taken_back(work, former);

@@ -22,11 +22,12 @@ struct KeptState {
     Fingerprint saved = 0;      // of the filter as it was last saved or read; 0 when its title is another since
 };
 
-// What the boxes of "sto " and "rcl " say.
+// What the boxes of "sto " and "rcl " say, and that of "read" of a damaged file.
 struct KeepingWords {
     std::string_view not_kept = "Data could not be stored";
     std::string_view nothing_stored = "Data was not stored";
     std::string_view not_recalled = "Data could not be read";
+    std::string_view damaged = {};  // blank: that of all files
 };
 
 // How filters of a type are kept.

@@ -40,12 +40,12 @@ WindowedEdges windowed_edges(const FirRequest& request) {
 
 FirDesignVerdict window_design(FirDesk& desk, FirFilter& made) {
     const FirRequest& request = desk.request;
-    const auto refuse = [&](std::string_view text) {
-        desk.reporter.message(text, "Error");
+    const auto refuse = [&](std::string_view text, std::string_view field = {}) {
+        desk.reporter.refuse({text, field});
         return FirDesignVerdict::refused;
     };
     WindowTask task{request.filter_length, parameter_of(request)};
-    if (task.length < 3) return refuse("Filter is too short");
+    if (task.length < 3) return refuse("Filter is too short", "filter_length");
     const bool known =
         request.filter_type >= FirFilterType::low_pass && request.filter_type <= FirFilterType::band_reject;
     if (task.length > max_fir_taps || !known || !(request.sampling_frequency > 0)) return refuse(bad_fir_input);
@@ -67,9 +67,9 @@ FirDesignVerdict window_design(FirDesk& desk, FirFilter& made) {
     WindowValues w;
     switch (compute_window(static_cast<int>(request.window_type) - 1, task, filter->WINDOW, w)) {
         case WindowVerdict::computed: break;
-        case WindowVerdict::loss_too_low: return refuse("Loss value too low");
-        case WindowVerdict::no_such_window:
-        case WindowVerdict::out_of_range: return refuse(bad_fir_input);
+        case WindowVerdict::loss_too_low: return refuse("Loss value too low", "parameter");
+        case WindowVerdict::no_such_window: return refuse(bad_fir_input, "window_type");
+        case WindowVerdict::out_of_range: return refuse(bad_fir_input, "parameter");
     }
     weigh(w, *filter);
     if (passes_half_sampling(request.filter_type)) invert_spectrum(*filter);

@@ -116,19 +116,17 @@ template <std::size_t places>
 void respond(const Series& series, const double* turns, Amplitude* answers) {
     using Lanes = LanesOf<double>::Type;
     constexpr std::size_t width = LanesOf<double>::count, groups = places / width;
+    static_assert(width == 2);
+    const auto both = [turns](std::size_t g, double times) -> Complex<Lanes> {
+        const auto a = on_circle(times * turns[width * g]), b = on_circle(times * turns[width * g + 1]);
+        return {Lanes{a.re, b.re}, Lanes{a.im, b.im}};
+    };
     Complex<Lanes> start[groups], step[groups], leap[groups];
     Sums<Lanes> sums[groups];
     for (std::size_t g = 0; g < groups; ++g) {
-        for (std::size_t lane = 0; lane < width; ++lane) {
-            const auto put = [lane](Complex<Lanes>& to, const Complex<double>& z) {
-                to.re[lane] = z.re;
-                to.im[lane] = z.im;
-            };
-            const double x = turns[g * width + lane];
-            put(start[g], on_circle(series.offset * x));
-            put(step[g], on_circle(x));
-            put(leap[g], on_circle(static_cast<double>(block) * x));
-        }
+        start[g] = both(g, series.offset);
+        step[g] = both(g, 1);
+        leap[g] = both(g, static_cast<double>(block));
     }
     const auto add = [&](auto has_even, auto has_odd) {
         for (std::size_t first = 0; first < series.terms; first += block) {

@@ -1,10 +1,10 @@
 #include "fir/design_lines.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "fir/fir_report.h"
 #include "fir/fir_task.h"
+#include "fir/level_edits.h"
 #include "fir/window_design.h"
 #include "fir/windows.h"
 #include "shell/edited.h"
@@ -80,38 +80,12 @@ void add_bands(const FirFilter& filter, Lines& lines) {
     if (task.SHAPE.count > 0) lines.push_back(edited<"(4X,'Pass band shaped by ',I0,' points')">(task.SHAPE.count));
 }
 
-std::string_view name_of(FirFilterType type) {
-    switch (type) {
-        case FirFilterType::low_pass: return "Lowpass";
-        case FirFilterType::high_pass: return "Highpass";
-        case FirFilterType::band_pass: return "Bandpass";
-        case FirFilterType::band_reject: return "Band-reject";
-        case FirFilterType::unchosen: break;
-    }
-    return {};
-}
-
 void add_window(const FirFilter& filter, Lines& lines) {
-    const FirRequest& request = filter.request;
-    const double hertz = filter.sampling_frequency / request.sampling_frequency;
     lines.emplace_back(" Windowed linear-phase filter design");
-    lines.push_back(edited<"(4X,'Filter type : ',A)">(name_of(request.filter_type)));
-    lines.push_back(edited<"(4X,'Window type : ',A)">(window_row(request.window_type)->report_name));
-    if (request.parameter != 0) lines.push_back(edited<"(4X,'Parameter = ',1P,E15.7)">(request.parameter));
-    const auto [lower, upper] = windowed_edges(request);
-    for (const double edge : {lower, upper}) {
-        if (edge > 0) add_frequency("Passband edge", edge * hertz, lines);
-    }
-    add_frequency("Sampling rate", filter.sampling_frequency, lines);
-}
-
-std::string_view name_of(FirSymmetry symmetry) {
-    switch (symmetry) {
-        case FirSymmetry::even: return "even";
-        case FirSymmetry::odd: return "odd";
-        case FirSymmetry::none: break;
-    }
-    return "none";
+    const Lines request = windowed_request_lines(filter);
+    lines.insert(lines.end(), request.begin(), request.end());
+    if (parameter_kind(filter.request.window_type) == WindowParameter::none) return;
+    lines.push_back(edited<"(4X,'Parameter = ',1P,E15.7)">(filter.request.parameter));
 }
 
 void add_functions(const FirFilter& filter, Lines& lines) {
@@ -119,10 +93,8 @@ void add_functions(const FirFilter& filter, Lines& lines) {
     lines.push_back(edited<"(A4,A8,A10,A9,A15,2X,A)">("No.", "Length", "Symmetry", "Gain, dB", "Sum of |H|", "Word"));
     for (int n = 1; n <= filter.functions; ++n) {
         const FirFunction& function = filter.FUNCTION(n);
-        double sum = 0;
-        for (const double h : full_response(filter, n)) sum += std::fabs(h);
         lines.push_back(edited<"(I4,I8,A10,F9.3,1P,E15.7,2X,A)">(
-            n, function.taps, name_of(function.symmetry), function.gain, sum,
+            n, function.taps, name_of(function.symmetry), function.gain, largest_output(filter, n),
             function.word.bits == fir_untruncated ? "untruncated" : text_of(function.word)));
     }
     lines.push_back(edited<"(4X,'Free cells of the store : ',I0)">(free_cells(filter)));

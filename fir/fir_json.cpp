@@ -5,8 +5,10 @@
 #include <nlohmann/json.hpp>
 
 #include "fir/fir_deviation.h"
+#include "fir/fir_report.h"
 #include "fir/fir_rows.h"
 #include "fir/fir_task.h"
+#include "fir/level_edits.h"
 #include "fir/window_figures.h"
 #include "fir/windows.h"
 
@@ -22,9 +24,7 @@ Json window_part(const WindowRow& row, const FirFilter& filter);
 void add_deviations(Json& part, const FirFilter& filter, int n);
 void add_words(Json& part, const FirFilter& filter, const FirState& state);
 
-constexpr const char* symmetries[] = {"even", "odd", "none"};
 constexpr const char* origins[] = {"given", "equal ripple", "windowed"};
-const char* name_of(FirSymmetry symmetry) { return symmetries[static_cast<int>(symmetry)]; }
 
 }  // namespace
 
@@ -51,10 +51,8 @@ namespace {
 
 Json function_part(const FirFilter& filter, int n) {
     const FirFunction& function = filter.FUNCTION(n);
-    const std::vector<double> impulse = full_response(filter, n);
-    double sum = 0;
-    for (const double h : impulse) sum += std::fabs(h);
-    Json part{{"number", n}, {"symmetry", name_of(function.symmetry)}, {"impulse", impulse}};
+    const double sum = largest_output(filter, n);
+    Json part{{"number", n}, {"symmetry", name_of(function.symmetry)}, {"impulse", full_response(filter, n)}};
     if (function.word.bits != fir_untruncated) part["bits"] = function.word.bits;
     if (function.gain != 0) part["gain"] = function.gain;
     if (std::isfinite(sum)) part["sum_of_magnitudes"] = sum;

@@ -65,6 +65,11 @@ void report_fir_design(const FirTask& task, const FirTaps& taps, const FirDesign
     reporter.report_line(stars());
 }
 
+std::string_view name_of(FirSymmetry symmetry) {
+    constexpr std::string_view names[] = {"even", "odd", "none"};
+    return names[static_cast<int>(symmetry)];
+}
+
 std::string wide_number(int number) {
     const std::string text = edited<"(I4)">(number);
     return text.starts_with(' ') ? text.substr(1) : text;

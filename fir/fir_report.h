@@ -26,6 +26,9 @@ void report_fir_design(const FirTask& task, const FirTaps& taps, const FirDesign
 // A whole number in three places, or in four where it takes them.
 [[nodiscard]] std::string wide_number(int number);
 
+// "even", "odd", "none".
+[[nodiscard]] std::string_view name_of(FirSymmetry symmetry);
+
 // The impulse response of a function, a line for each coefficient and its mirror image.
 [[nodiscard]] std::vector<std::string> impulse_response_lines(const FirFilter& filter, int function);
 void report_impulse_response(const FirFilter& filter, int function, Reporter& reporter);

@@ -15,6 +15,12 @@ Refusal move_level(FirFilter& filter, int n, double factor, double gain, Lines& 
 
 }  // namespace
 
+double largest_output(const FirFilter& filter, int n) {
+    double sum = 0;
+    for (const double h : full_response(filter, n)) sum += std::fabs(h);
+    return sum;
+}
+
 Refusal add_flat_gain(FirFilter& filter, const FirCommandRequest& request, Lines& lines) {
     if (request.gain == 0) {
         lines.emplace_back(" A gain of 0 dB changes nothing");
@@ -27,16 +33,14 @@ Refusal add_flat_gain(FirFilter& filter, const FirCommandRequest& request, Lines
 
 Refusal scale_to_one(FirFilter& filter, const FirCommandRequest& request, Lines& lines) {
     const int n = request.function_number;
-    const std::vector<double> taps = full_response(filter, n);
-    double largest_output = 0;
-    for (const double h : taps) largest_output += std::fabs(h);
-    if (largest_output == 0) return {"All coefficients are 0", "function_number"};
-    const double rounding = std::numeric_limits<double>::epsilon() * static_cast<double>(taps.size());
-    if (std::fabs(largest_output - 1) <= rounding) {
+    const double output = largest_output(filter, n);
+    if (output == 0) return {"All coefficients are 0", "function_number"};
+    const double rounding = std::numeric_limits<double>::epsilon() * filter.FUNCTION(n).taps;
+    if (std::fabs(output - 1) <= rounding) {
         lines.push_back(edited<"(' Function',I2,': the largest possible output for inputs within 1 is 1')">(n));
         return {};
     }
-    const double factor = 1 / largest_output, gain = 20 * std::log10(factor);
+    const double factor = 1 / output, gain = 20 * std::log10(factor);
     lines.push_back(edited<"(' Function',I2,': the largest possible output for inputs within 1 becomes 1')">(n));
     lines.push_back(edited<"(' Scale factor =',1P,E15.7,' (',0P,F10.4,' dB)')">(factor, gain));
     const Refusal wrong = move_level(filter, n, factor, gain, lines);

@@ -6,10 +6,13 @@
 
 namespace kavrel {
 
+// The sum of the taps' magnitudes: what inputs within one can lead to.
+[[nodiscard]] double largest_output(const FirFilter& filter, int n);
+
 // "flat": multiplies function `function_number` by 10^(gain/20).
 [[nodiscard]] Refusal add_flat_gain(FirFilter& filter, const FirCommandRequest& request, Lines& lines);
 
-// "scal": the largest possible output for inputs within one, the sum of the taps' magnitudes, becomes 1. A line has the
+// "scal": the largest possible output for inputs within one becomes 1. A line has the
 // factor. A function that is there to rounding stays as it is.
 [[nodiscard]] Refusal scale_to_one(FirFilter& filter, const FirCommandRequest& request, Lines& lines);
 

@@ -20,7 +20,7 @@ bool is_band(FirFilterType type);
 void fill_ideal_response(const FirRequest& request, FirFilter& filter);
 void weigh(const WindowValues& w, FirFilter& filter);
 void invert_spectrum(FirFilter& filter);
-void report_window_design(const FirFilter& filter, double hertz, Reporter& reporter);
+void report_window_design(const FirFilter& filter, Reporter& reporter);
 void report_retained(const FirFilter& filter, const WindowTask& task, const WindowValues& w, Reporter& reporter);
 void report_figures(const FirFilter& filter, Reporter& reporter);
 
@@ -36,6 +36,21 @@ WindowedEdges windowed_edges(const FirRequest& request) {
         case FirFilterType::unchosen: break;
     }
     return {};
+}
+
+std::vector<std::string> windowed_request_lines(const FirFilter& filter) {
+    constexpr std::string_view types[] = {"Lowpass     ", "Highpass    ", "Bandpass    ", "Band-reject "};
+    const FirRequest& request = filter.request;
+    const double hertz = filter.sampling_frequency / request.sampling_frequency;
+    std::vector<std::string> lines = {
+        edited<"(4X,'Filter type : ',A)">(types[static_cast<int>(request.filter_type) - 1]),
+        edited<"(4X,'Window type : ',A)">(window_row(request.window_type)->report_name)};
+    const auto [f1, f2] = windowed_edges(request);
+    for (const double f : {f1, f2}) {
+        if (f > 0) lines.push_back(edited<"(4X,'Passband edge = ',1P,E15.7,' Hz.')">(f * hertz));
+    }
+    lines.push_back(edited<"(4X,'Sampling rate = ',1P,E15.7,' Hz.')">(filter.sampling_frequency));
+    return lines;
 }
 
 FirDesignVerdict window_design(FirDesk& desk, FirFilter& made) {
@@ -81,7 +96,7 @@ FirDesignVerdict window_design(FirDesk& desk, FirFilter& made) {
 
     made = *filter;
     desk.state.retained = made.WINDOW;
-    report_window_design(made, desk.session.frequency_scale, desk.reporter);
+    report_window_design(made, desk.reporter);
     report_retained(made, task, w, desk.reporter);
     report_figures(made, desk.reporter);
     desk.results = {};
@@ -127,18 +142,10 @@ void invert_spectrum(FirFilter& filter) {
     filter.COEF(filter.NFCNS) = 1 - filter.COEF(filter.NFCNS);
 }
 
-void report_window_design(const FirFilter& filter, double hertz, Reporter& reporter) {
-    constexpr std::string_view types[] = {"Lowpass     ", "Highpass    ", "Bandpass    ", "Band-reject "};
-    const FirRequest& request = filter.request;
-    const auto [f1, f2] = windowed_edges(request);
+void report_window_design(const FirFilter& filter, Reporter& reporter) {
     reporter.report_line(" Windowed linear-phase filter design");
     reporter.report_line(edited<"(1X,A)">(new_fir_title));
-    reporter.report_line(edited<"(4X,'Filter type : ',A)">(types[static_cast<int>(request.filter_type) - 1]));
-    reporter.report_line(edited<"(4X,'Window type : ',A)">(window_row(request.window_type)->report_name));
-    for (const double f : {f1, f2}) {
-        if (f > 0) reporter.report_line(edited<"(4X,'Passband edge = ',1P,E15.7,' Hz.')">(f * hertz));
-    }
-    reporter.report_line(edited<"(4X,'Sampling rate = ',1P,E15.7,' Hz.')">(filter.sampling_frequency));
+    reporter.report_lines(windowed_request_lines(filter));
     report_impulse_response(filter, 1, reporter);
 }
 
